@@ -1,0 +1,45 @@
+# Settings and functions that every folder uses.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+
+find_program(TALLYHORN_CCACHE ccache)
+if(TALLYHORN_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TALLYHORN_CCACHE})
+endif()
+
+add_library(tallyhorn_options INTERFACE)
+target_include_directories(tallyhorn_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(tallyhorn_options INTERFACE -Wall -Wextra -Wconversion -Wshadow)
+if(TALLYHORN_SANITIZE)
+  target_compile_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE})
+endif()
+if(WIN32)
+  target_link_options(tallyhorn_options INTERFACE -static)
+endif()
+
+# tallyhorn_library(NAME [libraries it may see]): every source of the folder that the
+# caller is in, as the static library tallyhorn_NAME.  Sources below linux/ and windows/
+# are taken for that system only.
+function(tallyhorn_library name)
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  if(WIN32)
+    file(GLOB system CONFIGURE_DEPENDS windows/*.cpp windows/*.h)
+  else()
+    file(GLOB system CONFIGURE_DEPENDS linux/*.cpp linux/*.h)
+  endif()
+  if(sources MATCHES "[.]cpp" OR system)
+    add_library(tallyhorn_${name} STATIC ${sources} ${system})
+    target_link_libraries(tallyhorn_${name} PUBLIC tallyhorn_options)
+    target_link_libraries(tallyhorn_${name} PUBLIC ${ARGN})
+  else()
+    add_library(tallyhorn_${name} INTERFACE)
+    target_link_libraries(tallyhorn_${name} INTERFACE tallyhorn_options ${ARGN})
+  endif()
+endfunction()

@@ -1,0 +1,215 @@
+#include "records/AlarmDate.h"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::int64_t SecondsPerDay = 86400;
+constexpr int FirstYear = 100;
+constexpr int LastYear = 9999;
+
+/// Cuts the pieces of a date off the front of a text.  Each step says whether the piece was there.
+class DateReader {
+public:
+    explicit DateReader(std::string_view text) : rest_(text) {}
+
+    bool AtEnd() const { return rest_.empty(); }
+
+    bool SkipBlanks() {
+        const std::size_t blanks = std::min(rest_.find_first_not_of(' '), rest_.size());
+        rest_.remove_prefix(blanks);
+        return blanks > 0;
+    }
+
+    bool Take(char wanted) {
+        if (!rest_.starts_with(wanted))
+            return false;
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    /// One to four digits; their number in `digits`.
+    bool TakeNumber(int& value, std::size_t& digits) {
+        value = 0;
+        digits = 0;
+        while (digits < rest_.size() && rest_[digits] >= '0' && rest_[digits] <= '9') {
+            if (digits == 4)
+                return false;
+            value = value * 10 + (rest_[digits] - '0');
+            ++digits;
+        }
+        rest_.remove_prefix(digits);
+        return digits > 0;
+    }
+
+    bool TakeSeparator(char& separator) {
+        if (rest_.empty() || (rest_.front() != '/' && rest_.front() != '-' && rest_.front() != '.'))
+            return false;
+        separator = rest_.front();
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    /// "AM" or "PM" in either case; `afternoon` says which.
+    bool TakeHalfDay(bool& afternoon) {
+        if (rest_.size() < 2 || ToUpper(rest_[1]) != 'M')
+            return false;
+        const char half = ToUpper(rest_[0]);
+        if (half != 'A' && half != 'P')
+            return false;
+        afternoon = half == 'P';
+        rest_.remove_prefix(2);
+        return true;
+    }
+
+private:
+    std::string_view rest_;
+};
+
+struct Number {
+    int Value = 0;
+    std::size_t Digits = 0;
+};
+
+bool IsYear(Number number) {
+    return number.Digits == 4 || number.Digits == 2;
+}
+
+int FullYear(Number year) {
+    if (year.Digits == 4)
+        return year.Value;
+    return year.Value + (year.Value < 30 ? 2000 : 1900);
+}
+
+/// Month first, day first where the first number cannot be a month, or year first.
+bool ReadDay(DateReader& reader, CivilDateTime& parts) {
+    std::array<Number, 3> numbers;
+    char separator = 0;
+    if (!reader.TakeNumber(numbers[0].Value, numbers[0].Digits) || !reader.TakeSeparator(separator) ||
+        !reader.TakeNumber(numbers[1].Value, numbers[1].Digits) || !reader.Take(separator) ||
+        !reader.TakeNumber(numbers[2].Value, numbers[2].Digits))
+        return false;
+    if (numbers[1].Digits > 2)
+        return false;
+    if (numbers[0].Digits == 4) {
+        parts.Year = numbers[0].Value;
+        parts.Month = numbers[1].Value;
+        parts.Day = numbers[2].Value;
+        return numbers[2].Digits <= 2;
+    }
+    if (numbers[0].Digits > 2 || !IsYear(numbers[2]))
+        return false;
+    const bool dayFirst = numbers[0].Value > 12;
+    parts.Year = FullYear(numbers[2]);
+    parts.Month = numbers[dayFirst ? 1 : 0].Value;
+    parts.Day = numbers[dayFirst ? 0 : 1].Value;
+    return true;
+}
+
+bool ReadTime(DateReader& reader, CivilDateTime& parts) {
+    std::size_t digits = 0;
+    if (!reader.TakeNumber(parts.Hour, digits) || digits > 2)
+        return false;
+    if (!reader.Take(':') || !reader.TakeNumber(parts.Minute, digits) || digits != 2)
+        return false;
+    if (reader.Take(':') && (!reader.TakeNumber(parts.Second, digits) || digits != 2))
+        return false;
+    reader.SkipBlanks();
+    bool afternoon = false;
+    if (!reader.TakeHalfDay(afternoon))
+        return true;
+    if (parts.Hour < 1 || parts.Hour > 12)
+        return false;
+    parts.Hour = parts.Hour % 12 + (afternoon ? 12 : 0);
+    return true;
+}
+
+}  // namespace
+
+std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
+    using namespace std::chrono;
+    if (parts.Year < FirstYear || parts.Year > LastYear || parts.Month < 1 || parts.Day < 1)
+        return std::nullopt;
+    const year_month_day day{year(parts.Year), month(static_cast<unsigned>(parts.Month)),
+                             std::chrono::day(static_cast<unsigned>(parts.Day))};
+    const bool timeFits = parts.Hour >= 0 && parts.Hour < 24 && parts.Minute >= 0 && parts.Minute < 60 &&
+                          parts.Second >= 0 && parts.Second < 60;
+    if (!day.ok() || !timeFits)
+        return std::nullopt;
+    const std::int64_t days = sys_days(day).time_since_epoch().count();
+    return AlarmDate{days * SecondsPerDay + parts.Hour * 3600 + parts.Minute * 60 + parts.Second};
+}
+
+CivilDateTime SplitAlarmDate(AlarmDate date) {
+    using namespace std::chrono;
+    std::int64_t days = date.Seconds / SecondsPerDay;
+    std::int64_t rest = date.Seconds % SecondsPerDay;
+    if (rest < 0) {
+        rest += SecondsPerDay;
+        --days;
+    }
+    const year_month_day day{sys_days(std::chrono::days(days))};
+    const auto time = static_cast<int>(rest);
+    return {int(day.year()),
+            static_cast<int>(unsigned(day.month())),
+            static_cast<int>(unsigned(day.day())),
+            time / 3600,
+            time / 60 % 60,
+            time % 60};
+}
+
+std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
+    DateReader reader(text.substr(0, text.find_first_of("\r\n")));
+    CivilDateTime parts;
+    reader.SkipBlanks();
+    if (!ReadDay(reader, parts))
+        return std::nullopt;
+    if (reader.SkipBlanks() && !reader.AtEnd() && !ReadTime(reader, parts))
+        return std::nullopt;
+    reader.SkipBlanks();
+    if (!reader.AtEnd())
+        return std::nullopt;
+    return MakeAlarmDate(parts);
+}
+
+std::string FormatGeneralDate(AlarmDate date) {
+    const CivilDateTime parts = SplitAlarmDate(date);
+    std::array<char, 64> buffer{};
+    int length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d", parts.Month, parts.Day, parts.Year);
+    if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
+        const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
+        length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
+                               parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+    }
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+double DaysFromAlarmDate(AlarmDate date) {
+    const std::int64_t seconds = date.Seconds - AlarmDate::DefaultSeconds;
+    const auto days = static_cast<double>(seconds) / SecondsPerDay;
+    const double whole = std::floor(days);
+    return whole >= 0 ? days : whole - (days - whole);
+}
+
+std::optional<std::int64_t> MillisecondsFromDays(double days) {
+    if (std::isnan(days))
+        return std::nullopt;
+    const double whole = std::trunc(days);
+    const double moment = whole + std::fabs(days - whole);
+    const double milliseconds = (moment * SecondsPerDay + AlarmDate::DefaultSeconds) * 1000.0;
+    constexpr double Limit = 9.2e18;
+    if (milliseconds >= Limit)
+        return std::numeric_limits<std::int64_t>::max();
+    if (milliseconds <= -Limit)
+        return std::numeric_limits<std::int64_t>::min();
+    return std::llround(milliseconds);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,228 @@
+#include "records/AnsiText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::size_t Bytes = 256;
+
+constexpr std::size_t Index(char character) {
+    return static_cast<unsigned char>(character);
+}
+
+/// Windows-1252's own characters at 0x80 to 0x9F; the rest of the page is Latin-1.
+constexpr std::array<char16_t, 32> HighControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+constexpr unsigned char MultiplicationSign = 0xD7;
+constexpr unsigned char DivisionSign = 0xF7;
+
+constexpr std::array<char, Bytes> MakeUpperTable() {
+    std::array<char, Bytes> table{};
+    for (std::size_t i = 0; i < Bytes; ++i)
+        table[i] = static_cast<char>(i);
+    for (std::size_t i = 'a'; i <= 'z'; ++i)
+        table[i] = static_cast<char>(i - 'a' + 'A');
+    for (std::size_t i = 0xE0; i <= 0xFE; ++i) {
+        if (i != DivisionSign)
+            table[i] = static_cast<char>(i - 0x20);
+    }
+    table[0x9A] = static_cast<char>(0x8A);
+    table[0x9C] = static_cast<char>(0x8C);
+    table[0x9E] = static_cast<char>(0x8E);
+    table[0xFF] = static_cast<char>(0x9F);
+    return table;
+}
+
+constexpr std::array<char, Bytes> UpperTable = MakeUpperTable();
+
+constexpr std::array<char, Bytes> MakeLowerTable() {
+    std::array<char, Bytes> table{};
+    for (std::size_t i = 0; i < Bytes; ++i)
+        table[i] = static_cast<char>(i);
+    for (std::size_t i = 0; i < Bytes; ++i) {
+        if (Index(UpperTable[i]) != i)
+            table[Index(UpperTable[i])] = static_cast<char>(i);
+    }
+    return table;
+}
+
+constexpr std::array<char, Bytes> LowerTable = MakeLowerTable();
+static_assert(UpperTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
+static_assert(LowerTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
+
+constexpr bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// Whether the fraction's digits are more than, exactly or less than a half: 1, 0 or -1.
+int CompareWithHalf(std::string_view digits) {
+    if (digits.empty() || digits.front() < '5')
+        return -1;
+    if (digits.front() > '5')
+        return 1;
+    return digits.find_first_not_of('0', 1) == std::string_view::npos ? 0 : 1;
+}
+
+struct Utf8Character {
+    char32_t Value;
+    std::size_t Length;
+};
+
+/// The character at the start of `utf8`, or nothing where it is cut short, overlong, or no character at all.
+std::optional<Utf8Character> FirstCharacter(std::string_view utf8) {
+    const auto lead = static_cast<unsigned char>(utf8.front());
+    if (lead < 0x80)
+        return Utf8Character{lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || utf8.size() < length)
+        return std::nullopt;
+    char32_t value = lead & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        const auto next = static_cast<unsigned char>(utf8[i]);
+        if ((next & 0xC0U) != 0x80U)
+            return std::nullopt;
+        value = (value << 6U) | (next & 0x3FU);
+    }
+    constexpr std::array<char32_t, 5> Smallest = {0, 0, 0x80, 0x800, 0x10000};
+    const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+    if (value < Smallest[length] || value > 0x10FFFF || surrogate)
+        return std::nullopt;
+    return Utf8Character{value, length};
+}
+
+}  // namespace
+
+char ToUpper(char character) {
+    return UpperTable[Index(character)];
+}
+
+char ToLower(char character) {
+    return LowerTable[Index(character)];
+}
+
+std::string UpperCase(std::string_view text) {
+    std::string result;
+    AssignUpperCase(result, text);
+    return result;
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), ToLower);
+    return result;
+}
+
+void AssignUpperCase(std::string& to, std::string_view text) {
+    to.resize(text.size());
+    std::transform(text.begin(), text.end(), to.begin(), ToUpper);
+}
+
+std::string_view Trim(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string RemoveBlanks(std::string_view text) {
+    std::string result(text);
+    std::erase(result, ' ');
+    return result;
+}
+
+std::string StripNulls(std::string_view text) {
+    std::string result(text);
+    std::erase(result, '\0');
+    return std::string(Trim(result));
+}
+
+int CompareNoCase(std::string_view a, std::string_view b) {
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const auto x = static_cast<unsigned char>(ToUpper(a[i]));
+        const auto y = static_cast<unsigned char>(ToUpper(b[i]));
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    if (a.size() == b.size())
+        return 0;
+    return a.size() < b.size() ? -1 : 1;
+}
+
+std::optional<std::int32_t> ToInt32(std::string_view text) {
+    text = Trim(text);
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+'))
+        text.remove_prefix(1);
+    const std::size_t point = std::min(text.find('.'), text.size());
+    const std::string_view whole = text.substr(0, point);
+    const std::string_view fraction = text.substr(std::min(point + 1, text.size()));
+    if (whole.empty() && fraction.empty())
+        return std::nullopt;
+    if (!std::all_of(whole.begin(), whole.end(), IsDigit) ||
+        !std::all_of(fraction.begin(), fraction.end(), IsDigit))
+        return std::nullopt;
+
+    constexpr std::int64_t Beyond = std::int64_t{1} << 32U;
+    std::int64_t value = 0;
+    for (const char digit : whole)
+        value = std::min(value * 10 + (digit - '0'), Beyond);
+    const int half = CompareWithHalf(fraction);
+    if (half > 0 || (half == 0 && value % 2 == 1))
+        ++value;
+    if (negative)
+        value = -value;
+    if (value < INT32_MIN || value > INT32_MAX)
+        return std::nullopt;
+    return static_cast<std::int32_t>(value);
+}
+
+char16_t UnicodeFromAnsi(char character) {
+    const std::size_t index = Index(character);
+    return index >= 0x80 && index < 0xA0 ? HighControls[index - 0x80] : static_cast<char16_t>(index);
+}
+
+std::optional<char> AnsiFromUnicode(char32_t character) {
+    if (character < 0x80 || (character >= 0xA0 && character < Bytes))
+        return static_cast<char>(character);
+    const auto* const found = std::find(HighControls.begin(), HighControls.end(), character);
+    if (found == HighControls.end())
+        return std::nullopt;
+    return static_cast<char>(0x80 + (found - HighControls.begin()));
+}
+
+std::string AnsiFromUtf8(std::string_view utf8) {
+    std::string result;
+    while (!utf8.empty()) {
+        const std::optional<Utf8Character> character = FirstCharacter(utf8);
+        result += character ? AnsiFromUnicode(character->Value).value_or('?') : '?';
+        utf8.remove_prefix(character ? character->Length : 1);
+    }
+    return result;
+}
+
+std::string Utf8FromAnsi(std::string_view ansi) {
+    std::string result;
+    for (const char character : ansi) {
+        const unsigned value = UnicodeFromAnsi(character);
+        if (value < 0x80) {
+            result += static_cast<char>(value);
+        } else if (value < 0x800) {
+            result += static_cast<char>(0xC0U | (value >> 6U));
+            result += static_cast<char>(0x80U | (value & 0x3FU));
+        } else {
+            result += static_cast<char>(0xE0U | (value >> 12U));
+            result += static_cast<char>(0x80U | ((value >> 6U) & 0x3FU));
+            result += static_cast<char>(0x80U | (value & 0x3FU));
+        }
+    }
+    return result;
+}
+
+}  // namespace tallyhorn

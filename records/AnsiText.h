@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tallyhorn {
+
+// The console's text: single bytes of Windows-1252, all 256 of them kept.  The functions are pure and safe in
+// any thread; nothing here allocates but the strings that are returned.
+
+/// Upper and lower case in Windows-1252, accented letters included; a byte without the other case is kept.
+char ToUpper(char character);
+char ToLower(char character);
+std::string UpperCase(std::string_view text);
+std::string LowerCase(std::string_view text);
+/// Replaces `to` by `text` in upper case, without a new allocation where its room suffices.
+void AssignUpperCase(std::string& to, std::string_view text);
+
+/// Leading and trailing blanks (0x20 alone) removed.
+std::string_view Trim(std::string_view text);
+/// Every blank (0x20) removed.
+std::string RemoveBlanks(std::string_view text);
+/// Every NUL removed, then leading and trailing blanks.
+std::string StripNulls(std::string_view text);
+
+/// Less than, equal to or greater than zero, as the upper-case texts compare byte by byte.
+int CompareNoCase(std::string_view a, std::string_view b);
+
+/// A whole number with blanks around, a sign and a decimal fraction, which rounds to the nearest and halves to
+/// even.  Nothing outside 32 bits or for any other text.
+std::optional<std::int32_t> ToInt32(std::string_view text);
+
+/// Unicode for one byte; the five undefined ones give the control character of the same value.
+char16_t UnicodeFromAnsi(char character);
+/// Nothing where Windows-1252 lacks the character.
+std::optional<char> AnsiFromUnicode(char32_t character);
+/// UTF-8 to ANSI, with "?" for what Windows-1252 lacks or what is not UTF-8.
+std::string AnsiFromUtf8(std::string_view utf8);
+std::string Utf8FromAnsi(std::string_view ansi);
+
+}  // namespace tallyhorn

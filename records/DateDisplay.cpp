@@ -1,0 +1,105 @@
+#include "records/DateDisplay.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+void AppendPadded(std::string& text, int number, int digits) {
+    const std::string plain = std::to_string(number);
+    text.append(plain.size() < static_cast<std::size_t>(digits) ? static_cast<std::size_t>(digits) - plain.size() : 0,
+                '0');
+    text += plain;
+}
+
+/// Appends the part that `pattern` begins with; gives the length of its name, or 0 where it begins with none.
+std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilDateTime& parts) {
+    if (pattern.starts_with("AM/PM")) {
+        text += parts.Hour < 12 ? "AM" : "PM";
+        return 5;
+    }
+    if (pattern.starts_with("yyyy")) {
+        AppendPadded(text, parts.Year, 4);
+        return 4;
+    }
+    struct TwoDigits {
+        std::string_view Name;
+        int Number;
+    };
+    for (const TwoDigits& part : {TwoDigits{"dd", parts.Day}, TwoDigits{"MM", parts.Month},
+                                  TwoDigits{"nn", parts.Minute}, TwoDigits{"ss", parts.Second}}) {
+        if (pattern.starts_with(part.Name)) {
+            AppendPadded(text, part.Number, 2);
+            return 2;
+        }
+    }
+    if (!pattern.starts_with('h'))
+        return 0;
+    text += std::to_string(parts.Hour % 12 == 0 ? 12 : parts.Hour % 12);
+    return 1;
+}
+
+std::string Format(const CivilDateTime& parts, std::string_view pattern) {
+    std::string text;
+    while (!pattern.empty()) {
+        std::size_t taken = AppendPart(text, pattern, parts);
+        if (taken == 0) {
+            text += pattern.front();
+            taken = 1;
+        }
+        pattern.remove_prefix(taken);
+    }
+    return text;
+}
+
+std::string ReplaceAll(std::string_view text, char wanted, std::string_view replacement) {
+    std::string result;
+    for (const char character : text) {
+        if (character == wanted)
+            result += replacement;
+        else
+            result += character;
+    }
+    return result;
+}
+
+}  // namespace
+
+std::string DateStyle::Pattern() const {
+    const char* const first = DayFirst ? "dd" : "MM";
+    const char* const second = DayFirst ? "MM" : "dd";
+    return first + Separator + second + Separator + "yyyy h:nn:ss AM/PM";
+}
+
+std::string DateSeparator(std::string_view setting) {
+    return Trim(setting).empty() ? "/" : std::string(setting);
+}
+
+std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator) {
+    std::string text = Format(SplitAlarmDate(date), pattern);
+    if (text.size() < 3)
+        return text;
+    const bool digit = text[2] >= '0' && text[2] <= '9';
+    const char written = digit ? text[1] : text[2];
+    if (separator.size() == 1 && separator.front() == written)
+        return text;
+    return ReplaceAll(text, written, separator);
+}
+
+double AlarmSortKey(AlarmDate date) {
+    // Both parts are exact in a double for every year that a date can have, so one division serves.
+    return static_cast<double>(date.Seconds) / 60.0;
+}
+
+std::string FormatSortKey(AlarmDate date) {
+    std::array<char, 64> buffer{};
+    const int length = std::snprintf(buffer.data(), buffer.size(), date.Seconds < 0 ? "%015.4f" : "%014.4f",
+                                     AlarmSortKey(date));
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+}  // namespace tallyhorn

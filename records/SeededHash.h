@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tallyhorn {
+
+/// A hash of texts with a secret of the process in it, so that nobody who sends notifications can choose texts
+/// that all fall into one bucket.  Safe in any thread.
+class SeededHash {
+public:
+    std::size_t operator()(std::string_view text) const {
+        std::uint64_t hash = Seed() ^ text.size();
+        while (text.size() > sizeof(std::uint64_t)) {
+            hash = Mix(hash, Load(text.data(), sizeof(std::uint64_t)));
+            text.remove_prefix(sizeof(std::uint64_t));
+        }
+        return static_cast<std::size_t>(Mix(hash, Load(text.data(), text.size())));
+    }
+
+private:
+    static std::uint64_t Load(const char* bytes, std::size_t size) {
+        std::uint64_t word = 0;
+        if (size > 0)
+            std::memcpy(&word, bytes, size);
+        return word;
+    }
+    /// Both halves of a product folded into one, the seed in both factors.
+    static std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
+        constexpr std::uint64_t Odd = 0x9E3779B97F4A7C15U;
+        __extension__ using Wide = unsigned __int128;
+        const Wide product = static_cast<Wide>(hash ^ word ^ Odd) * ((hash | 1U) + Odd);
+        return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
+    }
+    static std::uint64_t Seed();
+};
+
+}  // namespace tallyhorn

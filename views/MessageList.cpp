@@ -1,0 +1,151 @@
+#include "views/MessageList.h"
+
+#include <algorithm>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Dates as unsigned keys in the same order.
+std::uint64_t DateKey(AlarmDate date) {
+    constexpr std::uint64_t SignBit = std::uint64_t{1} << 63U;
+    return static_cast<std::uint64_t>(date.Seconds) ^ SignBit;
+}
+
+bool SortsByDate(MessageColumn column) {
+    return column == MessageColumn::DateLogged || column == MessageColumn::RecordNum;
+}
+
+bool BeginsWith(std::string_view text, std::string_view start) {
+    return text.size() >= start.size() && CompareNoCase(text.substr(0, start.size()), start) == 0;
+}
+
+/// Tells the observer, if there is one, before and after a change.
+class Change {
+public:
+    explicit Change(MessageListObserver* observer) : observer_(observer) {
+        if (observer_ != nullptr)
+            observer_->AboutToChange();
+    }
+    ~Change() {
+        if (observer_ != nullptr)
+            observer_->Changed();
+    }
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+private:
+    MessageListObserver* observer_;
+};
+
+}  // namespace
+
+std::optional<std::size_t> MessageList::PositionOf(Slot slot) const {
+    if (!rows_.Holds(slot))
+        return std::nullopt;
+    const RowOrder::Range range = order_.EqualRange(MakeEntry(slot), Rule());
+    // Equal rows stand in the order of their arrival.
+    std::size_t first = range.First;
+    std::size_t count = range.Last - range.First;
+    const std::uint64_t arrival = rows_[slot].Arrival;
+    while (count > 0) {
+        const std::size_t half = count / 2;
+        if (rows_[SlotAt(first + half)].Arrival < arrival) {
+            first += half + 1;
+            count -= half + 1;
+        } else {
+            count = half;
+        }
+    }
+    if (first >= range.Last || SlotAt(first) != slot)
+        return std::nullopt;
+    return first;
+}
+
+std::string MessageList::CellText(std::size_t position, MessageColumn column) const {
+    return rows_.CellText(SlotAt(position), column);
+}
+
+std::optional<EventPicture> MessageList::PictureAt(std::size_t position) const {
+    return rows_[SlotAt(position)].Picture;
+}
+
+std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::size_t start) const {
+    for (std::size_t i = 0; i < Size(); ++i) {
+        const std::size_t position = (start + i) % Size();
+        if (BeginsWith(CellText(position, MessageColumn::DateLogged), text))
+            return position;
+    }
+    return std::nullopt;
+}
+
+void MessageList::Add(Slot slot) {
+    order_.Insert(MakeEntry(slot), Rule());
+    newest_ = slot;
+}
+
+std::optional<std::size_t> MessageList::NewestPosition() const {
+    return PositionOf(newest_);
+}
+
+void MessageList::SortBy(MessageColumn column) {
+    const Change change(observer_);
+    sortColumn_ = column;
+    descending_ = !descending_;
+    std::vector<RowEntry> entries = order_.Entries();
+    for (RowEntry& entry : entries) {
+        const std::uint32_t selected = entry.Selected;
+        entry = MakeEntry(static_cast<Slot>(entry.Slot));
+        entry.Selected = selected & 1U;
+    }
+    const RowOrder::Rule rule = Rule();
+    std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
+        const int order = rule.Compare(a, b);
+        if (order != 0)
+            return order < 0;
+        return rows_[static_cast<Slot>(a.Slot)].Arrival < rows_[static_cast<Slot>(b.Slot)].Arrival;
+    });
+    order_.Assign(entries);
+}
+
+void MessageList::RemoveSelected() {
+    const Change change(observer_);
+    order_.RemoveSelected();
+}
+
+void MessageList::Remove(Slot slot) {
+    const std::optional<std::size_t> position = PositionOf(slot);
+    if (!position)
+        return;
+    const Change change(observer_);
+    order_.RemoveAt(*position);
+}
+
+void MessageList::Clear() {
+    const Change change(observer_);
+    order_.Clear();
+}
+
+RowEntry MessageList::MakeEntry(Slot slot) const {
+    const MessageRow& row = rows_[slot];
+    RowEntry entry;
+    entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+    if (!sortColumn_) {
+        entry.Key = row.Arrival;
+    } else if (SortsByDate(*sortColumn_)) {
+        entry.Key = DateKey(row.Date);
+    } else {
+        const int column = static_cast<int>(*sortColumn_) - static_cast<int>(MessageColumn::Alarm);
+        entry.Text = row.Texts[static_cast<std::size_t>(column)];
+        entry.Key = rows_.Texts().SortPrefix(entry.Text);
+    }
+    return entry;
+}
+
+RowOrder::Rule MessageList::Rule() const {
+    const bool byText = sortColumn_ && !SortsByDate(*sortColumn_);
+    return {byText ? &rows_.Texts() : nullptr, descending_};
+}
+
+}  // namespace tallyhorn

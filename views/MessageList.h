@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "views/MessageColumn.h"
+#include "views/MessageRows.h"
+#include "views/RowOrder.h"
+
+namespace tallyhorn {
+
+/// Hears of changes to a list that are more than rows coming in: order, removal, emptying.  Rows that come in
+/// are not told one by one; who shows the list takes them in at its own pace.
+class MessageListObserver {
+public:
+    virtual ~MessageListObserver() = default;
+    virtual void AboutToChange() = 0;
+    virtual void Changed() = 0;
+};
+
+/// One of the received-message lists: which rows it shows, in which order, and which of them are selected.
+/// Positions count from 0 as on the screen.  User-interface thread only; `rows` outlives the list.
+class MessageList {
+public:
+    explicit MessageList(const MessageRows& rows) : rows_(rows) {}
+
+    /// At most one; it outlives the list or is taken away with nullptr.
+    void SetObserver(MessageListObserver* observer) { observer_ = observer; }
+
+    std::size_t Size() const { return order_.Size(); }
+    Slot SlotAt(std::size_t position) const { return static_cast<Slot>(order_.At(position).Slot); }
+    /// Nothing for a slot whose row this list does not show.
+    std::optional<std::size_t> PositionOf(Slot slot) const;
+    std::string CellText(std::size_t position, MessageColumn column) const;
+    std::optional<EventPicture> PictureAt(std::size_t position) const;
+    /// The first row from `start` on, going round once, whose first column begins with `text` in any case.
+    std::optional<std::size_t> FindByDate(std::string_view text, std::size_t start) const;
+
+    /// The row of `slot`, made just before, takes its place: the last one, or its sorted one.
+    void Add(Slot slot);
+    /// What the user sees as the row that came last; nothing in an empty list.
+    std::optional<std::size_t> NewestPosition() const;
+
+    /// A click on a header: sorts by the column and turns the direction round, descending at first.
+    void SortBy(MessageColumn column);
+    bool IsSorted() const { return sortColumn_.has_value(); }
+    std::optional<MessageColumn> SortColumn() const { return sortColumn_; }
+    bool IsDescending() const { return descending_; }
+
+    bool IsSelected(std::size_t position) const { return order_.At(position).Selected != 0; }
+    std::size_t SelectedCount() const { return order_.SelectedCount(); }
+    void Select(std::size_t first, std::size_t last, bool selected) { order_.Select(first, last, selected); }
+    void ClearSelection() { order_.ClearSelection(); }
+    /// In list order.
+    std::vector<Slot> SelectedSlots() const { return order_.SelectedSlots(); }
+
+    /// Takes the selected rows off the list.  Their slots are the caller's to free.
+    void RemoveSelected();
+    /// The same for one row; does nothing where the list does not show it.
+    void Remove(Slot slot);
+    void Clear();
+
+private:
+    RowEntry MakeEntry(Slot slot) const;
+    RowOrder::Rule Rule() const;
+
+    const MessageRows& rows_;
+    RowOrder order_;
+    std::optional<MessageColumn> sortColumn_;
+    bool descending_ = false;
+    Slot newest_ = -1;
+    MessageListObserver* observer_ = nullptr;
+};
+
+}  // namespace tallyhorn

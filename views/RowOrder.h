@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "views/MessageStore.h"
+#include "views/TextPool.h"
+
+namespace tallyhorn {
+
+/// One row's place in a list: what it sorts by, whose it is, and whether the user has selected it.
+struct RowEntry {
+    std::uint64_t Key = 0;  ///< orders before anything else
+    TextId Text = 0;        ///< decides between equal keys where the order is by text
+    std::uint32_t Slot : 31 = 0;
+    std::uint32_t Selected : 1 = 0;
+};
+
+/// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million as
+/// into its place among a thousand.  Equal entries stay in the order in which they came.  User-interface
+/// thread only.
+class RowOrder {
+public:
+    /// How entries compare: by Key alone, or by Key and then by the text in `Texts`.
+    struct Rule {
+        const TextPool* Texts = nullptr;
+        bool Descending = false;
+
+        /// Less than, equal to or greater than zero as `a` belongs before, with or after `b`.
+        int Compare(const RowEntry& a, const RowEntry& b) const;
+    };
+
+    std::size_t Size() const { return size_; }
+    const RowEntry& At(std::size_t position) const;
+
+    /// Puts the entry behind all that it does not belong before.
+    void Insert(const RowEntry& entry, const Rule& rule);
+    /// Takes `entries`, which are in order, instead of what was there.
+    void Assign(const std::vector<RowEntry>& entries);
+    void Clear() { Assign({}); }
+
+    /// The positions [first, last) of the entries that compare equal to `entry`.
+    struct Range {
+        std::size_t First = 0;
+        std::size_t Last = 0;
+    };
+    Range EqualRange(const RowEntry& entry, const Rule& rule) const;
+
+    std::size_t SelectedCount() const { return selectedCount_; }
+    /// Positions first to last, both within the list.
+    void Select(std::size_t first, std::size_t last, bool selected);
+    void ClearSelection();
+    /// In list order.
+    std::vector<Slot> SelectedSlots() const;
+    /// One pass over the blocks that hold selected entries.
+    void RemoveSelected();
+    void RemoveAt(std::size_t position);
+
+    /// Every entry in order.
+    std::vector<RowEntry> Entries() const;
+
+private:
+    struct Block {
+        std::vector<RowEntry> Entries;
+        std::uint32_t Selected = 0;
+    };
+    struct Place {
+        std::size_t Block = 0;
+        std::size_t Offset = 0;
+    };
+
+    Place Find(std::size_t position) const;
+    template <typename Belongs>
+    Place Partition(Belongs belongsBefore) const;
+    std::size_t Position(Place place) const;
+    void SplitBlock(std::size_t block);
+    /// Leaves no block empty, and few blocks where few rows are left.
+    void JoinSmallBlocks();
+    const std::vector<std::size_t>& Starts() const;
+
+    std::vector<Block> blocks_;
+    std::size_t size_ = 0;
+    std::size_t selectedCount_ = 0;
+    mutable std::vector<std::size_t> starts_;  ///< first position of each block; empty where out of date
+};
+
+}  // namespace tallyhorn

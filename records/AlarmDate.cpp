@@ -185,8 +185,9 @@ std::string FormatGeneralDate(AlarmDate date) {
     int length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d", parts.Month, parts.Day, parts.Year);
     if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
         const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
-        length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
-                               parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+        length =
+            std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
+                          parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
     }
     return {buffer.data(), static_cast<std::size_t>(length)};
 }

@@ -22,12 +22,21 @@ runtime=""
 console=""
 started=()  # the processes to end, in the order of their start
 
+Runs() { kill -0 "$1" 2>/dev/null; }
+Ended() { ! Runs "$1"; }
+
+# End PROCESS: politely, and by force when that takes over 10 seconds.
+End() {
+    kill "$1" 2>/dev/null || true
+    WaitFor 10 Ended "$1" || kill -KILL "$1" 2>/dev/null || true
+    wait "$1" 2>/dev/null || true
+}
+
 # Ends, newest first, what this script started and nothing else.
 CleanUp() {
     local i
     for ((i = ${#started[@]} - 1; i >= 0; --i)); do
-        kill "${started[i]}" 2>/dev/null || true
-        wait "${started[i]}" 2>/dev/null || true
+        End "${started[i]}"
     done
     if [[ -n $runtime ]]; then
         rm -rf "$runtime"
@@ -59,11 +68,8 @@ PrepareFolders() {
     rm -f demo/summary.txt demo/sent.txt demo/screenshot.png
 }
 
-ConsoleRuns() { kill -0 "$console" 2>/dev/null; }
-ConsoleEnded() { ! ConsoleRuns; }
-
 ConsoleListens() {
-    ConsoleRuns || Fail "the console ended at its start"
+    Runs "$console" || Fail "the console ended at its start"
     [[ -S $runtime/mailslot/TallyhornEngine ]]
 }
 
@@ -81,8 +87,9 @@ Send() {
         Fail "the feed failed"
 }
 
+# ShowSummary TITLE: what was sent, under that title, and what the console received.
 ShowSummary() {
-    Say "Sent:"
+    Say "$1:"
     cat demo/sent.txt
     Say "Received:"
     cat demo/summary.txt || Fail "the console left no summary"
@@ -96,7 +103,7 @@ RunOnDisplay() {
     "$bin/tallyhorn-send" --demo --count 1000000 --rate 4 --seed 2 >/dev/null &
     started+=("$!")
     wait "$console" || Fail "the console ended with status $?"
-    ShowSummary
+    ShowSummary "Sent before the steady feed"
 }
 
 StartDisplay() {
@@ -117,7 +124,7 @@ WindowShows() { xdotool search --all --onlyvisible --pid "$console" --name . >/d
 EndConsole() {
     local status=0
     kill -TERM "$console"
-    WaitFor 20 ConsoleEnded || Fail "the console does not end on SIGTERM"
+    WaitFor 20 Ended "$console" || Fail "the console does not end on SIGTERM"
     wait "$console" || status=$?
     ((status == 0)) || Fail "the console ended with status $status"
 }
@@ -139,7 +146,7 @@ RunHeadless() {
     # By its path: other tools of that name may come first on PATH.
     /usr/bin/import -window root demo/screenshot.png
     EndConsole
-    ShowSummary
+    ShowSummary "Sent"
     CheckReceived
     Say "The window as it was: demo/screenshot.png"
 }

@@ -86,7 +86,7 @@ RunTests() {
         labels=(--label-regex "^($joined)\$")
     fi
     Say "Running the tests of the preset $preset"
-    ctest --preset "$preset" --no-tests=error --timeout 300 "${labels[@]}" "${ctestArguments[@]}"
+    ctest --preset "$preset" --no-tests=error --no-label-summary --timeout 300 "${labels[@]}" "${ctestArguments[@]}"
 }
 
 ParseArguments "$@"

@@ -12,6 +12,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::int64_t SecondsPerDay = 86400;
+constexpr std::int64_t SecondsPerHour = 3600;
+constexpr std::int64_t SecondsPerMinute = 60;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
@@ -144,7 +146,8 @@ std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
     if (!day.ok() || !timeFits)
         return std::nullopt;
     const std::int64_t days = sys_days(day).time_since_epoch().count();
-    return AlarmDate{days * SecondsPerDay + parts.Hour * 3600 + parts.Minute * 60 + parts.Second};
+    return AlarmDate{days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute +
+                     parts.Second};
 }
 
 CivilDateTime SplitAlarmDate(AlarmDate date) {
@@ -185,8 +188,9 @@ std::string FormatGeneralDate(AlarmDate date) {
     int length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d", parts.Month, parts.Day, parts.Year);
     if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
         const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
-        length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
-                               parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+        length =
+            std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
+                          parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
     }
     return {buffer.data(), static_cast<std::size_t>(length)};
 }

@@ -28,8 +28,8 @@ std::string StripNulls(std::string_view text);
 /// Less than, equal to or greater than zero, as the upper-case texts compare byte by byte.
 int CompareNoCase(std::string_view a, std::string_view b);
 
-/// A whole number with blanks around, a sign and a decimal fraction, which rounds to the nearest and halves to
-/// even.  Nothing outside 32 bits or for any other text.
+/// A whole number with blanks around, a sign and a decimal fraction, which rounds to the nearest and halves
+/// to even.  Nothing outside 32 bits or for any other text.
 std::optional<std::int32_t> ToInt32(std::string_view text);
 
 /// Unicode for one byte; the five undefined ones give the control character of the same value.

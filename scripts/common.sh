@@ -1,0 +1,101 @@
+# shellcheck shell=bash
+# What run.sh, test.sh and the steps of .ci/ share: the packages that each task needs, and how a
+# preset is configured and built.  To be sourced with the repository's root as current folder.
+
+# Debian's packages, by task.
+declare -A Packages=(
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev libbenchmark-dev fonts-dejavu-core"
+    [headless]="xvfb openbox xdotool imagemagick"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev fonts-dejavu-core"
+    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64"
+    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
+    [checks]="clang-format clang-tidy git python3"
+)
+
+Say() { printf '==> %s\n' "$*"; }
+
+Fail() {
+    printf 'error: %s\n' "$*" >&2
+    exit 1
+}
+
+# MissingPackages PACKAGE...: those that are not installed, one a line.
+MissingPackages() {
+    comm -13 <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
+        sed -n 's/^installed //p' | sort -u) <(printf '%s\n' "$@" | sort -u)
+}
+
+AsRoot() {
+    if ((EUID == 0)); then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# InstallPackages PACKAGE...: what apt-get says is shown only when it fails.
+InstallPackages() {
+    local log
+    log=$(mktemp)
+    AsRoot apt-get update -qq >"$log" 2>&1 || Say "apt-get update failed; going on with the lists at hand"
+    if ! AsRoot env DEBIAN_FRONTEND=noninteractive apt-get install -qq --no-install-recommends \
+        -o DPkg::Lock::Timeout=300 "$@" >>"$log" 2>&1; then
+        tail -n 40 "$log" >&2
+        rm -f "$log"
+        Fail "apt-get could not install: $*"
+    fi
+    rm -f "$log"
+}
+
+# EnsurePackages TASK...: installs what the tasks need and the machine lacks.
+EnsurePackages() {
+    local task list names=() missing
+    for task in "$@"; do
+        read -ra list <<<"${Packages[$task]}"
+        names+=("${list[@]}")
+    done
+    if ! command -v dpkg-query >/dev/null; then
+        Say "Not a Debian machine: taking it that it has the equivalents of ${names[*]}"
+        return
+    fi
+    mapfile -t missing < <(MissingPackages "${names[@]}")
+    if ((${#missing[@]} == 0)); then
+        return
+    fi
+    if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+        Fail "neither root nor sudo: have these packages installed first: ${missing[*]}"
+    fi
+    Say "Installing ${missing[*]}"
+    InstallPackages "${missing[@]}"
+}
+
+# Configure PRESET: only when it never was, or when the presets have changed since; the build
+# itself notices everything else.
+Configure() {
+    local folder=build/$1
+    if [[ -f $folder/build.ninja && $folder/.configured -nt CMakePresets.json ]]; then
+        return
+    fi
+    Say "Configuring the preset $1"
+    mkdir -p "$folder"
+    if ! cmake --preset "$1" >"$folder/configure.log" 2>&1; then
+        cat "$folder/configure.log" >&2
+        Fail "the preset $1 could not be configured"
+    fi
+    touch "$folder/.configured"
+}
+
+# Build PRESET [TARGET...]: every target when none is named.
+Build() {
+    local preset=$1 arguments=(--preset "$1")
+    shift
+    Configure "$preset"
+    Say "Building the preset $preset${*:+: $*}"
+    if (($# > 0)); then
+        arguments+=(--target "$@")
+    fi
+    if [[ ! -t 1 ]]; then
+        arguments+=(-- --quiet)
+    fi
+    cmake --build "${arguments[@]}" || Fail "the preset $preset does not build"
+}

@@ -1,0 +1,96 @@
+#!/usr/bin/env bash
+# Builds and runs this system's tests.  See Usage below.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+source scripts/common.sh
+
+Usage() {
+    cat <<'END'
+usage: ./test.sh [--preset NAME | --windows] [--area NAME]... [-- CTEST ARGUMENTS]
+
+Sets up this machine, builds the tests and runs them, all of them unless told otherwise.
+
+  --preset NAME   instead of dev-asan, which looks for bad addresses, leaks and undefined behaviour
+  --windows       the tests of the Windows build, under Wine
+  --area NAME     only the tests in tests/NAME
+END
+}
+
+preset=dev-asan
+areas=()
+ctestArguments=()
+runtime=""
+
+ParseArguments() {
+    while (($# > 0)); do
+        case $1 in
+            --help | -h) Usage; exit 0 ;;
+            --windows) preset=windows ;;
+            --preset | --area)
+                (($# > 1)) || Fail "$1 needs a name"
+                if [[ $1 == --preset ]]; then preset=$2; else areas+=("$2"); fi
+                shift
+                ;;
+            --) ctestArguments=("${@:2}"); return ;;
+            *) Usage >&2; exit 2 ;;
+        esac
+        shift
+    done
+}
+
+PackagesFor() {
+    case $1 in
+        windows) echo windows ;;
+        release) echo run ;;
+        *) echo test ;;
+    esac
+}
+
+CleanUp() {
+    if [[ -n ${WINEPREFIX:-} ]]; then
+        wineserver -k 2>/dev/null || true
+    fi
+    if [[ -n $runtime ]]; then
+        rm -rf "$runtime"
+    fi
+}
+
+# The tests get a prefix of their own, ready before two of them would make it at once.
+PrepareWine() {
+    export WINEPREFIX=$PWD/build/windows/wine WINEDEBUG=-all
+    export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
+    if [[ ! -e $WINEPREFIX/.ready ]]; then
+        Say "Making a Wine prefix"
+        rm -rf "$WINEPREFIX"
+        wine wineboot --init >"$runtime/wineboot.log" 2>&1 || Fail "$(tail -n 5 "$runtime/wineboot.log")"
+        touch "$WINEPREFIX/.ready"
+    fi
+}
+
+# No test reaches the user's own mailslots or display.
+PrepareSurroundings() {
+    runtime=$(mktemp -d)
+    export XDG_RUNTIME_DIR=$runtime
+    unset DISPLAY WAYLAND_DISPLAY WINEPREFIX
+    trap CleanUp EXIT
+    trap 'exit 130' INT TERM HUP
+    if [[ $preset == windows ]]; then
+        PrepareWine
+    fi
+}
+
+RunTests() {
+    local labels=() joined
+    if ((${#areas[@]} > 0)); then
+        joined=$(IFS='|'; echo "${areas[*]}")
+        labels=(--label-regex "^($joined)\$")
+    fi
+    Say "Running the tests of the preset $preset"
+    ctest --preset "$preset" --no-tests=error --no-label-summary --timeout 300 "${labels[@]}" "${ctestArguments[@]}"
+}
+
+ParseArguments "$@"
+EnsurePackages "$(PackagesFor "$preset")"
+Build "$preset" "${areas[@]/#/tests-}"
+PrepareSurroundings
+RunTests

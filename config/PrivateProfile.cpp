@@ -1,0 +1,167 @@
+#include "config/PrivateProfile.h"
+
+#include <array>
+#include <chrono>
+#include <exception>
+#include <fstream>
+#include <limits>
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::size_t ValueBufferSize = 512;
+constexpr std::size_t SectionBufferSize = 4095;
+
+constexpr std::size_t FirstNamesBufferSize = 255;
+/// Doubling stops here, at the first size that holds every list whose length fits a 16-bit integer.
+constexpr std::size_t LastNamesBufferSize = FirstNamesBufferSize << 8U;
+constexpr auto NamesTimeLimit = std::chrono::seconds(2);
+/// Between tries that a larger buffer cannot help, so that waiting for a first section leaves the processor
+/// alone.
+constexpr auto NamesRetryPause = std::chrono::milliseconds(10);
+
+/// The step's result, or false where it threw.
+template <typename Step>
+bool Attempt(Step step) {
+    try {
+        return step();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+/// The pieces between NULs, the one behind the last NUL included, but for the last `dropped` ones.
+std::vector<std::string> SplitAtNuls(std::string_view text, std::size_t dropped) {
+    std::vector<std::string> pieces;
+    std::size_t begin = 0;
+    for (std::size_t end = text.find('\0'); end != std::string_view::npos; end = text.find('\0', begin)) {
+        pieces.emplace_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    pieces.emplace_back(text.substr(begin));
+    pieces.resize(pieces.size() - std::min(dropped, pieces.size()));
+    return pieces;
+}
+
+}  // namespace
+
+bool PrivateProfile::CreateINIFile() {
+    return Attempt([&] { return std::ofstream(iniFileName_, std::ios::binary | std::ios::trunc).is_open(); });
+}
+
+bool PrivateProfile::GetStringValue(const std::string& sectionName, const std::string& keyName,
+                                    std::string& stringValue) {
+    stringValue.clear();
+    return Attempt([&] {
+        std::array<char, ValueBufferSize> buffer{};
+        const std::uint32_t count =
+            functions_.GetPrivateProfileString(sectionName.c_str(), keyName.c_str(), nullptr, buffer.data(),
+                                               ValueBufferSize, iniFileName_.c_str());
+        // Both counts may mean a value that was cut.
+        if (count == 0 || count >= ValueBufferSize - 2)
+            return false;
+        stringValue.assign(buffer.data(), count);
+        return true;
+    });
+}
+
+bool PrivateProfile::GetIntValue(const std::string& sectionName, const std::string& keyName,
+                                 std::int32_t& intValue) {
+    Attempt([&] {
+        intValue = static_cast<std::int32_t>(functions_.GetPrivateProfileInt(
+            sectionName.c_str(), keyName.c_str(), intValue, iniFileName_.c_str()));
+        return true;
+    });
+    return true;
+}
+
+bool PrivateProfile::WriteString(const std::string& sectionName, const std::string& keyName,
+                                 const std::string& valueName) {
+    return Attempt([&] {
+        return functions_.WritePrivateProfileString(sectionName.c_str(), keyName.c_str(), valueName.c_str(),
+                                                    iniFileName_.c_str());
+    });
+}
+
+bool PrivateProfile::ReadSectionNames(std::string& names) {
+    const Clock::TimePoint start = clock_.Now();
+    std::size_t size = FirstNamesBufferSize;
+    while (true) {
+        names.assign(size, '\0');
+        const std::uint32_t count = functions_.GetPrivateProfileSectionNames(
+            names.data(), static_cast<std::uint32_t>(size), iniFileName_.c_str());
+        if (count > std::uint32_t{std::numeric_limits<std::int16_t>::max()})
+            return false;
+        names.resize(count);
+        if (count != 0 && count != size - 2)
+            return true;
+        if (std::chrono::floor<std::chrono::seconds>(clock_.Now() - start) >= NamesTimeLimit)
+            return true;
+        if (size < LastNamesBufferSize)
+            size *= 2;
+        else
+            clock_.Sleep(NamesRetryPause);
+    }
+}
+
+bool PrivateProfile::GetSectionNames(std::vector<std::string>& sections) {
+    return Attempt([&] {
+        std::string names;
+        if (!ReadSectionNames(names))
+            return false;
+        sections = SplitAtNuls(names, 1);
+        return true;
+    });
+}
+
+std::vector<std::string> PrivateProfile::ReadEntries(const std::string& sectionName) {
+    std::array<char, SectionBufferSize> buffer{};
+    const std::uint32_t count = functions_.GetPrivateProfileSection(sectionName.c_str(), buffer.data(),
+                                                                    SectionBufferSize, iniFileName_.c_str());
+    // With the last NUL, two empty pieces end the list; where the list was cut, they are the cut line and
+    // one.
+    return SplitAtNuls(std::string_view(buffer.data(), count + 1), 2);
+}
+
+bool PrivateProfile::GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames) {
+    Attempt([&] {
+        keyNames = ReadEntries(sectionName);
+        for (std::string& entry : keyNames)
+            entry.resize(std::min(entry.find('='), entry.size()));
+        return true;
+    });
+    return false;
+}
+
+bool PrivateProfile::GetEntries(const std::string& sectionName, std::vector<std::string>& entries) {
+    Attempt([&] {
+        entries = ReadEntries(sectionName);
+        return true;
+    });
+    return false;
+}
+
+std::int32_t PrivateProfile::GetNumEntriesInSection(const std::string& sectionName) {
+    std::int32_t count = 0;
+    Attempt([&] {
+        count = static_cast<std::int32_t>(ReadEntries(sectionName).size());
+        return true;
+    });
+    return count;
+}
+
+bool PrivateProfile::DeleteSection(const std::string& sectionNameToDelete) {
+    return Attempt([&] {
+        return functions_.WritePrivateProfileString(sectionNameToDelete.c_str(), nullptr, nullptr,
+                                                    iniFileName_.c_str());
+    });
+}
+
+bool PrivateProfile::DeleteKey(const std::string& sectionName, const std::string& keyName) {
+    return Attempt([&] {
+        return functions_.WritePrivateProfileString(sectionName.c_str(), keyName.c_str(), nullptr,
+                                                    iniFileName_.c_str());
+    });
+}
+
+}  // namespace tallyhorn

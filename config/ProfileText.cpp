@@ -1,0 +1,261 @@
+#include "config/ProfileText.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::string_view LineEnds = "\r\n";
+constexpr std::string_view NewLine = "\r\n";
+constexpr std::string_view Blanks = " \t\v\f\x1A";
+
+std::string_view TrimBlanks(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(Blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
+
+std::string_view CutAtNul(std::string_view text) {
+    return text.substr(0, text.find('\0'));
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && CompareNoCase(a, b) == 0;
+}
+
+/// The name between the brackets where the line is a header.
+std::optional<std::string_view> HeaderName(std::string_view line) {
+    const std::string_view text = TrimBlanks(line);
+    const std::size_t close = text.rfind(']');
+    if (!text.starts_with('[') || close == std::string_view::npos)
+        return std::nullopt;
+    return CutAtNul(TrimBlanks(text.substr(1, close - 1)));
+}
+
+struct Entry {
+    std::string_view Name;
+    std::optional<std::string_view> Value;
+};
+
+/// The entry that a line is, as far as it is neither blank nor a comment.  The caller has ruled out headers.
+std::optional<Entry> ParseEntry(std::string_view line) {
+    const std::string_view text = TrimBlanks(line);
+    if (text.starts_with(';'))
+        return std::nullopt;
+    const std::size_t equals = text.find('=');
+    Entry entry{CutAtNul(TrimBlanks(text.substr(0, equals))), std::nullopt};
+    if (equals != std::string_view::npos)
+        entry.Value = CutAtNul(TrimBlanks(text.substr(equals + 1)));
+    else if (entry.Name.empty())
+        return std::nullopt;
+    return entry;
+}
+
+void AppendItem(std::string& list, std::string_view item) {
+    list += item;
+    list += '\0';
+}
+
+/// 36 for what is no digit in any base.
+unsigned DigitValue(char character) {
+    if (character >= '0' && character <= '9')
+        return static_cast<unsigned>(character - '0');
+    const char upper = ToUpper(character);
+    return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A') + 10U : 36U;
+}
+
+/// The base that the prefix of `digits` says; the prefix is taken off.
+unsigned TakeBase(std::string_view& digits) {
+    constexpr std::pair<std::string_view, unsigned> Prefixes[] = {{"0x", 16}, {"0o", 8}, {"0b", 2}};
+    for (const auto& [prefix, base] : Prefixes) {
+        if (digits.starts_with(prefix)) {
+            digits.remove_prefix(prefix.size());
+            return base;
+        }
+    }
+    return 10;
+}
+
+}  // namespace
+
+ProfileText::Line ProfileText::LineAt(std::size_t begin) const {
+    const std::size_t textEnd = std::min(bytes_.find_first_of(LineEnds, begin), bytes_.size());
+    const std::size_t endLength = bytes_.compare(textEnd, 2, NewLine) == 0 ? 2 : 1;
+    return {begin, textEnd, std::min(textEnd + endLength, bytes_.size())};
+}
+
+std::string_view ProfileText::TextOf(const Line& line) const {
+    return std::string_view(bytes_).substr(line.Begin, line.TextEnd - line.Begin);
+}
+
+std::optional<ProfileText::Section> ProfileText::FindSection(std::string_view name) const {
+    std::optional<Section> found;
+    if (name.empty())
+        found = Section{0, 0, bytes_.size()};
+    for (std::size_t at = 0; at < bytes_.size();) {
+        const Line line = LineAt(at);
+        at = line.End;
+        const std::optional<std::string_view> header = HeaderName(TextOf(line));
+        if (!header)
+            continue;
+        if (found) {
+            found->End = line.Begin;
+            break;
+        }
+        if (SameName(*header, name))
+            found = Section{line.Begin, line.End, bytes_.size()};
+    }
+    return found;
+}
+
+std::optional<ProfileText::Line> ProfileText::FindKey(const Section& section, std::string_view key) const {
+    for (std::size_t at = section.Begin; at < section.End;) {
+        const Line line = LineAt(at);
+        at = line.End;
+        const std::optional<Entry> entry = ParseEntry(TextOf(line));
+        if (entry && SameName(entry->Name, key))
+            return line;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> ProfileText::Value(std::string_view section, std::string_view key) const {
+    const std::optional<Section> found = FindSection(TrimBlanks(section));
+    const std::optional<Line> line = found ? FindKey(*found, TrimBlanks(key)) : std::nullopt;
+    if (!line)
+        return std::nullopt;
+    const std::optional<Entry> entry = ParseEntry(TextOf(*line));
+    if (!entry || !entry->Value)
+        return std::nullopt;
+    return std::string(UnquoteProfileValue(*entry->Value));
+}
+
+std::string ProfileText::SectionNames() const {
+    std::string names;
+    for (std::size_t at = 0; at < bytes_.size();) {
+        const Line line = LineAt(at);
+        at = line.End;
+        const std::string_view name = HeaderName(TextOf(line)).value_or("");
+        if (!name.empty())
+            AppendItem(names, name);
+    }
+    return names;
+}
+
+std::string ProfileText::KeyNames(std::string_view section) const {
+    std::string names;
+    const Section body = FindSection(section).value_or(Section{});
+    for (std::size_t at = body.Begin; at < body.End;) {
+        const Line line = LineAt(at);
+        at = line.End;
+        const std::optional<Entry> entry = ParseEntry(TextOf(line));
+        if (entry && entry->Value)
+            AppendItem(names, entry->Name);
+    }
+    return names;
+}
+
+std::string ProfileText::Entries(std::string_view section) const {
+    std::string entries;
+    const Section body = FindSection(section).value_or(Section{});
+    for (std::size_t at = body.Begin; at < body.End;) {
+        const Line line = LineAt(at);
+        at = line.End;
+        const std::optional<Entry> entry = ParseEntry(TextOf(line));
+        if (!entry)
+            continue;
+        entries += entry->Name;
+        if (entry->Value) {
+            entries += '=';
+            entries += *entry->Value;
+        }
+        entries += '\0';
+    }
+    return entries;
+}
+
+std::size_t ProfileText::EndOfEntries(const Section& section) const {
+    std::size_t end = section.Begin;
+    for (std::size_t at = section.Begin; at < section.End;) {
+        const Line line = LineAt(at);
+        at = line.End;
+        if (ParseEntry(TextOf(line)))
+            end = line.End;
+    }
+    return end;
+}
+
+void ProfileText::InsertLines(std::size_t position, std::string lines) {
+    const bool afterLineEnd = position == 0 || LineEnds.find(bytes_[position - 1]) != std::string_view::npos;
+    if (!afterLineEnd)
+        lines.insert(0, NewLine);
+    bytes_.insert(position, lines);
+}
+
+void ProfileText::SetValue(std::string_view section, std::string_view key, std::string_view value) {
+    std::string assignment(TrimBlanks(key));
+    assignment += '=';
+    assignment += value;
+    const std::optional<Section> found = FindSection(TrimBlanks(section));
+    if (!found) {
+        std::string lines = "[";
+        lines += TrimBlanks(section);
+        lines += "]\r\n";
+        lines += assignment;
+        InsertLines(bytes_.size(), lines.append(NewLine));
+        return;
+    }
+    const std::optional<Line> line = FindKey(*found, TrimBlanks(key));
+    if (!line) {
+        InsertLines(EndOfEntries(*found), assignment.append(NewLine));
+        return;
+    }
+    const std::string_view text = TextOf(*line);
+    const std::size_t equals = text.find('=');
+    std::string changed(equals == std::string_view::npos ? CutAtNul(text) : text.substr(0, equals));
+    changed += '=';
+    changed += value;
+    bytes_.replace(line->Begin, line->TextEnd - line->Begin, changed);
+}
+
+void ProfileText::DeleteKey(std::string_view section, std::string_view key) {
+    const std::optional<Section> found = FindSection(section);
+    const std::optional<Line> line = found ? FindKey(*found, key) : std::nullopt;
+    if (line)
+        bytes_.erase(line->Begin, line->End - line->Begin);
+}
+
+void ProfileText::DeleteSection(std::string_view section) {
+    const std::optional<Section> found = FindSection(section);
+    if (found)
+        bytes_.erase(found->HeaderBegin, found->End - found->HeaderBegin);
+}
+
+std::string_view UnquoteProfileValue(std::string_view text) {
+    const bool quoted =
+        text.size() >= 2 && text.front() == text.back() && (text.front() == '"' || text.front() == '\'');
+    return quoted ? text.substr(1, text.size() - 2) : text;
+}
+
+std::uint32_t ProfileInteger(std::string_view value) {
+    while (!value.empty() && static_cast<unsigned char>(value.front()) <= ' ')
+        value.remove_prefix(1);
+    const bool negative = value.starts_with('-');
+    if (negative || value.starts_with('+'))
+        value.remove_prefix(1);
+    const unsigned base = TakeBase(value);
+    std::uint32_t number = 0;
+    for (const char character : value) {
+        const unsigned digit = DigitValue(character);
+        if (digit >= base)
+            break;
+        number = number * base + digit;
+    }
+    return negative ? 0U - number : number;
+}
+
+}  // namespace tallyhorn

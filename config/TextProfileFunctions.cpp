@@ -1,0 +1,107 @@
+#include "config/TextProfileFunctions.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "config/ProfileText.h"
+#include "platform/WholeFile.h"
+
+namespace tallyhorn {
+namespace {
+
+ProfileText ReadProfile(const char* file) {
+    std::string bytes;
+    if (file == nullptr ||
+        ReadWholeFile(file, TextProfileFunctions::MaximumFileSize, bytes) != ReadOutcome::Complete)
+        bytes.clear();
+    return ProfileText(std::move(bytes));
+}
+
+std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) {
+    if (buffer == nullptr || size == 0)
+        return 0;
+    const std::size_t count = std::min<std::size_t>(text.size(), size - 1);
+    std::copy_n(text.data(), count, buffer);
+    buffer[count] = '\0';
+    return static_cast<std::uint32_t>(count);
+}
+
+/// Two NULs end a list; a buffer of fewer bytes holds none.
+std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) {
+    if (buffer == nullptr || size < 2)
+        return CopyText({}, buffer, size);
+    const std::size_t count = std::min<std::size_t>(list.size(), size - 2);
+    std::copy_n(list.data(), count, buffer);
+    buffer[count] = '\0';
+    buffer[count + 1] = '\0';
+    return static_cast<std::uint32_t>(count);
+}
+
+/// A default text loses its trailing spaces and its quotes, as on Windows; a lone space stays.
+std::string_view DefaultText(const char* text) {
+    std::string_view result = text == nullptr ? "" : text;
+    while (result.size() > 1 && result.ends_with(' '))
+        result.remove_suffix(1);
+    return UnquoteProfileValue(result);
+}
+
+}  // namespace
+
+std::uint32_t TextProfileFunctions::GetPrivateProfileString(const char* section, const char* key,
+                                                            const char* defaultText, char* buffer,
+                                                            std::uint32_t size, const char* file) {
+    const ProfileText profile = ReadProfile(file);
+    if (section == nullptr)
+        return CopyList(profile.SectionNames(), buffer, size);
+    if (key != nullptr) {
+        const std::optional<std::string> value = profile.Value(section, key);
+        return CopyText(value ? *value : DefaultText(defaultText), buffer, size);
+    }
+    const std::uint32_t count = CopyList(profile.KeyNames(section), buffer, size);
+    // A list whose first name is empty counts as none.
+    const bool none = count == 0 || buffer[0] == '\0';
+    return none ? CopyText(DefaultText(defaultText), buffer, size) : count;
+}
+
+std::uint32_t TextProfileFunctions::GetPrivateProfileInt(const char* section, const char* key,
+                                                         std::int32_t defaultValue, const char* file) {
+    if (section == nullptr || key == nullptr)
+        return static_cast<std::uint32_t>(defaultValue);
+    const std::optional<std::string> value = ReadProfile(file).Value(section, key);
+    return value ? ProfileInteger(*value) : static_cast<std::uint32_t>(defaultValue);
+}
+
+bool TextProfileFunctions::WritePrivateProfileString(const char* section, const char* key, const char* value,
+                                                     const char* file) {
+    if (section == nullptr || file == nullptr)
+        return false;
+    std::string before;
+    const ReadOutcome outcome = ReadWholeFile(file, MaximumFileSize, before);
+    if (outcome == ReadOutcome::Failed)
+        return false;
+    ProfileText profile(before);
+    if (key == nullptr)
+        profile.DeleteSection(section);
+    else if (value == nullptr)
+        profile.DeleteKey(section, key);
+    else
+        profile.SetValue(section, key, value);
+    if (profile.Bytes() == before)
+        return true;
+    return profile.Bytes().size() <= MaximumFileSize && ReplaceWholeFile(file, profile.Bytes());
+}
+
+std::uint32_t TextProfileFunctions::GetPrivateProfileSectionNames(char* buffer, std::uint32_t size,
+                                                                  const char* file) {
+    return CopyList(ReadProfile(file).SectionNames(), buffer, size);
+}
+
+std::uint32_t TextProfileFunctions::GetPrivateProfileSection(const char* section, char* buffer,
+                                                             std::uint32_t size, const char* file) {
+    if (section == nullptr)
+        return CopyList({}, buffer, size);
+    return CopyList(ReadProfile(file).Entries(section), buffer, size);
+}
+
+}  // namespace tallyhorn

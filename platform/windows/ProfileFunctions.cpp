@@ -1,0 +1,48 @@
+#include "platform/ProfileFunctions.h"
+
+#define NOMINMAX 1
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+// The methods bear the names that the header gives to its "A" functions by macro.
+#undef GetPrivateProfileString
+#undef GetPrivateProfileInt
+#undef WritePrivateProfileString
+#undef GetPrivateProfileSectionNames
+#undef GetPrivateProfileSection
+
+namespace tallyhorn {
+namespace {
+
+/// Windows' profile functions themselves; holds nothing.
+/// Called from the user-interface thread.
+class WindowsProfileFunctions final : public ProfileFunctions {
+public:
+    std::uint32_t GetPrivateProfileString(const char* section, const char* key, const char* defaultText,
+                                          char* buffer, std::uint32_t size, const char* file) override {
+        return GetPrivateProfileStringA(section, key, defaultText, buffer, size, file);
+    }
+    std::uint32_t GetPrivateProfileInt(const char* section, const char* key, std::int32_t defaultValue,
+                                       const char* file) override {
+        return GetPrivateProfileIntA(section, key, defaultValue, file);
+    }
+    bool WritePrivateProfileString(const char* section, const char* key, const char* value,
+                                   const char* file) override {
+        return WritePrivateProfileStringA(section, key, value, file) != 0;
+    }
+    std::uint32_t GetPrivateProfileSectionNames(char* buffer, std::uint32_t size, const char* file) override {
+        return GetPrivateProfileSectionNamesA(buffer, size, file);
+    }
+    std::uint32_t GetPrivateProfileSection(const char* section, char* buffer, std::uint32_t size,
+                                           const char* file) override {
+        return GetPrivateProfileSectionA(section, buffer, size, file);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<ProfileFunctions> MakeProfileFunctions() {
+    return std::make_unique<WindowsProfileFunctions>();
+}
+
+}  // namespace tallyhorn

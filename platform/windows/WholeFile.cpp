@@ -1,0 +1,93 @@
+#include "platform/WholeFile.h"
+
+#define NOMINMAX 1
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+
+namespace tallyhorn {
+namespace {
+
+/// An open file, closed at the end of its scope.
+/// Used by the thread that made it.
+class FileHandle {
+public:
+    explicit FileHandle(HANDLE handle) : handle_(handle) {}
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    ~FileHandle() {
+        if (IsOpen())
+            CloseHandle(handle_);
+    }
+
+    HANDLE Get() const { return handle_; }
+    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE handle_;
+};
+
+constexpr DWORD LargestPiece = DWORD{1} << 20U;
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const DWORD wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), LargestPiece));
+        DWORD count = 0;
+        if (WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0 || count == 0)
+            return false;
+        bytes.remove_prefix(count);
+    }
+    return true;
+}
+
+std::string TemporaryName(const std::string& path) {
+    static std::atomic<unsigned> count{0};
+    const std::size_t separator = path.find_last_of("\\/:");
+    const std::string folder = separator == std::string::npos ? "" : path.substr(0, separator + 1);
+    return folder + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(count++) + ".tmp";
+}
+
+bool WriteTemporary(const std::string& temporary, std::string_view bytes) {
+    const FileHandle file(CreateFileA(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file.IsOpen() && WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) != 0;
+}
+
+}  // namespace
+
+ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes) {
+    bytes.clear();
+    const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.IsOpen())
+        return GetLastError() == ERROR_FILE_NOT_FOUND ? ReadOutcome::Missing : ReadOutcome::Failed;
+    if (GetFileType(file.Get()) != FILE_TYPE_DISK)
+        return ReadOutcome::Failed;
+    while (true) {
+        const std::size_t filled = bytes.size();
+        const DWORD room = static_cast<DWORD>(std::min<std::size_t>(LargestPiece, maximum + 1 - filled));
+        bytes.resize(filled + room);
+        DWORD count = 0;
+        const bool read = ReadFile(file.Get(), bytes.data() + filled, room, &count, nullptr) != 0;
+        bytes.resize(filled + count);
+        if (!read || bytes.size() > maximum)
+            return ReadOutcome::Failed;
+        if (count == 0)
+            return ReadOutcome::Complete;
+    }
+}
+
+bool ReplaceWholeFile(const std::string& path, std::string_view bytes) {
+    const std::string temporary = TemporaryName(path);
+    const bool replaced =
+        WriteTemporary(temporary, bytes) &&
+        MoveFileExA(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    if (!replaced)
+        DeleteFileA(temporary.c_str());
+    return replaced;
+}
+
+}  // namespace tallyhorn

@@ -206,7 +206,9 @@ std::optional<std::int64_t> MillisecondsFromDays(double days) {
     if (std::isnan(days))
         return std::nullopt;
     const double whole = std::trunc(days);
-    const double moment = whole + std::fabs(days - whole);
+    // An infinity is whole: less itself it would be not-a-number.
+    const double fraction = std::isinf(days) ? 0.0 : std::fabs(days - whole);
+    const double moment = whole + fraction;
     const double milliseconds = (moment * SecondsPerDay + AlarmDate::DefaultSeconds) * 1000.0;
     constexpr double Limit = 9.2e18;
     if (milliseconds >= Limit)

@@ -20,26 +20,6 @@ constexpr std::array<char16_t, 32> HighControls = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr unsigned char MultiplicationSign = 0xD7;
-constexpr unsigned char DivisionSign = 0xF7;
-
-constexpr std::array<char, Bytes> MakeUpperTable() {
-    std::array<char, Bytes> table{};
-    for (std::size_t i = 0; i < Bytes; ++i)
-        table[i] = static_cast<char>(i);
-    for (std::size_t i = 'a'; i <= 'z'; ++i)
-        table[i] = static_cast<char>(i - 'a' + 'A');
-    for (std::size_t i = 0xE0; i <= 0xFE; ++i) {
-        if (i != DivisionSign)
-            table[i] = static_cast<char>(i - 0x20);
-    }
-    table[0x9A] = static_cast<char>(0x8A);
-    table[0x9C] = static_cast<char>(0x8C);
-    table[0x9E] = static_cast<char>(0x8E);
-    table[0xFF] = static_cast<char>(0x9F);
-    return table;
-}
-
-constexpr std::array<char, Bytes> UpperTable = MakeUpperTable();
 
 constexpr std::array<char, Bytes> MakeLowerTable() {
     std::array<char, Bytes> table{};
@@ -97,10 +77,6 @@ std::optional<Utf8Character> FirstCharacter(std::string_view utf8) {
 }
 
 }  // namespace
-
-char ToUpper(char character) {
-    return UpperTable[Index(character)];
-}
 
 char ToLower(char character) {
     return LowerTable[Index(character)];

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -10,8 +12,26 @@ namespace tallyhorn {
 // The console's text: single bytes of Windows-1252, all 256 of them kept.  The functions are pure and safe in
 // any thread; nothing here allocates but the strings that are returned.
 
+/// Upper case of all 256 bytes.
+inline constexpr std::array<char, 256> UpperTable = [] {
+    constexpr std::size_t divisionSign = 0xF7;
+    std::array<char, 256> table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        const bool hasUpper = (i >= 'a' && i <= 'z') || (i >= 0xE0 && i <= 0xFE && i != divisionSign);
+        table[i] = static_cast<char>(hasUpper ? i - 0x20 : i);
+    }
+    table[0x9A] = static_cast<char>(0x8A);
+    table[0x9C] = static_cast<char>(0x8C);
+    table[0x9E] = static_cast<char>(0x8E);
+    table[0xFF] = static_cast<char>(0x9F);
+    return table;
+}();
+
 /// Upper and lower case in Windows-1252, accented letters included; a byte without the other case is kept.
-char ToUpper(char character);
+/// Inline, because matching a notification folds some sixty bytes and little else.
+inline char ToUpper(char character) {
+    return UpperTable[static_cast<unsigned char>(character)];
+}
 char ToLower(char character);
 std::string UpperCase(std::string_view text);
 std::string LowerCase(std::string_view text);

@@ -1,0 +1,260 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "filters/FilterMatcher.h"
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::string_literals;
+
+SuppressionFilter AnyFilter() {
+    SuppressionFilter filter;
+    filter.FilterName = "a filter";
+    filter.EventID = AnyEventID;
+    return filter;
+}
+
+AlarmRecord TypicalAlarm() {
+    AlarmRecord alarm;
+    alarm.DateTime = *ParseAlarmDate("6/15/2004 10:30:15 AM");
+    alarm.Source = "Service Control Manager";
+    alarm.TypeOfEvent = "Failure Audit";
+    alarm.Category = "Logon/Logoff";
+    alarm.EventID = 7036;
+    alarm.AccountName = "CORP\\SMITH";
+    alarm.Computer = "SRV1";
+    return alarm;
+}
+
+bool Matches(const std::vector<SuppressionFilter>& table, const AlarmRecord& alarm) {
+    return FilterMatcher(table).Matches(alarm);
+}
+
+struct MatchCase {
+    const char* Name;
+    std::function<void(SuppressionFilter&, AlarmRecord&)> Change;
+    bool Expected;
+};
+
+/// Each case changes a filter that tests nothing, and the typical alarm.
+void ExpectMatches(const std::vector<MatchCase>& cases) {
+    for (const MatchCase& oneCase : cases) {
+        SuppressionFilter filter = AnyFilter();
+        AlarmRecord alarm = TypicalAlarm();
+        oneCase.Change(filter, alarm);
+        EXPECT_EQ(Matches({SuppressionFilter(), filter}, alarm), oneCase.Expected) << oneCase.Name;
+    }
+}
+
+using F = SuppressionFilter&;
+using A = AlarmRecord&;
+
+TEST(FilterMatcher, ComparesTexts) {
+    ExpectMatches({
+        {"no test in force", [](F, A) {}, false},
+        {"equal", [](F f, A) { f.Source = "Service Control Manager"; }, true},
+        {"case differs", [](F f, A) { f.Source = "sERVICE cONTROL mANAGER"; }, true},
+        {"alarm in lower case", [](F f, A a) { f.Source = a.Source, a.Source = LowerCase(a.Source); }, true},
+        {"accented case differs", [](F f, A a) { f.Source = "caf\xE9 \xFF", a.Source = "CAF\xC9 \x9F"; },
+         true},
+        {"not the other accent", [](F f, A a) { f.Source = "caf\xE9", a.Source = "CAF\xC8"; }, false},
+        {"a part only", [](F f, A) { f.Source = "Service Control"; }, false},
+        {"longer than the alarm's", [](F f, A) { f.Source = "Service Control Manager 2"; }, false},
+        {"the alarm's trailing blank counts", [](F f, A a) { f.Source = a.Source, a.Source += ' '; }, false},
+        {"the alarm's leading blank counts", [](F f, A a) { f.Source = "x", a.Source = " x"s; }, false},
+        {"the alarm's NUL counts", [](F f, A a) { f.Source = "x", a.Source = "x\0"s; }, false},
+        {"the filter's blanks around do not", [](F f, A a) { f.Source = "  x ", a.Source = "x"s; }, true},
+        {"the filter's NULs do not", [](F f, A a) { f.Source = "\0a\0b\0 \0"s, a.Source = "AB"s; }, true},
+        {"NULs and blanks alone test nothing", [](F f, A) { f.Source = "\0 \0"s; }, false},
+        {"an empty alarm text is no match", [](F f, A a) { f.Source = "x", a.Source = ""s; }, false},
+        {"no test of an empty alarm text", [](F, A a) { a.Source = ""s; }, false},
+        {"all 30 characters",
+         [](F f, A a) { f.Source = std::string(30, 'x'), a.Source = std::string(30, 'X'); }, true},
+        {"a text cut to its field is never met",
+         [](F f, A a) { f.Source = std::string(31, 'x'), a.Source = std::string(31, 'X'); }, false},
+        {"all 50 characters",
+         [](F f, A a) { f.Category = std::string(50, 'x'), a.Category = std::string(50, 'X'); }, true},
+        {"a huge text", [](F f, A a) { f.Category = "x", a.Category = std::string(100'000, 'x'); }, false},
+        {"category", [](F f, A) { f.Category = "LOGON/logoff"; }, true},
+        {"account", [](F f, A) { f.AccountName = "corp\\smith"; }, true},
+        {"computer", [](F f, A) { f.Computer = "srv1"; }, true},
+        {"another field's text", [](F f, A a) { f.Category = a.Source, f.Source = a.Source; }, false},
+        {"a blank name", [](F f, A) { f.FilterName = "", f.EventID = 7036; }, false},
+        {"a name of NULs", [](F f, A) { f.FilterName = std::string(50, '\0'), f.EventID = 7036; }, false},
+    });
+}
+
+TEST(FilterMatcher, NeedsEveryTestInForce) {
+    const auto all = [](F f, A a) {
+        f.Source = a.Source, f.Category = a.Category, f.AccountName = a.AccountName;
+        f.Computer = a.Computer, f.EventID = a.EventID, f.EventTypes = FilterFailureAudit;
+        f.UseDateRange = FilterTrue, f.BeginDate = f.EndDate = DaysFromAlarmDate(a.DateTime);
+    };
+    ExpectMatches({
+        {"all pass", all, true},
+        {"source fails", [&](F f, A a) { all(f, a), a.Source = "x"s; }, false},
+        {"category fails", [&](F f, A a) { all(f, a), a.Category = "x"s; }, false},
+        {"account fails", [&](F f, A a) { all(f, a), a.AccountName = "x"s; }, false},
+        {"computer fails", [&](F f, A a) { all(f, a), a.Computer = "x"s; }, false},
+        {"event id fails", [&](F f, A a) { all(f, a), a.EventID = 1; }, false},
+        {"type fails", [&](F f, A a) { all(f, a), a.TypeOfEvent = "Error"; }, false},
+        {"type is unrecognised", [&](F f, A a) { all(f, a), a.TypeOfEvent = "Audit"; }, true},
+        {"date fails", [&](F f, A a) { all(f, a), a.DateTime.Seconds += 1; }, false},
+    });
+}
+
+TEST(FilterMatcher, TestsTheEventID) {
+    ExpectMatches({
+        {"equal", [](F f, A) { f.EventID = 7036; }, true},
+        {"0 is a test that fails", [](F f, A) { f.EventID = 0; }, false},
+        {"0 is a test that passes", [](F f, A a) { f.EventID = a.EventID = 0; }, true},
+        {"-1 is no test, even of -1", [](F f, A a) { f.EventID = a.EventID = -1; }, false},
+        {"negative", [](F f, A a) { f.EventID = a.EventID = -1'073'740'823; }, true},
+    });
+}
+
+TEST(FilterMatcher, TestsTheType) {
+    struct Type {
+        std::string Text;
+        std::int32_t Bit;
+    };
+    const Type types[] = {{"Information", 1},
+                          {"WARNING", 2},
+                          {" e r r o r ", 4},
+                          {"Failure Audit", 8},
+                          {"FailureAudit", 8},
+                          {"success   audit", 16},
+                          {"Informational", 0},
+                          {"", 0},
+                          {"   ", 0},
+                          {"Err", 0},
+                          {"Warning\t", 0},
+                          {"Error\0"s, 0},
+                          {std::string(9999, 'E'), 0}};
+    for (const Type& type : types) {
+        for (const std::int32_t mask : {1, 2, 4, 8, 16, 31, 32, 64 + 2, -1, INT32_MIN}) {
+            SuppressionFilter byType = AnyFilter();
+            byType.EventTypes = mask;
+            SuppressionFilter bySource = byType;
+            bySource.Source = "service control manager";
+            AlarmRecord alarm = TypicalAlarm();
+            alarm.TypeOfEvent = type.Text;
+            const bool covered = (mask & type.Bit) != 0;
+            EXPECT_EQ(Matches({byType}, alarm), covered) << type.Text << ' ' << mask;
+            EXPECT_EQ(Matches({bySource}, alarm), covered || type.Bit == 0) << type.Text << ' ' << mask;
+        }
+    }
+}
+
+struct DateCase {
+    const char* Name;
+    double Begin;
+    double End;
+    const char* Alarm;
+    bool Expected;
+};
+
+double Days(const char* date) {
+    return DaysFromAlarmDate(*ParseAlarmDate(date));
+}
+
+TEST(FilterMatcher, TestsTheDateRange) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double millisecond = 1.0 / 86'400'000;
+    const double begin = Days("6/15/2004 10:30:15 AM");
+    const double end = Days("6/17/2004");
+    const DateCase cases[] = {
+        {"a second before the begin", begin, end, "6/15/2004 10:30:14 AM", false},
+        {"the begin", begin, end, "6/15/2004 10:30:15 AM", true},
+        {"inside", begin, end, "6/16/2004 1:00:00 PM", true},
+        {"the end", begin, end, "6/17/2004", true},
+        {"a second past the end", begin, end, "6/17/2004 12:00:01 AM", false},
+        {"later on the end's day", begin, end, "6/17/2004 1:00:00 PM", false},
+        {"begin a part of a second later", begin + 200 * millisecond, end, "6/15/2004 10:30:15 AM", false},
+        {"begin a part of a second before", begin - 200 * millisecond, end, "6/15/2004 10:30:15 AM", true},
+        {"end a part of a second before", begin - 1, begin - 200 * millisecond, "6/15/2004 10:30:15 AM",
+         false},
+        {"end a part of a second later", begin - 1, begin + 200 * millisecond, "6/15/2004 10:30:15 AM", true},
+        {"begin and end swapped", end, begin, "6/16/2004", false},
+        {"before 1970", Days("1/2/1950"), Days("1/2/1950 11:59:59 PM"), "1/2/1950 11:59:59 PM", true},
+        {"before 1970, past the end", Days("1/2/1950"), Days("1/2/1950 11:59:58 PM"), "1/2/1950 11:59:59 PM",
+         false},
+        {"before 1900, the fraction counts on", -1.75, -1.25, "12/29/1899 6:00:00 AM", false},
+        {"before 1900, the begin", -1.25, -1.75, "12/29/1899 6:00:00 AM", true},
+        {"before 1900, the end", -1.25, -1.75, "12/29/1899 6:00:00 PM", true},
+        {"before 1900, past the end", -1.25, -1.75, "12/29/1899 6:00:01 PM", false},
+        {"no number at the begin", nan, end, "1/1/1900", true},
+        {"no number at the begin, past the end", nan, end, "1/1/2005", false},
+        {"no number at the end", begin, nan, "1/1/9999", true},
+        {"no number at both", nan, nan, "1/1/2000", true},
+        {"endless", -infinity, infinity, "1/1/0100", true},
+        {"endless the wrong way", infinity, -infinity, "1/1/2000", false},
+        {"huge", -1e300, 1e300, "12/31/9999 11:59:59 PM", true},
+    };
+    for (const DateCase& oneCase : cases) {
+        SuppressionFilter filter = AnyFilter();
+        filter.UseDateRange = FilterTrue;
+        filter.BeginDate = oneCase.Begin;
+        filter.EndDate = oneCase.End;
+        AlarmRecord alarm = TypicalAlarm();
+        alarm.DateTime = *ParseAlarmDate(oneCase.Alarm);
+        EXPECT_EQ(Matches({filter}, alarm), oneCase.Expected) << oneCase.Name;
+        filter.UseDateRange = 1;
+        EXPECT_EQ(Matches({filter}, alarm), oneCase.Expected) << oneCase.Name << ", true by another value";
+        filter.UseDateRange = FilterFalse;
+        EXPECT_FALSE(Matches({filter}, alarm)) << oneCase.Name << ", not in force";
+    }
+}
+
+TEST(FilterMatcher, MeetsEverySecondOfADayExactly) {
+    SuppressionFilter filter = AnyFilter();
+    filter.UseDateRange = FilterTrue;
+    for (const char* day : {"1/1/0100", "12/28/1899", "6/15/2004", "12/31/9999"}) {
+        const AlarmDate midnight = *ParseAlarmDate(day);
+        for (std::int64_t second = 0; second < 86400; second += 61) {
+            AlarmRecord alarm;
+            alarm.DateTime.Seconds = midnight.Seconds + second;
+            filter.BeginDate = filter.EndDate = DaysFromAlarmDate(alarm.DateTime);
+            ASSERT_TRUE(Matches({filter}, alarm)) << day << ' ' << second;
+            alarm.DateTime.Seconds += 1;
+            ASSERT_FALSE(Matches({filter}, alarm)) << day << ' ' << second;
+        }
+    }
+}
+
+TEST(FilterMatcher, TriesEveryFilterOfALargeTable) {
+    std::vector<SuppressionFilter> table(1);
+    for (int i = 0; i < 2000; ++i) {
+        SuppressionFilter filter = AnyFilter();
+        const std::string text = "text " + std::to_string(i);
+        (i % 4 == 0 ? filter.AccountName : filter.Category) = text;
+        if (i % 3 == 0)
+            filter.Computer = text;
+        if (i % 5 == 0)
+            filter.EventID = i;
+        table.push_back(filter);
+    }
+    const FilterMatcher matcher(table);
+    for (int i = 0; i < 2000; ++i) {
+        AlarmRecord alarm;
+        const std::string text = "TEXT " + std::to_string(i);
+        (i % 4 == 0 ? alarm.AccountName : alarm.Category) = text;
+        alarm.Computer = text;
+        alarm.EventID = i;
+        EXPECT_TRUE(matcher.Matches(alarm)) << i;
+        alarm.Computer += 'x';
+        EXPECT_EQ(matcher.Matches(alarm), i % 3 != 0) << i;
+    }
+    EXPECT_FALSE(matcher.Matches(TypicalAlarm()));
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "filters/SuppressionFilters.h"
+#include "records/AnsiText.h"
+#include "tests/filters/ScratchFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+SuppressionFilter FilterOn(std::string_view name, std::string_view source) {
+    SuppressionFilter filter;
+    filter.FilterName = name;
+    filter.Source = source;
+    filter.EventID = AnyEventID;
+    return filter;
+}
+
+AlarmRecord AlarmFrom(std::string_view source) {
+    AlarmRecord alarm;
+    alarm.Source = source;
+    return alarm;
+}
+
+std::string SlotOf(const SuppressionFilter& filter) {
+    const FilterSlot slot = EncodeFilter(filter);
+    return {slot.data(), slot.size()};
+}
+
+std::vector<std::string> TableNames(const SuppressionFilters& filters) {
+    std::vector<std::string> names;
+    for (const SuppressionFilter& filter : filters.Table())
+        names.push_back(StripNulls(filter.FilterName.View()));
+    return names;
+}
+
+/// What a listing of the file does: counts the slots, blank ones included.
+std::int32_t CountSlots(SuppressionFilters& filters) {
+    filters.FilterCount = 0;
+    while (filters.ReadFilterRecord(filters.FilterCount + 1))
+        ++filters.FilterCount;
+    return filters.FilterCount;
+}
+
+class SuppressionFiltersTest : public testing::Test {
+protected:
+    void Start() {
+        filters_.OpenFilterFile();
+        filters_.LoadSuppressionFilters();
+    }
+
+    ScratchFolder folder_;
+    std::filesystem::path path_ = folder_ / "SavedFilters.dat";
+    SuppressionFilters filters_{path_};
+};
+
+TEST_F(SuppressionFiltersTest, LoadsWhatTheBytesOfTheFileHold) {
+    const std::string a = SlotOf(FilterOn("A", "a"));
+    const std::string b = SlotOf(FilterOn("B", "b"));
+    const std::string blank = SlotOf(SuppressionFilter());
+    const std::string nulName = std::string(50, '\0') + a.substr(50);
+    struct Case {
+        const char* Name;
+        std::string Bytes;
+        std::vector<std::string> Table;
+        std::int32_t Slots;
+    };
+    const Case cases[] = {
+        {"empty", "", {""}, 0},
+        {"a blank slot between", a + blank + b, {"", "A", "B"}, 3},
+        {"a name of NULs, and slots of zeros", nulName + std::string(896, '\0') + b, {"", "B"}, 4},
+        {"a short last slot", a + b.substr(0, 236), {"", "A", "B"}, 2},
+        {"a last slot too short by a byte", a + b.substr(0, 235), {"", "A"}, 1},
+        {"too short for any", a.substr(0, 235), {""}, 0},
+        {"blank slots at the end", a + blank + blank, {"", "A"}, 3},
+    };
+    for (const Case& oneCase : cases) {
+        SCOPED_TRACE(oneCase.Name);
+        WriteWholeFile(path_, oneCase.Bytes);
+        Start();
+        EXPECT_EQ(TableNames(filters_), oneCase.Table);
+        EXPECT_EQ(filters_.FilterCount, static_cast<std::int32_t>(oneCase.Table.size()) - 1);
+        EXPECT_EQ(CountSlots(filters_), oneCase.Slots);
+        filters_.CloseFilterFile();
+    }
+}
+
+TEST_F(SuppressionFiltersTest, CreatesAMissingFileAndKeepsItOnReopening) {
+    Start();
+    EXPECT_TRUE(std::filesystem::is_regular_file(path_));
+    EXPECT_EQ(filters_.FilterCount, 0);
+    EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));
+    filters_.CurrentFilter = FilterOn("A", "a");
+    EXPECT_TRUE(filters_.WriteFilterRecord(1));
+    Start();
+    EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
+    EXPECT_EQ(ReadWholeFile(path_), SlotOf(FilterOn("A", "a")));
+}
+
+TEST_F(SuppressionFiltersTest, WritesSlotsInPlaceAndAfterTheLast) {
+    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")) + SlotOf(FilterOn("B", "b")).substr(0, 236));
+    Start();
+    EXPECT_EQ(CountSlots(filters_), 2);
+    filters_.CurrentFilter = FilterOn("C", "c");
+    EXPECT_TRUE(filters_.WriteFilterRecord(3));
+    filters_.CurrentFilter = FilterOn("D", "d");
+    EXPECT_TRUE(filters_.WriteFilterRecord(1));
+    EXPECT_EQ(ReadWholeFile(path_),
+              SlotOf(FilterOn("D", "d")) + SlotOf(FilterOn("B", "b")) + SlotOf(FilterOn("C", "c")));
+
+    // The table is the loaded one until the next load.
+    EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
+    EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("d")));
+    Start();
+    EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));
+    EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("d")));
+}
+
+TEST_F(SuppressionFiltersTest, FreesASlotButKeepsItsPlaceAndDates) {
+    SuppressionFilter dated = FilterOn("A", "a");
+    dated.UseDateRange = FilterTrue;
+    dated.BeginDate = 2.5;
+    dated.EndDate = 3.5;
+    dated.EventTypes = FilterError;
+    dated.Category = "x";
+    dated.AccountName = "x";
+    dated.Computer = "x";
+    WriteWholeFile(path_, SlotOf(dated) + SlotOf(FilterOn("B", "b")));
+    Start();
+    ASSERT_TRUE(filters_.ReadFilterRecord(1));
+    filters_.ClearFilterRecord();
+    EXPECT_TRUE(filters_.WriteFilterRecord(1));
+
+    SuppressionFilter blank;
+    blank.BeginDate = 2.5;
+    blank.EndDate = 3.5;
+    EXPECT_EQ(ReadWholeFile(path_), SlotOf(blank) + SlotOf(FilterOn("B", "b")));
+    Start();
+    EXPECT_EQ(TableNames(filters_), (std::vector<std::string>{"", "B"}));
+}
+
+TEST_F(SuppressionFiltersTest, LeavesTheCurrentFilterWhereNoRecordIs) {
+    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")));
+    Start();
+    for (const std::int32_t record : {0, -1, 2, INT32_MAX, INT32_MIN}) {
+        EXPECT_FALSE(filters_.ReadFilterRecord(record)) << record;
+        EXPECT_EQ(filters_.CurrentFilter, FilterOn("A", "a")) << record;
+    }
+    EXPECT_FALSE(filters_.WriteFilterRecord(0));
+    EXPECT_TRUE(filters_.ReadFilterRecord(1));
+    EXPECT_EQ(ReadWholeFile(path_), SlotOf(FilterOn("A", "a")));
+}
+
+TEST_F(SuppressionFiltersTest, StaysEmptyWhereNoFileCanBe) {
+    std::filesystem::create_directory(path_);
+    SuppressionFilters noFolder(folder_ / "missing" / "SavedFilters.dat");
+    for (SuppressionFilters* filters : {&filters_, &noFolder}) {
+        filters->OpenFilterFile();
+        filters->LoadSuppressionFilters();
+        EXPECT_EQ(filters->FilterCount, 0);
+        EXPECT_EQ(filters->Table().size(), 1U);
+        EXPECT_FALSE(filters->WriteFilterRecord(1));
+        EXPECT_FALSE(filters->ReadFilterRecord(1));
+        EXPECT_FALSE(filters->IsSuppressed(AlarmRecord()));
+    }
+    EXPECT_TRUE(std::filesystem::is_directory(path_));
+}
+
+TEST_F(SuppressionFiltersTest, ReadsAFileThatItMayNotWrite) {
+    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")));
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_read);
+    Start();
+    EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
+    filters_.CloseFilterFile();
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
+}
+
+TEST_F(SuppressionFiltersTest, LoadsRandomBytesUpToItsLimit) {
+    std::mt19937 random(7);
+    std::string bytes((std::size_t{SuppressionFilters::MaxRecords} + 10) * FilterSlotSize, '\0');
+    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
+        const std::uint32_t value = static_cast<std::uint32_t>(random());
+        std::memcpy(bytes.data() + i, &value, 4);
+    }
+    WriteWholeFile(path_, bytes);
+    Start();
+    EXPECT_EQ(filters_.FilterCount, SuppressionFilters::MaxRecords);
+    EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -185,11 +185,12 @@ std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
 std::string FormatGeneralDate(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
     std::array<char, 64> buffer{};
-    int length = std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d", parts.Month, parts.Day, parts.Year);
+    int length =
+        std::snprintf(buffer.data(), buffer.size(), "%d/%d/%04d", parts.Month, parts.Day, parts.Year);
     if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
         const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
         length =
-            std::snprintf(buffer.data(), buffer.size(), "%d/%d/%d %d:%02d:%02d %s", parts.Month, parts.Day,
+            std::snprintf(buffer.data(), buffer.size(), "%d/%d/%04d %d:%02d:%02d %s", parts.Month, parts.Day,
                           parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
     }
     return {buffer.data(), static_cast<std::size_t>(length)};

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include "records/AlarmDate.h"
+#include "records/DateDisplay.h"
+
+namespace tallyhorn {
+namespace {
+
+AlarmDate At(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    return MakeAlarmDate({year, month, day, hour, minute, second}).value();
+}
+
+TEST(ParseAlarmDate, ReadsTheFormsOfItsLocale) {
+    const struct {
+        const char* Text;
+        AlarmDate Date;
+    } cases[] = {
+        {"8/21/2008 2:05:09 PM", At(2008, 8, 21, 14, 5, 9)},
+        {"08/21/2008 14:05:09", At(2008, 8, 21, 14, 5, 9)},
+        {"21/8/2008", At(2008, 8, 21)},
+        {"12/11/2008", At(2008, 12, 11)},
+        {"13-1-08", At(2008, 1, 13)},
+        {"1.2.29", At(2029, 1, 2)},
+        {"1.2.30", At(1930, 1, 2)},
+        {"2/3/99 7:08", At(1999, 2, 3, 7, 8)},
+        {"2008-08-21 00:00:01", At(2008, 8, 21, 0, 0, 1)},
+        {"2008/8/2", At(2008, 8, 2)},
+        {"  8/21/2008   12:00:00AM  ", At(2008, 8, 21)},
+        {"8/21/2008 12:00 pm", At(2008, 8, 21, 12)},
+        {"2/29/2000", At(2000, 2, 29)},
+        {"1/1/0100", At(100, 1, 1)},
+        {"12/31/9999 23:59:59", At(9999, 12, 31, 23, 59, 59)},
+        {"8/21/2008\r\n7:00", At(2008, 8, 21)},
+    };
+    for (const auto& [text, date] : cases)
+        EXPECT_EQ(ParseAlarmDate(text), date) << text;
+}
+
+TEST(ParseAlarmDate, RefusesEverythingElse) {
+    for (const char* const text : {"",
+                                   " ",
+                                   "8",
+                                   "8/21",
+                                   "8/21/",
+                                   "8/21/208",
+                                   "8/21/20081",
+                                   "8/21-2008",
+                                   "13/13/2008",
+                                   "2/29/1900",
+                                   "0/1/2008",
+                                   "1/0/2008",
+                                   "4/31/2008",
+                                   "8/21/2008 24:00",
+                                   "8/21/2008 7:60",
+                                   "8/21/2008 7:5",
+                                   "8/21/2008 7:05:60",
+                                   "8/21/2008 7",
+                                   "8/21/2008 13:00 PM",
+                                   "8/21/2008 0:30 AM",
+                                   "8/21/2008 2:05:09 P",
+                                   "8/21/2008x",
+                                   "8/21/2008 7:05 x",
+                                   "1/1/0099",
+                                   "2008-13-01",
+                                   "200-01-01",
+                                   "Thursday",
+                                   "\r\n8/21/2008",
+                                   "12:30",
+                                   "99999999999999999999/1/2008",
+                                   "-8/21/2008"})
+        EXPECT_EQ(ParseAlarmDate(text), std::nullopt) << text;
+}
+
+TEST(AlarmDate, RoundTripsThroughItsTextOverAllYears) {
+    // A step that is no multiple of anything in a calendar.
+    for (std::int64_t seconds = At(100, 1, 1).Seconds; seconds <= At(9999, 12, 31).Seconds;
+         seconds += 7'654'321) {
+        const AlarmDate date{seconds};
+        const CivilDateTime parts = SplitAlarmDate(date);
+        ASSERT_EQ(MakeAlarmDate(parts), date);
+        ASSERT_EQ(ParseAlarmDate(FormatGeneralDate(date)), date) << FormatGeneralDate(date);
+        ASSERT_EQ(MillisecondsFromDays(DaysFromAlarmDate(date)), seconds * 1000) << FormatGeneralDate(date);
+    }
+}
+
+TEST(AlarmDate, GeneralFormatLeavesMidnightOut) {
+    EXPECT_EQ(FormatGeneralDate(At(2008, 8, 1)), "8/1/2008");
+    EXPECT_EQ(FormatGeneralDate(At(2008, 8, 21, 0, 0, 1)), "8/21/2008 12:00:01 AM");
+    EXPECT_EQ(FormatGeneralDate(At(2008, 8, 21, 12)), "8/21/2008 12:00:00 PM");
+}
+
+TEST(AlarmDate, CountsDaysFromTheEndOf1899) {
+    EXPECT_EQ(DaysFromAlarmDate(AlarmDate{}), 0.0);
+    EXPECT_EQ(DaysFromAlarmDate(At(1900, 1, 1, 12)), 2.5);
+    EXPECT_EQ(DaysFromAlarmDate(At(1899, 12, 29, 6)), -1.25);
+    EXPECT_EQ(MillisecondsFromDays(0.0 / 0.0), std::nullopt);
+    EXPECT_EQ(MillisecondsFromDays(1e300), INT64_MAX);
+    EXPECT_EQ(MillisecondsFromDays(-1e300), INT64_MIN);
+}
+
+TEST(FormatAlarmDate, FollowsOrderAndSeparator) {
+    const AlarmDate date = At(2008, 8, 21, 14, 5, 9);
+    const struct {
+        bool DayFirst;
+        const char* Separator;
+        const char* Text;
+    } cases[] = {
+        {false, "/", "08/21/2008 2:05:09 PM"},
+        {true, "-", "21-08-2008 2:05:09 PM"},
+        {true, ".", "21.08.2008 2:05:09 PM"},
+        {false, ":", "08:21:2008 2:05:09 PM"},
+        // The character after the first number stands for the separator wherever it comes back.
+        {false, "--", "08----21----2008 2:05:09 PM"},
+        {false, " ", "08 21 2008 2:05:09 PM"},
+    };
+    for (const auto& [dayFirst, separator, text] : cases) {
+        const DateStyle style{dayFirst, separator};
+        EXPECT_EQ(FormatAlarmDate(date, style.Pattern(), separator), text);
+    }
+    EXPECT_EQ(FormatAlarmDate(At(2008, 8, 1, 0, 1, 2), "dd/MM/yyyy h:nn:ss AM/PM", "."),
+              "01.08.2008 12:01:02 AM");
+    EXPECT_EQ(FormatAlarmDate(date, "h/dd", "-"), "2-21") << "a digit in third place: the second one counts";
+    EXPECT_EQ(FormatAlarmDate(date, "h", "-"), "2");
+}
+
+TEST(DateSeparator, IsASlashWhereNoneIsSet) {
+    EXPECT_EQ(DateSeparator(""), "/");
+    EXPECT_EQ(DateSeparator("  "), "/");
+    EXPECT_EQ(DateSeparator(" -"), " -");
+}
+
+TEST(AlarmSortKey, CountsMinutesWithSecondsAsTheirFraction) {
+    EXPECT_EQ(FormatSortKey(At(1970, 1, 1, 0, 1, 30)), "000000001.5000");
+    EXPECT_EQ(FormatSortKey(At(1969, 12, 31, 23, 59, 30)), "-000000000.5000");
+    EXPECT_EQ(FormatSortKey(At(2008, 8, 21, 14, 5, 9)), "020322125.1500");
+    EXPECT_DOUBLE_EQ(AlarmSortKey(At(100, 1, 1)), -983'524'320.0);
+    EXPECT_LT(AlarmSortKey(At(9999, 12, 31, 23, 59, 58)), AlarmSortKey(At(9999, 12, 31, 23, 59, 59)));
+}
+
+}  // namespace
+}  // namespace tallyhorn

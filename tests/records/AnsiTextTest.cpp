@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(AnsiText, FoldsAccentedLettersAndNothingElse) {
+    EXPECT_EQ(UpperCase("stra\xDF"
+                        "e \xE4\xF6\xFC\xE9 \x9A\x9C\x9E\xFF \xF7\xD7"),
+              "STRA\xDF"
+              "E \xC4\xD6\xDC\xC9 \x8A\x8C\x8E\x9F \xF7\xD7");
+    EXPECT_EQ(LowerCase("\xC4\xD6\xDC \x8A\x8C\x8E\x9F \xF7\xD7 [@`{"),
+              "\xE4\xF6\xFC \x9A\x9C\x9E\xFF \xF7\xD7 [@`{");
+    for (int byte = 0; byte < 256; ++byte) {
+        const auto character = static_cast<char>(byte);
+        EXPECT_EQ(ToUpper(ToLower(ToUpper(character))), ToUpper(character)) << byte;
+    }
+}
+
+TEST(AnsiText, EveryByteSurvivesUnicode) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const auto character = static_cast<char>(byte);
+        const char16_t unicode = UnicodeFromAnsi(character);
+        EXPECT_EQ(AnsiFromUnicode(unicode), character) << byte;
+        EXPECT_EQ(AnsiFromUtf8(Utf8FromAnsi(std::string(1, character))), std::string(1, character)) << byte;
+    }
+    EXPECT_EQ(UnicodeFromAnsi('\x80'), 0x20AC);
+    EXPECT_EQ(UnicodeFromAnsi('\x81'), 0x0081);
+    EXPECT_EQ(AnsiFromUnicode(0x0080), std::nullopt);
+    EXPECT_EQ(AnsiFromUnicode(0x1F600), std::nullopt);
+}
+
+TEST(AnsiText, ReadsOnlyRightUtf8) {
+    EXPECT_EQ(AnsiFromUtf8("\xC3\xA9\xE2\x82\xAC"), "\xE9\x80");
+    EXPECT_EQ(AnsiFromUtf8("a\xC3"), "a?") << "cut short";
+    EXPECT_EQ(AnsiFromUtf8("\xC0\x80"), "??") << "overlong";
+    EXPECT_EQ(AnsiFromUtf8("\xED\xA0\x80"), "???") << "surrogate";
+    EXPECT_EQ(AnsiFromUtf8("\xF0\x9F\x98\x80!"), "?!") << "no such letter";
+    EXPECT_EQ(AnsiFromUtf8("\xFF\xFE"), "??");
+}
+
+TEST(AnsiText, StripsNullsThenBlanks) {
+    EXPECT_EQ(StripNulls("\0 a\0b \0 "s), "ab");
+    EXPECT_EQ(StripNulls("  \0  "s), "");
+    EXPECT_EQ(Trim("  a\tb "), "a\tb");
+    EXPECT_EQ(RemoveBlanks(" a b\t"), "ab\t");
+}
+
+TEST(AnsiText, ComparesWithoutCase) {
+    EXPECT_EQ(CompareNoCase("\xE9"
+                            "a",
+                            "\xC9"
+                            "A"),
+              0);
+    EXPECT_LT(CompareNoCase("Disk", "disks"), 0);
+    EXPECT_LT(CompareNoCase("a_", "a\xE9"), 0) << "bytes over 127 come last";
+    EXPECT_GT(CompareNoCase("b", "A"), 0);
+}
+
+TEST(ToInt32, ConvertsOrRefuses) {
+    const struct {
+        const char* Text;
+        std::optional<std::int32_t> Number;
+    } cases[] = {
+        {"528", 528},
+        {"  -12 ", -12},
+        {"+7", 7},
+        {"2.5", 2},
+        {"3.5", 4},
+        {"-2.5", -2},
+        {"-3.5", -4},
+        {"2.50001", 3},
+        {"2.49999", 2},
+        {".5", 0},
+        {"1.5000", 2},
+        {"5.", 5},
+        {"2147483647", INT32_MAX},
+        {"2147483647.4", INT32_MAX},
+        {"-2147483648", INT32_MIN},
+        {"-2147483648.5", INT32_MIN},
+        {"0000000000000000000000000012", 12},
+        {"2147483648", std::nullopt},
+        {"2147483647.5", std::nullopt},
+        {"-2147483648.6", std::nullopt},
+        {"99999999999999999999999999", std::nullopt},
+        {"", std::nullopt},
+        {" ", std::nullopt},
+        {"-", std::nullopt},
+        {".", std::nullopt},
+        {"1 2", std::nullopt},
+        {"- 1", std::nullopt},
+        {"1e3", std::nullopt},
+        {"0x10", std::nullopt},
+        {"1.2.3", std::nullopt},
+        {"12a", std::nullopt},
+        {"1,000", std::nullopt},
+    };
+    for (const auto& [text, number] : cases)
+        EXPECT_EQ(ToInt32(text), number) << text;
+}
+
+}  // namespace
+}  // namespace tallyhorn

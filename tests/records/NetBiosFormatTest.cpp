@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "records/CanonicalText.h"
+#include "records/NetBiosFormat.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::string_literals;
+
+std::string ReadData(const std::string& name) {
+    std::ifstream file(std::string(TALLYHORN_TEST_DATA) + "/" + name, std::ios::binary);
+    EXPECT_TRUE(file) << name;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+AlarmRecord Before() {
+    return {AlarmDate{1}, "name", "log", "source", "type", "category", 42, "ACCOUNT", "COMPUTER", "text"};
+}
+
+AlarmRecord Parsed(const std::string& text) {
+    AlarmRecord alarm = Before();
+    ParseCurrentAlarm(text, alarm);
+    return alarm;
+}
+
+TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
+    const AlarmRecord alarm = Parsed(ReadData("netbios-logon-failed.txt"));
+    EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
+    EXPECT_EQ(alarm.AlarmName, "Logon failed (network) twice");
+    EXPECT_EQ(alarm.LogType, "Security");
+    EXPECT_EQ(alarm.Source, "Microsoft:Auditing ");
+    EXPECT_EQ(alarm.TypeOfEvent, "Failure Audit");
+    EXPECT_EQ(alarm.Category, "");
+    EXPECT_EQ(alarm.EventID, 529);
+    EXPECT_EQ(alarm.AccountName, "ACME\\M\xDCLLER");
+    EXPECT_EQ(alarm.Computer, "LON-DC-1");
+    EXPECT_EQ(alarm.Description, "Logon failure:\r\n\tReason: unknown user\r\n");
+}
+
+/// One line after the other is spoilt; only its own field stays as it was.
+TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
+    const std::string good[] = {"Date: 8/21/2008 2:05:09 PM",
+                                "",
+                                "",
+                                "Alarm (a)",
+                                "",
+                                "",
+                                "L: l",
+                                "S: s",
+                                "T: t",
+                                "C: c",
+                                "E: 7",
+                                "A: a",
+                                "K: k",
+                                "D: d"};
+    const struct {
+        std::size_t Line;
+        std::string Text;
+        void (*Keep)(AlarmRecord& to, const AlarmRecord& from);
+    } cases[] = {
+        {0, "Date: yesterday", [](auto& to, const auto& from) { to.DateTime = from.DateTime; }},
+        {3, "no parentheses", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
+        {3, ")the wrong way round(", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
+        {3, "(never closed", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
+        {6, "no colon", [](auto& to, const auto& from) { to.LogType = from.LogType; }},
+        {7, "", [](auto& to, const auto& from) { to.Source = from.Source; }},
+        {8, "type", [](auto& to, const auto& from) { to.TypeOfEvent = from.TypeOfEvent; }},
+        {9, "category", [](auto& to, const auto& from) { to.Category = from.Category; }},
+        {10, "E: seven", [](auto& to, const auto& from) { to.EventID = from.EventID; }},
+        {10, "E: 99999999999", [](auto& to, const auto& from) { to.EventID = from.EventID; }},
+        {11, "account", [](auto& to, const auto& from) { to.AccountName = from.AccountName; }},
+        {12, "computer", [](auto& to, const auto& from) { to.Computer = from.Computer; }},
+        {13, "description", [](auto& to, const auto& from) { to.Description = from.Description; }},
+    };
+    const auto join = [](const auto& lines) {
+        std::string text;
+        for (const std::string& line : lines)
+            text += (text.empty() ? "" : "\r\n") + line;
+        return text;
+    };
+    const AlarmRecord whole = Parsed(join(good));
+    EXPECT_EQ(whole.Description, "d");
+    for (const auto& [line, text, keep] : cases) {
+        std::vector<std::string> lines(std::begin(good), std::end(good));
+        lines[line] = text;
+        AlarmRecord expected = whole;
+        keep(expected, Before());
+        EXPECT_EQ(Parsed(join(lines)), expected) << text;
+    }
+}
+
+TEST(ParseCurrentAlarm, TakesWhatACutTextHolds) {
+    const std::string text = ReadData("netbios-logon-failed.txt");
+    const AlarmRecord whole = Parsed(text);
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        if (text[std::max<std::size_t>(length, 1) - 1] == '\r')
+            continue;  // half a line end belongs to the value before it
+        const AlarmRecord cut = Parsed(text.substr(0, length));
+        // What follows the cut is kept from before, what lies before it is as in the whole text.
+        EXPECT_TRUE(cut.LogType == whole.LogType || whole.LogType.starts_with(cut.LogType) ||
+                    cut.LogType == "log")
+            << length << cut.LogType;
+        EXPECT_TRUE(cut.EventID == 529 || cut.EventID == 42 || cut.EventID == 5 || cut.EventID == 52)
+            << length;
+        EXPECT_TRUE(cut.Description == "text" || whole.Description.starts_with(cut.Description)) << length;
+    }
+    EXPECT_EQ(Parsed(""), Before());
+    EXPECT_EQ(Parsed("Date: "), Before());
+}
+
+TEST(ParseCurrentAlarm, CutsValuesByPositionAlone) {
+    const std::string head = "Date: 8/21/2008\r\n\r\n\r\n((a)b))c\r\n\r\n\r\n";
+    const AlarmRecord alarm =
+        Parsed(head + "L:x\r\nS:\r\n:  \r\nC:: :\r\nE:\t12.5\r\nA: \xE9\0b\r\nK: k\rk\nk\r\nD: "s);
+    EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21})) << "the line's end ends the date";
+    EXPECT_EQ(alarm.AlarmName, "(a)b)");
+    EXPECT_EQ(alarm.LogType, "") << "the character after the colon goes with it, whatever it is";
+    EXPECT_EQ(alarm.Source, "");
+    EXPECT_EQ(alarm.TypeOfEvent, " ");
+    EXPECT_EQ(alarm.Category, " :");
+    EXPECT_EQ(alarm.EventID, 12);
+    EXPECT_EQ(alarm.AccountName, "\xC9\0B"s);
+    EXPECT_EQ(alarm.Computer, "K\rK\nK") << "only CR LF together end a line";
+    EXPECT_EQ(alarm.Description, "");
+}
+
+TEST(ParseCurrentAlarm, ReadsTwentyCharactersOfDate) {
+    EXPECT_EQ(Parsed("Date: 8/21/2008 14:05:09 and more").DateTime, AlarmDate{1});
+    EXPECT_EQ(Parsed("Date: 08/21/2008 14:05:09 and more").DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
+    EXPECT_EQ(Parsed("When: 12/21/2008 12:05:09 AM").DateTime, MakeAlarmDate({2008, 12, 21, 12, 5, 9}))
+        << "the half of the day lies behind the twentieth character";
+}
+
+TEST(BuildMessageText, WritesAllTenLabels) {
+    AlarmRecord alarm = Before();
+    alarm.DateTime = *MakeAlarmDate({2008, 8, 21, 14, 5, 9});
+    EXPECT_EQ(BuildMessageText(alarm),
+              "Date: 8/21/2008 2:05:09 PM\r\nAlarm Name: name\r\nLog Type: log\r\nSource: source\r\n"
+              "Type Of Event: type\r\nCategory: category\r\nEventID: 42\r\nAccount: ACCOUNT\r\n"
+              "Computer: COMPUTER\r\nDescription: \r\ntext");
+}
+
+}  // namespace
+}  // namespace tallyhorn

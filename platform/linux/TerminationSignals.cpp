@@ -1,0 +1,52 @@
+#include "platform/TerminationSignals.h"
+
+#include <pthread.h>
+
+#include <csignal>
+#include <thread>
+#include <utility>
+
+namespace tallyhorn {
+namespace {
+
+/// Waits for the signals in a thread, where any code may run, unlike in a handler.
+class WaitedSignals final : public TerminationSignals {
+public:
+    WaitedSignals() {
+        sigemptyset(&signals_);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP, Wake})
+            sigaddset(&signals_, signal);
+        pthread_sigmask(SIG_BLOCK, &signals_, nullptr);
+    }
+    ~WaitedSignals() override { WaitedSignals::Stop(); }
+
+    void Start(std::function<void()> ended) override {
+        Stop();
+        thread_ = std::thread([this, ended = std::move(ended)] {
+            int signal = 0;
+            while (sigwait(&signals_, &signal) == 0 && signal != Wake)
+                ended();
+        });
+    }
+
+    void Stop() override {
+        if (!thread_.joinable())
+            return;
+        pthread_kill(thread_.native_handle(), Wake);
+        thread_.join();
+    }
+
+private:
+    static constexpr int Wake = SIGUSR1;
+
+    sigset_t signals_{};
+    std::thread thread_;
+};
+
+}  // namespace
+
+std::unique_ptr<TerminationSignals> MakeTerminationSignals() {
+    return std::make_unique<WaitedSignals>();
+}
+
+}  // namespace tallyhorn

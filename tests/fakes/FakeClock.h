@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace tallyhorn {
+
+/// A clock that a test moves on by hand or by a step a look; a sleep moves it too and is added up.
+class FakeClock final : public Clock {
+public:
+    TimePoint Now() const override { return now_ += PerLook; }
+    void Sleep(std::chrono::milliseconds time) override {
+        now_ += time;
+        Slept += time;
+    }
+    void Advance(std::chrono::milliseconds time) { now_ += time; }
+
+    std::chrono::nanoseconds PerLook{0};
+    std::chrono::milliseconds Slept{0};
+
+private:
+    mutable TimePoint now_{std::chrono::hours(1)};
+};
+
+}  // namespace tallyhorn

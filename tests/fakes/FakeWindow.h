@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/MessageBoxes.h"
+#include "platform/PendingEvents.h"
+#include "reception/ArrivalSignals.h"
+#include "views/ServerDisplay.h"
+#include "views/ViewFilterState.h"
+
+namespace tallyhorn {
+
+/// Message boxes that are answered at once and remembered.
+class FakeMessageBoxes final : public MessageBoxes {
+public:
+    void Warn(std::string_view text) override { Shown.emplace_back(text); }
+    bool Confirm(std::string_view text) override {
+        Shown.emplace_back(text);
+        if (WhileAsked)
+            WhileAsked();
+        return Answer;
+    }
+
+    bool Answer = true;
+    std::function<void()> WhileAsked;
+    std::vector<std::string> Shown;
+};
+
+/// Runs what a test wants to happen in the middle of work.
+class FakePendingEvents final : public PendingEvents {
+public:
+    void Run() override {
+        ++Runs;
+        if (Event)
+            Event();
+    }
+
+    std::function<void()> Event;
+    int Runs = 0;
+};
+
+class FakeDisplay final : public ServerDisplay {
+public:
+    bool IsVisible() const override { return Visible; }
+    MessagePage CurrentPage() const override { return Page; }
+    void ShowPanel(StatusPanel panel, std::string_view text) override { Panels[panel] = text; }
+    void EnableList(ViewNumber view, bool enabled) override {
+        Enabled.at(static_cast<std::size_t>(view)) = enabled;
+    }
+    void ShowList(ViewNumber view, bool shown) override {
+        ListCalls.push_back((shown ? "show " : "hide ") + std::to_string(view));
+    }
+    void EnablePollingTimer(bool enabled) override { Polling = enabled; }
+    void EnableResumeTimer(bool enabled) override { Resuming = enabled; }
+    void ShowPauseCommand(bool paused) override { PauseShown = paused; }
+
+    bool Visible = true;
+    MessagePage Page = MessagePage::NetBios;
+    std::map<StatusPanel, std::string> Panels;
+    std::array<bool, ConsolidatedView> Enabled{};
+    std::vector<std::string> ListCalls;
+    bool Polling = true;
+    bool Resuming = false;
+    bool PauseShown = false;
+};
+
+/// A view filter that passes one computer's alarms alone, once it is in force.
+class FakeViewFilter final : public ViewFilterState {
+public:
+    bool InForce() const override { return Active; }
+    bool PassesViewFilter(const AlarmRecord& alarm) const override {
+        return !Active || alarm.Computer == Computer;
+    }
+
+    bool Active = false;
+    std::string Computer;
+};
+
+class FakeSignals final : public ArrivalSignals {
+public:
+    void PlayAlertSound() override { ++Sounds; }
+    void StartFlash() override { ++Flashes; }
+
+    int Sounds = 0;
+    int Flashes = 0;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeWindow.h"
+#include "views/MessageCommands.h"
+#include "views/ServerLayout.h"
+
+namespace tallyhorn {
+namespace {
+
+class MessageCommandsTest : public ::testing::Test {
+protected:
+    Slot Keep(MessageChannel& channel, ViewNumber view, const std::string& text = "text") {
+        const std::optional<Slot> freed = channel.Messages.TakeFreeSlot();
+        const Slot slot = freed ? *freed : channel.Messages.Grow();
+        channel.Messages.Put(slot, text);
+        channel.Rows.Add(slot, AlarmRecord(), std::nullopt, static_cast<std::int16_t>(view % EventListCount));
+        received_.List(view).Add(slot);
+        return slot;
+    }
+    void KeepTen() {
+        for (int i = 0; i < 10; ++i)
+            Keep(received_.NetBios, 2);
+    }
+
+    FakeClock clock_;
+    FakePendingEvents events_;
+    FakeDisplay display_;
+    FakeMessageBoxes boxes_;
+    FakeViewFilter filter_;
+    TimeSlices slices_{clock_, events_};
+    ReceivedMessages received_{display_, slices_};
+    MessageCommands commands_{received_, display_, boxes_, slices_, clock_, filter_};
+};
+
+TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
+    KeepTen();
+    received_.ActiveView = 2;
+    received_.List(2).Select(3, 3, true);
+    received_.List(2).Select(6, 6, true);
+    boxes_.WhileAsked = [this] {
+        EXPECT_TRUE(display_.Polling) << "the poll goes on while the question stands";
+    };
+    bool polledMeanwhile = false;
+    events_.Event = [&] { polledMeanwhile |= display_.Polling; };
+    commands_.DeleteMessages();
+    EXPECT_EQ(boxes_.Shown,
+              std::vector<std::string>{"Are you sure you want to delete the messages you have selected?"});
+    EXPECT_EQ(display_.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
+    EXPECT_FALSE(polledMeanwhile);
+    EXPECT_TRUE(display_.Polling);
+    EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
+    EXPECT_EQ(received_.List(2).Size(), 8U);
+    EXPECT_EQ(received_.NetBios.Messages.Text(4), "");
+    EXPECT_EQ(Keep(received_.NetBios, 2), 4);
+    EXPECT_EQ(Keep(received_.NetBios, 2), 7);
+    EXPECT_EQ(Keep(received_.NetBios, 2), 11) << "then the store grows";
+}
+
+TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
+    const struct {
+        const char* Why;
+        ViewNumber ActiveView;
+        MessagePage Page;
+        bool Filtered;
+        bool Answer;
+        std::vector<std::string> Shown;
+    } cases[] = {
+        {"nothing selected in that list", 1, MessagePage::NetBios, false, true, {}},
+        {"the tree", 6, MessagePage::NetBios, false, true, {}},
+        {"a NetBIOS list behind the syslog page", 2, MessagePage::Syslog, false, true, {}},
+        {"filtered",
+         2,
+         MessagePage::NetBios,
+         true,
+         true,
+         {"You cannot delete messages while a filter is active."}},
+        {"the user says no",
+         2,
+         MessagePage::NetBios,
+         false,
+         false,
+         {"Are you sure you want to delete the messages you have selected?"}},
+    };
+    KeepTen();
+    received_.List(2).Select(0, 9, true);
+    for (const auto& [why, activeView, page, filtered, answer, shown] : cases) {
+        boxes_.Shown.clear();
+        boxes_.Answer = answer;
+        filter_.Active = filtered;
+        received_.ActiveView = activeView;
+        display_.Page = page;
+        commands_.DeleteMessages();
+        EXPECT_EQ(boxes_.Shown, shown) << why;
+        EXPECT_EQ(received_.List(2).Size(), 10U) << why;
+        EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 10) << why;
+        EXPECT_TRUE(display_.ListCalls.empty()) << why;
+    }
+}
+
+TEST_F(MessageCommandsTest, SyslogDeleteHoldsItsChannelBack) {
+    for (int i = 0; i < 3; ++i)
+        Keep(received_.Syslog, 4);
+    received_.ActiveView = 4;
+    received_.List(4).Select(0, 1, true);
+    bool heldBack = false;
+    bool polling = false;
+    boxes_.WhileAsked = [&] {
+        heldBack = commands_.SyslogDeleteInProgress();
+        polling = display_.Polling;
+    };
+    commands_.DeleteMessages();
+    EXPECT_TRUE(heldBack);
+    EXPECT_TRUE(polling) << "NetBIOS arrivals go on";
+    EXPECT_FALSE(commands_.SyslogDeleteInProgress());
+    EXPECT_EQ(received_.List(4).Size(), 1U);
+    EXPECT_EQ(display_.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
+}
+
+/// The sleep belongs to the slice, not to the row.
+TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
+    for (int i = 0; i < 50'000; ++i)
+        Keep(received_.NetBios, 0);
+    received_.List(0).Select(0, 49'999, true);
+    clock_.PerLook = std::chrono::microseconds(2);
+    commands_.DeleteMessages();
+    EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 0);
+    EXPECT_GT(clock_.Slept, std::chrono::milliseconds(0));
+    EXPECT_LT(clock_.Slept, std::chrono::milliseconds(500));
+    EXPECT_FALSE(display_.Enabled[0]);
+}
+
+TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
+    const struct {
+        MessagePage Page;
+        bool Answer;
+        bool Filtered;
+        const char* Shown;
+        std::int32_t NetBiosLeft;
+        std::int32_t SyslogLeft;
+    } cases[] = {
+        {MessagePage::NetBios, true, true, "You cannot delete messages while a filter is active.", 10, 1},
+        {MessagePage::NetBios, false, false,
+         "Are you sure you want to erase all of the NetBIOS messages received?", 10, 1},
+        {MessagePage::Consolidated, true, false,
+         "Are you sure you want to erase all of the syslog messages received?", 10, 0},
+        {MessagePage::NetBios, true, false,
+         "Are you sure you want to erase all of the NetBIOS messages received?", 0, 0},
+    };
+    KeepTen();
+    Keep(received_.Syslog, 3);
+    for (const auto& [page, answer, filtered, shown, netBiosLeft, syslogLeft] : cases) {
+        boxes_ = FakeMessageBoxes();
+        boxes_.Answer = answer;
+        filter_.Active = filtered;
+        display_.Page = page;
+        commands_.ClearAllMessages();
+        EXPECT_EQ(boxes_.Shown, std::vector<std::string>{shown});
+        EXPECT_EQ(received_.NetBios.Messages.MessageCount(), netBiosLeft);
+        EXPECT_EQ(received_.Syslog.Messages.MessageCount(), syslogLeft);
+        EXPECT_EQ(received_.List(2).Size(), static_cast<std::size_t>(netBiosLeft));
+        EXPECT_EQ(received_.List(3).Size(), static_cast<std::size_t>(syslogLeft));
+    }
+    EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
+    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 100);
+    EXPECT_EQ(Keep(received_.NetBios, 2), 1) << "slot 0 stays empty, freed slots are forgotten";
+    EXPECT_EQ(received_.NetBios.Rows.Texts().Size(), 1U);
+}
+
+TEST(ServerLayout, FollowsItsRules) {
+    const ServerLayout layout = LayOutServer({15'000, 10'795}, 0);
+    EXPECT_EQ(layout.TabControl, (TwipsSize{15'000, 10'000}));
+    EXPECT_EQ(layout.Frame, (TwipsSize{14'730, 3'183}));
+    EXPECT_EQ(layout.List, (TwipsSize{14'250, 2'823}));
+    EXPECT_EQ(layout.FrameTops, (std::array<Twips, 3>{360, 3'543, 6'726}));
+    EXPECT_EQ(layout.ConsolidatedFrame, (TwipsSize{14'730, 9'550}));
+    EXPECT_EQ(layout.Tree, (TwipsSize{14'250, 9'190}));
+    EXPECT_LT(LayOutServer({200, 900}, 0).List.Height, 0) << "what does not fit says so";
+    const ServerLayout tall = LayOutServer({15'000, 10'795}, 660);
+    EXPECT_NEAR(tall.FrameTops[2] + tall.Frame.Height, 9'910, 2)
+        << "taller tabs push the frames down, not out";
+
+    EXPECT_EQ(ListColumnWidths({}, 10'000), (ColumnWidthArray{2'300, 2'200, 1'500, 2'100, 1'500}));
+    EXPECT_EQ(ListColumnWidths({1, 0, 3, 0, 5}, 10'000), (ColumnWidthArray{1, 0, 3, 0, 5}));
+    EXPECT_EQ(ListColumnWidths({0, 7, 7, 7, 7}, 1'000), (ColumnWidthArray{230, 220, 150, 210, 150}));
+}
+
+}  // namespace
+}  // namespace tallyhorn

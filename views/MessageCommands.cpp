@@ -1,0 +1,108 @@
+#include "views/MessageCommands.h"
+
+#include <string_view>
+#include <vector>
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::string_view FilterActiveText = "You cannot delete messages while a filter is active.";
+constexpr std::string_view DeleteQuestion = "Are you sure you want to delete the messages you have selected?";
+constexpr std::string_view ClearNetBiosQuestion =
+    "Are you sure you want to erase all of the NetBIOS messages received?";
+constexpr std::string_view ClearSyslogQuestion =
+    "Are you sure you want to erase all of the syslog messages received?";
+
+constexpr std::chrono::milliseconds Pause{1};
+
+}  // namespace
+
+MessageCommands::MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
+                                 TimeSlices& slices, Clock& clock, const ViewFilterState& viewFilter)
+    : received_(received),
+      display_(display),
+      boxes_(boxes),
+      slices_(slices),
+      clock_(clock),
+      viewFilter_(viewFilter) {}
+
+bool MessageCommands::RefuseWhileFiltered() {
+    if (!viewFilter_.InForce())
+        return false;
+    boxes_.Warn(FilterActiveText);
+    return true;
+}
+
+void MessageCommands::DeleteMessages() {
+    if (RefuseWhileFiltered() || received_.ActiveView >= ConsolidatedView)
+        return;
+    if (received_.ActiveView >= FirstSyslogView)
+        DeleteSyslogMessages();
+    // A NetBIOS list touched last while the syslog page is in front names no list of that page: nothing to
+    // do.
+    else if (display_.CurrentPage() != MessagePage::Syslog)
+        DeleteNetBiosMessages();
+}
+
+void MessageCommands::DeleteNetBiosMessages() {
+    const ViewNumber view = received_.ActiveView;
+    if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+        return;
+    display_.EnablePollingTimer(false);
+    RemoveSelected(received_.NetBios, view);
+    received_.ShowNetBiosCount();
+    received_.UpdateListViewStatus();
+    display_.EnablePollingTimer(true);
+}
+
+void MessageCommands::DeleteSyslogMessages() {
+    const ViewNumber view = received_.ActiveView;
+    syslogDeleteInProgress_ = true;
+    if (received_.List(view).SelectedCount() > 0 && boxes_.Confirm(DeleteQuestion)) {
+        RemoveSelected(received_.Syslog, view);
+        received_.ShowSyslogCount();
+        received_.UpdateListViewStatus();
+    }
+    syslogDeleteInProgress_ = false;
+}
+
+/// The list is hidden meanwhile, both for speed and so that nobody acts on rows that are going.
+void MessageCommands::RemoveSelected(MessageChannel& channel, ViewNumber view) {
+    display_.ShowList(view, false);
+    MessageList& list = received_.List(view);
+    const std::vector<Slot> slots = list.SelectedSlots();
+    list.RemoveSelected();
+    for (const Slot slot : slots) {
+        channel.Rows.Remove(slot);
+        channel.Messages.Free(slot);
+        if (slices_.LetRun())
+            clock_.Sleep(Pause);
+    }
+    display_.ShowList(view, true);
+}
+
+void MessageCommands::ClearAllMessages() {
+    if (RefuseWhileFiltered())
+        return;
+    if (display_.CurrentPage() == MessagePage::NetBios) {
+        if (boxes_.Confirm(ClearNetBiosQuestion)) {
+            ClearChannel(received_.NetBios, ReceivedMessages::NetBiosUpperBound);
+            received_.ShowNetBiosCount();
+        }
+    } else if (boxes_.Confirm(ClearSyslogQuestion)) {
+        syslogDeleteInProgress_ = true;
+        ClearChannel(received_.Syslog, ReceivedMessages::SyslogUpperBoundAfterClear);
+        received_.ShowSyslogCount();
+        syslogDeleteInProgress_ = false;
+    }
+    received_.UpdateListViewStatus();
+}
+
+void MessageCommands::ClearChannel(MessageChannel& channel, Slot upperBound) {
+    for (MessageList& list : channel.Lists)
+        list.Clear();
+    channel.Rows.Clear();
+    channel.Messages.Clear(upperBound);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/MessageBoxes.h"
+#include "platform/TimeSlices.h"
+#include "views/ReceivedMessages.h"
+#include "views/ServerDisplay.h"
+#include "views/ViewFilterState.h"
+
+namespace tallyhorn {
+
+/// The commands that take messages away: delete the selected ones, clear all.  User-interface thread only;
+/// while one is at work events may run, and whoever starts commands holds back others until it is done.
+class MessageCommands {
+public:
+    MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
+                    TimeSlices& slices, Clock& clock, const ViewFilterState& viewFilter);
+
+    /// Acts on the active view, after a question.  Refused while a view filter is in force; silent where
+    /// nothing is selected.
+    void DeleteMessages();
+    /// Acts on the channel of the page on show, after a question; any page but the NetBIOS one is syslog's.
+    void ClearAllMessages();
+
+    /// True while syslog messages are being taken away: arrivals of that channel wait.
+    bool SyslogDeleteInProgress() const { return syslogDeleteInProgress_; }
+
+private:
+    bool RefuseWhileFiltered();
+    void DeleteNetBiosMessages();
+    void DeleteSyslogMessages();
+    void RemoveSelected(MessageChannel& channel, ViewNumber view);
+    void ClearChannel(MessageChannel& channel, Slot upperBound);
+
+    ReceivedMessages& received_;
+    ServerDisplay& display_;
+    MessageBoxes& boxes_;
+    TimeSlices& slices_;
+    Clock& clock_;
+    const ViewFilterState& viewFilter_;
+    bool syslogDeleteInProgress_ = false;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,47 @@
+#include "views/ReceivedMessages.h"
+
+#include <string>
+
+namespace tallyhorn {
+
+ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices)
+    : display_(display), slices_(slices) {}
+
+MessageList& ReceivedMessages::List(ViewNumber view) {
+    MessageChannel& channel = view < FirstSyslogView ? NetBios : Syslog;
+    return channel.Lists.at(static_cast<std::size_t>(view % EventListCount));
+}
+
+void ReceivedMessages::SetDateStyle(const DateStyle& style) {
+    NetBios.Rows.SetDateStyle(style);
+    Syslog.Rows.SetDateStyle(style);
+}
+
+void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
+    AddRecordToList(NetBios, slot, alarm);
+}
+
+void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, AlarmRecord& alarm) {
+    const std::int16_t list = EventTypeListIndex(alarm.TypeOfEvent);
+    alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
+    channel.Rows.Add(slot, alarm, PictureForIconKey(alarm.TypeOfEvent), list);
+    channel.Lists.at(static_cast<std::size_t>(list)).Add(slot);
+    slices_.LetRun();
+}
+
+void ReceivedMessages::ShowNetBiosCount() {
+    display_.ShowPanel(StatusPanel::NetBiosCount,
+                       std::to_string(NetBios.Messages.MessageCount()) + " NetBIOS Message(s)");
+}
+
+void ReceivedMessages::ShowSyslogCount() {
+    display_.ShowPanel(StatusPanel::SyslogCount,
+                       std::to_string(Syslog.Messages.MessageCount()) + " Syslog Message(s)");
+}
+
+void ReceivedMessages::UpdateListViewStatus() {
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view)
+        display_.EnableList(view, List(view).Size() > 0);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/TimeSlices.h"
+#include "records/AlarmRecord.h"
+#include "records/EventTypes.h"
+#include "views/MessageList.h"
+#include "views/MessageRows.h"
+#include "views/MessageStore.h"
+#include "views/ServerDisplay.h"
+
+namespace tallyhorn {
+
+/// One channel: its store, its rows and the three lists that show them, by list index.
+struct MessageChannel {
+    explicit MessageChannel(Slot upperBound) : Messages(upperBound) {}
+    MessageChannel(const MessageChannel&) = delete;
+    MessageChannel& operator=(const MessageChannel&) = delete;
+
+    MessageStore Messages;
+    MessageRows Rows;
+    std::array<MessageList, EventListCount> Lists{MessageList(Rows), MessageList(Rows), MessageList(Rows)};
+};
+
+/// All that the console has received and holds, and how it gets into the lists and the status bar.
+/// User-interface thread only.
+class ReceivedMessages {
+public:
+    ReceivedMessages(ServerDisplay& display, TimeSlices& slices);
+
+    static constexpr Slot NetBiosUpperBound = 0;
+    static constexpr Slot SyslogUpperBoundAtStart = 50000;
+    static constexpr Slot SyslogUpperBoundAfterClear = 100;
+
+    MessageChannel NetBios{NetBiosUpperBound};
+    MessageChannel Syslog{SyslogUpperBoundAtStart};
+    /// The view that the user touched last.
+    ViewNumber ActiveView = 0;
+
+    MessageList& List(ViewNumber view);
+
+    /// Shows dates in this way in all rows added from now on.
+    void SetDateStyle(const DateStyle& style);
+
+    /// Adds the row of a kept NetBIOS notification, whose text stands at `slot`; afterwards the record's
+    /// TypeOfEvent holds its icon key.  A type without a picture gets its row all the same, without one: an
+    /// alarm that nobody knows is the last that may go unseen.  Lets events run when the slice is over.
+    void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
+
+    /// Writes one channel's count into its status panel.
+    void ShowNetBiosCount();
+    void ShowSyslogCount();
+    /// Enables the lists that hold rows and disables the others.
+    void UpdateListViewStatus();
+
+private:
+    void AddRecordToList(MessageChannel& channel, Slot slot, AlarmRecord& alarm);
+
+    ServerDisplay& display_;
+    TimeSlices& slices_;
+};
+
+}  // namespace tallyhorn

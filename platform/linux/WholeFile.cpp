@@ -73,7 +73,9 @@ std::optional<fs::path> FollowLinks(fs::path path) {
 /// `path` does.
 fs::path TemporaryName(const fs::path& path) {
     static std::atomic<unsigned> count{0};
-    return path.parent_path() / ("." + std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp");
+    std::string name = ".";
+    name += std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp";
+    return path.parent_path() / name;
 }
 
 /// Owner and permissions of the old file on the new one; an owner that may not be set stays the writer.

@@ -84,6 +84,7 @@ TEST(ProfileText, DeletingTakesWholeLinesAndNoOthers) {
 /// Whatever the bytes: what is set is read back, and taking it out again leaves them as they were but for the
 /// line end that the last line may have lacked.
 TEST(ProfileText, RandomBytesComeThroughUnharmed) {
+    const std::string newEntry("new \xE4='value'\0", 14);
     std::mt19937 engine(7);
     for (int round = 0; round < 2000; ++round) {
         std::string bytes;
@@ -95,7 +96,7 @@ TEST(ProfileText, RandomBytesComeThroughUnharmed) {
             const std::string entries = profile.Entries(section);
             profile.SetValue(section, "new \xE4", " 'value'");
             EXPECT_EQ(profile.Value(section, "NEW \xC4"), "value");
-            EXPECT_EQ(profile.Entries(section), entries + std::string("new \xE4='value'\0", 14));
+            EXPECT_EQ(profile.Entries(section), entries + newEntry);
             if (profile.SectionNames() == names)
                 profile.DeleteKey(section, "NEW \xC4");
             else

@@ -1,5 +1,6 @@
 #include "config/PrivateProfile.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <exception>

@@ -11,6 +11,7 @@ namespace {
 constexpr std::string_view LineEnds = "\r\n";
 constexpr std::string_view NewLine = "\r\n";
 constexpr std::string_view Blanks = " \t\v\f\x1A";
+constexpr std::pair<std::string_view, unsigned> BasePrefixes[] = {{"0x", 16}, {"0o", 8}, {"0b", 2}};
 
 std::string_view TrimBlanks(std::string_view text) {
     const std::size_t first = text.find_first_not_of(Blanks);
@@ -70,8 +71,7 @@ unsigned DigitValue(char character) {
 
 /// The base that the prefix of `digits` says; the prefix is taken off.
 unsigned TakeBase(std::string_view& digits) {
-    constexpr std::pair<std::string_view, unsigned> Prefixes[] = {{"0x", 16}, {"0o", 8}, {"0b", 2}};
-    for (const auto& [prefix, base] : Prefixes) {
+    for (const auto& [prefix, base] : BasePrefixes) {
         if (digits.starts_with(prefix)) {
             digits.remove_prefix(prefix.size());
             return base;

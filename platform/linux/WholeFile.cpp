@@ -16,6 +16,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int MostLinks = 40;
+constexpr int MostAttempts = 100;
+/// Read at once behind what the file's size promised.
+constexpr std::size_t MoreRoom = 65536;
+
 /// An open file, closed at the end of its scope.
 /// Used by the thread that made it.
 class Descriptor {
@@ -52,7 +57,6 @@ bool WriteAll(int file, std::string_view bytes) {
 
 /// The file that a chain of links ends at, there or not; nothing for a chain that goes round.
 std::optional<fs::path> FollowLinks(fs::path path) {
-    constexpr int MostLinks = 40;
     std::error_code error;
     for (int i = 0; i < MostLinks; ++i) {
         if (!fs::is_symlink(path, error))
@@ -69,7 +73,9 @@ std::optional<fs::path> FollowLinks(fs::path path) {
 /// `path` does.
 fs::path TemporaryName(const fs::path& path) {
     static std::atomic<unsigned> count{0};
-    return path.parent_path() / ("." + std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp");
+    std::string name = ".";
+    name += std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp";
+    return path.parent_path() / name;
 }
 
 /// Owner and permissions of the old file on the new one; an owner that may not be set stays the writer.
@@ -85,7 +91,6 @@ bool KeepPermissions(int file, const struct stat& old) {
 
 /// Creates a file under a name that is free; after a crash some names may not be.
 int CreateTemporary(const fs::path& target, fs::path& temporary) {
-    constexpr int MostAttempts = 100;
     int file = -1;
     for (int i = 0; i < MostAttempts && file < 0; ++i) {
         temporary = TemporaryName(target);
@@ -129,7 +134,6 @@ ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::str
     struct stat status {};
     if (fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode))
         return ReadOutcome::Failed;
-    constexpr std::size_t MoreRoom = 65536;
     // The size is a guess at what will be read: the file may change meanwhile.
     std::size_t room = std::min(static_cast<std::size_t>(status.st_size), maximum) + 1;
     while (true) {

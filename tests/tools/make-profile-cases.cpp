@@ -13,6 +13,7 @@ using tallyhorn::test::ProfileCase;
 using Text = std::optional<std::string>;
 
 constexpr std::int32_t BufferSize = 256;
+constexpr std::size_t DrawnCases = 400;
 
 /// The same numbers on every system, unlike the standard library's distributions.
 class Draw {
@@ -28,6 +29,8 @@ private:
 };
 
 using namespace std::string_view_literals;
+
+constexpr std::string_view Letters = "kKsS01x-=[];\"' \t\v\f\x1A\r\n\xE9\xA0"sv;
 
 ProfileCase StringCase(std::string content, Text section, Text key, Text text = "DEF",
                        std::int32_t size = BufferSize) {
@@ -197,7 +200,6 @@ bool HasNamelessEntry(std::string_view content) {
 }
 
 std::string DrawSoup(Draw& draw) {
-    constexpr std::string_view Letters = "kKsS01x-=[];\"' \t\v\f\x1A\r\n\xE9\xA0"sv;
     std::string content;
     do {
         content = "[s]\n";
@@ -245,14 +247,13 @@ ProfileCase DrawCase(Draw& draw) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    constexpr std::size_t Drawn = 400;
     if (argc < 2) {
         std::cerr << "usage: make-profile-cases FILE [SEED]\n";
         return 2;
     }
     Draw draw(argc > 2 ? static_cast<unsigned>(std::strtoul(argv[2], nullptr, 10)) : 1U);
     std::vector<ProfileCase> cases = HandMade();
-    for (std::size_t i = 0; i < Drawn; ++i)
+    for (std::size_t i = 0; i < DrawnCases; ++i)
         cases.push_back(DrawCase(draw));
 
     const auto folder =

@@ -1,0 +1,57 @@
+#include "app/CommandLine.h"
+
+#include <system_error>
+
+namespace tallyhorn {
+namespace {
+
+CommandLine Refuse(std::string why) {
+    return {CommandLine::Wish::Refuse, {}, std::move(why)};
+}
+
+/// Empty where the folder serves.
+std::string WhyUnreadable(const std::filesystem::path& folder) {
+    std::error_code error;
+    if (!std::filesystem::exists(folder, error))
+        return "the folder '" + folder.string() + "' does not exist";
+    if (!std::filesystem::is_directory(folder, error))
+        return "'" + folder.string() + "' is not a folder";
+    const std::filesystem::directory_iterator first(folder, error);
+    return error ? "the folder '" + folder.string() + "' cannot be read: " + error.message() : "";
+}
+
+}  // namespace
+
+CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
+    CommandLine line;
+    constexpr std::string_view FolderOption = "--folder";
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "--help" || argument == "-h")
+            return {CommandLine::Wish::Help, {}, {}};
+        if (argument == "--version")
+            return {CommandLine::Wish::Version, {}, {}};
+        if (argument.starts_with("--folder="))
+            line.Folder = argument.substr(FolderOption.size() + 1);
+        else if (argument != FolderOption)
+            return Refuse("unknown option '" + argument + "'");
+        else if (i + 1 == arguments.size())
+            return Refuse("--folder needs the name of a folder");
+        else
+            line.Folder = arguments[++i];
+        if (std::string why = WhyUnreadable(line.Folder); !why.empty())
+            return Refuse(std::move(why));
+    }
+    return line;
+}
+
+std::string HelpText() {
+    return "Usage: tallyhorn-console [--folder DIR] [--help] [--version]\n"
+           "Shows the alarms of an event-log monitoring engine as they arrive.\n"
+           "\n"
+           "  --folder DIR   keep settings, filters and backup in DIR instead of the program's own folder\n"
+           "  --help         print this text and end\n"
+           "  --version      print the version and end\n";
+}
+
+}  // namespace tallyhorn

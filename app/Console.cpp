@@ -1,0 +1,132 @@
+#include "app/Console.h"
+
+#include <QCoreApplication>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "storage/forms/frmSavingMessages.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::string_view MailslotName = "TallyhornEngine";
+constexpr const char* SettingsFileName = "thlisten.ini";
+constexpr const char* FilterFileName = "SavedFilters.dat";
+
+constexpr std::string_view OneInstanceText =
+    "Only one instance of the Tallyhorn Listener Console can be running at a time.  If you are logged into a "
+    "remote session, make sure no other instances of the Listener Console are running on other desktops.";
+constexpr std::string_view MailslotFailedText =
+    "The mailslot used to receive NetBIOS messages could not be initialized.  Therefore, no mailslot "
+    "messages "
+    "will be received.  You may need to reboot the system to reinitialize the mailslot.";
+constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
+
+/// Names a file to which the console writes, as it ends, what it received: for scripts that run it
+/// unattended.
+constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
+
+}  // namespace
+
+Console::Console(const Machine& machine, const std::filesystem::path& folder)
+    : machine_(machine),
+      profile_(machine.Profiles, machine.Time),
+      slices_(machine.Time, *this),
+      window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this))),
+      received_(*window_, slices_),
+      filters_(folder / FilterFileName),
+      mailslot_(machine.Mailslots, machine.Time),
+      commands_(received_, *window_, machine.Boxes, slices_, machine.Time, machine.ViewFilter),
+      cycle_({mailslot_, filters_, machine.ViewFilter, received_, *window_, machine.Signals, slices_,
+              currentAlarm_}) {
+    profile_.SetINIFileName((folder / SettingsFileName).string());
+}
+
+Console::~Console() {
+    window_.reset();
+}
+
+bool Console::Start() {
+    if (!machine_.Instance.Acquire()) {
+        machine_.Boxes.Warn(OneInstanceText);
+        return false;
+    }
+    if (!mailslot_.InitializeMailslot(MailslotName, true))
+        machine_.Boxes.Warn(MailslotFailedText);
+    filters_.OpenFilterFile();
+    filters_.LoadSuppressionFilters();
+    LoadMainWindow();
+    ApplyMessageViews();
+    ApplySettings();
+    if (!ended_)
+        window_->showMaximized();
+    return true;
+}
+
+void Console::LoadMainWindow() {
+    settings_ = ReadSettings(profile_);
+    window_->Load({received_, commands_, cycle_});
+    cycle_.ProcessingPaused = false;
+    Run();
+    received_.ShowNetBiosCount();
+    received_.ShowSyslogCount();
+    received_.UpdateListViewStatus();
+}
+
+void Console::ApplyMessageViews() {
+    const std::array<bool, MessagePageCount> shown = VisibleMessageViews(settings_.MessageViews);
+    for (std::size_t page = 0; page < shown.size(); ++page)
+        window_->ShowPage(static_cast<MessagePage>(page), shown.at(page));
+}
+
+void Console::ApplySettings() {
+    settings_.Seperator = DateSeparator(settings_.Seperator);
+    received_.SetDateStyle({settings_.DateTime != 0, settings_.Seperator});
+    window_->RestoreSize({settings_.CPWidth, settings_.CPHeight});
+    window_->SetColumnWidths(settings_.ColumnWidths);
+}
+
+/// Sizes and widths are kept whatever the user answers.
+bool Console::QueryUnload(bool byUser) {
+    const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
+    const TwipsSize size = window_->RestoredSize();
+    settings_.CPWidth = size.Width;
+    settings_.CPHeight = size.Height;
+    settings_.ColumnWidths = window_->ColumnWidths();
+    WriteSizes(profile_, settings_);
+    return goesOn;
+}
+
+void Console::Unload() {
+    ended_ = true;
+    mailslot_.Terminate();
+    {
+        frmSavingMessages saving;
+        saving.show();
+        Run();
+        filters_.CloseFilterFile();
+        WriteSummary();
+    }
+    window_->hide();
+    // Not quit, which would ask the windows to close and stop at the first that does not.
+    QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+void Console::Run() {
+    window_->RunPendingEvents();
+}
+
+void Console::WriteSummary() const {
+    const char* const file = std::getenv(SummaryVariable);
+    if (file == nullptr)
+        return;
+    const auto rows = [this](EventList list) { return received_.NetBios.Lists.at(list).Size(); };
+    std::ofstream(file) << "NetBIOS " << cycle_.ReceivedCount() << " received, "
+                        << received_.NetBios.Messages.MessageCount()
+                        << " kept, rows: " << rows(InformationList) << " information, " << rows(WarningList)
+                        << " warning, " << rows(CriticalList) << " critical\n";
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "config/PrivateProfile.h"
+#include "config/Settings.h"
+#include "filters/SuppressionFilters.h"
+#include "platform/Clock.h"
+#include "platform/InstanceLock.h"
+#include "platform/MailslotTransport.h"
+#include "platform/MessageBoxes.h"
+#include "platform/ProfileFunctions.h"
+#include "platform/TimeSlices.h"
+#include "reception/ArrivalSignals.h"
+#include "reception/ProcessingCycle.h"
+#include "reception/cvbMailslot.h"
+#include "views/MessageCommands.h"
+#include "views/ReceivedMessages.h"
+#include "views/forms/frmServer.h"
+
+namespace tallyhorn {
+
+/// The running console: holds the module-level state, starts it in order and shuts it down in order.
+/// User-interface thread only.
+class Console final : private ServerLifetime, private PendingEvents {
+public:
+    /// What the machine gives; all of it outlives the console.
+    struct Machine {
+        InstanceLock& Instance;
+        MailslotTransport& Mailslots;
+        ProfileFunctions& Profiles;
+        Clock& Time;
+        MessageBoxes& Boxes;
+        ArrivalSignals& Signals;
+        const ViewFilterState& ViewFilter;
+    };
+
+    /// `folder` holds settings and filters.
+    Console(const Machine& machine, const std::filesystem::path& folder);
+    ~Console() override;
+
+    /// Shows the console; false where another one runs already, after saying so.
+    bool Start();
+    /// Closes the console as the end of the user's session does: nothing is asked.
+    void End() { window_->CloseWithoutQuestion(); }
+    /// Whether the console has been shut down.
+    bool HasEnded() const { return ended_; }
+
+    frmServer& Window() { return *window_; }
+
+private:
+    bool QueryUnload(bool byUser) override;
+    void Unload() override;
+    void Run() override;
+
+    void LoadMainWindow();
+    void ApplyMessageViews();
+    void ApplySettings();
+    void WriteSummary() const;
+
+    Machine machine_;
+    PrivateProfile profile_;
+    Settings settings_;
+    AlarmRecord currentAlarm_;
+    TimeSlices slices_;
+    std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    ReceivedMessages received_;
+    SuppressionFilters filters_;
+    cvbMailslot mailslot_;
+    MessageCommands commands_;
+    ProcessingCycle cycle_;
+    bool ended_ = false;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,27 @@
+#include "app/QtMessageBoxes.h"
+
+#include <QMessageBox>
+
+#include "views/forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+int Show(QWidget* owner, QMessageBox::Icon icon, std::string_view text,
+         QMessageBox::StandardButtons buttons) {
+    QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons, owner);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec();
+}
+
+}  // namespace
+
+void QtMessageBoxes::Warn(std::string_view text) {
+    Show(owner_, QMessageBox::Warning, text, QMessageBox::Ok);
+}
+
+bool QtMessageBoxes::Confirm(std::string_view text) {
+    return Show(owner_, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+}  // namespace tallyhorn

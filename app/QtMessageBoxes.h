@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "platform/MessageBoxes.h"
+
+namespace tallyhorn {
+
+/// The message boxes, in front of the main window once there is one.  User-interface thread only.
+class QtMessageBoxes final : public MessageBoxes {
+public:
+    void SetOwner(QWidget* owner) { owner_ = owner; }
+
+    void Warn(std::string_view text) override;
+    bool Confirm(std::string_view text) override;
+
+private:
+    QPointer<QWidget> owner_;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,73 @@
+#include <QApplication>
+#include <QMetaObject>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "app/CommandLine.h"
+#include "app/Console.h"
+#include "app/QtMessageBoxes.h"
+#include "app/QuietParts.h"
+#include "platform/TerminationSignals.h"
+#include "views/forms/Pictures.h"
+
+namespace {
+
+using namespace tallyhorn;
+
+constexpr int BadUsage = 2;
+
+/// Runs the console until it is closed; gives the exit status.
+int RunConsole(QApplication& application, TerminationSignals& termination,
+               const std::filesystem::path& folder) {
+    SystemClock clock;
+    const auto mailslots = MakeMailslotTransport();
+    const auto profiles = MakeProfileFunctions();
+    InstanceLock instance("TallyhornListenerConsole");
+    QtMessageBoxes boxes;
+    QuietSignals quiet;
+    const NoViewFilter noFilter;
+    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, noFilter}, folder);
+    boxes.SetOwner(&console.Window());
+    termination.Start([&] {
+        QMetaObject::invokeMethod(
+            &application, [&] { console.End(); }, Qt::QueuedConnection);
+    });
+    int status = EXIT_FAILURE;
+    if (console.Start())
+        status = console.HasEnded() ? EXIT_SUCCESS : QApplication::exec();
+    termination.Stop();
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const auto termination = MakeTerminationSignals();
+    const CommandLine line = ReadCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+    switch (line.Asked) {
+        case CommandLine::Wish::Help:
+            std::cout << HelpText();
+            return EXIT_SUCCESS;
+        case CommandLine::Wish::Version:
+            std::cout << "tallyhorn-console " << TALLYHORN_VERSION << "\n";
+            return EXIT_SUCCESS;
+        case CommandLine::Wish::Refuse:
+            std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
+            return BadUsage;
+        case CommandLine::Wish::Run:
+            break;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Tallyhorn Listener Console"));
+    QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ConsoleIcon());
+    const std::filesystem::path folder =
+        line.Folder.empty() ? std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
+                            : line.Folder;
+    return RunConsole(application, *termination, folder);
+}

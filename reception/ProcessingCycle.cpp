@@ -1,0 +1,70 @@
+#include "reception/ProcessingCycle.h"
+
+#include <utility>
+#include <vector>
+
+#include "records/NetBiosFormat.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::int32_t TicksUntilResume = 120;
+
+}  // namespace
+
+void ProcessingCycle::TimCheckTick() {
+    if (ProcessingPaused || parts_.Mailslot.CheckForMessages() == 0)
+        return;
+    // The batch is the tick's own: another tick inside it reads and shows a batch of its own.
+    std::vector<std::string> messages;
+    const std::int16_t count = parts_.Mailslot.ReadMessages(messages);
+    if (count > 0) {
+        parts_.Signals.PlayAlertSound();
+        if (!parts_.Display.IsVisible())
+            parts_.Signals.StartFlash();
+    }
+    receivedCount_ += static_cast<std::uint64_t>(count);
+    for (std::size_t i = 1; i <= static_cast<std::size_t>(count); ++i)
+        ProcessText(messages[i]);
+    parts_.Received.ShowNetBiosCount();
+    parts_.Received.UpdateListViewStatus();
+    parts_.Slices.RunNow();
+}
+
+void ProcessingCycle::ProcessText(std::string& text) {
+    ParseCurrentAlarm(text, parts_.CurrentAlarm);
+    if (parts_.Filters.IsSuppressed(parts_.CurrentAlarm))
+        return;
+    const Slot slot = TakeNetBiosSlot();
+    parts_.Received.NetBios.Messages.Put(slot, std::move(text));
+    if (parts_.ViewFilter.PassesViewFilter(parts_.CurrentAlarm))
+        parts_.Received.ParseMessageAdd(slot, parts_.CurrentAlarm);
+}
+
+Slot ProcessingCycle::TakeNetBiosSlot() {
+    MessageStore& messages = parts_.Received.NetBios.Messages;
+    const std::optional<Slot> freed = messages.TakeFreeSlot();
+    return freed ? *freed : messages.Grow();
+}
+
+void ProcessingCycle::PauseCommand() {
+    pauseShown_ = !pauseShown_;
+    parts_.Display.ShowPauseCommand(pauseShown_);
+    parts_.Display.ShowPanel(StatusPanel::ProcessingStatus, pauseShown_ ? "Status: Message Processing Paused"
+                                                                        : "Status: Processing Messages");
+    resumeTicks_ = 0;
+    parts_.Display.EnableResumeTimer(pauseShown_);
+    ProcessingPaused = pauseShown_;
+}
+
+void ProcessingCycle::ResumeTick() {
+    if (resumeTicks_ < TicksUntilResume) {
+        ++resumeTicks_;
+        return;
+    }
+    parts_.Display.EnableResumeTimer(false);
+    PauseCommand();
+    resumeTicks_ = 0;
+}
+
+}  // namespace tallyhorn

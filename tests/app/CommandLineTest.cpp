@@ -1,0 +1,41 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "app/CommandLine.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+TEST(CommandLine, RunsHelpsOrRefuses) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "file") << "x";
+    using Wish = CommandLine::Wish;
+    const struct {
+        std::vector<std::string> Arguments;
+        Wish Asked;
+        std::string Said;
+    } cases[] = {
+        {{}, Wish::Run, ""},
+        {{"--folder", folder.Path().string()}, Wish::Run, ""},
+        {{"--folder=" + folder.Path().string()}, Wish::Run, ""},
+        {{"--help"}, Wish::Help, ""},
+        {{"--version"}, Wish::Version, ""},
+        {{"--fodler", "x"}, Wish::Refuse, "unknown option '--fodler'"},
+        {{"x"}, Wish::Refuse, "unknown option 'x'"},
+        {{"--folder"}, Wish::Refuse, "--folder needs the name of a folder"},
+        {{"--folder", folder / "none"}, Wish::Refuse, "does not exist"},
+        {{"--folder", folder / "file"}, Wish::Refuse, "is not a folder"},
+        {{"--folder="}, Wish::Refuse, "does not exist"},
+    };
+    for (const auto& [arguments, asked, said] : cases) {
+        const CommandLine line = ReadCommandLine(arguments);
+        EXPECT_EQ(line.Asked, asked) << said;
+        EXPECT_NE(line.Refusal.find(said), std::string::npos) << line.Refusal;
+        EXPECT_EQ(line.Refusal.empty(), asked != Wish::Refuse);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,282 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeView>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+#include "app/Console.h"
+#include "app/QuietParts.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeMailslots.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/TemporaryFolder.h"
+#include "views/forms/MessageListView.h"
+
+namespace tallyhorn {
+namespace {
+
+/// A whole console over a mailslot in memory and a folder of its own.
+class ConsoleTest : public ::testing::Test {
+protected:
+    void TearDown() override { console_.reset(); }
+
+    void Start(const std::string& settings = "MessageViews=7\r\n") {
+        std::ofstream(folder_ / "thlisten.ini", std::ios::binary) << "[General]\r\n" << settings;
+        console_ = std::make_unique<Console>(
+            Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, signals_, filter_},
+            folder_.Path());
+        ASSERT_TRUE(console_->Start());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
+    }
+    void Arrive(const std::string& name, const std::string& type) {
+        mailslots_.Slots["TallyhornEngine"].Waiting.push_back(
+            "Date: 08/21/2008 14:05:09\r\n\r\n\r\n(" + name +
+            ")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: " + type +
+            "\r\nCategory: None\r\nEventID: 7\r\nAccount: N/A\r\nComputer: pc\r\nDescription: text" + '\0');
+    }
+    void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
+    template <typename Control>
+    Control* Find(const char* name) {
+        auto* const control = console_->Window().findChild<Control*>(QString::fromLatin1(name));
+        EXPECT_NE(control, nullptr) << name;
+        return control;
+    }
+    MessageListView* List(int element) {
+        return Find<MessageListView>(("lvwMessages" + std::to_string(element)).c_str());
+    }
+    QString Panel(int number) { return Find<QLabel>(("stbMain" + std::to_string(number)).c_str())->text(); }
+    std::string SettingsText() {
+        std::ifstream file(folder_ / "thlisten.ini", std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    TemporaryFolder folder_;
+    InstanceLock instance_{"console", folder_ / "locks"};
+    FakeMailslots mailslots_;
+    std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
+    FakeClock clock_;
+    FakeMessageBoxes boxes_;
+    QuietSignals signals_;
+    NoViewFilter filter_;
+    std::unique_ptr<Console> console_;
+};
+
+TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
+    Start();
+    Arrive("one", "Error");
+    Arrive("two", "Information");
+    Arrive("three", "Warning");
+    Poll();
+    const struct {
+        const char* Frame;
+        const char* Title;
+        int Element;
+        const char* Alarm;
+    } cases[] = {
+        {"fraNetBiosTypes0", "I&nformation Events and Success Audits", 2, "two"},
+        {"fraNetBiosTypes1", "W&arning Events", 1, "three"},
+        {"fraNetBiosTypes2", "C&ritical Events (Errors, Failure Audits)", 0, "one"},
+    };
+    for (const auto& [frame, title, element, alarm] : cases) {
+        EXPECT_EQ(Find<QGroupBox>(frame)->title(), title);
+        MessageListView* const list = List(element);
+        EXPECT_EQ(list->parentWidget(), Find<QGroupBox>(frame));
+        ASSERT_EQ(list->model()->rowCount(), 1);
+        EXPECT_EQ(list->model()->index(0, 1).data().toString(), alarm);
+        EXPECT_TRUE(list->isEnabled());
+        EXPECT_FALSE(list->accessibleName().isEmpty());
+    }
+    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
+    EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
+    EXPECT_EQ(Panel(3), "Status: Processing Messages");
+    EXPECT_FALSE(Find<MessageListView>("lvwSyslog0")->isEnabled()) << "an empty list";
+    EXPECT_EQ(Find<MessageListView>("lvwSyslog0")->palette().color(QPalette::Base),
+              console_->Window().palette().color(QPalette::Button));
+}
+
+TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
+    Start();
+    for (const QSize size : {QSize(1280, 760), QSize(700, 500), QSize(1600, 1100)}) {
+        console_->Window().showNormal();
+        console_->Window().resize(size);
+        QCoreApplication::processEvents();
+        auto* const tabs = Find<QTabWidget>("tabMessageTypes");
+        EXPECT_EQ(tabs->size(), console_->Window().centralWidget()->size());
+        int bottom = 0;
+        for (int i = 0; i < 3; ++i) {
+            auto* const frame = Find<QGroupBox>(("fraNetBiosTypes" + std::to_string(i)).c_str());
+            EXPECT_LE(std::abs(frame->y() - bottom), i == 0 ? 12 : 1)
+                << "frame " << i << " at " << size.width();
+            bottom = frame->geometry().bottom() + 1;
+            EXPECT_TRUE(frame->rect().contains(List(2 - i)->geometry())) << i;
+            EXPECT_NEAR(List(2 - i)->width(), frame->width() - 32, 1);
+        }
+        EXPECT_LE(bottom, tabs->currentWidget()->height());
+        EXPECT_GT(bottom, tabs->currentWidget()->height() - 12);
+    }
+    const MessageListView* const list = List(1);
+    EXPECT_NEAR(list->ColumnWidth(0), 0.23 * list->width(), 1);
+    EXPECT_NEAR(list->ColumnWidth(4), 0.15 * list->width(), 1);
+}
+
+TEST_F(ConsoleTest, ShowsThePagesOfTheSetting) {
+    const struct {
+        const char* Setting;
+        bool Shown[3];
+    } cases[] = {{"MessageViews=5\r\n", {true, false, true}},
+                 {"MessageViews=2\r\n", {false, true, false}},
+                 {"", {false, false, false}}};
+    for (const auto& [setting, shown] : cases) {
+        Start(setting);
+        for (int page = 0; page < 3; ++page)
+            EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->isTabVisible(page), shown[page])
+                << setting << page;
+        console_.reset();
+    }
+}
+
+TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
+    Start(
+        "MessageViews=7\r\nDateTime=1\r\nSeperator=.\r\nColWidth1=3000\r\nColWidth2=1500\r\nColWidth3="
+        "1500\r\n"
+        "ColWidth4=1500\r\nColWidth5=1500\r\n");
+    Arrive("one", "Error");
+    Poll();
+    EXPECT_EQ(List(0)->model()->index(0, 0).data().toString(), "21.08.2008 2:05:09 PM");
+    EXPECT_EQ(List(2)->ColumnWidth(0), 200);
+    auto* const syslog = Find<MessageListView>("lvwSyslog1");
+    List(0)->SetColumnWidth(1, 140);
+    QTest::mouseClick(List(0)->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    EXPECT_EQ(List(2)->ColumnWidth(1), 140);
+    EXPECT_EQ(syslog->ColumnWidth(1), 100) << "the other channel keeps its own until the layout is made anew";
+    boxes_.Answer = false;
+    console_->Window().close();
+    EXPECT_TRUE(console_->Window().isVisible());
+    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"Are you sure you wish to close the console?"});
+    EXPECT_NE(SettingsText().find("ColWidth2=2100\r\n"), std::string::npos) << SettingsText();
+    EXPECT_NE(SettingsText().find("ColWidth1=3000\r\n"), std::string::npos) << SettingsText();
+    EXPECT_EQ(SettingsText().find("CPWidth=0"), std::string::npos) << SettingsText();
+}
+
+TEST_F(ConsoleTest, DeletesAndClearsByKeyMenuAndButton) {
+    Start();
+    for (int i = 0; i < 5; ++i)
+        Arrive(std::to_string(i), "Warning");
+    Poll();
+    MessageListView* const list = List(1);
+    list->setFocus();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      list->visualRect(list->model()->index(1, 0)).center());
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
+    EXPECT_EQ(list->model()->rowCount(), 4);
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_TRUE(Find<QTimer>("timCheck")->isActive());
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      list->visualRect(list->model()->index(0, 0)).center());
+    Find<QAction>("delete")->trigger();
+    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
+    boxes_.Answer = false;
+    Find<QAction>("mnuFile_ClearAll")->trigger();
+    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
+    boxes_.Answer = true;
+    Find<QAction>("clear")->trigger();
+    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
+    EXPECT_EQ(list->model()->rowCount(), 0);
+    EXPECT_FALSE(list->isEnabled());
+}
+
+TEST_F(ConsoleTest, PausesAndResumes) {
+    Start();
+    auto* const menu = Find<QAction>("mnuEditPause");
+    auto* const button = Find<QAction>("pause");
+    button->trigger();
+    EXPECT_EQ(menu->text(), "&Resume Message Processing");
+    EXPECT_EQ(button->toolTip(), "Resume Message Processing");
+    EXPECT_EQ(Panel(3), "Status: Message Processing Paused");
+    EXPECT_TRUE(Find<QTimer>("tmrResumeProcessing")->isActive());
+    Arrive("one", "Error");
+    Poll();
+    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
+    menu->trigger();
+    EXPECT_EQ(menu->text(), "&Pause Message Processing");
+    Poll();
+    EXPECT_EQ(Panel(1), "1 NetBIOS Message(s)");
+}
+
+/// A command given in the middle of a batch waits for its end: its question must not hold the batch up.
+TEST_F(ConsoleTest, CommandsWaitForTheBatch) {
+    Start();
+    clock_.PerLook = std::chrono::milliseconds(4);
+    for (int i = 0; i < 20; ++i)
+        Arrive(std::to_string(i), "Error");
+    QTimer::singleShot(0, &console_->Window(), [this] { Find<QAction>("clear")->trigger(); });
+    Poll();
+    EXPECT_TRUE(boxes_.Shown.empty());
+    EXPECT_EQ(Panel(1), "20 NetBIOS Message(s)");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(boxes_.Shown.size(), 1U);
+    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
+}
+
+TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
+    Start();
+    console_->End();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(console_->HasEnded());
+    EXPECT_TRUE(boxes_.Shown.empty());
+    EXPECT_FALSE(mailslots_.Slots.contains("TallyhornEngine")) << "the mailslot is closed";
+    EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
+}
+
+TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
+    Start();
+    InstanceLock second("console", folder_ / "locks");
+    FakeMessageBoxes boxes;
+    {
+        Console other({second, mailslots_, *profiles_, clock_, boxes, signals_, filter_}, folder_.Path());
+        EXPECT_FALSE(other.Start());
+    }
+    EXPECT_EQ(boxes.Shown, std::vector<std::string>{"Only one instance of the Tallyhorn Listener Console can "
+                                                    "be running at a time.  If you are logged "
+                                                    "into a remote session, make sure no other instances of "
+                                                    "the Listener Console are running on other "
+                                                    "desktops."});
+    InstanceLock third("elsewhere", folder_ / "locks");
+    boxes.Shown.clear();
+    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, filter_}, folder_.Path());
+    EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
+    EXPECT_EQ(boxes.Shown,
+              std::vector<std::string>{
+                  "The mailslot used to receive NetBIOS messages could not be initialized.  Therefore, "
+                  "no mailslot messages will be received.  You may need to reboot the system to "
+                  "reinitialize the mailslot."});
+    deaf.End();
+}
+
+/// Whatever the files hold, the console starts.
+TEST_F(ConsoleTest, StartsOnDamagedFiles) {
+    std::string bytes;
+    for (int i = 0; i < 5000; ++i)
+        bytes += static_cast<char>((i * 7919) >> 3);
+    std::ofstream(folder_ / "SavedFilters.dat", std::ios::binary) << bytes;
+    Start(
+        "CPWidth=2147483647\r\nCPHeight=-5\r\nColWidth1=-2147483648\r\nColWidth2=99999999999\r\nMessageViews="
+        "255\r\n" +
+        bytes);
+    Arrive("one", "Error");
+    Poll();
+    EXPECT_TRUE(console_->Window().isVisible());
+    EXPECT_LE(console_->Window().normalGeometry().width(), console_->Window().screen()->geometry().width());
+}
+
+}  // namespace
+}  // namespace tallyhorn

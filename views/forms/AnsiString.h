@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace tallyhorn {
+
+// Between the console's ANSI bytes and Qt's strings; every byte comes back as it went.
+
+QString ToQString(std::string_view ansi);
+/// "?" for characters that Windows-1252 lacks.
+std::string FromQString(const QString& text);
+/// For one line on the screen: control characters become a middle dot, so that nothing hides or moves text.
+QString ToVisibleLine(std::string_view ansi);
+/// A control's caption without the "&" of its access key: its accessible name.
+QString WithoutAccessKey(QString caption);
+
+}  // namespace tallyhorn

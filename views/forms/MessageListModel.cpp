@@ -1,0 +1,109 @@
+#include "views/forms/MessageListModel.h"
+
+#include <QIcon>
+#include <limits>
+
+#include "views/forms/AnsiString.h"
+#include "views/forms/Pictures.h"
+
+namespace tallyhorn {
+namespace {
+
+/// The word for a picture, for those who do not see it.
+QString SpokenType(EventPicture picture) {
+    constexpr std::array<const char*, 6> Words = {"Information",   "Warning",       "Error",
+                                                  "Failure Audit", "Success Audit", "Unknown type"};
+    return QString::fromLatin1(Words.at(static_cast<std::size_t>(picture)));
+}
+
+}  // namespace
+
+MessageListModel::MessageListModel(MessageList& list, QObject* parent)
+    : QAbstractTableModel(parent), list_(list), shown_(list.Size()) {
+    list_.SetObserver(this);
+}
+
+MessageListModel::~MessageListModel() {
+    list_.SetObserver(nullptr);
+}
+
+bool MessageListModel::TakeInRows() {
+    if (list_.Size() == shown_)
+        return false;
+    beginInsertRows({}, static_cast<int>(shown_), static_cast<int>(list_.Size()) - 1);
+    shown_ = list_.Size();
+    endInsertRows();
+    // In a sorted list the new rows are not the last ones: the others have moved aside for them.
+    if (list_.IsSorted()) {
+        emit layoutAboutToBeChanged({}, VerticalSortHint);
+        MovePersistentIndexes();
+        emit layoutChanged({}, VerticalSortHint);
+    }
+    return true;
+}
+
+void MessageListModel::MovePersistentIndexes() {
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    for (const QModelIndex& index : from) {
+        const auto slot = static_cast<Slot>(index.internalId());
+        const std::optional<std::size_t> position = list_.PositionOf(slot);
+        to << (position ? createIndex(static_cast<int>(*position), index.column(), index.internalId())
+                        : QModelIndex());
+    }
+    changePersistentIndexList(from, to);
+}
+
+int MessageListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_);
+}
+
+int MessageListModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : MessageColumnCount;
+}
+
+/// An index carries its row's slot, by which it finds the row again when others move it.
+QModelIndex MessageListModel::index(int row, int column, const QModelIndex& parent) const {
+    if (!hasIndex(row, column, parent))
+        return {};
+    return createIndex(row, column, static_cast<quintptr>(list_.SlotAt(static_cast<std::size_t>(row))));
+}
+
+QVariant MessageListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const auto position = static_cast<std::size_t>(index.row());
+    const auto column = static_cast<MessageColumn>(index.column());
+    if (role == Qt::DisplayRole)
+        return ToVisibleLine(list_.CellText(position, column));
+    const std::optional<EventPicture> picture = list_.PictureAt(position);
+    if (column != MessageColumn::DateLogged || !picture)
+        return {};
+    if (role == Qt::DecorationRole)
+        return EventIcon(*picture);
+    if (role == Qt::AccessibleTextRole)
+        return QString(SpokenType(*picture) + QStringLiteral(", ") +
+                       ToVisibleLine(list_.CellText(position, column)));
+    return {};
+}
+
+QVariant MessageListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= MessageColumnCount)
+        return {};
+    if (role == Qt::DisplayRole)
+        return ToQString(MessageColumnHeaders.at(static_cast<std::size_t>(section)));
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+    return {};
+}
+
+void MessageListModel::AboutToChange() {
+    beginResetModel();
+}
+
+void MessageListModel::Changed() {
+    shown_ = list_.Size();
+    endResetModel();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,215 @@
+#include "views/forms/Pictures.h"
+
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+#include <functional>
+#include <utility>
+
+namespace tallyhorn {
+namespace {
+
+constexpr qreal Grid = 16;  ///< the shapes below lie in a square of this side
+
+const QColor Blue(0x1F, 0x6F, 0xC4);
+const QColor Amber(0xF0, 0xA8, 0x1E);
+const QColor Red(0xC9, 0x2A, 0x2A);
+const QColor Green(0x2B, 0x8A, 0x3E);
+const QColor Grey(0x6B, 0x72, 0x80);
+
+using Drawing = std::function<void(QPainter&)>;
+
+/// Paints a drawing made for the grid at any size, faded where its control is disabled.
+class DrawnIcon final : public QIconEngine {
+public:
+    explicit DrawnIcon(Drawing drawing) : drawing_(std::move(drawing)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
+        const int side = qMin(rect.width(), rect.height());
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.x() + (rect.width() - side) / 2.0, rect.y() + (rect.height() - side) / 2.0);
+        painter->scale(side / Grid, side / Grid);
+        if (mode == QIcon::Disabled)
+            painter->setOpacity(0.35);
+        drawing_(*painter);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap result(size);
+        result.fill(Qt::transparent);
+        QPainter painter(&result);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return result;
+    }
+
+    QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
+
+private:
+    Drawing drawing_;
+};
+
+QIcon MakeIcon(Drawing drawing) {
+    return QIcon(new DrawnIcon(std::move(drawing)));
+}
+
+void Stroke(QPainter& painter, const QColor& colour, qreal width) {
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
+void Fill(QPainter& painter, const QColor& colour) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+}
+
+/// A disc with an "i".
+void DrawInformation(QPainter& painter) {
+    Fill(painter, Blue);
+    painter.drawEllipse(QRectF(1, 1, 14, 14));
+    Fill(painter, Qt::white);
+    painter.drawEllipse(QRectF(7, 3.6, 2, 2));
+    painter.drawRoundedRect(QRectF(7.1, 6.8, 1.8, 5.6), 0.6, 0.6);
+}
+
+/// A triangle with an exclamation mark.
+void DrawWarning(QPainter& painter) {
+    Stroke(painter, Amber, 1.6);
+    painter.setBrush(Amber);
+    painter.drawPolygon(QPolygonF({{8, 2}, {14.6, 13.8}, {1.4, 13.8}}));
+    Fill(painter, QColor(0x33, 0x26, 0x05));
+    painter.drawRoundedRect(QRectF(7.1, 5.4, 1.8, 4.8), 0.6, 0.6);
+    painter.drawEllipse(QRectF(7, 11.2, 2, 2));
+}
+
+/// An octagon with a cross.
+void DrawError(QPainter& painter) {
+    Fill(painter, Red);
+    painter.drawPolygon(
+        QPolygonF({{5.1, 1}, {10.9, 1}, {15, 5.1}, {15, 10.9}, {10.9, 15}, {5.1, 15}, {1, 10.9}, {1, 5.1}}));
+    Stroke(painter, Qt::white, 1.9);
+    painter.drawLine(QPointF(5.2, 5.2), QPointF(10.8, 10.8));
+    painter.drawLine(QPointF(10.8, 5.2), QPointF(5.2, 10.8));
+}
+
+/// A padlock, shut for a failure and open for a success.
+void DrawPadlock(QPainter& painter, const QColor& colour, bool open) {
+    Stroke(painter, colour, 1.8);
+    QPainterPath shackle;
+    shackle.moveTo(4.6, open ? 5.6 : 7.5);
+    shackle.lineTo(4.6, 5);
+    shackle.arcTo(QRectF(4.6, 1.6, 6.8, 6.8), 180, -180);
+    if (!open)
+        shackle.lineTo(11.4, 7.5);
+    else
+        shackle.lineTo(11.4, 8);
+    painter.drawPath(shackle);
+    Fill(painter, colour);
+    painter.drawRoundedRect(QRectF(2.6, 7.4, 10.8, 7.6), 1.2, 1.2);
+}
+
+void DrawFailureAudit(QPainter& painter) {
+    DrawPadlock(painter, Red, false);
+    Stroke(painter, Qt::white, 1.5);
+    painter.drawLine(QPointF(6.2, 9.4), QPointF(9.8, 13));
+    painter.drawLine(QPointF(9.8, 9.4), QPointF(6.2, 13));
+}
+
+void DrawSuccessAudit(QPainter& painter) {
+    DrawPadlock(painter, Green, true);
+    Stroke(painter, Qt::white, 1.5);
+    painter.drawPolyline(QPolygonF({{5.4, 11.2}, {7.3, 13}, {10.7, 9.4}}));
+}
+
+void DrawQuestionMark(QPainter& painter) {
+    Fill(painter, Grey);
+    painter.drawRoundedRect(QRectF(1, 1, 14, 14), 2.5, 2.5);
+    Stroke(painter, Qt::white, 1.7);
+    QPainterPath hook;
+    hook.moveTo(5.6, 5.9);
+    hook.cubicTo(5.6, 2.6, 10.6, 2.7, 10.4, 5.9);
+    hook.cubicTo(10.3, 7.6, 8, 7.7, 8, 9.6);
+    painter.drawPath(hook);
+    Fill(painter, Qt::white);
+    painter.drawEllipse(QRectF(7, 11.2, 2, 2));
+}
+
+void DrawCross(QPainter& painter) {
+    Stroke(painter, Red, 2.4);
+    painter.drawLine(QPointF(3.5, 3.5), QPointF(12.5, 12.5));
+    painter.drawLine(QPointF(12.5, 3.5), QPointF(3.5, 12.5));
+}
+
+/// A waste bin: everything goes.
+void DrawBin(QPainter& painter) {
+    Stroke(painter, Grey, 1.5);
+    painter.drawLine(QPointF(2.5, 4), QPointF(13.5, 4));
+    painter.drawPolyline(QPolygonF({{6, 4}, {6, 2}, {10, 2}, {10, 4}}));
+    painter.drawPolyline(QPolygonF({{3.8, 4}, {4.6, 14.2}, {11.4, 14.2}, {12.2, 4}}));
+    painter.drawLine(QPointF(6.7, 6.6), QPointF(6.9, 11.8));
+    painter.drawLine(QPointF(9.3, 6.6), QPointF(9.1, 11.8));
+}
+
+void DrawPause(QPainter& painter) {
+    Fill(painter, Blue);
+    painter.drawRoundedRect(QRectF(3.4, 2.4, 3.4, 11.2), 0.8, 0.8);
+    painter.drawRoundedRect(QRectF(9.2, 2.4, 3.4, 11.2), 0.8, 0.8);
+}
+
+void DrawResume(QPainter& painter) {
+    Stroke(painter, Green, 1.4);
+    painter.setBrush(Green);
+    painter.drawPolygon(QPolygonF({{4.2, 2.8}, {12.8, 8}, {4.2, 13.2}}));
+}
+
+/// A horn whose sound spreads.
+void DrawConsole(QPainter& painter) {
+    Fill(painter, Blue);
+    painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 3, 3);
+    Fill(painter, Qt::white);
+    painter.drawPolygon(QPolygonF({{2.6, 6.6}, {4.6, 6.6}, {9, 3.4}, {9, 12.6}, {4.6, 9.4}, {2.6, 9.4}}));
+    Stroke(painter, Qt::white, 1.3);
+    painter.drawArc(QRectF(7.6, 5.4, 5.2, 5.2), -50 * 16, 100 * 16);
+}
+
+}  // namespace
+
+QIcon EventIcon(EventPicture picture) {
+    switch (picture) {
+        case EventPicture::Information:
+            return MakeIcon(DrawInformation);
+        case EventPicture::Warning:
+            return MakeIcon(DrawWarning);
+        case EventPicture::Error:
+            return MakeIcon(DrawError);
+        case EventPicture::FailureAudit:
+            return MakeIcon(DrawFailureAudit);
+        case EventPicture::SuccessAudit:
+            return MakeIcon(DrawSuccessAudit);
+        case EventPicture::QuestionMark:
+            break;
+    }
+    return MakeIcon(DrawQuestionMark);
+}
+
+QIcon CommandIcon(CommandPicture picture) {
+    switch (picture) {
+        case CommandPicture::Delete:
+            return MakeIcon(DrawCross);
+        case CommandPicture::Clear:
+            return MakeIcon(DrawBin);
+        case CommandPicture::Pause:
+            return MakeIcon(DrawPause);
+        case CommandPicture::Resume:
+            break;
+    }
+    return MakeIcon(DrawResume);
+}
+
+QIcon ConsoleIcon() {
+    return MakeIcon(DrawConsole);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QIcon>
+
+#include "records/EventTypes.h"
+
+namespace tallyhorn {
+
+/// The commands that have a picture.
+enum class CommandPicture { Delete, Clear, Pause, Resume };
+
+/// Icons drawn from shapes at whatever size is asked for, so that they are sharp at every scaling.  Each
+/// event type has a shape of its own besides its colour.
+QIcon EventIcon(EventPicture picture);
+QIcon CommandIcon(CommandPicture picture);
+/// The program's own icon.
+QIcon ConsoleIcon();
+
+}  // namespace tallyhorn

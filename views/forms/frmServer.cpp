@@ -1,0 +1,409 @@
+#include "views/forms/frmServer.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeView>
+#include <algorithm>
+#include <utility>
+
+#include "views/forms/AnsiString.h"
+#include "views/forms/MessageListView.h"
+#include "views/forms/Pictures.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr int TwipsPerInch = 1440;
+constexpr Twips FrameMargin = 135;
+constexpr Twips ListMargin = 240;
+constexpr int CheckInterval = 500;
+constexpr int ResumeInterval = 1000;
+
+constexpr std::array<const char*, MessagePageCount> PageCaptions = {
+    "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
+/// From the top of the page; the list in the first frame is the last of its channel.
+constexpr std::array<const char*, EventListCount> NetBiosCaptions = {
+    "I&nformation Events and Success Audits", "W&arning Events", "C&ritical Events (Errors, Failure Audits)"};
+constexpr std::array<const char*, EventListCount> SyslogCaptions = {
+    "&Information Events and Success Audits", "&Warning Events", "&Critical Events (Errors, Failure Audits)"};
+
+/// Lets the work depth follow a piece of work, whatever ends it.
+class Depth {
+public:
+    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
+    ~Depth() { --depth_; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+
+private:
+    int& depth_;
+};
+
+/// A size that does not fit leaves the control as it was.
+void ResizeIfFits(QWidget* widget, int width, int height) {
+    if (width >= 0 && height >= 0)
+        widget->resize(width, height);
+}
+
+}  // namespace
+
+frmServer::frmServer(ServerLifetime& lifetime) : lifetime_(lifetime) {
+    setObjectName(QStringLiteral("frmServer"));
+    setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
+    setWindowIcon(ConsoleIcon());
+    setContextMenuPolicy(Qt::NoContextMenu);
+    BuildMenus();
+    BuildToolBar();
+    BuildPages();
+    BuildStatusBar();
+    timCheck = new QTimer(this);
+    timCheck->setObjectName(QStringLiteral("timCheck"));
+    timCheck->setInterval(CheckInterval);
+    tmrResumeProcessing = new QTimer(this);
+    tmrResumeProcessing->setObjectName(QStringLiteral("tmrResumeProcessing"));
+    tmrResumeProcessing->setInterval(ResumeInterval);
+    resize(Pixels(15000), Pixels(11000));
+}
+
+frmServer::~frmServer() = default;
+
+// ---- building
+
+QAction* frmServer::AddCommand(const char* name, const QString& caption, Command command) {
+    auto* const action = new QAction(caption, this);
+    action->setObjectName(QString::fromLatin1(name));
+    connect(action, &QAction::triggered, this,
+            [this, command = std::move(command)] { RunWhenIdle(command); });
+    return action;
+}
+
+void frmServer::BuildMenus() {
+    mnuFile_DeleteMsg = AddCommand("mnuFile_DeleteMsg", tr("&Delete Selected Message(s)"),
+                                   [this] { commands_->DeleteMessages(); });
+    mnuFile_ClearAll =
+        AddCommand("mnuFile_ClearAll", tr("&Clear All Messages"), [this] { commands_->ClearAllMessages(); });
+    mnuFile_Exit = AddCommand("mnuFile_Exit", tr("E&xit"), [this] { close(); });
+    mnuEditPause =
+        AddCommand("mnuEditPause", tr("&Pause Message Processing"), [this] { cycle_->PauseCommand(); });
+
+    QMenu* const mnuFile = menuBar()->addMenu(tr("&File"));
+    mnuFile->setObjectName(QStringLiteral("mnuFile"));
+    mnuFile->addActions({mnuFile_DeleteMsg, mnuFile_ClearAll});
+    mnuFile->addSeparator();
+    mnuFile->addAction(mnuFile_Exit);
+    QMenu* const mnuEdit = menuBar()->addMenu(tr("&Edit"));
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    mnuEdit->addAction(mnuEditPause);
+}
+
+void frmServer::BuildToolBar() {
+    tbrMain = new QToolBar(tr("Commands"), this);
+    tbrMain->setObjectName(QStringLiteral("tbrMain"));
+    tbrMain->setMovable(false);
+    tbrMain->setFloatable(false);
+    tbrMain->setIconSize(QSize(16, 16));
+    const auto addButton = [this](const char* key, const QString& tip, CommandPicture picture,
+                                  QAction* command) {
+        auto* const button = new QAction(CommandIcon(picture), tip, this);
+        button->setObjectName(QString::fromLatin1(key));
+        connect(button, &QAction::triggered, command, &QAction::trigger);
+        tbrMain->addAction(button);
+        return button;
+    };
+    addButton("delete", tr("Delete Message(s)"), CommandPicture::Delete, mnuFile_DeleteMsg);
+    addButton("clear", tr("Clear All Messages"), CommandPicture::Clear, mnuFile_ClearAll);
+    tbrMain->addSeparator();
+    tbrPause = addButton("pause", tr("Pause Message Processing"), CommandPicture::Pause, mnuEditPause);
+    addToolBar(tbrMain);
+}
+
+void frmServer::BuildPages() {
+    auto* const inside = new QWidget(this);
+    setCentralWidget(inside);
+    tabMessageTypes = new QTabWidget(inside);
+    tabMessageTypes->setObjectName(QStringLiteral("tabMessageTypes"));
+    for (const char* const caption : PageCaptions)
+        tabMessageTypes->addTab(new QWidget, QString::fromLatin1(caption));
+
+    const auto addFrame = [this](MessagePage page, const char* caption, const QString& name) {
+        auto* const frame =
+            new QGroupBox(QString::fromLatin1(caption), tabMessageTypes->widget(static_cast<int>(page)));
+        frame->setObjectName(name);
+        return frame;
+    };
+    for (std::size_t i = 0; i < EventListCount; ++i) {
+        fraNetBiosTypes.at(i) =
+            addFrame(MessagePage::NetBios, NetBiosCaptions.at(i), QStringLiteral("fraNetBiosTypes%1").arg(i));
+        fraSyslogTypes.at(i) =
+            addFrame(MessagePage::Syslog, SyslogCaptions.at(i), QStringLiteral("fraSyslogTypes%1").arg(i));
+    }
+    fraConsolidated = addFrame(MessagePage::Consolidated, "", QStringLiteral("fraConsolidated"));
+    tvwConsolidated = new QTreeView(fraConsolidated);
+    tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
+    tvwConsolidated->setAccessibleName(WithoutAccessKey(QString::fromLatin1(PageCaptions.back())));
+    tvwConsolidated->setHeaderHidden(true);
+    tvwConsolidated->setEnabled(false);
+    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::LayOut);
+}
+
+void frmServer::BuildStatusBar() {
+    constexpr std::array<int, 3> Stretches = {2, 2, 3};
+    for (std::size_t i = 0; i < stbMain.size(); ++i) {
+        auto* const panel = new QLabel(this);
+        panel->setObjectName(QStringLiteral("stbMain%1").arg(i + 1));
+        panel->setTextFormat(Qt::PlainText);
+        panel->setContentsMargins(6, 0, 6, 0);
+        statusBar()->addWidget(panel, Stretches.at(i));
+        stbMain.at(i) = panel;
+    }
+    statusBar()->setObjectName(QStringLiteral("stbMain"));
+    ShowPanel(StatusPanel::ProcessingStatus, "Status: Processing Messages");
+}
+
+void frmServer::Load(const Parts& parts) {
+    received_ = &parts.Received;
+    commands_ = &parts.Commands;
+    cycle_ = &parts.Cycle;
+    BuildLists(fraNetBiosTypes, 0);
+    BuildLists(fraSyslogTypes, FirstSyslogView);
+    connect(timCheck, &QTimer::timeout, this, [this] { RunTimed([this] { cycle_->TimCheckTick(); }); });
+    connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { cycle_->ResumeTick(); });
+    EnablePollingTimer(true);
+    LayOut();
+}
+
+void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView) {
+    auto& lists = firstView < FirstSyslogView ? lvwMessages : lvwSyslog;
+    const QString name =
+        firstView < FirstSyslogView ? QStringLiteral("lvwMessages%1") : QStringLiteral("lvwSyslog%1");
+    for (std::size_t frame = 0; frame < frames.size(); ++frame) {
+        const std::size_t element = frames.size() - 1 - frame;
+        const auto view = static_cast<ViewNumber>(firstView + static_cast<ViewNumber>(element));
+        auto* const list = new MessageListView(received_->List(view), frames.at(frame));
+        list->setObjectName(name.arg(element));
+        list->setAccessibleName(WithoutAccessKey(frames.at(frame)->title()));
+        lists.at(element) = list;
+        ConnectList(view);
+    }
+}
+
+void frmServer::ConnectList(ViewNumber view) {
+    MessageListView* const list = ListView(view);
+    connect(list, &MessageListView::Touched, this, [this, view] { received_->ActiveView = view; });
+    connect(list, &MessageListView::MouseReleased, this, [this, view] { KeepColumnWidths(view); });
+    connect(list, &MessageListView::DeleteRequested, this,
+            [this] { RunWhenIdle([this] { commands_->DeleteMessages(); }); });
+}
+
+// ---- work and commands
+
+void frmServer::RunPendingEvents() {
+    const Depth depth(workDepth_);
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view)
+        ListView(view)->TakeInRows();
+    QCoreApplication::processEvents();
+}
+
+/// A command given inside other work would run on state that is half way from one thing to the next, and
+/// would hold that work up for as long as its question stands open.
+void frmServer::RunWhenIdle(const Command& command) {
+    if (workDepth_ == 0)
+        RunTimed(command);
+    else
+        waitingCommands_.push_back(command);
+}
+
+void frmServer::RunTimed(const Command& command) {
+    {
+        const Depth depth(workDepth_);
+        command();
+    }
+    if (workDepth_ == 0 && !waitingCommands_.empty())
+        QMetaObject::invokeMethod(this, &frmServer::RunWaitingCommands, Qt::QueuedConnection);
+}
+
+void frmServer::RunWaitingCommands() {
+    for (const Command& command : std::exchange(waitingCommands_, {}))
+        RunWhenIdle(command);
+}
+
+// ---- what the rules ask for
+
+MessagePage frmServer::CurrentPage() const {
+    return static_cast<MessagePage>(tabMessageTypes->currentIndex());
+}
+
+void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
+    stbMain.at(static_cast<std::size_t>(panel) - 1)->setText(ToQString(text));
+}
+
+void frmServer::EnableList(ViewNumber view, bool enabled) {
+    MessageListView* const list = ListView(view);
+    if (list->isEnabled() == enabled && list->testAttribute(Qt::WA_SetPalette))
+        return;
+    QPalette palette = this->palette();
+    palette.setColor(QPalette::Base, palette.color(enabled ? QPalette::Base : QPalette::Button));
+    list->setPalette(palette);
+    list->setEnabled(enabled);
+}
+
+void frmServer::ShowList(ViewNumber view, bool shown) {
+    ListView(view)->setVisible(shown);
+}
+
+void frmServer::EnablePollingTimer(bool enabled) {
+    enabled ? timCheck->start() : timCheck->stop();
+}
+
+void frmServer::EnableResumeTimer(bool enabled) {
+    enabled ? tmrResumeProcessing->start() : tmrResumeProcessing->stop();
+}
+
+void frmServer::ShowPauseCommand(bool paused) {
+    tbrPause->setIcon(CommandIcon(paused ? CommandPicture::Resume : CommandPicture::Pause));
+    tbrPause->setText(paused ? tr("Resume Message Processing") : tr("Pause Message Processing"));
+    mnuEditPause->setText(paused ? tr("&Resume Message Processing") : tr("&Pause Message Processing"));
+}
+
+void frmServer::ShowPage(MessagePage page, bool shown) {
+    tabMessageTypes->setTabVisible(static_cast<int>(page), shown);
+}
+
+// ---- closing
+
+void frmServer::CloseWithoutQuestion() {
+    // A question that stands open would hold the end up: it is answered as if it had been closed.
+    while (QWidget* const modal = QApplication::activeModalWidget()) {
+        if (!modal->close())
+            break;
+    }
+    RunWhenIdle([this] {
+        asksBeforeClosing_ = false;
+        close();
+    });
+}
+
+void frmServer::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    // From the title bar the event comes in the middle of whatever runs, and then waits its turn.
+    RunWhenIdle([this] {
+        if (!lifetime_.QueryUnload(asksBeforeClosing_))
+            return;
+        EnablePollingTimer(false);
+        EnableResumeTimer(false);
+        lifetime_.Unload();
+    });
+}
+
+// ---- layout
+
+int frmServer::Pixels(Twips length) const {
+    return static_cast<int>(static_cast<std::int64_t>(length) * logicalDpiX() / TwipsPerInch);
+}
+
+Twips frmServer::InTwips(int pixels) const {
+    return static_cast<Twips>(static_cast<std::int64_t>(pixels) * TwipsPerInch / logicalDpiX());
+}
+
+void frmServer::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    LayOut();
+}
+
+void frmServer::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::FontChange && tabMessageTypes != nullptr)
+        LayOut();
+}
+
+void frmServer::LayOut() {
+    if (isMinimized() || received_ == nullptr)
+        return;
+    // Tool bar and status bar take what the layout leaves them; larger fonts make them larger than that.
+    const int statusHeight = statusBar()->sizeHint().height();
+    tbrMain->setFixedHeight(
+        std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + 8));
+    const QSize room = centralWidget()->size();
+    tabMessageTypes->resize(room);
+    const QWidget* const page = tabMessageTypes->currentWidget();
+    const int pageTop = page != nullptr ? page->mapTo(tabMessageTypes, QPoint(0, 0)).y() : 0;
+    const ServerLayout layout = LayOutServer(
+        {InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight}, InTwips(pageTop) + 60);
+
+    const auto place = [this](QWidget* frame, QWidget* inside, int top, TwipsSize frameSize,
+                              TwipsSize insideSize) {
+        frame->move(Pixels(FrameMargin), top);
+        ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
+        inside->move(Pixels(ListMargin), Pixels(ListMargin));
+        ResizeIfFits(inside, Pixels(insideSize.Width), Pixels(insideSize.Height));
+    };
+    for (std::size_t i = 0; i < fraNetBiosTypes.size(); ++i) {
+        const int top = Pixels(layout.FrameTops.at(i)) - pageTop;
+        const std::size_t element = fraNetBiosTypes.size() - 1 - i;
+        place(fraNetBiosTypes.at(i), lvwMessages.at(element), top, layout.Frame, layout.List);
+        place(fraSyslogTypes.at(i), lvwSyslog.at(element), top, layout.Frame, layout.List);
+    }
+    place(fraConsolidated, tvwConsolidated, Pixels(layout.FrameTops.front()) - pageTop,
+          layout.ConsolidatedFrame, layout.Tree);
+    ApplyColumnWidths();
+}
+
+void frmServer::ApplyColumnWidths() {
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
+        MessageListView* const list = ListView(view);
+        const ColumnWidthArray widths = ListColumnWidths(columnWidths_, InTwips(list->width()));
+        for (int column = 0; column < SizedColumnCount; ++column)
+            list->SetColumnWidth(column, Pixels(widths.at(static_cast<std::size_t>(column))));
+    }
+}
+
+/// The widths of the list under the mouse become those of its channel; the other channel takes them when the
+/// window is laid out anew.
+void frmServer::KeepColumnWidths(ViewNumber view) {
+    const ViewNumber first = view < FirstSyslogView ? 0 : FirstSyslogView;
+    for (int column = 0; column < SizedColumnCount; ++column) {
+        Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));
+        const int width = ListView(view)->ColumnWidth(column);
+        if (Pixels(kept) == width && kept != 0)
+            continue;
+        kept = InTwips(width);
+        for (ViewNumber other = first; other < first + EventListCount; ++other)
+            ListView(other)->SetColumnWidth(column, width);
+    }
+}
+
+MessageListView* frmServer::ListView(ViewNumber view) const {
+    const auto& lists = view < FirstSyslogView ? lvwMessages : lvwSyslog;
+    return lists.at(static_cast<std::size_t>(view % EventListCount));
+}
+
+void frmServer::SetColumnWidths(const ColumnWidthArray& widths) {
+    columnWidths_ = widths;
+    LayOut();
+}
+
+void frmServer::RestoreSize(TwipsSize size) {
+    const QSize available = screen()->availableGeometry().size();
+    const auto fit = [this](Twips wanted, int present, int most) {
+        return wanted > 0 ? std::min(Pixels(wanted), most) : present;
+    };
+    resize(fit(size.Width, width(), available.width()), fit(size.Height, height(), available.height()));
+}
+
+TwipsSize frmServer::RestoredSize() const {
+    const QSize size = isMaximized() ? normalGeometry().size() : this->size();
+    return {InTwips(size.width()), InTwips(size.height())};
+}
+
+}  // namespace tallyhorn

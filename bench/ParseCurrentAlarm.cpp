@@ -1,0 +1,52 @@
+// The NetBIOS parse beside the least that any reader of such a text must do: copy it and look for ten bytes.
+
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "records/NetBiosFormat.h"
+
+namespace tallyhorn {
+namespace {
+
+/// A typical notification, with two lines of description.
+std::string TypicalText() {
+    std::string text =
+        "Date: 08/21/2008 14:05:09\r\nEngine: LON-MON-1\r\nRule: 17\r\nAlarm: (Logon failed)\r\n"
+        "Severity: high\r\n----------\r\nLog Type: Security\r\nSource: "
+        "Microsoft-Windows-Security-Auditing\r\n"
+        "Type Of Event: Failure Audit\r\nCategory: Logon/Logoff\r\nEventID: 4625\r\n"
+        "Account: acme\\svc-orders\r\nComputer: lon-dc-1\r\nDescription: An account failed to log on.\r\n";
+    text.append(380 - text.size(), 'x');
+    return text;
+}
+
+/// Ten searches that each go over a tenth of the text, as those for ten fields do.
+void CopyAndSearch(benchmark::State& state) {
+    const std::string text = TypicalText();
+    std::array<char, 512> copy{};
+    const std::size_t part = text.size() / 10;
+    for (auto _ : state) {
+        std::memcpy(copy.data(), text.data(), text.size());
+        benchmark::ClobberMemory();
+        for (std::size_t i = 0; i < 10; ++i)
+            benchmark::DoNotOptimize(std::memchr(copy.data() + i * part, '\x01', part));
+    }
+}
+BENCHMARK(CopyAndSearch);
+
+void ParseTypicalText(benchmark::State& state) {
+    const std::string text = TypicalText();
+    AlarmRecord alarm;
+    for (auto _ : state) {
+        ParseCurrentAlarm(text, alarm);
+        benchmark::DoNotOptimize(alarm);
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(ParseTypicalText);
+
+}  // namespace
+}  // namespace tallyhorn

@@ -22,10 +22,13 @@ class DateReader {
 public:
     explicit DateReader(std::string_view text) : rest_(text) {}
 
-    bool AtEnd() const { return rest_.empty(); }
+    /// A line end ends the text.
+    bool AtEnd() const { return rest_.empty() || rest_.front() == '\r' || rest_.front() == '\n'; }
 
     bool SkipBlanks() {
-        const std::size_t blanks = std::min(rest_.find_first_not_of(' '), rest_.size());
+        std::size_t blanks = 0;
+        while (blanks < rest_.size() && rest_[blanks] == ' ')
+            ++blanks;
         rest_.remove_prefix(blanks);
         return blanks > 0;
     }
@@ -39,16 +42,17 @@ public:
 
     /// One to four digits; their number in `digits`.
     bool TakeNumber(int& value, std::size_t& digits) {
-        value = 0;
-        digits = 0;
-        while (digits < rest_.size() && rest_[digits] >= '0' && rest_[digits] <= '9') {
-            if (digits == 4)
+        int number = 0;
+        std::size_t count = 0;
+        for (; count < rest_.size() && rest_[count] >= '0' && rest_[count] <= '9'; ++count) {
+            if (count == 4)
                 return false;
-            value = value * 10 + (rest_[digits] - '0');
-            ++digits;
+            number = number * 10 + (rest_[count] - '0');
         }
-        rest_.remove_prefix(digits);
-        return digits > 0;
+        rest_.remove_prefix(count);
+        value = number;
+        digits = count;
+        return count > 0;
     }
 
     bool TakeSeparator(char& separator) {
@@ -169,7 +173,7 @@ CivilDateTime SplitAlarmDate(AlarmDate date) {
 }
 
 std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
-    DateReader reader(text.substr(0, text.find_first_of("\r\n")));
+    DateReader reader(text);
     CivilDateTime parts;
     reader.SkipBlanks();
     if (!ReadDay(reader, parts))

@@ -136,19 +136,19 @@ std::optional<std::int32_t> ToInt32(std::string_view text) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
-    const std::size_t point = std::min(text.find('.'), text.size());
-    const std::string_view whole = text.substr(0, point);
-    const std::string_view fraction = text.substr(std::min(point + 1, text.size()));
-    if (whole.empty() && fraction.empty())
-        return std::nullopt;
-    if (!std::all_of(whole.begin(), whole.end(), IsDigit) ||
-        !std::all_of(fraction.begin(), fraction.end(), IsDigit))
-        return std::nullopt;
-
+    // Larger numbers stop here and are refused below.
     constexpr std::int64_t Beyond = std::int64_t{1} << 32U;
     std::int64_t value = 0;
-    for (const char digit : whole)
-        value = std::min(value * 10 + (digit - '0'), Beyond);
+    std::size_t digits = 0;
+    for (; digits < text.size() && IsDigit(text[digits]); ++digits)
+        value = std::min(value * 10 + (text[digits] - '0'), Beyond);
+    std::string_view fraction = text.substr(digits);
+    if (fraction.starts_with('.'))
+        fraction.remove_prefix(1);
+    else if (!fraction.empty())
+        return std::nullopt;
+    if (digits + fraction.size() == 0 || !std::all_of(fraction.begin(), fraction.end(), IsDigit))
+        return std::nullopt;
     const int half = CompareWithHalf(fraction);
     if (half > 0 || (half == 0 && value % 2 == 1))
         ++value;

@@ -11,8 +11,9 @@ namespace {
 
 void AppendPadded(std::string& text, int number, int digits) {
     const std::string plain = std::to_string(number);
-    text.append(plain.size() < static_cast<std::size_t>(digits) ? static_cast<std::size_t>(digits) - plain.size() : 0,
-                '0');
+    text.append(
+        plain.size() < static_cast<std::size_t>(digits) ? static_cast<std::size_t>(digits) - plain.size() : 0,
+        '0');
     text += plain;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "records/AnsiText.h"
@@ -10,7 +11,6 @@
 namespace tallyhorn {
 namespace {
 
-constexpr std::string_view LineEnd = "\r\n";
 constexpr std::size_t DateStart = 6;
 constexpr std::size_t DateLength = 20;
 
@@ -24,10 +24,11 @@ public:
     bool Next(std::string_view& line) {
         if (ended_)
             return false;
-        const std::size_t end = rest_.find(LineEnd);
-        line = rest_.substr(0, end);
-        ended_ = end == std::string_view::npos;
-        rest_.remove_prefix(ended_ ? rest_.size() : end + LineEnd.size());
+        const std::size_t end = LineLength();
+        line = {rest_.data(), end};
+        ended_ = end == rest_.size();
+        if (!ended_)
+            rest_.remove_prefix(end + 2);
         return true;
     }
 
@@ -46,6 +47,18 @@ public:
     bool RestValue(std::string_view& value) const { return !ended_ && Value(rest_, value); }
 
 private:
+    /// Up to the next CR LF, or to the end of the text.
+    std::size_t LineLength() const {
+        std::size_t from = 0;
+        while (const void* const found = std::memchr(rest_.data() + from, '\r', rest_.size() - from)) {
+            const auto end = static_cast<std::size_t>(static_cast<const char*>(found) - rest_.data());
+            if (end + 1 < rest_.size() && rest_[end + 1] == '\n')
+                return end;
+            from = end + 1;
+        }
+        return rest_.size();
+    }
+
     static bool Value(std::string_view line, std::string_view& value) {
         const std::size_t colon = line.find(':');
         if (colon == std::string_view::npos)

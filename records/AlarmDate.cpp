@@ -12,6 +12,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::int64_t SecondsPerDay = 86400;
+constexpr std::int64_t SecondsPerHour = 3600;
+constexpr std::int64_t SecondsPerMinute = 60;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
@@ -144,7 +146,8 @@ std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
     if (!day.ok() || !timeFits)
         return std::nullopt;
     const std::int64_t days = sys_days(day).time_since_epoch().count();
-    return AlarmDate{days * SecondsPerDay + parts.Hour * 3600 + parts.Minute * 60 + parts.Second};
+    return AlarmDate{days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute +
+                     parts.Second};
 }
 
 CivilDateTime SplitAlarmDate(AlarmDate date) {

@@ -1,0 +1,35 @@
+#include "platform/ConsoleProgram.h"
+
+#include <atomic>
+#include <csignal>
+
+namespace tallyhorn {
+namespace {
+
+std::atomic<bool> endRequested = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch nothing else");
+
+extern "C" void NoteEndRequest(int /*signal*/) {
+    endRequested = true;
+}
+
+}  // namespace
+
+bool ArgumentsAreUtf8() {
+    return true;
+}
+
+void ReadStandardInputAsBytes() {}
+
+void CatchEndRequests() {
+    struct sigaction action {};
+    action.sa_handler = NoteEndRequest;  // without SA_RESTART, so that a blocked write ends
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+bool EndRequested() {
+    return endRequested;
+}
+
+}  // namespace tallyhorn

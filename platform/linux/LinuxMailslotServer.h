@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <thread>
+
+#include "platform/MailslotQueue.h"
+#include "platform/MailslotTransport.h"
+#include "platform/linux/FileDescriptor.h"
+
+namespace tallyhorn {
+
+/// Owns a mailslot's socket, its name in the folder, and the thread that moves datagrams from the socket into
+/// the queue, so that a sender never waits for the console. Called from the user-interface thread; the pump
+/// thread is its own affair.
+class LinuxMailslotServer final : public MailslotServer {
+public:
+    /// Takes over the bound `socket` at `socketPath` and the `lock` that makes the name its own.
+    LinuxMailslotServer(FileDescriptor lock, FileDescriptor socket, std::string socketPath,
+                        std::size_t maximumSize);
+    ~LinuxMailslotServer() override;
+    LinuxMailslotServer(const LinuxMailslotServer&) = delete;
+    LinuxMailslotServer& operator=(const LinuxMailslotServer&) = delete;
+
+    std::int32_t Handle() const override;
+    bool GetInfo(MailslotInfo& info) override;
+    bool Read(std::span<char> buffer, std::size_t& read) override;
+
+private:
+    void Pump();
+
+    FileDescriptor lock_;
+    FileDescriptor socket_;
+    const std::string socketPath_;
+    const std::size_t maximumSize_;
+    MailslotQueue queue_;
+    std::thread pump_;
+};
+
+}  // namespace tallyhorn

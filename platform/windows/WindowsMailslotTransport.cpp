@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "platform/MailslotQueue.h"
+#include "platform/MailslotTransport.h"
+
+#define NOMINMAX 1
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+namespace tallyhorn {
+namespace {
+
+/// Owns a handle that is not INVALID_HANDLE_VALUE.
+class OwnedHandle {
+public:
+    explicit OwnedHandle(HANDLE handle) : handle_(handle) {}
+    ~OwnedHandle() { CloseHandle(handle_); }
+    OwnedHandle(const OwnedHandle&) = delete;
+    OwnedHandle& operator=(const OwnedHandle&) = delete;
+
+    HANDLE Get() const { return handle_; }
+    /// Handles have 32 significant bits on every Windows.
+    std::int32_t Number() const {
+        return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(handle_));
+    }
+
+private:
+    const HANDLE handle_;
+};
+
+/// Owns the mailslot and the texts that it has taken out of it.  They are taken whenever somebody asks how
+/// many wait, and counted here: a count that holds on every system, and a sender that finds room again.
+/// Called from the user-interface thread.
+class WindowsMailslotServer final : public MailslotServer {
+public:
+    WindowsMailslotServer(HANDLE handle, std::size_t maximumSize)
+        : handle_(handle), maximumSize_(maximumSize), buffer_(maximumSize) {}
+
+    std::int32_t Handle() const override { return handle_.Number(); }
+
+    bool GetInfo(MailslotInfo& info) override {
+        if (!TakeAll())
+            return false;
+        info = {.MaximumSize = maximumSize_, .NextSize = queue_.NextSize(), .Waiting = queue_.Count()};
+        return true;
+    }
+
+    bool Read(std::span<char> buffer, std::size_t& read) override { return queue_.Read(buffer, read); }
+
+private:
+    /// Moves what the system holds into the queue, as far as the queue has room; false where the mailslot
+    /// does not answer.
+    bool TakeAll() {
+        while (queue_.HasRoom()) {
+            DWORD next = MAILSLOT_NO_MESSAGE;
+            if (!GetMailslotInfo(handle_.Get(), nullptr, &next, nullptr, nullptr))
+                return false;
+            if (next == MAILSLOT_NO_MESSAGE)
+                return true;
+            if (!TakeOne(next))
+                return false;
+        }
+        return true;
+    }
+
+    /// `size` is at most the mailslot's own: longer texts are refused to the sender (and cut by Wine).
+    bool TakeOne(DWORD size) {
+        DWORD read = 0;
+        const BOOL done =
+            ReadFile(handle_.Get(), buffer_.data(), static_cast<DWORD>(buffer_.size()), &read, nullptr);
+        // Wine's answer to a text of no bytes, which it has then taken.
+        if (!done && (size != 0 || GetLastError() != ERROR_BROKEN_PIPE))
+            return false;
+        const std::array<std::string_view, 1> text{std::string_view(buffer_.data(), read)};
+        queue_.Append(text);
+        return true;
+    }
+
+    const OwnedHandle handle_;
+    const std::size_t maximumSize_;
+    std::vector<char> buffer_;
+    MailslotQueue queue_;
+};
+
+class WindowsMailslotClient final : public MailslotClient {
+public:
+    explicit WindowsMailslotClient(HANDLE handle) : handle_(handle) {}
+
+    std::int32_t Handle() const override { return handle_.Number(); }
+
+    bool Write(std::string_view text) override {
+        DWORD written = 0;
+        return WriteFile(handle_.Get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) &&
+               written == text.size();
+    }
+
+private:
+    const OwnedHandle handle_;
+};
+
+class WindowsMailslotTransport final : public MailslotTransport {
+public:
+    std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override {
+        if (!MailslotNameFromPath(path) || maximumSize == 0 || maximumSize > LargestSize)
+            return nullptr;
+        HANDLE handle = CreateMailslotA(std::string(path).c_str(), static_cast<DWORD>(maximumSize),
+                                        MAILSLOT_WAIT_FOREVER, nullptr);
+        if (handle == INVALID_HANDLE_VALUE)
+            return nullptr;
+        return std::make_unique<WindowsMailslotServer>(handle, maximumSize);
+    }
+
+    std::unique_ptr<MailslotClient> Open(std::string_view path) override {
+        // Without the check any file that can be written would do.
+        if (!MailslotNameFromPath(path))
+            return nullptr;
+        HANDLE handle = CreateFileA(std::string(path).c_str(), GENERIC_WRITE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+        if (handle == INVALID_HANDLE_VALUE)
+            return nullptr;
+        return std::make_unique<WindowsMailslotClient>(handle);
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<MailslotTransport> MakeMailslotTransport(const std::string& /*folder*/) {
+    return std::make_unique<WindowsMailslotTransport>();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,248 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/MailslotTransport.h"
+#include "tests/fakes/TestMailslot.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t Size = 401;
+
+/// What Wine's mailslots do otherwise than Windows' and Linux'.
+struct WineWays {
+    /// A writer blocks after about 170 texts that nobody reads.
+    std::size_t MostUnread = TALLYHORN_WINE ? 100 : 100'000;
+    /// A write longer than the mailslot takes succeeds and arrives cut.
+    bool CutsLongTexts = TALLYHORN_WINE;
+    /// A mailslot lives on without its reader while a sender has it open, and blocked senders stay blocked.
+    bool OutlivesItsReader = TALLYHORN_WINE;
+};
+
+class MailslotTransportTest : public testing::Test {
+protected:
+    std::size_t Waiting() {
+        MailslotInfo info;
+        return server_->GetInfo(info) ? info.Waiting : 0;
+    }
+    std::size_t NextSize() {
+        MailslotInfo info;
+        return server_->GetInfo(info) ? info.NextSize : 0;
+    }
+    std::optional<std::string> ReadOne() {
+        std::array<char, Size> buffer{};
+        std::size_t read = 0;
+        if (!server_->Read(buffer, read))
+            return std::nullopt;
+        return std::string(buffer.data(), read);
+    }
+
+    const WineWays ways_{};
+    TestMailslot slot_;
+    std::unique_ptr<MailslotServer> server_ = slot_.Transport->Create(slot_.Path, Size);
+    std::unique_ptr<MailslotClient> client_ = slot_.Transport->Open(slot_.Path);
+};
+
+TEST_F(MailslotTransportTest, ANameHasOneReaderAtATime) {
+    ASSERT_NE(server_, nullptr);
+    EXPECT_EQ(slot_.Transport->Create(slot_.Path, Size), nullptr);
+    EXPECT_EQ(MakeMailslotTransport(slot_.Folder)->Create(slot_.Path, Size), nullptr);
+    ASSERT_TRUE(client_->Write("the failed creations took nothing away"));
+    EXPECT_TRUE(Eventually([&] { return Waiting() == 1; }));
+    EXPECT_NE(slot_.Transport->Create(slot_.Path + "2", Size), nullptr);
+    client_.reset();
+    server_.reset();
+    server_ = slot_.Transport->Create(slot_.Path, Size);
+    ASSERT_NE(server_, nullptr);
+    EXPECT_EQ(Waiting(), 0U);
+}
+
+TEST_F(MailslotTransportTest, WithoutAReaderNothingOpensOrIsWritten) {
+    EXPECT_EQ(slot_.Transport->Open(slot_.Path + "2"), nullptr);
+    EXPECT_NE(client_->Handle(), -1);
+    EXPECT_NE(server_->Handle(), -1);
+    server_.reset();
+    EXPECT_EQ(client_->Write("too late"), ways_.OutlivesItsReader);
+    client_.reset();
+    EXPECT_EQ(slot_.Transport->Open(slot_.Path), nullptr);
+}
+
+TEST_F(MailslotTransportTest, RefusesWhatIsNoMailslotOfItsOwn) {
+    const std::string prefix(MailslotPrefix);
+    const std::array<std::string, 9> refused = {
+        prefix,        prefix + ".",     prefix + "..",
+        prefix + ".x", prefix + "a/b",   prefix + "a\\b",
+        "name",        "\\\\.\\pipe\\a", prefix + std::string("a\0b", 3)};
+    for (const std::string& path : refused) {
+        EXPECT_EQ(slot_.Transport->Create(path, Size), nullptr) << path;
+        EXPECT_EQ(slot_.Transport->Open(path), nullptr) << path;
+    }
+    EXPECT_EQ(slot_.Transport->Create(prefix + std::string(300, 'n'), Size), nullptr);
+    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", 0), nullptr);
+    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", MailslotTransport::LargestSize + 1), nullptr);
+}
+
+TEST_F(MailslotTransportTest, TakesTextsUpToItsSizeAndNoneLonger) {
+    for (const std::size_t size : {0, 1, 2, 400, 401}) {
+        const std::string text(size, static_cast<char>('a' + size % 26));
+        ASSERT_TRUE(client_->Write(text)) << size;
+        ASSERT_TRUE(Eventually([&] { return Waiting() == 1; })) << size;
+        EXPECT_EQ(NextSize(), size);
+        EXPECT_EQ(ReadOne(), text);
+    }
+    for (const std::size_t size : {402, 4000}) {
+        EXPECT_EQ(client_->Write(std::string(size, 'x')), ways_.CutsLongTexts) << size;
+        if (ways_.CutsLongTexts) {
+            ASSERT_TRUE(Eventually([&] { return Waiting() == 1; }));
+            EXPECT_EQ(ReadOne(), std::string(Size, 'x'));
+        }
+    }
+    ASSERT_TRUE(client_->Write("after"));
+    ASSERT_TRUE(Eventually([&] { return Waiting() > 0; }));
+    EXPECT_EQ(ReadOne(), "after");
+    EXPECT_EQ(ReadOne(), std::nullopt);
+}
+
+TEST_F(MailslotTransportTest, TheReaderDropsWhatASenderShouldNotHaveSent) {
+    // A sender that learnt the size of an earlier reader of the same name, in a folder of sockets.
+    const std::filesystem::path sizeFile = std::filesystem::path(slot_.Folder) / (".mailslot-" + slot_.Name);
+    if (!std::filesystem::exists(sizeFile))
+        GTEST_SKIP() << "mailslots are no files on this system";
+    std::ofstream(sizeFile) << 5000;
+    client_ = slot_.Transport->Open(slot_.Path);
+    EXPECT_TRUE(client_->Write(std::string(402, 'x')));
+    EXPECT_TRUE(client_->Write("after"));
+    ASSERT_TRUE(Eventually([&] { return Waiting() > 0; }));
+    EXPECT_EQ(ReadOne(), "after");
+}
+
+TEST_F(MailslotTransportTest, ABufferTooShortLeavesTheText) {
+    ASSERT_TRUE(client_->Write("0123456789"));
+    ASSERT_TRUE(Eventually([&] { return Waiting() == 1; }));
+    std::array<char, 9> tooShort{};
+    std::size_t read = 0;
+    EXPECT_FALSE(server_->Read(tooShort, read));
+    EXPECT_EQ(ReadOne(), "0123456789");
+}
+
+TEST_F(MailslotTransportTest, KeepsEveryByteAndTheOrder) {
+    std::vector<std::string> sent;
+    for (int start = 0; start < 256; start += 4) {
+        std::string text;
+        for (int i = 0; i < 300; ++i)
+            text += static_cast<char>(start + i);
+        ASSERT_TRUE(client_->Write(text));
+        sent.push_back(std::move(text));
+    }
+    ASSERT_TRUE(Eventually([&] { return Waiting() == sent.size(); }));
+    for (const std::string& text : sent)
+        EXPECT_EQ(ReadOne(), text);
+}
+
+TEST_F(MailslotTransportTest, WhileNobodyReadsSendersGoOnAndNothingIsLost) {
+    std::future<bool> sender = std::async(std::launch::async, [&] {
+        bool all = true;
+        for (std::size_t i = 0; i < ways_.MostUnread; ++i)
+            all = client_->Write(std::to_string(i) + std::string(350, 'x')) && all;
+        return all;
+    });
+    const bool ended = sender.wait_for(60s) == std::future_status::ready;
+    EXPECT_TRUE(ended) << "the sender waits for the reader";
+    ASSERT_TRUE(ended && Eventually([&] { return Waiting() == ways_.MostUnread; }));
+    EXPECT_TRUE(sender.get());
+    for (std::size_t i = 0; i < ways_.MostUnread; ++i)
+        ASSERT_EQ(ReadOne(), std::to_string(i) + std::string(350, 'x'));
+    EXPECT_EQ(Waiting(), 0U);
+}
+
+TEST_F(MailslotTransportTest, ManySendersAtOnceLoseNothingAndKeepTheirOwnOrder) {
+    constexpr std::size_t Senders = 4;
+    constexpr std::size_t Texts = TALLYHORN_WINE ? 500 : 5000;
+    std::vector<std::jthread> senders;
+    for (std::size_t sender = 0; sender < Senders; ++sender) {
+        senders.emplace_back([&, sender] {
+            const std::unique_ptr<MailslotClient> client = slot_.Transport->Open(slot_.Path);
+            for (std::size_t i = 0; i < Texts; ++i)
+                client->Write(std::to_string(sender) + ' ' + std::to_string(i));
+        });
+    }
+    std::array<std::size_t, Senders> next{};
+    std::size_t read = 0;
+    const auto readAll = [&] {
+        for (std::size_t waiting = Waiting(); waiting > 0; --waiting, ++read) {
+            const std::string text = ReadOne().value_or("none");
+            const std::size_t sender = static_cast<std::size_t>(text.front() - '0') % Senders;
+            EXPECT_EQ(text, std::to_string(sender) + ' ' + std::to_string(next[sender]++));
+        }
+        return read == Senders * Texts;
+    };
+    EXPECT_TRUE(Eventually(readAll)) << read;
+}
+
+TEST_F(MailslotTransportTest, AReaderThatEndsWakesItsSenders) {
+    if (ways_.OutlivesItsReader)
+        GTEST_SKIP() << "Wine leaves them blocked";
+    std::jthread sender([&] {
+        while (client_->Write(std::string(Size, 'x'))) {
+        }
+    });
+    std::this_thread::sleep_for(20ms);
+    server_.reset();
+    // The jthread's end is the test: a sender left waiting would hang here.
+    sender.join();
+    EXPECT_FALSE(client_->Write("gone"));
+}
+
+/// What only a system that keeps mailslots in a folder can get wrong.
+class MailslotFolderTest : public MailslotTransportTest {
+protected:
+    void SetUp() override {
+        if (!std::filesystem::exists(socket_))
+            GTEST_SKIP() << "mailslots are no files on this system";
+    }
+    const std::filesystem::path folder_ = slot_.Folder;
+    const std::filesystem::path socket_ = folder_ / slot_.Name;
+};
+
+TEST_F(MailslotFolderTest, IsForItsOwnerAlone) {
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(folder_).permissions(), perms::owner_all);
+    EXPECT_EQ(std::filesystem::status(socket_).permissions(), perms::owner_read | perms::owner_write);
+    std::filesystem::permissions(folder_, perms::owner_all | perms::group_exec);
+    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", Size), nullptr);
+    EXPECT_EQ(slot_.Transport->Open(slot_.Path), nullptr);
+    std::filesystem::permissions(folder_, perms::owner_all);
+    std::filesystem::create_directory_symlink(folder_, slot_.Home / "link");
+    EXPECT_EQ(MakeMailslotTransport(slot_.Home / "link")->Create(slot_.Path + "2", Size), nullptr);
+    EXPECT_EQ(MakeMailslotTransport(slot_.Home / "none/below")->Create(slot_.Path, Size), nullptr);
+}
+
+TEST_F(MailslotFolderTest, ASocketLeftByACrashIsReplacedAndAForeignFileIsNot) {
+    // A second name for the socket outlives the reader, as the first one would outlive a crash.
+    const std::string stale = slot_.Path + "-stale";
+    std::filesystem::create_hard_link(socket_, folder_ / (slot_.Name + "-stale"));
+    server_.reset();
+    EXPECT_FALSE(std::filesystem::exists(socket_));
+    EXPECT_EQ(slot_.Transport->Open(stale), nullptr);
+    server_ = slot_.Transport->Create(stale, Size);
+    ASSERT_NE(server_, nullptr);
+    ASSERT_TRUE(slot_.Transport->Open(stale)->Write("here"));
+    ASSERT_TRUE(Eventually([&] { return Waiting() == 1; }));
+
+    std::ofstream(socket_) << "precious";
+    EXPECT_EQ(slot_.Transport->Create(slot_.Path, Size), nullptr);
+    EXPECT_TRUE(std::filesystem::is_regular_file(socket_));
+}
+
+}  // namespace
+}  // namespace tallyhorn

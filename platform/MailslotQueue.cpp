@@ -12,7 +12,7 @@ namespace {
 using Length = std::uint32_t;
 
 /// Enough for a steady feed to go round without the allocator; more is given back after a flood.
-constexpr std::size_t SpareChunks = 4;
+constexpr std::size_t SpareChunks = 16;
 
 }  // namespace
 

@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxMailslotServer.h"
 
+#include <pthread.h>
+#include <sched.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -108,6 +110,10 @@ bool LinuxMailslotServer::Read(std::span<char> buffer, std::size_t& read) {
 }
 
 void LinuxMailslotServer::Pump() {
+    // Marked as work that need not run at once when woken, it finds more datagrams each time: a wake-up costs
+    // more than a datagram.  Refused, it is only dearer.
+    const sched_param noPriority{};
+    pthread_setschedparam(pthread_self(), SCHED_BATCH, &noPriority);
     DatagramBatch batch(maximumSize_);
     // While the queue has no room the datagrams stay in the socket, and senders wait there.
     while (queue_.WaitForRoom() && batch.Receive(socket_.Get()))

@@ -1,0 +1,140 @@
+#include "reception/FragmentStore.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <limits>
+#include <optional>
+#include <utility>
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::size_t FirstSize = 1001;
+/// What a full part 0 carries.  A text's first datagram is cut to it from the end, whatever part it is.
+constexpr std::size_t FirstPartLength = 384;
+constexpr std::chrono::seconds Lifetime(30);
+
+struct Part {
+    std::int16_t ID = 0;
+    std::int16_t Index = 0;
+    std::int16_t Last = 0;
+    std::string_view Data;
+};
+
+/// Takes digits and the "-" after them from the front of `text`.
+std::optional<std::int16_t> TakeNumber(std::string_view& text) {
+    // from_chars would take a sign.
+    if (text.empty() || text.front() == '-')
+        return std::nullopt;
+    std::int16_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    if (error != std::errc{} || !text.starts_with('-'))
+        return std::nullopt;
+    text.remove_prefix(1);
+    return number;
+}
+
+std::optional<Part> ParsePart(std::string_view datagram) {
+    if (!datagram.starts_with('*'))
+        return std::nullopt;
+    datagram.remove_prefix(1);
+    const std::optional<std::int16_t> id = TakeNumber(datagram);
+    const std::optional<std::int16_t> index = id ? TakeNumber(datagram) : std::nullopt;
+    const std::optional<std::int16_t> last = index ? TakeNumber(datagram) : std::nullopt;
+    if (!last)
+        return std::nullopt;
+    return Part{*id, *index, *last, datagram};
+}
+
+std::string_view LastCharacters(std::string_view text, std::size_t count) {
+    return text.substr(text.size() - std::min(text.size(), count));
+}
+
+/// 1.5 times, with halves to the even neighbour.
+std::size_t GrownBound(std::size_t bound) {
+    const std::size_t whole = bound * 3 / 2;
+    return bound % 2 == 1 && whole % 2 == 1 ? whole + 1 : whole;
+}
+
+std::string Join(const FragmentSlot& slot) {
+    std::string text;
+    for (const auto& [index, part] : slot.Parts) {
+        if (index < slot.PartCount)
+            text += part;
+    }
+    return text;
+}
+
+}  // namespace
+
+FragmentStore::FragmentStore() : slots_(FirstSize) {}
+
+void FragmentStore::Reset() {
+    if (untouched_ == 1)
+        return;
+    slots_.resize(FirstSize);
+    std::fill_n(slots_.begin(), std::min(untouched_, FirstSize), FragmentSlot{});
+    slotById_.clear();
+    freed_ = {};
+    untouched_ = 1;
+}
+
+void FragmentStore::Add(std::string_view datagram, Clock::TimePoint now) {
+    const std::optional<Part> part = ParsePart(datagram);
+    if (!part || part->ID == 0)
+        return;
+    const auto found = slotById_.find(part->ID);
+    const bool first = found == slotById_.end();
+    FragmentSlot& slot = first ? TakeSlot(part->ID, part->Last, now) : slots_[found->second];
+    slot.LastUpdated = now;
+    // Counted even where the index lies outside the text and the part goes nowhere.
+    if (slot.PartsReceived < std::numeric_limits<std::int16_t>::max())
+        ++slot.PartsReceived;
+    if (part->Index <= slot.PartCount)
+        slot.Parts[part->Index] = first ? LastCharacters(datagram, FirstPartLength) : part->Data;
+}
+
+void FragmentStore::Collect(const std::function<void(std::string&&)>& take) {
+    for (std::size_t index = 1; index < untouched_; ++index) {
+        if (slots_[index].PartsReceived != slots_[index].PartCount)
+            continue;
+        take(Join(slots_[index]));
+        Free(index);
+    }
+}
+
+void FragmentStore::Expire(Clock::TimePoint now) {
+    for (std::size_t index = 1; index < untouched_; ++index) {
+        if (slots_[index].PartCount >= 0 && now - slots_[index].LastUpdated > Lifetime)
+            Free(index);
+    }
+}
+
+FragmentSlot& FragmentStore::TakeSlot(std::int16_t id, std::int16_t last, Clock::TimePoint now) {
+    const std::size_t index = FirstFree();
+    slotById_[id] = index;
+    slots_[index] = {.MessageID = id, .LastUpdated = now, .PartCount = last, .Parts = {}};
+    return slots_[index];
+}
+
+/// The lowest free slot from 1 on, growing the store where there is none.
+std::size_t FragmentStore::FirstFree() {
+    if (!freed_.empty()) {
+        const std::size_t index = freed_.top();
+        freed_.pop();
+        return index;
+    }
+    if (untouched_ == slots_.size())
+        slots_.resize(GrownBound(UpperBound()) + 1);
+    return untouched_++;
+}
+
+void FragmentStore::Free(std::size_t index) {
+    slotById_.erase(slots_[index].MessageID);
+    slots_[index] = {};
+    freed_.push(index);
+}
+
+}  // namespace tallyhorn

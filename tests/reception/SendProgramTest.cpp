@@ -1,0 +1,174 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <future>
+#include <numeric>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "reception/cvbMailslot.h"
+#include "tests/fakes/TestMailslot.h"
+
+namespace tallyhorn {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+struct Outcome {
+    int Status = -1;
+    std::string Output;
+    std::string Errors;
+};
+
+/// tallyhorn-send as a process of its own, and the system's mailslot that it sends to.
+class SendProgramTest : public testing::Test {
+protected:
+    /// No argument may hold a double quote, a dollar sign, a backquote or a percent sign: within double
+    /// quotes all else means itself to every shell.
+    Outcome Send(const Texts& arguments, const std::string& redirection = {}) const {
+        // Starts with no quote: one system's shell removes a first and a last one.
+        std::string command = "cd . && \"" TALLYHORN_SEND "\"";
+        Texts all{"--mailslot", slot_.Name, "--mailslot-folder", slot_.Folder};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        for (const std::string& argument : all)
+            command += " \"" + argument + '"';
+        command += redirection + " >\"" + (slot_.Home / "out") + "\" 2>\"" + (slot_.Home / "err") + '"';
+        const int status = std::system(command.c_str());
+        constexpr int MostOfAByte = 255;
+        return {status > MostOfAByte ? status >> 8 : status, FileText("out"), FileText("err")};
+    }
+    std::string FileText(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(slot_.Home / name).rdbuf();
+        return text.str();
+    }
+    Texts ReadAll(std::int16_t count) {
+        EXPECT_TRUE(Eventually([&] { return mailslot_.CheckForMessages() >= count; }));
+        Texts messages;
+        mailslot_.ReadMessages(messages);
+        messages.erase(messages.begin());
+        return messages;
+    }
+
+    TestMailslot slot_;
+    SystemClock clock_;
+    cvbMailslot mailslot_{*slot_.Transport, clock_};
+};
+
+TEST_F(SendProgramTest, SendsWholeTexts) {
+    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    const Outcome one = Send({"a text of 22 bytes: ok"});
+    EXPECT_EQ(one.Status, 0) << one.Errors;
+    EXPECT_EQ(one.Output, "sent 1 text, 1 datagram, 23 bytes to " + slot_.Name + "\n");
+    EXPECT_EQ(Send({"--", "--help"}).Status, 0);
+    EXPECT_EQ(Send({std::string(399, 'x')}).Output,
+              "sent 1 text, 1 datagram, 400 bytes to " + slot_.Name + "\n");
+    EXPECT_EQ(ReadAll(3), (Texts{"a text of 22 bytes: ok", "--help", std::string(399, 'x')}));
+    EXPECT_EQ(Send({std::string(400, 'y')}).Output,
+              "sent 1 text, 1 datagram, 400 bytes to " + slot_.Name + "\n");
+    EXPECT_EQ(Send({std::string(600, 'z')}).Output,
+              "sent 1 text, 3 datagrams, 624 bytes to " + slot_.Name + "\n");
+    EXPECT_EQ(ReadAll(4), Texts{std::string(400, 'y')});
+}
+
+TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
+    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    std::string bytes = "first line\r\nsecond\n\x1A";
+    for (int byte = 1; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    std::ofstream(slot_.Home / "text", std::ios::binary) << bytes;
+    EXPECT_EQ(Send({"--file", slot_.Home / "text"}).Status, 0);
+    EXPECT_EQ(Send({"--file", "-"}, " <\"" + (slot_.Home / "text") + '"').Status, 0);
+    EXPECT_EQ(ReadAll(2), (Texts{bytes, bytes}));
+    EXPECT_EQ(Send({"--file", slot_.Home / "missing"}).Status, 2);
+    EXPECT_EQ(Send({"--file", slot_.Home.Path().string()}).Status, 2);
+}
+
+TEST_F(SendProgramTest, SaysWhatIsWrong) {
+    const Outcome nobody = Send({"text"});
+    EXPECT_EQ(nobody.Status, 1);
+    EXPECT_EQ(nobody.Errors, "tallyhorn-send: nobody listens at the mailslot " + slot_.Name + "\n");
+    EXPECT_EQ(nobody.Output, "");
+    EXPECT_EQ(Send({"--raw", "text"}).Status, 1);
+    const Outcome wrong = Send({"--demo", "--count", "many"});
+    EXPECT_EQ(wrong.Status, 2);
+    EXPECT_NE(wrong.Errors.find("--count needs a whole number from 1 to "), std::string::npos)
+        << wrong.Errors;
+    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    EXPECT_EQ(Send({"--help"}).Status, 0);
+    EXPECT_EQ(Send({"--version"}).Output.rfind("tallyhorn-send ", 0), 0U);
+}
+
+TEST_F(SendProgramTest, SendsADemoAndCountsIt) {
+    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    std::future<Outcome> sending = std::async(std::launch::async, [&] {
+        return Send({"--demo", "--count", "600", "--rate", "3000"});
+    });
+    std::size_t received = 0;
+    Texts messages;
+    while (sending.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready)
+        received += static_cast<std::size_t>(mailslot_.ReadMessages(messages));
+    const Outcome outcome = sending.get();
+    EXPECT_EQ(outcome.Status, 0) << outcome.Errors;
+    EXPECT_EQ(outcome.Output.rfind("sent 600 texts, ", 0), 0U) << outcome.Output;
+    EXPECT_NE(outcome.Output.find("\n  Failure Audit: "), std::string::npos);
+    // The long ones are lost or not, depending on what the reads meet.
+    EXPECT_TRUE(Eventually([&] {
+        received += static_cast<std::size_t>(mailslot_.ReadMessages(messages));
+        return received >= 580;
+    })) << received;
+    EXPECT_LE(received, 600U);
+}
+
+/// The text that comes out when `parts` arrive in this order, one fewer than there are.
+std::string Joined(const std::vector<std::pair<std::size_t, std::string>>& parts, std::size_t last) {
+    Texts byIndex(last + 1);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const std::string& datagram = parts[i].second;
+        std::size_t start = 0;
+        for (int dash = 0; dash < 3; ++dash)
+            start = datagram.find('-', start) + 1;
+        if (i == 0)
+            start = datagram.size() - std::min<std::size_t>(datagram.size(), 384);
+        byIndex[parts[i].first] = datagram.substr(start);
+    }
+    return std::accumulate(byIndex.begin(), byIndex.end() - 1, std::string());
+}
+
+TEST_F(SendProgramTest, PartsInEveryOrderComeOutAsTheyMust) {
+    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    for (std::size_t last = 1; last <= 3; ++last) {
+        std::vector<std::size_t> order(last + 1);
+        std::iota(order.begin(), order.end(), 0);
+        do {
+            Texts datagrams{"--raw"};
+            std::vector<std::pair<std::size_t, std::string>> parts;
+            // Text 11 arrives whole, which loses it; text 12 lacks the part that would come last.
+            for (const std::string id : {"11", "12"}) {
+                for (const std::size_t index : order) {
+                    if (id == "12" && parts.size() == last)
+                        break;
+                    std::string datagram =
+                        '*' + id + '-' + std::to_string(index) + '-' + std::to_string(last) + '-';
+                    const std::size_t length = index == 0 ? 384 : index == last ? 40 : 385;
+                    for (std::size_t i = 0; i < length; ++i)
+                        datagram += static_cast<char>('a' + (i * 7 + index) % 26);
+                    datagrams.push_back(datagram);
+                    if (id == "12")
+                        parts.emplace_back(index, datagram);
+                }
+            }
+            datagrams.push_back("whole");
+            ASSERT_EQ(Send(datagrams).Status, 0);
+            const auto count = static_cast<std::int16_t>(datagrams.size() - 1);
+            EXPECT_EQ(ReadAll(count), (Texts{"whole", Joined(parts, last)})) << testing::PrintToString(order);
+        } while (std::next_permutation(order.begin(), order.end()));
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

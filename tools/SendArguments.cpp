@@ -1,0 +1,175 @@
+#include "tools/SendArguments.h"
+
+#include <charconv>
+#include <limits>
+#include <string_view>
+
+namespace tallyhorn {
+
+const char* const SendUsage =
+    R"(Usage: tallyhorn-send [OPTIONS] TEXT
+       tallyhorn-send [OPTIONS] --file FILE
+       tallyhorn-send [OPTIONS] --demo [--count N] [--rate PER_SECOND] [--seed N]
+       tallyhorn-send [OPTIONS] --raw DATAGRAM...
+
+Plays the engine: sends notifications to the mailslot that the Tallyhorn Listener Console reads.
+
+  TEXT               one notification; UTF-8 where the system's arguments are, sent as Windows-1252
+  --file FILE        one notification, the bytes of FILE as they are; "-" is standard input
+  --demo             a made-up feed of all five event types, until it is ended (Ctrl+C)
+      --count N          only N texts
+      --rate PER_SECOND  N texts a second (without it as fast as the mailslot takes them)
+      --seed N           another feed (default 1); the same seed always gives the same feed
+  --raw DATAGRAM...  each argument as one datagram of its own, never split
+
+  --mailslot NAME        default TallyhornEngine
+  --mailslot-folder DIR  the folder of the mailslots, on a system that keeps them in one
+  --help, --version      say so and end
+  --                     what follows is no option
+
+A text of up to 399 bytes goes out with a NUL after it, one of 400 without, a longer one in numbered parts.  The
+console loses a text whose parts it reads all at once, so about one text of a demo in 250 is long, and of those
+many never show.
+
+Ends with 0 when everything was sent, 1 when nobody listens or the listener is gone, 2 for wrong arguments.
+)";
+
+namespace {
+
+/// Digits alone, from `least` to `most`.
+std::optional<std::uint64_t> ParseNumber(std::string_view text, std::uint64_t least, std::uint64_t most) {
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size() || number < least || number > most)
+        return std::nullopt;
+    return number;
+}
+
+/// Walks the command line; the first thing wrong stays in Error.
+class Parser {
+public:
+    explicit Parser(std::span<const std::string> arguments) : rest_(arguments) {}
+
+    std::optional<SendArguments> Parse() {
+        while (error_.empty() && !rest_.empty())
+            TakeArgument(Next());
+        CheckWhole();
+        return error_.empty() ? std::optional(result_) : std::nullopt;
+    }
+    const std::string& Error() const { return error_; }
+
+private:
+    const std::string& Next() {
+        const std::string& front = rest_.front();
+        rest_ = rest_.subspan(1);
+        return front;
+    }
+
+    void TakeArgument(const std::string& argument) {
+        if (optionsEnded_ || !argument.starts_with("--"))
+            result_.Texts.push_back(argument);
+        else if (argument == "--")
+            optionsEnded_ = true;
+        else if (!TakeMode(argument) && !TakeValueOption(argument))
+            Fail("unknown option " + argument);
+    }
+
+    bool TakeMode(std::string_view option) {
+        if (option == "--demo")
+            SetMode(SendMode::Demo);
+        else if (option == "--raw")
+            SetMode(SendMode::Raw);
+        else if (option == "--help")
+            SetMode(SendMode::Help);
+        else if (option == "--version")
+            SetMode(SendMode::Version);
+        else
+            return false;
+        return true;
+    }
+
+    bool TakeValueOption(const std::string& option) {
+        constexpr std::uint64_t MostTexts = 1'000'000'000'000;
+        constexpr std::uint64_t FastestRate = 100'000'000;
+        if (option == "--mailslot")
+            result_.Mailslot = TakeValue(option);
+        else if (option == "--mailslot-folder")
+            result_.MailslotFolder = TakeValue(option);
+        else if (option == "--file")
+            SetFile(TakeValue(option));
+        else if (option == "--count")
+            result_.Count = TakeNumber(option, 1, MostTexts);
+        else if (option == "--rate")
+            result_.Rate = TakeNumber(option, 1, FastestRate);
+        else if (option == "--seed")
+            result_.Seed = TakeNumber(option, 0, std::numeric_limits<std::uint64_t>::max());
+        else
+            return false;
+        demoOption_ = demoOption_ || option == "--count" || option == "--rate" || option == "--seed";
+        return true;
+    }
+
+    std::string TakeValue(const std::string& option) {
+        if (!rest_.empty() && !rest_.front().empty())
+            return Next();
+        Fail(option + " needs a value");
+        return {};
+    }
+
+    std::uint64_t TakeNumber(const std::string& option, std::uint64_t least, std::uint64_t most) {
+        const std::string value = TakeValue(option);
+        const std::optional<std::uint64_t> number = ParseNumber(value, least, most);
+        if (!number)
+            Fail(option + " needs a whole number from " + std::to_string(least) + " to " +
+                 std::to_string(most) + ", not \"" + value + '"');
+        return number.value_or(least);
+    }
+
+    void SetFile(std::string file) {
+        SetMode(SendMode::File);
+        result_.File = std::move(file);
+    }
+
+    void SetMode(SendMode mode) {
+        if (modeSet_ && result_.Mode != mode)
+            Fail("only one of --file, --demo, --raw, --help and --version can be given");
+        modeSet_ = true;
+        result_.Mode = mode;
+    }
+
+    void CheckWhole() {
+        const SendMode mode = result_.Mode;
+        if (mode == SendMode::Text && result_.Texts.size() != 1)
+            Fail(result_.Texts.empty() ? "nothing to send: no text is given"
+                                       : "more than one text is given; quote a text that has blanks");
+        if (mode == SendMode::Raw && result_.Texts.empty())
+            Fail("--raw needs at least one datagram");
+        if ((mode == SendMode::File || mode == SendMode::Demo) && !result_.Texts.empty())
+            Fail("a text cannot be given together with --file or --demo");
+        if (mode != SendMode::Demo && demoOption_)
+            Fail("--count, --rate and --seed go with --demo alone");
+    }
+
+    void Fail(std::string message) {
+        if (error_.empty())
+            error_ = std::move(message);
+    }
+
+    std::span<const std::string> rest_;
+    SendArguments result_;
+    std::string error_;
+    bool optionsEnded_ = false;
+    bool modeSet_ = false;
+    bool demoOption_ = false;
+};
+
+}  // namespace
+
+std::optional<SendArguments> ParseSendArguments(std::span<const std::string> arguments, std::string& error) {
+    Parser parser(arguments);
+    std::optional<SendArguments> result = parser.Parse();
+    error = parser.Error();
+    return result;
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,58 @@
+// Feeds the part store one datagram a line (NUL ends one too), with the store's other verbs in between, and
+// holds what must be true of it whatever came.
+
+#include "reception/FragmentStore.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace tallyhorn;
+    constexpr std::string_view Ends("\n\0", 2);
+    std::string_view rest(reinterpret_cast<const char*>(data), size);
+    FragmentStore store;
+    Clock::TimePoint now{};
+    std::size_t added = 0;
+    std::size_t taken = 0;
+    std::size_t received = 0;
+    const auto collect = [&] {
+        store.Collect([&](std::string&& text) {
+            ++taken;
+            received += text.size();
+        });
+    };
+    while (!rest.empty()) {
+        const std::string_view datagram = rest.substr(0, rest.find_first_of(Ends));
+        rest.remove_prefix(std::min(datagram.size() + 1, rest.size()));
+        store.Add(datagram, now);
+        ++added;
+        now += std::chrono::seconds(datagram.size() % 8);
+        if (datagram == "collect")
+            collect();
+        if (datagram == "expire")
+            store.Expire(now);
+        if (datagram == "reset")
+            store.Reset();
+        Require(store.SlotsTaken() <= added && store.SlotsTaken() <= store.UpperBound());
+    }
+    collect();
+    // Nothing comes out that did not come in, neither texts nor bytes.
+    Require(taken <= added && received <= size);
+    store.Reset();
+    Require(store.SlotsTaken() == 0 && store.UpperBound() == 1000);
+    return 0;
+}

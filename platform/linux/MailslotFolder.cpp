@@ -16,8 +16,7 @@ constexpr mode_t Others = 0077;
 }  // namespace
 
 std::string UserMailslotFolder() {
-    // Nothing in this program changes the environment, the one thing that would make the call unsafe.
-    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");  // NOLINT(concurrency-mt-unsafe)
+    const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime != '\0')
         return std::string(runtime) + "/mailslot";
     return "/tmp/mailslot-" + std::to_string(getuid());

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/MailslotQueue.h"
+#include "tests/fakes/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {
@@ -59,8 +60,9 @@ TEST(MailslotQueueTest, AtItsLimitTheAppendingSideWaitsAndNothingIsLost) {
     });
     std::size_t most = 0;
     for (std::size_t i = 0; i < Texts; ++i) {
-        if (i % 10'000 == 0)  // long enough for the other side to reach the limit
-            std::this_thread::sleep_for(std::chrono::milliseconds(30));
+        if (i % 30'000 == 0) {
+            ASSERT_TRUE(Eventually([&] { return !queue.HasRoom(); }));
+        }
         while (queue.Count() == 0)
             std::this_thread::yield();
         most = std::max(most, queue.Count() * Length);

@@ -16,7 +16,7 @@ void ProcessingCycle::TimCheckTick() {
     if (ProcessingPaused || parts_.Mailslot.CheckForMessages() == 0)
         return;
     // The batch is the tick's own: another tick inside it reads and shows a batch of its own.
-    std::vector<std::string> messages;
+    std::vector<std::string> messages = std::exchange(spareMessages_, {});
     const std::int16_t count = parts_.Mailslot.ReadMessages(messages);
     if (count > 0) {
         parts_.Signals.PlayAlertSound();
@@ -26,6 +26,7 @@ void ProcessingCycle::TimCheckTick() {
     receivedCount_ += static_cast<std::uint64_t>(count);
     for (std::size_t i = 1; i <= static_cast<std::size_t>(count); ++i)
         ProcessText(messages[i]);
+    spareMessages_ = std::move(messages);
     parts_.Received.ShowNetBiosCount();
     parts_.Received.UpdateListViewStatus();
     parts_.Slices.RunNow();

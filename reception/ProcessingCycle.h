@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "filters/SuppressionFilters.h"
 #include "reception/ArrivalSignals.h"
@@ -53,6 +54,7 @@ private:
     bool pauseShown_ = false;
     std::int32_t resumeTicks_ = 0;
     std::uint64_t receivedCount_ = 0;
+    std::vector<std::string> spareMessages_;  ///< between batches: its memory serves the next one
 };
 
 }  // namespace tallyhorn

@@ -45,7 +45,11 @@ std::string EventTypeDisplayName(std::string_view type) {
 }
 
 std::int16_t EventTypeListIndex(std::string_view type) {
-    const EventType* const known = FindType(WithoutBlanks(type));
+    return ListForIconKey(WithoutBlanks(type));
+}
+
+std::int16_t ListForIconKey(std::string_view key) {
+    const EventType* const known = FindType(key);
     return known != nullptr ? known->List : CriticalList;
 }
 

@@ -10,7 +10,14 @@ namespace tallyhorn {
 // What a notification's free type text becomes in the views.  Pure functions, safe in any thread.
 
 /// The six pictures that stand beside rows, in the order of the image list.
-enum class EventPicture : std::uint8_t { Information, Warning, Error, FailureAudit, SuccessAudit, QuestionMark };
+enum class EventPicture : std::uint8_t {
+    Information,
+    Warning,
+    Error,
+    FailureAudit,
+    SuccessAudit,
+    QuestionMark
+};
 
 /// The lists of a channel, each with its own index; the screen shows them in the opposite order.
 enum EventList : std::int16_t { CriticalList = 0, WarningList = 1, InformationList = 2 };
@@ -26,6 +33,8 @@ std::int16_t EventTypeListIndex(std::string_view type);
 /// The type in lower case without blanks, "questionmark" for an empty one.
 std::string EventTypeIconKey(std::string_view type);
 
+/// The list that shows the type under an icon key, the same as for the type itself.
+std::int16_t ListForIconKey(std::string_view key);
 /// The picture under an icon key; nothing for a key that the image list lacks.
 std::optional<EventPicture> PictureForIconKey(std::string_view key);
 

@@ -13,9 +13,6 @@ std::uint64_t RandomSeed() {
 
 }  // namespace
 
-std::uint64_t SeededHash::Seed() {
-    static const std::uint64_t seed = RandomSeed();
-    return seed;
-}
+const std::uint64_t SeededHash::Seed = RandomSeed();
 
 }  // namespace tallyhorn

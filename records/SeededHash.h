@@ -7,12 +7,12 @@
 
 namespace tallyhorn {
 
-/// A hash of texts with a secret of the process in it, so that nobody who sends notifications can choose texts
-/// that all fall into one bucket.  Safe in any thread.
+/// A hash of texts with a secret of the process in it, so that nobody who sends notifications can choose
+/// texts that all fall into one bucket.  Safe in any thread.
 class SeededHash {
 public:
     std::size_t operator()(std::string_view text) const {
-        std::uint64_t hash = Seed() ^ text.size();
+        std::uint64_t hash = Seed ^ text.size();
         while (text.size() > sizeof(std::uint64_t)) {
             hash = Mix(hash, Load(text.data(), sizeof(std::uint64_t)));
             text.remove_prefix(sizeof(std::uint64_t));
@@ -34,7 +34,7 @@ private:
         const Wide product = static_cast<Wide>(hash ^ word ^ Odd) * ((hash | 1U) + Odd);
         return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
     }
-    static std::uint64_t Seed();
+    static const std::uint64_t Seed;
 };
 
 }  // namespace tallyhorn

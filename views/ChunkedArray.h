@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// A growable array in chunks: elements never move, and growing neither copies nor holds twice the room.  Owns
+/// A growable array in chunks: elements never move, and growing neither copies nor holds twice the room. Owns
 /// its elements; one thread at a time.
 template <typename Element, std::size_t ChunkSize = 1024>
 class ChunkedArray {

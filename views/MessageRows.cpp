@@ -8,7 +8,8 @@ namespace tallyhorn {
 void MessageRows::SetDateStyle(const DateStyle& style) {
     auto known = std::find(styles_.begin(), styles_.end(), style);
     if (known == styles_.end()) {
-        // Only a hand at the preferences adds styles; should it ever add more than fit, the last one gives way.
+        // Only a hand at the preferences adds styles; should it ever add more than fit, the last one gives
+        // way.
         if (styles_.size() > std::numeric_limits<std::uint16_t>::max())
             styles_.pop_back();
         styles_.push_back(style);
@@ -46,7 +47,8 @@ void MessageRows::Clear() {
 }
 
 bool MessageRows::Holds(Slot slot) const {
-    return slot >= 0 && static_cast<std::size_t>(slot) < rows_.Size() && (*this)[slot].List != MessageRow::NoList;
+    return slot >= 0 && static_cast<std::size_t>(slot) < rows_.Size() &&
+           (*this)[slot].List != MessageRow::NoList;
 }
 
 std::string MessageRows::CellText(Slot slot, MessageColumn column) const {
@@ -57,7 +59,8 @@ std::string MessageRows::CellText(Slot slot, MessageColumn column) const {
         const DateStyle& style = styles_[row.Style];
         return FormatAlarmDate(row.Date, style.Pattern(), style.Separator);
     }
-    const std::size_t text = static_cast<std::size_t>(column) - static_cast<std::size_t>(MessageColumn::Alarm);
+    const std::size_t text =
+        static_cast<std::size_t>(column) - static_cast<std::size_t>(MessageColumn::Alarm);
     return std::string(texts_.Text(row.Texts[text]));
 }
 

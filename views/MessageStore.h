@@ -11,8 +11,8 @@ namespace tallyhorn {
 
 using Slot = std::int32_t;
 
-/// The full texts of one channel's kept notifications, indexed by slot, with the queue of slots that deletions
-/// freed and the count of notifications held.  User-interface thread only.
+/// The full texts of one channel's kept notifications, indexed by slot, with the queue of slots that
+/// deletions freed and the count of notifications held.  User-interface thread only.
 class MessageStore {
 public:
     /// Slots 0 to `upperBound` stand empty at first.

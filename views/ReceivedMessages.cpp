@@ -22,8 +22,8 @@ void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
 }
 
 void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, AlarmRecord& alarm) {
-    const std::int16_t list = EventTypeListIndex(alarm.TypeOfEvent);
     alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
+    const std::int16_t list = ListForIconKey(alarm.TypeOfEvent);
     channel.Rows.Add(slot, alarm, PictureForIconKey(alarm.TypeOfEvent), list);
     channel.Lists.at(static_cast<std::size_t>(list)).Add(slot);
     slices_.LetRun();

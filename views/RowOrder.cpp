@@ -41,8 +41,7 @@ void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
         blocks_.back().Selected += entry.Selected;
         return;
     }
-    const Place place =
-        Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; });
+    const Place place = Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; });
     Block& block = blocks_[place.Block];
     block.Entries.insert(block.Entries.begin() + static_cast<std::ptrdiff_t>(place.Offset), entry);
     block.Selected += entry.Selected;
@@ -61,8 +60,8 @@ void RowOrder::Assign(const std::vector<RowEntry>& entries) {
         Block block;
         block.Entries.assign(entries.begin() + static_cast<std::ptrdiff_t>(first),
                              entries.begin() + static_cast<std::ptrdiff_t>(last));
-        block.Selected = static_cast<std::uint32_t>(
-            std::count_if(block.Entries.begin(), block.Entries.end(), IsSelected));
+        block.Selected =
+            static_cast<std::uint32_t>(std::count_if(block.Entries.begin(), block.Entries.end(), IsSelected));
         selectedCount_ += block.Selected;
         blocks_.push_back(std::move(block));
     }

@@ -17,8 +17,8 @@ struct RowEntry {
     std::uint32_t Selected : 1 = 0;
 };
 
-/// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million as
-/// into its place among a thousand.  Equal entries stay in the order in which they came.  User-interface
+/// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million
+/// as into its place among a thousand.  Equal entries stay in the order in which they came.  User-interface
 /// thread only.
 class RowOrder {
 public:

@@ -55,14 +55,26 @@ bool Console::Start() {
     }
     if (!mailslot_.InitializeMailslot(MailslotName, true))
         machine_.Boxes.Warn(MailslotFailedText);
+    // A message box lets everything happen, the end of the session too.
+    if (ended_)
+        return true;
     filters_.OpenFilterFile();
     filters_.LoadSuppressionFilters();
     LoadMainWindow();
     ApplyMessageViews();
     ApplySettings();
-    if (!ended_)
-        window_->showMaximized();
+    started_ = true;
+    window_->showMaximized();
     return true;
+}
+
+void Console::End() {
+    if (started_) {
+        window_->CloseWithoutQuestion();
+        return;
+    }
+    ended_ = true;
+    frmServer::DismissQuestions();
 }
 
 void Console::LoadMainWindow() {

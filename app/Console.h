@@ -43,7 +43,7 @@ public:
     /// Shows the console; false where another one runs already, after saying so.
     bool Start();
     /// Closes the console as the end of the user's session does: nothing is asked.
-    void End() { window_->CloseWithoutQuestion(); }
+    void End();
     /// Whether the console has been shut down.
     bool HasEnded() const { return ended_; }
 
@@ -70,6 +70,7 @@ private:
     cvbMailslot mailslot_;
     MessageCommands commands_;
     ProcessingCycle cycle_;
+    bool started_ = false;
     bool ended_ = false;
 };
 

@@ -92,8 +92,8 @@ TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
 TEST_F(MessageListTest, TellsItsObserverOfAllButArrivals) {
     struct Observer : MessageListObserver {
         explicit Observer(MessageList& list) : List(list) {}
-        void AboutToChange() override { Told += "(" + std::to_string(List.Size()); }
-        void Changed() override { Told += "," + std::to_string(List.Size()) + ")"; }
+        void AboutToChange() override { Told.append("(").append(std::to_string(List.Size())); }
+        void Changed() override { Told.append(",").append(std::to_string(List.Size())).append(")"); }
         MessageList& List;
         std::string Told;
     } observer(list_);

@@ -282,12 +282,15 @@ void frmServer::ShowPage(MessagePage page, bool shown) {
 
 // ---- closing
 
-void frmServer::CloseWithoutQuestion() {
-    // A question that stands open would hold the end up: it is answered as if it had been closed.
+void frmServer::DismissQuestions() {
     while (QWidget* const modal = QApplication::activeModalWidget()) {
         if (!modal->close())
             break;
     }
+}
+
+void frmServer::CloseWithoutQuestion() {
+    DismissQuestions();
     RunWhenIdle([this] {
         asksBeforeClosing_ = false;
         close();

@@ -62,6 +62,8 @@ public:
 
     /// Closes the window as the end of the user's session does: nothing is asked.
     void CloseWithoutQuestion();
+    /// Answers what stands open as if the user had closed it, so that it does not hold the end up.
+    static void DismissQuestions();
 
     /// Takes in the rows that came, then lets waiting events run.
     void RunPendingEvents();

@@ -65,6 +65,8 @@ bool Console::Start() {
     ApplySettings();
     started_ = true;
     window_->showMaximized();
+    window_->raise();
+    window_->activateWindow();
     return true;
 }
 

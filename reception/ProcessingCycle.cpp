@@ -59,13 +59,10 @@ void ProcessingCycle::PauseCommand() {
 }
 
 void ProcessingCycle::ResumeTick() {
-    if (resumeTicks_ < TicksUntilResume) {
+    if (resumeTicks_ < TicksUntilResume)
         ++resumeTicks_;
-        return;
-    }
-    parts_.Display.EnableResumeTimer(false);
-    PauseCommand();
-    resumeTicks_ = 0;
+    else
+        PauseCommand();
 }
 
 }  // namespace tallyhorn

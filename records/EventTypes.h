@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@ enum class EventPicture : std::uint8_t {
     SuccessAudit,
     QuestionMark
 };
+constexpr std::size_t EventPictureCount = 6;
 
 /// The lists of a channel, each with its own index; the screen shows them in the opposite order.
 enum EventList : std::int16_t { CriticalList = 0, WarningList = 1, InformationList = 2 };

@@ -36,7 +36,7 @@ bool MessageCommands::RefuseWhileFiltered() {
 void MessageCommands::DeleteMessages() {
     if (RefuseWhileFiltered() || received_.ActiveView >= ConsolidatedView)
         return;
-    if (received_.ActiveView >= FirstSyslogView)
+    if (IsSyslogView(received_.ActiveView))
         DeleteSyslogMessages();
     // A NetBIOS list touched last while the syslog page is in front names no list of that page: nothing to
     // do.
@@ -73,8 +73,7 @@ void MessageCommands::RemoveSelected(MessageChannel& channel, ViewNumber view) {
     const std::vector<Slot> slots = list.SelectedSlots();
     list.RemoveSelected();
     for (const Slot slot : slots) {
-        channel.Rows.Remove(slot);
-        channel.Messages.Free(slot);
+        channel.Free(slot);
         if (slices_.LetRun())
             clock_.Sleep(Pause);
     }
@@ -86,23 +85,16 @@ void MessageCommands::ClearAllMessages() {
         return;
     if (display_.CurrentPage() == MessagePage::NetBios) {
         if (boxes_.Confirm(ClearNetBiosQuestion)) {
-            ClearChannel(received_.NetBios, ReceivedMessages::NetBiosUpperBound);
+            received_.NetBios.Clear(ReceivedMessages::NetBiosUpperBound);
             received_.ShowNetBiosCount();
         }
     } else if (boxes_.Confirm(ClearSyslogQuestion)) {
         syslogDeleteInProgress_ = true;
-        ClearChannel(received_.Syslog, ReceivedMessages::SyslogUpperBoundAfterClear);
+        received_.Syslog.Clear(ReceivedMessages::SyslogUpperBoundAfterClear);
         received_.ShowSyslogCount();
         syslogDeleteInProgress_ = false;
     }
     received_.UpdateListViewStatus();
-}
-
-void MessageCommands::ClearChannel(MessageChannel& channel, Slot upperBound) {
-    for (MessageList& list : channel.Lists)
-        list.Clear();
-    channel.Rows.Clear();
-    channel.Messages.Clear(upperBound);
 }
 
 }  // namespace tallyhorn

@@ -30,7 +30,6 @@ private:
     void DeleteNetBiosMessages();
     void DeleteSyslogMessages();
     void RemoveSelected(MessageChannel& channel, ViewNumber view);
-    void ClearChannel(MessageChannel& channel, Slot upperBound);
 
     ReceivedMessages& received_;
     ServerDisplay& display_;

@@ -4,12 +4,23 @@
 
 namespace tallyhorn {
 
+void MessageChannel::Free(Slot slot) {
+    Rows.Remove(slot);
+    Messages.Free(slot);
+}
+
+void MessageChannel::Clear(Slot upperBound) {
+    for (MessageList& list : Lists)
+        list.Clear();
+    Rows.Clear();
+    Messages.Clear(upperBound);
+}
+
 ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices)
     : display_(display), slices_(slices) {}
 
 MessageList& ReceivedMessages::List(ViewNumber view) {
-    MessageChannel& channel = view < FirstSyslogView ? NetBios : Syslog;
-    return channel.Lists.at(static_cast<std::size_t>(view % EventListCount));
+    return (IsSyslogView(view) ? Syslog : NetBios).Lists.at(ListOfView(view));
 }
 
 void ReceivedMessages::SetDateStyle(const DateStyle& style) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -14,6 +15,14 @@ constexpr int MessagePageCount = 3;
 using ViewNumber = std::int16_t;
 constexpr ViewNumber FirstSyslogView = 3;
 constexpr ViewNumber ConsolidatedView = 6;
+
+constexpr bool IsSyslogView(ViewNumber view) {
+    return view >= FirstSyslogView && view < ConsolidatedView;
+}
+/// The list within its channel.
+constexpr std::size_t ListOfView(ViewNumber view) {
+    return static_cast<std::size_t>(view % FirstSyslogView);
+}
 
 /// Status bar panels by number.
 enum class StatusPanel { NetBiosCount = 1, SyslogCount = 2, ProcessingStatus = 3 };

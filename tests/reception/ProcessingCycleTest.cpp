@@ -206,10 +206,7 @@ TEST_F(ProcessingCycleTest, ATickInsideABatchIsABatchOfItsOwn) {
 TEST_F(ProcessingCycleTest, AClearInsideABatchLeavesACountThatIsTrue) {
     clock_.PerLook = std::chrono::milliseconds(4);
     events_.Event = [this] {
-        for (MessageList& list : received_.NetBios.Lists)
-            list.Clear();
-        received_.NetBios.Rows.Clear();
-        received_.NetBios.Messages.Clear(0);
+        received_.NetBios.Clear(0);
         events_.Event = nullptr;
     };
     for (int i = 0; i < 5; ++i)

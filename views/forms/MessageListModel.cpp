@@ -11,8 +11,8 @@ namespace {
 
 /// The word for a picture, for those who do not see it.
 QString SpokenType(EventPicture picture) {
-    constexpr std::array<const char*, 6> Words = {"Information",   "Warning",       "Error",
-                                                  "Failure Audit", "Success Audit", "Unknown type"};
+    constexpr std::array<const char*, EventPictureCount> Words = {
+        "Information", "Warning", "Error", "Failure Audit", "Success Audit", "Unknown type"};
     return QString::fromLatin1(Words.at(static_cast<std::size_t>(picture)));
 }
 

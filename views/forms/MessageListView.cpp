@@ -154,49 +154,58 @@ bool MessageListView::isIndexHidden(const QModelIndex& index) const {
 
 void MessageListView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(viewport());
+    Look look;
+    look.Group = !isEnabled()                 ? QPalette::Disabled
+                 : window()->isActiveWindow() ? QPalette::Active
+                                              : QPalette::Inactive;
+    look.RowHeight = RowHeight();
+    look.IconSide = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    look.TextTop = (look.RowHeight - fontMetrics().height()) / 2;
     const int first = verticalScrollBar()->value();
-    const int last = std::min(RowCount(), first + viewport()->height() / RowHeight() + 1);
+    const int last = std::min(RowCount(), first + viewport()->height() / look.RowHeight + 1);
     for (int row = first; row < last; ++row)
-        PaintRow(painter, row, (row - first) * RowHeight());
+        PaintRow(painter, look, row, (row - first) * look.RowHeight);
 }
 
-void MessageListView::PaintRow(QPainter& painter, int row, int top) {
-    const auto position = static_cast<std::size_t>(row);
-    const bool selected = List().IsSelected(position);
-    const QPalette::ColorGroup group = !isEnabled()                               ? QPalette::Disabled
-                                       : hasFocus() || window()->isActiveWindow() ? QPalette::Active
-                                                                                  : QPalette::Inactive;
-    const QRect line(-header_->offset(), top, header_->length(), RowHeight());
+void MessageListView::PaintRow(QPainter& painter, const Look& look, int row, int top) {
+    const bool selected = List().IsSelected(static_cast<std::size_t>(row));
+    const QRect line(-header_->offset(), top, header_->length(), look.RowHeight);
     if (selected)
-        painter.fillRect(line, palette().brush(group, QPalette::Highlight));
-    painter.setPen(palette().color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+        painter.fillRect(line, palette().brush(look.Group, QPalette::Highlight));
+    painter.setPen(palette().color(look.Group, selected ? QPalette::HighlightedText : QPalette::Text));
+    for (int column = 0; column < SizedColumnCount; ++column)
+        PaintCell(painter, look, row, column, top);
+    if (hasFocus() && row == CurrentRow())
+        PaintFocus(painter, line, selected);
+}
 
-    const int iconSide = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    for (int column = 0; column < SizedColumnCount; ++column) {
-        const int width = header_->sectionSize(column);
-        const int left = header_->sectionViewportPosition(column);
-        int indent = CellMargin;
-        if (column == static_cast<int>(MessageColumn::DateLogged)) {
-            const QRect iconPlace(left + CellMargin, top + (RowHeight() - iconSide) / 2, iconSide, iconSide);
-            if (const auto picture = List().PictureAt(position); picture && width > iconSide + CellMargin)
-                icons_.at(static_cast<std::size_t>(*picture)).paint(&painter, iconPlace);
-            indent += iconSide + CellMargin;
-        }
-        const int room = width - indent - CellMargin;
-        if (room <= 0 || left > viewport()->width() || left + width < 0)
-            continue;
-        const QStaticText& text =
-            CellText(column, room, List().CellText(position, static_cast<MessageColumn>(column)));
-        painter.drawStaticText(left + indent, top + (RowHeight() - fontMetrics().height()) / 2, text);
+void MessageListView::PaintCell(QPainter& painter, const Look& look, int row, int column, int top) {
+    const auto position = static_cast<std::size_t>(row);
+    const int width = header_->sectionSize(column);
+    const int left = header_->sectionViewportPosition(column);
+    int indent = CellMargin;
+    if (column == static_cast<int>(MessageColumn::DateLogged)) {
+        const QRect place(left + CellMargin, top + (look.RowHeight - look.IconSide) / 2, look.IconSide,
+                          look.IconSide);
+        if (const auto picture = List().PictureAt(position); picture && width > look.IconSide + CellMargin)
+            icons_.at(static_cast<std::size_t>(*picture)).paint(&painter, place);
+        indent += look.IconSide + CellMargin;
     }
-    if (hasFocus() && row == CurrentRow()) {
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        option.rect = line.intersected(viewport()->rect());
-        option.state |= QStyle::State_KeyboardFocusChange;
-        option.backgroundColor = palette().color(selected ? QPalette::Highlight : QPalette::Base);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    }
+    const int room = width - indent - CellMargin;
+    if (room <= 0 || left > viewport()->width() || left + width < 0)
+        return;
+    painter.drawStaticText(
+        left + indent, top + look.TextTop,
+        CellText(column, room, List().CellText(position, static_cast<MessageColumn>(column))));
+}
+
+void MessageListView::PaintFocus(QPainter& painter, const QRect& line, bool selected) {
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.rect = line.intersected(viewport()->rect());
+    option.state |= QStyle::State_KeyboardFocusChange;
+    option.backgroundColor = palette().color(selected ? QPalette::Highlight : QPalette::Base);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 /// Laying a text out costs more than painting it, and most cells stay or come back: it is done once a text.
@@ -234,16 +243,15 @@ void MessageListView::mousePressEvent(QMouseEvent* event) {
         viewport()->update();
         return;
     }
-    const bool asked =
+    const bool keepsSelection =
         event->button() == Qt::RightButton && List().IsSelected(static_cast<std::size_t>(index.row()));
-    if (asked)
+    if (keepsSelection)
         SetCurrentRow(index.row());
     else
         MoveTo(index.row(), event->modifiers());
     if (event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier) {
         const auto position = static_cast<std::size_t>(index.row());
         List().Select(position, position, !List().IsSelected(position));
-        anchor_ = List().SlotAt(position);
     }
 }
 
@@ -409,6 +417,8 @@ bool MessageListView::event(QEvent* event) {
 void MessageListView::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         ForgetCellTexts();
+    if (event->type() == QEvent::EnabledChange)
+        viewport()->setBackgroundRole(isEnabled() ? QPalette::Base : QPalette::Button);
     QAbstractItemView::changeEvent(event);
 }
 

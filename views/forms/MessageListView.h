@@ -82,7 +82,16 @@ private:
     int NearestRow(int y) const;
     bool IsHeld() const;
 
-    void PaintRow(QPainter& painter, int row, int top);
+    /// What is the same for every row of one painting.
+    struct Look {
+        QPalette::ColorGroup Group = QPalette::Active;
+        int RowHeight = 0;
+        int IconSide = 0;
+        int TextTop = 0;
+    };
+    void PaintRow(QPainter& painter, const Look& look, int row, int top);
+    void PaintCell(QPainter& painter, const Look& look, int row, int column, int top);
+    void PaintFocus(QPainter& painter, const QRect& line, bool selected);
     const QStaticText& CellText(int column, int width, std::string text);
     void ForgetCellTexts();
 
@@ -97,7 +106,7 @@ private:
     MessageListModel model_;
     QHeaderView* header_;
     std::array<CellTexts, MessageColumnCount> cellTexts_;
-    std::array<QIcon, 6> icons_;
+    std::array<QIcon, EventPictureCount> icons_;
     std::optional<Slot> anchor_;  ///< where the range of the Shift key begins
     int rowBeforeReset_ = -1;
     Slot slotBeforeReset_ = -1;

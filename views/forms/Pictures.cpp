@@ -4,8 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
-#include <functional>
-#include <utility>
+#include <array>
 
 namespace tallyhorn {
 namespace {
@@ -16,14 +15,14 @@ const QColor Blue(0x1F, 0x6F, 0xC4);
 const QColor Amber(0xF0, 0xA8, 0x1E);
 const QColor Red(0xC9, 0x2A, 0x2A);
 const QColor Green(0x2B, 0x8A, 0x3E);
-const QColor Grey(0x6B, 0x72, 0x80);
+const QColor Grey(0x7A, 0x82, 0x90);
 
-using Drawing = std::function<void(QPainter&)>;
+using Drawing = void (*)(QPainter&);
 
 /// Paints a drawing made for the grid at any size, faded where its control is disabled.
 class DrawnIcon final : public QIconEngine {
 public:
-    explicit DrawnIcon(Drawing drawing) : drawing_(std::move(drawing)) {}
+    explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
         const int side = qMin(rect.width(), rect.height());
@@ -52,7 +51,7 @@ private:
 };
 
 QIcon MakeIcon(Drawing drawing) {
-    return QIcon(new DrawnIcon(std::move(drawing)));
+    return QIcon(new DrawnIcon(drawing));
 }
 
 void Stroke(QPainter& painter, const QColor& colour, qreal width) {
@@ -98,29 +97,26 @@ void DrawError(QPainter& painter) {
 void DrawPadlock(QPainter& painter, const QColor& colour, bool open) {
     Stroke(painter, colour, 1.8);
     QPainterPath shackle;
-    shackle.moveTo(4.6, open ? 5.6 : 7.5);
-    shackle.lineTo(4.6, 5);
-    shackle.arcTo(QRectF(4.6, 1.6, 6.8, 6.8), 180, -180);
-    if (!open)
-        shackle.lineTo(11.4, 7.5);
-    else
-        shackle.lineTo(11.4, 8);
+    shackle.moveTo(4.2, open ? 5.4 : 7);
+    shackle.lineTo(4.2, 4.8);
+    shackle.arcTo(QRectF(4.2, 1, 7.6, 7.6), 180, -180);
+    shackle.lineTo(11.8, 7);
     painter.drawPath(shackle);
     Fill(painter, colour);
-    painter.drawRoundedRect(QRectF(2.6, 7.4, 10.8, 7.6), 1.2, 1.2);
+    painter.drawRoundedRect(QRectF(1.8, 6.6, 12.4, 8.8), 1.4, 1.4);
 }
 
 void DrawFailureAudit(QPainter& painter) {
     DrawPadlock(painter, Red, false);
     Stroke(painter, Qt::white, 1.5);
-    painter.drawLine(QPointF(6.2, 9.4), QPointF(9.8, 13));
-    painter.drawLine(QPointF(9.8, 9.4), QPointF(6.2, 13));
+    painter.drawLine(QPointF(6, 9), QPointF(10, 13));
+    painter.drawLine(QPointF(10, 9), QPointF(6, 13));
 }
 
 void DrawSuccessAudit(QPainter& painter) {
     DrawPadlock(painter, Green, true);
     Stroke(painter, Qt::white, 1.5);
-    painter.drawPolyline(QPolygonF({{5.4, 11.2}, {7.3, 13}, {10.7, 9.4}}));
+    painter.drawPolyline(QPolygonF({{5, 11}, {7.2, 13.1}, {11, 9}}));
 }
 
 void DrawQuestionMark(QPainter& painter) {
@@ -177,35 +173,14 @@ void DrawConsole(QPainter& painter) {
 }  // namespace
 
 QIcon EventIcon(EventPicture picture) {
-    switch (picture) {
-        case EventPicture::Information:
-            return MakeIcon(DrawInformation);
-        case EventPicture::Warning:
-            return MakeIcon(DrawWarning);
-        case EventPicture::Error:
-            return MakeIcon(DrawError);
-        case EventPicture::FailureAudit:
-            return MakeIcon(DrawFailureAudit);
-        case EventPicture::SuccessAudit:
-            return MakeIcon(DrawSuccessAudit);
-        case EventPicture::QuestionMark:
-            break;
-    }
-    return MakeIcon(DrawQuestionMark);
+    constexpr std::array<Drawing, EventPictureCount> Drawings = {
+        DrawInformation, DrawWarning, DrawError, DrawFailureAudit, DrawSuccessAudit, DrawQuestionMark};
+    return MakeIcon(Drawings.at(static_cast<std::size_t>(picture)));
 }
 
 QIcon CommandIcon(CommandPicture picture) {
-    switch (picture) {
-        case CommandPicture::Delete:
-            return MakeIcon(DrawCross);
-        case CommandPicture::Clear:
-            return MakeIcon(DrawBin);
-        case CommandPicture::Pause:
-            return MakeIcon(DrawPause);
-        case CommandPicture::Resume:
-            break;
-    }
-    return MakeIcon(DrawResume);
+    constexpr std::array<Drawing, 4> Drawings = {DrawCross, DrawBin, DrawPause, DrawResume};
+    return MakeIcon(Drawings.at(static_cast<std::size_t>(picture)));
 }
 
 QIcon ConsoleIcon() {

@@ -9,7 +9,6 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
-#include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
@@ -27,6 +26,8 @@ namespace {
 constexpr int TwipsPerInch = 1440;
 constexpr Twips FrameMargin = 135;
 constexpr Twips ListMargin = 240;
+constexpr Twips BelowTabs = 60;    ///< between the tabs and the first frame
+constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
 
@@ -76,8 +77,6 @@ frmServer::frmServer(ServerLifetime& lifetime) : lifetime_(lifetime) {
     resize(Pixels(15000), Pixels(11000));
 }
 
-frmServer::~frmServer() = default;
-
 // ---- building
 
 QAction* frmServer::AddCommand(const char* name, const QString& caption, Command command) {
@@ -93,7 +92,7 @@ void frmServer::BuildMenus() {
                                    [this] { commands_->DeleteMessages(); });
     mnuFile_ClearAll =
         AddCommand("mnuFile_ClearAll", tr("&Clear All Messages"), [this] { commands_->ClearAllMessages(); });
-    mnuFile_Exit = AddCommand("mnuFile_Exit", tr("E&xit"), [this] { close(); });
+    QAction* const mnuFile_Exit = AddCommand("mnuFile_Exit", tr("E&xit"), [this] { Close(true); });
     mnuEditPause =
         AddCommand("mnuEditPause", tr("&Pause Message Processing"), [this] { cycle_->PauseCommand(); });
 
@@ -177,16 +176,16 @@ void frmServer::Load(const Parts& parts) {
     cycle_ = &parts.Cycle;
     BuildLists(fraNetBiosTypes, 0);
     BuildLists(fraSyslogTypes, FirstSyslogView);
-    connect(timCheck, &QTimer::timeout, this, [this] { RunTimed([this] { cycle_->TimCheckTick(); }); });
+    connect(timCheck, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->TimCheckTick(); }); });
     connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { cycle_->ResumeTick(); });
     EnablePollingTimer(true);
     LayOut();
 }
 
 void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView) {
-    auto& lists = firstView < FirstSyslogView ? lvwMessages : lvwSyslog;
+    auto& lists = IsSyslogView(firstView) ? lvwSyslog : lvwMessages;
     const QString name =
-        firstView < FirstSyslogView ? QStringLiteral("lvwMessages%1") : QStringLiteral("lvwSyslog%1");
+        IsSyslogView(firstView) ? QStringLiteral("lvwSyslog%1") : QStringLiteral("lvwMessages%1");
     for (std::size_t frame = 0; frame < frames.size(); ++frame) {
         const std::size_t element = frames.size() - 1 - frame;
         const auto view = static_cast<ViewNumber>(firstView + static_cast<ViewNumber>(element));
@@ -209,25 +208,26 @@ void frmServer::ConnectList(ViewNumber view) {
 // ---- work and commands
 
 void frmServer::RunPendingEvents() {
-    const Depth depth(workDepth_);
-    for (ViewNumber view = 0; view < ConsolidatedView; ++view)
-        ListView(view)->TakeInRows();
-    QCoreApplication::processEvents();
+    RunAsWork([this] {
+        for (ViewNumber view = 0; view < ConsolidatedView; ++view)
+            ListView(view)->TakeInRows();
+        QCoreApplication::processEvents();
+    });
 }
 
 /// A command given inside other work would run on state that is half way from one thing to the next, and
 /// would hold that work up for as long as its question stands open.
 void frmServer::RunWhenIdle(const Command& command) {
     if (workDepth_ == 0)
-        RunTimed(command);
+        RunAsWork(command);
     else
         waitingCommands_.push_back(command);
 }
 
-void frmServer::RunTimed(const Command& command) {
+void frmServer::RunAsWork(const Command& work) {
     {
         const Depth depth(workDepth_);
-        command();
+        work();
     }
     if (workDepth_ == 0 && !waitingCommands_.empty())
         QMetaObject::invokeMethod(this, &frmServer::RunWaitingCommands, Qt::QueuedConnection);
@@ -249,13 +249,7 @@ void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
 }
 
 void frmServer::EnableList(ViewNumber view, bool enabled) {
-    MessageListView* const list = ListView(view);
-    if (list->isEnabled() == enabled && list->testAttribute(Qt::WA_SetPalette))
-        return;
-    QPalette palette = this->palette();
-    palette.setColor(QPalette::Base, palette.color(enabled ? QPalette::Base : QPalette::Button));
-    list->setPalette(palette);
-    list->setEnabled(enabled);
+    ListView(view)->setEnabled(enabled);
 }
 
 void frmServer::ShowList(ViewNumber view, bool shown) {
@@ -291,22 +285,21 @@ void frmServer::DismissQuestions() {
 
 void frmServer::CloseWithoutQuestion() {
     DismissQuestions();
-    RunWhenIdle([this] {
-        asksBeforeClosing_ = false;
-        close();
-    });
+    RunWhenIdle([this] { Close(false); });
 }
 
 void frmServer::closeEvent(QCloseEvent* event) {
     event->ignore();
     // From the title bar the event comes in the middle of whatever runs, and then waits its turn.
-    RunWhenIdle([this] {
-        if (!lifetime_.QueryUnload(asksBeforeClosing_))
-            return;
-        EnablePollingTimer(false);
-        EnableResumeTimer(false);
-        lifetime_.Unload();
-    });
+    RunWhenIdle([this] { Close(true); });
+}
+
+void frmServer::Close(bool byUser) {
+    if (!lifetime_.QueryUnload(byUser))
+        return;
+    EnablePollingTimer(false);
+    EnableResumeTimer(false);
+    lifetime_.Unload();
 }
 
 // ---- layout
@@ -336,13 +329,14 @@ void frmServer::LayOut() {
     // Tool bar and status bar take what the layout leaves them; larger fonts make them larger than that.
     const int statusHeight = statusBar()->sizeHint().height();
     tbrMain->setFixedHeight(
-        std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + 8));
+        std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + ToolBarPadding));
     const QSize room = centralWidget()->size();
     tabMessageTypes->resize(room);
     const QWidget* const page = tabMessageTypes->currentWidget();
     const int pageTop = page != nullptr ? page->mapTo(tabMessageTypes, QPoint(0, 0)).y() : 0;
-    const ServerLayout layout = LayOutServer(
-        {InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight}, InTwips(pageTop) + 60);
+    const ServerLayout layout =
+        LayOutServer({InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight},
+                     InTwips(pageTop) + BelowTabs);
 
     const auto place = [this](QWidget* frame, QWidget* inside, int top, TwipsSize frameSize,
                               TwipsSize insideSize) {
@@ -374,7 +368,7 @@ void frmServer::ApplyColumnWidths() {
 /// The widths of the list under the mouse become those of its channel; the other channel takes them when the
 /// window is laid out anew.
 void frmServer::KeepColumnWidths(ViewNumber view) {
-    const ViewNumber first = view < FirstSyslogView ? 0 : FirstSyslogView;
+    const ViewNumber first = IsSyslogView(view) ? FirstSyslogView : ViewNumber{0};
     for (int column = 0; column < SizedColumnCount; ++column) {
         Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));
         const int width = ListView(view)->ColumnWidth(column);
@@ -387,8 +381,7 @@ void frmServer::KeepColumnWidths(ViewNumber view) {
 }
 
 MessageListView* frmServer::ListView(ViewNumber view) const {
-    const auto& lists = view < FirstSyslogView ? lvwMessages : lvwSyslog;
-    return lists.at(static_cast<std::size_t>(view % EventListCount));
+    return (IsSyslogView(view) ? lvwSyslog : lvwMessages).at(ListOfView(view));
 }
 
 void frmServer::SetColumnWidths(const ColumnWidthArray& widths) {

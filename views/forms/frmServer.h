@@ -41,7 +41,6 @@ class frmServer final : public QMainWindow, public ServerDisplay {
 
 public:
     explicit frmServer(ServerLifetime& lifetime);
-    ~frmServer() override;
 
     /// What the window shows and commands; all of it outlives the window.
     struct Parts {
@@ -95,7 +94,8 @@ private:
 
     void RunWhenIdle(const Command& command);
     void RunWaitingCommands();
-    void RunTimed(const Command& command);
+    void RunAsWork(const Command& work);
+    void Close(bool byUser);
 
     void LayOut();
     void ApplyColumnWidths();
@@ -111,7 +111,6 @@ private:
     ColumnWidthArray columnWidths_{};
     std::vector<Command> waitingCommands_;
     int workDepth_ = 0;  ///< how many pieces of work are under way, one inside the other
-    bool asksBeforeClosing_ = true;
 
     QTabWidget* tabMessageTypes = nullptr;
     std::array<QGroupBox*, EventListCount> fraNetBiosTypes{};
@@ -124,7 +123,6 @@ private:
     std::array<QLabel*, 3> stbMain{};
     QAction* mnuFile_DeleteMsg = nullptr;
     QAction* mnuFile_ClearAll = nullptr;
-    QAction* mnuFile_Exit = nullptr;
     QAction* mnuEditPause = nullptr;
     QAction* tbrPause = nullptr;
     QTimer* timCheck = nullptr;

@@ -16,7 +16,8 @@ std::string WhyUnreadable(const std::filesystem::path& folder) {
         return "the folder '" + folder.string() + "' does not exist";
     if (!std::filesystem::is_directory(folder, error))
         return "'" + folder.string() + "' is not a folder";
-    const std::filesystem::directory_iterator first(folder, error);
+    // Entered too: a folder may be listed and its files still be out of reach.
+    const std::filesystem::directory_iterator first(folder / ".", error);
     return error ? "the folder '" + folder.string() + "' cannot be read: " + error.message() : "";
 }
 
@@ -41,6 +42,7 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
             line.Folder = arguments[++i];
         if (std::string why = WhyUnreadable(line.Folder); !why.empty())
             return Refuse(std::move(why));
+        line.Folder = std::filesystem::absolute(line.Folder);
     }
     return line;
 }

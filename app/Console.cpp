@@ -63,6 +63,8 @@ bool Console::Start() {
     LoadMainWindow();
     ApplyMessageViews();
     ApplySettings();
+    if (ended_)
+        return true;
     started_ = true;
     window_->showMaximized();
     window_->raise();
@@ -84,8 +86,8 @@ void Console::LoadMainWindow() {
     window_->Load({received_, commands_, cycle_});
     cycle_.ProcessingPaused = false;
     Run();
-    received_.ShowNetBiosCount();
-    received_.ShowSyslogCount();
+    received_.UpdateStatusCounts(received_.NetBios);
+    received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
 }
 

@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QMetaObject>
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -35,9 +36,10 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
         QMetaObject::invokeMethod(
             &application, [&] { console.End(); }, Qt::QueuedConnection);
     });
-    int status = EXIT_FAILURE;
-    if (console.Start())
-        status = console.HasEnded() ? EXIT_SUCCESS : QApplication::exec();
+    const bool started = console.Start();
+    int status = console.HasEnded() ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (started && !console.HasEnded())
+        status = QApplication::exec();
     termination.Stop();
     return status;
 }
@@ -46,7 +48,7 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
 
 int main(int argc, char** argv) {
     const auto termination = MakeTerminationSignals();
-    const CommandLine line = ReadCommandLine(std::vector<std::string>(argv + 1, argv + argc));
+    const CommandLine line = ReadCommandLine(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
     switch (line.Asked) {
         case CommandLine::Wish::Help:
             std::cout << HelpText();
@@ -62,7 +64,6 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Tallyhorn Listener Console"));
     QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());

@@ -27,7 +27,7 @@ void ProcessingCycle::TimCheckTick() {
     for (std::size_t i = 1; i <= static_cast<std::size_t>(count); ++i)
         ProcessText(messages[i]);
     spareMessages_ = std::move(messages);
-    parts_.Received.ShowNetBiosCount();
+    parts_.Received.UpdateStatusCounts(parts_.Received.NetBios);
     parts_.Received.UpdateListViewStatus();
     parts_.Slices.RunNow();
 }

@@ -18,6 +18,9 @@ struct AlarmDate {
     /// 1899-12-30 00:00, the zero of the dates in the filter file: what a date holds that was never set.
     static constexpr std::int64_t DefaultSeconds = -25569LL * 86400;
 
+    /// Whole days since 1970-01-01.
+    std::int64_t Day() const { return (Seconds < 0 ? Seconds - 86399 : Seconds) / 86400; }
+
     auto operator<=>(const AlarmDate&) const = default;
 };
 

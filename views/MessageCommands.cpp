@@ -50,7 +50,7 @@ void MessageCommands::DeleteNetBiosMessages() {
         return;
     display_.EnablePollingTimer(false);
     RemoveSelected(received_.NetBios, view);
-    received_.ShowNetBiosCount();
+    received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateListViewStatus();
     display_.EnablePollingTimer(true);
 }
@@ -60,7 +60,7 @@ void MessageCommands::DeleteSyslogMessages() {
     syslogDeleteInProgress_ = true;
     if (received_.List(view).SelectedCount() > 0 && boxes_.Confirm(DeleteQuestion)) {
         RemoveSelected(received_.Syslog, view);
-        received_.ShowSyslogCount();
+        received_.UpdateStatusCounts(received_.Syslog);
         received_.UpdateListViewStatus();
     }
     syslogDeleteInProgress_ = false;
@@ -86,12 +86,12 @@ void MessageCommands::ClearAllMessages() {
     if (display_.CurrentPage() == MessagePage::NetBios) {
         if (boxes_.Confirm(ClearNetBiosQuestion)) {
             received_.NetBios.Clear(ReceivedMessages::NetBiosUpperBound);
-            received_.ShowNetBiosCount();
+            received_.UpdateStatusCounts(received_.NetBios);
         }
     } else if (boxes_.Confirm(ClearSyslogQuestion)) {
         syslogDeleteInProgress_ = true;
         received_.Syslog.Clear(ReceivedMessages::SyslogUpperBoundAfterClear);
-        received_.ShowSyslogCount();
+        received_.UpdateStatusCounts(received_.Syslog);
         syslogDeleteInProgress_ = false;
     }
     received_.UpdateListViewStatus();

@@ -71,11 +71,24 @@ std::optional<EventPicture> MessageList::PictureAt(std::size_t position) const {
     return rows_[SlotAt(position)].Picture;
 }
 
+/// Rows of the same day begin alike as far as the day's own text goes, so that few of a million are
+/// formatted.
 std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::size_t start) const {
+    std::int64_t lastDay = 0;
+    std::uint16_t lastStyle = 0;
+    bool lastDecides = false;
     for (std::size_t i = 0; i < Size(); ++i) {
         const std::size_t position = (start + i) % Size();
-        if (BeginsWith(CellText(position, MessageColumn::DateLogged), text))
+        const MessageRow& row = rows_[SlotAt(position)];
+        const std::int64_t day = row.Date.Day();
+        if (lastDecides && day == lastDay && row.Style == lastStyle)
+            continue;
+        const std::string shown = CellText(position, MessageColumn::DateLogged);
+        if (BeginsWith(shown, text))
             return position;
+        lastDay = day;
+        lastStyle = row.Style;
+        lastDecides = text.size() <= shown.find(' ');
     }
     return std::nullopt;
 }

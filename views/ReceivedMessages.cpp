@@ -40,14 +40,12 @@ void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, Alarm
     slices_.LetRun();
 }
 
-void ReceivedMessages::ShowNetBiosCount() {
-    display_.ShowPanel(StatusPanel::NetBiosCount,
-                       std::to_string(NetBios.Messages.MessageCount()) + " NetBIOS Message(s)");
-}
-
-void ReceivedMessages::ShowSyslogCount() {
-    display_.ShowPanel(StatusPanel::SyslogCount,
-                       std::to_string(Syslog.Messages.MessageCount()) + " Syslog Message(s)");
+void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {
+    const std::string count = std::to_string(channel.Messages.MessageCount());
+    if (&channel == &NetBios)
+        display_.ShowPanel(StatusPanel::NetBiosCount, count + " NetBIOS Message(s)");
+    else
+        display_.ShowPanel(StatusPanel::SyslogCount, count + " Syslog Message(s)");
 }
 
 void ReceivedMessages::UpdateListViewStatus() {

@@ -55,8 +55,7 @@ public:
     void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
 
     /// Writes one channel's count into its status panel.
-    void ShowNetBiosCount();
-    void ShowSyslogCount();
+    void UpdateStatusCounts(const MessageChannel& channel);
     /// Enables the lists that hold rows and disables the others.
     void UpdateListViewStatus();
 

@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <atomic>
 #include <csignal>
 #include <thread>
 #include <utility>
@@ -24,22 +25,27 @@ public:
         Stop();
         thread_ = std::thread([this, ended = std::move(ended)] {
             int signal = 0;
-            while (sigwait(&signals_, &signal) == 0 && signal != Wake)
-                ended();
+            while (sigwait(&signals_, &signal) == 0 && !stopping_) {
+                if (signal != Wake)
+                    ended();
+            }
         });
     }
 
     void Stop() override {
         if (!thread_.joinable())
             return;
+        stopping_ = true;
         pthread_kill(thread_.native_handle(), Wake);
         thread_.join();
+        stopping_ = false;
     }
 
 private:
     static constexpr int Wake = SIGUSR1;
 
     sigset_t signals_{};
+    std::atomic<bool> stopping_{false};  ///< the signal alone may come from anybody
     std::thread thread_;
 };
 

@@ -50,6 +50,12 @@ protected:
     MessageListView* List(int element) {
         return Find<MessageListView>(("lvwMessages" + std::to_string(element)).c_str());
     }
+    /// As the window system tells that the user has closed the window.
+    void CloseByUser() {
+        QCloseEvent event;
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(&console_->Window(), &event);
+    }
     QString Panel(int number) { return Find<QLabel>(("stbMain" + std::to_string(number)).c_str())->text(); }
     std::string SettingsText() {
         std::ifstream file(folder_ / "thlisten.ini", std::ios::binary);
@@ -155,8 +161,10 @@ TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
     QTest::mouseClick(List(0)->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     EXPECT_EQ(List(2)->ColumnWidth(1), 140);
     EXPECT_EQ(syslog->ColumnWidth(1), 100) << "the other channel keeps its own until the layout is made anew";
+    Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(1);
+    EXPECT_EQ(syslog->ColumnWidth(1), 100);
     boxes_.Answer = false;
-    console_->Window().close();
+    CloseByUser();
     EXPECT_TRUE(console_->Window().isVisible());
     EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"Are you sure you wish to close the console?"});
     EXPECT_NE(SettingsText().find("ColWidth2=2100\r\n"), std::string::npos) << SettingsText();
@@ -233,6 +241,36 @@ TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
     EXPECT_TRUE(boxes_.Shown.empty());
     EXPECT_FALSE(mailslots_.Slots.contains("TallyhornEngine")) << "the mailslot is closed";
     EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
+}
+
+TEST_F(ConsoleTest, LoggingOffAsksNothing) {
+    Start();
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    EXPECT_TRUE(console_->HasEnded());
+    EXPECT_TRUE(boxes_.Shown.empty());
+}
+
+/// The list is hidden meanwhile, and may be empty afterwards: neither hands the next key to another list.
+TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
+    Start();
+    for (const char* const type : {"Information", "Information", "Warning", "Error"})
+        Arrive("a", type);
+    Poll();
+    for (int element = 0; element < 3; ++element)
+        List(element)->selectAll();
+    MessageListView* const list = List(2);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      list->visualRect(list->model()->index(0, 0)).center());
+    ASSERT_TRUE(list->hasFocus());
+    for (int left = 1; left >= 0; --left) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+        EXPECT_EQ(list->model()->rowCount(), left);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+    EXPECT_EQ(List(1)->model()->rowCount(), 1);
+    EXPECT_EQ(List(0)->model()->rowCount(), 1);
 }
 
 TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {

@@ -86,6 +86,9 @@ TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
     EXPECT_EQ(list_.FindByDate("01/", 2), 0U);
     EXPECT_EQ(list_.FindByDate("0", 3), 0U) << "behind the last row comes the first";
     EXPECT_EQ(list_.FindByDate("x", 0), std::nullopt);
+    Add(3, Alarm("a", 62 * 86400 + 7200));
+    EXPECT_EQ(list_.FindByDate("03/04/1970 2", 0), 3U) << "as far as the hour";
+    EXPECT_EQ(list_.FindByDate("03/04/1970 12", 0), 2U);
     EXPECT_EQ(MessageList(rows_).FindByDate("0", 0), std::nullopt);
 }
 

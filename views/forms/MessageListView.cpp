@@ -21,6 +21,8 @@ constexpr int CellMargin = 4;
 constexpr int RowMargin = 4;
 /// So many cells are kept laid out a column; a screen shows some dozens.
 constexpr std::size_t CellTextsKept = 1000;
+/// No cell shows more of its text, however long a sender made it.
+constexpr std::size_t CellTextLength = 1000;
 
 }  // namespace
 
@@ -215,7 +217,8 @@ const QStaticText& MessageListView::CellText(int column, int width, std::string 
         return found->second;
     if (known.size() >= CellTextsKept)
         known.clear();
-    QStaticText laidOut(fontMetrics().elidedText(ToVisibleLine(text), Qt::ElideRight, width));
+    const QString line = ToVisibleLine(std::string_view(text).substr(0, CellTextLength));
+    QStaticText laidOut(fontMetrics().elidedText(line, Qt::ElideRight, width));
     laidOut.setTextFormat(Qt::PlainText);
     laidOut.setPerformanceHint(QStaticText::AggressiveCaching);
     laidOut.prepare({}, font());
@@ -263,8 +266,8 @@ void MessageListView::mouseMoveEvent(QMouseEvent* event) {
     scrollTo(model_.index(row, 0));
 }
 
-void MessageListView::mouseReleaseEvent(QMouseEvent* /*event*/) {
-    heldByMouse_ = false;
+void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
+    heldByMouse_ = event->buttons() != Qt::NoButton;
     emit MouseReleased();
 }
 
@@ -276,7 +279,7 @@ bool MessageListView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonPress)
         heldByMouse_ = true;
     if (event->type() == QEvent::MouseButtonRelease) {
-        heldByMouse_ = false;
+        heldByMouse_ = static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton;
         // The header has taken its new widths only after it has seen the release itself.
         if (watched == header_->viewport())
             QMetaObject::invokeMethod(this, &MessageListView::MouseReleased, Qt::QueuedConnection);
@@ -403,6 +406,9 @@ void MessageListView::RestoreCurrentRow() {
         const std::optional<std::size_t> position = List().PositionOf(slotBeforeReset_);
         SetCurrentRow(position ? static_cast<int>(*position) : std::min(rowBeforeReset_, RowCount() - 1));
         scrollTo(currentIndex());
+        // A range must not begin at a row that is gone.
+        if (!anchor_ || !List().PositionOf(*anchor_))
+            anchor_ = List().SlotAt(static_cast<std::size_t>(CurrentRow()));
     }
     viewport()->update();
 }

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
@@ -153,7 +154,7 @@ void frmServer::BuildPages() {
     tvwConsolidated->setAccessibleName(WithoutAccessKey(QString::fromLatin1(PageCaptions.back())));
     tvwConsolidated->setHeaderHidden(true);
     tvwConsolidated->setEnabled(false);
-    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::LayOut);
+    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
 }
 
 void frmServer::BuildStatusBar() {
@@ -249,11 +250,22 @@ void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
 }
 
 void frmServer::EnableList(ViewNumber view, bool enabled) {
-    ListView(view)->setEnabled(enabled);
+    MessageListView* const list = ListView(view);
+    // Else the focus would go on to the next list by itself, and the next key press would act on that.
+    if (!enabled && list->hasFocus())
+        tabMessageTypes->tabBar()->setFocus();
+    list->setEnabled(enabled);
 }
 
 void frmServer::ShowList(ViewNumber view, bool shown) {
-    ListView(view)->setVisible(shown);
+    MessageListView* const list = ListView(view);
+    if (!shown) {
+        focusBeforeHiding_ = list->hasFocus() ? list : nullptr;
+        tabMessageTypes->tabBar()->setFocus();
+    }
+    list->setVisible(shown);
+    if (shown && focusBeforeHiding_ == list)
+        list->setFocus();
 }
 
 void frmServer::EnablePollingTimer(bool enabled) {
@@ -290,8 +302,10 @@ void frmServer::CloseWithoutQuestion() {
 
 void frmServer::closeEvent(QCloseEvent* event) {
     event->ignore();
-    // From the title bar the event comes in the middle of whatever runs, and then waits its turn.
-    RunWhenIdle([this] { Close(true); });
+    // The window system brings the user's own wish; without it the event is part of the end of the session.
+    // Either may come in the middle of whatever runs, and then waits its turn.
+    const bool byUser = event->spontaneous();
+    RunWhenIdle([this, byUser] { Close(byUser); });
 }
 
 void frmServer::Close(bool byUser) {
@@ -323,7 +337,18 @@ void frmServer::changeEvent(QEvent* event) {
         LayOut();
 }
 
+/// The tabs have their height only once they are shown.
+void frmServer::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    QMetaObject::invokeMethod(this, &frmServer::LayOut, Qt::QueuedConnection);
+}
+
 void frmServer::LayOut() {
+    PlaceParts();
+    ApplyColumnWidths();
+}
+
+void frmServer::PlaceParts() {
     if (isMinimized() || received_ == nullptr)
         return;
     // Tool bar and status bar take what the layout leaves them; larger fonts make them larger than that.
@@ -353,10 +378,11 @@ void frmServer::LayOut() {
     }
     place(fraConsolidated, tvwConsolidated, Pixels(layout.FrameTops.front()) - pageTop,
           layout.ConsolidatedFrame, layout.Tree);
-    ApplyColumnWidths();
 }
 
 void frmServer::ApplyColumnWidths() {
+    if (isMinimized() || received_ == nullptr)
+        return;
     for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
         MessageListView* const list = ListView(view);
         const ColumnWidthArray widths = ListColumnWidths(columnWidths_, InTwips(list->width()));

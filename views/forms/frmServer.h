@@ -79,6 +79,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -98,6 +99,7 @@ private:
     void Close(bool byUser);
 
     void LayOut();
+    void PlaceParts();
     void ApplyColumnWidths();
     void KeepColumnWidths(ViewNumber view);
     MessageListView* ListView(ViewNumber view) const;
@@ -110,6 +112,7 @@ private:
     ProcessingCycle* cycle_ = nullptr;
     ColumnWidthArray columnWidths_{};
     std::vector<Command> waitingCommands_;
+    QWidget* focusBeforeHiding_ = nullptr;
     int workDepth_ = 0;  ///< how many pieces of work are under way, one inside the other
 
     QTabWidget* tabMessageTypes = nullptr;

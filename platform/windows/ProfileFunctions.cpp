@@ -41,7 +41,7 @@ public:
 
 }  // namespace
 
-std::unique_ptr<ProfileFunctions> MakeProfileFunctions() {
+std::unique_ptr<ProfileFunctions> MakeSystemProfileFunctions() {
     return std::make_unique<WindowsProfileFunctions>();
 }
 

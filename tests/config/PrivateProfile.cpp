@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "config/MakeProfileFunctions.h"
 #include "config/Settings.h"
 #include "config/TextProfileFunctions.h"
 #include "tests/config/TemporaryFolder.h"

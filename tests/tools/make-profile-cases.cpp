@@ -262,7 +262,7 @@ int main(int argc, char** argv) {
         std::cerr << "cannot create " << folder.string() << '\n';
         return 1;
     }
-    const auto functions = tallyhorn::MakeProfileFunctions();
+    const auto functions = tallyhorn::MakeSystemProfileFunctions();
     std::string output;
     for (std::size_t i = 0; i < cases.size(); ++i) {
         // A file of its own for each, since the system may keep what it read of the last.

@@ -1,0 +1,22 @@
+#include "platform/windows/OwnedHandle.h"
+
+#define NOMINMAX 1
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+namespace tallyhorn {
+
+OwnedHandle::~OwnedHandle() {
+    if (*this)
+        CloseHandle(handle_);
+}
+
+OwnedHandle::operator bool() const {
+    return handle_ != nullptr && handle_ != INVALID_HANDLE_VALUE;
+}
+
+std::int32_t OwnedHandle::Number() const {
+    return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(handle_));
+}
+
+}  // namespace tallyhorn

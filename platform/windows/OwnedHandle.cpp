@@ -1,7 +1,5 @@
 #include "platform/windows/OwnedHandle.h"
 
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 namespace tallyhorn {

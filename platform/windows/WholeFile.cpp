@@ -1,13 +1,11 @@
 #include "platform/WholeFile.h"
 
-#include "platform/windows/OwnedHandle.h"
-
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 #include <algorithm>
 #include <atomic>
+
+#include "platform/windows/OwnedHandle.h"
 
 namespace tallyhorn {
 namespace {

@@ -1,13 +1,11 @@
+#include <windows.h>
+
 #include <array>
 #include <vector>
 
 #include "platform/MailslotQueue.h"
 #include "platform/MailslotTransport.h"
 #include "platform/windows/OwnedHandle.h"
-
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
 
 namespace tallyhorn {
 namespace {

@@ -11,6 +11,7 @@
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
 #include "app/QuietParts.h"
+#include "config/MakeProfileFunctions.h"
 #include "platform/TerminationSignals.h"
 #include "views/forms/Pictures.h"
 

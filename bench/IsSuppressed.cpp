@@ -4,12 +4,12 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <filesystem>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "filters/SuppressionFilters.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {
@@ -77,7 +77,7 @@ struct Scene {
     void AddFilter(std::mt19937& random);
     void AddAlarm(std::mt19937& random);
 
-    std::filesystem::path Path;
+    TemporaryFolder Folder;
     SuppressionFilters Filters;
     std::vector<ReadyTests> ReadyFilters;
     std::vector<AlarmRecord> Alarms;
@@ -155,10 +155,7 @@ void Scene::AddAlarm(std::mt19937& random) {
     Alarms.push_back(std::move(alarm));
 }
 
-Scene::Scene()
-    : Path(std::filesystem::temp_directory_path() /
-           ("tallyhorn-bench-" + std::to_string(std::random_device()()) + ".dat")),
-      Filters(Path) {
+Scene::Scene() : Filters(Folder / "SavedFilters.dat") {
     std::mt19937 random(1);
     Filters.OpenFilterFile();
     while (ReadyFilters.size() < FilterTotal)
@@ -167,7 +164,6 @@ Scene::Scene()
         AddAlarm(random);
     Filters.LoadSuppressionFilters();
     Filters.CloseFilterFile();
-    std::filesystem::remove(Path);
 }
 
 const Scene& TheScene() {

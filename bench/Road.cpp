@@ -22,6 +22,7 @@
 
 #include "app/Console.h"
 #include "app/QuietParts.h"
+#include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/DemoFeed.h"

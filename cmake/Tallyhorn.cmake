@@ -21,25 +21,27 @@ if(TALLYHORN_SANITIZE)
   target_link_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE})
 endif()
 if(WIN32)
+  target_compile_definitions(tallyhorn_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
   target_link_options(tallyhorn_options INTERFACE -static)
 endif()
 
 # tallyhorn_library(NAME [libraries it may see]): every source of the folder that the
 # caller is in, as the static library tallyhorn_NAME.  Sources below linux/ and windows/
-# are taken for that system only.
+# are taken for that system only; main.cpp and tallyhorn-*.cpp are programs and left out.
 function(tallyhorn_library name)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  list(FILTER sources EXCLUDE REGEX "/(main|tallyhorn-[a-z]+)[.]cpp$")
   if(WIN32)
     file(GLOB system CONFIGURE_DEPENDS windows/*.cpp windows/*.h)
   else()
     file(GLOB system CONFIGURE_DEPENDS linux/*.cpp linux/*.h)
   endif()
-  if(sources MATCHES "[.]cpp" OR system)
-    add_library(tallyhorn_${name} STATIC ${sources} ${system})
-    target_link_libraries(tallyhorn_${name} PUBLIC tallyhorn_options)
-    target_link_libraries(tallyhorn_${name} PUBLIC ${ARGN})
-  else()
-    add_library(tallyhorn_${name} INTERFACE)
-    target_link_libraries(tallyhorn_${name} INTERFACE tallyhorn_options ${ARGN})
-  endif()
+  add_library(tallyhorn_${name} STATIC ${sources} ${system})
+  target_link_libraries(tallyhorn_${name} PUBLIC tallyhorn_options ${ARGN})
+endfunction()
+
+# The same of classes that Qt has to generate code for.
+function(tallyhorn_forms_library name)
+  set(CMAKE_AUTOMOC ON)
+  tallyhorn_library(${name} ${ARGN} Qt6::Widgets)
 endfunction()

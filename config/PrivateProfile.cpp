@@ -21,13 +21,13 @@ constexpr auto NamesTimeLimit = std::chrono::seconds(2);
 /// alone.
 constexpr auto NamesRetryPause = std::chrono::milliseconds(10);
 
-/// The step's result, or false where it threw.
+/// The step's result; where it threw, false, 0 or nothing.
 template <typename Step>
-bool Attempt(Step step) {
+auto Attempt(Step step) {
     try {
         return step();
     } catch (const std::exception&) {
-        return false;
+        return decltype(step())();
     }
 }
 
@@ -71,7 +71,6 @@ bool PrivateProfile::GetIntValue(const std::string& sectionName, const std::stri
     Attempt([&] {
         intValue = static_cast<std::int32_t>(functions_.GetPrivateProfileInt(
             sectionName.c_str(), keyName.c_str(), intValue, iniFileName_.c_str()));
-        return true;
     });
     return true;
 }
@@ -129,26 +128,17 @@ bool PrivateProfile::GetKeyNames(const std::string& sectionName, std::vector<std
         keyNames = ReadEntries(sectionName);
         for (std::string& entry : keyNames)
             entry.resize(std::min(entry.find('='), entry.size()));
-        return true;
     });
     return false;
 }
 
 bool PrivateProfile::GetEntries(const std::string& sectionName, std::vector<std::string>& entries) {
-    Attempt([&] {
-        entries = ReadEntries(sectionName);
-        return true;
-    });
+    Attempt([&] { entries = ReadEntries(sectionName); });
     return false;
 }
 
 std::int32_t PrivateProfile::GetNumEntriesInSection(const std::string& sectionName) {
-    std::int32_t count = 0;
-    Attempt([&] {
-        count = static_cast<std::int32_t>(ReadEntries(sectionName).size());
-        return true;
-    });
-    return count;
+    return Attempt([&] { return static_cast<std::int32_t>(ReadEntries(sectionName).size()); });
 }
 
 bool PrivateProfile::DeleteSection(const std::string& sectionNameToDelete) {

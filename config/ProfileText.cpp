@@ -37,25 +37,6 @@ std::optional<std::string_view> HeaderName(std::string_view line) {
     return CutAtNul(TrimBlanks(text.substr(1, close - 1)));
 }
 
-struct Entry {
-    std::string_view Name;
-    std::optional<std::string_view> Value;
-};
-
-/// The entry that a line is, as far as it is neither blank nor a comment.  The caller has ruled out headers.
-std::optional<Entry> ParseEntry(std::string_view line) {
-    const std::string_view text = TrimBlanks(line);
-    if (text.starts_with(';'))
-        return std::nullopt;
-    const std::size_t equals = text.find('=');
-    Entry entry{CutAtNul(TrimBlanks(text.substr(0, equals))), std::nullopt};
-    if (equals != std::string_view::npos)
-        entry.Value = CutAtNul(TrimBlanks(text.substr(equals + 1)));
-    else if (entry.Name.empty())
-        return std::nullopt;
-    return entry;
-}
-
 void AppendItem(std::string& list, std::string_view item) {
     list += item;
     list += '\0';
@@ -112,23 +93,42 @@ std::optional<ProfileText::Section> ProfileText::FindSection(std::string_view na
     return found;
 }
 
-std::optional<ProfileText::Line> ProfileText::FindKey(const Section& section, std::string_view key) const {
-    for (std::size_t at = section.Begin; at < section.End;) {
+std::optional<ProfileText::Entry> ProfileText::EntryOf(const Line& line) const {
+    const std::string_view text = TrimBlanks(TextOf(line));
+    if (text.starts_with(';'))
+        return std::nullopt;
+    const std::size_t equals = text.find('=');
+    Entry entry{line, CutAtNul(TrimBlanks(text.substr(0, equals))), std::nullopt};
+    if (equals != std::string_view::npos)
+        entry.Value = CutAtNul(TrimBlanks(text.substr(equals + 1)));
+    else if (entry.Name.empty())
+        return std::nullopt;
+    return entry;
+}
+
+template <typename Visit>
+void ProfileText::VisitEntries(const std::optional<Section>& section, Visit visit) const {
+    const Section lines = section.value_or(Section{});
+    for (std::size_t at = lines.Begin; at < lines.End;) {
         const Line line = LineAt(at);
         at = line.End;
-        const std::optional<Entry> entry = ParseEntry(TextOf(line));
-        if (entry && SameName(entry->Name, key))
-            return line;
+        if (const std::optional<Entry> entry = EntryOf(line))
+            visit(*entry);
     }
-    return std::nullopt;
+}
+
+std::optional<ProfileText::Entry> ProfileText::FindKey(const std::optional<Section>& section,
+                                                       std::string_view key) const {
+    std::optional<Entry> found;
+    VisitEntries(section, [&](const Entry& entry) {
+        if (!found && SameName(entry.Name, key))
+            found = entry;
+    });
+    return found;
 }
 
 std::optional<std::string> ProfileText::Value(std::string_view section, std::string_view key) const {
-    const std::optional<Section> found = FindSection(TrimBlanks(section));
-    const std::optional<Line> line = found ? FindKey(*found, TrimBlanks(key)) : std::nullopt;
-    if (!line)
-        return std::nullopt;
-    const std::optional<Entry> entry = ParseEntry(TextOf(*line));
+    const std::optional<Entry> entry = FindKey(FindSection(TrimBlanks(section)), TrimBlanks(key));
     if (!entry || !entry->Value)
         return std::nullopt;
     return std::string(UnquoteProfileValue(*entry->Value));
@@ -148,44 +148,29 @@ std::string ProfileText::SectionNames() const {
 
 std::string ProfileText::KeyNames(std::string_view section) const {
     std::string names;
-    const Section body = FindSection(section).value_or(Section{});
-    for (std::size_t at = body.Begin; at < body.End;) {
-        const Line line = LineAt(at);
-        at = line.End;
-        const std::optional<Entry> entry = ParseEntry(TextOf(line));
-        if (entry && entry->Value)
-            AppendItem(names, entry->Name);
-    }
+    VisitEntries(FindSection(section), [&](const Entry& entry) {
+        if (entry.Value)
+            AppendItem(names, entry.Name);
+    });
     return names;
 }
 
 std::string ProfileText::Entries(std::string_view section) const {
     std::string entries;
-    const Section body = FindSection(section).value_or(Section{});
-    for (std::size_t at = body.Begin; at < body.End;) {
-        const Line line = LineAt(at);
-        at = line.End;
-        const std::optional<Entry> entry = ParseEntry(TextOf(line));
-        if (!entry)
-            continue;
-        entries += entry->Name;
-        if (entry->Value) {
+    VisitEntries(FindSection(section), [&](const Entry& entry) {
+        entries += entry.Name;
+        if (entry.Value) {
             entries += '=';
-            entries += *entry->Value;
+            entries += *entry.Value;
         }
         entries += '\0';
-    }
+    });
     return entries;
 }
 
 std::size_t ProfileText::EndOfEntries(const Section& section) const {
     std::size_t end = section.Begin;
-    for (std::size_t at = section.Begin; at < section.End;) {
-        const Line line = LineAt(at);
-        at = line.End;
-        if (ParseEntry(TextOf(line)))
-            end = line.End;
-    }
+    VisitEntries(section, [&](const Entry& entry) { end = entry.Where.End; });
     return end;
 }
 
@@ -209,24 +194,24 @@ void ProfileText::SetValue(std::string_view section, std::string_view key, std::
         InsertLines(bytes_.size(), lines.append(NewLine));
         return;
     }
-    const std::optional<Line> line = FindKey(*found, TrimBlanks(key));
-    if (!line) {
+    const std::optional<Entry> entry = FindKey(found, TrimBlanks(key));
+    if (!entry) {
         InsertLines(EndOfEntries(*found), assignment.append(NewLine));
         return;
     }
-    const std::string_view text = TextOf(*line);
+    const Line& line = entry->Where;
+    const std::string_view text = TextOf(line);
     const std::size_t equals = text.find('=');
     std::string changed(equals == std::string_view::npos ? CutAtNul(text) : text.substr(0, equals));
     changed += '=';
     changed += value;
-    bytes_.replace(line->Begin, line->TextEnd - line->Begin, changed);
+    bytes_.replace(line.Begin, line.TextEnd - line.Begin, changed);
 }
 
 void ProfileText::DeleteKey(std::string_view section, std::string_view key) {
-    const std::optional<Section> found = FindSection(section);
-    const std::optional<Line> line = found ? FindKey(*found, key) : std::nullopt;
-    if (line)
-        bytes_.erase(line->Begin, line->End - line->Begin);
+    const std::optional<Entry> entry = FindKey(FindSection(section), key);
+    if (entry)
+        bytes_.erase(entry->Where.Begin, entry->Where.End - entry->Where.Begin);
 }
 
 void ProfileText::DeleteSection(std::string_view section) {

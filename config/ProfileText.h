@@ -58,11 +58,22 @@ private:
         std::size_t Begin;
         std::size_t End;
     };
+    /// The parts of an entry's line; they look into the text.
+    struct Entry {
+        Line Where;
+        std::string_view Name;
+        std::optional<std::string_view> Value;
+    };
 
     Line LineAt(std::size_t begin) const;
     std::string_view TextOf(const Line& line) const;
     std::optional<Section> FindSection(std::string_view name) const;
-    std::optional<Line> FindKey(const Section& section, std::string_view key) const;
+    /// Nothing for a blank line and a comment.  The caller has ruled out headers.
+    std::optional<Entry> EntryOf(const Line& line) const;
+    /// Hands the section's entries to `visit` in their order; none where there is no section.
+    template <typename Visit>
+    void VisitEntries(const std::optional<Section>& section, Visit visit) const;
+    std::optional<Entry> FindKey(const std::optional<Section>& section, std::string_view key) const;
     /// Where a new entry goes: behind the last one, so that a comment above the next section stays with it.
     std::size_t EndOfEntries(const Section& section) const;
     void InsertLines(std::size_t position, std::string lines);

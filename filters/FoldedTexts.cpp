@@ -32,7 +32,7 @@ FoldedTexts::Id FoldedTexts::Add(std::string_view text) {
     const Folded folded(text);
     Slot& slot = slots_[Locate(folded)];
     if (slot.Number == Unknown)
-        slot = {folded.Characters, folded.Size, folded.Hash, ++count_};
+        slot = {folded, ++count_};
     return slot.Number;
 }
 
@@ -46,9 +46,9 @@ std::size_t FoldedTexts::Locate(const Folded& text) const {
     const std::size_t mask = slots_.size() - 1;
     std::size_t place = text.Hash & mask;
     while (slots_[place].Number != Unknown) {
-        const Slot& slot = slots_[place];
-        if (slot.Hash == text.Hash && slot.Size == text.Size &&
-            std::memcmp(slot.Characters.data(), text.Characters.data(), text.Size) == 0)
+        const Folded& held = slots_[place].Text;
+        if (held.Hash == text.Hash && held.Size == text.Size &&
+            std::memcmp(held.Characters.data(), text.Characters.data(), text.Size) == 0)
             break;
         place = (place + 1) & mask;
     }
@@ -58,14 +58,9 @@ std::size_t FoldedTexts::Locate(const Folded& text) const {
 void FoldedTexts::Grow() {
     const std::vector<Slot> old =
         std::exchange(slots_, std::vector<Slot>(slots_.empty() ? FirstSlots : 2 * slots_.size()));
-    const std::size_t mask = slots_.size() - 1;
     for (const Slot& slot : old) {
-        if (slot.Number == Unknown)
-            continue;
-        std::size_t place = slot.Hash & mask;
-        while (slots_[place].Number != Unknown)
-            place = (place + 1) & mask;
-        slots_[place] = slot;
+        if (slot.Number != Unknown)
+            slots_[Locate(slot.Text)] = slot;
     }
 }
 

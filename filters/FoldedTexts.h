@@ -27,18 +27,17 @@ public:
     Id Count() const { return count_; }
 
 private:
-    /// A text in upper case on its way in; the bytes after its size are not set.
+    /// A text in upper case; the bytes after its size are not set.
     struct Folded {
+        Folded() = default;
         explicit Folded(std::string_view text);
-        std::array<char, MaxSize> Characters;
-        std::uint8_t Size;
-        std::uint32_t Hash;
-    };
-    /// One cache line, so that a look-up touches little more than one.
-    struct Slot {
         std::array<char, MaxSize> Characters;
         std::uint8_t Size = 0;
         std::uint32_t Hash = 0;
+    };
+    /// One cache line, so that a look-up touches little more than one.
+    struct Slot {
+        Folded Text;
         Id Number = Unknown;  ///< Unknown for a free slot
     };
 

@@ -41,7 +41,8 @@ public:
     /// Makes CurrentFilter the record that frees a slot; its dates stay.
     void ClearFilterRecord();
 
-    /// The empty record, then the filters in the file's order.
+    /// The empty record, then the filters in the file's order.  Matching reads a form of its own; this one is
+    /// for those who look at the filters that are in force, one by one.
     const std::vector<SuppressionFilter>& Table() const { return table_; }
 
     SuppressionFilter CurrentFilter;

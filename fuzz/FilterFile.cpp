@@ -10,15 +10,11 @@
 #include <string>
 
 #include "filters/SuppressionFilters.h"
+#include "fuzz/Require.h"
 #include "records/AnsiText.h"
 
 namespace tallyhorn {
 namespace {
-
-void Require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 AlarmRecord FixedAlarm() {
     AlarmRecord alarm;

@@ -4,11 +4,30 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <string>
 #include <string_view>
 
-#include "records/CanonicalText.h"
+#include "fuzz/Require.h"
 #include "records/EventTypes.h"
+
+namespace tallyhorn {
+namespace {
+
+/// A notification that carries the record's fields gives the same record.
+void RequireReadsBack(const AlarmRecord& alarm) {
+    const std::string text = "Date: \r\n\r\n\r\n(" + alarm.AlarmName + ")\r\n\r\n\r\n: " + alarm.LogType +
+                             "\r\n: " + alarm.Source + "\r\n: " + alarm.TypeOfEvent +
+                             "\r\n: " + alarm.Category + "\r\n: " + std::to_string(alarm.EventID) +
+                             "\r\n: " + alarm.AccountName + "\r\n: " + alarm.Computer +
+                             "\r\n: " + alarm.Description;
+    AlarmRecord read;
+    read.DateTime = alarm.DateTime;
+    ParseCurrentAlarm(text, read);
+    Require(read == alarm);
+}
+
+}  // namespace
+}  // namespace tallyhorn
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tallyhorn;
@@ -18,14 +37,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ParseCurrentAlarm(text, carried);
     AlarmRecord again = carried;
     ParseCurrentAlarm(text, again);
-    if (again != carried)
-        std::abort();
-    const std::int16_t list = EventTypeListIndex(carried.TypeOfEvent);
-    if (list < 0 || list >= EventListCount || EventTypeIconKey(carried.TypeOfEvent).empty())
-        std::abort();
-    if (ParseAlarmDate(FormatGeneralDate(carried.DateTime)) != carried.DateTime)
-        std::abort();
-    if (BuildMessageText(carried).size() < carried.Description.size())
-        std::abort();
+    Require(again == carried);
+    const std::string key = EventTypeIconKey(carried.TypeOfEvent);
+    Require(EventTypeListIndex(carried.TypeOfEvent) == ListForIconKey(key));
+    // A name for the screen stands for the same type.
+    Require(EventTypeIconKey(EventTypeDisplayName(carried.TypeOfEvent)) == key);
+    Require(ParseAlarmDate(FormatGeneralDate(carried.DateTime)) == carried.DateTime);
+    RequireReadsBack(carried);
     return 0;
 }

@@ -5,16 +5,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
+
+#include "fuzz/Require.h"
 
 namespace {
 
 using tallyhorn::ProfileText;
-
-void Require(bool holds) {
-    if (!holds)
-        std::abort();
-}
+using tallyhorn::Require;
 
 std::string TakeField(std::string_view& text) {
     const std::size_t end = std::min(text.find_first_of(std::string_view("|\n\r\0", 4)), text.size());

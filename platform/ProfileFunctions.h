@@ -34,7 +34,7 @@ public:
                                                    const char* file) = 0;
 };
 
-/// The system's own: Windows' functions there, the same behaviour over plain files elsewhere.
-std::unique_ptr<ProfileFunctions> MakeProfileFunctions();
+/// Windows' own; null on a system that has none.
+std::unique_ptr<ProfileFunctions> MakeSystemProfileFunctions();
 
 }  // namespace tallyhorn

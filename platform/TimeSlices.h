@@ -5,9 +5,9 @@
 
 namespace tallyhorn {
 
-/// Decides how often long work lets pending window events run: after every 10 ms of it, so that a flood is not
-/// slowed by repainting and the window still answers at once.  User-interface thread only; events that run
-/// inside may start work of their own and come back here.
+/// Decides how often long work lets pending window events run: after every 10 ms of it, so that a flood is
+/// not slowed by repainting and the window still answers at once.  User-interface thread only; events that
+/// run inside may start work of their own and come back here.
 class TimeSlices {
 public:
     TimeSlices(const Clock& clock, PendingEvents& events);

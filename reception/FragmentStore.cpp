@@ -5,7 +5,6 @@
 #include <chrono>
 #include <limits>
 #include <optional>
-#include <utility>
 
 namespace tallyhorn {
 namespace {

@@ -56,12 +56,12 @@ bool cvbMailslot::InitializeMailslot(std::string_view mailslotName, bool initSer
     Terminate();
     serverMode_ = initServer;
     mailslotName_ = mailslotName;
-    fullPath_ = std::string(MailslotPrefix) + mailslotName_;
+    const std::string path = std::string(MailslotPrefix) + mailslotName_;
     try {
         if (initServer)
-            server_ = transport_.Create(fullPath_, MaximumMessageSize);
+            server_ = transport_.Create(path, MaximumMessageSize);
         else
-            client_ = transport_.Open(fullPath_);
+            client_ = transport_.Open(path);
     } catch (const std::exception&) {
         return false;
     }
@@ -73,10 +73,11 @@ bool cvbMailslot::SendMessage(std::string_view message) {
                                                           : std::int16_t{1};
     if (message.size() < MaximumMessageSize)
         return client_ != nullptr && client_->Write(message);
-    return SendInParts(message);
+    SendInParts(message);
+    return true;
 }
 
-bool cvbMailslot::SendInParts(std::string_view message) const {
+void cvbMailslot::SendInParts(std::string_view message) const {
     // To the nearest: the length of a part is odd, so there are no halves.
     const std::size_t last = (message.size() + PartLength / 2) / PartLength;
     for (std::size_t index = 0; index <= last; ++index) {
@@ -87,7 +88,6 @@ bool cvbMailslot::SendInParts(std::string_view message) const {
         if (client_ == nullptr || !client_->Write(datagram))
             throw MailslotWriteError("A part of a long text could not be written to the mailslot.");
     }
-    return true;
 }
 
 std::int16_t cvbMailslot::CheckForMessages() {

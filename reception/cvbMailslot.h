@@ -14,6 +14,9 @@
 
 namespace tallyhorn {
 
+/// The mailslot that the engine sends to, and the console reads.
+inline constexpr std::string_view EngineMailslotName = "TallyhornEngine";
+
 /// A part of a long text that could not be written; the parts before it are on their way.
 class MailslotWriteError : public std::runtime_error {
 public:
@@ -54,7 +57,7 @@ public:
 private:
     using ReadBuffer = std::array<char, MaximumMessageSize>;
 
-    bool SendInParts(std::string_view message) const;
+    void SendInParts(std::string_view message) const;
     bool ReadNext(ReadBuffer& buffer);
     bool ReadWaiting(std::int16_t count, std::vector<std::string>& messages, std::size_t& placed);
 
@@ -63,7 +66,6 @@ private:
     std::unique_ptr<MailslotServer> server_;
     std::unique_ptr<MailslotClient> client_;
     std::string mailslotName_;
-    std::string fullPath_;
     bool serverMode_ = false;
     std::int16_t messageCounter_ = 0;
     FragmentStore fragments_;

@@ -1,6 +1,5 @@
 #include "tools/DemoFeed.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <utility>
 

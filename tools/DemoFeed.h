@@ -17,6 +17,8 @@ enum class DemoType { Information, Warning, Error, FailureAudit, SuccessAudit, O
 inline constexpr std::array<std::string_view, 6> DemoTypeNames = {"Information",   "Warning",       "Error",
                                                                   "Failure Audit", "Success Audit", "other"};
 
+/// Owns one made-up notification, whole, and tells which type of event it is.
+/// A plain value, safe in any one thread.
 struct DemoText {
     std::string Text;
     DemoType Type = DemoType::Information;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "reception/cvbMailslot.h"
+
 namespace tallyhorn {
 
 enum class SendMode { Text, File, Demo, Raw, Help, Version };
@@ -13,7 +15,7 @@ enum class SendMode { Text, File, Demo, Raw, Help, Version };
 /// What the command line of tallyhorn-send asks for.
 struct SendArguments {
     SendMode Mode = SendMode::Text;
-    std::string Mailslot = "TallyhornEngine";
+    std::string Mailslot{EngineMailslotName};
     std::string MailslotFolder;                ///< empty: the user's own
     std::string File;                          ///< "-" for standard input
     std::vector<std::string> Texts;            ///< one, or the datagrams; as given, not yet ANSI

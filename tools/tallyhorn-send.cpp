@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "platform/Clock.h"
-#include "platform/ConsoleProgram.h"
+#include "platform/CommandLineProgram.h"
 #include "platform/MailslotTransport.h"
 #include "reception/cvbMailslot.h"
 #include "records/AnsiText.h"

@@ -19,13 +19,15 @@ public:
     }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
-    ~FileDescriptor() {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-    }
+    ~FileDescriptor() { Close(); }
 
     int Get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
+    /// False where the system held back a write's failure until now.
+    bool Close() {
+        const int descriptor = std::exchange(descriptor_, -1);
+        return descriptor < 0 || close(descriptor) == 0;
+    }
 
 private:
     int descriptor_ = -1;

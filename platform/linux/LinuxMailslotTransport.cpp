@@ -66,6 +66,8 @@ bool RemoveStaleSocket(const std::string& path) {
     return S_ISSOCK(status.st_mode) && unlink(path.c_str()) == 0;
 }
 
+/// Owns the socket that sends to one mailslot, and refuses what is longer than the mailslot takes.
+/// Any one thread may call it.
 class LinuxMailslotClient final : public MailslotClient {
 public:
     LinuxMailslotClient(FileDescriptor socket, std::size_t maximumSize)

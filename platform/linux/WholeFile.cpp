@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "platform/linux/FileDescriptor.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -20,28 +22,6 @@ constexpr int MostLinks = 40;
 constexpr int MostAttempts = 100;
 /// Read at once behind what the file's size promised.
 constexpr std::size_t MoreRoom = 65536;
-
-/// An open file, closed at the end of its scope.
-/// Used by the thread that made it.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { Close(); }
-
-    int Number() const { return number_; }
-    bool IsOpen() const { return number_ >= 0; }
-    /// False where the system held back a write's failure until now.
-    bool Close() {
-        const int number = number_;
-        number_ = -1;
-        return number < 0 || close(number) == 0;
-    }
-
-private:
-    int number_;
-};
 
 bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -90,12 +70,12 @@ bool KeepPermissions(int file, const struct stat& old) {
 }
 
 /// Creates a file under a name that is free; after a crash some names may not be.
-int CreateTemporary(const fs::path& target, fs::path& temporary) {
-    int file = -1;
-    for (int i = 0; i < MostAttempts && file < 0; ++i) {
+FileDescriptor CreateTemporary(const fs::path& target, fs::path& temporary) {
+    FileDescriptor file;
+    for (int i = 0; i < MostAttempts && !file; ++i) {
         temporary = TemporaryName(target);
-        file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (file < 0 && errno != EEXIST)
+        file = FileDescriptor(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (!file && errno != EEXIST)
             break;
     }
     return file;
@@ -105,11 +85,11 @@ int CreateTemporary(const fs::path& target, fs::path& temporary) {
 std::optional<fs::path> WriteTemporary(const fs::path& target, const struct stat* old,
                                        std::string_view bytes) {
     fs::path temporary;
-    Descriptor file(CreateTemporary(target, temporary));
-    if (!file.IsOpen())
+    FileDescriptor file = CreateTemporary(target, temporary);
+    if (!file)
         return std::nullopt;
-    const bool written = (old == nullptr || KeepPermissions(file.Number(), *old)) &&
-                         WriteAll(file.Number(), bytes) && fsync(file.Number()) == 0;
+    const bool written = (old == nullptr || KeepPermissions(file.Get(), *old)) &&
+                         WriteAll(file.Get(), bytes) && fsync(file.Get()) == 0;
     if (file.Close() && written)
         return temporary;
     unlink(temporary.c_str());
@@ -119,27 +99,27 @@ std::optional<fs::path> WriteTemporary(const fs::path& target, const struct stat
 /// Makes the renaming itself last.  Some file systems cannot; the content is safe by then.
 void SyncFolder(const fs::path& path) {
     const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-    const Descriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file.IsOpen())
-        fsync(file.Number());
+    const FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (file)
+        fsync(file.Get());
 }
 
 }  // namespace
 
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes) {
     bytes.clear();
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.IsOpen())
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file)
         return errno == ENOENT ? ReadOutcome::Missing : ReadOutcome::Failed;
     struct stat status {};
-    if (fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
         return ReadOutcome::Failed;
     // The size is a guess at what will be read: the file may change meanwhile.
     std::size_t room = std::min(static_cast<std::size_t>(status.st_size), maximum) + 1;
     while (true) {
         const std::size_t filled = bytes.size();
         bytes.resize(filled + room);
-        const ssize_t count = read(file.Number(), bytes.data() + filled, room);
+        const ssize_t count = read(file.Get(), bytes.data() + filled, room);
         bytes.resize(filled + (count > 0 ? static_cast<std::size_t>(count) : 0));
         if (count == 0)
             return ReadOutcome::Complete;

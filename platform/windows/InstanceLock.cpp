@@ -1,19 +1,16 @@
 #include "platform/InstanceLock.h"
 
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 #include <utility>
 
+#include "platform/windows/OwnedHandle.h"
+
 namespace tallyhorn {
 
 struct InstanceLock::Held {
-    HANDLE Mutex;
     explicit Held(HANDLE mutex) : Mutex(mutex) {}
-    ~Held() { CloseHandle(Mutex); }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
+    const OwnedHandle Mutex;
 };
 
 InstanceLock::InstanceLock(std::string name, std::string folder)
@@ -26,14 +23,13 @@ bool InstanceLock::Acquire() {
         return true;
     // "Local\" is the log-on session's own name space.
     HANDLE mutex = CreateMutexA(nullptr, FALSE, ("Local\\" + name_).c_str());
-    const bool taken = GetLastError() == ERROR_ALREADY_EXISTS;
+    const DWORD error = GetLastError();
     if (mutex == nullptr)
-        return GetLastError() != ERROR_ACCESS_DENIED;
-    if (taken) {
-        CloseHandle(mutex);
+        return error != ERROR_ACCESS_DENIED;
+    auto held = std::make_unique<Held>(mutex);
+    if (error == ERROR_ALREADY_EXISTS)
         return false;
-    }
-    held_ = std::make_unique<Held>(mutex);
+    held_ = std::move(held);
     return true;
 }
 

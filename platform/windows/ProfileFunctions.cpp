@@ -1,7 +1,5 @@
 #include "platform/ProfileFunctions.h"
 
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 // The methods bear the names that the header gives to its "A" functions by macro.
@@ -41,7 +39,7 @@ public:
 
 }  // namespace
 
-std::unique_ptr<ProfileFunctions> MakeProfileFunctions() {
+std::unique_ptr<ProfileFunctions> MakeSystemProfileFunctions() {
     return std::make_unique<WindowsProfileFunctions>();
 }
 

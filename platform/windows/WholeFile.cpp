@@ -1,33 +1,14 @@
 #include "platform/WholeFile.h"
 
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 #include <algorithm>
 #include <atomic>
 
+#include "platform/windows/OwnedHandle.h"
+
 namespace tallyhorn {
 namespace {
-
-/// An open file, closed at the end of its scope.
-/// Used by the thread that made it.
-class FileHandle {
-public:
-    explicit FileHandle(HANDLE handle) : handle_(handle) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() {
-        if (IsOpen())
-            CloseHandle(handle_);
-    }
-
-    HANDLE Get() const { return handle_; }
-    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-
-private:
-    HANDLE handle_;
-};
 
 constexpr DWORD LargestPiece = DWORD{1} << 20U;
 
@@ -50,19 +31,19 @@ std::string TemporaryName(const std::string& path) {
 }
 
 bool WriteTemporary(const std::string& temporary, std::string_view bytes) {
-    const FileHandle file(CreateFileA(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-    return file.IsOpen() && WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) != 0;
+    const OwnedHandle file(CreateFileA(temporary.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) != 0;
 }
 
 }  // namespace
 
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes) {
     bytes.clear();
-    const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file.IsOpen())
+    const OwnedHandle file(CreateFileA(path.c_str(), GENERIC_READ,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
         return GetLastError() == ERROR_FILE_NOT_FOUND ? ReadOutcome::Missing : ReadOutcome::Failed;
     if (GetFileType(file.Get()) != FILE_TYPE_DISK)
         return ReadOutcome::Failed;

@@ -1,34 +1,14 @@
-#include <algorithm>
+#include <windows.h>
+
 #include <array>
 #include <vector>
 
 #include "platform/MailslotQueue.h"
 #include "platform/MailslotTransport.h"
-
-#define NOMINMAX 1
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "platform/windows/OwnedHandle.h"
 
 namespace tallyhorn {
 namespace {
-
-/// Owns a handle that is not INVALID_HANDLE_VALUE.
-class OwnedHandle {
-public:
-    explicit OwnedHandle(HANDLE handle) : handle_(handle) {}
-    ~OwnedHandle() { CloseHandle(handle_); }
-    OwnedHandle(const OwnedHandle&) = delete;
-    OwnedHandle& operator=(const OwnedHandle&) = delete;
-
-    HANDLE Get() const { return handle_; }
-    /// Handles have 32 significant bits on every Windows.
-    std::int32_t Number() const {
-        return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(handle_));
-    }
-
-private:
-    const HANDLE handle_;
-};
 
 /// Owns the mailslot and the texts that it has taken out of it.  They are taken whenever somebody asks how
 /// many wait, and counted here: a count that holds on every system, and a sender that finds room again.
@@ -84,6 +64,8 @@ private:
     MailslotQueue queue_;
 };
 
+/// Owns one connection to a mailslot; the system itself refuses what is too long for it.
+/// Any one thread may call it.
 class WindowsMailslotClient final : public MailslotClient {
 public:
     explicit WindowsMailslotClient(HANDLE handle) : handle_(handle) {}
@@ -100,6 +82,8 @@ private:
     const OwnedHandle handle_;
 };
 
+/// The system's own mailslots; owns nothing.
+/// Any one thread may call it.
 class WindowsMailslotTransport final : public MailslotTransport {
 public:
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override {

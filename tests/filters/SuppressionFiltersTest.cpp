@@ -7,7 +7,8 @@
 
 #include "filters/SuppressionFilters.h"
 #include "records/AnsiText.h"
-#include "tests/filters/ScratchFolder.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {
@@ -53,7 +54,7 @@ protected:
         filters_.LoadSuppressionFilters();
     }
 
-    ScratchFolder folder_;
+    TemporaryFolder folder_;
     std::filesystem::path path_ = folder_ / "SavedFilters.dat";
     SuppressionFilters filters_{path_};
 };
@@ -80,7 +81,7 @@ TEST_F(SuppressionFiltersTest, LoadsWhatTheBytesOfTheFileHold) {
     };
     for (const Case& oneCase : cases) {
         SCOPED_TRACE(oneCase.Name);
-        WriteWholeFile(path_, oneCase.Bytes);
+        WriteBytes(path_, oneCase.Bytes);
         Start();
         EXPECT_EQ(TableNames(filters_), oneCase.Table);
         EXPECT_EQ(filters_.FilterCount, static_cast<std::int32_t>(oneCase.Table.size()) - 1);
@@ -98,18 +99,18 @@ TEST_F(SuppressionFiltersTest, CreatesAMissingFileAndKeepsItOnReopening) {
     EXPECT_TRUE(filters_.WriteFilterRecord(1));
     Start();
     EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
-    EXPECT_EQ(ReadWholeFile(path_), SlotOf(FilterOn("A", "a")));
+    EXPECT_EQ(ReadBytes(path_), SlotOf(FilterOn("A", "a")));
 }
 
 TEST_F(SuppressionFiltersTest, WritesSlotsInPlaceAndAfterTheLast) {
-    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")) + SlotOf(FilterOn("B", "b")).substr(0, 236));
+    WriteBytes(path_, SlotOf(FilterOn("A", "a")) + SlotOf(FilterOn("B", "b")).substr(0, 236));
     Start();
     EXPECT_EQ(CountSlots(filters_), 2);
     filters_.CurrentFilter = FilterOn("C", "c");
     EXPECT_TRUE(filters_.WriteFilterRecord(3));
     filters_.CurrentFilter = FilterOn("D", "d");
     EXPECT_TRUE(filters_.WriteFilterRecord(1));
-    EXPECT_EQ(ReadWholeFile(path_),
+    EXPECT_EQ(ReadBytes(path_),
               SlotOf(FilterOn("D", "d")) + SlotOf(FilterOn("B", "b")) + SlotOf(FilterOn("C", "c")));
 
     // The table is the loaded one until the next load.
@@ -129,7 +130,7 @@ TEST_F(SuppressionFiltersTest, FreesASlotButKeepsItsPlaceAndDates) {
     dated.Category = "x";
     dated.AccountName = "x";
     dated.Computer = "x";
-    WriteWholeFile(path_, SlotOf(dated) + SlotOf(FilterOn("B", "b")));
+    WriteBytes(path_, SlotOf(dated) + SlotOf(FilterOn("B", "b")));
     Start();
     ASSERT_TRUE(filters_.ReadFilterRecord(1));
     filters_.ClearFilterRecord();
@@ -138,13 +139,13 @@ TEST_F(SuppressionFiltersTest, FreesASlotButKeepsItsPlaceAndDates) {
     SuppressionFilter blank;
     blank.BeginDate = 2.5;
     blank.EndDate = 3.5;
-    EXPECT_EQ(ReadWholeFile(path_), SlotOf(blank) + SlotOf(FilterOn("B", "b")));
+    EXPECT_EQ(ReadBytes(path_), SlotOf(blank) + SlotOf(FilterOn("B", "b")));
     Start();
     EXPECT_EQ(TableNames(filters_), (std::vector<std::string>{"", "B"}));
 }
 
 TEST_F(SuppressionFiltersTest, LeavesTheCurrentFilterWhereNoRecordIs) {
-    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")));
+    WriteBytes(path_, SlotOf(FilterOn("A", "a")));
     Start();
     for (const std::int32_t record : {0, -1, 2, INT32_MAX, INT32_MIN}) {
         EXPECT_FALSE(filters_.ReadFilterRecord(record)) << record;
@@ -152,12 +153,12 @@ TEST_F(SuppressionFiltersTest, LeavesTheCurrentFilterWhereNoRecordIs) {
     }
     EXPECT_FALSE(filters_.WriteFilterRecord(0));
     EXPECT_TRUE(filters_.ReadFilterRecord(1));
-    EXPECT_EQ(ReadWholeFile(path_), SlotOf(FilterOn("A", "a")));
+    EXPECT_EQ(ReadBytes(path_), SlotOf(FilterOn("A", "a")));
 }
 
 TEST_F(SuppressionFiltersTest, StaysEmptyWhereNoFileCanBe) {
     std::filesystem::create_directory(path_);
-    SuppressionFilters noFolder(folder_ / "missing" / "SavedFilters.dat");
+    SuppressionFilters noFolder(folder_ / "missing/SavedFilters.dat");
     for (SuppressionFilters* filters : {&filters_, &noFolder}) {
         filters->OpenFilterFile();
         filters->LoadSuppressionFilters();
@@ -171,7 +172,7 @@ TEST_F(SuppressionFiltersTest, StaysEmptyWhereNoFileCanBe) {
 }
 
 TEST_F(SuppressionFiltersTest, ReadsAFileThatItMayNotWrite) {
-    WriteWholeFile(path_, SlotOf(FilterOn("A", "a")));
+    WriteBytes(path_, SlotOf(FilterOn("A", "a")));
     std::filesystem::permissions(path_, std::filesystem::perms::owner_read);
     Start();
     EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
@@ -186,7 +187,7 @@ TEST_F(SuppressionFiltersTest, LoadsRandomBytesUpToItsLimit) {
         const std::uint32_t value = static_cast<std::uint32_t>(random());
         std::memcpy(bytes.data() + i, &value, 4);
     }
-    WriteWholeFile(path_, bytes);
+    WriteBytes(path_, bytes);
     Start();
     EXPECT_EQ(filters_.FilterCount, SuppressionFilters::MaxRecords);
     EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));

@@ -12,6 +12,7 @@
 
 #include "app/Console.h"
 #include "app/QuietParts.h"
+#include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakeWindow.h"

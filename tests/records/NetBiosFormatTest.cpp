@@ -1,22 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "records/CanonicalText.h"
 #include "records/NetBiosFormat.h"
+#include "tests/fakes/FileBytes.h"
 
 namespace tallyhorn {
 namespace {
 
 using namespace std::string_literals;
 
-std::string ReadData(const std::string& name) {
-    std::ifstream file(std::string(TALLYHORN_TEST_DATA) + "/" + name, std::ios::binary);
-    EXPECT_TRUE(file) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+constexpr const char* LogonFailed = TALLYHORN_TEST_DATA "/netbios-logon-failed.txt";
 
 AlarmRecord Before() {
     return {AlarmDate{1}, "name", "log", "source", "type", "category", 42, "ACCOUNT", "COMPUTER", "text"};
@@ -29,7 +24,7 @@ AlarmRecord Parsed(const std::string& text) {
 }
 
 TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
-    const AlarmRecord alarm = Parsed(ReadData("netbios-logon-failed.txt"));
+    const AlarmRecord alarm = Parsed(ReadBytes(LogonFailed));
     EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
     EXPECT_EQ(alarm.AlarmName, "Logon failed (network) twice");
     EXPECT_EQ(alarm.LogType, "Security");
@@ -95,7 +90,7 @@ TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
 }
 
 TEST(ParseCurrentAlarm, TakesWhatACutTextHolds) {
-    const std::string text = ReadData("netbios-logon-failed.txt");
+    const std::string text = ReadBytes(LogonFailed);
     const AlarmRecord whole = Parsed(text);
     for (std::size_t length = 0; length < text.size(); ++length) {
         if (text[std::max<std::size_t>(length, 1) - 1] == '\r')

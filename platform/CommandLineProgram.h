@@ -2,7 +2,7 @@
 
 namespace tallyhorn {
 
-// What a program without windows needs of its system.  Called from the main thread.
+// What a program of the command line needs of its system.  Called from the main thread.
 
 /// Whether the arguments of `main` are UTF-8; otherwise they are ANSI.
 bool ArgumentsAreUtf8();

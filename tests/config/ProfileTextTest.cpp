@@ -1,10 +1,10 @@
-#include "config/ProfileText.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
 
-namespace tallyhorn::test {
+#include "config/ProfileText.h"
+
+namespace tallyhorn {
 namespace {
 
 /// The bytes that mean something to the profile text, and letters with two cases.
@@ -123,4 +123,4 @@ TEST(ProfileText, WorkIsLinear) {
 }
 
 }  // namespace
-}  // namespace tallyhorn::test
+}  // namespace tallyhorn

@@ -1,33 +1,18 @@
-#include "config/PrivateProfile.h"
-
 #include <gmock/gmock.h>
 
+#include "config/MakeProfileFunctions.h"
+#include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "config/TextProfileFunctions.h"
-#include "tests/config/TemporaryFolder.h"
-#include "tests/tools/ProfileCase.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
 
-namespace tallyhorn::test {
+namespace tallyhorn {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-/// Stands still but for sleeping, and for a step at each look where a test wants one.
-class SteppingClock final : public Clock {
-public:
-    TimePoint Now() const override { return now_ += Step; }
-    void Sleep(std::chrono::milliseconds time) override {
-        now_ += time;
-        ++Sleeps;
-    }
-
-    std::chrono::milliseconds Step{0};
-    int Sleeps = 0;
-
-private:
-    mutable TimePoint now_;
-};
 
 /// The class over each back end that the system has.
 class PrivateProfileTest : public ::testing::TestWithParam<const char*> {
@@ -50,7 +35,7 @@ protected:
     const std::filesystem::path path_ = folder_ / "thlisten.ini";
     const std::unique_ptr<ProfileFunctions> functions_ =
         GetParam() == std::string("text") ? std::make_unique<TextProfileFunctions>() : MakeProfileFunctions();
-    SteppingClock clock_;
+    FakeClock clock_;
     PrivateProfile profile_{*functions_, clock_};
 };
 
@@ -119,12 +104,12 @@ TEST_P(PrivateProfileTest, SectionNamesThatOutgrowTheFirstBuffers) {
     EXPECT_TRUE(profile_.GetSectionNames(names));
     ASSERT_EQ(names.size(), 300U);
     EXPECT_EQ(names[299], "section299");
-    EXPECT_EQ(clock_.Sleeps, 0);
+    EXPECT_EQ(clock_.Slept.count(), 0);
 }
 
 TEST_P(PrivateProfileTest, SectionNamesStopGrowingWhenTimeIsUp) {
     Fill("[" + std::string(300, 'a') + "]\r\n[b]\r\n");
-    clock_.Step = std::chrono::seconds(2);
+    clock_.PerLook = std::chrono::seconds(2);
     std::vector<std::string> names;
     EXPECT_TRUE(profile_.GetSectionNames(names));
     EXPECT_THAT(names, IsEmpty()) << "the one name in the first buffer is cut";
@@ -157,7 +142,7 @@ TEST_P(PrivateProfileTest, DeletesAndEmpties) {
     EXPECT_EQ(Text("s", "b") + Text("t", "c"), "3");
     EXPECT_TRUE(profile_.CreateINIFile());
     EXPECT_EQ(std::filesystem::file_size(path_), 0U);
-    profile_.SetINIFileName((folder_ / "thlisten.ini/below").string());
+    profile_.SetINIFileName(folder_ / "thlisten.ini/below");
     EXPECT_FALSE(profile_.CreateINIFile());
 }
 
@@ -181,7 +166,7 @@ TEST(PrivateProfile, NothingIsThrown) {
             throw std::bad_alloc();
         }
     } functions;
-    SteppingClock clock;
+    FakeClock clock;
     PrivateProfile profile(functions, clock);
     std::string text = "before";
     std::int32_t number = 9;
@@ -238,4 +223,4 @@ TEST_P(PrivateProfileTest, SizesAreWrittenAndNothingElse) {
 }
 
 }  // namespace
-}  // namespace tallyhorn::test
+}  // namespace tallyhorn

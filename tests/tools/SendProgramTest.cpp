@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <future>
 #include <numeric>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "platform/Clock.h"
 #include "reception/cvbMailslot.h"
+#include "tests/fakes/FileBytes.h"
 #include "tests/fakes/TestMailslot.h"
 
 namespace tallyhorn {
@@ -39,12 +38,8 @@ protected:
         command += redirection + " >\"" + (slot_.Home / "out") + "\" 2>\"" + (slot_.Home / "err") + '"';
         const int status = std::system(command.c_str());
         constexpr int MostOfAByte = 255;
-        return {status > MostOfAByte ? status >> 8 : status, FileText("out"), FileText("err")};
-    }
-    std::string FileText(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(slot_.Home / name).rdbuf();
-        return text.str();
+        return {status > MostOfAByte ? status >> 8 : status, ReadBytes(slot_.Home / "out"),
+                ReadBytes(slot_.Home / "err")};
     }
     Texts ReadAll(std::int16_t count) {
         EXPECT_TRUE(Eventually([&] { return mailslot_.CheckForMessages() >= count; }));
@@ -80,7 +75,7 @@ TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
     std::string bytes = "first line\r\nsecond\n\x1A";
     for (int byte = 1; byte < 256; ++byte)
         bytes += static_cast<char>(byte);
-    std::ofstream(slot_.Home / "text", std::ios::binary) << bytes;
+    WriteBytes(slot_.Home / "text", bytes);
     EXPECT_EQ(Send({"--file", slot_.Home / "text"}).Status, 0);
     EXPECT_EQ(Send({"--file", "-"}, " <\"" + (slot_.Home / "text") + '"').Status, 0);
     EXPECT_EQ(ReadAll(2), (Texts{bytes, bytes}));

@@ -1,12 +1,14 @@
-// Holds the text code against what Wine's profile functions answered (tests/tools/make-profile-cases.cpp).
+// Holds the text code against what Wine's profile functions answered (tests/data/make-profile-cases.cpp).
 
 #include <gtest/gtest.h>
 
-#include "config/TextProfileFunctions.h"
-#include "tests/config/TemporaryFolder.h"
-#include "tests/tools/ProfileCase.h"
+#include <fstream>
 
-namespace tallyhorn::test {
+#include "config/TextProfileFunctions.h"
+#include "tests/data/ProfileCase.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
 namespace {
 
 using namespace std::string_literals;
@@ -73,8 +75,8 @@ TEST(ProfileCases, TextCodeAnswersAsWindows) {
 /// That the recorded answers are still the ones given where they come from.
 TEST(ProfileCases, SystemAnswersAsRecorded) {
     const TemporaryFolder folder;
-    const std::unique_ptr<ProfileFunctions> functions = MakeProfileFunctions();
-    if (dynamic_cast<const TextProfileFunctions*>(functions.get()) != nullptr)
+    const std::unique_ptr<ProfileFunctions> functions = MakeSystemProfileFunctions();
+    if (functions == nullptr)
         GTEST_SKIP() << "this system has no profile functions of its own";
     int number = 0;
     for (const ProfileCase& one : ReadCases()) {
@@ -87,4 +89,4 @@ TEST(ProfileCases, SystemAnswersAsRecorded) {
 }
 
 }  // namespace
-}  // namespace tallyhorn::test
+}  // namespace tallyhorn

@@ -5,11 +5,12 @@
 #include <iostream>
 #include <random>
 
-#include "tests/tools/ProfileCase.h"
+#include "tests/data/ProfileCase.h"
+#include "tests/fakes/TemporaryFolder.h"
 
 namespace {
 
-using tallyhorn::test::ProfileCase;
+using tallyhorn::ProfileCase;
 using Text = std::optional<std::string>;
 
 constexpr std::int32_t BufferSize = 256;
@@ -256,21 +257,15 @@ int main(int argc, char** argv) {
     for (std::size_t i = 0; i < DrawnCases; ++i)
         cases.push_back(DrawCase(draw));
 
-    const auto folder =
-        std::filesystem::temp_directory_path() / ("profile-cases-" + std::to_string(std::random_device{}()));
-    if (!std::filesystem::create_directory(folder)) {
-        std::cerr << "cannot create " << folder.string() << '\n';
-        return 1;
-    }
-    const auto functions = tallyhorn::MakeProfileFunctions();
+    const tallyhorn::TemporaryFolder folder;
+    const auto functions = tallyhorn::MakeSystemProfileFunctions();
     std::string output;
     for (std::size_t i = 0; i < cases.size(); ++i) {
         // A file of its own for each, since the system may keep what it read of the last.
         cases[i].Answer = RunCase(*functions, cases[i], folder / (std::to_string(i) + ".ini"));
         output += FormatCase(cases[i]) + '\n';
     }
-    std::filesystem::remove_all(folder);
-    tallyhorn::test::WriteBytes(argv[1], output);
+    tallyhorn::WriteBytes(argv[1], output);
     std::cout << cases.size() << " cases\n";
     return 0;
 }

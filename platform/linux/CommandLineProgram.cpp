@@ -1,4 +1,4 @@
-#include "platform/ConsoleProgram.h"
+#include "platform/CommandLineProgram.h"
 
 #include <atomic>
 #include <csignal>

@@ -1,11 +1,10 @@
-#include "platform/ConsoleProgram.h"
+#include "platform/CommandLineProgram.h"
 
 #include <fcntl.h>
 #include <io.h>
 
 #include <atomic>
 #include <csignal>
-#include <cstdio>
 
 namespace tallyhorn {
 namespace {

@@ -4,16 +4,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/ProfileFunctions.h"
+#include "tests/fakes/FileBytes.h"
 
-namespace tallyhorn::test {
+namespace tallyhorn {
 
 /// One call of a profile function on a file of known content, and what it answered; a line of
 /// tests/data/profile-cases.tsv.  A missing text stands for a null pointer.
@@ -97,16 +96,6 @@ inline std::optional<ProfileCase> ParseCase(std::string_view line) {
                        Unescape(fields[6])};
 }
 
-inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc)
-        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-inline std::string ReadBytes(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// The count, and the buffer's bytes up to and with the NUL behind them.
 inline std::string FormatBuffer(std::uint32_t count, const std::string& buffer) {
     return std::to_string(count) + ':' + buffer.substr(0, count + 1);
@@ -164,4 +153,4 @@ inline std::string RunCase(ProfileFunctions& functions, const ProfileCase& one,
     return "no such operation";
 }
 
-}  // namespace tallyhorn::test
+}  // namespace tallyhorn

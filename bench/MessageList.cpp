@@ -80,10 +80,7 @@ void DeleteScattered(benchmark::State& state) {
             list->List.Select(i, i, true);
         const auto selected = static_cast<double>(list->List.SelectedCount());
         const auto start = std::chrono::steady_clock::now();
-        const std::vector<Slot> slots = list->List.SelectedSlots();
-        list->List.RemoveSelected();
-        for (const Slot slot : slots)
-            list->Rows.Remove(slot);
+        list->Rows.Remove(list->List.RemoveSelected());
         const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
         state.SetIterationTime(time.count() / selected);
     }

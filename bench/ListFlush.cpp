@@ -25,14 +25,14 @@ constexpr int CellMargin = 4;
 constexpr int IconSide = 16;
 
 const std::vector<AlarmRecord>& Alarms() {
-    static const std::vector<AlarmRecord> alarms = [] {
+    static const std::vector<AlarmRecord> Parsed = [] {
         DemoFeed feed(1);
         std::vector<AlarmRecord> made(20'000);
         for (AlarmRecord& alarm : made)
             ParseCurrentAlarm(feed.Next().Text, alarm);
         return made;
     }();
-    return alarms;
+    return Parsed;
 }
 
 constexpr std::array<int, SizedColumnCount> Widths = {276, 264, 180, 252, 180};

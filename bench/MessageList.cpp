@@ -24,14 +24,14 @@ constexpr int AddedRows = 5000;
 
 /// Lifelike notifications, parsed beforehand.
 const std::vector<AlarmRecord>& Alarms() {
-    static const std::vector<AlarmRecord> alarms = [] {
+    static const std::vector<AlarmRecord> Parsed = [] {
         DemoFeed feed(1);
         std::vector<AlarmRecord> made(TextCount);
         for (AlarmRecord& alarm : made)
             ParseCurrentAlarm(feed.Next().Text, alarm);
         return made;
     }();
-    return alarms;
+    return Parsed;
 }
 
 /// One list with `size` rows in it whose dates and alarms are mixed.
@@ -80,10 +80,7 @@ void DeleteScattered(benchmark::State& state) {
             list->List.Select(i, i, true);
         const auto selected = static_cast<double>(list->List.SelectedCount());
         const auto start = std::chrono::steady_clock::now();
-        const std::vector<Slot> slots = list->List.SelectedSlots();
-        list->List.RemoveSelected();
-        for (const Slot slot : slots)
-            list->Rows.Remove(slot);
+        list->Rows.Remove(list->List.RemoveSelected());
         const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
         state.SetIterationTime(time.count() / selected);
     }

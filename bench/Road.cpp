@@ -2,6 +2,7 @@
 // without a screen: the processor time of a text, and how soon a click is answered meanwhile.
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -52,6 +53,8 @@ public:
         setenv("XDG_RUNTIME_DIR", folder_.Path().c_str(), 1);
         if (pipe(start_.data()) != 0)
             std::abort();
+        // Nor what an earlier run gave back to the allocator.
+        malloc_trim(0);
         sender_ = fork();
         if (sender_ == 0)
             SendAndExit(count, rate);

@@ -45,7 +45,7 @@ std::int64_t LastSecond(const SuppressionFilter& filter) {
 
 /// The bit of an alarm's type text, compared without blanks and in upper case.
 std::uint32_t TypeBit(std::string_view text) {
-    constexpr std::string_view names[] = {"INFORMATION", "WARNING", "ERROR", "FAILUREAUDIT", "SUCCESSAUDIT"};
+    constexpr std::string_view Names[] = {"INFORMATION", "WARNING", "ERROR", "FAILUREAUDIT", "SUCCESSAUDIT"};
     std::array<char, 12> folded;
     std::size_t size = 0;
     for (const char character : text) {
@@ -56,7 +56,7 @@ std::uint32_t TypeBit(std::string_view text) {
         folded[size++] = ToUpper(character);
     }
     std::uint32_t bit = FilterInformation;
-    for (const std::string_view name : names) {
+    for (const std::string_view name : Names) {
         if (name == std::string_view(folded.data(), size))
             return bit;
         bit <<= 1U;

@@ -12,7 +12,7 @@ namespace {
 using Length = std::uint32_t;
 
 /// Enough for a steady feed to go round without the allocator; more is given back after a flood.
-constexpr std::size_t SpareChunks = 16;
+constexpr std::size_t SpareChunks = 8;
 
 }  // namespace
 
@@ -77,7 +77,7 @@ bool MailslotQueue::Read(std::span<char> buffer, std::size_t& read) {
 MailslotQueue::Chunk MailslotQueue::TakeChunk() {
     ++chunksInUse_;
     if (spare_.empty())
-        return {std::make_unique_for_overwrite<char[]>(ChunkSize), 0};
+        return {MakeChunkMemory(ChunkSize), 0};
     Chunk chunk = std::move(spare_.back());
     spare_.pop_back();
     chunk.Used = 0;

@@ -3,11 +3,12 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
-#include <memory>
 #include <mutex>
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "platform/ChunkMemory.h"
 
 namespace tallyhorn {
 
@@ -16,7 +17,7 @@ namespace tallyhorn {
 /// One thread appends and one reads, which may be the same one; Stop may come from any.
 class MailslotQueue {
 public:
-    static constexpr std::size_t ChunkSize = std::size_t{1} << 20U;
+    static constexpr std::size_t ChunkSize = std::size_t{2} << 20U;
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20U;
 
     /// `limit`, in bytes, holds to within two chunks: it is tested before an append, never in the middle.
@@ -39,7 +40,7 @@ public:
 
 private:
     struct Chunk {
-        std::unique_ptr<char[]> Data;
+        ChunkMemory Data;
         std::size_t Used = 0;
     };
 

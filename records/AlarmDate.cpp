@@ -17,66 +17,68 @@ constexpr std::int64_t SecondsPerMinute = 60;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
 /// Cuts the pieces of a date off the front of a text.  Each step says whether the piece was there.
 class DateReader {
 public:
-    explicit DateReader(std::string_view text) : rest_(text) {}
+    explicit DateReader(std::string_view text) : next_(text.data()), end_(text.data() + text.size()) {}
 
     /// A line end ends the text.
-    bool AtEnd() const { return rest_.empty() || rest_.front() == '\r' || rest_.front() == '\n'; }
+    bool AtEnd() const { return next_ == end_ || *next_ == '\r' || *next_ == '\n'; }
 
     bool SkipBlanks() {
-        std::size_t blanks = 0;
-        while (blanks < rest_.size() && rest_[blanks] == ' ')
-            ++blanks;
-        rest_.remove_prefix(blanks);
-        return blanks > 0;
+        const char* const first = next_;
+        while (next_ != end_ && *next_ == ' ')
+            ++next_;
+        return next_ != first;
     }
 
     bool Take(char wanted) {
-        if (!rest_.starts_with(wanted))
+        if (next_ == end_ || *next_ != wanted)
             return false;
-        rest_.remove_prefix(1);
+        ++next_;
         return true;
     }
 
     /// One to four digits; their number in `digits`.
     bool TakeNumber(int& value, std::size_t& digits) {
+        const char* const first = next_;
+        const char* const stop = end_ - first > 4 ? first + 4 : end_;
         int number = 0;
-        std::size_t count = 0;
-        for (; count < rest_.size() && rest_[count] >= '0' && rest_[count] <= '9'; ++count) {
-            if (count == 4)
-                return false;
-            number = number * 10 + (rest_[count] - '0');
-        }
-        rest_.remove_prefix(count);
+        for (; next_ != stop && IsDigit(*next_); ++next_)
+            number = number * 10 + (*next_ - '0');
+        if (next_ == stop && stop != end_ && IsDigit(*stop))
+            return false;
         value = number;
-        digits = count;
-        return count > 0;
+        digits = static_cast<std::size_t>(next_ - first);
+        return digits > 0;
     }
 
     bool TakeSeparator(char& separator) {
-        if (rest_.empty() || (rest_.front() != '/' && rest_.front() != '-' && rest_.front() != '.'))
+        if (next_ == end_ || (*next_ != '/' && *next_ != '-' && *next_ != '.'))
             return false;
-        separator = rest_.front();
-        rest_.remove_prefix(1);
+        separator = *next_++;
         return true;
     }
 
     /// "AM" or "PM" in either case; `afternoon` says which.
     bool TakeHalfDay(bool& afternoon) {
-        if (rest_.size() < 2 || ToUpper(rest_[1]) != 'M')
+        if (end_ - next_ < 2 || ToUpper(next_[1]) != 'M')
             return false;
-        const char half = ToUpper(rest_[0]);
+        const char half = ToUpper(next_[0]);
         if (half != 'A' && half != 'P')
             return false;
         afternoon = half == 'P';
-        rest_.remove_prefix(2);
+        next_ += 2;
         return true;
     }
 
 private:
-    std::string_view rest_;
+    const char* next_;
+    const char* const end_;
 };
 
 struct Number {
@@ -137,21 +139,30 @@ bool ReadTime(DateReader& reader, CivilDateTime& parts) {
     return true;
 }
 
-}  // namespace
-
-std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
+/// False, and `date` stays, where a part is outside its range.
+bool SetDate(AlarmDate& date, const CivilDateTime& parts) {
     using namespace std::chrono;
     if (parts.Year < FirstYear || parts.Year > LastYear || parts.Month < 1 || parts.Day < 1)
-        return std::nullopt;
+        return false;
     const year_month_day day{year(parts.Year), month(static_cast<unsigned>(parts.Month)),
                              std::chrono::day(static_cast<unsigned>(parts.Day))};
     const bool timeFits = parts.Hour >= 0 && parts.Hour < 24 && parts.Minute >= 0 && parts.Minute < 60 &&
                           parts.Second >= 0 && parts.Second < 60;
     if (!day.ok() || !timeFits)
-        return std::nullopt;
+        return false;
     const std::int64_t days = sys_days(day).time_since_epoch().count();
-    return AlarmDate{days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute +
-                     parts.Second};
+    date.Seconds =
+        days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute + parts.Second;
+    return true;
+}
+
+}  // namespace
+
+std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
+    AlarmDate date;
+    if (!SetDate(date, parts))
+        return std::nullopt;
+    return date;
 }
 
 CivilDateTime SplitAlarmDate(AlarmDate date) {
@@ -172,18 +183,23 @@ CivilDateTime SplitAlarmDate(AlarmDate date) {
             time % 60};
 }
 
-std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
+bool ReadAlarmDate(std::string_view text, AlarmDate& date) {
     DateReader reader(text);
     CivilDateTime parts;
     reader.SkipBlanks();
     if (!ReadDay(reader, parts))
-        return std::nullopt;
+        return false;
     if (reader.SkipBlanks() && !reader.AtEnd() && !ReadTime(reader, parts))
-        return std::nullopt;
+        return false;
     reader.SkipBlanks();
-    if (!reader.AtEnd())
+    return reader.AtEnd() && SetDate(date, parts);
+}
+
+std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
+    AlarmDate date;
+    if (!ReadAlarmDate(text, date))
         return std::nullopt;
-    return MakeAlarmDate(parts);
+    return date;
 }
 
 std::string FormatGeneralDate(AlarmDate date) {

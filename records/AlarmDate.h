@@ -43,6 +43,8 @@ CivilDateTime SplitAlarmDate(AlarmDate date);
 /// Reads a date in the console's one locale, US English; see ARCHITECTURE.md for the forms.  Stops at the
 /// first CR or LF; nothing for any text that is not wholly a date.
 std::optional<AlarmDate> ParseAlarmDate(std::string_view text);
+/// The same into `date`; false, and `date` stays, for any other text.
+bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 
 /// `M/d/yyyy h:mm:ss AM/PM`, or the date alone at midnight; ParseAlarmDate reads it back.
 std::string FormatGeneralDate(AlarmDate date);

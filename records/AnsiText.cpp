@@ -131,7 +131,7 @@ int CompareNoCase(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
-std::optional<std::int32_t> ToInt32(std::string_view text) {
+bool ReadInt32(std::string_view text, std::int32_t& number) {
     text = Trim(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
@@ -146,17 +146,25 @@ std::optional<std::int32_t> ToInt32(std::string_view text) {
     if (fraction.starts_with('.'))
         fraction.remove_prefix(1);
     else if (!fraction.empty())
-        return std::nullopt;
+        return false;
     if (digits + fraction.size() == 0 || !std::all_of(fraction.begin(), fraction.end(), IsDigit))
-        return std::nullopt;
+        return false;
     const int half = CompareWithHalf(fraction);
     if (half > 0 || (half == 0 && value % 2 == 1))
         ++value;
     if (negative)
         value = -value;
     if (value < INT32_MIN || value > INT32_MAX)
+        return false;
+    number = static_cast<std::int32_t>(value);
+    return true;
+}
+
+std::optional<std::int32_t> ToInt32(std::string_view text) {
+    std::int32_t number = 0;
+    if (!ReadInt32(text, number))
         return std::nullopt;
-    return static_cast<std::int32_t>(value);
+    return number;
 }
 
 char16_t UnicodeFromAnsi(char character) {

@@ -14,10 +14,10 @@ namespace tallyhorn {
 
 /// Upper case of all 256 bytes.
 inline constexpr std::array<char, 256> UpperTable = [] {
-    constexpr std::size_t divisionSign = 0xF7;
+    constexpr std::size_t DivisionSign = 0xF7;
     std::array<char, 256> table{};
     for (std::size_t i = 0; i < table.size(); ++i) {
-        const bool hasUpper = (i >= 'a' && i <= 'z') || (i >= 0xE0 && i <= 0xFE && i != divisionSign);
+        const bool hasUpper = (i >= 'a' && i <= 'z') || (i >= 0xE0 && i <= 0xFE && i != DivisionSign);
         table[i] = static_cast<char>(hasUpper ? i - 0x20 : i);
     }
     table[0x9A] = static_cast<char>(0x8A);
@@ -51,6 +51,8 @@ int CompareNoCase(std::string_view a, std::string_view b);
 /// A whole number with blanks around, a sign and a decimal fraction, which rounds to the nearest and halves
 /// to even.  Nothing outside 32 bits or for any other text.
 std::optional<std::int32_t> ToInt32(std::string_view text);
+/// The same into `number`; false, and `number` stays, for any other text.
+bool ReadInt32(std::string_view text, std::int32_t& number);
 
 /// Unicode for one byte; the five undefined ones give the control character of the same value.
 char16_t UnicodeFromAnsi(char character);

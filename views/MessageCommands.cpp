@@ -1,5 +1,7 @@
 #include "views/MessageCommands.h"
 
+#include <algorithm>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -69,11 +71,13 @@ void MessageCommands::DeleteSyslogMessages() {
 /// The list is hidden meanwhile, both for speed and so that nobody acts on rows that are going.
 void MessageCommands::RemoveSelected(MessageChannel& channel, ViewNumber view) {
     display_.ShowList(view, false);
-    MessageList& list = received_.List(view);
-    const std::vector<Slot> slots = list.SelectedSlots();
-    list.RemoveSelected();
-    for (const Slot slot : slots) {
-        channel.Free(slot);
+    const std::vector<Slot> slots = received_.List(view).RemoveSelected();
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        // Rows go faster in groups; until its slot is free too, none can come in a row's place.
+        if (i % MessageRows::RemovedTogether == 0)
+            channel.Rows.Remove(
+                std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));
+        channel.Messages.Free(slots[i]);
         if (slices_.LetRun())
             clock_.Sleep(Pause);
     }

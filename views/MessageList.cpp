@@ -122,9 +122,9 @@ void MessageList::SortBy(MessageColumn column) {
     order_.Assign(entries);
 }
 
-void MessageList::RemoveSelected() {
+std::vector<Slot> MessageList::RemoveSelected() {
     const Change change(observer_);
-    order_.RemoveSelected();
+    return order_.RemoveSelected();
 }
 
 void MessageList::Remove(Slot slot) {

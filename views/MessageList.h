@@ -57,8 +57,8 @@ public:
     /// In list order.
     std::vector<Slot> SelectedSlots() const { return order_.SelectedSlots(); }
 
-    /// Takes the selected rows off the list.  Their slots are the caller's to free.
-    void RemoveSelected();
+    /// Takes the selected rows off the list.  Their slots, given in list order, are the caller's to free.
+    std::vector<Slot> RemoveSelected();
     /// The same for one row; does nothing where the list does not show it.
     void Remove(Slot slot);
     void Clear();

@@ -32,13 +32,29 @@ void MessageRows::Add(Slot slot, const AlarmRecord& alarm, std::optional<EventPi
     row.List = static_cast<std::int8_t>(list);
 }
 
-void MessageRows::Remove(Slot slot) {
-    if (!Holds(slot))
-        return;
-    MessageRow& row = rows_[static_cast<std::size_t>(slot)];
-    for (const TextId text : row.Texts)
+void MessageRows::Remove(std::span<const Slot> slots) {
+    while (!slots.empty()) {
+        const std::size_t count = std::min(slots.size(), RemovedTogether);
+        RemoveFew(slots.first(count));
+        slots = slots.subspan(count);
+    }
+}
+
+/// First the rows alone, which lie far apart in memory: the processor fetches many of them at a time where no
+/// other work comes between.
+void MessageRows::RemoveFew(std::span<const Slot> slots) {
+    std::array<TextId, RemovedTogether * MessageRow::TextCount> texts;
+    std::size_t count = 0;
+    for (const Slot slot : slots) {
+        if (!Holds(slot))
+            continue;
+        MessageRow& row = rows_[static_cast<std::size_t>(slot)];
+        row.List = MessageRow::NoList;
+        for (const TextId text : row.Texts)
+            texts[count++] = text;
+    }
+    for (const TextId text : std::span(texts).first(count))
         texts_.Release(text);
-    row.List = MessageRow::NoList;
 }
 
 void MessageRows::Clear() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,8 +42,10 @@ public:
 
     /// Makes the row of `slot` from a record; the slot has none yet.
     void Add(Slot slot, const AlarmRecord& alarm, std::optional<EventPicture> picture, std::int16_t list);
-    /// Does nothing for a slot without a row.
-    void Remove(Slot slot);
+    /// Passes over slots without a row.  Fastest with RemovedTogether slots or more.
+    static constexpr std::size_t RemovedTogether = 64;
+    void Remove(std::span<const Slot> slots);
+    void Remove(Slot slot) { Remove(std::span(&slot, 1)); }
     void Clear();
 
     bool Holds(Slot slot) const;
@@ -53,6 +56,8 @@ public:
     std::string CellText(Slot slot, MessageColumn column) const;
 
 private:
+    void RemoveFew(std::span<const Slot> slots);
+
     ChunkedArray<MessageRow> rows_;
     TextPool texts_;
     std::vector<DateStyle> styles_{DateStyle()};

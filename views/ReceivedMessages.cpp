@@ -4,11 +4,6 @@
 
 namespace tallyhorn {
 
-void MessageChannel::Free(Slot slot) {
-    Rows.Remove(slot);
-    Messages.Free(slot);
-}
-
 void MessageChannel::Clear(Slot upperBound) {
     for (MessageList& list : Lists)
         list.Clear();

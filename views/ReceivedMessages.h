@@ -19,8 +19,6 @@ struct MessageChannel {
     MessageChannel(const MessageChannel&) = delete;
     MessageChannel& operator=(const MessageChannel&) = delete;
 
-    /// Forgets the message whose row has left its list; its slot will serve again.
-    void Free(Slot slot);
     /// Forgets everything; slots 0 to `upperBound` stand empty.
     void Clear(Slot upperBound);
 

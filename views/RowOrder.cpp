@@ -6,6 +6,10 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t BlockSize = 512;
+/// Entries of a block as it is filled in one go: were it full, the next row into each would split it.
+constexpr std::size_t FilledSize = BlockSize * 3 / 4;
+/// An insertion may go over the size for a moment.
+constexpr std::size_t BlockRoom = BlockSize + 1;
 
 bool IsSelected(const RowEntry& entry) {
     return entry.Selected != 0;
@@ -35,6 +39,7 @@ void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
         // Rows mostly come in order: full blocks stay full, and a new one begins.
         if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
             blocks_.emplace_back();
+            blocks_.back().Entries.reserve(BlockRoom);
             starts_.clear();
         }
         blocks_.back().Entries.push_back(entry);
@@ -55,9 +60,10 @@ void RowOrder::Assign(const std::vector<RowEntry>& entries) {
     starts_.clear();
     size_ = entries.size();
     selectedCount_ = 0;
-    for (std::size_t first = 0; first < entries.size(); first += BlockSize) {
-        const std::size_t last = std::min(first + BlockSize, entries.size());
+    for (std::size_t first = 0; first < entries.size(); first += FilledSize) {
+        const std::size_t last = std::min(first + FilledSize, entries.size());
         Block block;
+        block.Entries.reserve(BlockRoom);
         block.Entries.assign(entries.begin() + static_cast<std::ptrdiff_t>(first),
                              entries.begin() + static_cast<std::ptrdiff_t>(last));
         block.Selected =
@@ -112,16 +118,26 @@ std::vector<Slot> RowOrder::SelectedSlots() const {
     return slots;
 }
 
-void RowOrder::RemoveSelected() {
+std::vector<Slot> RowOrder::RemoveSelected() {
+    std::vector<Slot> slots;
+    slots.reserve(selectedCount_);
     for (Block& block : blocks_) {
         if (block.Selected == 0)
             continue;
-        std::erase_if(block.Entries, IsSelected);
+        auto kept = block.Entries.begin();
+        for (const RowEntry& entry : block.Entries) {
+            if (IsSelected(entry))
+                slots.push_back(static_cast<Slot>(entry.Slot));
+            else
+                *kept++ = entry;
+        }
+        block.Entries.erase(kept, block.Entries.end());
         block.Selected = 0;
     }
     size_ -= selectedCount_;
     selectedCount_ = 0;
     JoinSmallBlocks();
+    return slots;
 }
 
 void RowOrder::RemoveAt(std::size_t position) {
@@ -172,7 +188,7 @@ void RowOrder::SplitBlock(std::size_t index) {
     Block& block = blocks_[index];
     const auto middle = block.Entries.begin() + static_cast<std::ptrdiff_t>(block.Entries.size() / 2);
     Block half;
-    half.Entries.reserve(BlockSize + 1);
+    half.Entries.reserve(BlockRoom);
     half.Entries.assign(middle, block.Entries.end());
     half.Selected =
         static_cast<std::uint32_t>(std::count_if(half.Entries.begin(), half.Entries.end(), IsSelected));

@@ -53,8 +53,8 @@ public:
     void ClearSelection();
     /// In list order.
     std::vector<Slot> SelectedSlots() const;
-    /// One pass over the blocks that hold selected entries.
-    void RemoveSelected();
+    /// One pass over the blocks that hold selected entries; gives their slots in list order.
+    std::vector<Slot> RemoveSelected();
     void RemoveAt(std::size_t position);
 
     /// Every entry in order.

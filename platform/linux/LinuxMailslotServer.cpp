@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <string_view>
 #include <utility>
@@ -41,7 +42,7 @@ public:
         const int got =
             recvmmsg(socket, messages_.data(), static_cast<unsigned>(size_), MSG_WAITFORONE, nullptr);
         if (got < 0)
-            return errno == EINTR;
+            return MayPass(errno);
         for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {
             // Longer than the mailslot takes, by a sender that did not ask: dropped.
             if ((messages_[i].msg_hdr.msg_flags & MSG_TRUNC) == 0)
@@ -53,6 +54,13 @@ public:
     std::span<const std::string_view> Texts() const { return texts_; }
 
 private:
+    /// A machine short of memory will have some again; a pump that gave up would leave the senders waiting.
+    static bool MayPass(int error) {
+        if (error == ENOMEM || error == ENOBUFS)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return error == EINTR || error == ENOMEM || error == ENOBUFS;
+    }
+
     const std::size_t size_;
     std::vector<char> bytes_;
     std::array<iovec, BatchSize> vectors_{};

@@ -30,10 +30,14 @@ public:
     bool Read(std::span<char> buffer, std::size_t& read) override { return queue_.Read(buffer, read); }
 
 private:
-    /// Moves what the system holds into the queue, as far as the queue has room; false where the mailslot
-    /// does not answer.
+    /// More than a reader counts at once.  Without an end, a sender that keeps pace would hold the reader
+    /// here.
+    static constexpr std::size_t TakenAhead = 40'000;
+
+    /// Moves what the system holds into the queue, as far as that goes; false where the mailslot does not
+    /// answer.
     bool TakeAll() {
-        while (queue_.HasRoom()) {
+        while (queue_.Count() < TakenAhead && queue_.HasRoom()) {
             DWORD next = MAILSLOT_NO_MESSAGE;
             if (!GetMailslotInfo(handle_.Get(), nullptr, &next, nullptr, nullptr))
                 return false;

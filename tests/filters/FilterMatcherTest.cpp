@@ -166,9 +166,9 @@ double Days(const char* date) {
 }
 
 TEST(FilterMatcher, TestsTheDateRange) {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    constexpr double millisecond = 1.0 / 86'400'000;
+    constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
+    constexpr double Infinity = std::numeric_limits<double>::infinity();
+    constexpr double Millisecond = 1.0 / 86'400'000;
     const double begin = Days("6/15/2004 10:30:15 AM");
     const double end = Days("6/17/2004");
     const DateCase cases[] = {
@@ -178,11 +178,11 @@ TEST(FilterMatcher, TestsTheDateRange) {
         {"the end", begin, end, "6/17/2004", true},
         {"a second past the end", begin, end, "6/17/2004 12:00:01 AM", false},
         {"later on the end's day", begin, end, "6/17/2004 1:00:00 PM", false},
-        {"begin a part of a second later", begin + 200 * millisecond, end, "6/15/2004 10:30:15 AM", false},
-        {"begin a part of a second before", begin - 200 * millisecond, end, "6/15/2004 10:30:15 AM", true},
-        {"end a part of a second before", begin - 1, begin - 200 * millisecond, "6/15/2004 10:30:15 AM",
+        {"begin a part of a second later", begin + 200 * Millisecond, end, "6/15/2004 10:30:15 AM", false},
+        {"begin a part of a second before", begin - 200 * Millisecond, end, "6/15/2004 10:30:15 AM", true},
+        {"end a part of a second before", begin - 1, begin - 200 * Millisecond, "6/15/2004 10:30:15 AM",
          false},
-        {"end a part of a second later", begin - 1, begin + 200 * millisecond, "6/15/2004 10:30:15 AM", true},
+        {"end a part of a second later", begin - 1, begin + 200 * Millisecond, "6/15/2004 10:30:15 AM", true},
         {"begin and end swapped", end, begin, "6/16/2004", false},
         {"before 1970", Days("1/2/1950"), Days("1/2/1950 11:59:59 PM"), "1/2/1950 11:59:59 PM", true},
         {"before 1970, past the end", Days("1/2/1950"), Days("1/2/1950 11:59:58 PM"), "1/2/1950 11:59:59 PM",
@@ -191,12 +191,12 @@ TEST(FilterMatcher, TestsTheDateRange) {
         {"before 1900, the begin", -1.25, -1.75, "12/29/1899 6:00:00 AM", true},
         {"before 1900, the end", -1.25, -1.75, "12/29/1899 6:00:00 PM", true},
         {"before 1900, past the end", -1.25, -1.75, "12/29/1899 6:00:01 PM", false},
-        {"no number at the begin", nan, end, "1/1/1900", true},
-        {"no number at the begin, past the end", nan, end, "1/1/2005", false},
-        {"no number at the end", begin, nan, "1/1/9999", true},
-        {"no number at both", nan, nan, "1/1/2000", true},
-        {"endless", -infinity, infinity, "1/1/0100", true},
-        {"endless the wrong way", infinity, -infinity, "1/1/2000", false},
+        {"no number at the begin", NotANumber, end, "1/1/1900", true},
+        {"no number at the begin, past the end", NotANumber, end, "1/1/2005", false},
+        {"no number at the end", begin, NotANumber, "1/1/9999", true},
+        {"no number at both", NotANumber, NotANumber, "1/1/2000", true},
+        {"endless", -Infinity, Infinity, "1/1/0100", true},
+        {"endless the wrong way", Infinity, -Infinity, "1/1/2000", false},
         {"huge", -1e300, 1e300, "12/31/9999 11:59:59 PM", true},
     };
     for (const DateCase& oneCase : cases) {

@@ -172,10 +172,10 @@ TEST_F(MessageListTest, AgreesWithASlowListThroughAnyMixOfSteps) {
             Remove(slow[position].Number);
             slow.erase(slow.begin() + static_cast<std::ptrdiff_t>(position));
         } else if (what < 991) {
-            const std::vector<Slot> gone = list_.SelectedSlots();
-            list_.RemoveSelected();
-            for (const Slot slot : gone)
-                rows_.Remove(slot);
+            const std::vector<Slot> selected = list_.SelectedSlots();
+            const std::vector<Slot> gone = list_.RemoveSelected();
+            ASSERT_EQ(gone, selected);
+            rows_.Remove(gone);
             freed.insert(freed.end(), gone.begin(), gone.end());
             std::erase_if(slow, [](const Row& row) { return row.Selected; });
         } else if (what < 993) {

@@ -20,6 +20,12 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// The same with "\n" for each of the system's line ends, as a program's output is read.
+inline std::string ReadText(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// The entries of a folder itself, of every kind.
 inline std::size_t CountFiles(const std::filesystem::path& folder) {
     return static_cast<std::size_t>(

@@ -38,8 +38,8 @@ protected:
         command += redirection + " >\"" + (slot_.Home / "out") + "\" 2>\"" + (slot_.Home / "err") + '"';
         const int status = std::system(command.c_str());
         constexpr int MostOfAByte = 255;
-        return {status > MostOfAByte ? status >> 8 : status, ReadBytes(slot_.Home / "out"),
-                ReadBytes(slot_.Home / "err")};
+        return {status > MostOfAByte ? status >> 8 : status, ReadText(slot_.Home / "out"),
+                ReadText(slot_.Home / "err")};
     }
     Texts ReadAll(std::int16_t count) {
         EXPECT_TRUE(Eventually([&] { return mailslot_.CheckForMessages() >= count; }));

@@ -11,7 +11,6 @@
 namespace tallyhorn {
 namespace {
 
-constexpr std::string_view MailslotName = "TallyhornEngine";
 constexpr const char* SettingsFileName = "thlisten.ini";
 constexpr const char* FilterFileName = "SavedFilters.dat";
 
@@ -53,7 +52,7 @@ bool Console::Start() {
         machine_.Boxes.Warn(OneInstanceText);
         return false;
     }
-    if (!mailslot_.InitializeMailslot(MailslotName, true))
+    if (!mailslot_.InitializeMailslot(EngineMailslotName, true))
         machine_.Boxes.Warn(MailslotFailedText);
     // A message box lets everything happen, the end of the session too.
     if (ended_)

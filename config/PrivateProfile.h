@@ -33,8 +33,8 @@ public:
     /// Tries for two seconds where the file has no sections, and then gives none.  The list's length must fit
     /// a 16-bit integer; a longer list is a failure.
     bool GetSectionNames(std::vector<std::string>& sections);
-    /// The keys of the section's entries, and as they stand the lines without "=".  Always false, as callers
-    /// of old expect.  Of a section whose text is over 4,093 characters the end is lost, with the line that
+    /// The keys of the section's entries, and as they stand the lines without "=".  Always false: only the
+    /// entries tell.  Of a section whose text is over 4,093 characters the end is lost, with the line that
     /// it cuts.
     bool GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames);
     /// As `GetKeyNames`, but whole lines.

@@ -28,8 +28,8 @@ struct FragmentSlot {
 /// Pure but for its own state; called from the user-interface thread.
 ///
 /// A text is complete when exactly as many parts came as the header's last part index says, which is one
-/// fewer than a sender sends, and then it is the parts below that index.  Senders and other consoles count on
-/// it.
+/// fewer than a sender sends, and then it is the parts below that index.  The
+/// protocol counts so on purpose.
 class FragmentStore {
 public:
     FragmentStore();

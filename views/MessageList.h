@@ -47,7 +47,6 @@ public:
     /// A click on a header: sorts by the column and turns the direction round, descending at first.
     void SortBy(MessageColumn column);
     bool IsSorted() const { return sortColumn_.has_value(); }
-    std::optional<MessageColumn> SortColumn() const { return sortColumn_; }
     bool IsDescending() const { return descending_; }
 
     bool IsSelected(std::size_t position) const { return order_.At(position).Selected != 0; }

@@ -18,6 +18,14 @@ using TextId = std::uint32_t;
 /// thread only.
 class TextPool {
 public:
+    TextPool() = default;
+    // A copy's index would point into the original.
+    TextPool(const TextPool&) = delete;
+    TextPool& operator=(const TextPool&) = delete;
+    TextPool(TextPool&&) = default;
+    TextPool& operator=(TextPool&&) = default;
+    ~TextPool() = default;
+
     /// Adds one user to the text.
     TextId Add(std::string_view text);
     /// Takes one user away.

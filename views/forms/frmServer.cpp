@@ -261,7 +261,8 @@ void frmServer::ShowList(ViewNumber view, bool shown) {
     MessageListView* const list = ListView(view);
     if (!shown) {
         focusBeforeHiding_ = list->hasFocus() ? list : nullptr;
-        tabMessageTypes->tabBar()->setFocus();
+        if (focusBeforeHiding_ != nullptr)
+            tabMessageTypes->tabBar()->setFocus();
     }
     list->setVisible(shown);
     if (shown && focusBeforeHiding_ == list)

@@ -12,6 +12,7 @@
 #include "app/QtMessageBoxes.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "platform/Heap.h"
 #include "platform/TerminationSignals.h"
 #include "views/forms/Pictures.h"
 
@@ -48,6 +49,7 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
 }  // namespace
 
 int main(int argc, char** argv) {
+    GrowHeapInLargeSteps();
     const auto termination = MakeTerminationSignals();
     const CommandLine line = ReadCommandLine(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
     switch (line.Asked) {

@@ -24,6 +24,7 @@
 #include "app/Console.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "platform/Heap.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tools/DemoFeed.h"
@@ -202,6 +203,7 @@ BENCHMARK(ClickUnderLoad)->UseManualTime()->Iterations(1)->Unit(benchmark::kMill
 }  // namespace tallyhorn
 
 int main(int argc, char** argv) {
+    tallyhorn::GrowHeapInLargeSteps();  // as the console does
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

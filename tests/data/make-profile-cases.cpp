@@ -149,7 +149,7 @@ std::vector<ProfileCase> HandMade() {
 }
 
 std::string DrawLine(Draw& draw) {
-    const std::string indent = draw.OneOf({"", "", "", " ", "\t ", "\x1A"});
+    std::string indent = draw.OneOf({"", "", "", " ", "\t ", "\x1A"});
     const std::string end = draw.OneOf({"", "", "", " ", " \t", "\x1A", ";"});
     switch (draw.Below(10)) {
         case 0:

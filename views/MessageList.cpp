@@ -21,46 +21,12 @@ bool BeginsWith(std::string_view text, std::string_view start) {
     return text.size() >= start.size() && CompareNoCase(text.substr(0, start.size()), start) == 0;
 }
 
-/// Tells the observer, if there is one, before and after a change.
-class Change {
-public:
-    explicit Change(MessageListObserver* observer) : observer_(observer) {
-        if (observer_ != nullptr)
-            observer_->AboutToChange();
-    }
-    ~Change() {
-        if (observer_ != nullptr)
-            observer_->Changed();
-    }
-    Change(const Change&) = delete;
-    Change& operator=(const Change&) = delete;
-
-private:
-    MessageListObserver* observer_;
-};
-
 }  // namespace
 
 std::optional<std::size_t> MessageList::PositionOf(Slot slot) const {
     if (!rows_.Holds(slot))
         return std::nullopt;
-    const RowOrder::Range range = order_.EqualRange(MakeEntry(slot), Rule());
-    // Equal rows stand in the order of their arrival.
-    std::size_t first = range.First;
-    std::size_t count = range.Last - range.First;
-    const std::uint64_t arrival = rows_[slot].Arrival;
-    while (count > 0) {
-        const std::size_t half = count / 2;
-        if (rows_[SlotAt(first + half)].Arrival < arrival) {
-            first += half + 1;
-            count -= half + 1;
-        } else {
-            count = half;
-        }
-    }
-    if (first >= range.Last || SlotAt(first) != slot)
-        return std::nullopt;
-    return first;
+    return order_.PositionOf(MakeEntry(slot), Rule(), Arrivals());
 }
 
 std::string MessageList::CellText(std::size_t position, MessageColumn column) const {
@@ -112,14 +78,7 @@ void MessageList::SortBy(MessageColumn column) {
         entry = MakeEntry(static_cast<Slot>(entry.Slot));
         entry.Selected = selected & 1U;
     }
-    const RowOrder::Rule rule = Rule();
-    std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
-        const int order = rule.Compare(a, b);
-        if (order != 0)
-            return order < 0;
-        return rows_[static_cast<Slot>(a.Slot)].Arrival < rows_[static_cast<Slot>(b.Slot)].Arrival;
-    });
-    order_.Assign(entries);
+    order_.AssignSorted(std::move(entries), Rule(), Arrivals());
 }
 
 std::vector<Slot> MessageList::RemoveSelected() {
@@ -127,12 +86,23 @@ std::vector<Slot> MessageList::RemoveSelected() {
     return order_.RemoveSelected();
 }
 
-void MessageList::Remove(Slot slot) {
-    const std::optional<std::size_t> position = PositionOf(slot);
-    if (!position)
-        return;
+std::vector<Slot> MessageList::Remove(std::span<const Slot> slots) {
+    if (std::none_of(slots.begin(), slots.end(), [this](Slot slot) { return PositionOf(slot).has_value(); }))
+        return {};
     const Change change(observer_);
-    order_.RemoveAt(*position);
+    const std::vector<Slot> selected = SelectedSlots();
+    order_.ClearSelection();
+    SelectSlots(slots);
+    std::vector<Slot> removed = order_.RemoveSelected();
+    SelectSlots(selected);
+    return removed;
+}
+
+void MessageList::SelectSlots(std::span<const Slot> slots) {
+    for (const Slot slot : slots) {
+        if (const std::optional<std::size_t> position = PositionOf(slot))
+            order_.Select(*position, *position, true);
+    }
 }
 
 void MessageList::Clear() {
@@ -154,6 +124,10 @@ RowEntry MessageList::MakeEntry(Slot slot) const {
         entry.Key = rows_.Texts().SortPrefix(entry.Text);
     }
     return entry;
+}
+
+RowOrder::Arrivals MessageList::Arrivals() const {
+    return [this](std::uint32_t slot) { return rows_[static_cast<Slot>(slot)].Arrival; };
 }
 
 RowOrder::Rule MessageList::Rule() const {

@@ -2,24 +2,17 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "views/ChangeObserver.h"
 #include "views/MessageColumn.h"
 #include "views/MessageRows.h"
 #include "views/RowOrder.h"
 
 namespace tallyhorn {
-
-/// Hears of changes to a list that are more than rows coming in: order, removal, emptying.  Rows that come in
-/// are not told one by one; who shows the list takes them in at its own pace.
-class MessageListObserver {
-public:
-    virtual ~MessageListObserver() = default;
-    virtual void AboutToChange() = 0;
-    virtual void Changed() = 0;
-};
 
 /// One of the received-message lists: which rows it shows, in which order, and which of them are selected.
 /// Positions count from 0 as on the screen.  User-interface thread only; `rows` outlives the list.
@@ -28,7 +21,7 @@ public:
     explicit MessageList(const MessageRows& rows) : rows_(rows) {}
 
     /// At most one; it outlives the list or is taken away with nullptr.
-    void SetObserver(MessageListObserver* observer) { observer_ = observer; }
+    void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     std::size_t Size() const { return order_.Size(); }
     Slot SlotAt(std::size_t position) const { return static_cast<Slot>(order_.At(position).Slot); }
@@ -58,20 +51,22 @@ public:
 
     /// Takes the selected rows off the list.  Their slots, given in list order, are the caller's to free.
     std::vector<Slot> RemoveSelected();
-    /// The same for one row; does nothing where the list does not show it.
-    void Remove(Slot slot);
+    /// The same for the rows of `slots`, selected or not; passes over those that this list does not show.
+    std::vector<Slot> Remove(std::span<const Slot> slots);
     void Clear();
 
 private:
     RowEntry MakeEntry(Slot slot) const;
     RowOrder::Rule Rule() const;
+    RowOrder::Arrivals Arrivals() const;
+    void SelectSlots(std::span<const Slot> slots);
 
     const MessageRows& rows_;
     RowOrder order_;
     std::optional<MessageColumn> sortColumn_;
     bool descending_ = false;
     Slot newest_ = -1;
-    MessageListObserver* observer_ = nullptr;
+    ChangeObserver* observer_ = nullptr;
 };
 
 }  // namespace tallyhorn

@@ -50,6 +50,8 @@ public:
 
     bool Holds(Slot slot) const;
     const MessageRow& operator[](Slot slot) const { return rows_[static_cast<std::size_t>(slot)]; }
+    /// The order of day and month with which the row was made.
+    bool DayFirst(Slot slot) const { return styles_[(*this)[slot].Style].DayFirst; }
     const TextPool& Texts() const { return texts_; }
 
     /// The text of one cell as it is shown, the sort key for RecordNum.

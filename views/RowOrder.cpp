@@ -18,10 +18,10 @@ bool IsSelected(const RowEntry& entry) {
 }  // namespace
 
 int RowOrder::Rule::Compare(const RowEntry& a, const RowEntry& b) const {
-    int order = 0;
-    if (a.Key != b.Key)
+    int order = TextFirst ? Texts->Compare(a.Text, b.Text) : 0;
+    if (order == 0 && a.Key != b.Key)
         order = a.Key < b.Key ? -1 : 1;
-    else if (Texts != nullptr)
+    else if (order == 0 && !TextFirst && Texts != nullptr)
         order = Texts->Compare(a.Text, b.Text);
     return Descending ? -order : order;
 }
@@ -38,8 +38,11 @@ void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
     if (last) {
         // Rows mostly come in order: full blocks stay full, and a new one begins.
         if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
+            // The first block grows as it needs to: most of a tree's orders never hold more than a few.
+            const bool first = blocks_.empty();
             blocks_.emplace_back();
-            blocks_.back().Entries.reserve(BlockRoom);
+            if (!first)
+                blocks_.back().Entries.reserve(BlockRoom);
             starts_.clear();
         }
         blocks_.back().Entries.push_back(entry);
@@ -73,9 +76,36 @@ void RowOrder::Assign(const std::vector<RowEntry>& entries) {
     }
 }
 
+void RowOrder::AssignSorted(std::vector<RowEntry> entries, const Rule& rule, const Arrivals& arrivals) {
+    std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
+        const int order = rule.Compare(a, b);
+        return order != 0 ? order < 0 : arrivals(a.Slot) < arrivals(b.Slot);
+    });
+    Assign(entries);
+}
+
 RowOrder::Range RowOrder::EqualRange(const RowEntry& entry, const Rule& rule) const {
     return {Position(Partition([&](const RowEntry& other) { return rule.Compare(other, entry) < 0; })),
             Position(Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; }))};
+}
+
+std::optional<std::size_t> RowOrder::PositionOf(const RowEntry& entry, const Rule& rule,
+                                                const Arrivals& arrivals) const {
+    const Range range = EqualRange(entry, rule);
+    const std::uint64_t arrival = range.Last - range.First > 1 ? arrivals(entry.Slot) : 0;
+    std::size_t first = range.First;
+    for (std::size_t count = range.Last - range.First; count > 1;) {
+        const std::size_t half = count / 2;
+        if (arrivals(At(first + half).Slot) <= arrival) {
+            first += half;
+            count -= half;
+        } else {
+            count = half;
+        }
+    }
+    if (first >= range.Last || At(first).Slot != entry.Slot)
+        return std::nullopt;
+    return first;
 }
 
 void RowOrder::Select(std::size_t first, std::size_t last, bool selected) {
@@ -138,17 +168,6 @@ std::vector<Slot> RowOrder::RemoveSelected() {
     selectedCount_ = 0;
     JoinSmallBlocks();
     return slots;
-}
-
-void RowOrder::RemoveAt(std::size_t position) {
-    const Place place = Find(position);
-    Block& block = blocks_[place.Block];
-    const std::uint32_t selected = block.Entries[place.Offset].Selected;
-    block.Selected -= selected;
-    selectedCount_ -= selected;
-    block.Entries.erase(block.Entries.begin() + static_cast<std::ptrdiff_t>(place.Offset));
-    --size_;
-    JoinSmallBlocks();
 }
 
 std::vector<RowEntry> RowOrder::Entries() const {

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <vector>
 
 #include "views/MessageStore.h"
@@ -22,10 +24,11 @@ struct RowEntry {
 /// thread only.
 class RowOrder {
 public:
-    /// How entries compare: by Key alone, or by Key and then by the text in `Texts`.
+    /// How entries compare: by Key alone, by Key and then by the text in `Texts`, or the other way round.
     struct Rule {
         const TextPool* Texts = nullptr;
         bool Descending = false;
+        bool TextFirst = false;
 
         /// Less than, equal to or greater than zero as `a` belongs before, with or after `b`.
         int Compare(const RowEntry& a, const RowEntry& b) const;
@@ -34,10 +37,15 @@ public:
     std::size_t Size() const { return size_; }
     const RowEntry& At(std::size_t position) const;
 
+    /// Tells entries that compare equal apart: grows from one that came to the next, given its Slot.
+    using Arrivals = std::function<std::uint64_t(std::uint32_t slot)>;
+
     /// Puts the entry behind all that it does not belong before.
     void Insert(const RowEntry& entry, const Rule& rule);
     /// Takes `entries`, which are in order, instead of what was there.
     void Assign(const std::vector<RowEntry>& entries);
+    /// The same for `entries` in any order.
+    void AssignSorted(std::vector<RowEntry> entries, const Rule& rule, const Arrivals& arrivals);
     void Clear() { Assign({}); }
 
     /// The positions [first, last) of the entries that compare equal to `entry`.
@@ -46,6 +54,9 @@ public:
         std::size_t Last = 0;
     };
     Range EqualRange(const RowEntry& entry, const Rule& rule) const;
+    /// Where the entry with this Slot stands, made as it was when it came in; nothing where it is not here.
+    std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
+                                          const Arrivals& arrivals) const;
 
     std::size_t SelectedCount() const { return selectedCount_; }
     /// Positions first to last, both within the list.
@@ -55,7 +66,6 @@ public:
     std::vector<Slot> SelectedSlots() const;
     /// One pass over the blocks that hold selected entries; gives their slots in list order.
     std::vector<Slot> RemoveSelected();
-    void RemoveAt(std::size_t position);
 
     /// Every entry in order.
     std::vector<RowEntry> Entries() const;

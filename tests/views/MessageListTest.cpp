@@ -27,7 +27,7 @@ protected:
         list_.Add(slot);
     }
     void Remove(Slot slot) {
-        list_.Remove(slot);
+        list_.Remove(std::span(&slot, 1));
         rows_.Remove(slot);
     }
     std::vector<Slot> Slots() const {
@@ -93,7 +93,7 @@ TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
 }
 
 TEST_F(MessageListTest, TellsItsObserverOfAllButArrivals) {
-    struct Observer : MessageListObserver {
+    struct Observer : ChangeObserver {
         explicit Observer(MessageList& list) : List(list) {}
         void AboutToChange() override { Told.append("(").append(std::to_string(List.Size())); }
         void Changed() override { Told.append(",").append(std::to_string(List.Size())).append(")"); }

@@ -10,7 +10,7 @@ namespace tallyhorn {
 
 /// One message list as Qt's views want it.  Rows that come in are announced when TakeInRows says so, in one
 /// batch; all else at once.  User-interface thread only; the list outlives the model.
-class MessageListModel final : public QAbstractTableModel, private MessageListObserver {
+class MessageListModel final : public QAbstractTableModel, private ChangeObserver {
     Q_OBJECT
 
 public:

@@ -1,0 +1,312 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "records/AnsiText.h"
+#include "views/ConsolidatedTree.h"
+
+namespace tallyhorn {
+namespace {
+
+AlarmRecord Record(const std::string& alarm, const std::string& type, const std::string& computer,
+                   const std::string& logType = "System") {
+    AlarmRecord record;
+    record.DateTime = MakeAlarmDate({.Year = 2008, .Month = 8, .Day = 21, .Hour = 14, .Minute = 5}).value();
+    record.AlarmName = alarm;
+    record.LogType = logType;
+    record.Source = "Disk";
+    record.TypeOfEvent = type;
+    record.EventID = 7;
+    record.AccountName = "ADMIN";
+    record.Computer = computer;
+    return record;
+}
+
+const std::vector<std::string> TypeWords = {"information", "warning", "error", "failureaudit",
+                                            "successaudit"};
+
+/// The tree as its rules tell it: one collection of nodes in the order in which they were made, walked from
+/// one end to the other.
+struct WalkedTree {
+    struct Node {
+        std::string Key, Name;
+        Node* Parent = nullptr;
+        std::size_t Leaves = 0;
+        Slot Tag = -1;
+    };
+    std::vector<std::unique_ptr<Node>> Collection;
+
+    Node* Find(Node* parent, const std::string& name) {
+        for (const auto& node : Collection) {
+            if (node->Parent == parent && node->Tag < 0 && node->Name == name)
+                return node.get();
+        }
+        return nullptr;
+    }
+    std::string Index(const Node* node) const {
+        const auto at = std::find_if(Collection.begin(), Collection.end(),
+                                     [&](const auto& other) { return other.get() == node; });
+        std::string digits = std::to_string(at - Collection.begin() + 1);
+        return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
+    }
+    Node* Append(Node* parent, const std::string& key, const std::string& name, Slot tag = -1) {
+        for (const auto& node : Collection) {
+            if (node->Key == key)
+                return nullptr;
+        }
+        Collection.push_back(std::make_unique<Node>(Node{key, name, parent, 0, tag}));
+        return Collection.back().get();
+    }
+    void Add(Slot slot, const std::string& alarm, const std::string& type, const std::string& computer) {
+        const std::size_t before = Collection.size();
+        Node* a = Find(nullptr, alarm);
+        if (a == nullptr)
+            a = Append(nullptr, "ALARM_" + alarm, alarm);
+        Node* t = Find(a, type);
+        if (t == nullptr)
+            t = Append(a, "EVENT_" + Index(a) + "_" + type, type);
+        Node* c = t == nullptr ? nullptr : Find(t, computer);
+        if (c == nullptr && t != nullptr)
+            c = Append(t, "COMPUTER_" + Index(t) + "_" + computer, computer);
+        if (c == nullptr) {
+            Collection.resize(before);
+            return;
+        }
+        Append(c, "FIELDS_" + std::to_string(slot), "", slot);
+        for (Node* node = c; node != nullptr; node = node->Parent)
+            ++node->Leaves;
+    }
+    void Remove(Slot slot) {
+        std::erase_if(Collection, [&](const auto& node) {
+            if (node->Tag != slot)
+                return false;
+            for (Node* group = node->Parent; group != nullptr; group = group->Parent)
+                --group->Leaves;
+            return true;
+        });
+        std::erase_if(Collection, [](const auto& node) { return node->Tag < 0 && node->Leaves == 0; });
+    }
+};
+
+class ConsolidatedTreeTest : public ::testing::Test {
+protected:
+    void Add(Slot slot, const AlarmRecord& record) {
+        const std::string key = EventTypeIconKey(record.TypeOfEvent);
+        rows_.Add(slot, record, PictureForIconKey(key), ListForIconKey(key));
+        tree_.AddMessageToConsolidatedTree(slot, record);
+    }
+    void Remove(std::vector<Slot> slots) {
+        tree_.RemoveLeaves(slots);
+        rows_.Remove(slots);
+    }
+    /// The tree as it is shown: two blanks a level.
+    std::string Shown() const { return Below(TreeNode(), ""); }
+    std::string Below(TreeNode parent, const std::string& indent) const {
+        std::string text;
+        for (std::size_t i = 0; i < tree_.ChildCount(parent); ++i) {
+            const TreeNode child = tree_.ChildAt(parent, i);
+            EXPECT_EQ(tree_.Parent(child), parent);
+            EXPECT_EQ(tree_.PositionOf(child), i);
+            text += indent + tree_.Text(child) + "\n" + Below(child, indent + "  ");
+        }
+        return text;
+    }
+    /// Every node of one stands in the other, at the same position of the collection and with the same key.
+    void CompareWith(const WalkedTree& walked) const {
+        std::vector<std::string> keys(walked.Collection.size());
+        CollectKeys(TreeNode(), keys);
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            EXPECT_EQ(keys[i], walked.Collection[i]->Key);
+    }
+    void CollectKeys(TreeNode parent, std::vector<std::string>& keys) const {
+        for (std::size_t i = 0; i < tree_.ChildCount(parent); ++i) {
+            const TreeNode child = tree_.ChildAt(parent, i);
+            const std::size_t position = tree_.PositionInCollection(child);
+            ASSERT_LE(position, keys.size());
+            keys[position - 1] =
+                child.IsLeaf() ? "FIELDS_" + std::to_string(child.LeafSlot()) : tree_.Key(child);
+            ASSERT_EQ(tree_.PositionOf(child), i);
+            CollectKeys(child, keys);
+        }
+    }
+    TreeNode First(int level) const {
+        TreeNode node;
+        while (level-- > 0)
+            node = tree_.ChildAt(node, 0);
+        return node;
+    }
+
+    MessageRows rows_;
+    ConsolidatedTree tree_{rows_};
+};
+
+TEST_F(ConsolidatedTreeTest, GroupsByAlarmTypeAndComputer) {
+    Add(0, Record("Full", "Warning", "PC2"));
+    EXPECT_EQ(
+        Shown(),
+        "Full ( 1 Event )\n  Warning ( 1 Event )\n    PC2 ( 1 Event )\n"
+        "      System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:00 PM\n");
+    Add(1, Record("Full", "Failure Audit", "PC1", "SECURITY"));
+    Add(2, Record("Full", "Warning", "PC1"));
+    Add(3, Record("Empty", "Error", ""));
+    Add(4, Record("full", "Error", "PC1"));
+    Add(5, Record("Full", "Critical", "PC1"));
+    Add(6, Record("Full", "", "PC1"));
+    const std::string system =
+        "System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:00 PM\n";
+    EXPECT_EQ(
+        Shown(),
+        "Empty ( 1 Event )\n  Error ( 1 Event )\n     ( 1 Event )\n      " + system +
+            "Full ( 3 Events )\n  Failure Audit ( 1 Event )\n    PC1 ( 1 Event )\n"
+            "      SECURITY Log  ||  Event ID: 7  ||  User: ADMIN  ||  Date Logged: 08/21/2008 2:05:00 PM\n"
+            "  Warning ( 2 Events )\n    PC1 ( 1 Event )\n      " +
+            system + "    PC2 ( 1 Event )\n      " + system +
+            "full ( 1 Event )\n  Error ( 1 Event )\n    PC1 ( 1 Event )\n      " + system)
+        << "in the order of the texts; unknown types have no leaf; names differ by case too";
+    EXPECT_EQ(tree_.Picture(First(1)), std::nullopt);
+    EXPECT_EQ(tree_.Picture(First(4)), EventPicture::Error);
+}
+
+TEST_F(ConsolidatedTreeTest, ARemovalLeavesThePluralAndCutsAtTheFirstParenthesis) {
+    for (Slot slot = 0; slot < 3; ++slot)
+        Add(slot, Record("Link (one) lost", "Error", "PC"));
+    EXPECT_EQ(tree_.Text(First(1)), "Link (one) lost ( 3 Events )");
+    Remove({1});
+    EXPECT_EQ(tree_.Text(First(1)), "Link ( 2 Events )");
+    Remove({0});
+    EXPECT_EQ(tree_.Text(First(1)), "Link ( 1 Events )");
+    EXPECT_EQ(tree_.Text(First(2)), "Error ( 1 Events )");
+    EXPECT_EQ(tree_.Text(First(3)), "PC ( 1 Events )");
+    Add(0, Record("Link (one) lost", "Error", "PC"));
+    EXPECT_EQ(tree_.Text(First(1)), "Link (one) lost ( 2 Events )");
+    Remove({0, 2});
+    EXPECT_EQ(tree_.LeafCount(), 0U);
+    EXPECT_EQ(Shown(), "");
+}
+
+TEST_F(ConsolidatedTreeTest, AKeyHoldsThePositionThatItsParentHad) {
+    Add(0, Record("A", "Error", "PC"));
+    Add(12345, Record("B", "Error", "PC", "Sys"));
+    const TreeNode b = tree_.ChildAt(TreeNode(), 1);
+    const TreeNode type = tree_.ChildAt(b, 0);
+    const TreeNode computer = tree_.ChildAt(type, 0);
+    EXPECT_EQ(tree_.Key(b), "ALARM_B");
+    EXPECT_EQ(tree_.Key(type), "EVENT_0005_error");
+    EXPECT_EQ(tree_.Key(computer), "COMPUTER_0006_PC");
+    EXPECT_EQ(tree_.Key(tree_.ChildAt(computer, 0)), "FIELDS_12345_Sys");
+    EXPECT_EQ(tree_.Key(First(4)), "FIELDS_0000_System");
+    Remove({0});
+    EXPECT_EQ(tree_.PositionInCollection(b), 1U) << "positions move down";
+    EXPECT_EQ(tree_.Key(type), "EVENT_0005_error") << "keys stay";
+
+    Add(1, Record("C", "Error", "PC"));
+    EXPECT_EQ(tree_.ChildCount(TreeNode()), 1U) << "C would be the fifth, and B's type has that key";
+    EXPECT_FALSE(tree_.HasLeaf(1));
+    EXPECT_EQ(tree_.LeafCount(), 1U);
+    Add(2, Record("C", "Warning", "PC9"));
+    EXPECT_TRUE(tree_.HasLeaf(2));
+    std::vector<Slot> covered = tree_.SlotsUnder(tree_.Parent(tree_.Parent(tree_.Parent(TreeNode::Leaf(2)))));
+    std::sort(covered.begin(), covered.end());
+    EXPECT_EQ(covered, (std::vector<Slot>{1, 2})) << "an alarm covers the rows that have no leaf as well";
+    EXPECT_EQ(tree_.SlotsUnder(tree_.Parent(TreeNode::Leaf(2))), std::vector<Slot>{2});
+}
+
+TEST_F(ConsolidatedTreeTest, LeavesAreSortedByTheirTextsOnceAskedFor) {
+    std::mt19937 random(5);
+    for (const bool dayFirst : {false, true, false}) {
+        rows_.SetDateStyle({dayFirst, "-"});
+        for (Slot i = 0; i < 300; ++i) {
+            AlarmRecord record = Record("A", "Error", "PC", random() % 2 == 0 ? "Security" : "security");
+            record.DateTime.Seconds += static_cast<std::int64_t>(random() % 100'000'000);
+            record.EventID = static_cast<std::int32_t>(random() % 200);
+            Add(rows_.Holds(0) ? static_cast<Slot>(tree_.LeafCount()) : 0, record);
+        }
+        const TreeNode computer = First(3);
+        std::vector<std::string> texts;
+        for (std::size_t i = 0; i < tree_.ChildCount(computer); ++i) {
+            texts.push_back(UpperCase(tree_.Text(tree_.ChildAt(computer, i))));
+            ASSERT_EQ(tree_.PositionOf(tree_.ChildAt(computer, i)), i);
+        }
+        EXPECT_EQ(std::is_sorted(texts.begin(), texts.end()), texts.size() > 300)
+            << "the later ones went into their places";
+        EXPECT_EQ(tree_.SortChildren(computer), texts.size() == 300);
+        EXPECT_FALSE(tree_.SortChildren(First(2))) << "groups are always sorted";
+    }
+}
+
+TEST_F(ConsolidatedTreeTest, AgreesWithAWalkOverTheWholeCollection) {
+    WalkedTree walked;
+    std::mt19937 random(1);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    std::vector<Slot> used, freed;
+    std::size_t refused = 0;
+    for (int step = 0; step < 6000; ++step) {
+        // Waves of growing and shrinking, so that positions move and keys come to be taken.
+        const bool grows = step / 150 % 2 == 0;
+        if (below(10) < (grows ? 8U : 3U) || used.empty()) {
+            Slot slot = static_cast<Slot>(used.size());
+            if (!freed.empty()) {
+                slot = freed.front();
+                freed.erase(freed.begin());
+            }
+            const std::string alarm = "a" + std::to_string(below(9));
+            const std::string type = TypeWords[below(TypeWords.size())];
+            const std::string computer = "PC" + std::to_string(below(4));
+            Add(slot, Record(alarm, type, computer));
+            walked.Add(slot, alarm, type, computer);
+            refused += tree_.HasLeaf(slot) ? 0 : 1;
+            used.push_back(slot);
+        } else {
+            std::shuffle(used.begin(), used.end(), random);
+            const std::size_t count = 1 + below(std::min<std::size_t>(used.size(), 6));
+            const std::vector<Slot> gone(used.end() - static_cast<std::ptrdiff_t>(count), used.end());
+            used.resize(used.size() - count);
+            freed.insert(freed.end(), gone.begin(), gone.end());
+            Remove(gone);
+            for (const Slot slot : gone)
+                walked.Remove(slot);
+        }
+        if (step % 1500 == 1499) {
+            tree_.Clear();
+            rows_.Clear();
+            walked = WalkedTree();
+            used.clear();
+            freed.clear();
+        }
+        ASSERT_EQ(tree_.LeafCount(),
+                  static_cast<std::size_t>(std::count_if(walked.Collection.begin(), walked.Collection.end(),
+                                                         [](const auto& node) { return node->Tag >= 0; })))
+            << step;
+        if (step % 10 == 0) {
+            ASSERT_NO_FATAL_FAILURE(CompareWith(walked)) << step;
+        }
+    }
+    EXPECT_GT(refused, 20U) << "else nothing was seen of keys that are taken";
+}
+
+TEST_F(ConsolidatedTreeTest, PositionsStayRightThroughAGreatManyNodes) {
+    constexpr Slot Leaves = 30'000;
+    for (Slot slot = 0; slot < Leaves; ++slot)
+        Add(slot, Record("A", "Error", "PC" + std::to_string(slot % 100)));
+    std::vector<Slot> gone;
+    for (Slot slot = 0; slot < Leaves; ++slot) {
+        if (slot % 10 != 0)
+            gone.push_back(slot);
+    }
+    Remove(gone);
+    std::vector<std::size_t> positions;
+    for (Slot slot = 0; slot < Leaves; slot += 10)
+        positions.push_back(tree_.PositionInCollection(TreeNode::Leaf(slot)));
+    EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end()));
+    EXPECT_EQ(std::adjacent_find(positions.begin(), positions.end()), positions.end());
+    // Ten computers are left below one alarm and one type.
+    EXPECT_EQ(positions.back(), 3000U + 12U);
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,456 @@
+#include "views/ConsolidatedTree.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <iterator>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::size_t AlarmText = 0;
+constexpr std::size_t LogTypeText = 1;
+constexpr std::size_t ComputerText = 3;
+
+struct TypeName {
+    std::string_view Key;
+    std::string_view Text;
+    std::uint64_t Rank;  ///< among the texts
+};
+/// By the number of their picture.
+constexpr std::array<TypeName, 5> TypeNames = {{{"information", "Information", 2},
+                                                {"warning", "Warning", 4},
+                                                {"error", "Error", 0},
+                                                {"failureaudit", "Failure Audit", 1},
+                                                {"successaudit", "Success Audit", 3}}};
+
+/// Orders dates as the texts that leaves show for them do: by the first number, the second one and so on,
+/// with "10:" to "12:" before "1:".
+std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
+    const CivilDateTime parts = SplitAlarmDate(date);
+    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
+    const int hourRank = hour >= 10 ? hour - 10 : hour + 2;
+    std::uint64_t order = 0;
+    const auto append = [&order](int number, unsigned limit) {
+        order = order * limit + static_cast<unsigned>(number);
+    };
+    append(dayFirst ? parts.Day : parts.Month, 100);
+    append(dayFirst ? parts.Month : parts.Day, 100);
+    append(parts.Year, 10000);
+    append(hourRank, 12);
+    append(parts.Minute, 60);
+    append(parts.Second, 60);
+    append(parts.Hour < 12 ? 0 : 1, 2);
+    return order;
+}
+
+std::string FourDigits(std::uint32_t number) {
+    std::array<char, 16> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%04u", number);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+/// What is left of a group's text when its count is cut off at the first "(", which may be the name's own.
+std::string_view BeforeCount(std::string_view name) {
+    const std::size_t open = name.find('(');
+    if (open == std::string_view::npos)
+        return name;
+    name = name.substr(0, open);
+    if (name.ends_with(' '))
+        name.remove_suffix(1);
+    return name;
+}
+
+}  // namespace
+
+ConsolidatedTree::ConsolidatedTree(const MessageRows& rows) : rows_(rows) {
+    groups_.GrowTo(1);
+    groups_[0].Alive = true;
+}
+
+// ---- adding
+
+void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
+    const MessageRow& row = rows_[slot];
+    if (!row.Picture || *row.Picture == EventPicture::QuestionMark) {
+        leafless_.insert(slot);
+        return;
+    }
+    GroupId group = 0;
+    for (const Label label :
+         {row.Texts[AlarmText], static_cast<Label>(*row.Picture), row.Texts[ComputerText]}) {
+        const GroupId found = FindGroup(group, label);
+        const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
+        if (below == 0) {
+            leafless_.insert(slot);
+            RemoveEmptyGroups({group});
+            return;
+        }
+        group = below;
+    }
+    CountLeaf(group);
+    AddLeaf(group, slot, alarm);
+}
+
+std::uint64_t ConsolidatedTree::LabelKey(GroupId parent, Label name) {
+    return (std::uint64_t{parent} << 32U) | name;
+}
+
+ConsolidatedTree::GroupId ConsolidatedTree::FindGroup(GroupId parent, Label name) const {
+    const auto found = groupByLabel_.find(LabelKey(parent, name));
+    return found == groupByLabel_.end() ? 0 : found->second;
+}
+
+/// 0 where another group has the key.
+ConsolidatedTree::GroupId ConsolidatedTree::AddGroup(GroupId parent, Label name, EventPicture picture) {
+    Group group;
+    group.Parent = parent;
+    group.Name = name;
+    group.Picture = picture;
+    group.Level = static_cast<TreeLevel>(static_cast<int>(groups_[parent].Level) + 1);
+    group.Alive = true;
+    if (group.Level != TreeLevel::Alarm) {
+        group.KeyNumber = static_cast<std::uint32_t>(order_.PositionOf(groups_[parent].Number));
+        if (!keys_[group.Level == TreeLevel::Computer].insert(KeyOf(group)).second)
+            return 0;
+    }
+    group.Number = order_.Add();
+
+    GroupId id = 0;
+    if (freeGroups_.empty()) {
+        id = static_cast<GroupId>(groups_.Size());
+        groups_.GrowTo(groups_.Size() + 1);
+    } else {
+        id = freeGroups_.back();
+        freeGroups_.pop_back();
+    }
+    groups_[id] = std::move(group);
+    groupByLabel_.emplace(LabelKey(parent, name), id);
+    groups_[parent].Children.Insert(GroupEntry(id), RuleBelow(groups_[parent]));
+    return id;
+}
+
+std::uint64_t ConsolidatedTree::KeyOf(const Group& group) const {
+    return LabelKey(group.KeyNumber, group.Name);
+}
+
+void ConsolidatedTree::CountLeaf(GroupId computer) {
+    for (GroupId group = computer;; group = groups_[group].Parent) {
+        ++groups_[group].Count;
+        groups_[group].Form = groups_[group].Count == 1 ? CountForm::One : CountForm::Many;
+        if (group == 0)
+            return;
+    }
+}
+
+void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm) {
+    leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
+    leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
+    Group& group = groups_[computer];
+    group.Children.Insert(LeafEntry(slot, group.SortedLeaves), RuleBelow(group));
+}
+
+TextId ConsolidatedTree::AddHead(const AlarmRecord& alarm) {
+    const std::string id = std::to_string(alarm.EventID);
+    headBuffer_.assign(alarm.LogType).append(" Log  ||  ");
+    if (CompareNoCase(alarm.LogType, "security") == 0)
+        headBuffer_.append("Event ID: ").append(id).append("  ||  User: ").append(alarm.AccountName);
+    else
+        headBuffer_.append("Source: ").append(alarm.Source).append("  ||  Event ID: ").append(id);
+    headBuffer_.append("  ||  Date Logged: ");
+    return heads_.Add(headBuffer_);
+}
+
+// ---- removing
+
+void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
+    const Change change(observer_);
+    // First all are marked, so that each group's children are gone through once.
+    std::vector<GroupId> computers;
+    for (const Slot slot : slots) {
+        if (!HasLeaf(slot)) {
+            leafless_.erase(slot);
+            continue;
+        }
+        const TreeNode leaf = TreeNode::Leaf(slot);
+        Group& computer = groups_[LeafOf(leaf).Computer];
+        if (computer.Children.SelectedCount() == 0)
+            computers.push_back(LeafOf(leaf).Computer);
+        const std::size_t position = PositionOf(leaf);
+        computer.Children.Select(position, position, true);
+    }
+    for (const GroupId computer : computers)
+        TakeMarkedLeaves(computer);
+    RemoveEmptyGroups(std::move(computers));
+    if (!Holds(selected_))
+        selected_ = TreeNode();
+    if (order_.WantsRenumbering())
+        Renumber();
+}
+
+void ConsolidatedTree::TakeMarkedLeaves(GroupId computer) {
+    const std::vector<Slot> gone = groups_[computer].Children.RemoveSelected();
+    for (const Slot slot : gone) {
+        Leaf& leaf = leaves_[static_cast<std::size_t>(slot)];
+        order_.Remove(leaf.Number);
+        heads_.Release(leaf.Head);
+        leaf = Leaf();
+    }
+    for (GroupId group = computer;; group = groups_[group].Parent) {
+        groups_[group].Count -= static_cast<std::uint32_t>(gone.size());
+        groups_[group].Form = CountForm::AfterRemoval;
+        if (group == 0)
+            return;
+    }
+}
+
+/// Goes up a level at a time, since a group is empty once all below it are gone.
+void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
+    while (!candidates.empty()) {
+        std::vector<GroupId> parents;
+        for (const GroupId group : candidates) {
+            if (group == 0 || groups_[group].Count > 0)
+                continue;
+            const GroupId parent = groups_[group].Parent;
+            RowOrder& siblings = groups_[parent].Children;
+            if (siblings.SelectedCount() == 0)
+                parents.push_back(parent);
+            const std::size_t position = PositionOf(TreeNode::Group(group));
+            siblings.Select(position, position, true);
+        }
+        for (const GroupId parent : parents) {
+            for (const Slot group : groups_[parent].Children.RemoveSelected())
+                ForgetGroup(static_cast<GroupId>(group));
+        }
+        candidates = std::move(parents);
+    }
+}
+
+void ConsolidatedTree::ForgetGroup(GroupId id) {
+    Group& group = groups_[id];
+    groupByLabel_.erase(LabelKey(group.Parent, group.Name));
+    if (group.Level != TreeLevel::Alarm)
+        keys_[group.Level == TreeLevel::Computer].erase(KeyOf(group));
+    order_.Remove(group.Number);
+    group = Group();
+    freeGroups_.push_back(id);
+}
+
+void ConsolidatedTree::Renumber() {
+    const auto newNumber = [this](LivingOrder::Number number) {
+        return static_cast<LivingOrder::Number>(order_.PositionOf(number) - 1);
+    };
+    for (std::size_t i = 1; i < groups_.Size(); ++i) {
+        if (groups_[i].Alive)
+            groups_[i].Number = newNumber(groups_[i].Number);
+    }
+    for (std::size_t slot = 0; slot < leaves_.Size(); ++slot) {
+        if (leaves_[slot].Computer != 0)
+            leaves_[slot].Number = newNumber(leaves_[slot].Number);
+    }
+    order_.Renumber();
+}
+
+void ConsolidatedTree::Clear() {
+    const Change change(observer_);
+    groups_.Clear();
+    groups_.GrowTo(1);
+    groups_[0].Alive = true;
+    freeGroups_.clear();
+    groupByLabel_.clear();
+    for (auto& keys : keys_)
+        keys.clear();
+    leaves_.Clear();
+    leafless_.clear();
+    heads_ = TextPool();
+    order_.Clear();
+    selected_ = TreeNode();
+}
+
+// ---- looking
+
+bool ConsolidatedTree::HasLeaf(Slot slot) const {
+    return slot >= 0 && static_cast<std::size_t>(slot) < leaves_.Size() &&
+           leaves_[static_cast<std::size_t>(slot)].Computer != 0;
+}
+
+bool ConsolidatedTree::Holds(TreeNode node) const {
+    if (node.IsLeaf())
+        return HasLeaf(node.LeafSlot());
+    return node.GroupId() < groups_.Size() && groups_[node.GroupId()].Alive;
+}
+
+TreeLevel ConsolidatedTree::Level(TreeNode node) const {
+    return node.IsLeaf() ? TreeLevel::Leaf : groups_[node.GroupId()].Level;
+}
+
+TreeNode ConsolidatedTree::Parent(TreeNode node) const {
+    return TreeNode::Group(node.IsLeaf() ? LeafOf(node).Computer : groups_[node.GroupId()].Parent);
+}
+
+std::size_t ConsolidatedTree::ChildCount(TreeNode parent) const {
+    return parent.IsLeaf() ? 0 : groups_[parent.GroupId()].Children.Size();
+}
+
+TreeNode ConsolidatedTree::ChildAt(TreeNode parent, std::size_t position) const {
+    const Group& group = groups_[parent.GroupId()];
+    const std::uint32_t number = group.Children.At(position).Slot;
+    return group.Level == TreeLevel::Computer ? TreeNode::Leaf(static_cast<Slot>(number))
+                                              : TreeNode::Group(number);
+}
+
+std::size_t ConsolidatedTree::PositionOf(TreeNode node) const {
+    const Group& parent = groups_[Parent(node).GroupId()];
+    const RowEntry entry =
+        node.IsLeaf() ? LeafEntry(node.LeafSlot(), parent.SortedLeaves) : GroupEntry(node.GroupId());
+    return parent.Children.PositionOf(entry, RuleBelow(parent), ArrivalsBelow(parent)).value();
+}
+
+std::string ConsolidatedTree::Text(TreeNode node) const {
+    if (node.IsLeaf())
+        return std::string(heads_.Text(LeafOf(node).Head)) + LeafDate(node.LeafSlot());
+    const Group& group = groups_[node.GroupId()];
+    const std::string_view name = GroupName(group);
+    std::string text(group.Form == CountForm::AfterRemoval ? BeforeCount(name) : name);
+    if (group.Form == CountForm::One)
+        return text.append(" ( 1 Event )");
+    return text.append(" ( ").append(std::to_string(group.Count)).append(" Events )");
+}
+
+std::optional<EventPicture> ConsolidatedTree::Picture(TreeNode node) const {
+    if (node.IsLeaf())
+        return groups_[LeafOf(node).Computer].Picture;
+    const Group& group = groups_[node.GroupId()];
+    if (group.Level == TreeLevel::Alarm)
+        return std::nullopt;
+    return group.Picture;
+}
+
+std::string ConsolidatedTree::Key(TreeNode node) const {
+    if (node.IsLeaf()) {
+        return "FIELDS_" + FourDigits(static_cast<std::uint32_t>(node.LeafSlot())) + "_" +
+               std::string(rows_.Texts().Text(rows_[node.LeafSlot()].Texts[LogTypeText]));
+    }
+    const Group& group = groups_[node.GroupId()];
+    switch (group.Level) {
+        case TreeLevel::Alarm:
+            return "ALARM_" + std::string(GroupName(group));
+        case TreeLevel::Type:
+            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(TypeNames.at(group.Name).Key);
+        default:
+            return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(GroupName(group));
+    }
+}
+
+std::size_t ConsolidatedTree::PositionInCollection(TreeNode node) const {
+    return order_.PositionOf(node.IsLeaf() ? LeafOf(node).Number : groups_[node.GroupId()].Number);
+}
+
+bool ConsolidatedTree::SortChildren(TreeNode node) {
+    if (Level(node) != TreeLevel::Computer || groups_[node.GroupId()].SortedLeaves)
+        return false;
+    const Change change(observer_);
+    Group& group = groups_[node.GroupId()];
+    group.SortedLeaves = true;
+    std::vector<RowEntry> entries = group.Children.Entries();
+    for (RowEntry& entry : entries)
+        entry = LeafEntry(static_cast<Slot>(entry.Slot), true);
+    group.Children.AssignSorted(std::move(entries), RuleBelow(group), ArrivalsBelow(group));
+    return true;
+}
+
+std::vector<Slot> ConsolidatedTree::SlotsUnder(TreeNode node) const {
+    if (node.IsLeaf())
+        return {node.LeafSlot()};
+    std::vector<Slot> slots;
+    AppendLeaves(node.GroupId(), slots);
+    const Group& group = groups_[node.GroupId()];
+    std::copy_if(leafless_.begin(), leafless_.end(), std::back_inserter(slots),
+                 [&](Slot slot) { return Covers(group, slot); });
+    return slots;
+}
+
+void ConsolidatedTree::AppendLeaves(GroupId id, std::vector<Slot>& slots) const {
+    const Group& group = groups_[id];
+    for (const RowEntry& entry : group.Children.Entries()) {
+        if (group.Level == TreeLevel::Computer)
+            slots.push_back(static_cast<Slot>(entry.Slot));
+        else
+            AppendLeaves(entry.Slot, slots);
+    }
+}
+
+/// Whether a row without a leaf has what the groups from here up stand for.
+bool ConsolidatedTree::Covers(const Group& group, Slot slot) const {
+    const MessageRow& row = rows_[slot];
+    switch (group.Level) {
+        case TreeLevel::Root:
+            return true;
+        case TreeLevel::Alarm:
+            return row.Texts[AlarmText] == group.Name;
+        case TreeLevel::Type:
+            return row.Picture == group.Picture && Covers(groups_[group.Parent], slot);
+        default:
+            return row.Texts[ComputerText] == group.Name && Covers(groups_[group.Parent], slot);
+    }
+}
+
+// ---- orders
+
+RowEntry ConsolidatedTree::GroupEntry(GroupId id) const {
+    const Group& group = groups_[id];
+    RowEntry entry;
+    entry.Slot = id & 0x7FFFFFFFU;
+    if (group.Level == TreeLevel::Type) {
+        entry.Key = TypeNames.at(group.Name).Rank;
+    } else {
+        entry.Text = group.Name;
+        entry.Key = rows_.Texts().SortPrefix(group.Name);
+    }
+    return entry;
+}
+
+RowEntry ConsolidatedTree::LeafEntry(Slot slot, bool sorted) const {
+    const MessageRow& row = rows_[slot];
+    RowEntry entry;
+    entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+    entry.Key = row.Arrival;
+    if (sorted) {
+        entry.Text = leaves_[static_cast<std::size_t>(slot)].Head;
+        entry.Key = DateTextOrder(row.Date, rows_.DayFirst(slot));
+    }
+    return entry;
+}
+
+RowOrder::Rule ConsolidatedTree::RuleBelow(const Group& parent) const {
+    RowOrder::Rule rule;
+    if (parent.Level == TreeLevel::Root || parent.Level == TreeLevel::Type)
+        rule.Texts = &rows_.Texts();
+    if (parent.SortedLeaves) {
+        rule.Texts = &heads_;
+        rule.TextFirst = true;
+    }
+    return rule;
+}
+
+RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const Group& parent) const {
+    if (parent.Level == TreeLevel::Computer)
+        return [this](std::uint32_t slot) { return rows_[static_cast<Slot>(slot)].Arrival; };
+    return [this](std::uint32_t group) -> std::uint64_t { return groups_[group].Number; };
+}
+
+// ---- texts
+
+std::string_view ConsolidatedTree::GroupName(const Group& group) const {
+    return group.Level == TreeLevel::Type ? TypeNames.at(group.Name).Text : rows_.Texts().Text(group.Name);
+}
+
+/// With the system's own separator, whatever the lists have.
+std::string ConsolidatedTree::LeafDate(Slot slot) const {
+    const DateStyle style{rows_.DayFirst(slot), "/"};
+    return FormatAlarmDate(rows_[slot].Date, style.Pattern(), style.Separator);
+}
+
+}  // namespace tallyhorn

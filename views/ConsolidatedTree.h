@@ -1,0 +1,173 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "records/AlarmRecord.h"
+#include "views/ChangeObserver.h"
+#include "views/ChunkedArray.h"
+#include "views/LivingOrder.h"
+#include "views/MessageRows.h"
+#include "views/RowOrder.h"
+#include "views/TextPool.h"
+
+namespace tallyhorn {
+
+/// A node of the consolidated tree by number: a group, or a leaf by its message's slot.  A plain value.
+class TreeNode {
+public:
+    TreeNode() = default;
+    static TreeNode Group(std::uint32_t group) { return TreeNode(group); }
+    static TreeNode Leaf(Slot slot) { return TreeNode(LeafBit | static_cast<std::uint32_t>(slot)); }
+    static TreeNode FromNumber(std::uint32_t number) { return TreeNode(number); }
+
+    /// What all alarms hang under; it is never shown.
+    bool IsRoot() const { return number_ == 0; }
+    bool IsLeaf() const { return (number_ & LeafBit) != 0; }
+    std::uint32_t GroupId() const { return number_; }
+    Slot LeafSlot() const { return static_cast<Slot>(number_ & ~LeafBit); }
+    std::uint32_t Number() const { return number_; }
+
+    bool operator==(const TreeNode&) const = default;
+
+private:
+    static constexpr std::uint32_t LeafBit = 0x80000000U;
+    explicit TreeNode(std::uint32_t number) : number_(number) {}
+
+    std::uint32_t number_ = 0;
+};
+
+/// The depth of a node below the root.
+enum class TreeLevel : std::uint8_t { Root, Alarm, Type, Computer, Leaf };
+
+/// The syslog notifications grouped by alarm, type of event and computer, with a leaf for each and the number
+/// of leaves at each group.  User-interface thread only; `rows` outlives the tree, and a row goes after its
+/// leaf.
+class ConsolidatedTree {
+public:
+    explicit ConsolidatedTree(const MessageRows& rows);
+    ConsolidatedTree(const ConsolidatedTree&) = delete;
+    ConsolidatedTree& operator=(const ConsolidatedTree&) = delete;
+
+    /// At most one; it outlives the tree or is taken away with nullptr.
+    void SetObserver(ChangeObserver* observer) { observer_ = observer; }
+
+    /// Adds the leaf of `slot`, whose row was made just before from the same record.  A type of event that is
+    /// none of the five gets no leaf.  Nor does a notification for which a group would have to be made whose
+    /// key another group has: then nothing is counted either, so that a count is always the leaves below.
+    void AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm);
+    /// Removes the leaf of `slot` and the groups that it leaves empty; does nothing where there is none.
+    void RemoveLeafForSlot(Slot slot) { RemoveLeaves(std::span(&slot, 1)); }
+    /// The same for many, which costs less than one by one.
+    void RemoveLeaves(std::span<const Slot> slots);
+    void Clear();
+
+    std::size_t LeafCount() const { return Count(0); }
+    bool HasLeaf(Slot slot) const;
+    /// Whether the node is still there.
+    bool Holds(TreeNode node) const;
+
+    TreeLevel Level(TreeNode node) const;
+    TreeNode Parent(TreeNode node) const;
+    std::size_t ChildCount(TreeNode parent) const;
+    TreeNode ChildAt(TreeNode parent, std::size_t position) const;
+    /// Among its parent's children.
+    std::size_t PositionOf(TreeNode node) const;
+    /// The leaves at the node or below it.
+    std::size_t Count(TreeNode node) const { return node.IsLeaf() ? 1 : Count(node.GroupId()); }
+
+    std::string Text(TreeNode node) const;
+    /// Nothing for an alarm, which has a picture of its own.
+    std::optional<EventPicture> Picture(TreeNode node) const;
+    /// "ALARM_name", "EVENT_number_type", "COMPUTER_number_name" or "FIELDS_slot_log": the number is the
+    /// position among all nodes that the parent had when the group was made.
+    std::string Key(TreeNode node) const;
+    /// Counts from 1 in the order in which the nodes were made.
+    std::size_t PositionInCollection(TreeNode node) const;
+
+    /// The node's children stand in the order of their texts from now on, as those of alarms and types always
+    /// do.  False where they did so already.
+    bool SortChildren(TreeNode node);
+
+    /// The one that the user has chosen; the root where there is none.
+    TreeNode SelectedNode() const { return selected_; }
+    void SelectNode(TreeNode node) { selected_ = node; }
+
+    /// The slots of all rows that the node covers, in no order: its leaves, and rows of the same alarm that
+    /// have no leaf.
+    std::vector<Slot> SlotsUnder(TreeNode node) const;
+
+private:
+    using GroupId = std::uint32_t;
+    using Label = std::uint32_t;
+
+    /// How a group tells its count: the first leaf, more of them, or what a removal left.
+    enum class CountForm : std::uint8_t { One, Many, AfterRemoval };
+
+    struct Group {
+        RowOrder Children;
+        GroupId Parent = 0;
+        Label Name = 0;  ///< the text of an alarm or computer, the picture's number of a type
+        LivingOrder::Number Number = 0;
+        std::uint32_t KeyNumber = 0;
+        std::uint32_t Count = 0;
+        TreeLevel Level = TreeLevel::Root;
+        EventPicture Picture{};
+        CountForm Form = CountForm::One;
+        bool SortedLeaves = false;
+        bool Alive = false;
+    };
+    /// The computer that a leaf hangs under, 0 where the slot has no leaf.
+    struct Leaf {
+        GroupId Computer = 0;
+        TextId Head = 0;
+        LivingOrder::Number Number = 0;
+    };
+
+    static std::uint64_t LabelKey(GroupId parent, Label name);
+    std::size_t Count(GroupId group) const { return groups_[group].Count; }
+    const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
+    GroupId FindGroup(GroupId parent, Label name) const;
+    GroupId AddGroup(GroupId parent, Label name, EventPicture picture);
+    std::uint64_t KeyOf(const Group& group) const;
+    void CountLeaf(GroupId computer);
+    void AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm);
+    TextId AddHead(const AlarmRecord& alarm);
+
+    void TakeMarkedLeaves(GroupId computer);
+    void RemoveEmptyGroups(std::vector<GroupId> candidates);
+    void ForgetGroup(GroupId group);
+    void Renumber();
+
+    RowEntry GroupEntry(GroupId group) const;
+    RowEntry LeafEntry(Slot slot, bool sorted) const;
+    RowOrder::Rule RuleBelow(const Group& parent) const;
+    RowOrder::Arrivals ArrivalsBelow(const Group& parent) const;
+
+    std::string_view GroupName(const Group& group) const;
+    std::string LeafDate(Slot slot) const;
+    void AppendLeaves(GroupId group, std::vector<Slot>& slots) const;
+    bool Covers(const Group& group, Slot slot) const;
+
+    const MessageRows& rows_;
+    ChunkedArray<Group> groups_;  ///< the root is the first
+    std::vector<GroupId> freeGroups_;
+    std::unordered_map<std::uint64_t, GroupId> groupByLabel_;
+    std::unordered_set<std::uint64_t> keys_[2];  ///< those of types and of computers
+    ChunkedArray<Leaf> leaves_;                  ///< by slot
+    std::unordered_set<Slot> leafless_;          ///< rows that were given no leaf
+    TextPool heads_;                             ///< leaf texts up to their dates
+    std::string headBuffer_;
+    LivingOrder order_;
+    TreeNode selected_;
+    ChangeObserver* observer_ = nullptr;
+};
+
+}  // namespace tallyhorn

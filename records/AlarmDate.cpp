@@ -3,7 +3,6 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "records/AnsiText.h"
@@ -91,9 +90,7 @@ bool IsYear(Number number) {
 }
 
 int FullYear(Number year) {
-    if (year.Digits == 4)
-        return year.Value;
-    return year.Value + (year.Value < 30 ? 2000 : 1900);
+    return year.Digits == 4 ? year.Value : YearOfTwoDigits(year.Value);
 }
 
 /// Month first, day first where the first number cannot be a month, or year first.
@@ -156,6 +153,28 @@ bool SetDate(AlarmDate& date, const CivilDateTime& parts) {
     return true;
 }
 
+/// The characters of a date one after the other: snprintf would take longer than all else about a text that
+/// is kept.
+class GeneralDateText {
+public:
+    void Add(char character) { characters_[length_++] = character; }
+    void AddTwoDigits(int number) {
+        Add(static_cast<char>('0' + number / 10 % 10));
+        Add(static_cast<char>('0' + number % 10));
+    }
+    /// A number below 100 without a leading zero.
+    void Add(int number) {
+        if (number >= 10)
+            Add(static_cast<char>('0' + number / 10));
+        Add(static_cast<char>('0' + number % 10));
+    }
+    std::string_view View() const { return {characters_.data(), length_}; }
+
+private:
+    std::array<char, sizeof("12/31/9999 12:59:59 PM")> characters_{};
+    std::size_t length_ = 0;
+};
+
 }  // namespace
 
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
@@ -203,17 +222,32 @@ std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
 }
 
 std::string FormatGeneralDate(AlarmDate date) {
+    std::string text;
+    AppendGeneralDate(text, date);
+    return text;
+}
+
+void AppendGeneralDate(std::string& text, AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
-    std::array<char, 64> buffer{};
-    int length =
-        std::snprintf(buffer.data(), buffer.size(), "%d/%d/%04d", parts.Month, parts.Day, parts.Year);
+    GeneralDateText written;
+    written.Add(parts.Month);
+    written.Add('/');
+    written.Add(parts.Day);
+    written.Add('/');
+    written.AddTwoDigits(parts.Year / 100);
+    written.AddTwoDigits(parts.Year % 100);
     if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
-        const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
-        length =
-            std::snprintf(buffer.data(), buffer.size(), "%d/%d/%04d %d:%02d:%02d %s", parts.Month, parts.Day,
-                          parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+        written.Add(' ');
+        written.Add(parts.Hour % 12 == 0 ? 12 : parts.Hour % 12);
+        written.Add(':');
+        written.AddTwoDigits(parts.Minute);
+        written.Add(':');
+        written.AddTwoDigits(parts.Second);
+        written.Add(' ');
+        written.Add(parts.Hour < 12 ? 'A' : 'P');
+        written.Add('M');
     }
-    return {buffer.data(), static_cast<std::size_t>(length)};
+    text.append(written.View());
 }
 
 double DaysFromAlarmDate(AlarmDate date) {

@@ -99,13 +99,6 @@ void AssignUpperCase(std::string& to, std::string_view text) {
     std::transform(text.begin(), text.end(), to.begin(), ToUpper);
 }
 
-std::string_view Trim(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 std::string RemoveBlanks(std::string_view text) {
     std::string result(text);
     std::erase(result, ' ');

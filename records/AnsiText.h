@@ -38,8 +38,14 @@ std::string LowerCase(std::string_view text);
 /// Replaces `to` by `text` in upper case, without a new allocation where its room suffices.
 void AssignUpperCase(std::string& to, std::string_view text);
 
-/// Leading and trailing blanks (0x20 alone) removed.
-std::string_view Trim(std::string_view text);
+/// Leading and trailing blanks (0x20 alone) removed.  Inline, because most fields have one blank or none.
+inline std::string_view Trim(std::string_view text) {
+    while (text.starts_with(' '))
+        text.remove_prefix(1);
+    while (text.ends_with(' '))
+        text.remove_suffix(1);
+    return text;
+}
 /// Every blank (0x20) removed.
 std::string RemoveBlanks(std::string_view text);
 /// Every NUL removed, then leading and trailing blanks.

@@ -1,19 +1,171 @@
 #include "records/CanonicalText.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+
+#include "records/AnsiText.h"
+#include "records/EventTypes.h"
+
 namespace tallyhorn {
+namespace {
+
+constexpr std::string_view DateLabel = "Date: ";
+constexpr std::string_view NameLabel = "\r\nAlarm Name: ";
+constexpr std::string_view LogTypeLabel = "\r\nLog Type: ";
+constexpr std::string_view SourceLabel = "\r\nSource: ";
+constexpr std::string_view TypeLabel = "\r\nType Of Event: ";
+constexpr std::string_view CategoryLabel = "\r\nCategory: ";
+constexpr std::string_view EventIDLabel = "\r\nEventID: ";
+constexpr std::string_view AccountLabel = "\r\nAccount: ";
+constexpr std::string_view ComputerLabel = "\r\nComputer: ";
+constexpr std::string_view DescriptionLabel = "\r\nDescription: \r\n";
+
+/// All labels, the longest date and the longest number.
+constexpr std::size_t MostBesideFields = 180;
+
+/// The parts of a message text as views of it.
+struct MessageFields {
+    std::string_view Date, AlarmName, LogType, Source, TypeOfEvent, Category;
+    std::int32_t EventID = 0;
+    std::string_view AccountName, Computer, Description;
+};
+
+/// Cuts a message text at its labels from the front; every step says whether its label was there.
+class LabelledText {
+public:
+    explicit LabelledText(std::string_view text) : rest_(text) {}
+
+    bool Begin(std::string_view label) {
+        if (!rest_.starts_with(label))
+            return false;
+        rest_.remove_prefix(label.size());
+        return true;
+    }
+
+    /// What stands before the next `label`.
+    bool TakeUntil(std::string_view label, std::string_view& field) {
+        const std::size_t end = rest_.find(label);
+        if (end == std::string_view::npos)
+            return false;
+        field = rest_.substr(0, end);
+        rest_.remove_prefix(end + label.size());
+        return true;
+    }
+
+    /// What stands before the next event id, that id, and the label behind it.
+    bool TakeUntilEventID(std::string_view& field, std::int32_t& number) {
+        std::size_t end = rest_.find(EventIDLabel);
+        for (; end != std::string_view::npos; end = rest_.find(EventIDLabel, end + 1)) {
+            LabelledText behind(rest_.substr(end + EventIDLabel.size()));
+            if (behind.TakeNumber(number) && behind.Begin(AccountLabel)) {
+                field = rest_.substr(0, end);
+                rest_ = behind.rest_;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::string_view Rest() const { return rest_; }
+
+private:
+    /// A number spelled as std::to_string does it.
+    bool TakeNumber(std::int32_t& number) {
+        const char* const end = std::from_chars(rest_.data(), rest_.data() + rest_.size(), number).ptr;
+        const auto length = static_cast<std::size_t>(end - rest_.data());
+        if (length == 0 || rest_.substr(0, length) != std::to_string(number))
+            return false;
+        rest_.remove_prefix(length);
+        return true;
+    }
+
+    std::string_view rest_;
+};
+
+bool CutMessageText(std::string_view text, MessageFields& fields) {
+    LabelledText labelled(text);
+    const bool whole = labelled.Begin(DateLabel) && labelled.TakeUntil(NameLabel, fields.Date) &&
+                       labelled.TakeUntil(LogTypeLabel, fields.AlarmName) &&
+                       labelled.TakeUntil(SourceLabel, fields.LogType) &&
+                       labelled.TakeUntil(TypeLabel, fields.Source) &&
+                       labelled.TakeUntil(CategoryLabel, fields.TypeOfEvent) &&
+                       labelled.TakeUntilEventID(fields.Category, fields.EventID) &&
+                       labelled.TakeUntil(ComputerLabel, fields.AccountName) &&
+                       labelled.TakeUntil(DescriptionLabel, fields.Computer);
+    fields.Description = labelled.Rest();
+    return whole;
+}
+
+void SettleType(AlarmRecord& alarm) {
+    alarm.TypeOfEvent = EventTypeDisplayName(EventTypeIconKey(alarm.TypeOfEvent));
+}
+
+void DropTrailingBlanks(std::string& text) {
+    text.erase(text.find_last_not_of(' ') + 1);
+}
+
+/// Only a line's start can be taken for a label's.
+bool HoldsLineFeed(const AlarmRecord& alarm) {
+    const std::string* const fields[] = {&alarm.AlarmName,   &alarm.LogType,  &alarm.Source,
+                                         &alarm.TypeOfEvent, &alarm.Category, &alarm.AccountName,
+                                         &alarm.Computer};
+    return std::any_of(std::begin(fields), std::end(fields),
+                       [](const std::string* field) { return field->find('\n') != std::string::npos; });
+}
+
+}  // namespace
 
 std::string BuildMessageText(const AlarmRecord& alarm) {
-    std::string text = "Date: " + FormatGeneralDate(alarm.DateTime);
-    text += "\r\nAlarm Name: " + alarm.AlarmName;
-    text += "\r\nLog Type: " + alarm.LogType;
-    text += "\r\nSource: " + alarm.Source;
-    text += "\r\nType Of Event: " + alarm.TypeOfEvent;
-    text += "\r\nCategory: " + alarm.Category;
-    text += "\r\nEventID: " + std::to_string(alarm.EventID);
-    text += "\r\nAccount: " + alarm.AccountName;
-    text += "\r\nComputer: " + alarm.Computer;
-    text += "\r\nDescription: \r\n" + alarm.Description;
+    std::string text;
+    text.reserve(MostBesideFields + alarm.AlarmName.size() + alarm.LogType.size() + alarm.Source.size() +
+                 alarm.TypeOfEvent.size() + alarm.Category.size() + alarm.AccountName.size() +
+                 alarm.Computer.size() + alarm.Description.size());
+    text += DateLabel;
+    AppendGeneralDate(text, alarm.DateTime);
+    text.append(NameLabel).append(alarm.AlarmName);
+    text.append(LogTypeLabel).append(alarm.LogType);
+    text.append(SourceLabel).append(alarm.Source);
+    text.append(TypeLabel).append(alarm.TypeOfEvent);
+    text.append(CategoryLabel).append(alarm.Category);
+    text.append(EventIDLabel).append(std::to_string(alarm.EventID));
+    text.append(AccountLabel).append(alarm.AccountName);
+    text.append(ComputerLabel).append(alarm.Computer);
+    text.append(DescriptionLabel).append(alarm.Description);
     return text;
+}
+
+bool ReadMessageText(std::string_view text, AlarmRecord& alarm) {
+    MessageFields fields;
+    // A date's reader stops at a line end, but here the whole line must be the date.
+    if (!CutMessageText(text, fields) || fields.Date.find_first_of("\r\n") != std::string_view::npos ||
+        !ReadAlarmDate(fields.Date, alarm.DateTime))
+        return false;
+    alarm.AlarmName.assign(fields.AlarmName);
+    alarm.LogType.assign(fields.LogType);
+    alarm.Source.assign(fields.Source);
+    alarm.TypeOfEvent.assign(fields.TypeOfEvent);
+    alarm.Category.assign(fields.Category);
+    alarm.EventID = fields.EventID;
+    alarm.AccountName.assign(fields.AccountName);
+    alarm.Computer.assign(fields.Computer);
+    alarm.Description.assign(fields.Description);
+    return true;
+}
+
+std::string SettleMessage(AlarmRecord& alarm) {
+    SettleType(alarm);
+    DropTrailingBlanks(alarm.Description);
+    std::string text = BuildMessageText(alarm);
+    if (!HoldsLineFeed(alarm) && text.find('\0') == std::string::npos)
+        return text;
+    // Reading takes the labels in order, so a type that is settled afterwards moves no other label.
+    if (!ReadMessageText(StripNulls(text), alarm))
+        return text;
+    SettleType(alarm);
+    return BuildMessageText(alarm);
 }
 
 }  // namespace tallyhorn

@@ -31,6 +31,22 @@ const EventType* FindType(std::string_view key) {
     return found == EventTypeTable.end() ? nullptr : found;
 }
 
+const EventType* FindTypeNoCase(std::string_view type) {
+    const auto* const found =
+        std::find_if(EventTypeTable.begin(), EventTypeTable.end(), [type](const EventType& known) {
+            return known.Key.size() == type.size() && CompareNoCase(known.Key, type) == 0;
+        });
+    return found == EventTypeTable.end() ? nullptr : found;
+}
+
+/// A type as the console itself writes it, which nearly every notification has: found without a copy of it.
+const EventType* FindWrittenType(std::string_view type) {
+    const auto* const found = std::find_if(
+        EventTypeTable.begin(), EventTypeTable.end(),
+        [type](const EventType& known) { return known.DisplayName == type || known.Key == type; });
+    return found == EventTypeTable.end() ? nullptr : found;
+}
+
 std::string WithoutBlanks(std::string_view type) {
     std::string key = RemoveBlanks(type);
     std::transform(key.begin(), key.end(), key.begin(), ToLower);
@@ -40,8 +56,13 @@ std::string WithoutBlanks(std::string_view type) {
 }  // namespace
 
 std::string EventTypeDisplayName(std::string_view type) {
-    const EventType* const known = FindType(LowerCase(type));
+    const EventType* const known = FindTypeNoCase(type);
     return std::string(known != nullptr ? known->DisplayName : type);
+}
+
+void ShowEventType(std::string& type) {
+    if (const EventType* const known = FindTypeNoCase(type))
+        type.assign(known->DisplayName);
 }
 
 std::int16_t EventTypeListIndex(std::string_view type) {
@@ -54,6 +75,8 @@ std::int16_t ListForIconKey(std::string_view key) {
 }
 
 std::string EventTypeIconKey(std::string_view type) {
+    if (const EventType* const known = FindWrittenType(type))
+        return std::string(known->Key);
     std::string key = WithoutBlanks(type);
     return key.empty() ? std::string(EmptyTypeKey) : key;
 }

@@ -28,6 +28,8 @@ constexpr int EventListCount = 3;
 /// "Failure Audit" for "FAILUREAUDIT" and so on; any other text comes back unchanged, one with a blank in it
 /// included, since blanks count here (and do not in the two below).
 std::string EventTypeDisplayName(std::string_view type);
+/// The same in place.
+void ShowEventType(std::string& type);
 
 /// The list that shows the type; CriticalList for every unknown one, so that nothing is overlooked.
 std::int16_t EventTypeListIndex(std::string_view type);

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "records/CanonicalText.h"
 #include "records/NetBiosFormat.h"
 #include "tests/fakes/FileBytes.h"
 
@@ -129,15 +128,6 @@ TEST(ParseCurrentAlarm, ReadsTwentyCharactersOfDate) {
     EXPECT_EQ(Parsed("Date: 08/21/2008 14:05:09 and more").DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
     EXPECT_EQ(Parsed("When: 12/21/2008 12:05:09 AM").DateTime, MakeAlarmDate({2008, 12, 21, 12, 5, 9}))
         << "the half of the day lies behind the twentieth character";
-}
-
-TEST(BuildMessageText, WritesAllTenLabels) {
-    AlarmRecord alarm = Before();
-    alarm.DateTime = *MakeAlarmDate({2008, 8, 21, 14, 5, 9});
-    EXPECT_EQ(BuildMessageText(alarm),
-              "Date: 8/21/2008 2:05:09 PM\r\nAlarm Name: name\r\nLog Type: log\r\nSource: source\r\n"
-              "Type Of Event: type\r\nCategory: category\r\nEventID: 42\r\nAccount: ACCOUNT\r\n"
-              "Computer: COMPUTER\r\nDescription: \r\ntext");
 }
 
 }  // namespace

@@ -1,0 +1,244 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "records/AnsiText.h"
+#include "records/CanonicalText.h"
+#include "records/SyslogFormat.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::string_literals;
+
+AlarmRecord Plain() {
+    return {*MakeAlarmDate({2008, 8, 21, 14, 5, 9}),
+            "name",
+            "log",
+            "source",
+            "Warning",
+            "category",
+            42,
+            "ACCOUNT",
+            "COMPUTER",
+            "text\r\nmore"};
+}
+
+const std::string PlainText =
+    "Date: 8/21/2008 2:05:09 PM\r\nAlarm Name: name\r\nLog Type: log\r\nSource: source\r\n"
+    "Type Of Event: Warning\r\nCategory: category\r\nEventID: 42\r\nAccount: ACCOUNT\r\n"
+    "Computer: COMPUTER\r\nDescription: \r\ntext\r\nmore";
+
+/// What a save to the file and a load from it make of a text.
+std::string SavedAndLoaded(const std::string& text) {
+    std::string saved(Trim(text));
+    std::erase(saved, '\0');
+    return saved;
+}
+
+/// The record and its text are one: reading, saving, loading and settling again change neither.
+void ExpectSettled(AlarmRecord alarm, const std::string& note) {
+    const std::string text = SettleMessage(alarm);
+    EXPECT_EQ(SavedAndLoaded(text), text) << note;
+    AlarmRecord read;
+    ASSERT_TRUE(ReadMessageText(text, read)) << note;
+    EXPECT_EQ(read, alarm) << note;
+    EXPECT_EQ(SettleMessage(read), text) << note;
+    EXPECT_EQ(read, alarm) << note;
+}
+
+TEST(MessageText, IsWrittenAndReadBack) {
+    EXPECT_EQ(BuildMessageText(Plain()), PlainText);
+    AlarmRecord read;
+    ASSERT_TRUE(ReadMessageText(PlainText, read));
+    EXPECT_EQ(read, Plain());
+    AlarmRecord empty;
+    empty.EventID = INT32_MIN;
+    ASSERT_TRUE(ReadMessageText(BuildMessageText(empty), read));
+    EXPECT_EQ(read, empty);
+}
+
+TEST(ReadMessageText, RefusesWhatIsNone) {
+    const struct {
+        const char* Wanted;
+        const char* Instead;
+    } cases[] = {
+        {"Date: ", "date: "},
+        {"Date: 8", "Date: x8"},
+        {"2:05:09 PM", "2:05:09 PM\n"},
+        {"2:05:09 PM", "2:05:09 PM\r\nx"},
+        {"\r\nAlarm Name: ", "\nAlarm Name: "},
+        {"\r\nAlarm Name: ", "\r\nAlarm Name:"},
+        {"\r\nLog Type: ", " Log Type: "},
+        {"Source: ", "Sources: "},
+        {"Type Of Event: ", "Type of Event: "},
+        {"Category: ", ""},
+        {"EventID: 42", "EventID: 042"},
+        {"EventID: 42", "EventID: +42"},
+        {"EventID: 42", "EventID: -0"},
+        {"EventID: 42", "EventID: "},
+        {"EventID: 42", "EventID: 42 "},
+        {"EventID: 42", "EventID: 4294967296"},
+        {"Account: ", "\r\nAccount: "},
+        {"Computer: ", "\r\n"},
+        {"Description: \r\n", "Description: "},
+    };
+    for (const auto& [wanted, instead] : cases) {
+        std::string text = PlainText;
+        text.replace(text.find(wanted), std::string(wanted).size(), instead);
+        AlarmRecord read = {AlarmDate{7}, "a", "b", "c", "d", "e", 1, "f", "g", "h"};
+        const AlarmRecord before = read;
+        EXPECT_FALSE(ReadMessageText(text, read)) << text;
+        EXPECT_EQ(read, before) << text;
+    }
+    AlarmRecord read;
+    for (std::size_t length = 0; length < PlainText.find("text"); ++length)
+        EXPECT_FALSE(ReadMessageText(PlainText.substr(0, length), read)) << length;
+}
+
+TEST(ReadMessageText, TakesTheFirstEventIDThatFits) {
+    std::string text = PlainText;
+    text.replace(text.find("category"), 8, "c\r\nEventID: 5\r\nEventID: -7\r\nAccount: A\r\nEventID: 8");
+    AlarmRecord read;
+    ASSERT_TRUE(ReadMessageText(text, read));
+    EXPECT_EQ(read.Category, "c\r\nEventID: 5");
+    EXPECT_EQ(read.EventID, -7);
+    EXPECT_EQ(read.AccountName, "A\r\nEventID: 8\r\nEventID: 42\r\nAccount: ACCOUNT");
+}
+
+TEST(SettleMessage, GivesTheTypeItsStoredForm) {
+    const struct {
+        const char* Type;
+        const char* Stored;
+    } cases[] = {{"FAILUREAUDIT", "Failure Audit"},
+                 {"Failure Audit", "Failure Audit"},
+                 {"", "questionmark"},
+                 {" ", "questionmark"},
+                 {"S u c c", "succ"},
+                 {"error", "Error"}};
+    for (const auto& [type, stored] : cases) {
+        AlarmRecord alarm = Plain();
+        alarm.TypeOfEvent = type;
+        const std::string text = SettleMessage(alarm);
+        EXPECT_EQ(alarm.TypeOfEvent, stored);
+        EXPECT_NE(text.find("Type Of Event: "s + stored + "\r\n"), std::string::npos);
+    }
+}
+
+TEST(SettleMessage, DropsWhatSavingDrops) {
+    AlarmRecord alarm = Plain();
+    alarm.TypeOfEvent = "warn\0ing"s;
+    alarm.Computer = " K\0 "s;
+    alarm.Description = " a\0 \0  "s;
+    SettleMessage(alarm);
+    EXPECT_EQ(alarm.TypeOfEvent, "Warning");
+    EXPECT_EQ(alarm.Computer, " K ");
+    EXPECT_EQ(alarm.Description, " a");
+    alarm.Description = " \r\n x   ";
+    SettleMessage(alarm);
+    EXPECT_EQ(alarm.Description, " \r\n x");
+    alarm.Description = "   ";
+    ExpectSettled(alarm, "blanks alone");
+}
+
+TEST(SettleMessage, MakesTheRecordWhatItsTextSays) {
+    const std::string whole =
+        "\r\nAlarm Name: a\r\nLog Type: b\r\nSource: c\r\nType Of Event: D E\r\nCategory: f\r\nEventID: 5\r\n"
+        "Account: g\r\nComputer: h\r\nDescription: \r\ni";
+    const std::string hostile[] = {
+        "\r\nEventID: 5\r\nAccount: x",
+        "\r\nEv\0entID: 5\r\nAcc\0ount: x"s,
+        whole,
+        "\r\nComputer: \r\nDescription: \r\n",
+        "\r\n",
+        "\r",
+        "\n",
+        "x\r\0"s,
+        "\0"s,
+        "Category: ",
+        "\r\nCATEGORY: \r\ncategory: ",
+        "  \r\n  ",
+    };
+    std::string AlarmRecord::*const fields[] = {&AlarmRecord::AlarmName, &AlarmRecord::LogType,
+                                                &AlarmRecord::Source,    &AlarmRecord::TypeOfEvent,
+                                                &AlarmRecord::Category,  &AlarmRecord::AccountName,
+                                                &AlarmRecord::Computer,  &AlarmRecord::Description};
+    for (const std::string& text : hostile) {
+        AlarmRecord all = Plain();
+        for (const auto field : fields) {
+            AlarmRecord alarm = Plain();
+            alarm.*field = text;
+            ExpectSettled(alarm, text);
+            all.*field = text;
+        }
+        ExpectSettled(all, text);
+    }
+    AlarmRecord alarm = Plain();
+    alarm.Category = "c" + hostile[0];
+    SettleMessage(alarm);
+    EXPECT_EQ(alarm.EventID, 5) << "shown now as it will be after a restart";
+}
+
+/// Datagrams of all byte values, of what the two layouts are made of, and of both.
+class Generated {
+public:
+    std::string Datagram() {
+        static const std::string Pieces[] = {"\r\n",
+                                             ",",
+                                             ", ",
+                                             "\0"s,
+                                             " ",
+                                             "(",
+                                             ")",
+                                             ":",
+                                             "Event ",
+                                             "Test Message",
+                                             "Date: ",
+                                             "8/21/2008 2:05:09 PM",
+                                             "\r\nAlarm Name: ",
+                                             "\r\nLog Type: ",
+                                             "\r\nSource: ",
+                                             "\r\nType Of Event: ",
+                                             "\r\nCategory: ",
+                                             "\r\nEventID: 5\r\nAccount: ",
+                                             "\r\nEventID: ",
+                                             "17",
+                                             "\r\nAccount: ",
+                                             "\r\nComputer: ",
+                                             "\r\nDescription: \r\n",
+                                             "\r",
+                                             "\n",
+                                             "warning",
+                                             "Success Audit",
+                                             "error"};
+        std::string text = Below(3) == 0 ? "" : "(a): Log,";
+        for (std::size_t left = Below(40); left > 0; --left) {
+            if (Below(5) == 0)
+                text += static_cast<char>(Below(256));
+            else
+                text += Pieces[Below(std::size(Pieces))];
+            if (Below(4) == 0)
+                text += ',';
+        }
+        return text;
+    }
+
+private:
+    std::size_t Below(std::size_t limit) { return random_() % limit; }
+
+    std::mt19937 random_{20080821};
+};
+
+TEST(SettleMessage, SettlesWhateverArrives) {
+    Generated generated;
+    AlarmRecord alarm;
+    for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
+        const std::string datagram = generated.Datagram();
+        ParseSyslogText(datagram, i % 2 == 0, AlarmDate{i * 86399LL}, alarm);
+        ExpectSettled(alarm, datagram);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

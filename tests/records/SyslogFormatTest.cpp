@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "records/CanonicalText.h"
+#include "records/SyslogFormat.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::string_literals;
+
+const AlarmDate Now = *MakeAlarmDate({2024, 2, 29, 23, 59, 58});
+
+AlarmRecord Before() {
+    return {AlarmDate{1}, "name", "log", "source", "type", "category", 42, "ACCOUNT", "COMPUTER", "text"};
+}
+
+AlarmRecord Parsed(const std::string& text, bool dayFirst = false) {
+    AlarmRecord alarm = Before();
+    ParseSyslogText(text, dayFirst, Now, alarm);
+    return alarm;
+}
+
+TEST(IsAlarmNotification, WantsTheWordWithItsBlankAndAColon) {
+    const struct {
+        const char* Text;
+        bool Expected;
+    } cases[] = {
+        {"Event :", true},          {":EEvent ", true},    {"EvenEvent 5: x", true},
+        {"Event:", false},          {"event 5: x", false}, {"Event 5", false},
+        {"<13>sshd[1]: ok", false}, {"", false},           {"Events: none", false},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(IsAlarmNotification(text), expected) << text;
+}
+
+TEST(ParseSyslogText, ReadsAWholeNotification) {
+    const AlarmRecord alarm = Parsed(
+        "<131>Aug 21 mon: Event: )( Logon failed)):  Security Log, 08/21/2008 2:05:09 PM , Micro soft,"
+        "FAILUREAUDIT, Logon/Logoff , 4625 , acme\\m\xFCller ,lon-dc-1, A, b:\r\n\tc,  ");
+    EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
+    EXPECT_EQ(alarm.AlarmName, " Logon failed") << "up to the next one, as it stands";
+    EXPECT_EQ(alarm.LogType, "Security");
+    EXPECT_EQ(alarm.Source, "Micro soft");
+    EXPECT_EQ(alarm.TypeOfEvent, "Failure Audit");
+    EXPECT_EQ(alarm.Category, "Logon/Logoff");
+    EXPECT_EQ(alarm.EventID, 4625);
+    EXPECT_EQ(alarm.AccountName, "ACME\\M\xDCLLER");
+    EXPECT_EQ(alarm.Computer, "LON-DC-1");
+    EXPECT_EQ(alarm.Description, "A, b:\r\n\tc,") << "commas belong to it";
+}
+
+/// The text is cut before each of its delimiters in turn: what lies before stands, all else is kept.
+TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
+    const std::string pieces[] = {"(a)", ":l Log", ",1/2/2003 4:05:06", ",s", ",t", ",c", ",7", ",u",
+                                  ",k",  ",d"};
+    std::string text;
+    AlarmRecord expected = Before();
+    expected.AlarmName = "a";
+    void (*const steps[])(AlarmRecord&) = {
+        [](AlarmRecord&) {},
+        [](AlarmRecord&) {},
+        [](AlarmRecord& a) { a.LogType = "l"; },
+        [](AlarmRecord& a) {
+            a.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
+        },
+        [](AlarmRecord& a) { a.Source = "s"; },
+        [](AlarmRecord& a) { a.TypeOfEvent = "t"; },
+        [](AlarmRecord& a) { a.Category = "c"; },
+        [](AlarmRecord& a) { a.EventID = 7; },
+        [](AlarmRecord& a) { a.AccountName = "U"; },
+        [](AlarmRecord& a) { a.Computer = "K", a.Description = "d"; },
+    };
+    for (std::size_t i = 0; i < std::size(pieces); ++i) {
+        text += pieces[i];
+        steps[i](expected);
+        EXPECT_EQ(Parsed(text), expected) << text;
+    }
+    text.replace(text.find('7'), 1, "seven");
+    expected.EventID = 42;
+    EXPECT_EQ(Parsed(text), expected) << "a number that does not read spoils its own field alone";
+}
+
+TEST(ParseSyslogText, CutsTheLogType) {
+    const struct {
+        const char* Field;
+        const char* Expected;
+    } cases[] = {
+        {" Security Log", "Security"},     {"Security Log ", "Security L"}, {"Log", ""}, {"ab", ""}, {"", ""},
+        {"  DNS Server xyz", "DNS Server"}};
+    for (const auto& [field, expected] : cases)
+        EXPECT_EQ(Parsed("(a):"s + field + ",").LogType, expected) << field;
+    EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon behind the name counts";
+}
+
+TEST(ParseSyslogText, GivesWhatHasNoNameTheTimeOfArrival) {
+    const std::string rest = ": System Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, d";
+    for (const char* const head : {"no parentheses", ")(", "x ) y (", "(never closed", "()", "(   )", ""}) {
+        const AlarmRecord alarm = Parsed(head + rest);
+        const AlarmRecord expected = {Now, "???", "???", "s", "", "c", 7, "???", "???", "d"};
+        EXPECT_EQ(alarm, expected) << head;
+    }
+    EXPECT_EQ(Parsed("(\t)" + rest).AlarmName, "\t") << "only blanks are trimmed";
+    EXPECT_EQ(Parsed("").AlarmName, "???");
+    EXPECT_EQ(Parsed("").Source, "source");
+}
+
+TEST(ParseSyslogText, KnowsATestMessageAnywhere) {
+    const AlarmRecord expected = {Now, "Test Notification", "???", "s", "", "c", 7, "???", "???", ""};
+    AlarmRecord alarm = Parsed("(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, Test Message");
+    EXPECT_EQ(alarm.Description, "Test Message");
+    alarm.Description.clear();
+    EXPECT_EQ(alarm, expected);
+    EXPECT_EQ(Parsed("TTest Message").AlarmName, "Test Notification") << "before the missing name is";
+    EXPECT_EQ(Parsed("(test message)").AlarmName, "test message");
+    EXPECT_EQ(Parsed("(Test  Message)").AlarmName, "Test  Message");
+}
+
+TEST(ParseSyslogText, ReadsDates) {
+    struct Case {
+        std::string Text;
+        bool DayFirst;
+        std::optional<AlarmDate> Expected;
+    };
+    const std::optional<AlarmDate> fails;
+    const auto at = [](int hour, int minute, int second) {
+        return MakeAlarmDate({2008, 8, 21, hour, minute, second});
+    };
+    const Case cases[] = {
+        {"08/21/2008 12:05:09 AM", false, at(0, 5, 9)},
+        {"08/21/2008 12:05:09 PM", false, at(12, 5, 9)},
+        {"08/21/2008 2:05:09 pm", false, at(14, 5, 9)},
+        {"08/21/2008 11:05:09 am", false, at(11, 5, 9)},
+        {"08/21/2008 14:05:09", false, at(14, 5, 9)},
+        {"08/21/2008 0:0:0", false, at(0, 0, 0)},
+        {"21/08/2008 14:05:09", true, at(14, 5, 9)},
+        {"21.8.2008 2:05:09 PM", true, at(14, 5, 9)},
+        {"8-21-08 14:05:09", false, at(14, 5, 9)},
+        {"8x21x2008x14x5x9", false, at(14, 5, 9)},
+        {"8/21/29 1:2:3", false, MakeAlarmDate({2029, 8, 21, 1, 2, 3})},
+        {"8/21/30 1:2:3", false, MakeAlarmDate({1930, 8, 21, 1, 2, 3})},
+        // The third character is the separator, whatever it is, and counts everywhere.
+        {"0192192008 14:05:06", false, MakeAlarmDate({2008, 1, 21, 14, 5, 6})},
+        // A seventh part other than PM is the morning, and counts only if it is the last.
+        {"08/21/2008 12:05:09 x", false, at(0, 5, 9)},
+        {"08/21/2008 13:05:09 AM", false, at(13, 5, 9)},
+        {"08/21/2008 12:05:09:", false, at(0, 5, 9)},
+        {"08/21/2008 12:05:09 PM x", false, at(12, 5, 9)},
+        {"08/21/2008 2:05:09 x PM", false, at(2, 5, 9)},
+        {"08/21/2008 13:05:09 PM", false, fails},
+        {"08/21/2008 24:05:09", false, fails},
+        {"08/21/2008 14:60:09", false, fails},
+        {"08/21/2008 14:05:60", false, fails},
+        {"08/21/2008 14:05", false, fails},
+        {"08/21/2008 14:05:", false, fails},
+        {"08/21/2008", false, fails},
+        {"08/21/2008  14:05:09", false, fails},
+        {"21/08/2008 14:05:09", false, fails},
+        {"08/21/2008 14:05:09", true, fails},
+        {"2/30/2008 14:05:09", false, fails},
+        {"2/29/2007 14:05:09", false, fails},
+        {"0/21/2008 14:05:09", false, fails},
+        {"8/0/2008 14:05:09", false, fails},
+        {"8/21/8 14:05:09", false, fails},
+        {"8/21/0 14:05:09", false, fails},
+        {"8/21/99999 14:05:09", false, fails},
+        {"8/21/4294969304 14:05:09", false, fails},
+        {"4294967304/21/2008 14:05:09", false, fails},
+        {"8/21/2008 18446744073709551630:05:09", false, fails},
+        {"-8/21/2008 14:05:09", false, fails},
+        {"8/+21/2008 14:05:09", false, fails},
+        {"8/21/2008 14:05:0x9", false, fails},
+        {"8/21/2008\t14:05:09", false, fails},
+        {"2008-08-21 14:05:09", false, fails},
+        {"yesterday", false, fails},
+        {"1", false, fails},
+        {"11", false, fails},
+        {"", false, fails},
+        {"8/21/2008 14:05:09\0"s, false, fails},
+    };
+    for (const auto& [text, dayFirst, expected] : cases) {
+        const AlarmRecord alarm = Parsed("(a): b Log,  " + text + " ,s,", dayFirst);
+        EXPECT_EQ(alarm.DateTime, expected.value_or(Before().DateTime)) << text;
+        EXPECT_EQ(alarm.Source, "s") << text;
+    }
+}
+
+TEST(ReadStoredText, GivesTheRecordThatWasStored) {
+    AlarmRecord stored = Parsed("(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, a Test Message: (x), y");
+    stored.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
+    const std::string text = SettleMessage(stored);
+    AlarmRecord read = Before();
+    ReadStoredText(text, true, Now, read);
+    EXPECT_EQ(read, stored) << "a test notification keeps its date too";
+
+    const std::string datagram = "(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, d";
+    ReadStoredText(datagram, true, Now, read);
+    EXPECT_EQ(read, Parsed(datagram, true));
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -10,10 +10,11 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "platform/linux/StartWithoutSignals.h"
 
 namespace tallyhorn {
 namespace {
@@ -26,7 +27,7 @@ constexpr std::size_t BatchSize = 64;
 class DatagramBatch {
 public:
     explicit DatagramBatch(std::size_t maximumSize)
-        : size_(std::clamp<std::size_t>(MailslotQueue::ChunkSize / maximumSize, 1, BatchSize)),
+        : size_(std::clamp<std::size_t>(DatagramQueue::ChunkSize / maximumSize, 1, BatchSize)),
           bytes_(size_ * maximumSize) {
         for (std::size_t i = 0; i < size_; ++i) {
             vectors_[i] = {.iov_base = bytes_.data() + i * maximumSize, .iov_len = maximumSize};
@@ -67,24 +68,6 @@ private:
     std::array<mmsghdr, BatchSize> messages_{};
     std::vector<std::string_view> texts_;
 };
-
-/// Starts a thread that no signal is delivered to: they are the user-interface thread's.
-template <typename Function>
-std::thread StartWithoutSignals(Function function) {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    std::thread thread;
-    try {
-        thread = std::thread(std::move(function));
-    } catch (...) {
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
-        throw;
-    }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return thread;
-}
 
 }  // namespace
 

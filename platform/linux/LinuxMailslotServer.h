@@ -4,7 +4,7 @@
 #include <string>
 #include <thread>
 
-#include "platform/MailslotQueue.h"
+#include "platform/DatagramQueue.h"
 #include "platform/MailslotTransport.h"
 #include "platform/linux/FileDescriptor.h"
 
@@ -33,7 +33,7 @@ private:
     FileDescriptor socket_;
     const std::string socketPath_;
     const std::size_t maximumSize_;
-    MailslotQueue queue_;
+    DatagramQueue queue_;
     std::thread pump_;
 };
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "platform/MailslotQueue.h"
+#include "platform/DatagramQueue.h"
 #include "platform/MailslotTransport.h"
 #include "platform/windows/OwnedHandle.h"
 
@@ -65,7 +65,7 @@ private:
     const OwnedHandle handle_;
     const std::size_t maximumSize_;
     std::vector<char> buffer_;
-    MailslotQueue queue_;
+    DatagramQueue queue_;
 };
 
 /// Owns one connection to a mailslot; the system itself refuses what is too long for it.

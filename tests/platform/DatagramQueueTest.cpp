@@ -7,22 +7,30 @@
 #include <thread>
 #include <vector>
 
-#include "platform/MailslotQueue.h"
+#include "platform/DatagramQueue.h"
 #include "tests/fakes/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {
 
-std::string ReadOne(MailslotQueue& queue) {
+std::string ReadOne(DatagramQueue& queue) {
     std::string text(queue.NextSize(), '\0');
     std::size_t read = 0;
     EXPECT_TRUE(queue.Read(text, read));
     return text;
 }
 
-TEST(MailslotQueueTest, GivesBackWhatWasPutInAcrossChunks) {
+/// The same without a copy of the queue's making.
+std::string TakeOne(DatagramQueue& queue) {
+    EXPECT_TRUE(queue.Front());
+    std::string text(queue.Front().value_or("none"));
+    queue.Pop();
+    return text;
+}
+
+TEST(DatagramQueueTest, GivesBackWhatWasPutInAcrossChunks) {
     std::mt19937 random(7);
-    MailslotQueue queue;
+    DatagramQueue queue;
     std::deque<std::string> model;
     for (int round = 0; round < 400; ++round) {
         std::vector<std::string> texts(random() % 20);
@@ -33,23 +41,24 @@ TEST(MailslotQueueTest, GivesBackWhatWasPutInAcrossChunks) {
         ASSERT_EQ(queue.Count(), model.size());
         // Lags behind for a while and catches up again.
         for (std::size_t i = random() % (round % 100 < 80 ? 15 : 40); i > 0 && !model.empty(); --i) {
-            ASSERT_EQ(ReadOne(queue), model.front());
+            ASSERT_EQ(i % 2 == 0 ? ReadOne(queue) : TakeOne(queue), model.front());
             model.pop_front();
         }
     }
     for (; !model.empty(); model.pop_front())
         ASSERT_EQ(ReadOne(queue), model.front());
     EXPECT_EQ(queue.NextSize(), 0U);
+    EXPECT_FALSE(queue.Front());
     std::array<char, 8> buffer{};
     std::size_t read = 0;
     EXPECT_FALSE(queue.Read(buffer, read));
 }
 
-TEST(MailslotQueueTest, AtItsLimitTheAppendingSideWaitsAndNothingIsLost) {
-    constexpr std::size_t Limit = 4 * MailslotQueue::ChunkSize;
+TEST(DatagramQueueTest, AtItsLimitTheAppendingSideWaitsAndNothingIsLost) {
+    constexpr std::size_t Limit = 4 * DatagramQueue::ChunkSize;
     constexpr std::size_t Texts = 60'000;
     constexpr std::size_t Length = 400;
-    MailslotQueue queue(Limit);
+    DatagramQueue queue(Limit);
     std::jthread appending([&] {
         for (std::size_t i = 0; i < Texts && queue.WaitForRoom(); ++i) {
             std::string text = std::to_string(i);
@@ -73,8 +82,26 @@ TEST(MailslotQueueTest, AtItsLimitTheAppendingSideWaitsAndNothingIsLost) {
     EXPECT_EQ(queue.Count(), 0U);
 }
 
-TEST(MailslotQueueTest, StopEndsTheWaitForRoom) {
-    MailslotQueue queue(0);  // the least is two chunks
+TEST(DatagramQueueTest, AppendsOnlyWhatThereIsRoomForWhenAskedTo) {
+    constexpr std::size_t Limit = 4 * DatagramQueue::ChunkSize;
+    DatagramQueue queue(Limit);
+    const std::string large(60'000, 'x');
+    const std::vector<std::string_view> batch(7, large);
+    std::size_t appended = 0;
+    for (std::size_t taken = batch.size(); taken == batch.size(); appended += taken)
+        taken = queue.AppendWhileRoom(batch);
+    EXPECT_NE(appended % batch.size(), 0U) << "a batch that went in only in part is what this is about";
+    EXPECT_EQ(queue.Count(), appended);
+    EXPECT_LE(appended * large.size(), Limit);
+    EXPECT_GT(appended * large.size(), Limit / 2);
+    EXPECT_EQ(queue.AppendWhileRoom(batch), 0U);
+    for (; appended > 0; --appended)
+        ASSERT_EQ(TakeOne(queue), large);
+    EXPECT_EQ(queue.AppendWhileRoom(batch), batch.size());
+}
+
+TEST(DatagramQueueTest, StopEndsTheWaitForRoom) {
+    DatagramQueue queue(0);  // the least is two chunks
     const std::string large(60'000, 'x');
     while (queue.HasRoom())
         queue.Append(std::array<std::string_view, 1>{large});

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -15,24 +16,31 @@ namespace tallyhorn {
 /// The texts that a back end has taken out of the system and that nobody has read yet, in large chunks of
 /// memory so that a text costs no allocation of its own.
 /// One thread appends and one reads, which may be the same one; Stop may come from any.
-class MailslotQueue {
+class DatagramQueue {
 public:
     static constexpr std::size_t ChunkSize = std::size_t{2} << 20U;
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20U;
+    static constexpr std::size_t LargestText = 65536;
 
     /// `limit`, in bytes, holds to within two chunks: it is tested before an append, never in the middle.
-    explicit MailslotQueue(std::size_t limit = DefaultLimit);
+    explicit DatagramQueue(std::size_t limit = DefaultLimit);
 
     // The appending side.
     bool HasRoom() const;
     /// Blocks until there is room; false once Stop was called.
     bool WaitForRoom();
-    /// Every text at most MailslotTransport::LargestSize long.
+    /// Every text at most LargestText long.
     void Append(std::span<const std::string_view> texts);
+    /// Appends as many of `texts`, from the first on, as there is room for, and tells how many.
+    std::size_t AppendWhileRoom(std::span<const std::string_view> texts);
     void Stop();
 
     // The reading side.
     std::size_t Count() const;
+    /// The oldest text where it lies, which stays there, valid until Pop or Read.
+    std::optional<std::string_view> Front();
+    /// Takes the oldest text away; one has to wait.
+    void Pop();
     /// Size of the oldest text, 0 where none waits.
     std::size_t NextSize();
     /// False, and the text stays, where none waits or `buffer` is too short for it.
@@ -44,6 +52,8 @@ private:
         std::size_t Used = 0;
     };
 
+    bool HasRoomLocked() const { return chunksInUse_ < chunkLimit_; }
+    void AppendOne(std::string_view text);
     Chunk TakeChunk();
     bool Advance();
     void ReleaseFront();

@@ -1,0 +1,183 @@
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "platform/DatagramReceiver.h"
+#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/LinuxDatagramReceiver.h"
+
+namespace tallyhorn {
+namespace {
+
+bool IsPort(std::int32_t port) {
+    return port >= 0 && port <= std::numeric_limits<std::uint16_t>::max();
+}
+
+/// The layouts of addresses share their start, as the interface has it.
+template <typename Address>
+const sockaddr* Generic(const Address& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+FileDescriptor MakeSocket(int family) {
+    return FileDescriptor(socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+}
+
+/// A socket on all addresses of both families; `lacksFamily` tells that there is none because the machine
+/// does without the newer one, and not because somebody else has the port.
+FileDescriptor BindBoth(std::uint16_t port, bool& lacksFamily) {
+    FileDescriptor bound = MakeSocket(AF_INET6);
+    const int off = 0;
+    lacksFamily = !bound || setsockopt(bound.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off) != 0;
+    if (lacksFamily)
+        return {};
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_port = htons(port);
+    if (bind(bound.Get(), Generic(address), sizeof address) == 0)
+        return bound;
+    lacksFamily = errno == EADDRNOTAVAIL || errno == EAFNOSUPPORT;
+    return {};
+}
+
+FileDescriptor BindOld(std::uint16_t port) {
+    FileDescriptor bound = MakeSocket(AF_INET);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    return bound && bind(bound.Get(), Generic(address), sizeof address) == 0 ? std::move(bound)
+                                                                             : FileDescriptor();
+}
+
+FileDescriptor Bind(std::uint16_t port) {
+    bool lacksFamily = false;
+    FileDescriptor both = BindBoth(port, lacksFamily);
+    return lacksFamily ? BindOld(port) : std::move(both);
+}
+
+/// The two families' addresses have the port at the same place.
+std::uint16_t BoundPort(int socket) {
+    sockaddr_in6 address{};
+    socklen_t size = sizeof address;
+    if (getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        return 0;
+    return ntohs(address.sin6_port);
+}
+
+/// The system grants as much of this as it may; what is not used costs nothing.
+void AskForLargestBuffer(int socket) {
+    const int size = 1 << 30;
+    setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
+}
+
+struct AddressDeleter {
+    void operator()(addrinfo* list) const { freeaddrinfo(list); }
+};
+using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
+
+/// Null where the name means nothing.
+Addresses Find(const std::string& host, std::int32_t port) {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_DGRAM;
+    hints.ai_flags = AI_NUMERICSERV;
+    addrinfo* list = nullptr;
+    if (getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &list) != 0)
+        return nullptr;
+    return Addresses(list);
+}
+
+/// Owns a connected socket, so that the system tells what it hears of the other side.
+/// Any one thread may call it.
+class LinuxDatagramSender final : public DatagramSender {
+public:
+    explicit LinuxDatagramSender(FileDescriptor socket) : socket_(std::move(socket)) {}
+
+    std::size_t SendBatch(std::span<const std::string_view> texts) override {
+        std::size_t sent = 0;
+        while (sent < texts.size()) {
+            const std::size_t part = SendPart(texts.subspan(sent));
+            if (part == 0)
+                break;
+            sent += part;
+        }
+        return sent;
+    }
+
+    bool Refused() override {
+        int error = 0;
+        socklen_t size = sizeof error;
+        if (getsockopt(socket_.Get(), SOL_SOCKET, SO_ERROR, &error, &size) == 0)
+            refused_ = refused_ || error == ECONNREFUSED;
+        return refused_;
+    }
+
+private:
+    /// Sends one system call's worth.
+    std::size_t SendPart(std::span<const std::string_view> texts) {
+        constexpr std::size_t Most = 64;
+        std::array<iovec, Most> vectors{};
+        std::array<mmsghdr, Most> messages{};
+        const std::size_t count = std::min(texts.size(), Most);
+        for (std::size_t i = 0; i < count; ++i) {
+            // The interface takes what it only reads as writable.
+            vectors[i] = {.iov_base = const_cast<char*>(texts[i].data()), .iov_len = texts[i].size()};
+            messages[i].msg_hdr.msg_iov = &vectors[i];
+            messages[i].msg_hdr.msg_iovlen = 1;
+        }
+        int sent = -1;
+        do {
+            sent = sendmmsg(socket_.Get(), messages.data(), static_cast<unsigned>(count), MSG_NOSIGNAL);
+        } while (sent < 0 && errno == EINTR);
+        refused_ = refused_ || (sent < 0 && errno == ECONNREFUSED);
+        return sent < 0 ? 0 : static_cast<std::size_t>(sent);
+    }
+
+    const FileDescriptor socket_;
+    bool refused_ = false;
+};
+
+/// Owns nothing.
+/// Any one thread may call it.
+class LinuxDatagramSockets final : public DatagramSockets {
+public:
+    std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
+        if (!IsPort(port))
+            return nullptr;
+        FileDescriptor bound = Bind(static_cast<std::uint16_t>(port));
+        FileDescriptor stop(eventfd(0, EFD_CLOEXEC));
+        if (!bound || !stop)
+            return nullptr;
+        AskForLargestBuffer(bound.Get());
+        const std::uint16_t really = BoundPort(bound.Get());
+        return std::make_unique<LinuxDatagramReceiver>(std::move(bound), std::move(stop), really,
+                                                       std::move(wake));
+    }
+
+    std::unique_ptr<DatagramSender> Open(const std::string& host, std::int32_t port) override {
+        if (!IsPort(port) || port == 0)
+            return nullptr;
+        const Addresses addresses = Find(host, port);
+        for (const addrinfo* address = addresses.get(); address != nullptr; address = address->ai_next) {
+            FileDescriptor connected = MakeSocket(address->ai_family);
+            if (connected && connect(connected.Get(), address->ai_addr, address->ai_addrlen) == 0)
+                return std::make_unique<LinuxDatagramSender>(std::move(connected));
+        }
+        return nullptr;
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<DatagramSockets> MakeDatagramSockets() {
+    return std::make_unique<LinuxDatagramSockets>();
+}
+
+}  // namespace tallyhorn

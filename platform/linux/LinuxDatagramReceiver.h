@@ -1,0 +1,47 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <thread>
+
+#include "platform/DatagramInbox.h"
+#include "platform/DatagramReceiver.h"
+#include "platform/linux/FileDescriptor.h"
+
+namespace tallyhorn {
+
+/// Owns a bound socket and the thread that moves datagrams from it into the inbox, whatever the reader is
+/// doing: what the system lets wait in a socket is soon full.
+/// Called from the reader's thread; the pump thread is its own affair.
+class LinuxDatagramReceiver final : public DatagramReceiver {
+public:
+    /// `stop` is an eventfd that nobody has written to.
+    LinuxDatagramReceiver(FileDescriptor socket, FileDescriptor stop, std::uint16_t port,
+                          std::function<void()> wake);
+    ~LinuxDatagramReceiver() override;
+    LinuxDatagramReceiver(const LinuxDatagramReceiver&) = delete;
+    LinuxDatagramReceiver& operator=(const LinuxDatagramReceiver&) = delete;
+
+    std::uint16_t Port() const override { return port_; }
+    std::optional<std::string_view> Next() override { return inbox_.Next(); }
+    bool HasWaiting() const override { return inbox_.HasWaiting(); }
+    DatagramLosses Losses() const override;
+
+private:
+    enum class Pause { None, Nap, Trouble, UntilReadable };
+
+    void Pump();
+    void Wait(Pause pause);
+
+    const FileDescriptor socket_;
+    const FileDescriptor stop_;
+    const std::uint16_t port_;
+    DatagramInbox inbox_;
+    std::atomic<bool> stopping_ = false;
+    std::thread pump_;
+};
+
+}  // namespace tallyhorn

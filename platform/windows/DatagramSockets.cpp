@@ -1,0 +1,318 @@
+#include <winsock2.h>
+// After winsock2.h, which it builds on.
+#include <mstcpip.h>
+#include <ws2tcpip.h>
+
+#include <array>
+#include <limits>
+#include <optional>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/DatagramInbox.h"
+#include "platform/DatagramReceiver.h"
+
+#ifndef SIO_UDP_CONNRESET
+#define SIO_UDP_CONNRESET _WSAIOW(IOC_VENDOR, 12)
+#endif
+
+namespace tallyhorn {
+namespace {
+
+bool IsPort(std::int32_t port) {
+    return port >= 0 && port <= std::numeric_limits<std::uint16_t>::max();
+}
+
+/// One use of the system's socket library, which counts them; whoever owns a socket has one.
+/// Any thread may make and end one.
+class SocketLibrary {
+public:
+    SocketLibrary() {
+        WSADATA data;
+        started_ = WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    }
+    ~SocketLibrary() {
+        if (started_)
+            WSACleanup();
+    }
+    SocketLibrary(const SocketLibrary&) = delete;
+    SocketLibrary& operator=(const SocketLibrary&) = delete;
+
+private:
+    bool started_ = false;
+};
+
+/// Owns one socket and the library's use that it needs.
+/// A plain value that moves, safe in any one thread.
+class OwnedSocket {
+public:
+    OwnedSocket() = default;
+    explicit OwnedSocket(int family)
+        : library_(std::make_unique<SocketLibrary>()),
+          socket_(WSASocketW(family, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_NO_HANDLE_INHERIT)) {}
+    OwnedSocket(OwnedSocket&& other) noexcept
+        : library_(std::move(other.library_)), socket_(std::exchange(other.socket_, INVALID_SOCKET)) {}
+    OwnedSocket(const OwnedSocket&) = delete;
+    OwnedSocket& operator=(const OwnedSocket&) = delete;
+    OwnedSocket& operator=(OwnedSocket&&) = delete;
+    ~OwnedSocket() {
+        if (*this)
+            closesocket(socket_);
+    }
+
+    SOCKET Get() const { return socket_; }
+    explicit operator bool() const { return socket_ != INVALID_SOCKET; }
+    template <typename Value>
+    bool Set(int level, int option, Value value) const {
+        return setsockopt(socket_, level, option, reinterpret_cast<const char*>(&value), sizeof value) == 0;
+    }
+
+private:
+    std::unique_ptr<SocketLibrary> library_;
+    SOCKET socket_ = INVALID_SOCKET;
+};
+
+/// Owns one event of the system.
+/// Any thread may set it and wait for it.
+class OwnedEvent {
+public:
+    OwnedEvent() : event_(WSACreateEvent()) {}
+    ~OwnedEvent() {
+        if (*this)
+            WSACloseEvent(event_);
+    }
+    OwnedEvent(const OwnedEvent&) = delete;
+    OwnedEvent& operator=(const OwnedEvent&) = delete;
+
+    WSAEVENT Get() const { return event_; }
+    explicit operator bool() const { return event_ != WSA_INVALID_EVENT; }
+
+private:
+    const WSAEVENT event_;
+};
+
+/// The layouts of addresses share their start, as the interface has it.
+template <typename Address>
+bool BindTo(const OwnedSocket& socket, const Address& address) {
+    return bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+/// A socket on all addresses of both families; `lacksFamily` tells that there is none because the machine
+/// does without the newer one, and not because somebody else has the port.
+OwnedSocket BindBoth(std::uint16_t port, bool& lacksFamily) {
+    OwnedSocket bound(AF_INET6);
+    lacksFamily = !bound || !bound.Set(IPPROTO_IPV6, IPV6_V6ONLY, DWORD{0});
+    if (lacksFamily)
+        return {};
+    // Without it another program could take the port over.
+    bound.Set(SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_port = htons(port);
+    if (BindTo(bound, address))
+        return bound;
+    const int error = WSAGetLastError();
+    lacksFamily = error == WSAEADDRNOTAVAIL || error == WSAEAFNOSUPPORT;
+    return {};
+}
+
+OwnedSocket Bind(std::uint16_t port) {
+    bool lacksFamily = false;
+    OwnedSocket both = BindBoth(port, lacksFamily);
+    if (!lacksFamily)
+        return both;
+    OwnedSocket old(AF_INET);
+    if (!old)
+        return {};
+    old.Set(SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    return BindTo(old, address) ? std::move(old) : OwnedSocket();
+}
+
+/// Owns a bound socket and the thread that moves datagrams from it into the inbox, whatever the reader is
+/// doing: what the system lets wait in a socket is soon full.
+/// Called from the reader's thread; the pump thread is its own affair.
+class WindowsDatagramReceiver final : public DatagramReceiver {
+public:
+    WindowsDatagramReceiver(OwnedSocket socket, std::function<void()> wake)
+        : socket_(std::move(socket)), inbox_(MostWaiting, std::move(wake)) {
+        // The two families' addresses have the port at the same place.
+        sockaddr_in6 address{};
+        int size = sizeof address;
+        getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
+        port_ = ntohs(address.sin6_port);
+    }
+    ~WindowsDatagramReceiver() override {
+        WSASetEvent(stop_.Get());
+        if (pump_.joinable())
+            pump_.join();
+    }
+    WindowsDatagramReceiver(const WindowsDatagramReceiver&) = delete;
+    WindowsDatagramReceiver& operator=(const WindowsDatagramReceiver&) = delete;
+
+    /// False where the system lacks what the pump needs.
+    bool Start() {
+        if (!stop_ || !readable_ || WSAEventSelect(socket_.Get(), readable_.Get(), FD_READ) != 0)
+            return false;
+        pump_ = std::thread([this] { Pump(); });
+        return true;
+    }
+
+    std::uint16_t Port() const override { return port_; }
+    std::optional<std::string_view> Next() override { return inbox_.Next(); }
+    bool HasWaiting() const override { return inbox_.HasWaiting(); }
+    DatagramLosses Losses() const override { return {.NoRoom = inbox_.NoRoom(), .BySystem = std::nullopt}; }
+
+private:
+    /// A thread blocked in a receive cannot be ended for certain, so the pump waits for two events.
+    void Pump() {
+        const std::array<WSAEVENT, 2> events{stop_.Get(), readable_.Get()};
+        while (WSAWaitForMultipleEvents(2, events.data(), FALSE, WSA_INFINITE, FALSE) != WSA_WAIT_EVENT_0) {
+            WSAResetEvent(readable_.Get());
+            if (!Drain())
+                return;
+        }
+    }
+
+    /// Takes what waits; false at the end.
+    bool Drain() {
+        while (true) {
+            const int length = recvfrom(socket_.Get(), buffer_.data(), static_cast<int>(buffer_.size()), 0,
+                                        nullptr, nullptr);
+            if (length >= 0)
+                inbox_.Put(std::array{std::string_view(buffer_.data(), static_cast<std::size_t>(length))});
+            const int error = length < 0 ? WSAGetLastError() : 0;
+            if (error == WSAEWOULDBLOCK)
+                return true;
+            // Any other trouble may pass.
+            constexpr DWORD TroubleMilliseconds = 10;
+            if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : TroubleMilliseconds) == WAIT_OBJECT_0)
+                return false;
+        }
+    }
+
+    const OwnedSocket socket_;
+    std::uint16_t port_ = 0;
+    const OwnedEvent stop_;
+    const OwnedEvent readable_;
+    std::vector<char> buffer_ = std::vector<char>(DatagramQueue::LargestText);
+    DatagramInbox inbox_;
+    std::thread pump_;
+};
+
+struct AddressDeleter {
+    void operator()(addrinfo* list) const { freeaddrinfo(list); }
+};
+using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
+
+/// Null where the name means nothing.
+Addresses Find(const std::string& host, std::int32_t port) {
+    addrinfo hints{};
+    hints.ai_socktype = SOCK_DGRAM;
+    addrinfo* list = nullptr;
+    if (getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &list) != 0)
+        return nullptr;
+    return Addresses(list);
+}
+
+bool IsRefusal(int error) {
+    return error == WSAECONNRESET || error == WSAECONNREFUSED;
+}
+
+/// Owns a connected socket, so that the system tells what it hears of the other side.
+/// Any one thread may call it.
+class WindowsDatagramSender final : public DatagramSender {
+public:
+    explicit WindowsDatagramSender(OwnedSocket socket) : socket_(std::move(socket)) {}
+
+    std::size_t SendBatch(std::span<const std::string_view> texts) override {
+        std::size_t sent = 0;
+        while (sent < texts.size() && SendOne(texts[sent]))
+            ++sent;
+        return sent;
+    }
+
+    bool Refused() override {
+        refused_ = refused_ || IsRefusal(ReadError()) || IsRefusal(SocketError());
+        return refused_;
+    }
+
+private:
+    /// Windows tells a reader alone what it has heard.
+    int ReadError() const {
+        u_long unblocked = 1;
+        u_long blocked = 0;
+        std::array<char, 1> answer{};
+        ioctlsocket(socket_.Get(), static_cast<long>(FIONBIO), &unblocked);
+        const int length = recv(socket_.Get(), answer.data(), static_cast<int>(answer.size()), 0);
+        const int error = length < 0 ? WSAGetLastError() : 0;
+        ioctlsocket(socket_.Get(), static_cast<long>(FIONBIO), &blocked);
+        return error;
+    }
+
+    /// And Wine keeps it here.
+    int SocketError() const {
+        int error = 0;
+        int size = sizeof error;
+        getsockopt(socket_.Get(), SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size);
+        return error;
+    }
+
+    bool SendOne(std::string_view text) {
+        if (text.size() > DatagramQueue::LargestText)
+            return false;
+        const int sent = send(socket_.Get(), text.data(), static_cast<int>(text.size()), 0);
+        refused_ = refused_ || (sent < 0 && IsRefusal(WSAGetLastError()));
+        return sent == static_cast<int>(text.size());
+    }
+
+    const OwnedSocket socket_;
+    bool refused_ = false;
+};
+
+/// Owns a use of the socket library, which names are looked up with.
+/// Any one thread may call it.
+class WindowsDatagramSockets final : public DatagramSockets {
+public:
+    std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
+        if (!IsPort(port))
+            return nullptr;
+        OwnedSocket bound = Bind(static_cast<std::uint16_t>(port));
+        if (!bound)
+            return nullptr;
+        bound.Set(SOL_SOCKET, SO_RCVBUF, int{64 << 20});
+        // Otherwise what somebody sent back would come up here as an error of receiving.
+        DWORD done = 0;
+        BOOL off = FALSE;
+        WSAIoctl(bound.Get(), SIO_UDP_CONNRESET, &off, sizeof off, nullptr, 0, &done, nullptr, nullptr);
+        auto receiver = std::make_unique<WindowsDatagramReceiver>(std::move(bound), std::move(wake));
+        return receiver->Start() ? std::move(receiver) : nullptr;
+    }
+
+    std::unique_ptr<DatagramSender> Open(const std::string& host, std::int32_t port) override {
+        if (!IsPort(port) || port == 0)
+            return nullptr;
+        const Addresses addresses = Find(host, port);
+        for (const addrinfo* address = addresses.get(); address != nullptr; address = address->ai_next) {
+            OwnedSocket connected(address->ai_family);
+            if (connected &&
+                connect(connected.Get(), address->ai_addr, static_cast<int>(address->ai_addrlen)) == 0)
+                return std::make_unique<WindowsDatagramSender>(std::move(connected));
+        }
+        return nullptr;
+    }
+
+private:
+    const SocketLibrary library_;
+};
+
+}  // namespace
+
+std::unique_ptr<DatagramSockets> MakeDatagramSockets() {
+    return std::make_unique<WindowsDatagramSockets>();
+}
+
+}  // namespace tallyhorn

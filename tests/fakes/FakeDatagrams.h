@@ -1,0 +1,120 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <limits>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/DatagramReceiver.h"
+
+namespace tallyhorn {
+
+/// UDP ports in memory, with failures to order; it must outlive what it makes.
+/// For one thread: who lets a datagram arrive is also who is woken for it.
+class FakeDatagrams final : public DatagramSockets {
+public:
+    /// A bound port; tests read and set it as they like.
+    struct Endpoint {
+        std::deque<std::string> Waiting;
+        DatagramLosses Losses;
+        std::function<void()> Wake;
+        bool Awake = false;  ///< woken, and nothing found yet
+        int Wakes = 0;
+    };
+
+    std::map<std::uint16_t, Endpoint> Bound;
+    /// Ports that somebody else has.
+    std::set<std::int32_t> Taken;
+    /// Every port that was asked for, in order.
+    std::vector<std::int32_t> Asked;
+    /// What the system chooses next for port 0.
+    std::uint16_t NextChosen = 49152;
+
+    /// Lets a datagram come in; false where nobody listens.
+    bool Arrive(std::uint16_t port, std::string_view text) {
+        const auto bound = Bound.find(port);
+        if (bound == Bound.end())
+            return false;
+        Endpoint& endpoint = bound->second;
+        endpoint.Waiting.emplace_back(text);
+        if (!std::exchange(endpoint.Awake, true)) {
+            ++endpoint.Wakes;
+            endpoint.Wake();
+        }
+        return true;
+    }
+
+    std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
+        Asked.push_back(port);
+        if (port < 0 || port > std::numeric_limits<std::uint16_t>::max() || Taken.contains(port))
+            return nullptr;
+        const std::uint16_t really = port == 0 ? NextChosen++ : static_cast<std::uint16_t>(port);
+        if (!Bound.try_emplace(really).second)
+            return nullptr;
+        Bound[really].Wake = std::move(wake);
+        return std::make_unique<Receiver>(*this, really);
+    }
+
+    /// Every host is this machine.
+    std::unique_ptr<DatagramSender> Open(const std::string& /*host*/, std::int32_t port) override {
+        if (port <= 0 || port > std::numeric_limits<std::uint16_t>::max())
+            return nullptr;
+        return std::make_unique<Sender>(*this, static_cast<std::uint16_t>(port));
+    }
+
+private:
+    class Receiver final : public DatagramReceiver {
+    public:
+        Receiver(FakeDatagrams& owner, std::uint16_t port) : owner_(owner), port_(port) {}
+        ~Receiver() override { owner_.Bound.erase(port_); }
+        Receiver(const Receiver&) = delete;
+        Receiver& operator=(const Receiver&) = delete;
+
+        std::uint16_t Port() const override { return port_; }
+        std::optional<std::string_view> Next() override {
+            if (!HasWaiting())
+                return std::nullopt;
+            Endpoint& endpoint = owner_.Bound[port_];
+            taken_ = std::move(endpoint.Waiting.front());
+            endpoint.Waiting.pop_front();
+            return taken_;
+        }
+        bool HasWaiting() const override {
+            Endpoint& endpoint = owner_.Bound[port_];
+            endpoint.Awake = endpoint.Awake && !endpoint.Waiting.empty();
+            return !endpoint.Waiting.empty();
+        }
+        DatagramLosses Losses() const override { return owner_.Bound[port_].Losses; }
+
+    private:
+        FakeDatagrams& owner_;
+        const std::uint16_t port_;
+        std::string taken_;
+    };
+
+    class Sender final : public DatagramSender {
+    public:
+        Sender(FakeDatagrams& owner, std::uint16_t port) : owner_(owner), port_(port) {}
+        std::size_t SendBatch(std::span<const std::string_view> texts) override {
+            std::size_t sent = 0;
+            for (; sent < texts.size() && texts[sent].size() <= LargestSize; ++sent)
+                refused_ = !owner_.Arrive(port_, texts[sent]) || refused_;
+            return sent;
+        }
+        bool Refused() override { return refused_; }
+
+    private:
+        FakeDatagrams& owner_;
+        const std::uint16_t port_;
+        bool refused_ = false;
+    };
+};
+
+}  // namespace tallyhorn

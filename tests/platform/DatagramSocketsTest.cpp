@@ -1,0 +1,254 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <optional>
+#include <semaphore>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/DatagramReceiver.h"
+#include "tests/fakes/TestMailslot.h"
+
+namespace tallyhorn {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The system's own sockets over its loopback, with a reader that is woken.
+class DatagramSocketsTest : public testing::Test {
+protected:
+    std::unique_ptr<DatagramReceiver> Listen(std::int32_t port) {
+        return sockets_->Listen(port, [this] {
+            ++wakes_;
+            woken_.release();
+        });
+    }
+    std::unique_ptr<DatagramSender> Open(const std::string& host) const {
+        return sockets_->Open(host, receiver_->Port());
+    }
+    /// The next datagram, for which it waits to be woken; "timeout" where none comes.
+    std::string Await() {
+        std::optional<std::string_view> next = receiver_->Next();
+        while (!next && woken_.try_acquire_for(10s))
+            next = receiver_->Next();
+        return std::string(next.value_or("timeout"));
+    }
+    std::uint64_t LostBySystem() const { return receiver_->Losses().BySystem.value_or(0); }
+
+    const std::unique_ptr<DatagramSockets> sockets_ = MakeDatagramSockets();
+    std::counting_semaphore<> woken_{0};
+    std::atomic<int> wakes_ = 0;
+    std::unique_ptr<DatagramReceiver> receiver_ = Listen(0);
+};
+
+TEST_F(DatagramSocketsTest, TakesEverySizeWholeFromBothFamilies) {
+    ASSERT_NE(receiver_, nullptr);
+    EXPECT_GT(receiver_->Port(), 0);
+    for (const char* const host : {"127.0.0.1", "::1", "localhost"}) {
+        const std::unique_ptr<DatagramSender> sender = Open(host);
+        ASSERT_NE(sender, nullptr) << host;
+        for (const std::size_t size : {0, 1, 2, 300, 1472, 1473, 65506, 65507}) {
+            std::string text(size, '\0');
+            for (std::size_t i = 0; i < size; ++i)
+                text[i] = static_cast<char>(i % 256 + i / 256);
+            ASSERT_TRUE(sender->Send(text)) << host << ' ' << size;
+            ASSERT_TRUE(Await() == text) << host << ' ' << size;
+        }
+        EXPECT_FALSE(sender->Send(std::string(65536, 'x'))) << host;
+        EXPECT_TRUE(sender->Send("after it"));
+        EXPECT_EQ(Await(), "after it");
+        EXPECT_FALSE(sender->Refused());
+    }
+    EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
+    EXPECT_EQ(LostBySystem(), 0U);
+}
+
+TEST_F(DatagramSocketsTest, SendsABatchInOrderUpToWhatIsTooLong) {
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    std::vector<std::string> texts(150);
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        texts[i] = std::to_string(i) + std::string(i % 3 == 0 ? 0 : 200, static_cast<char>(i));
+    std::vector<std::string_view> batch(texts.begin(), texts.end());
+    EXPECT_EQ(sender->SendBatch(batch), batch.size());
+    for (const std::string& text : texts)
+        ASSERT_EQ(Await(), text);
+    const std::string tooLong(65536, 'x');
+    batch[100] = tooLong;
+    EXPECT_EQ(sender->SendBatch(batch), 100U);
+    for (std::size_t i = 0; i < 100; ++i)
+        ASSERT_EQ(Await(), texts[i]);
+    EXPECT_EQ(sender->SendBatch({}), 0U);
+    EXPECT_EQ(receiver_->Next(), std::nullopt);
+}
+
+TEST_F(DatagramSocketsTest, APortHasOneReaderAtATime) {
+    const std::uint16_t port = receiver_->Port();
+    EXPECT_EQ(Listen(port), nullptr);
+    EXPECT_EQ(MakeDatagramSockets()->Listen(port, [] {}), nullptr);
+    const std::unique_ptr<DatagramReceiver> other = Listen(0);
+    ASSERT_NE(other, nullptr);
+    EXPECT_NE(other->Port(), port);
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    ASSERT_TRUE(sender->Send("the failed ones took nothing away"));
+    EXPECT_EQ(Await(), "the failed ones took nothing away");
+    receiver_.reset();
+    receiver_ = Listen(port);
+    ASSERT_NE(receiver_, nullptr);
+    EXPECT_EQ(receiver_->Port(), port);
+}
+
+TEST_F(DatagramSocketsTest, RefusesWhatIsNoPortAndNoHost) {
+    for (const std::int32_t port :
+         {-1, -65535, 65536, 65536 + 50'000, std::numeric_limits<std::int32_t>::max(),
+          std::numeric_limits<std::int32_t>::min()}) {
+        EXPECT_EQ(Listen(port), nullptr) << port;
+        EXPECT_EQ(sockets_->Open("127.0.0.1", port), nullptr) << port;
+    }
+    EXPECT_EQ(sockets_->Open("127.0.0.1", 0), nullptr);
+    EXPECT_EQ(sockets_->Open("no such host", 514), nullptr);
+    EXPECT_EQ(sockets_->Open("127.0.0.1.1", 514), nullptr);
+}
+
+TEST_F(DatagramSocketsTest, TellsWhereNobodyListens) {
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    ASSERT_TRUE(sender->Send("heard"));
+    EXPECT_EQ(Await(), "heard");
+    EXPECT_FALSE(sender->Refused());
+    receiver_.reset();
+    sender->Send("unheard");
+    EXPECT_TRUE(Eventually([&] { return sender->Refused(); }));
+    EXPECT_TRUE(sender->Refused()) << "it does not forget";
+}
+
+TEST_F(DatagramSocketsTest, ASingleDatagramComesSoonAndWithOneWake) {
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    for (int i = 1; i <= 50; ++i) {
+        ASSERT_TRUE(sender->Send(std::to_string(i)));
+        // Long enough for any machine; the receiver's own naps are a hundredth of it.
+        ASSERT_TRUE(woken_.try_acquire_for(1s)) << i;
+        EXPECT_EQ(receiver_->Next(), std::to_string(i));
+        EXPECT_EQ(receiver_->Next(), std::nullopt);
+        EXPECT_EQ(wakes_, i);
+    }
+}
+
+TEST_F(DatagramSocketsTest, AFloodIsWholeInOrderAndOneWake) {
+    // No more than the smallest usual receive buffer holds before the sender looks whether they are taken.
+    constexpr std::size_t Step = 50;
+    constexpr std::size_t Texts = TALLYHORN_WINE ? 2000 : 20'000;
+    const std::unique_ptr<DatagramSender> sender = Open("::1");
+    for (std::size_t i = 0; i < Texts; i += Step) {
+        for (std::size_t j = i; j < i + Step; ++j)
+            ASSERT_TRUE(sender->Send(std::to_string(j) + std::string(300, 'x')));
+        std::this_thread::sleep_for(TALLYHORN_WINE ? 5ms : 1ms);
+    }
+    EXPECT_TRUE(receiver_->HasWaiting());
+    EXPECT_EQ(wakes_, 1);
+    for (std::size_t i = 0; i < Texts; ++i)
+        ASSERT_EQ(Await(), std::to_string(i) + std::string(300, 'x')) << "lost: " << LostBySystem();
+    EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
+}
+
+TEST_F(DatagramSocketsTest, ManySendersAtOnceKeepTheirOwnOrderAndNoneIsUncounted) {
+    constexpr std::size_t Senders = 4;
+    constexpr std::size_t Texts = 5000;
+    std::atomic<bool> sent = false;
+    std::jthread all([&] {
+        std::vector<std::jthread> senders;
+        for (std::size_t sender = 0; sender < Senders; ++sender) {
+            senders.emplace_back([&, sender] {
+                const std::unique_ptr<DatagramSender> socket = Open(sender % 2 == 0 ? "127.0.0.1" : "::1");
+                for (std::size_t i = 1; i <= Texts; ++i)
+                    socket->Send(std::to_string(sender) + ' ' + std::to_string(i));
+            });
+        }
+        senders.clear();
+        sent = true;
+    });
+    std::array<std::size_t, Senders> last{};
+    std::size_t taken = 0;
+    const auto takeAll = [&] {
+        while (const std::optional<std::string_view> text = receiver_->Next()) {
+            const std::size_t sender = static_cast<std::size_t>(text->front() - '0') % Senders;
+            const std::size_t number = std::stoul(std::string(text->substr(2)));
+            EXPECT_GT(number, last[sender]);
+            last[sender] = number;
+            ++taken;
+        }
+        // Where the system does not tell what it lost, the last of each has to do.
+        return sent && (receiver_->Losses().BySystem ? taken + LostBySystem() == Senders * Texts
+                                                     : taken > Senders * Texts / 2);
+    };
+    EXPECT_TRUE(Eventually(takeAll)) << taken << " taken, " << LostBySystem() << " lost";
+}
+
+TEST_F(DatagramSocketsTest, WhatDoesNotFitIsCounted) {
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    const std::string large(DatagramSockets::LargestSize, 'x');
+    std::uint64_t sent = 0;
+    for (; receiver_->Losses().NoRoom < 10 && sent < 50'000; ++sent) {
+        ASSERT_TRUE(sender->Send(large));
+        if (sent % 8 == 0)
+            std::this_thread::sleep_for(500us);
+    }
+    ASSERT_GE(receiver_->Losses().NoRoom, 10U);
+    EXPECT_EQ(wakes_, 1);
+    std::uint64_t taken = 0;
+    const auto allAccounted = [&] {
+        while (const std::optional<std::string_view> text = receiver_->Next()) {
+            EXPECT_EQ(text->size(), large.size());
+            ++taken;
+        }
+        const DatagramLosses losses = receiver_->Losses();
+        return !losses.BySystem || taken + losses.NoRoom + *losses.BySystem == sent;
+    };
+    EXPECT_TRUE(Eventually(allAccounted)) << taken << " of " << sent;
+    EXPECT_GT(taken * large.size(), DatagramReceiver::MostWaiting / 2);
+    EXPECT_LT(taken * large.size(), DatagramReceiver::MostWaiting + (std::size_t{16} << 20U));
+    ASSERT_TRUE(sender->Send("there is room again"));
+    std::string last;
+    do {
+        last = Await();
+    } while (last == large);
+    EXPECT_EQ(last, "there is room again");
+}
+
+TEST_F(DatagramSocketsTest, TheSystemsLossesAreTold) {
+    if (!receiver_->Losses().BySystem)
+        GTEST_SKIP() << "this system does not tell";
+    // Faster than any thread takes them, of a size that fills the buffer soon.
+    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+    const std::string large(60'000, 'x');
+    const std::vector<std::string_view> batch(500, large);
+    std::uint64_t sent = 0;
+    while (LostBySystem() == 0 && sent < 100'000)
+        sent += sender->SendBatch(batch);
+    EXPECT_GT(LostBySystem(), 0U) << sent;
+}
+
+TEST_F(DatagramSocketsTest, EndsAtOnceWhileDatagramsCome) {
+    const std::uint16_t port = receiver_->Port();
+    std::jthread flood([&](const std::stop_token& stop) {
+        const std::unique_ptr<DatagramSender> sender = sockets_->Open("127.0.0.1", port);
+        while (!stop.stop_requested())
+            sender->Send("text");
+    });
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_NE(Await(), "timeout") << i;
+        const auto start = std::chrono::steady_clock::now();
+        receiver_.reset();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+        const int wakes = wakes_;
+        receiver_ = Listen(port);
+        ASSERT_NE(receiver_, nullptr) << "the port is free again";
+        EXPECT_LE(wakes_, wakes + 1);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* SettingsFileName = "thlisten.ini";
 constexpr const char* FilterFileName = "SavedFilters.dat";
+constexpr const char* BackupFileName = "Backup.dat";
 
 constexpr std::string_view OneInstanceText =
     "Only one instance of the Tallyhorn Listener Console can be running at a time.  If you are logged into a "
@@ -21,6 +22,12 @@ constexpr std::string_view MailslotFailedText =
     "The mailslot used to receive NetBIOS messages could not be initialized.  Therefore, no mailslot "
     "messages "
     "will be received.  You may need to reboot the system to reinitialize the mailslot.";
+constexpr std::string_view PortFailedBefore = "The Tallyhorn Listener Console could not bind to UDP port ";
+constexpr std::string_view PortFailedAfter =
+    ", on which it receives syslog messages.  This can happen if another instance of the Tallyhorn Listener "
+    "Console is being run on a different desktop (e.g. RDP session), or if a different program has already "
+    "bound to this port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  "
+    "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
 /// Names a file to which the console writes, as it ends, what it received: for scripts that run it
@@ -38,8 +45,13 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
       commands_(received_, *window_, machine.Boxes, slices_, machine.Time, machine.ViewFilter),
-      cycle_({mailslot_, filters_, machine.ViewFilter, received_, *window_, machine.Signals, slices_,
-              currentAlarm_}) {
+      syslog_(machine.Datagrams, Reception(),
+              [this] {
+                  QMetaObject::invokeMethod(
+                      &wakeTarget_, [this] { window_->HandleDatagrams(); }, Qt::QueuedConnection);
+              }),
+      cycle_(mailslot_, syslog_, Reception()),
+      backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_) {
     profile_.SetINIFileName((folder / SettingsFileName).string());
 }
 
@@ -62,12 +74,15 @@ bool Console::Start() {
     LoadMainWindow();
     ApplyMessageViews();
     ApplySettings();
+    LoadBackup();
     if (ended_)
         return true;
     started_ = true;
     window_->showMaximized();
     window_->raise();
     window_->activateWindow();
+    if (portFailed_)
+        AskAboutPort();
     return true;
 }
 
@@ -82,12 +97,50 @@ void Console::End() {
 
 void Console::LoadMainWindow() {
     settings_ = ReadSettings(profile_);
-    window_->Load({received_, commands_, cycle_});
-    cycle_.ProcessingPaused = false;
+    window_->Load({received_, commands_, cycle_, syslog_});
+    processingPaused_ = false;
     Run();
+    portFailed_ = !InitializeWinsock();
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
+}
+
+ReceptionParts Console::Reception() {
+    return {filters_, machine_.ViewFilter, received_, *window_, machine_.Signals, slices_, machine_.Time,
+            currentAlarm_, processingPaused_};
+}
+
+/// The port is read anew each time: what the user has changed counts.
+bool Console::InitializeWinsock() {
+    return syslog_.InitializeWinsock(ReadSyslogPort(profile_));
+}
+
+/// The mailslot works meanwhile, and so does the window: whoever asks may have ended the console.
+void Console::AskAboutPort() {
+    while (!ended_) {
+        const std::string port = std::to_string(ReadSyslogPort(profile_));
+        const bool retry = machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
+        if (ended_ || (retry && InitializeWinsock()))
+            return;
+        if (!retry) {
+            window_->CloseWithoutQuestion();
+            return;
+        }
+    }
+}
+
+/// Arrivals wait meanwhile, so that what was there before keeps its place.
+void Console::LoadBackup() {
+    frmSavingMessages loading(frmSavingMessages::Work::Loading);
+    loading.show();
+    Run();
+    received_.SyslogDeleteInProgress = true;
+    backup_.LoadMessageBackup([this](std::string_view text) { syslog_.RestoreBackupMessage(text); }, loading);
+    received_.SyslogDeleteInProgress = false;
+    received_.UpdateStatusCounts(received_.Syslog);
+    received_.UpdateListViewStatus();
+    Run();
 }
 
 void Console::ApplyMessageViews() {
@@ -117,10 +170,12 @@ bool Console::QueryUnload(bool byUser) {
 void Console::Unload() {
     ended_ = true;
     mailslot_.Terminate();
+    syslog_.Close();
     {
         frmSavingMessages saving;
         saving.show();
         Run();
+        backup_.SaveMessageBackup();
         filters_.CloseFilterFile();
         WriteSummary();
     }
@@ -137,11 +192,16 @@ void Console::WriteSummary() const {
     const char* const file = std::getenv(SummaryVariable);
     if (file == nullptr)
         return;
-    const auto rows = [this](EventList list) { return received_.NetBios.Lists.at(list).Size(); };
-    std::ofstream(file) << "NetBIOS " << cycle_.ReceivedCount() << " received, "
-                        << received_.NetBios.Messages.MessageCount()
-                        << " kept, rows: " << rows(InformationList) << " information, " << rows(WarningList)
-                        << " warning, " << rows(CriticalList) << " critical\n";
+    std::ofstream stream(file);
+    const auto write = [&stream](const char* name, std::uint64_t received, const MessageChannel& channel) {
+        const auto rows = [&channel](EventList list) { return channel.Lists.at(list).Size(); };
+        stream << name << ' ' << received << " received, " << channel.Messages.MessageCount()
+               << " kept, rows: " << rows(InformationList) << " information, " << rows(WarningList)
+               << " warning, " << rows(CriticalList) << " critical";
+    };
+    write("NetBIOS", cycle_.ReceivedCount(), received_.NetBios);
+    write("\nSyslog", syslog_.ReceivedCount(), received_.Syslog);
+    stream << ", leaves: " << received_.Tree.LeafCount() << '\n';
 }
 
 }  // namespace tallyhorn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <filesystem>
 #include <memory>
 
@@ -13,7 +14,10 @@
 #include "platform/ProfileFunctions.h"
 #include "platform/TimeSlices.h"
 #include "reception/ArrivalSignals.h"
+#include "platform/DatagramReceiver.h"
 #include "reception/ProcessingCycle.h"
+#include "reception/SyslogEndpoint.h"
+#include "storage/MessageBackup.h"
 #include "reception/cvbMailslot.h"
 #include "views/MessageCommands.h"
 #include "views/ReceivedMessages.h"
@@ -34,9 +38,10 @@ public:
         MessageBoxes& Boxes;
         ArrivalSignals& Signals;
         const ViewFilterState& ViewFilter;
+        DatagramSockets& Datagrams;
     };
 
-    /// `folder` holds settings and filters.
+    /// `folder` holds settings, filters and the backup.
     Console(const Machine& machine, const std::filesystem::path& folder);
     ~Console() override;
 
@@ -54,7 +59,11 @@ private:
     void Unload() override;
     void Run() override;
 
+    ReceptionParts Reception();
     void LoadMainWindow();
+    bool InitializeWinsock();
+    void AskAboutPort();
+    void LoadBackup();
     void ApplyMessageViews();
     void ApplySettings();
     void WriteSummary() const;
@@ -69,7 +78,12 @@ private:
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
     MessageCommands commands_;
+    bool processingPaused_ = false;
+    QObject wakeTarget_;  ///< what a wake in flight is addressed to; gone, it takes the wake with it
+    SyslogEndpoint syslog_;
     ProcessingCycle cycle_;
+    MessageBackup backup_;
+    bool portFailed_ = false;
     bool started_ = false;
     bool ended_ = false;
 };

@@ -24,4 +24,9 @@ bool QtMessageBoxes::Confirm(std::string_view text) {
     return Show(owner_, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
 }
 
+bool QtMessageBoxes::Retry(std::string_view text) {
+    return Show(owner_, QMessageBox::Warning, text, QMessageBox::Retry | QMessageBox::Cancel) ==
+           QMessageBox::Retry;
+}
+
 }  // namespace tallyhorn

@@ -14,6 +14,7 @@ public:
 
     void Warn(std::string_view text) override;
     bool Confirm(std::string_view text) override;
+    bool Retry(std::string_view text) override;
 
 private:
     QPointer<QWidget> owner_;

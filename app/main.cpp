@@ -32,7 +32,8 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     QtMessageBoxes boxes;
     QuietSignals quiet;
     const NoViewFilter noFilter;
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, noFilter}, folder);
+    const auto datagrams = MakeDatagramSockets();
+    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, noFilter, *datagrams}, folder);
     boxes.SetOwner(&console.Window());
     termination.Start([&] {
         QMetaObject::invokeMethod(

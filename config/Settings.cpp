@@ -36,6 +36,10 @@ Settings ReadSettings(PrivateProfile& profile) {
     return settings;
 }
 
+std::int32_t ReadSyslogPort(PrivateProfile& profile) {
+    return ReadNumber(profile, "SyslogUDPPort");
+}
+
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews) {
     return {(messageViews & 1) != 0, (messageViews & 2) != 0, (messageViews & 4) != 0};
 }

@@ -26,6 +26,9 @@ struct Settings {
 /// Reads every key of the section "General"; one that is missing gives 0 or "".
 Settings ReadSettings(PrivateProfile& profile);
 
+/// The UDP port for syslog, as it stands in the file: no number there is refused here.
+std::int32_t ReadSyslogPort(PrivateProfile& profile);
+
 /// Which of the three tabs are shown.
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews);
 

@@ -28,6 +28,8 @@ public:
     virtual ~DatagramReceiver() = default;
     /// The port that is really bound.
     virtual std::uint16_t Port() const = 0;
+    /// Lets go of the port; what waits can still be taken.
+    virtual void Stop() = 0;
     /// Takes the oldest datagram, whole, which is valid until the next call; nothing where none waits.
     virtual std::optional<std::string_view> Next() = 0;
     /// Whether Next has something to give; of no cost worth counting.

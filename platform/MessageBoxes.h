@@ -14,6 +14,8 @@ public:
     virtual void Warn(std::string_view text) = 0;
     /// Question icon, Yes and No; true for Yes.
     virtual bool Confirm(std::string_view text) = 0;
+    /// Exclamation icon, Retry and Cancel; true for Retry.
+    virtual bool Retry(std::string_view text) = 0;
 };
 
 }  // namespace tallyhorn

@@ -13,11 +13,12 @@ constexpr std::int32_t TicksUntilResume = 120;
 }  // namespace
 
 void ProcessingCycle::TimCheckTick() {
-    if (ProcessingPaused || parts_.Mailslot.CheckForMessages() == 0)
+    if (parts_.ProcessingPaused || parts_.Received.SyslogDeleteInProgress ||
+        mailslot_.CheckForMessages() == 0)
         return;
     // The batch is the tick's own: another tick inside it reads and shows a batch of its own.
     std::vector<std::string> messages = std::exchange(spareMessages_, {});
-    const std::int16_t count = parts_.Mailslot.ReadMessages(messages);
+    const std::int16_t count = mailslot_.ReadMessages(messages);
     if (count > 0) {
         parts_.Signals.PlayAlertSound();
         if (!parts_.Display.IsVisible())
@@ -55,7 +56,9 @@ void ProcessingCycle::PauseCommand() {
                                                                         : "Status: Processing Messages");
     resumeTicks_ = 0;
     parts_.Display.EnableResumeTimer(pauseShown_);
-    ProcessingPaused = pauseShown_;
+    parts_.ProcessingPaused = pauseShown_;
+    if (!pauseShown_)
+        syslog_.ProcessQueuedSyslogMessages();
 }
 
 void ProcessingCycle::ResumeTick() {

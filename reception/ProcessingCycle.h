@@ -4,12 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "filters/SuppressionFilters.h"
-#include "reception/ArrivalSignals.h"
+#include "reception/ReceptionParts.h"
+#include "reception/SyslogEndpoint.h"
 #include "reception/cvbMailslot.h"
-#include "records/AlarmRecord.h"
-#include "views/ReceivedMessages.h"
-#include "views/ViewFilterState.h"
 
 namespace tallyhorn {
 
@@ -17,31 +14,17 @@ namespace tallyhorn {
 /// User-interface thread only; events may run in the middle of a batch, and with them another tick.
 class ProcessingCycle {
 public:
-    /// What the cycle works on; all of it outlives the cycle.
-    struct Parts {
-        cvbMailslot& Mailslot;
-        SuppressionFilters& Filters;
-        const ViewFilterState& ViewFilter;
-        ReceivedMessages& Received;
-        ServerDisplay& Display;
-        ArrivalSignals& Signals;
-        TimeSlices& Slices;
-        AlarmRecord& CurrentAlarm;
-    };
-
-    explicit ProcessingCycle(const Parts& parts) : parts_(parts) {}
+    /// All of it outlives the cycle.
+    ProcessingCycle(cvbMailslot& mailslot, SyslogEndpoint& syslog, const ReceptionParts& parts)
+        : mailslot_(mailslot), syslog_(syslog), parts_(parts) {}
 
     /// One poll: all that waits is read, and what no filter suppresses is kept and shown.
     void TimCheckTick();
 
-    /// Pauses, or resumes where the pause command shows a pause.
+    /// Pauses, or resumes where the pause command shows a pause; then what syslog brought meanwhile is handled.
     void PauseCommand();
     /// One second of a pause; the 121st resumes.
     void ResumeTick();
-
-    /// While true, nothing is processed.  The syslog endpoint raises it for its own work too, so that it may
-    /// differ from what the pause command shows.
-    bool ProcessingPaused = false;
 
     /// Texts that the mailslot gave since the start, the suppressed ones included.
     std::uint64_t ReceivedCount() const { return receivedCount_; }
@@ -50,7 +33,9 @@ private:
     void ProcessText(std::string& text);
     Slot TakeNetBiosSlot();
 
-    Parts parts_;
+    cvbMailslot& mailslot_;
+    SyslogEndpoint& syslog_;
+    ReceptionParts parts_;
     bool pauseShown_ = false;
     std::int32_t resumeTicks_ = 0;
     std::uint64_t receivedCount_ = 0;

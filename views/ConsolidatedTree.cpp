@@ -351,7 +351,6 @@ std::size_t ConsolidatedTree::PositionInCollection(TreeNode node) const {
 bool ConsolidatedTree::SortChildren(TreeNode node) {
     if (Level(node) != TreeLevel::Computer || groups_[node.GroupId()].SortedLeaves)
         return false;
-    const Change change(observer_);
     Group& group = groups_[node.GroupId()];
     group.SortedLeaves = true;
     std::vector<RowEntry> entries = group.Children.Entries();

@@ -93,7 +93,8 @@ public:
     std::size_t PositionInCollection(TreeNode node) const;
 
     /// The node's children stand in the order of their texts from now on, as those of alarms and types always
-    /// do.  False where they did so already.
+    /// do.  False where they did so already.  The observer is not told: whoever shows a group's leaves has them
+    /// sorted first.
     bool SortChildren(TreeNode node);
 
     /// The one that the user has chosen; the root where there is none.

@@ -1,6 +1,7 @@
 #include "views/MessageCommands.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -10,12 +11,31 @@ namespace {
 
 constexpr std::string_view FilterActiveText = "You cannot delete messages while a filter is active.";
 constexpr std::string_view DeleteQuestion = "Are you sure you want to delete the messages you have selected?";
+constexpr std::string_view DeleteLeafQuestion = "Are you sure you want to delete the message you have selected?";
+constexpr std::string_view DeleteBranchQuestion =
+    "Are you sure you want to delete all the messages under the tree branch you selected?";
 constexpr std::string_view ClearNetBiosQuestion =
     "Are you sure you want to erase all of the NetBIOS messages received?";
 constexpr std::string_view ClearSyslogQuestion =
     "Are you sure you want to erase all of the syslog messages received?";
 
 constexpr std::chrono::milliseconds Pause{1};
+/// About a slice's work.
+constexpr std::size_t LeavesRemovedTogether = 10'000;
+
+/// Holds arrivals back as long as it lives.
+class SyslogDelete {
+public:
+    explicit SyslogDelete(ReceivedMessages& received) : received_(received) {
+        received_.SyslogDeleteInProgress = true;
+    }
+    ~SyslogDelete() { received_.SyslogDeleteInProgress = false; }
+    SyslogDelete(const SyslogDelete&) = delete;
+    SyslogDelete& operator=(const SyslogDelete&) = delete;
+
+private:
+    ReceivedMessages& received_;
+};
 
 }  // namespace
 
@@ -36,9 +56,12 @@ bool MessageCommands::RefuseWhileFiltered() {
 }
 
 void MessageCommands::DeleteMessages() {
-    if (RefuseWhileFiltered() || received_.ActiveView >= ConsolidatedView)
+    if (RefuseWhileFiltered())
         return;
-    if (IsSyslogView(received_.ActiveView))
+    const ViewNumber view = received_.ActiveView;
+    if (view >= ConsolidatedView)
+        DeleteTreeSelection();
+    else if (IsSyslogView(view))
         DeleteSyslogMessages();
     // A NetBIOS list touched last while the syslog page is in front names no list of that page: nothing to
     // do.
@@ -51,7 +74,9 @@ void MessageCommands::DeleteNetBiosMessages() {
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
     display_.EnablePollingTimer(false);
-    RemoveSelected(received_.NetBios, view);
+    display_.ShowView(view, false);
+    RemoveFromStore(received_.NetBios, received_.List(view).RemoveSelected());
+    display_.ShowView(view, true);
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateListViewStatus();
     display_.EnablePollingTimer(true);
@@ -59,19 +84,51 @@ void MessageCommands::DeleteNetBiosMessages() {
 
 void MessageCommands::DeleteSyslogMessages() {
     const ViewNumber view = received_.ActiveView;
-    syslogDeleteInProgress_ = true;
-    if (received_.List(view).SelectedCount() > 0 && boxes_.Confirm(DeleteQuestion)) {
-        RemoveSelected(received_.Syslog, view);
-        received_.UpdateStatusCounts(received_.Syslog);
-        received_.UpdateListViewStatus();
-    }
-    syslogDeleteInProgress_ = false;
+    const SyslogDelete inProgress(received_);
+    if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+        return;
+    display_.ShowView(view, false);
+    display_.ShowView(ConsolidatedView, false);
+    RemoveFromSyslog(received_.List(view).RemoveSelected());
+    display_.ShowView(view, true);
+    display_.ShowView(ConsolidatedView, true);
+    received_.UpdateStatusCounts(received_.Syslog);
+    received_.UpdateListViewStatus();
 }
 
-/// The list is hidden meanwhile, both for speed and so that nobody acts on rows that are going.
-void MessageCommands::RemoveSelected(MessageChannel& channel, ViewNumber view) {
-    display_.ShowList(view, false);
-    const std::vector<Slot> slots = received_.List(view).RemoveSelected();
+void MessageCommands::DeleteTreeSelection() {
+    const SyslogDelete inProgress(received_);
+    const TreeNode node = received_.Tree.SelectedNode();
+    if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
+        return;
+    std::array<std::vector<Slot>, EventListCount> covered;
+    for (const Slot slot : received_.Tree.SlotsUnder(node))
+        covered.at(static_cast<std::size_t>(received_.Syslog.Rows[slot].List)).push_back(slot);
+    ShowSyslogViews(false);
+    // In the order in which they stand in the lists, which is that in which their slots serve again.
+    std::vector<Slot> slots;
+    for (std::size_t list = 0; list < covered.size(); ++list) {
+        const std::vector<Slot> gone = received_.Syslog.Lists.at(list).Remove(covered.at(list));
+        slots.insert(slots.end(), gone.begin(), gone.end());
+    }
+    RemoveFromSyslog(slots);
+    ShowSyslogViews(true);
+    received_.UpdateStatusCounts(received_.Syslog);
+    received_.UpdateListViewStatus();
+}
+
+/// Leaves first: they show what stands in the rows.
+void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots) {
+    for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
+        received_.Tree.RemoveLeaves(
+            std::span(slots).subspan(i, std::min(LeavesRemovedTogether, slots.size() - i)));
+        slices_.LetRun();
+    }
+    RemoveFromStore(received_.Syslog, slots);
+}
+
+/// The views are hidden meanwhile, both for speed and so that nobody acts on what is going.
+void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots) {
     for (std::size_t i = 0; i < slots.size(); ++i) {
         // Rows go faster in groups; until its slot is free too, none can come in a row's place.
         if (i % MessageRows::RemovedTogether == 0)
@@ -81,7 +138,11 @@ void MessageCommands::RemoveSelected(MessageChannel& channel, ViewNumber view) {
         if (slices_.LetRun())
             clock_.Sleep(Pause);
     }
-    display_.ShowList(view, true);
+}
+
+void MessageCommands::ShowSyslogViews(bool shown) {
+    for (ViewNumber view = FirstSyslogView; view <= ConsolidatedView; ++view)
+        display_.ShowView(view, shown);
 }
 
 void MessageCommands::ClearAllMessages() {
@@ -93,10 +154,9 @@ void MessageCommands::ClearAllMessages() {
             received_.UpdateStatusCounts(received_.NetBios);
         }
     } else if (boxes_.Confirm(ClearSyslogQuestion)) {
-        syslogDeleteInProgress_ = true;
-        received_.Syslog.Clear(ReceivedMessages::SyslogUpperBoundAfterClear);
+        const SyslogDelete inProgress(received_);
+        received_.ClearSyslog();
         received_.UpdateStatusCounts(received_.Syslog);
-        syslogDeleteInProgress_ = false;
     }
     received_.UpdateListViewStatus();
 }

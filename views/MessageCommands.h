@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/Clock.h"
 #include "platform/MessageBoxes.h"
 #include "platform/TimeSlices.h"
@@ -22,14 +24,14 @@ public:
     /// Acts on the channel of the page on show, after a question; any page but the NetBIOS one is syslog's.
     void ClearAllMessages();
 
-    /// True while syslog messages are being taken away: arrivals of that channel wait.
-    bool SyslogDeleteInProgress() const { return syslogDeleteInProgress_; }
-
 private:
     bool RefuseWhileFiltered();
     void DeleteNetBiosMessages();
     void DeleteSyslogMessages();
-    void RemoveSelected(MessageChannel& channel, ViewNumber view);
+    void DeleteTreeSelection();
+    void RemoveFromSyslog(const std::vector<Slot>& slots);
+    void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots);
+    void ShowSyslogViews(bool shown);
 
     ReceivedMessages& received_;
     ServerDisplay& display_;
@@ -37,7 +39,6 @@ private:
     TimeSlices& slices_;
     Clock& clock_;
     const ViewFilterState& viewFilter_;
-    bool syslogDeleteInProgress_ = false;
 };
 
 }  // namespace tallyhorn

@@ -27,6 +27,8 @@ public:
     std::optional<Slot> TakeFreeSlot();
     /// A new last slot.
     Slot Grow();
+    /// Slots up to `upperBound`, the new ones empty.
+    void GrowTo(Slot upperBound) { texts_.GrowTo(static_cast<std::size_t>(upperBound) + 1); }
     /// Adds one to the count; `slot` lies within the store.
     void Put(Slot slot, std::string text);
     /// Empties the slot and puts it at the end of the queue of free ones.

@@ -1,6 +1,10 @@
 #include "views/ReceivedMessages.h"
 
+#include <optional>
 #include <string>
+#include <utility>
+
+#include "records/CanonicalText.h"
 
 namespace tallyhorn {
 
@@ -19,20 +23,52 @@ MessageList& ReceivedMessages::List(ViewNumber view) {
 }
 
 void ReceivedMessages::SetDateStyle(const DateStyle& style) {
+    dayFirst_ = style.DayFirst;
     NetBios.Rows.SetDateStyle(style);
     Syslog.Rows.SetDateStyle(style);
 }
 
 void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
-    AddRecordToList(NetBios, slot, alarm);
+    alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
+    AddRecordToList(NetBios, slot, alarm, alarm.TypeOfEvent);
+    slices_.LetRun();
 }
 
-void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, AlarmRecord& alarm) {
-    alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
-    const std::int16_t list = ListForIconKey(alarm.TypeOfEvent);
-    channel.Rows.Add(slot, alarm, PictureForIconKey(alarm.TypeOfEvent), list);
+void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
+                                       const std::string& iconKey) {
+    const std::int16_t list = ListForIconKey(iconKey);
+    channel.Rows.Add(slot, alarm, PictureForIconKey(iconKey), list);
     channel.Lists.at(static_cast<std::size_t>(list)).Add(slot);
-    slices_.LetRun();
+}
+
+void ReceivedMessages::KeepSyslogMessage(AlarmRecord& alarm, bool shown) {
+    MessageStore& messages = Syslog.Messages;
+    const Slot slot = TakeSyslogSlot();
+    std::string message;
+    ParseSyslogMessage(slot, message, shown, alarm);
+    messages.Put(slot, std::move(message));
+    if (shown)
+        Tree.AddMessageToConsolidatedTree(slot, alarm);
+    if (messages.MessageCount() == messages.UpperBound() - 1)
+        messages.GrowTo(messages.UpperBound() * 2);
+}
+
+Slot ReceivedMessages::TakeSyslogSlot() {
+    const std::optional<Slot> freed = Syslog.Messages.TakeFreeSlot();
+    return freed ? *freed : Syslog.Messages.MessageCount();
+}
+
+/// The record is settled first, so that row and leaf tell what the kept text tells.
+void ReceivedMessages::ParseSyslogMessage(Slot slot, std::string& message, bool addToListView,
+                                          AlarmRecord& alarm) {
+    message = SettleMessage(alarm);
+    if (addToListView)
+        AddRecordToList(Syslog, slot, alarm, EventTypeIconKey(alarm.TypeOfEvent));
+}
+
+void ReceivedMessages::ClearSyslog() {
+    Tree.Clear();
+    Syslog.Clear(SyslogUpperBoundAfterClear);
 }
 
 void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {
@@ -45,7 +81,8 @@ void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {
 
 void ReceivedMessages::UpdateListViewStatus() {
     for (ViewNumber view = 0; view < ConsolidatedView; ++view)
-        display_.EnableList(view, List(view).Size() > 0);
+        display_.EnableView(view, List(view).Size() > 0);
+    display_.EnableView(ConsolidatedView, Tree.LeafCount() > 0);
 }
 
 }  // namespace tallyhorn

@@ -2,10 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 #include "platform/TimeSlices.h"
 #include "records/AlarmRecord.h"
 #include "records/EventTypes.h"
+#include "views/ConsolidatedTree.h"
 #include "views/MessageList.h"
 #include "views/MessageRows.h"
 #include "views/MessageStore.h"
@@ -39,6 +41,10 @@ public:
 
     MessageChannel NetBios{NetBiosUpperBound};
     MessageChannel Syslog{SyslogUpperBoundAtStart};
+    /// Of the syslog notifications that are shown.
+    ConsolidatedTree Tree{Syslog.Rows};
+    /// True while syslog messages are being taken away or read back: arrivals of both channels wait.
+    bool SyslogDeleteInProgress = false;
     /// The view that the user touched last.
     ViewNumber ActiveView = 0;
 
@@ -47,21 +53,35 @@ public:
     /// Shows dates in this way in all rows added from now on.
     void SetDateStyle(const DateStyle& style);
 
+    /// Whether dates are written and read with the day before the month.
+    bool DayFirst() const { return dayFirst_; }
+
+    /// Forgets every syslog message, the tree's leaves too.
+    void ClearSyslog();
+
     /// Adds the row of a kept NetBIOS notification, whose text stands at `slot`; afterwards the record's
     /// TypeOfEvent holds its icon key.  A type without a picture gets its row all the same, without one: an
     /// alarm that nobody knows is the last that may go unseen.  Lets events run when the slice is over.
     void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
 
+    /// Keeps a syslog notification under the next slot that is free: its text and, if `shown`, its row and its
+    /// leaf.  Afterwards the record is the one that the kept text tells, with the type's display form.
+    void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
+
     /// Writes one channel's count into its status panel.
     void UpdateStatusCounts(const MessageChannel& channel);
-    /// Enables the lists that hold rows and disables the others.
+    /// Enables the lists and the tree where they hold something and disables them elsewhere.
     void UpdateListViewStatus();
 
 private:
-    void AddRecordToList(MessageChannel& channel, Slot slot, AlarmRecord& alarm);
+    static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
+                                const std::string& iconKey);
+    Slot TakeSyslogSlot();
+    void ParseSyslogMessage(Slot slot, std::string& message, bool addToListView, AlarmRecord& alarm);
 
     ServerDisplay& display_;
     TimeSlices& slices_;
+    bool dayFirst_ = false;
 };
 
 }  // namespace tallyhorn

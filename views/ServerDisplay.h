@@ -38,10 +38,11 @@ public:
     virtual MessagePage CurrentPage() const = 0;
 
     virtual void ShowPanel(StatusPanel panel, std::string_view text) = 0;
-    /// A list without rows is disabled and drawn in the colour of a button's face.
-    virtual void EnableList(ViewNumber view, bool enabled) = 0;
-    /// Lists are hidden while many of their rows go.
-    virtual void ShowList(ViewNumber view, bool shown) = 0;
+    virtual void ShowPanelToolTip(StatusPanel panel, std::string_view text) = 0;
+    /// A list or tree that holds nothing is disabled, a list also drawn in the colour of a button's face.
+    virtual void EnableView(ViewNumber view, bool enabled) = 0;
+    /// Lists and tree are hidden while much of them goes.
+    virtual void ShowView(ViewNumber view, bool shown) = 0;
 
     virtual void EnablePollingTimer(bool enabled) = 0;
     virtual void EnableResumeTimer(bool enabled) = 0;

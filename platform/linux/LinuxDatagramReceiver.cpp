@@ -20,6 +20,8 @@ namespace {
 
 /// Datagrams that the pump takes with one call at most.
 constexpr std::size_t BatchSize = 64;
+/// What a receive buffer of the largest usual size can hold.
+constexpr int LastBatches = 512;
 
 /// The buffers and headers of one recvmmsg call, set up once.
 class DatagramBatch {
@@ -66,12 +68,22 @@ LinuxDatagramReceiver::LinuxDatagramReceiver(FileDescriptor socket, FileDescript
       pump_(StartWithoutSignals([this] { Pump(); })) {}
 
 LinuxDatagramReceiver::~LinuxDatagramReceiver() {
+    LinuxDatagramReceiver::Stop();
+}
+
+void LinuxDatagramReceiver::Stop() {
+    if (!pump_.joinable())
+        return;
     stopping_ = true;
     eventfd_write(stop_.Get(), 1);
     pump_.join();
+    finalLosses_ = Losses();
+    socket_ = FileDescriptor();
 }
 
 DatagramLosses LinuxDatagramReceiver::Losses() const {
+    if (!pump_.joinable() && stopping_)
+        return finalLosses_;
     DatagramLosses losses{.NoRoom = inbox_.NoRoom(), .BySystem = std::nullopt};
     std::array<std::uint32_t, SK_MEMINFO_VARS> info{};
     socklen_t size = sizeof info;
@@ -94,6 +106,9 @@ void LinuxDatagramReceiver::Pump() {
              : got < int{BatchSize} ? Pause::Nap
                                     : Pause::None);
     }
+    // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
+    for (int i = 0; i < LastBatches && batch.Receive(socket_.Get()) > 0; ++i)
+        inbox_.Put(batch.Texts());
 }
 
 /// In every pause the end is noticed at once.

@@ -26,6 +26,7 @@ public:
     LinuxDatagramReceiver& operator=(const LinuxDatagramReceiver&) = delete;
 
     std::uint16_t Port() const override { return port_; }
+    void Stop() override;
     std::optional<std::string_view> Next() override { return inbox_.Next(); }
     bool HasWaiting() const override { return inbox_.HasWaiting(); }
     DatagramLosses Losses() const override;
@@ -36,11 +37,12 @@ private:
     void Pump();
     void Wait(Pause pause);
 
-    const FileDescriptor socket_;
+    FileDescriptor socket_;
     const FileDescriptor stop_;
     const std::uint16_t port_;
     DatagramInbox inbox_;
     std::atomic<bool> stopping_ = false;
+    DatagramLosses finalLosses_;  ///< once the socket is closed
     std::thread pump_;
 };
 

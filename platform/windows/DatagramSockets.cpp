@@ -56,9 +56,11 @@ public:
     OwnedSocket(const OwnedSocket&) = delete;
     OwnedSocket& operator=(const OwnedSocket&) = delete;
     OwnedSocket& operator=(OwnedSocket&&) = delete;
-    ~OwnedSocket() {
+    ~OwnedSocket() { Close(); }
+
+    void Close() {
         if (*this)
-            closesocket(socket_);
+            closesocket(std::exchange(socket_, INVALID_SOCKET));
     }
 
     SOCKET Get() const { return socket_; }
@@ -145,11 +147,7 @@ public:
         getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
         port_ = ntohs(address.sin6_port);
     }
-    ~WindowsDatagramReceiver() override {
-        WSASetEvent(stop_.Get());
-        if (pump_.joinable())
-            pump_.join();
-    }
+    ~WindowsDatagramReceiver() override { WindowsDatagramReceiver::Stop(); }
     WindowsDatagramReceiver(const WindowsDatagramReceiver&) = delete;
     WindowsDatagramReceiver& operator=(const WindowsDatagramReceiver&) = delete;
 
@@ -162,6 +160,12 @@ public:
     }
 
     std::uint16_t Port() const override { return port_; }
+    void Stop() override {
+        WSASetEvent(stop_.Get());
+        if (pump_.joinable())
+            pump_.join();
+        socket_.Close();
+    }
     std::optional<std::string_view> Next() override { return inbox_.Next(); }
     bool HasWaiting() const override { return inbox_.HasWaiting(); }
     DatagramLosses Losses() const override { return {.NoRoom = inbox_.NoRoom(), .BySystem = std::nullopt}; }
@@ -194,7 +198,7 @@ private:
         }
     }
 
-    const OwnedSocket socket_;
+    OwnedSocket socket_;
     std::uint16_t port_ = 0;
     const OwnedEvent stop_;
     const OwnedEvent readable_;

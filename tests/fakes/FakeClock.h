@@ -8,12 +8,14 @@ namespace tallyhorn {
 class FakeClock final : public Clock {
 public:
     TimePoint Now() const override { return now_ += PerLook; }
+    std::int64_t LocalSeconds() const override { return Local; }
     void Sleep(std::chrono::milliseconds time) override {
         now_ += time;
         Slept += time;
     }
     void Advance(std::chrono::milliseconds time) { now_ += time; }
 
+    std::int64_t Local = 1'792'000'000;
     std::chrono::nanoseconds PerLook{0};
     std::chrono::milliseconds Slept{0};
 

@@ -25,7 +25,13 @@ public:
         return Answer;
     }
 
+    bool Retry(std::string_view text) override {
+        Shown.emplace_back(text);
+        return RetriesLeft-- > 0;
+    }
+
     bool Answer = true;
+    int RetriesLeft = 0;
     std::function<void()> WhileAsked;
     std::vector<std::string> Shown;
 };
@@ -48,10 +54,11 @@ public:
     bool IsVisible() const override { return Visible; }
     MessagePage CurrentPage() const override { return Page; }
     void ShowPanel(StatusPanel panel, std::string_view text) override { Panels[panel] = text; }
-    void EnableList(ViewNumber view, bool enabled) override {
+    void ShowPanelToolTip(StatusPanel panel, std::string_view text) override { ToolTips[panel] = text; }
+    void EnableView(ViewNumber view, bool enabled) override {
         Enabled.at(static_cast<std::size_t>(view)) = enabled;
     }
-    void ShowList(ViewNumber view, bool shown) override {
+    void ShowView(ViewNumber view, bool shown) override {
         ListCalls.push_back((shown ? "show " : "hide ") + std::to_string(view));
     }
     void EnablePollingTimer(bool enabled) override { Polling = enabled; }
@@ -60,8 +67,8 @@ public:
 
     bool Visible = true;
     MessagePage Page = MessagePage::NetBios;
-    std::map<StatusPanel, std::string> Panels;
-    std::array<bool, ConsolidatedView> Enabled{};
+    std::map<StatusPanel, std::string> Panels, ToolTips;
+    std::array<bool, ConsolidatedView + 1> Enabled{};
     std::vector<std::string> ListCalls;
     bool Polling = true;
     bool Resuming = false;

@@ -98,25 +98,6 @@ TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
     }
 }
 
-TEST_F(MessageCommandsTest, SyslogDeleteHoldsItsChannelBack) {
-    for (int i = 0; i < 3; ++i)
-        Keep(received_.Syslog, 4);
-    received_.ActiveView = 4;
-    received_.List(4).Select(0, 1, true);
-    bool heldBack = false;
-    bool polling = false;
-    boxes_.WhileAsked = [&] {
-        heldBack = commands_.SyslogDeleteInProgress();
-        polling = display_.Polling;
-    };
-    commands_.DeleteMessages();
-    EXPECT_TRUE(heldBack);
-    EXPECT_TRUE(polling) << "NetBIOS arrivals go on";
-    EXPECT_FALSE(commands_.SyslogDeleteInProgress());
-    EXPECT_EQ(received_.List(4).Size(), 1U);
-    EXPECT_EQ(display_.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
-}
-
 /// The sleep belongs to the slice, not to the row.
 TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
     for (int i = 0; i < 50'000; ++i)

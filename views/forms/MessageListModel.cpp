@@ -7,17 +7,6 @@
 #include "views/forms/Pictures.h"
 
 namespace tallyhorn {
-namespace {
-
-/// The word for a picture, for those who do not see it.
-QString SpokenType(EventPicture picture) {
-    constexpr std::array<const char*, EventPictureCount> Words = {
-        "Information", "Warning", "Error", "Failure Audit", "Success Audit", "Unknown type"};
-    return QString::fromLatin1(Words.at(static_cast<std::size_t>(picture)));
-}
-
-}  // namespace
-
 MessageListModel::MessageListModel(MessageList& list, QObject* parent)
     : QAbstractTableModel(parent), list_(list), shown_(list.Size()) {
     list_.SetObserver(this);

@@ -132,6 +132,19 @@ void DrawQuestionMark(QPainter& painter) {
     painter.drawEllipse(QRectF(7, 11.2, 2, 2));
 }
 
+void DrawBell(QPainter& painter) {
+    Fill(painter, Amber);
+    QPainterPath bell;
+    bell.moveTo(2.4, 11.8);
+    bell.cubicTo(4.6, 10.2, 3.6, 3, 8, 2.4);
+    bell.cubicTo(12.4, 3, 11.4, 10.2, 13.6, 11.8);
+    bell.closeSubpath();
+    painter.drawPath(bell);
+    painter.drawEllipse(QRectF(7, 0.8, 2, 2.4));
+    Fill(painter, Grey);
+    painter.drawChord(QRectF(6, 10.6, 4, 4.6), 180 * 16, 180 * 16);
+}
+
 void DrawCross(QPainter& painter) {
     Stroke(painter, Red, 2.4);
     painter.drawLine(QPointF(3.5, 3.5), QPointF(12.5, 12.5));
@@ -176,6 +189,16 @@ QIcon EventIcon(EventPicture picture) {
     constexpr std::array<Drawing, EventPictureCount> Drawings = {
         DrawInformation, DrawWarning, DrawError, DrawFailureAudit, DrawSuccessAudit, DrawQuestionMark};
     return MakeIcon(Drawings.at(static_cast<std::size_t>(picture)));
+}
+
+QString SpokenType(EventPicture picture) {
+    constexpr std::array<const char*, EventPictureCount> Words = {
+        "Information", "Warning", "Error", "Failure Audit", "Success Audit", "Unknown type"};
+    return QString::fromLatin1(Words.at(static_cast<std::size_t>(picture)));
+}
+
+QIcon AlarmIcon() {
+    return MakeIcon(DrawBell);
 }
 
 QIcon CommandIcon(CommandPicture picture) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QIcon>
+#include <QString>
 
 #include "records/EventTypes.h"
 
@@ -12,6 +13,10 @@ enum class CommandPicture { Delete, Clear, Pause, Resume };
 /// Icons drawn from shapes at whatever size is asked for, so that they are sharp at every scaling.  Each
 /// event type has a shape of its own besides its colour.
 QIcon EventIcon(EventPicture picture);
+/// The type's word, for those who do not see the picture.
+QString SpokenType(EventPicture picture);
+/// A bell, beside an alarm of the tree.
+QIcon AlarmIcon();
 QIcon CommandIcon(CommandPicture picture);
 /// The program's own icon.
 QIcon ConsoleIcon();

@@ -13,11 +13,11 @@
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
-#include <QTreeView>
 #include <algorithm>
 #include <utility>
 
 #include "views/forms/AnsiString.h"
+#include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/MessageListView.h"
 #include "views/forms/Pictures.h"
 
@@ -31,9 +31,12 @@ constexpr Twips BelowTabs = 60;    ///< between the tabs and the first frame
 constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
+/// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.
+constexpr int ArrivalInterval = 40;
 
 constexpr std::array<const char*, MessagePageCount> PageCaptions = {
     "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
+constexpr const char* ConsolidatedCaption = "Consoli&dated Syslog Messages";
 /// From the top of the page; the list in the first frame is the last of its channel.
 constexpr std::array<const char*, EventListCount> NetBiosCaptions = {
     "I&nformation Events and Success Audits", "W&arning Events", "C&ritical Events (Errors, Failure Audits)"};
@@ -72,6 +75,10 @@ frmServer::frmServer(ServerLifetime& lifetime) : lifetime_(lifetime) {
     timCheck = new QTimer(this);
     timCheck->setObjectName(QStringLiteral("timCheck"));
     timCheck->setInterval(CheckInterval);
+    timArrival = new QTimer(this);
+    timArrival->setObjectName(QStringLiteral("timArrival"));
+    timArrival->setSingleShot(true);
+    timArrival->setTimerType(Qt::PreciseTimer);
     tmrResumeProcessing = new QTimer(this);
     tmrResumeProcessing->setObjectName(QStringLiteral("tmrResumeProcessing"));
     tmrResumeProcessing->setInterval(ResumeInterval);
@@ -148,12 +155,7 @@ void frmServer::BuildPages() {
         fraSyslogTypes.at(i) =
             addFrame(MessagePage::Syslog, SyslogCaptions.at(i), QStringLiteral("fraSyslogTypes%1").arg(i));
     }
-    fraConsolidated = addFrame(MessagePage::Consolidated, "", QStringLiteral("fraConsolidated"));
-    tvwConsolidated = new QTreeView(fraConsolidated);
-    tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
-    tvwConsolidated->setAccessibleName(WithoutAccessKey(QString::fromLatin1(PageCaptions.back())));
-    tvwConsolidated->setHeaderHidden(true);
-    tvwConsolidated->setEnabled(false);
+    fraConsolidated = addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
     connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
 }
 
@@ -175,10 +177,13 @@ void frmServer::Load(const Parts& parts) {
     received_ = &parts.Received;
     commands_ = &parts.Commands;
     cycle_ = &parts.Cycle;
+    syslog_ = &parts.Syslog;
     BuildLists(fraNetBiosTypes, 0);
     BuildLists(fraSyslogTypes, FirstSyslogView);
+    BuildTree();
     connect(timCheck, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->TimCheckTick(); }); });
-    connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { cycle_->ResumeTick(); });
+    connect(timArrival, &QTimer::timeout, this, &frmServer::ArrivalTick);
+    connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->ResumeTick(); }); });
     EnablePollingTimer(true);
     LayOut();
 }
@@ -198,6 +203,16 @@ void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames,
     }
 }
 
+void frmServer::BuildTree() {
+    tvwConsolidated = new ConsolidatedTreeView(received_->Tree, fraConsolidated);
+    tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
+    tvwConsolidated->setAccessibleName(WithoutAccessKey(fraConsolidated->title()));
+    connect(tvwConsolidated, &ConsolidatedTreeView::Touched, this,
+            [this] { received_->ActiveView = ConsolidatedView; });
+    connect(tvwConsolidated, &ConsolidatedTreeView::DeleteRequested, this,
+            [this] { RunWhenIdle([this] { commands_->DeleteMessages(); }); });
+}
+
 void frmServer::ConnectList(ViewNumber view) {
     MessageListView* const list = ListView(view);
     connect(list, &MessageListView::Touched, this, [this, view] { received_->ActiveView = view; });
@@ -212,8 +227,26 @@ void frmServer::RunPendingEvents() {
     RunAsWork([this] {
         for (ViewNumber view = 0; view < ConsolidatedView; ++view)
             ListView(view)->TakeInRows();
+        if (tvwConsolidated->isVisible())
+            tvwConsolidated->TakeInNodes();
         QCoreApplication::processEvents();
     });
+}
+
+void frmServer::HandleDatagrams() {
+    if (timArrival->isActive())
+        return;
+    const qint64 since = sinceArrival_.isValid() ? sinceArrival_.elapsed() : ArrivalInterval;
+    timArrival->start(static_cast<int>(std::clamp<qint64>(ArrivalInterval - since, 0, ArrivalInterval)));
+}
+
+/// By a timer even where more wait already: between one slice and the next all other events have their turn.
+void frmServer::ArrivalTick() {
+    auto waiting = SyslogEndpoint::Waiting::Nothing;
+    RunAsWork([&] { waiting = syslog_->DataArrival(); });
+    sinceArrival_.start();
+    if (waiting != SyslogEndpoint::Waiting::Nothing)
+        timArrival->start(waiting == SyslogEndpoint::Waiting::More ? 0 : ArrivalInterval);
 }
 
 /// A command given inside other work would run on state that is half way from one thing to the next, and
@@ -249,24 +282,29 @@ void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
     stbMain.at(static_cast<std::size_t>(panel) - 1)->setText(ToQString(text));
 }
 
-void frmServer::EnableList(ViewNumber view, bool enabled) {
-    MessageListView* const list = ListView(view);
-    // Else the focus would go on to the next list by itself, and the next key press would act on that.
-    if (!enabled && list->hasFocus())
-        tabMessageTypes->tabBar()->setFocus();
-    list->setEnabled(enabled);
+void frmServer::ShowPanelToolTip(StatusPanel panel, std::string_view text) {
+    stbMain.at(static_cast<std::size_t>(panel) - 1)->setToolTip(ToQString(text));
 }
 
-void frmServer::ShowList(ViewNumber view, bool shown) {
-    MessageListView* const list = ListView(view);
-    if (!shown) {
-        focusBeforeHiding_ = list->hasFocus() ? list : nullptr;
-        if (focusBeforeHiding_ != nullptr)
-            tabMessageTypes->tabBar()->setFocus();
+void frmServer::EnableView(ViewNumber number, bool enabled) {
+    QWidget* const view = View(number);
+    // Else the focus would go on to the next list by itself, and the next key press would act on that.
+    if (!enabled && view->hasFocus())
+        tabMessageTypes->tabBar()->setFocus();
+    view->setEnabled(enabled);
+}
+
+void frmServer::ShowView(ViewNumber number, bool shown) {
+    QWidget* const view = View(number);
+    if (!shown && view->hasFocus()) {
+        focusBeforeHiding_ = view;
+        tabMessageTypes->tabBar()->setFocus();
     }
-    list->setVisible(shown);
-    if (shown && focusBeforeHiding_ == list)
-        list->setFocus();
+    view->setVisible(shown);
+    if (shown && focusBeforeHiding_ == view) {
+        focusBeforeHiding_ = nullptr;
+        view->setFocus();
+    }
 }
 
 void frmServer::EnablePollingTimer(bool enabled) {
@@ -314,6 +352,7 @@ void frmServer::Close(bool byUser) {
         return;
     EnablePollingTimer(false);
     EnableResumeTimer(false);
+    timArrival->stop();
     lifetime_.Unload();
 }
 
@@ -405,6 +444,12 @@ void frmServer::KeepColumnWidths(ViewNumber view) {
         for (ViewNumber other = first; other < first + EventListCount; ++other)
             ListView(other)->SetColumnWidth(column, width);
     }
+}
+
+QWidget* frmServer::View(ViewNumber view) const {
+    if (view == ConsolidatedView)
+        return tvwConsolidated;
+    return ListView(view);
 }
 
 MessageListView* frmServer::ListView(ViewNumber view) const {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <array>
 #include <functional>
 #include <vector>
 
 #include "reception/ProcessingCycle.h"
+#include "reception/SyslogEndpoint.h"
 #include "views/MessageCommands.h"
 #include "views/ReceivedMessages.h"
 #include "views/ServerDisplay.h"
@@ -17,10 +19,10 @@ class QLabel;
 class QTabWidget;
 class QTimer;
 class QToolBar;
-class QTreeView;
 
 namespace tallyhorn {
 
+class ConsolidatedTreeView;
 class MessageListView;
 
 /// What the main window asks when it is to go.
@@ -47,6 +49,7 @@ public:
         ReceivedMessages& Received;
         MessageCommands& Commands;
         ProcessingCycle& Cycle;
+        SyslogEndpoint& Syslog;
     };
     void Load(const Parts& parts);
 
@@ -64,14 +67,19 @@ public:
     /// Answers what stands open as if the user had closed it, so that it does not hold the end up.
     static void DismissQuestions();
 
+    /// Datagrams wait: handles them at once, or a little later where others were handled just before, since
+    /// showing what came costs more than handling it.
+    void HandleDatagrams();
+
     /// Takes in the rows that came, then lets waiting events run.
     void RunPendingEvents();
 
     bool IsVisible() const override { return isVisible(); }
     MessagePage CurrentPage() const override;
     void ShowPanel(StatusPanel panel, std::string_view text) override;
-    void EnableList(ViewNumber view, bool enabled) override;
-    void ShowList(ViewNumber view, bool shown) override;
+    void ShowPanelToolTip(StatusPanel panel, std::string_view text) override;
+    void EnableView(ViewNumber view, bool enabled) override;
+    void ShowView(ViewNumber view, bool shown) override;
     void EnablePollingTimer(bool enabled) override;
     void EnableResumeTimer(bool enabled) override;
     void ShowPauseCommand(bool paused) override;
@@ -103,6 +111,9 @@ private:
     void ApplyColumnWidths();
     void KeepColumnWidths(ViewNumber view);
     MessageListView* ListView(ViewNumber view) const;
+    QWidget* View(ViewNumber view) const;
+    void ArrivalTick();
+    void BuildTree();
     int Pixels(Twips length) const;
     Twips InTwips(int pixels) const;
 
@@ -110,6 +121,7 @@ private:
     ReceivedMessages* received_ = nullptr;
     MessageCommands* commands_ = nullptr;
     ProcessingCycle* cycle_ = nullptr;
+    SyslogEndpoint* syslog_ = nullptr;
     ColumnWidthArray columnWidths_{};
     std::vector<Command> waitingCommands_;
     QWidget* focusBeforeHiding_ = nullptr;
@@ -121,7 +133,7 @@ private:
     std::array<MessageListView*, EventListCount> lvwMessages{};
     std::array<MessageListView*, EventListCount> lvwSyslog{};
     QGroupBox* fraConsolidated = nullptr;
-    QTreeView* tvwConsolidated = nullptr;
+    ConsolidatedTreeView* tvwConsolidated = nullptr;
     QToolBar* tbrMain = nullptr;
     std::array<QLabel*, 3> stbMain{};
     QAction* mnuFile_DeleteMsg = nullptr;
@@ -129,6 +141,8 @@ private:
     QAction* mnuEditPause = nullptr;
     QAction* tbrPause = nullptr;
     QTimer* timCheck = nullptr;
+    QTimer* timArrival = nullptr;
+    QElapsedTimer sinceArrival_;
     QTimer* tmrResumeProcessing = nullptr;
 };
 

@@ -1,0 +1,11 @@
+#include "platform/LocalTime.h"
+
+namespace tallyhorn {
+
+std::tm LocalTime(std::time_t moment) {
+    std::tm parts{};
+    localtime_r(&moment, &parts);
+    return parts;
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,40 @@
+#include "reception/SyslogQueue.h"
+
+#include <utility>
+
+namespace tallyhorn {
+
+void SyslogQueue::Add(std::string_view text) {
+    ++count_;
+    if (count_ <= Positions)
+        Put(count_, text);
+    else if (const std::size_t position = count_ % Positions; position != 0)
+        Put(position, text);
+    else
+        ++lost_;
+}
+
+/// What stood at the position is lost, and where there is no room for the new text that one too.
+void SyslogQueue::Put(std::size_t position, std::string_view text) {
+    if (texts_.size() < position)
+        texts_.resize(position);
+    else
+        ++lost_;
+    std::string& place = texts_[position - 1];
+    bytes_ -= place.size();
+    if (bytes_ + text.size() > limit_) {
+        place.clear();
+        ++lost_;
+        return;
+    }
+    place = text;
+    bytes_ += text.size();
+}
+
+std::vector<std::string> SyslogQueue::Take() {
+    count_ = 0;
+    bytes_ = 0;
+    return std::exchange(texts_, {});
+}
+
+}  // namespace tallyhorn

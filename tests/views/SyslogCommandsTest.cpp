@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <map>
+#include <random>
+#include <set>
+
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeWindow.h"
+#include "views/MessageCommands.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr const char* LeafQuestion = "Are you sure you want to delete the message you have selected?";
+constexpr const char* BranchQuestion =
+    "Are you sure you want to delete all the messages under the tree branch you selected?";
+
+class SyslogCommandsTest : public ::testing::Test {
+protected:
+    void Keep(const std::string& alarm, const std::string& type, const std::string& computer,
+              bool shown = true) {
+        AlarmRecord record;
+        record.AlarmName = alarm;
+        record.TypeOfEvent = type;
+        record.Computer = computer;
+        received_.KeepSyslogMessage(record, shown);
+    }
+    std::size_t Rows() const {
+        std::size_t rows = 0;
+        for (const MessageList& list : received_.Syslog.Lists)
+            rows += list.Size();
+        return rows;
+    }
+    /// The node at these positions below the root.
+    TreeNode Node(const std::vector<std::size_t>& way) const {
+        TreeNode node;
+        for (const std::size_t position : way)
+            node = received_.Tree.ChildAt(node, position);
+        return node;
+    }
+    void DeleteNode(TreeNode node) {
+        received_.ActiveView = ConsolidatedView;
+        received_.Tree.SelectNode(node);
+        commands_.DeleteMessages();
+    }
+
+    FakeClock clock_;
+    FakePendingEvents events_;
+    FakeDisplay display_;
+    FakeMessageBoxes boxes_;
+    FakeViewFilter filter_;
+    TimeSlices slices_{clock_, events_};
+    ReceivedMessages received_{display_, slices_};
+    MessageCommands commands_{received_, display_, boxes_, slices_, clock_, filter_};
+};
+
+TEST_F(SyslogCommandsTest, AKeptMessageStandsInStoreListAndTree) {
+    Keep("Full", "WARNING", "PC");
+    Keep("Full", "Failure Audit", "PC", false);
+    EXPECT_EQ(received_.Syslog.Messages.Text(0),
+              "Date: 12/30/1899\r\nAlarm Name: Full\r\nLog Type: \r\nSource: \r\nType Of Event: Warning\r\n"
+              "Category: \r\nEventID: 0\r\nAccount: \r\nComputer: PC\r\nDescription: \r\n");
+    EXPECT_EQ(received_.Syslog.Messages.MessageCount(), 2) << "what a view filter hides is kept and counted";
+    EXPECT_EQ(Rows(), 1U);
+    EXPECT_EQ(received_.Tree.LeafCount(), 1U);
+}
+
+TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
+    received_.ClearSyslog();
+    for (int i = 0; i < 98; ++i)
+        Keep("a", "Error", "PC");
+    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 100);
+    Keep("a", "Error", "PC");
+    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 200);
+}
+
+TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
+    for (const char* const computer : {"A", "B", "B"})
+        Keep("Full", "Warning", computer);
+    received_.ActiveView = 4;
+    received_.List(4).Select(0, 1, true);
+    bool heldBack = false;
+    bool polling = false;
+    boxes_.WhileAsked = [&] {
+        heldBack = received_.SyslogDeleteInProgress;
+        polling = display_.Polling;
+    };
+    commands_.DeleteMessages();
+    EXPECT_TRUE(heldBack);
+    EXPECT_TRUE(polling) << "the poll itself holds back then";
+    EXPECT_FALSE(received_.SyslogDeleteInProgress);
+    EXPECT_EQ(display_.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
+    EXPECT_EQ(Rows(), 1U);
+    EXPECT_EQ(received_.Tree.Text(Node({0})), "Full ( 1 Events )");
+    EXPECT_EQ(received_.Tree.Text(Node({0, 0, 0})), "B ( 1 Events )");
+    EXPECT_EQ(display_.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
+    EXPECT_TRUE(display_.Enabled[ConsolidatedView]);
+}
+
+TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
+    const struct {
+        const char* Why;
+        std::vector<std::size_t> Way;
+        const char* Question;
+        std::size_t RowsLeft;
+    } cases[] = {
+        {"a leaf", {0, 0, 0, 0}, LeafQuestion, 6},
+        {"a computer", {0, 0, 0}, BranchQuestion, 5},
+        {"a type", {0, 0}, BranchQuestion, 4},
+        {"an alarm, with the rows of types that the tree lacks", {0}, BranchQuestion, 1},
+    };
+    for (const auto& [why, way, question, rowsLeft] : cases) {
+        received_.ClearSyslog();
+        boxes_.Shown.clear();
+        for (const char* const computer : {"A", "A", "B"})
+            Keep("Disk", "Error", computer);
+        Keep("Disk", "Warning", "A");
+        Keep("Other", "Error", "A");
+        Keep("Disk", "Unheard of", "A");
+        Keep("Disk", "", "A");
+        ASSERT_EQ(received_.Tree.LeafCount(), 5U);
+        boxes_.Answer = false;
+        DeleteNode(Node(way));
+        EXPECT_EQ(Rows(), 7U) << "the user said no";
+        boxes_.Answer = true;
+        DeleteNode(Node(way));
+        EXPECT_EQ(boxes_.Shown, (std::vector<std::string>{question, question})) << why;
+        EXPECT_EQ(Rows(), rowsLeft) << why;
+        EXPECT_EQ(received_.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(rowsLeft)) << why;
+        EXPECT_FALSE(received_.SyslogDeleteInProgress);
+        EXPECT_FALSE(received_.Tree.SelectedNode() == Node(way) && rowsLeft == 1)
+            << "a node that is gone is not selected";
+    }
+    boxes_.Shown.clear();
+    DeleteNode(TreeNode());
+    filter_.Active = true;
+    DeleteNode(Node({0}));
+    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."})
+        << "silent where nothing is selected";
+}
+
+/// Lists, tree, store, free slots and count against a plain account of the same.
+TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
+    struct Message {
+        std::string Alarm, Type, Computer;
+    };
+    std::map<Slot, Message> kept;
+    std::deque<Slot> freed;
+    std::mt19937 random(3);
+    const auto below = [&](std::size_t limit) { return random() % limit; };
+    const auto free = [&](const std::function<bool(const Message&)>& goes) {
+        // List by list, in the order of the rows.
+        for (const std::int16_t list : {CriticalList, WarningList, InformationList}) {
+            const MessageList& rows = received_.Syslog.Lists.at(static_cast<std::size_t>(list));
+            for (std::size_t i = 0; i < rows.Size(); ++i) {
+                if (goes(kept.at(rows.SlotAt(i))))
+                    freed.push_back(rows.SlotAt(i));
+            }
+        }
+        std::erase_if(kept, [&](const auto& entry) { return goes(entry.second); });
+    };
+    constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
+                                     "Success Audit", "unheard of", ""};
+    display_.Page = MessagePage::Consolidated;
+    for (int step = 0; step < 4000; ++step) {
+        const std::size_t what = below(100);
+        if (what < 93) {
+            const Message message{"a" + std::to_string(below(4)), Types[below(7)],
+                                  "PC" + std::to_string(below(3))};
+            Slot slot = static_cast<Slot>(kept.size());
+            if (!freed.empty()) {
+                slot = freed.front();
+                freed.pop_front();
+            }
+            kept[slot] = message;
+            Keep(message.Alarm, message.Type, message.Computer);
+        } else if (what < 96) {
+            const auto view = static_cast<ViewNumber>(FirstSyslogView + below(3));
+            MessageList& list = received_.List(view);
+            if (list.Size() == 0)
+                continue;
+            if (below(2) == 0)
+                list.SortBy(MessageColumn::Computer);
+            const std::size_t first = below(list.Size());
+            list.ClearSelection();
+            list.Select(first, std::min(first + below(20), list.Size() - 1), true);
+            for (const Slot slot : list.SelectedSlots()) {
+                freed.push_back(slot);
+                kept.erase(slot);
+            }
+            received_.ActiveView = view;
+            commands_.DeleteMessages();
+        } else if (what < 99 && received_.Tree.LeafCount() > 0) {
+            TreeNode node;
+            for (std::size_t level = 1 + below(3); level > 0; --level)
+                node = received_.Tree.ChildAt(node, below(received_.Tree.ChildCount(node)));
+            const TreeNode leafBelow = TreeNode::Leaf(received_.Tree.SlotsUnder(node).front());
+            const Message like = kept.at(leafBelow.LeafSlot());
+            const TreeLevel level = received_.Tree.Level(node);
+            free([&](const Message& message) {
+                return message.Alarm == like.Alarm &&
+                       (level < TreeLevel::Type || message.Type == like.Type) &&
+                       (level < TreeLevel::Computer || message.Computer == like.Computer);
+            });
+            DeleteNode(node);
+        } else if (below(10) == 0) {
+            kept.clear();
+            freed.clear();
+            commands_.ClearAllMessages();
+        }
+        ASSERT_EQ(received_.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(kept.size())) << step;
+        ASSERT_EQ(Rows(), kept.size()) << step;
+        std::size_t leaves = 0;
+        for (const auto& [slot, message] : kept) {
+            ASSERT_TRUE(received_.Syslog.Messages.Text(slot).find("Name: " + message.Alarm + "\r\n") !=
+                        std::string::npos)
+                << step << " slot " << slot;
+            leaves += received_.Tree.HasLeaf(slot) ? 1 : 0;
+        }
+        ASSERT_EQ(received_.Tree.LeafCount(), leaves) << step;
+        for (const Slot slot : freed)
+            ASSERT_EQ(received_.Syslog.Messages.Text(slot), "") << step;
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,158 @@
+#include "views/forms/ConsolidatedTreeModel.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+
+#include "views/forms/AnsiString.h"
+#include "views/forms/Pictures.h"
+
+namespace tallyhorn {
+namespace {
+
+/// No line shows more, and laying out a text of sixty thousand characters takes long.
+constexpr std::size_t LongestShown = 1000;
+
+QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
+    QModelIndexList to;
+    for (const QModelIndex& index : from)
+        to << model.IndexOf(ConsolidatedTreeModel::NodeAt(index));
+    return to;
+}
+
+}  // namespace
+
+ConsolidatedTreeModel::ConsolidatedTreeModel(ConsolidatedTree& tree, QObject* parent)
+    : QAbstractItemModel(parent), tree_(tree) {
+    Changed();
+    tree_.SetObserver(this);
+}
+
+ConsolidatedTreeModel::~ConsolidatedTreeModel() {
+    tree_.SetObserver(nullptr);
+}
+
+bool ConsolidatedTreeModel::TakeInNodes() {
+    bool inserted = false;
+    for (auto& [group, before] : announced_)
+        inserted = Announce(TreeNode::Group(group), before) || inserted;
+    if (inserted) {
+        // They were announced as the last ones; now everything goes to its sorted place.
+        emit layoutAboutToBeChanged();
+        MovePersistentIndexes();
+        emit layoutChanged();
+    }
+    return inserted;
+}
+
+bool ConsolidatedTreeModel::Announce(TreeNode group, Announced& before) {
+    const Announced now{tree_.ChildCount(group), tree_.Count(group)};
+    const bool inserted = now.Rows > before.Rows;
+    if (inserted) {
+        beginInsertRows(IndexOf(group), static_cast<int>(before.Rows), static_cast<int>(now.Rows) - 1);
+        before.Rows = now.Rows;
+        endInsertRows();
+    }
+    if (now.Leaves != before.Leaves && tree_.Level(group) != TreeLevel::Computer) {
+        const QModelIndex parent = IndexOf(group);
+        emit dataChanged(index(0, 0, parent), index(static_cast<int>(now.Rows) - 1, 0, parent),
+                         {Qt::DisplayRole});
+    }
+    before = now;
+    return inserted;
+}
+
+void ConsolidatedTreeModel::MovePersistentIndexes() {
+    const QModelIndexList from = persistentIndexList();
+    changePersistentIndexList(from, Moved(*this, from));
+}
+
+TreeNode ConsolidatedTreeModel::NodeAt(const QModelIndex& index) {
+    return index.isValid() ? TreeNode::FromNumber(static_cast<std::uint32_t>(index.internalId())) : TreeNode();
+}
+
+QModelIndex ConsolidatedTreeModel::IndexOf(TreeNode node) const {
+    if (node.IsRoot() || !tree_.Holds(node))
+        return {};
+    return createIndex(static_cast<int>(tree_.PositionOf(node)), 0, static_cast<quintptr>(node.Number()));
+}
+
+int ConsolidatedTreeModel::rowCount(const QModelIndex& parent) const {
+    const auto announced = announced_.find(NodeAt(parent).Number());
+    return announced == announced_.end() ? 0 : static_cast<int>(announced->second.Rows);
+}
+
+int ConsolidatedTreeModel::columnCount(const QModelIndex& /*parent*/) const {
+    return 1;
+}
+
+QModelIndex ConsolidatedTreeModel::index(int row, int column, const QModelIndex& parent) const {
+    if (!hasIndex(row, column, parent))
+        return {};
+    const TreeNode child = tree_.ChildAt(NodeAt(parent), static_cast<std::size_t>(row));
+    return createIndex(row, column, static_cast<quintptr>(child.Number()));
+}
+
+QModelIndex ConsolidatedTreeModel::parent(const QModelIndex& index) const {
+    const TreeNode node = NodeAt(index);
+    return node.IsRoot() || !tree_.Holds(node) ? QModelIndex() : IndexOf(tree_.Parent(node));
+}
+
+bool ConsolidatedTreeModel::hasChildren(const QModelIndex& parent) const {
+    const TreeNode node = NodeAt(parent);
+    return node.IsRoot() ? rowCount(parent) > 0 : !node.IsLeaf();
+}
+
+bool ConsolidatedTreeModel::canFetchMore(const QModelIndex& parent) const {
+    const TreeNode node = NodeAt(parent);
+    return !node.IsLeaf() && tree_.Holds(node) && !announced_.contains(node.Number());
+}
+
+/// The user opens a group: its children are sorted first, where they are not yet.
+void ConsolidatedTreeModel::fetchMore(const QModelIndex& parent) {
+    if (!canFetchMore(parent))
+        return;
+    const TreeNode group = NodeAt(parent);
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    tree_.SortChildren(group);
+    QGuiApplication::restoreOverrideCursor();
+    Announce(group, announced_[group.Number()]);
+}
+
+Qt::ItemFlags ConsolidatedTreeModel::flags(const QModelIndex& index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    flags.setFlag(Qt::ItemNeverHasChildren, NodeAt(index).IsLeaf());
+    return flags;
+}
+
+QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
+    const TreeNode node = NodeAt(index);
+    if (node.IsRoot() || !tree_.Holds(node))
+        return {};
+    const std::optional<EventPicture> picture = tree_.Picture(node);
+    switch (role) {
+        case Qt::DisplayRole:
+            return ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
+        case Qt::DecorationRole:
+            return picture ? EventIcon(*picture) : AlarmIcon();
+        case Qt::AccessibleTextRole:
+            return (picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") +
+                   ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
+        default:
+            return {};
+    }
+}
+
+void ConsolidatedTreeModel::AboutToChange() {
+    beginResetModel();
+}
+
+/// Whoever shows the model opens the groups again that were open.
+void ConsolidatedTreeModel::Changed() {
+    announced_.clear();
+    announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.LeafCount()};
+    endResetModel();
+}
+
+}  // namespace tallyhorn

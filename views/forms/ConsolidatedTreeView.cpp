@@ -1,0 +1,120 @@
+#include "views/forms/ConsolidatedTreeView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace tallyhorn {
+
+ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* parent)
+    : QTreeView(parent), tree_(tree), model_(tree) {
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setVerticalScrollMode(ScrollPerItem);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideRight);
+    // Before the base class hears of a reset and forgets.
+    connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, &ConsolidatedTreeView::RememberState);
+    setModel(&model_);
+    // After the selection has forgotten.
+    connect(&model_, &QAbstractItemModel::modelReset, this, &ConsolidatedTreeView::RestoreCurrent);
+}
+
+/// The line at the top stays there, whatever came above it.
+void ConsolidatedTreeView::TakeInNodes() {
+    const QPersistentModelIndex top = verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
+    if (model_.TakeInNodes() && top.isValid() && isVisible())
+        scrollTo(top, PositionAtTop);
+}
+
+// ---- through a reset
+
+void ConsolidatedTreeView::RememberState() {
+    openBeforeReset_.clear();
+    RememberOpenGroups({});
+    wayBeforeReset_.clear();
+    for (QModelIndex index = currentIndex(); index.isValid(); index = index.parent())
+        wayBeforeReset_.push_back({ConsolidatedTreeModel::NodeAt(index), index.row()});
+    std::reverse(wayBeforeReset_.begin(), wayBeforeReset_.end());
+    topBeforeReset_ = verticalScrollBar()->value();
+}
+
+/// Parents before their children.
+void ConsolidatedTreeView::RememberOpenGroups(const QModelIndex& parent) {
+    const int rows = model_.rowCount(parent);
+    for (int row = 0; row < rows; ++row) {
+        const QModelIndex child = model_.index(row, 0, parent);
+        if (ConsolidatedTreeModel::NodeAt(child).IsLeaf())
+            return;
+        if (isExpanded(child))
+            openBeforeReset_.push_back(ConsolidatedTreeModel::NodeAt(child));
+        RememberOpenGroups(child);
+    }
+}
+
+void ConsolidatedTreeView::reset() {
+    QTreeView::reset();
+    for (const TreeNode node : openBeforeReset_) {
+        if (const QModelIndex index = model_.IndexOf(node); index.isValid())
+            setExpanded(index, true);
+    }
+    openBeforeReset_.clear();
+}
+
+/// Where the node is gone, the one after it in the deepest group that is left takes its place, or the last.
+void ConsolidatedTreeView::RestoreCurrent() {
+    TreeNode node;
+    for (const Step& step : wayBeforeReset_) {
+        if (tree_.Holds(step.Node)) {
+            node = step.Node;
+            continue;
+        }
+        const int rows = model_.rowCount(model_.IndexOf(node));
+        if (rows > 0)
+            node = ConsolidatedTreeModel::NodeAt(
+                model_.index(std::min(step.Row, rows - 1), 0, model_.IndexOf(node)));
+        break;
+    }
+    wayBeforeReset_.clear();
+    if (!node.IsRoot())
+        setCurrentIndex(model_.IndexOf(node));
+    else
+        tree_.SelectNode(TreeNode());
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(topBeforeReset_);
+    if (!node.IsRoot())
+        scrollTo(currentIndex());
+}
+
+// ---- input
+
+void ConsolidatedTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTreeView::currentChanged(current, previous);
+    tree_.SelectNode(ConsolidatedTreeModel::NodeAt(current));
+}
+
+/// While it is hidden nobody takes in anything.
+void ConsolidatedTreeView::showEvent(QShowEvent* event) {
+    QTreeView::showEvent(event);
+    TakeInNodes();
+}
+
+void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
+    TakeInNodes();
+    emit Touched();
+    QTreeView::mousePressEvent(event);
+}
+
+void ConsolidatedTreeView::keyPressEvent(QKeyEvent* event) {
+    TakeInNodes();
+    emit Touched();
+    if (event->key() == Qt::Key_Delete)
+        emit DeleteRequested();
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QTreeView>
+#include <vector>
+
+#include "views/forms/ConsolidatedTreeModel.h"
+
+namespace tallyhorn {
+
+/// Shows the consolidated tree.  What the user has opened, chosen and scrolled to stays so through arrivals
+/// and deletions; where the chosen node goes, the one that takes its place is chosen.  User-interface thread
+/// only.
+class ConsolidatedTreeView final : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* parent = nullptr);
+
+    /// Shows what came since the last time.
+    void TakeInNodes();
+
+    void reset() override;
+
+signals:
+    /// The user has clicked or pressed a key in the tree.
+    void Touched();
+    /// The Delete key.
+    void DeleteRequested();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+
+private:
+    /// A node on the way from the root to the current one.
+    struct Step {
+        TreeNode Node;
+        int Row = 0;
+    };
+
+    void RememberState();
+    void RestoreCurrent();
+    void RememberOpenGroups(const QModelIndex& parent);
+
+    ConsolidatedTree& tree_;
+    ConsolidatedTreeModel model_;
+    std::vector<TreeNode> openBeforeReset_;
+    std::vector<Step> wayBeforeReset_;
+    int topBeforeReset_ = 0;
+};
+
+}  // namespace tallyhorn

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 namespace tallyhorn {
 namespace {
@@ -47,6 +48,25 @@ int CompareWithHalf(std::string_view digits) {
     if (digits.front() > '5')
         return 1;
     return digits.find_first_not_of('0', 1) == std::string_view::npos ? 0 : 1;
+}
+
+constexpr std::size_t WordSize = sizeof(std::uint64_t);
+
+/// Upper case of eight bytes, at once where all are ASCII: names go through here for every notification.
+void UpperCaseWord(const char* from, char* to) {
+    constexpr std::uint64_t Each = 0x0101010101010101U;
+    constexpr std::uint64_t HighBits = Each * 0x80U;
+    std::uint64_t word = 0;
+    std::memcpy(&word, from, WordSize);
+    if ((word & HighBits) != 0) {
+        std::transform(from, from + WordSize, to, ToUpper);
+        return;
+    }
+    // A sum reaches its byte's high bit from "a" on, or beyond "z"; 0x20 is the difference of the cases.
+    const std::uint64_t fromA = word + Each * (0x80U - 'a');
+    const std::uint64_t beyondZ = word + Each * (0x80U - 'z' - 1);
+    word ^= (fromA & ~beyondZ & HighBits) >> 2U;
+    std::memcpy(to, &word, WordSize);
 }
 
 struct Utf8Character {
@@ -96,7 +116,14 @@ std::string LowerCase(std::string_view text) {
 
 void AssignUpperCase(std::string& to, std::string_view text) {
     to.resize(text.size());
-    std::transform(text.begin(), text.end(), to.begin(), ToUpper);
+    if (text.size() < WordSize) {
+        std::transform(text.begin(), text.end(), to.begin(), ToUpper);
+        return;
+    }
+    const std::size_t last = text.size() - WordSize;
+    for (std::size_t i = 0; i < last; i += WordSize)
+        UpperCaseWord(text.data() + i, to.data() + i);
+    UpperCaseWord(text.data() + last, to.data() + last);
 }
 
 std::string RemoveBlanks(std::string_view text) {

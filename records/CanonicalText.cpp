@@ -23,8 +23,17 @@ constexpr std::string_view AccountLabel = "\r\nAccount: ";
 constexpr std::string_view ComputerLabel = "\r\nComputer: ";
 constexpr std::string_view DescriptionLabel = "\r\nDescription: \r\n";
 
-/// All labels, the longest date and the longest number.
-constexpr std::size_t MostBesideFields = 180;
+constexpr std::size_t LongestDate = std::string_view("12/31/9999 12:59:59 PM").size();
+constexpr std::size_t LongestNumber = std::string_view("-2147483648").size();
+/// What a text holds beside the fields, at most.
+constexpr std::size_t MostBesideFields = [] {
+    std::size_t size = LongestDate + LongestNumber;
+    for (const std::string_view label :
+         {DateLabel, NameLabel, LogTypeLabel, SourceLabel, TypeLabel, CategoryLabel, EventIDLabel,
+          AccountLabel, ComputerLabel, DescriptionLabel})
+        size += label.size();
+    return size;
+}();
 
 /// The parts of a message text as views of it.
 struct MessageFields {

@@ -20,40 +20,48 @@ bool IsDigit(char character) {
 }
 
 bool IsDateSeparator(char character, char own) {
-    return character == own || character == '/' || character == ' ' || character == ':';
+    return character == '/' || character == ' ' || character == ':' || character == own;
 }
 
-/// The first six parts of a date, each of which must be a number, and what stands behind them.
-struct DateParts {
-    std::array<int, 6> Numbers;
-    std::ptrdiff_t YearDigits;
-    bool More;  ///< a separator ended the last number, so that `Rest` is a part or several
-    std::string_view Rest;
-};
-constexpr std::size_t YearPart = 2;
+/// Cuts the numbers of a date off the front of its text.
+class DateNumbers {
+public:
+    DateNumbers(std::string_view text, char own)
+        : next_(text.data()), end_(text.data() + text.size()), own_(own) {}
 
-/// False where a part is missing or not a number of at most nine digits.  `own` is no digit.
-bool CutDate(std::string_view text, char own, DateParts& parts) {
-    constexpr std::ptrdiff_t MostDigits = 9;
-    const char* next = text.data();
-    const char* const end = next + text.size();
-    for (std::size_t part = 0; part < parts.Numbers.size(); ++part) {
-        const char* const first = next;
-        unsigned number = 0;
-        for (; next != end && IsDigit(*next); ++next)
-            number = number * 10 + static_cast<unsigned>(*next - '0');
-        const std::ptrdiff_t digits = next - first;
-        parts.More = next != end;
-        if (digits == 0 || digits > MostDigits || (parts.More && !IsDateSeparator(*next, own)))
-            return false;
-        next += parts.More ? 1 : 0;
-        parts.Numbers[part] = static_cast<int>(number);
-        if (part == YearPart)
-            parts.YearDigits = digits;
+    /// At most nine digits, which cannot overflow; their count, 0 where there is no number.
+    std::size_t TakeNumber(int& number) {
+        constexpr std::size_t MostDigits = 9;
+        const char* const first = next_;
+        unsigned value = 0;
+        for (; next_ != end_ && IsDigit(*next_); ++next_)
+            value = value * 10 + static_cast<unsigned>(*next_ - '0');
+        number = static_cast<int>(value);
+        const auto digits = static_cast<std::size_t>(next_ - first);
+        return digits <= MostDigits ? digits : 0;
     }
-    parts.Rest = {next, static_cast<std::size_t>(end - next)};
-    return true;
-}
+
+    bool TakeSeparator() {
+        if (next_ == end_ || !IsDateSeparator(*next_, own_))
+            return false;
+        ++next_;
+        return true;
+    }
+    /// A number and the separator that ends it.
+    bool TakePart(int& number) { return TakeNumber(number) > 0 && TakeSeparator(); }
+
+    /// Whether what is left is one part.
+    bool IsPart() const {
+        return std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
+    }
+    bool AtEnd() const { return next_ == end_; }
+    std::string_view Rest() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
+
+private:
+    const char* next_;
+    const char* const end_;
+    const char own_;  ///< no digit
+};
 
 /// The hour of the day for an hour that stands before "PM" or anything else.
 int HourOfTwelve(int hour, std::string_view mark) {
@@ -61,19 +69,25 @@ int HourOfTwelve(int hour, std::string_view mark) {
     return (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);
 }
 
-void SetDate(const DateParts& parts, bool dayFirst, char own, AlarmDate& date) {
-    const auto& numbers = parts.Numbers;
-    CivilDateTime moment{
-        numbers[YearPart], numbers[dayFirst ? 1 : 0], numbers[dayFirst ? 0 : 1], numbers[3], numbers[4],
-        numbers[5]};
-    if (parts.YearDigits == 2)
+bool CutDate(std::string_view text, char own, bool dayFirst, CivilDateTime& moment) {
+    DateNumbers numbers(text, own);
+    if (!numbers.TakePart(dayFirst ? moment.Day : moment.Month) ||
+        !numbers.TakePart(dayFirst ? moment.Month : moment.Day))
+        return false;
+    const std::size_t yearDigits = numbers.TakeNumber(moment.Year);
+    if (yearDigits == 0 || !numbers.TakeSeparator() || !numbers.TakePart(moment.Hour) ||
+        !numbers.TakePart(moment.Minute) || numbers.TakeNumber(moment.Second) == 0)
+        return false;
+    if (yearDigits == 2)
         moment.Year = YearOfTwoDigits(moment.Year);
+    if (numbers.AtEnd())
+        return true;
+    if (!numbers.TakeSeparator())
+        return false;
     // Seven parts exactly, else the hour is one of 24.
-    if (parts.More &&
-        std::none_of(parts.Rest.begin(), parts.Rest.end(), [own](char c) { return IsDateSeparator(c, own); }))
-        moment.Hour = HourOfTwelve(moment.Hour, parts.Rest);
-    if (const std::optional<AlarmDate> read = MakeAlarmDate(moment))
-        date = *read;
+    if (numbers.IsPart())
+        moment.Hour = HourOfTwelve(moment.Hour, numbers.Rest());
+    return true;
 }
 
 /// A date's own separator is its second character, or the third where the second is a digit.
@@ -88,9 +102,11 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
         ReadDatagramDate(other, dayFirst, date);
         return;
     }
-    DateParts parts;
-    if (CutDate(text, own, parts))
-        SetDate(parts, dayFirst, own, date);
+    CivilDateTime moment;
+    if (!CutDate(text, own, dayFirst, moment))
+        return;
+    if (const std::optional<AlarmDate> read = MakeAlarmDate(moment))
+        date = *read;
 }
 
 /// Cuts a datagram into its fields from the front.  Views come back through references, as in the other

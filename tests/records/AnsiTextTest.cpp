@@ -22,6 +22,22 @@ TEST(AnsiText, FoldsAccentedLettersAndNothingElse) {
     }
 }
 
+/// Names of every length around a machine word, each byte at each place between letters.
+TEST(AnsiText, FoldsNamesOfEveryLength) {
+    std::string upper;
+    for (std::size_t length = 0; length <= 17; ++length) {
+        for (std::size_t i = 0; i < length * 256; ++i) {
+            std::string name = std::string("azAZ[`{@\x7Fmnopqrst").substr(0, length);
+            name[i / 256] = static_cast<char>(i % 256);
+            std::string expected;
+            for (const char character : name)
+                expected += ToUpper(character);
+            AssignUpperCase(upper, name);
+            ASSERT_EQ(upper, expected) << name;
+        }
+    }
+}
+
 TEST(AnsiText, EveryByteSurvivesUnicode) {
     for (int byte = 0; byte < 256; ++byte) {
         const auto character = static_cast<char>(byte);

@@ -1,22 +1,63 @@
 #include "storage/forms/frmSavingMessages.h"
 
 #include <QLabel>
+#include <QLocale>
+#include <QProgressBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace tallyhorn {
+namespace {
 
-frmSavingMessages::frmSavingMessages(QWidget* parent)
-    : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
+/// Finer than a pixel of the bar.
+constexpr int ProgressSteps = 1000;
+
+/// With a comma at the thousands, whatever the user's language: the texts around it are English.
+QString Grouped(std::uint64_t number) {
+    return QLocale(QLocale::English, QLocale::UnitedStates).toString(qulonglong{number});
+}
+
+}  // namespace
+
+frmSavingMessages::frmSavingMessages(Work work, QWidget* parent)
+    : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+      pgbProgress(new QProgressBar(this)),
+      lblProgress(new QLabel(this)) {
+    const bool loading = work == Work::Loading;
     setObjectName(QStringLiteral("frmSavingMessages"));
-    setWindowTitle(QStringLiteral("Saving Messages ... Please Wait"));
+    setWindowTitle(loading ? QStringLiteral("Loading Messages ... Please Wait")
+                           : QStringLiteral("Saving Messages ... Please Wait"));
     auto* const lblWait = new QLabel(
-        QStringLiteral("The Tallyhorn Listener Console is saving received messages to disk.  Please wait..."),
+        loading
+            ? QStringLiteral("The Tallyhorn Listener Console is loading received messages from disk.  Please "
+                             "wait...")
+            : QStringLiteral("The Tallyhorn Listener Console is saving received messages to disk.  Please "
+                             "wait..."),
         this);
     lblWait->setObjectName(QStringLiteral("lblWait"));
     lblWait->setTextFormat(Qt::PlainText);
+    pgbProgress->setObjectName(QStringLiteral("pgbProgress"));
+    pgbProgress->setAccessibleName(QStringLiteral("Messages loaded"));
+    pgbProgress->setRange(0, ProgressSteps);
+    pgbProgress->setTextVisible(false);
+    pgbProgress->setVisible(loading);
+    lblProgress->setObjectName(QStringLiteral("lblProgress"));
+    lblProgress->setTextFormat(Qt::PlainText);
+    // A label without a text has no height; its place is there before the first number.
+    lblProgress->setMinimumHeight(lblProgress->fontMetrics().height());
+    lblProgress->setVisible(loading);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 18, 24, 18);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(lblWait);
+    layout->addWidget(pgbProgress);
+    layout->addWidget(lblProgress);
+}
+
+void frmSavingMessages::Show(std::uint64_t done, std::uint64_t total) {
+    const std::uint64_t end = std::max(done, total);
+    pgbProgress->setValue(end == 0 ? 0 : static_cast<int>(done * ProgressSteps / end));
+    lblProgress->setText(QStringLiteral("%1 of %2").arg(Grouped(done), Grouped(end)));
 }
 
 }  // namespace tallyhorn

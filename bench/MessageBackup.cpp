@@ -1,0 +1,131 @@
+// The backup file: saving 100,000 texts beside `cp` of the same file and `sync` of the copy (an fsync of that
+// file, which is what a save waits for too), and reading it back.
+
+#include "storage/MessageBackup.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "storage/BackupReader.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr int TextCount = 100'000;
+constexpr std::size_t TextSize = 400;
+
+class NoProgress final : public BackupProgress {
+public:
+    void Show(std::uint64_t /*done*/, std::uint64_t /*total*/) override {}
+};
+
+/// A full store, and a backup of it in a folder of its own.
+struct FilledBackup {
+    FilledBackup() {
+        for (int i = 0; i < TextCount; ++i) {
+            std::string text = "Date: 6/15/2004 10:30:15 AM\r\nAlarm: number " + std::to_string(i) + "\r\n";
+            text.resize(TextSize, static_cast<char>('a' + i % 26));
+            Messages.Put(Messages.Grow(), std::move(text));
+        }
+        WriteBytes(File, "");  // a save deletes the file that stood there
+        Backup.SaveMessageBackup();
+    }
+
+    TemporaryFolder Folder;
+    const std::string File = Folder / "Backup.dat";
+    FakeClock Clock;
+    FakePendingEvents Events;
+    FakeMessageBoxes Boxes;
+    TimeSlices Slices{Clock, Events};
+    MessageStore Messages{0};
+    MessageBackup Backup{File, Messages, Boxes, Slices};
+};
+
+template <typename Work>
+double MillisecondsOf(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+double Median(std::vector<double> times) {
+    std::sort(times.begin(), times.end());
+    return times.empty() ? 0 : times[times.size() / 2];
+}
+
+/// Both in turns, each over the file that it wrote before; `ratio` is the median of the save's times by that
+/// of the yardstick's, and 2 is half its speed.
+void SaveBesideCopy(benchmark::State& state) {
+    FilledBackup filled;
+    const std::string copy = filled.Folder / "copy";
+    const std::string command = "cp '" + filled.File + "' '" + copy + "' && sync '" + copy + "'";
+    std::vector<double> saves;
+    std::vector<double> copies;
+    for (auto _ : state) {
+        int status = 0;
+        copies.push_back(MillisecondsOf([&] { status = std::system(command.c_str()); }));
+        saves.push_back(MillisecondsOf([&] { filled.Backup.SaveMessageBackup(); }));
+        if (status != 0 || !filled.Boxes.Shown.empty())
+            state.SkipWithError("a copy or a save failed");
+    }
+    state.counters["save_ms"] = Median(saves);
+    state.counters["copy_ms"] = Median(copies);
+    state.counters["ratio"] = Median(saves) / Median(copies);
+}
+BENCHMARK(SaveBesideCopy)->Iterations(21)->Unit(benchmark::kMillisecond);
+
+/// Counting and reading, with nothing done with the texts.
+void Load(benchmark::State& state) {
+    FilledBackup filled;
+    NoProgress progress;
+    std::size_t bytes = 0;
+    for (auto _ : state)
+        filled.Backup.LoadMessageBackup([&bytes](std::string_view text) { bytes += text.size(); }, progress);
+    if (bytes != static_cast<std::size_t>(state.iterations()) * TextCount * TextSize)
+        state.SkipWithError("texts are missing");
+    state.SetItemsProcessed(state.iterations() * TextCount);
+}
+BENCHMARK(Load)->Unit(benchmark::kMillisecond);
+
+/// One pass over the file, and `ReadAlone`: the same reads without looking at what they bring.
+void ReadTexts(benchmark::State& state) {
+    FilledBackup filled;
+    const auto file = OpenInputFile(filled.File);
+    for (auto _ : state) {
+        file->Rewind();
+        BackupReader reader(*file);
+        std::string_view text;
+        int texts = 0;
+        while (reader.Next(text) == BackupReader::Step::Text)
+            ++texts;
+        if (texts != TextCount)
+            state.SkipWithError("texts are missing");
+    }
+    state.SetItemsProcessed(state.iterations() * TextCount);
+}
+BENCHMARK(ReadTexts)->Unit(benchmark::kMillisecond);
+
+void ReadAlone(benchmark::State& state) {
+    FilledBackup filled;
+    const auto file = OpenInputFile(filled.File);
+    std::vector<char> buffer(std::size_t{256} << 10U);
+    for (auto _ : state) {
+        file->Rewind();
+        while (file->Read(buffer) > 0)
+            benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * TextCount);
+}
+BENCHMARK(ReadAlone)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,80 @@
+// Any bytes as the backup file: every text stands in it behind its length, in order, the end comes, and what
+// was written as whole records comes back as it was.
+
+#include "storage/BackupReader.h"
+
+#include <string>
+#include <vector>
+
+#include "fuzz/Require.h"
+#include "records/AnsiText.h"
+#include "tests/fakes/MemorySource.h"
+
+namespace tallyhorn {
+namespace {
+
+std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) {
+    MemorySource source(bytes, pieceSize);
+    BackupReader reader(source);
+    std::vector<std::string> texts;
+    std::string_view text;
+    std::size_t steps = 0;
+    for (auto step = reader.Next(text); step != BackupReader::Step::End; step = reader.Next(text)) {
+        if (step == BackupReader::Step::Text)
+            texts.emplace_back(text);
+        Require(++steps <= bytes.size());
+    }
+    Require(source.Left() == 0);
+    return texts;
+}
+
+/// The same answer without a buffer and without steps.
+std::vector<std::string> ReadByTheRule(std::string_view bytes) {
+    std::vector<std::string> texts;
+    while (bytes.size() >= BackupLengthDigits) {
+        const std::int32_t length = ToInt32(bytes.substr(0, BackupLengthDigits)).value_or(0);
+        bytes.remove_prefix(BackupLengthDigits);
+        if (length < static_cast<std::int32_t>(ShortestBackupText))
+            continue;
+        const auto size = static_cast<std::size_t>(length);
+        if (size > bytes.size())
+            break;
+        texts.emplace_back(bytes.substr(0, size));
+        bytes.remove_prefix(size);
+    }
+    return texts;
+}
+
+/// The bytes as texts of 20 characters and more, whose ends the bytes decide.
+std::vector<std::string> CutIntoTexts(std::string_view bytes) {
+    std::vector<std::string> texts;
+    while (bytes.size() >= ShortestBackupText) {
+        const std::size_t length = ShortestBackupText + static_cast<unsigned char>(bytes.front());
+        texts.emplace_back(bytes.substr(0, length));
+        bytes.remove_prefix(texts.back().size());
+    }
+    return texts;
+}
+
+std::string Record(const std::string& text) {
+    std::string digits = std::to_string(text.size());
+    digits.insert(0, BackupLengthDigits - digits.size(), '0');
+    return digits + text;
+}
+
+}  // namespace
+}  // namespace tallyhorn
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    using namespace tallyhorn;
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const std::size_t pieceSize = size % 3 == 0 ? std::string_view::npos : 1 + size % 97;
+    Require(ReadAll(bytes, pieceSize) == ReadByTheRule(bytes));
+
+    const std::vector<std::string> texts = CutIntoTexts(bytes);
+    std::string file;
+    for (const std::string& text : texts)
+        file += Record(text);
+    Require(ReadAll(file, pieceSize) == texts);
+    return 0;
+}

@@ -1,0 +1,66 @@
+#include "storage/BackupReader.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Larger than the longest text that five digits can tell.
+constexpr std::size_t BufferSize = std::size_t{256} << 10U;
+constexpr int MostLengthsAStep = 2000;
+
+/// 0 for what is less, and for what is no number.
+std::size_t LengthFrom(std::string_view digits) {
+    std::int32_t length = 0;
+    ReadInt32(digits, length);
+    return static_cast<std::size_t>(std::max(length, 0));
+}
+
+}  // namespace
+
+BackupReader::BackupReader(ByteSource& source) : source_(source), buffer_(BufferSize) {}
+
+BackupReader::Step BackupReader::Next(std::string_view& text) {
+    for (int i = 0; i < MostLengthsAStep; ++i) {
+        const std::string_view digits = Take(BackupLengthDigits);
+        if (digits.empty())
+            return Step::End;
+        const std::size_t length = LengthFrom(digits);
+        if (length < ShortestBackupText)
+            continue;
+        text = Take(length);
+        return text.empty() ? Step::End : Step::Text;
+    }
+    return Step::NotYet;
+}
+
+/// The next bytes, or none where the source ends before; then nothing is left.
+std::string_view BackupReader::Take(std::size_t count) {
+    while (end_ - begin_ < count) {
+        if (!ReadMore()) {
+            begin_ = end_;
+            return {};
+        }
+    }
+    const std::string_view taken(buffer_.data() + begin_, count);
+    begin_ += count;
+    return taken;
+}
+
+bool BackupReader::ReadMore() {
+    if (begin_ > 0) {
+        const auto first = buffer_.begin();
+        std::copy(first + static_cast<std::ptrdiff_t>(begin_), first + static_cast<std::ptrdiff_t>(end_),
+                  first);
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    const std::size_t read = source_.Read(std::span(buffer_).subspan(end_));
+    end_ += read;
+    return read > 0;
+}
+
+}  // namespace tallyhorn

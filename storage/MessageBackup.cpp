@@ -1,0 +1,101 @@
+#include "storage/MessageBackup.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "platform/BufferedWriter.h"
+#include "platform/OutputFile.h"
+#include "records/AnsiText.h"
+#include "storage/BackupReader.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::string_view SaveFailure =
+    "The following error occurred when attempting to save received messages to disk.\r\nError # ";
+
+/// Telling the progress costs as much as restoring a text, so not after each.
+constexpr std::uint64_t TextsATelling = 100;
+
+/// More than five digits for a text that five cannot tell; no reader finds such a record's end.
+std::string LengthDigits(std::size_t length) {
+    std::string digits = std::to_string(length);
+    digits.insert(0, BackupLengthDigits - std::min(digits.size(), BackupLengthDigits), '0');
+    return digits;
+}
+
+bool WriteText(BufferedWriter& writer, std::string_view text) {
+    std::string withoutNulls;
+    if (text.find('\0') != std::string_view::npos) {
+        withoutNulls = text;
+        std::erase(withoutNulls, '\0');
+        text = withoutNulls;
+    }
+    return writer.Write(LengthDigits(text.size())) && writer.Write(text);
+}
+
+}  // namespace
+
+MessageBackup::MessageBackup(std::filesystem::path file, const MessageStore& messages, MessageBoxes& boxes,
+                             TimeSlices& slices)
+    : file_(std::move(file)), messages_(messages), boxes_(boxes), slices_(slices) {}
+
+void MessageBackup::SaveMessageBackup() {
+    if (loading_)
+        return;
+    if (const std::optional<SystemError> error = Save())
+        boxes_.Warn(std::string(SaveFailure) + std::to_string(error->Number) + ":\t" + error->Text);
+}
+
+std::optional<SystemError> MessageBackup::Save() const {
+    if (std::optional<SystemError> error = RemoveFile(file_))
+        return error;
+    SystemError error;
+    const std::unique_ptr<OutputFile> file = CreateOutputFile(file_, error);
+    if (!file)
+        return error;
+    BufferedWriter writer(*file);
+    bool written = true;
+    for (Slot slot = 0; slot <= messages_.UpperBound() && written; ++slot) {
+        const std::string_view text = Trim(messages_.Text(slot));
+        if (!text.empty())
+            written = WriteText(writer, text);
+    }
+    return writer.Finish();
+}
+
+void MessageBackup::LoadMessageBackup(const std::function<void(std::string_view)>& restore,
+                                      BackupProgress& progress) {
+    const std::unique_ptr<InputFile> file = OpenInputFile(file_);
+    if (!file || loading_)
+        return;
+    loading_ = true;
+    std::uint64_t total = 0;
+    ForEachText(*file, [&total](std::string_view) { ++total; });
+    progress.Show(0, total);
+    file->Rewind();
+    std::uint64_t done = 0;
+    ForEachText(*file, [&](std::string_view text) {
+        restore(text);
+        if (++done % TextsATelling == 0)
+            progress.Show(done, total);
+    });
+    progress.Show(done, total);
+    loading_ = false;
+}
+
+/// Runs events after a text as well as where there is none for long.
+template <typename Handle>
+void MessageBackup::ForEachText(InputFile& file, Handle handle) {
+    BackupReader reader(file);
+    std::string_view text;
+    for (auto step = reader.Next(text); step != BackupReader::Step::End; step = reader.Next(text)) {
+        if (step == BackupReader::Step::Text && !Trim(text).empty())
+            handle(text);
+        slices_.LetRun();
+    }
+}
+
+}  // namespace tallyhorn

@@ -1,7 +1,9 @@
 #include "views/forms/ConsolidatedTreeModel.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
+#include <vector>
 
 #include "views/forms/AnsiString.h"
 #include "views/forms/Pictures.h"
@@ -33,8 +35,12 @@ ConsolidatedTreeModel::~ConsolidatedTreeModel() {
 
 bool ConsolidatedTreeModel::TakeInNodes() {
     bool inserted = false;
-    for (auto& [group, before] : announced_)
-        inserted = Announce(TreeNode::Group(group), before) || inserted;
+    // What hears of it may ask for more children meanwhile.
+    std::vector<std::uint32_t> groups;
+    for (const auto& [group, before] : announced_)
+        groups.push_back(group);
+    for (const std::uint32_t group : groups)
+        inserted = Announce(TreeNode::Group(group), announced_[group]) || inserted;
     if (inserted) {
         // They were announced as the last ones; now everything goes to its sorted place.
         emit layoutAboutToBeChanged();
@@ -112,7 +118,7 @@ void ConsolidatedTreeModel::fetchMore(const QModelIndex& parent) {
     if (!canFetchMore(parent))
         return;
     const TreeNode group = NodeAt(parent);
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
     tree_.SortChildren(group);
     QGuiApplication::restoreOverrideCursor();
     Announce(group, announced_[group.Number()]);

@@ -1,5 +1,6 @@
 #include "tools/DemoFeed.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -133,31 +134,99 @@ std::string Compose(const AlarmRecord& record) {
            "\r\nComputer: " + record.Computer + "\r\nDescription: " + record.Description;
 }
 
+/// What a syslog line says of the sender's own: local use 0, and how serious it is, in the order of DemoType.
+constexpr std::array<int, 6> SyslogPriorities = {134, 132, 131, 133, 133, 133};
+
+std::string SyslogHeader(AlarmDate date, DemoType type) {
+    constexpr std::array<const char*, 12> Months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    const CivilDateTime parts = SplitAlarmDate(date);
+    std::array<char, 80> text{};
+    const int length = std::snprintf(
+        text.data(), text.size(),
+        "<%d>%s %2d %02d:%02d:%02d TALLYHORN tallyhorn: ", SyslogPriorities[static_cast<std::size_t>(type)],
+        Months[static_cast<std::size_t>(parts.Month - 1)], parts.Day, parts.Hour, parts.Minute, parts.Second);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string TwelveHourDateText(AlarmDate date) {
+    const CivilDateTime parts = SplitAlarmDate(date);
+    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
+    std::array<char, 80> text{};
+    const int length =
+        std::snprintf(text.data(), text.size(), "%d/%d/%04d %d:%02d:%02d %s", parts.Month, parts.Day,
+                      parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+/// A comma would end the field.
+std::string WithoutCommas(std::string field) {
+    std::replace(field.begin(), field.end(), ',', ';');
+    return field;
+}
+
+void JoinLines(std::string& text) {
+    std::erase(text, '\r');
+    std::replace(text.begin(), text.end(), '\n', ' ');
+}
+
+std::string ComposeSyslog(const AlarmRecord& record, DemoType type) {
+    return SyslogHeader(record.DateTime, type) + "Alarm raised (" + record.AlarmName +
+           ") Event logged: " + WithoutCommas(record.LogType) + " Log, " +
+           TwelveHourDateText(record.DateTime) + ", " + WithoutCommas(record.Source) + ", " +
+           WithoutCommas(record.TypeOfEvent) + ", " + WithoutCommas(record.Category) + ", " +
+           std::to_string(record.EventID) + ", " + WithoutCommas(record.AccountName) + ", " +
+           WithoutCommas(record.Computer) + ", " + record.Description;
+}
+
 }  // namespace
 
 DemoFeed::DemoFeed(std::uint64_t seed)
     : random_(seed), now_(MakeAlarmDate({.Year = 2026, .Month = 1, .Day = 5, .Hour = 8}).value()) {}
 
 DemoText DemoFeed::Next() {
+    const Event event = NextEvent();
+    const std::size_t target = NextLength();
+    std::string text = Compose(event.Record);
+    if (text.size() < target)
+        text += Prose(target - text.size());
+    if (target <= LongestWhole && text.size() > LongestWhole)
+        text.resize(LongestWhole);
+    return {std::move(text), event.Type};
+}
+
+DemoText DemoFeed::NextSyslog() {
+    Event event = NextEvent();
+    // A line of a log has no line ends, but an odd one may have anything.
+    if (!event.Odd)
+        JoinLines(event.Record.Description);
+    const std::size_t target = NextLength();
+    std::string text = ComposeSyslog(event.Record, event.Type);
+    if (text.size() < target) {
+        std::string prose = Prose(target - text.size());
+        JoinLines(prose);
+        text += prose;
+    }
+    return {std::move(text), event.Type};
+}
+
+DemoFeed::Event DemoFeed::NextEvent() {
     constexpr std::size_t OddOneIn = 16;
     std::size_t draw = Below(100);
     std::size_t typeIndex = 0;
     while (draw >= Weights[typeIndex])
         draw -= Weights[typeIndex++];
-    auto type = static_cast<DemoType>(typeIndex);
+    Event event{.Record = {}, .Type = static_cast<DemoType>(typeIndex)};
     now_.Seconds += static_cast<std::int64_t>(Below(4));
+    event.Record = LifelikeRecord(event.Type);
+    event.Odd = Below(OddOneIn) == 0;
+    if (event.Odd)
+        MakeOdd(event.Record, event.Type);
+    return event;
+}
 
-    AlarmRecord record = LifelikeRecord(type);
-    if (Below(OddOneIn) == 0)
-        MakeOdd(record, type);
-    const std::size_t target = Below(LongOneIn) == 0 ? 450 + Below(1000) : 300 + Below(91);
-    std::string text = Compose(record);
-    if (text.size() < target)
-        text += Prose(target - text.size());
-    constexpr std::size_t LongestWhole = 390;
-    if (target <= LongestWhole && text.size() > LongestWhole)
-        text.resize(LongestWhole);
-    return {std::move(text), type};
+std::size_t DemoFeed::NextLength() {
+    return Below(LongOneIn) == 0 ? 450 + Below(1000) : 300 + Below(LongestWhole - 300 + 1);
 }
 
 /// Not one of the standard library's distributions, which differ from one library to the next.

@@ -24,7 +24,7 @@ struct DemoText {
     DemoType Type = DemoType::Information;
 };
 
-/// An endless, lifelike feed of NetBIOS notifications, the same on every machine for the same seed.
+/// An endless, lifelike feed of notifications, the same on every machine for the same seed.
 /// Owns its random numbers and its clock, which starts at a fixed day; for one thread.
 class DemoFeed {
 public:
@@ -34,10 +34,22 @@ public:
 
     explicit DemoFeed(std::uint64_t seed);
 
-    /// Mostly 300 to 390 bytes, never a NUL inside.
+    /// For the mailslot: mostly 300 to 390 bytes, never a NUL inside.
     DemoText Next();
+    /// As a syslog datagram of about that length, which ends with the description.
+    DemoText NextSyslog();
 
 private:
+    struct Event {
+        AlarmRecord Record;
+        DemoType Type = DemoType::Information;
+        bool Odd = false;
+    };
+    /// Of a text that goes into one mailslot datagram.
+    static constexpr std::size_t LongestWhole = 390;
+
+    Event NextEvent();
+    std::size_t NextLength();
     std::size_t Below(std::size_t limit);
     template <typename Table>
     const auto& OneOf(const Table& table) {

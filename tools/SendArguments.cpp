@@ -12,16 +12,19 @@ const char* const SendUsage =
        tallyhorn-send [OPTIONS] --demo [--count N] [--rate PER_SECOND] [--seed N]
        tallyhorn-send [OPTIONS] --raw DATAGRAM...
 
-Plays the engine: sends notifications to the mailslot that the Tallyhorn Listener Console reads.
+Plays the engine: sends notifications to the mailslot that the Tallyhorn Listener Console reads, or to its port for
+syslog.
 
   TEXT               one notification; UTF-8 where the system's arguments are, sent as Windows-1252
   --file FILE        one notification, the bytes of FILE as they are; "-" is standard input
   --demo             a made-up feed of all five event types, until it is ended (Ctrl+C)
       --count N          only N texts
-      --rate PER_SECOND  N texts a second (without it as fast as the mailslot takes them)
+      --rate PER_SECOND  N texts a second (without it as fast as can be)
       --seed N           another feed (default 1); the same seed always gives the same feed
+      --number           with --syslog: number the texts, " #000001" and on at their ends
   --raw DATAGRAM...  each argument as one datagram of its own, never split
 
+  --syslog HOST:PORT     send UDP datagrams there, not to a mailslot; an IPv6 address as [::1]:514
   --mailslot NAME        default TallyhornEngine
   --mailslot-folder DIR  the folder of the mailslots, on a system that keeps them in one
   --help, --version      say so and end
@@ -29,9 +32,10 @@ Plays the engine: sends notifications to the mailslot that the Tallyhorn Listene
 
 A text of up to 399 bytes goes out with a NUL after it, one of 400 without, a longer one in numbered parts.  The
 console loses a text whose parts it reads all at once, so about one text of a demo in 250 is long, and of those
-many never show.
+many never show.  By syslog every text is one datagram, sent as it is.
 
-Ends with 0 when everything was sent, 1 when nobody listens or the listener is gone, 2 for wrong arguments.
+Ends with 0 when everything was sent, 1 when nobody listens or the listener is gone, 2 for wrong arguments.  Who
+sends by syslog learns for certain only of this machine that nobody listens, and never whether a datagram was lost.
 )";
 
 namespace {
@@ -43,6 +47,23 @@ std::optional<std::uint64_t> ParseNumber(std::string_view text, std::uint64_t le
     if (error != std::errc{} || end != text.data() + text.size() || number < least || number > most)
         return std::nullopt;
     return number;
+}
+
+/// "HOST:PORT"; a host that holds colons stands in brackets, or nobody knows where it ends.
+std::optional<SyslogTarget> ParseTarget(const std::string& text) {
+    const std::size_t colon = text.rfind(':');
+    if (colon == std::string::npos)
+        return std::nullopt;
+    std::string host = text.substr(0, colon);
+    if (host.starts_with('[') && host.ends_with(']'))
+        host = host.substr(1, host.size() - 2);
+    else if (host.find_first_of(":[]") != std::string::npos)
+        return std::nullopt;
+    constexpr std::uint64_t LastPort = 65535;
+    const std::optional<std::uint64_t> port = ParseNumber(text.substr(colon + 1), 1, LastPort);
+    if (host.empty() || !port)
+        return std::nullopt;
+    return SyslogTarget{std::move(host), static_cast<std::int32_t>(*port), text};
 }
 
 /// Walks the command line; the first thing wrong stays in Error.
@@ -70,6 +91,8 @@ private:
             result_.Texts.push_back(argument);
         else if (argument == "--")
             optionsEnded_ = true;
+        else if (argument == "--number")
+            result_.Number = true;
         else if (!TakeMode(argument) && !TakeValueOption(argument))
             Fail("unknown option " + argument);
     }
@@ -95,6 +118,8 @@ private:
             result_.Mailslot = TakeValue(option);
         else if (option == "--mailslot-folder")
             result_.MailslotFolder = TakeValue(option);
+        else if (option == "--syslog")
+            SetTarget(TakeValue(option));
         else if (option == "--file")
             SetFile(TakeValue(option));
         else if (option == "--count")
@@ -105,6 +130,7 @@ private:
             result_.Seed = TakeNumber(option, 0, std::numeric_limits<std::uint64_t>::max());
         else
             return false;
+        mailslotOption_ = mailslotOption_ || option.starts_with("--mailslot");
         demoOption_ = demoOption_ || option == "--count" || option == "--rate" || option == "--seed";
         return true;
     }
@@ -123,6 +149,13 @@ private:
             Fail(option + " needs a whole number from " + std::to_string(least) + " to " +
                  std::to_string(most) + ", not \"" + value + '"');
         return number.value_or(least);
+    }
+
+    void SetTarget(const std::string& target) {
+        result_.Syslog = ParseTarget(target);
+        if (!result_.Syslog)
+            Fail("--syslog needs HOST:PORT or [ADDRESS]:PORT with a port from 1 to 65535, not \"" + target +
+                 '"');
     }
 
     void SetFile(std::string file) {
@@ -148,6 +181,10 @@ private:
             Fail("a text cannot be given together with --file or --demo");
         if (mode != SendMode::Demo && demoOption_)
             Fail("--count, --rate and --seed go with --demo alone");
+        if (result_.Number && (mode != SendMode::Demo || !result_.Syslog))
+            Fail("--number goes with --demo and --syslog");
+        if (result_.Syslog && mailslotOption_)
+            Fail("a mailslot cannot be given together with --syslog");
     }
 
     void Fail(std::string message) {
@@ -161,6 +198,7 @@ private:
     bool optionsEnded_ = false;
     bool modeSet_ = false;
     bool demoOption_ = false;
+    bool mailslotOption_ = false;
 };
 
 }  // namespace

@@ -1,25 +1,26 @@
-// Sends notifications to a console's mailslot, as the engine does.
+// Sends notifications to a console's mailslot or syslog port, as the engine does.
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/Clock.h"
 #include "platform/CommandLineProgram.h"
+#include "platform/DatagramReceiver.h"
 #include "platform/MailslotTransport.h"
 #include "reception/cvbMailslot.h"
 #include "records/AnsiText.h"
 #include "tools/CountingTransport.h"
 #include "tools/DemoFeed.h"
+#include "tools/Pace.h"
 #include "tools/SendArguments.h"
+#include "tools/SyslogRun.h"
 
 namespace tallyhorn {
 namespace {
@@ -54,38 +55,29 @@ std::optional<std::string> ReadFileBytes(const std::string& path) {
     return ReadAll(file);
 }
 
-/// Says when the next texts of a feed are due, by a schedule that late ones do not shift.
-class Pace {
-public:
-    explicit Pace(std::optional<std::uint64_t> rate)
-        : rate_(static_cast<double>(rate.value_or(0))), start_(std::chrono::steady_clock::now()) {}
+using Counts = std::array<std::uint64_t, DemoTypeNames.size()>;
 
-    /// Waits until text number `index`, from 0, is due; false when asked to end meanwhile.
-    bool WaitFor(std::uint64_t index) {
-        if (rate_ > 0 && index >= due_)
-            Sleep(index);
-        return !EndRequested();
+std::string Counted(std::uint64_t count, const std::string& what) {
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+/// The texts that the command line gives, of which a demo has none; nothing where the file cannot be read.
+std::optional<std::vector<std::string>> TextsToSend(const SendArguments& arguments) {
+    std::vector<std::string> texts;
+    if (arguments.Mode == SendMode::File) {
+        std::optional<std::string> bytes = ReadFileBytes(arguments.File);
+        if (!bytes)
+            return std::nullopt;
+        texts.push_back(std::move(*bytes));
     }
+    std::transform(arguments.Texts.begin(), arguments.Texts.end(), std::back_inserter(texts), ToAnsi);
+    return texts;
+}
 
-private:
-    /// At high rates each sleep is followed by all the texts that came due in it.
-    void Sleep(std::uint64_t index) {
-        using namespace std::chrono_literals;
-        const std::chrono::duration<double> offset(static_cast<double>(index) / rate_);
-        const auto deadline = start_ + std::chrono::duration_cast<std::chrono::nanoseconds>(offset);
-        auto now = std::chrono::steady_clock::now();
-        while (now < deadline && !EndRequested()) {
-            std::this_thread::sleep_for(std::clamp<std::chrono::nanoseconds>(deadline - now, 1ms, 50ms));
-            now = std::chrono::steady_clock::now();
-        }
-        const std::chrono::duration<double> elapsed = now - start_;
-        due_ = static_cast<std::uint64_t>(elapsed.count() * rate_) + 1;
-    }
-
-    const double rate_;
-    const std::chrono::steady_clock::time_point start_;
-    std::uint64_t due_ = 0;
-};
+void ReportTypes(const Counts& counts) {
+    for (std::size_t type = 0; type < DemoTypeNames.size(); ++type)
+        std::cout << "  " << DemoTypeNames[type] << ": " << counts[type] << '\n';
+}
 
 /// One run: what is asked for, and what went through the mailslot.
 class Sender {
@@ -93,10 +85,7 @@ public:
     Sender(const SendArguments& arguments, CountingTransport& counting, cvbMailslot& mailslot)
         : arguments_(arguments), counting_(counting), mailslot_(mailslot) {}
 
-    int Run() {
-        std::vector<std::string> texts;
-        if (!Prepare(texts))
-            return Fail(WrongArguments, "cannot read " + arguments_.File);
+    int Run(const std::vector<std::string>& texts) {
         if (arguments_.Mode == SendMode::Raw)
             return RunRaw(texts);
         if (!mailslot_.InitializeMailslot(arguments_.Mailslot, false))
@@ -107,17 +96,6 @@ public:
     }
 
 private:
-    /// What there is to send, read before anybody is bothered.
-    bool Prepare(std::vector<std::string>& texts) {
-        if (arguments_.Mode == SendMode::File) {
-            const std::optional<std::string> bytes = ReadFileBytes(arguments_.File);
-            texts.push_back(bytes.value_or(""));
-            return bytes.has_value();
-        }
-        std::transform(arguments_.Texts.begin(), arguments_.Texts.end(), std::back_inserter(texts), ToAnsi);
-        return true;
-    }
-
     int RunRaw(const std::vector<std::string>& datagrams) {
         const std::unique_ptr<MailslotClient> client =
             counting_.Open(std::string(MailslotPrefix) + arguments_.Mailslot);
@@ -160,13 +138,10 @@ private:
     }
 
     void Report() const {
-        std::cout << "sent " << texts_ << (texts_ == 1 ? " text, " : " texts, ") << counting_.Datagrams()
-                  << (counting_.Datagrams() == 1 ? " datagram, " : " datagrams, ") << counting_.Bytes()
-                  << " bytes to " << arguments_.Mailslot << '\n';
-        if (arguments_.Mode != SendMode::Demo)
-            return;
-        for (std::size_t type = 0; type < DemoTypeNames.size(); ++type)
-            std::cout << "  " << DemoTypeNames[type] << ": " << textsByType_[type] << '\n';
+        std::cout << "sent " << Counted(texts_, "text") << ", " << Counted(counting_.Datagrams(), "datagram")
+                  << ", " << counting_.Bytes() << " bytes to " << arguments_.Mailslot << '\n';
+        if (arguments_.Mode == SendMode::Demo)
+            ReportTypes(textsByType_);
     }
 
     int Refused() const {
@@ -181,8 +156,38 @@ private:
     CountingTransport& counting_;
     cvbMailslot& mailslot_;
     std::uint64_t texts_ = 0;
-    std::array<std::uint64_t, DemoTypeNames.size()> textsByType_{};
+    Counts textsByType_{};
 };
+
+int SendToMailslot(const SendArguments& arguments, const std::vector<std::string>& texts) {
+    const std::unique_ptr<MailslotTransport> system = MakeMailslotTransport(arguments.MailslotFolder);
+    CountingTransport counting(*system);
+    const SystemClock clock;
+    cvbMailslot mailslot(counting, clock);
+    return Sender(arguments, counting, mailslot).Run(texts);
+}
+
+int SendBySyslog(const SendArguments& arguments, const std::vector<std::string>& texts) {
+    const SyslogTarget& target = *arguments.Syslog;
+    const std::unique_ptr<DatagramSender> sender = MakeDatagramSockets()->Open(target.Host, target.Port);
+    if (sender == nullptr)
+        return Fail(NobodyListens, "there is no way to " + target.Given);
+    const bool demo = arguments.Mode == SendMode::Demo;
+    if (demo)
+        CatchEndRequests();
+    SyslogRun run(arguments, *sender);
+    const SyslogRun::Outcome outcome = demo ? run.SendDemo() : run.Send(texts);
+    std::cout << "sent " << Counted(run.Datagrams(), "datagram") << ", " << run.Bytes() << " bytes to "
+              << target.Given << '\n';
+    if (demo)
+        ReportTypes(run.ByType());
+    if (outcome == SyslogRun::Outcome::Refused)
+        return Fail(NobodyListens, "nobody listens at " + target.Given);
+    if (outcome == SyslogRun::Outcome::NotTaken)
+        return Fail(NobodyListens, "the system did not take a datagram for " + target.Given +
+                                       ": it is too long or there is no way");
+    return Sent;
+}
 
 int Run(const std::vector<std::string>& words) {
     std::string error;
@@ -197,11 +202,10 @@ int Run(const std::vector<std::string>& words) {
         std::cout << "tallyhorn-send " TALLYHORN_VERSION "\n";
         return Sent;
     }
-    const std::unique_ptr<MailslotTransport> system = MakeMailslotTransport(arguments->MailslotFolder);
-    CountingTransport counting(*system);
-    const SystemClock clock;
-    cvbMailslot mailslot(counting, clock);
-    return Sender(*arguments, counting, mailslot).Run();
+    const std::optional<std::vector<std::string>> texts = TextsToSend(*arguments);
+    if (!texts)
+        return Fail(WrongArguments, "cannot read " + arguments->File);
+    return arguments->Syslog ? SendBySyslog(*arguments, *texts) : SendToMailslot(*arguments, *texts);
 }
 
 }  // namespace

@@ -32,6 +32,34 @@ TEST(SendArgumentsTest, TakesWhatTheHelpTells) {
     EXPECT_EQ(ParseSendArguments(Words{""}, error)->Texts, Words{""});
 }
 
+TEST(SendArgumentsTest, TakesATargetForSyslog) {
+    struct Case {
+        std::string Given;
+        std::string Host;
+        std::int32_t Port;
+    };
+    const std::vector<Case> cases = {{"localhost:514", "localhost", 514},
+                                     {"10.0.0.1:1", "10.0.0.1", 1},
+                                     {"[::1]:65535", "::1", 65535},
+                                     {"[fe80::1%eth0]:9", "fe80::1%eth0", 9},
+                                     {"[127.0.0.1]:0514", "127.0.0.1", 514}};
+    for (const Case& each : cases) {
+        std::string error;
+        const auto arguments = ParseSendArguments(Words{"--syslog", each.Given, "text"}, error);
+        ASSERT_TRUE(arguments && arguments->Syslog) << each.Given << ": " << error;
+        EXPECT_EQ(arguments->Syslog->Host, each.Host);
+        EXPECT_EQ(arguments->Syslog->Port, each.Port);
+        EXPECT_EQ(arguments->Syslog->Given, each.Given);
+    }
+    std::string error;
+    const auto demo =
+        ParseSendArguments(Words{"--number", "--demo", "--rate", "9", "--syslog", "a:1"}, error);
+    ASSERT_TRUE(demo) << error;
+    EXPECT_TRUE(demo->Number);
+    EXPECT_EQ(demo->Mode, SendMode::Demo);
+    EXPECT_FALSE(ParseSendArguments(Words{"text"}, error)->Syslog);
+}
+
 TEST(SendArgumentsTest, RefusesTheRestWithALine) {
     const std::vector<Words> refused = {
         {},
@@ -55,6 +83,25 @@ TEST(SendArgumentsTest, RefusesTheRestWithALine) {
         {"--demo", "--rate", "99999999999999999999"},
         {"--demo", "--seed", "18446744073709551616"},
         {"--demo", "--seed"},
+        {"--demo", "--number"},
+        {"--syslog", "host:1", "--number", "text"},
+        {"--syslog", "host:1", "--mailslot", "Other", "text"},
+        {"--mailslot-folder", "/tmp", "--syslog", "host:1", "text"},
+        {"--syslog", "host:1"},
+        {"--syslog"},
+        {"--syslog", "host", "text"},
+        {"--syslog", "host:", "text"},
+        {"--syslog", ":514", "text"},
+        {"--syslog", "[]:514", "text"},
+        {"--syslog", "::1:514", "text"},
+        {"--syslog", "[::1]", "text"},
+        {"--syslog", "[::1:514", "text"},
+        {"--syslog", "host:0", "text"},
+        {"--syslog", "host:65536", "text"},
+        {"--syslog", "host:99999999999999999999", "text"},
+        {"--syslog", "host:+1", "text"},
+        {"--syslog", "host:-1", "text"},
+        {"--syslog", "host: 1", "text"},
     };
     for (const Words& words : refused) {
         std::string error;

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <future>
 #include <numeric>
 #include <string>
@@ -11,35 +10,20 @@
 #include "reception/cvbMailslot.h"
 #include "tests/fakes/FileBytes.h"
 #include "tests/fakes/TestMailslot.h"
+#include "tests/tools/RunSend.h"
 
 namespace tallyhorn {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-struct Outcome {
-    int Status = -1;
-    std::string Output;
-    std::string Errors;
-};
-
 /// tallyhorn-send as a process of its own, and the system's mailslot that it sends to.
 class SendProgramTest : public testing::Test {
 protected:
-    /// No argument may hold a double quote, a dollar sign, a backquote or a percent sign: within double
-    /// quotes all else means itself to every shell.
     Outcome Send(const Texts& arguments, const std::string& redirection = {}) const {
-        // Starts with no quote: one system's shell removes a first and a last one.
-        std::string command = "cd . && \"" TALLYHORN_SEND "\"";
         Texts all{"--mailslot", slot_.Name, "--mailslot-folder", slot_.Folder};
         all.insert(all.end(), arguments.begin(), arguments.end());
-        for (const std::string& argument : all)
-            command += " \"" + argument + '"';
-        command += redirection + " >\"" + (slot_.Home / "out") + "\" 2>\"" + (slot_.Home / "err") + '"';
-        const int status = std::system(command.c_str());
-        constexpr int MostOfAByte = 255;
-        return {status > MostOfAByte ? status >> 8 : status, ReadText(slot_.Home / "out"),
-                ReadText(slot_.Home / "err")};
+        return RunSend(slot_.Home, all, redirection);
     }
     Texts ReadAll(std::int16_t count) {
         EXPECT_TRUE(Eventually([&] { return mailslot_.CheckForMessages() >= count; }));

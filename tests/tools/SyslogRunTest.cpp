@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "tests/fakes/FakeDatagrams.h"
+#include "tools/SyslogRun.h"
+
+namespace tallyhorn {
+namespace {
+
+class SyslogRunTest : public testing::Test {
+protected:
+    std::deque<std::string>& Waiting() { return datagrams_.Bound[Port].Waiting; }
+
+    static constexpr std::uint16_t Port = 514;
+    FakeDatagrams datagrams_;
+    std::unique_ptr<DatagramReceiver> receiver_ = datagrams_.Listen(Port, [] {});
+    std::unique_ptr<DatagramSender> sender_ = datagrams_.Open("host", Port);
+    SendArguments arguments_;
+};
+
+TEST_F(SyslogRunTest, SendsAndCountsADemo) {
+    arguments_.Count = 1000;
+    arguments_.Seed = 5;
+    SyslogRun run(arguments_, *sender_);
+    EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Sent);
+    ASSERT_EQ(Waiting().size(), 1000U);
+    EXPECT_EQ(run.Datagrams(), 1000U);
+    DemoFeed feed(5);
+    std::uint64_t bytes = 0;
+    std::array<std::uint64_t, DemoTypeNames.size()> types{};
+    for (const std::string& text : Waiting()) {
+        const DemoText expected = feed.NextSyslog();
+        ASSERT_EQ(text, expected.Text);
+        bytes += text.size();
+        ++types[static_cast<std::size_t>(expected.Type)];
+    }
+    EXPECT_EQ(run.Bytes(), bytes);
+    EXPECT_EQ(run.ByType(), types);
+}
+
+TEST_F(SyslogRunTest, NumbersEveryTextAndKeepsARate) {
+    arguments_.Count = 300;
+    arguments_.Rate = 3000;
+    arguments_.Number = true;
+    SyslogRun run(arguments_, *sender_);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Sent);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(95));
+    ASSERT_EQ(Waiting().size(), 300U);
+    DemoFeed feed(1);
+    for (std::size_t i = 0; i < Waiting().size(); ++i) {
+        const std::string number = std::to_string(i + 1);
+        ASSERT_EQ(Waiting()[i], feed.NextSyslog().Text + " #" + std::string(6 - number.size(), '0') + number);
+    }
+}
+
+TEST_F(SyslogRunTest, StopsWhereADatagramIsNotTaken) {
+    SyslogRun run(arguments_, *sender_);
+    EXPECT_EQ(run.Send({"a", std::string(65508, 'x'), "c"}), SyslogRun::Outcome::NotTaken);
+    EXPECT_EQ(Waiting(), std::deque<std::string>{"a"});
+    EXPECT_EQ(run.Datagrams(), 1U);
+    EXPECT_EQ(run.Bytes(), 1U);
+    EXPECT_EQ(run.Send({"", std::string(65507, 'x')}), SyslogRun::Outcome::Sent);
+    EXPECT_EQ(run.Bytes(), 65508U);
+}
+
+TEST_F(SyslogRunTest, ADemoWithoutEndEndsWhenNobodyListens) {
+    receiver_.reset();
+    SyslogRun run(arguments_, *sender_);
+    EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Refused);
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -107,8 +107,8 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, machine_.ViewFilter, received_, *window_, machine_.Signals, slices_, machine_.Time,
-            currentAlarm_, processingPaused_};
+    return {filters_, machine_.ViewFilter, received_,     *window_,         machine_.Signals,
+            slices_,  machine_.Time,       currentAlarm_, processingPaused_};
 }
 
 /// The port is read anew each time: what the user has changed counts.
@@ -120,7 +120,8 @@ bool Console::InitializeWinsock() {
 void Console::AskAboutPort() {
     while (!ended_) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));
-        const bool retry = machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
+        const bool retry =
+            machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
         if (ended_ || (retry && InitializeWinsock()))
             return;
         if (!retry) {

@@ -60,9 +60,9 @@ public:
         if (sender_ == 0)
             SendAndExit(count, rate);
         mailslots_ = MakeMailslotTransport();
-        console_ = std::make_unique<Console>(
-            Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_, signals_, filter_},
-            folder_.Path());
+        console_ = std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_,
+                                                              boxes_, signals_, filter_, *datagrams_},
+                                             folder_.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());
@@ -118,6 +118,7 @@ private:
     std::array<int, 2> start_{};
     InstanceLock instance_{"bench", folder_ / "locks"};
     std::unique_ptr<MailslotTransport> mailslots_;
+    std::unique_ptr<DatagramSockets> datagrams_ = MakeDatagramSockets();
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     SystemClock clock_;
     FakeMessageBoxes boxes_;

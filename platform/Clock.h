@@ -5,8 +5,8 @@
 
 namespace tallyhorn {
 
-/// Time as the console's rules see it: a monotonic clock, the time on the wall and the one sleep that they use.
-/// Called from the user-interface thread; tests hand in a clock of their own.
+/// Time as the console's rules see it: a monotonic clock, the time on the wall and the one sleep that they
+/// use. Called from the user-interface thread; tests hand in a clock of their own.
 class Clock {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;

@@ -21,7 +21,8 @@ public:
     /// One poll: all that waits is read, and what no filter suppresses is kept and shown.
     void TimCheckTick();
 
-    /// Pauses, or resumes where the pause command shows a pause; then what syslog brought meanwhile is handled.
+    /// Pauses, or resumes where the pause command shows a pause; then what syslog brought meanwhile is
+    /// handled.
     void PauseCommand();
     /// One second of a pause; the 121st resumes.
     void ResumeTick();

@@ -18,10 +18,11 @@ struct ReceptionParts {
     ArrivalSignals& Signals;
     TimeSlices& Slices;
     const Clock& Time;
-    /// The alarm that was read last, from whichever channel: a field that a text does not set keeps its value.
+    /// The alarm that was read last, from whichever channel: a field that a text does not set keeps its
+    /// value.
     AlarmRecord& CurrentAlarm;
-    /// While true, nothing is processed.  The pause command raises it, and so does the syslog endpoint for its
-    /// own work, so that it may differ from what the pause command shows.
+    /// While true, nothing is processed.  The pause command raises it, and so does the syslog endpoint for
+    /// its own work, so that it may differ from what the pause command shows.
     bool& ProcessingPaused;
 };
 

@@ -20,7 +20,8 @@ public:
     SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts, std::function<void()> wake);
 
     /// Listens at `port` from now on and no longer at the one before, whose waiting datagrams are handled
-    /// first; 0 lets the system choose.  False where the system does not bind it: then nothing is listened to.
+    /// first; 0 lets the system choose.  False where the system does not bind it: then nothing is listened
+    /// to.
     bool InitializeWinsock(std::int32_t port);
     /// Listens no more and handles what has come, what a pause holds back too.
     void Close();

@@ -8,8 +8,8 @@
 
 namespace tallyhorn {
 
-/// The datagrams that come during a pause, at positions from 1 on.  When all positions are taken it goes round
-/// and overwrites the oldest, and every time it comes to the last position again it drops the datagram.
+/// The datagrams that come during a pause, at positions from 1 on.  When all positions are taken it goes
+/// round and overwrites the oldest, and every time it comes to the last position again it drops the datagram.
 /// User-interface thread only.
 class SyslogQueue {
 public:

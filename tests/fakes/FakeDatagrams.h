@@ -73,29 +73,39 @@ private:
     class Receiver final : public DatagramReceiver {
     public:
         Receiver(FakeDatagrams& owner, std::uint16_t port) : owner_(owner), port_(port) {}
-        ~Receiver() override { owner_.Bound.erase(port_); }
+        ~Receiver() override { Receiver::Stop(); }
         Receiver(const Receiver&) = delete;
         Receiver& operator=(const Receiver&) = delete;
 
         std::uint16_t Port() const override { return port_; }
+        void Stop() override {
+            if (std::exchange(stopped_, true))
+                return;
+            left_ = std::move(owner_.Bound[port_]);
+            owner_.Bound.erase(port_);
+        }
         std::optional<std::string_view> Next() override {
             if (!HasWaiting())
                 return std::nullopt;
-            Endpoint& endpoint = owner_.Bound[port_];
+            Endpoint& endpoint = State();
             taken_ = std::move(endpoint.Waiting.front());
             endpoint.Waiting.pop_front();
             return taken_;
         }
         bool HasWaiting() const override {
-            Endpoint& endpoint = owner_.Bound[port_];
+            Endpoint& endpoint = State();
             endpoint.Awake = endpoint.Awake && !endpoint.Waiting.empty();
             return !endpoint.Waiting.empty();
         }
-        DatagramLosses Losses() const override { return owner_.Bound[port_].Losses; }
+        DatagramLosses Losses() const override { return State().Losses; }
 
     private:
+        Endpoint& State() const { return stopped_ ? left_ : owner_.Bound[port_]; }
+
         FakeDatagrams& owner_;
         const std::uint16_t port_;
+        bool stopped_ = false;
+        mutable Endpoint left_;
         std::string taken_;
     };
 

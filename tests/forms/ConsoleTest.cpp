@@ -14,6 +14,7 @@
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -29,9 +30,9 @@ protected:
 
     void Start(const std::string& settings = "MessageViews=7\r\n") {
         std::ofstream(folder_ / "thlisten.ini", std::ios::binary) << "[General]\r\n" << settings;
-        console_ = std::make_unique<Console>(
-            Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, signals_, filter_},
-            folder_.Path());
+        console_ = std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_,
+                                                              boxes_, signals_, filter_, datagrams_},
+                                             folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
     }
@@ -66,6 +67,7 @@ protected:
     TemporaryFolder folder_;
     InstanceLock instance_{"console", folder_ / "locks"};
     FakeMailslots mailslots_;
+    FakeDatagrams datagrams_;
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
     FakeMessageBoxes boxes_;
@@ -279,7 +281,8 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     InstanceLock second("console", folder_ / "locks");
     FakeMessageBoxes boxes;
     {
-        Console other({second, mailslots_, *profiles_, clock_, boxes, signals_, filter_}, folder_.Path());
+        Console other({second, mailslots_, *profiles_, clock_, boxes, signals_, filter_, datagrams_},
+                      folder_.Path());
         EXPECT_FALSE(other.Start());
     }
     EXPECT_EQ(boxes.Shown, std::vector<std::string>{"Only one instance of the Tallyhorn Listener Console can "
@@ -289,7 +292,8 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
                                                     "desktops."});
     InstanceLock third("elsewhere", folder_ / "locks");
     boxes.Shown.clear();
-    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, filter_}, folder_.Path());
+    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, filter_, datagrams_},
+                 folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
     EXPECT_EQ(boxes.Shown,
               std::vector<std::string>{

@@ -4,6 +4,7 @@
 
 #include "reception/ProcessingCycle.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
@@ -55,8 +56,12 @@ protected:
     ReceivedMessages received_{display_, slices_};
     SuppressionFilters filters_{folder_.Path() / "SavedFilters.dat"};
     cvbMailslot mailslot_{mailslots_, clock_};
-    ProcessingCycle cycle_{
-        {mailslot_, filters_, viewFilter_, received_, display_, signals_, slices_, alarm_}};
+    FakeDatagrams datagrams_;
+    bool paused_ = false;
+    ReceptionParts parts_{filters_, viewFilter_, received_, display_, signals_,
+                          slices_,  clock_,      alarm_,    paused_};
+    SyslogEndpoint syslog_{datagrams_, parts_, [] {}};
+    ProcessingCycle cycle_{mailslot_, syslog_, parts_};
 };
 
 TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
@@ -75,7 +80,7 @@ TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
     EXPECT_EQ(received_.List(0).PictureAt(3), EventPicture::QuestionMark);
     EXPECT_EQ(alarm_.TypeOfEvent, "questionmark") << "the record keeps the icon key";
     EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "7 NetBIOS Message(s)");
-    EXPECT_EQ(display_.Enabled, (std::array<bool, 6>{true, true, true, false, false, false}));
+    EXPECT_EQ(display_.Enabled, (std::array<bool, 7>{true, true, true, false, false, false, false}));
     EXPECT_EQ(received_.NetBios.Messages.Text(1), Notification("a", "Information")) << "the first slot is 1";
     EXPECT_EQ(signals_.Sounds, 1) << "once a batch";
     EXPECT_EQ(signals_.Flashes, 0);
@@ -158,9 +163,9 @@ TEST_F(ProcessingCycleTest, APauseEndsByItselfAtThe121stTick) {
         cycle_.PauseCommand();
         for (int tick = 1; tick <= 120; ++tick)
             cycle_.ResumeTick();
-        EXPECT_TRUE(cycle_.ProcessingPaused);
+        EXPECT_TRUE(paused_);
         cycle_.ResumeTick();
-        EXPECT_FALSE(cycle_.ProcessingPaused);
+        EXPECT_FALSE(paused_);
         EXPECT_FALSE(display_.PauseShown);
         EXPECT_FALSE(display_.Resuming);
     }
@@ -171,13 +176,13 @@ TEST_F(ProcessingCycleTest, APauseEndsByItselfAtThe121stTick) {
     cycle_.PauseCommand();
     for (int tick = 1; tick <= 120; ++tick)
         cycle_.ResumeTick();
-    EXPECT_TRUE(cycle_.ProcessingPaused) << "a new pause counts from 0";
+    EXPECT_TRUE(paused_) << "a new pause counts from 0";
 }
 
 /// Whoever raises the flag for work of his own and lowers it again ends a pause that the window still shows.
 TEST_F(ProcessingCycleTest, ThePauseCommandGoesByWhatItShows) {
     cycle_.PauseCommand();
-    cycle_.ProcessingPaused = false;
+    paused_ = false;
     Arrive(Notification("a", "Error"));
     cycle_.TimCheckTick();
     EXPECT_EQ(Names(0), "a ");

@@ -73,7 +73,8 @@ void ConsolidatedTreeModel::MovePersistentIndexes() {
 }
 
 TreeNode ConsolidatedTreeModel::NodeAt(const QModelIndex& index) {
-    return index.isValid() ? TreeNode::FromNumber(static_cast<std::uint32_t>(index.internalId())) : TreeNode();
+    return index.isValid() ? TreeNode::FromNumber(static_cast<std::uint32_t>(index.internalId()))
+                           : TreeNode();
 }
 
 QModelIndex ConsolidatedTreeModel::IndexOf(TreeNode node) const {

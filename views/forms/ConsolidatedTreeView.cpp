@@ -25,7 +25,8 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
 
 /// The line at the top stays there, whatever came above it.
 void ConsolidatedTreeView::TakeInNodes() {
-    const QPersistentModelIndex top = verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
+    const QPersistentModelIndex top =
+        verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
     if (model_.TakeInNodes() && top.isValid() && isVisible())
         scrollTo(top, PositionAtTop);
 }

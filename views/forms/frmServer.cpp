@@ -155,7 +155,8 @@ void frmServer::BuildPages() {
         fraSyslogTypes.at(i) =
             addFrame(MessagePage::Syslog, SyslogCaptions.at(i), QStringLiteral("fraSyslogTypes%1").arg(i));
     }
-    fraConsolidated = addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
+    fraConsolidated =
+        addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
     connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
 }
 
@@ -183,7 +184,8 @@ void frmServer::Load(const Parts& parts) {
     BuildTree();
     connect(timCheck, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->TimCheckTick(); }); });
     connect(timArrival, &QTimer::timeout, this, &frmServer::ArrivalTick);
-    connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->ResumeTick(); }); });
+    connect(tmrResumeProcessing, &QTimer::timeout, this,
+            [this] { RunAsWork([this] { cycle_->ResumeTick(); }); });
     EnablePollingTimer(true);
     LayOut();
 }

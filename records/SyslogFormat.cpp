@@ -1,7 +1,6 @@
 #include "records/SyslogFormat.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -97,6 +96,7 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
         return;
     const char own = text[position];
     if (IsDigit(own)) {
+        // A date may name one; it then separates wherever it stands.
         std::string other(text);
         std::replace(other.begin(), other.end(), own, '/');
         ReadDatagramDate(other, dayFirst, date);

@@ -57,20 +57,20 @@ TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
                                   ",k",  ",d"};
     std::string text;
     AlarmRecord expected = Before();
-    expected.AlarmName = "a";
+    expected.AlarmName = "a"s;
     void (*const steps[])(AlarmRecord&) = {
         [](AlarmRecord&) {},
         [](AlarmRecord&) {},
-        [](AlarmRecord& a) { a.LogType = "l"; },
+        [](AlarmRecord& a) { a.LogType = "l"s; },
         [](AlarmRecord& a) {
             a.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
         },
-        [](AlarmRecord& a) { a.Source = "s"; },
-        [](AlarmRecord& a) { a.TypeOfEvent = "t"; },
-        [](AlarmRecord& a) { a.Category = "c"; },
+        [](AlarmRecord& a) { a.Source = "s"s; },
+        [](AlarmRecord& a) { a.TypeOfEvent = "t"s; },
+        [](AlarmRecord& a) { a.Category = "c"s; },
         [](AlarmRecord& a) { a.EventID = 7; },
-        [](AlarmRecord& a) { a.AccountName = "U"; },
-        [](AlarmRecord& a) { a.Computer = "K", a.Description = "d"; },
+        [](AlarmRecord& a) { a.AccountName = "U"s; },
+        [](AlarmRecord& a) { a.Computer = "K"s, a.Description = "d"s; },
     };
     for (std::size_t i = 0; i < std::size(pieces); ++i) {
         text += pieces[i];

@@ -27,6 +27,8 @@ public:
 
     bool Retry(std::string_view text) override {
         Shown.emplace_back(text);
+        if (WhileAsked)
+            WhileAsked();
         return RetriesLeft-- > 0;
     }
 

@@ -25,7 +25,7 @@ QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList&
 
 ConsolidatedTreeModel::ConsolidatedTreeModel(ConsolidatedTree& tree, QObject* parent)
     : QAbstractItemModel(parent), tree_(tree) {
-    Changed();
+    announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.LeafCount()};
     tree_.SetObserver(this);
 }
 
@@ -155,10 +155,11 @@ void ConsolidatedTreeModel::AboutToChange() {
     beginResetModel();
 }
 
-/// Whoever shows the model opens the groups again that were open.
+/// What was announced stays so, as far as it is still there: a group that is open has its children at once.
 void ConsolidatedTreeModel::Changed() {
-    announced_.clear();
-    announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.LeafCount()};
+    std::erase_if(announced_, [this](const auto& entry) { return !tree_.Holds(TreeNode::Group(entry.first)); });
+    for (auto& [group, now] : announced_)
+        now = {tree_.ChildCount(TreeNode::Group(group)), tree_.Count(TreeNode::Group(group))};
     endResetModel();
 }
 

@@ -73,10 +73,8 @@ void ConsolidatedTreeView::RestoreCurrent() {
             node = step.Node;
             continue;
         }
-        const int rows = model_.rowCount(model_.IndexOf(node));
-        if (rows > 0)
-            node = ConsolidatedTreeModel::NodeAt(
-                model_.index(std::min(step.Row, rows - 1), 0, model_.IndexOf(node)));
+        if (const std::size_t rows = tree_.ChildCount(node); rows > 0)
+            node = tree_.ChildAt(node, std::min(static_cast<std::size_t>(step.Row), rows - 1));
         break;
     }
     wayBeforeReset_.clear();

@@ -1,0 +1,294 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTest>
+#include <random>
+
+#include "tests/fakes/FileBytes.h"
+#include "tests/forms/ConsoleFixture.h"
+#include "views/forms/ConsolidatedTreeView.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::uint16_t Port = 5514;
+
+std::string Datagram(const std::string& alarm, const std::string& type, const std::string& computer,
+                     const std::string& description = "text") {
+    return "Alarm (" + alarm + ") Event raised: System Log, 08/21/2008 2:05:09 PM, Disk, " + type +
+           ", None, 7, joe, " + computer + ", " + description;
+}
+
+class SyslogConsoleTest : public ConsoleFixture {
+protected:
+    void StartListening() {
+        Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
+        ShowPage(2);
+    }
+    void ShowPage(int page) { Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(page); }
+    void Send(const std::string& datagram) { ASSERT_TRUE(datagrams_.Arrive(Port, datagram)); }
+    /// Lets the window handle what was sent.
+    void Handle() {
+        QTRY_VERIFY(datagrams_.Bound[Port].Waiting.empty());
+        QTRY_VERIFY(!Find<QTimer>("timArrival")->isActive());
+    }
+    ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
+    QModelIndex Node(const std::vector<int>& way) {
+        QModelIndex index;
+        for (const int row : way)
+            index = Tree()->model()->index(row, 0, index);
+        return index;
+    }
+    std::string Current() { return Tree()->currentIndex().data().toString().toStdString(); }
+    void Press(std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(Tree(), key);
+    }
+    /// Everything that the tree shows with all groups open, and what the lists show.
+    std::string Everything() {
+        std::string text;
+        const QAbstractItemModel& model = *Tree()->model();
+        const std::function<void(const QModelIndex&, const std::string&)> append = [&](const auto& parent,
+                                                                                       const auto& indent) {
+            if (model.canFetchMore(parent))
+                const_cast<QAbstractItemModel&>(model).fetchMore(parent);
+            for (int row = 0; row < model.rowCount(parent); ++row) {
+                const QModelIndex child = model.index(row, 0, parent);
+                text += indent + child.data().toString().toStdString() + "\n";
+                append(child, indent + "  ");
+            }
+        };
+        append(QModelIndex(), "");
+        for (int element = 0; element < 3; ++element) {
+            const QAbstractItemModel& rows =
+                *Find<MessageListView>(("lvwSyslog" + std::to_string(element)).c_str())->model();
+            for (int row = 0; row < rows.rowCount(); ++row) {
+                for (int column = 0; column < rows.columnCount(); ++column)
+                    text += rows.index(row, column).data().toString().toStdString() + "|";
+                text += "\n";
+            }
+        }
+        return text + Panel(2).toStdString();
+    }
+    /// By the list of errors.
+    void DeleteFirstSyslogRows(int count) {
+        ShowPage(1);
+        auto* const list = Find<MessageListView>("lvwSyslog0");
+        const QAbstractItemModel& rows = *list->model();
+        list->scrollTo(rows.index(0, 0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualRect(rows.index(0, 0)).center());
+        for (int i = 1; i < count; ++i)
+            QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(list, Qt::Key_Delete);
+        ShowPage(2);
+    }
+    std::string Backup() { return ReadBytes(folder_ / "Backup.dat"); }
+    void End() {
+        console_->End();
+        QTRY_VERIFY(console_->HasEnded());
+        console_.reset();
+    }
+};
+
+TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
+    StartListening();
+    EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5514");
+    EXPECT_FALSE(Tree()->isEnabled());
+    Send(Datagram("Full", "Warning", "pc"));
+    Send("an ordinary line");
+    Handle();
+    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
+    EXPECT_TRUE(Tree()->isEnabled());
+    ASSERT_EQ(Tree()->model()->rowCount(), 1);
+    EXPECT_EQ(Node({0}).data().toString(), "Full ( 1 Event )");
+    EXPECT_EQ(Node({0}).data(Qt::AccessibleTextRole).toString(), "Alarm, Full ( 1 Event )");
+    EXPECT_FALSE(Tree()->isExpanded(Node({0}))) << "nothing opens by itself";
+    auto* const list = Find<MessageListView>("lvwSyslog1");
+    EXPECT_EQ(list->model()->rowCount(), 1);
+    EXPECT_TRUE(list->isEnabled());
+}
+
+TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
+    StartListening();
+    for (const char* const computer : {"a", "b", "b", "c"})
+        Send(Datagram("Full", "Warning", computer));
+    Send(Datagram("Other", "Error", "a"));
+    Handle();
+    Tree()->setFocus();
+    Press({Qt::Key_Home, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Down,
+           Qt::Key_Right, Qt::Key_Right});
+    EXPECT_EQ(Current(),
+              "System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:09 PM");
+    EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 2 Events )");
+    Press({Qt::Key_Delete});
+    EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the message you have selected?");
+    EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 1 Events )") << "the next one";
+    EXPECT_TRUE(Tree()->selectionModel()->isSelected(Tree()->currentIndex()));
+    EXPECT_TRUE(Tree()->isVisible());
+    EXPECT_TRUE(Tree()->isExpanded(Node({0, 0})));
+    Press({Qt::Key_Delete});
+    EXPECT_EQ(Current(), "C ( 1 Event )") << "what took the group's place";
+    EXPECT_EQ(Node({0}).data().toString(), "Full ( 2 Events )");
+    Press({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
+    EXPECT_EQ(boxes_.Shown.back(),
+              "Are you sure you want to delete all the messages under the tree branch you selected?");
+    EXPECT_EQ(Current(), "Other ( 1 Event )");
+    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
+    Press({Qt::Key_Delete});
+    EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
+    EXPECT_FALSE(Tree()->isEnabled());
+    boxes_.Shown.clear();
+    Find<QAction>("delete")->trigger();
+    EXPECT_TRUE(boxes_.Shown.empty()) << "there is nothing to delete";
+}
+
+TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) {
+    StartListening();
+    for (int i = 0; i < 40; ++i) {
+        for (int leaf = 0; leaf < 3; ++leaf)
+            Send(Datagram("m" + std::to_string(100 + i), "Error", "pc"));
+    }
+    Handle();
+    for (const int row : {2, 30}) {
+        Tree()->expand(Node({row}));
+        Tree()->expand(Node({row, 0}));
+        Tree()->expand(Node({row, 0, 0}));
+    }
+    Tree()->setCurrentIndex(Node({35}));
+    Tree()->verticalScrollBar()->setValue(20);
+    const auto onTop = [&] { return Tree()->indexAt(QPoint(1, 1)).data().toString().toStdString(); };
+    const std::string top = onTop();
+    for (int i = 0; i < 10; ++i)
+        Send(Datagram("a" + std::to_string(i), "Error", "pc"));
+    Send(Datagram("m102", "Error", "pc"));
+    Handle();
+    EXPECT_EQ(onTop(), top);
+    EXPECT_EQ(Current(), "m135 ( 3 Events )");
+    const std::vector<int> opened = {12, 0, 0};
+    EXPECT_TRUE(Tree()->isExpanded(Node(opened)));
+    EXPECT_EQ(Tree()->model()->rowCount(Node(opened)), 4);
+    EXPECT_EQ(Node({12}).data().toString(), "m102 ( 4 Events )");
+    DeleteFirstSyslogRows(5);
+    EXPECT_EQ(Node({10}).data().toString(), "m101 ( 1 Events )") << "the first alarm went with its last leaf";
+    EXPECT_TRUE(Tree()->isExpanded(Node({11, 0, 0})));
+    EXPECT_TRUE(Tree()->isExpanded(Node({39, 0, 0})));
+    EXPECT_FALSE(Tree()->isExpanded(Node({12})));
+    EXPECT_EQ(Current(), "m135 ( 3 Events )");
+}
+
+/// Qt's own judge looks on while groups are open and everything comes and goes.
+TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
+    StartListening();
+    QAbstractItemModelTester tester(Tree()->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    // It would ask for more in the middle of what it is being told.
+    tester.setUseFetchMore(false);
+    std::mt19937 random(2);
+    for (int step = 0; step < 60; ++step) {
+        for (int i = 0; i < 8; ++i)
+            Send(Datagram("a" + std::to_string(random() % 4), random() % 2 == 0 ? "Error" : "Warning",
+                          "pc" + std::to_string(random() % 3), std::to_string(step)));
+        ShowPage(step % 3 == 0 ? 1 : 2);
+        Handle();
+        ShowPage(2);
+        Tree()->setFocus();
+        if (step % 4 == 1)
+            Tree()->expandRecursively(Node({static_cast<int>(random() % 2)}));
+        for (int down = static_cast<int>(random() % 12); down > 0; --down)
+            Press({Qt::Key_Down});
+        if (step % 7 == 3)
+            Press({Qt::Key_Delete});
+    }
+    EXPECT_GT(Tree()->model()->rowCount(), 0);
+    Find<QAction>("clear")->trigger();
+    EXPECT_EQ(Tree()->model()->rowCount(), 0);
+}
+
+/// Texts of every byte value: what is shown and saved is the same after a restart, and after another one.
+TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
+    StartListening();
+    std::mt19937 random(4);
+    for (int i = 0; i < 600; ++i) {
+        std::string alarm, source, description;
+        for (int n = static_cast<int>(random() % 12); n >= 0; --n) {
+            alarm += static_cast<char>(random());
+            source += static_cast<char>(random());
+            description += static_cast<char>(i);
+        }
+        std::erase(alarm, ')');
+        if (i % 10 == 0)
+            source += "\r\nType Of Event: Error\r\nCategory: x\r\nEventID: 5\r\nAccount: y";
+        std::erase(source, ',');
+        Send("Event raised (" + alarm + "): System Log, 1/2/2008 3:04:05, " + source +
+             ", Warning, None, 7, joe, pc" + std::to_string(i % 5) + ", " + description);
+    }
+    Handle();
+    Find<MessageListView>("lvwSyslog1")->selectAll();
+    for (int i = 0; i < 3; ++i) {
+        Tree()->setFocus();
+        Tree()->setCurrentIndex(Node({i * 7}));
+        Press({Qt::Key_Delete});
+    }
+    std::string shown;
+    std::string saved;
+    for (int restart = 0; restart < 3; ++restart) {
+        End();
+        EXPECT_TRUE(restart == 0 || Backup() == saved) << restart;
+        saved = Backup();
+        Restart();
+        ShowPage(2);
+        if (restart > 0) {
+            EXPECT_EQ(Everything(), shown) << restart;
+        }
+        shown = Everything();
+    }
+    EXPECT_GT(saved.size(), 50'000U);
+}
+
+TEST_F(SyslogConsoleTest, ABackupThatCannotBeWrittenIsToldAndTheConsoleEndsAllTheSame) {
+    StartListening();
+    std::filesystem::remove(folder_ / "Backup.dat");
+    boxes_.Shown.clear();
+    console_->End();
+    QTRY_VERIFY(console_->HasEnded());
+    ASSERT_EQ(boxes_.Shown.size(), 1U);
+    EXPECT_EQ(
+        boxes_.Shown[0].rfind("The following error occurred when attempting to save received messages to "
+                              "disk.\r\nError # 2:\t",
+                              0),
+        0U)
+        << boxes_.Shown[0];
+}
+
+TEST_F(SyslogConsoleTest, APortThatIsTakenIsAskedAbout) {
+    datagrams_.Taken = {Port};
+    boxes_.RetriesLeft = 2;
+    boxes_.WhileAsked = [this] {
+        EXPECT_TRUE(console_->Window().isVisible()) << "the window is there first";
+        if (boxes_.RetriesLeft == 1)
+            datagrams_.Taken.clear();
+    };
+    StartListening();
+    ASSERT_EQ(boxes_.Shown.size(), 2U);
+    EXPECT_EQ(
+        boxes_.Shown[0],
+        "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives syslog "
+        "messages.  This can happen if another instance of the Tallyhorn Listener Console is being run on "
+        "a different desktop (e.g. RDP session), or if a different program has already bound to this "
+        "port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  To "
+        "reconfigure this program to use a different port, click 'Retry.'");
+    EXPECT_TRUE(datagrams_.Bound.contains(Port));
+    console_.reset();
+
+    datagrams_.Taken = {Port};
+    boxes_.RetriesLeft = 0;
+    boxes_.WhileAsked = nullptr;
+    StartListening();
+    QTRY_VERIFY(console_->HasEnded());
+}
+
+}  // namespace
+}  // namespace tallyhorn

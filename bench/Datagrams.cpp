@@ -1,0 +1,90 @@
+// From another process's UDP datagrams to a reader that takes and counts them: the rate that goes without a
+// loss, and the processor time of a datagram (all threads, the kernel's share included), with the sender on
+// one core and the receiver on the other.  The yardstick is a bare receiving loop over the same datagrams.
+
+#include <benchmark/benchmark.h>
+
+#include <optional>
+#include <semaphore>
+
+#include "bench/DatagramLoad.h"
+
+namespace tallyhorn {
+namespace {
+
+/// The argument of a benchmark for a rate that only the machine knows.
+constexpr std::int64_t Unpaced = 0;
+constexpr std::uint64_t Seconds = 2;
+
+std::uint64_t CountFor(std::int64_t rate) {
+    return rate == Unpaced ? 1'000'000 : static_cast<std::uint64_t>(rate) * Seconds;
+}
+
+void Report(benchmark::State& state, const LoadResult& result) {
+    state.SetIterationTime(result.SendingSeconds);
+    state.counters["a_second"] = result.Rate();
+    state.counters["ns_each"] = result.NanosecondsEach();
+    state.counters["lost"] = result.Lost();
+}
+
+void BareLoop(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state)
+        Report(state, BareReceive(CountFor(state.range(0)), static_cast<std::uint64_t>(state.range(0))));
+}
+
+void LossFree(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+        const double rate = LossFreeRate();
+        state.SetIterationTime(1);
+        state.counters["a_second"] = rate;
+    }
+}
+
+/// The reader, in a thread of this process as the window's would be, sleeps until it is woken.
+void Receiver(benchmark::State& state) {
+    for ([[maybe_unused]] auto _ : state) {
+        LoadResult result{.Sent = CountFor(state.range(0))};
+        DatagramLoad load(result.Sent, static_cast<std::uint64_t>(state.range(0)));
+        PinTo(ReceivingCore);
+        std::counting_semaphore<> woken(0);
+        std::uint64_t wakes = 0;
+        const std::unique_ptr<DatagramReceiver> receiver =
+            MakeDatagramSockets()->Listen(0, [&woken] { woken.release(); });
+        const double before = UsedProcessorSeconds(RUSAGE_SELF);
+        load.Start(receiver->Port());
+        while (result.Received < result.Sent && woken.try_acquire_for(std::chrono::milliseconds(500))) {
+            ++wakes;
+            while (const std::optional<std::string_view> text = receiver->Next()) {
+                benchmark::DoNotOptimize(text->data());
+                ++result.Received;
+            }
+        }
+        result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_SELF) - before;
+        result.SendingSeconds = load.Wait();
+        Report(state, result);
+        state.counters["wakes"] = static_cast<double>(wakes);
+        state.counters["no_room"] = static_cast<double>(receiver->Losses().NoRoom);
+        state.counters["by_system"] = static_cast<double>(receiver->Losses().BySystem.value_or(0));
+    }
+}
+
+BENCHMARK(LossFree)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BareLoop)
+    ->Arg(Unpaced)
+    ->Arg(500'000)
+    ->Arg(200'000)
+    ->Arg(50'000)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(Receiver)
+    ->Arg(Unpaced)
+    ->Arg(500'000)
+    ->Arg(200'000)
+    ->Arg(50'000)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tallyhorn

@@ -5,7 +5,6 @@
 
 #include <netinet/in.h>
 #include <sched.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/ProcessorTime.h"
 #include "platform/DatagramReceiver.h"
 #include "platform/linux/FileDescriptor.h"
 #include "tools/DemoFeed.h"
@@ -39,16 +39,6 @@ inline void PinTo(int core) {
         std::fputs("benchmarks of datagrams need two cores\n", stderr);
         std::exit(1);
     }
-}
-
-/// Of the whole process (RUSAGE_SELF) or of the calling thread (RUSAGE_THREAD), the kernel's share included.
-inline double UsedProcessorSeconds(int whose) {
-    rusage usage{};
-    getrusage(whose, &usage);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
 /// Owns a process that sends numbered notifications in the syslog layout, " #00000001" and on at their ends,

@@ -3,14 +3,11 @@
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QMouseEvent>
-#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -21,29 +18,15 @@
 #include <thread>
 #include <vector>
 
-#include "app/Console.h"
-#include "app/QuietParts.h"
-#include "config/MakeProfileFunctions.h"
+#include "bench/ConsoleUnderLoad.h"
+#include "bench/ProcessorTime.h"
 #include "platform/Heap.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
 #include "tools/DemoFeed.h"
-#include "views/forms/MessageListView.h"
 
 namespace tallyhorn {
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
-
-/// Of the whole process (RUSAGE_SELF) or of the calling thread, the kernel's share included.
-double ProcessorSeconds(int whose) {
-    rusage usage{};
-    getrusage(whose, &usage);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 /// A console over a mailslot folder of its own, with a sender in another process.
 class Road {
@@ -59,13 +42,7 @@ public:
         sender_ = fork();
         if (sender_ == 0)
             SendAndExit(count, rate);
-        mailslots_ = MakeMailslotTransport();
-        console_ = std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_,
-                                                              boxes_, signals_, filter_, *datagrams_},
-                                             folder_.Path());
-        console_->Start();
-        for (const MessageListView* const list : Window().findChildren<MessageListView*>())
-            models_.push_back(list->model());
+        console_ = std::make_unique<ConsoleUnderLoad>(folder_, *datagrams_);
     }
 
     frmServer& Window() { return console_->Window(); }
@@ -75,24 +52,11 @@ public:
 
     /// Lets the window work until the status bar counts `count` texts.
     void AwaitRows(int count) {
-        QEventLoop loop;
-        QTimer watch;
-        const auto end = SteadyClock::now() + std::chrono::minutes(2);
-        QObject::connect(&watch, &QTimer::timeout, [&] {
-            if (Rows() >= count || SteadyClock::now() > end)
-                loop.quit();
-        });
-        watch.start(5);
-        loop.exec();
+        ConsoleUnderLoad::WorkUntil([&] { return Rows() >= count; });
         waitpid(sender_, nullptr, 0);
     }
 
-    int Rows() {
-        int rows = 0;
-        for (const QAbstractItemModel* const model : models_)
-            rows += model->rowCount();
-        return rows;
-    }
+    int Rows() const { return console_->Rows(); }
 
 private:
     [[noreturn]] void SendAndExit(int count, int rate) {
@@ -116,16 +80,8 @@ private:
 
     TemporaryFolder folder_;
     std::array<int, 2> start_{};
-    InstanceLock instance_{"bench", folder_ / "locks"};
-    std::unique_ptr<MailslotTransport> mailslots_;
     std::unique_ptr<DatagramSockets> datagrams_ = MakeDatagramSockets();
-    std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
-    SystemClock clock_;
-    FakeMessageBoxes boxes_;
-    QuietSignals signals_;
-    NoViewFilter filter_;
-    std::unique_ptr<Console> console_;
-    std::vector<const QAbstractItemModel*> models_;
+    std::unique_ptr<ConsoleUnderLoad> console_;
     pid_t sender_ = 0;
 };
 
@@ -134,12 +90,12 @@ void MailslotToRow(benchmark::State& state) {
     for (auto _ : state) {
         Road road(Texts, 0);
         road.Window().resize(1280, 800);
-        const double before = ProcessorSeconds(RUSAGE_SELF);
-        const double beforeHere = ProcessorSeconds(RUSAGE_THREAD);
+        const double before = UsedProcessorSeconds(RUSAGE_SELF);
+        const double beforeHere = UsedProcessorSeconds(RUSAGE_THREAD);
         road.Send();
         road.AwaitRows(Texts);
-        const double time = ProcessorSeconds(RUSAGE_SELF) - before;
-        const double timeHere = ProcessorSeconds(RUSAGE_THREAD) - beforeHere;
+        const double time = UsedProcessorSeconds(RUSAGE_SELF) - before;
+        const double timeHere = UsedProcessorSeconds(RUSAGE_THREAD) - beforeHere;
         state.SetIterationTime(time / Texts);
         state.counters["window_us"] = timeHere / Texts * 1e6;
         state.counters["receiving_us"] = (time - timeHere) / Texts * 1e6;

@@ -64,8 +64,8 @@ void SyslogEndpoint::Drain() {
     if (receiver_ == nullptr)
         return;
     receiver_->Stop();
-    while (DataArrival() == Waiting::More)
-        ;
+    while (DataArrival() == Waiting::More) {
+    }
     lostBefore_ = Sum(lostBefore_, receiver_->Losses());
     receiver_.reset();
 }
@@ -74,7 +74,7 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     if (receiver_ == nullptr || !receiver_->HasWaiting())
         return Waiting::Nothing;
     if (busy_ || parts_.Received.SyslogDeleteInProgress)
-        return Waiting::HeldBack;
+        return Waiting::Later;
     if (parts_.ProcessingPaused) {
         while (const std::optional<std::string_view> datagram = receiver_->Next())
             queue_.Add(*datagram);
@@ -85,21 +85,25 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     if (!parts_.Display.IsVisible())
         parts_.Signals.StartFlash();
     HandleQueue();
-    HandleForASlice();
+    const bool all = HandleForASlice();
     FinishBatch();
-    return receiver_->HasWaiting() ? Waiting::More : Waiting::Nothing;
+    if (!all)
+        return Waiting::More;
+    return receiver_->HasWaiting() ? Waiting::Later : Waiting::Nothing;
 }
 
-void SyslogEndpoint::HandleForASlice() {
+/// True where nothing was left at the end.
+bool SyslogEndpoint::HandleForASlice() {
     const Clock::TimePoint end = parts_.Time.Now() + SliceLength;
     do {
         for (int i = 0; i < DatagramsPerLook; ++i) {
             const std::optional<std::string_view> datagram = receiver_->Next();
             if (!datagram)
-                return;
+                return true;
             ProcessSyslogMessage(*datagram);
         }
     } while (parts_.Time.Now() < end);
+    return false;
 }
 
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {

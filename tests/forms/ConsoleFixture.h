@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -48,6 +49,11 @@ protected:
             "\r\nCategory: None\r\nEventID: 7\r\nAccount: N/A\r\nComputer: pc\r\nDescription: text" + '\0');
     }
     void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
+    /// What came is shown at once or very soon: waits until it is.
+    void AwaitShown() {
+        const QList<QTimer*> pacers = console_->Window().findChildren<QTimer*>(QStringLiteral("pacer"));
+        QTRY_VERIFY(std::none_of(pacers.begin(), pacers.end(), [](const QTimer* pacer) { return pacer->isActive(); }));
+    }
     template <typename Control>
     Control* Find(const char* name) {
         auto* const control = console_->Window().findChild<Control*>(QString::fromLatin1(name));

@@ -34,6 +34,7 @@ protected:
     void Handle() {
         QTRY_VERIFY(datagrams_.Bound[Port].Waiting.empty());
         QTRY_VERIFY(!Find<QTimer>("timArrival")->isActive());
+        AwaitShown();
     }
     ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
     QModelIndex Node(const std::vector<int>& way) {

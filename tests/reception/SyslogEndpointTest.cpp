@@ -77,10 +77,10 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
     events_.Event = [&] {
         busyMeanwhile = paused_;
         Arrive(Datagram("late"));
-        EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::HeldBack);
+        EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Later);
         events_.Event = nullptr;
     };
-    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::More) << "one came while events ran";
+    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Later) << "one came while events ran";
     EXPECT_TRUE(busyMeanwhile);
     EXPECT_FALSE(paused_);
     EXPECT_EQ(display_.Panels[StatusPanel::SyslogCount], "3 Syslog Message(s)");
@@ -141,7 +141,7 @@ TEST_F(SyslogEndpointTest, ADeleteHoldsBothChannelsBackAndLosesNothing) {
     mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
     received_.SyslogDeleteInProgress = true;
     Arrive(Datagram("one"));
-    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::HeldBack);
+    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Later);
     cycle_.TimCheckTick();
     EXPECT_EQ(Kept(), 0);
     EXPECT_EQ(mailslots_.Slots["syslog"].Waiting.size(), 1U);

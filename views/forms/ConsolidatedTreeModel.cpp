@@ -2,7 +2,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QIcon>
 #include <vector>
 
 #include "views/forms/AnsiString.h"
@@ -24,7 +23,7 @@ QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList&
 }  // namespace
 
 ConsolidatedTreeModel::ConsolidatedTreeModel(ConsolidatedTree& tree, QObject* parent)
-    : QAbstractItemModel(parent), tree_(tree) {
+    : QAbstractItemModel(parent), tree_(tree), icons_(EventIcons()), alarmIcon_(AlarmIcon()) {
     announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.LeafCount()};
     tree_.SetObserver(this);
 }
@@ -142,7 +141,7 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
         case Qt::DecorationRole:
-            return picture ? EventIcon(*picture) : AlarmIcon();
+            return picture ? icons_.at(static_cast<std::size_t>(*picture)) : alarmIcon_;
         case Qt::AccessibleTextRole:
             return (picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") +
                    ToVisibleLine(tree_.Text(node).substr(0, LongestShown));

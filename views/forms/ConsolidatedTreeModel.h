@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <QIcon>
+#include <array>
 #include <cstddef>
 #include <unordered_map>
 
@@ -50,6 +52,8 @@ private:
     void MovePersistentIndexes();
 
     ConsolidatedTree& tree_;
+    std::array<QIcon, EventPictureCount> icons_;
+    QIcon alarmIcon_;
     std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group; the root always
 };
 

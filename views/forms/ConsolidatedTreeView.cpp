@@ -24,7 +24,7 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
 }
 
 /// The line at the top stays there, whatever came above it.
-void ConsolidatedTreeView::TakeInNodes() {
+void ConsolidatedTreeView::TakeInNow() {
     const QPersistentModelIndex top =
         verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
     if (model_.TakeInNodes() && top.isValid() && isVisible())
@@ -101,14 +101,15 @@ void ConsolidatedTreeView::showEvent(QShowEvent* event) {
     TakeInNodes();
 }
 
+/// What the user points at is what is there.
 void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
-    TakeInNodes();
+    takeIn_.Flush();
     emit Touched();
     QTreeView::mousePressEvent(event);
 }
 
 void ConsolidatedTreeView::keyPressEvent(QKeyEvent* event) {
-    TakeInNodes();
+    takeIn_.Flush();
     emit Touched();
     if (event->key() == Qt::Key_Delete)
         emit DeleteRequested();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "views/forms/ConsolidatedTreeModel.h"
+#include "views/forms/Pacer.h"
 
 namespace tallyhorn {
 
@@ -16,8 +17,8 @@ class ConsolidatedTreeView final : public QTreeView {
 public:
     explicit ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* parent = nullptr);
 
-    /// Shows what came since the last time.
-    void TakeInNodes();
+    /// Shows what came since the last time, at once or very soon.
+    void TakeInNodes() { takeIn_.Request(); }
 
     void reset() override;
 
@@ -40,12 +41,14 @@ private:
         int Row = 0;
     };
 
+    void TakeInNow();
     void RememberState();
     void RestoreCurrent();
     void RememberOpenGroups(const QModelIndex& parent);
 
     ConsolidatedTree& tree_;
     ConsolidatedTreeModel model_;
+    Pacer takeIn_{this, [this] { TakeInNow(); }};
     std::vector<TreeNode> openBeforeReset_;
     std::vector<Step> wayBeforeReset_;
     int topBeforeReset_ = 0;

@@ -55,14 +55,15 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     for (QWidget* widget : {header_->viewport(), static_cast<QWidget*>(verticalScrollBar()),
                             static_cast<QWidget*>(horizontalScrollBar())})
         widget->installEventFilter(this);
-    for (std::size_t i = 0; i < icons_.size(); ++i)
-        icons_[i] = EventIcon(static_cast<EventPicture>(i));
     updateGeometries();
 }
 
 void MessageListView::TakeInRows() {
-    if (!model_.TakeInRows())
-        return;
+    if (model_.TakeInRows())
+        showNew_.Request();
+}
+
+void MessageListView::ShowNewRows() {
     updateGeometries();
     viewport()->update();
     if (IsHeld())

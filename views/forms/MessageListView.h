@@ -12,6 +12,8 @@
 #include "records/SeededHash.h"
 #include "views/MessageList.h"
 #include "views/forms/MessageListModel.h"
+#include "views/forms/Pacer.h"
+#include "views/forms/Pictures.h"
 
 class QHeaderView;
 
@@ -26,8 +28,8 @@ class MessageListView final : public QAbstractItemView {
 public:
     explicit MessageListView(MessageList& list, QWidget* parent = nullptr);
 
-    /// Takes in the rows that came and scrolls the newest into view, unless the user is holding on to the
-    /// list.
+    /// Takes in the rows that came and, at once or very soon, scrolls the newest into view, unless the user is
+    /// holding on to the list.
     void TakeInRows();
 
     /// In pixels, of the sized columns.
@@ -95,6 +97,7 @@ private:
     const QStaticText& CellText(int column, int width, std::string text);
     void ForgetCellTexts();
 
+    void ShowNewRows();
     void MoveTo(int row, Qt::KeyboardModifiers modifiers);
     void SelectOnly(int first, int last);
     void ExtendTo(int row, bool keepOthers);
@@ -104,9 +107,10 @@ private:
     void SortBy(int column);
 
     MessageListModel model_;
+    Pacer showNew_{this, [this] { ShowNewRows(); }};
     QHeaderView* header_;
     std::array<CellTexts, MessageColumnCount> cellTexts_;
-    std::array<QIcon, EventPictureCount> icons_;
+    std::array<QIcon, EventPictureCount> icons_ = EventIcons();
     std::optional<Slot> anchor_;  ///< where the range of the Shift key begins
     int rowBeforeReset_ = -1;
     Slot slotBeforeReset_ = -1;

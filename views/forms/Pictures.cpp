@@ -5,6 +5,8 @@
 #include <QPainterPath>
 #include <QPixmap>
 #include <array>
+#include <map>
+#include <utility>
 
 namespace tallyhorn {
 namespace {
@@ -19,21 +21,16 @@ const QColor Grey(0x7A, 0x82, 0x90);
 
 using Drawing = void (*)(QPainter&);
 
-/// Paints a drawing made for the grid at any size, faded where its control is disabled.
+/// Paints a drawing made for the grid at any size, faded where its control is disabled.  Curves cost more than
+/// all else in a row of a list, so what was drawn once is kept for each size.
 class DrawnIcon final : public QIconEngine {
 public:
     explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
         const int side = qMin(rect.width(), rect.height());
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.x() + (rect.width() - side) / 2.0, rect.y() + (rect.height() - side) / 2.0);
-        painter->scale(side / Grid, side / Grid);
-        if (mode == QIcon::Disabled)
-            painter->setOpacity(0.35);
-        drawing_(*painter);
-        painter->restore();
+        const QPoint corner(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
+        painter->drawPixmap(corner, Drawn(side, painter->device()->devicePixelRatioF(), mode));
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
@@ -47,7 +44,27 @@ public:
     QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
 
 private:
-    Drawing drawing_;
+    /// Of `side` device-independent pixels on a screen with `ratio` dots to each of them.
+    const QPixmap& Drawn(int side, qreal ratio, QIcon::Mode mode) {
+        const bool faded = mode == QIcon::Disabled;
+        QPixmap& pixmap = drawn_[{qRound(side * ratio), faded}];
+        if (!pixmap.isNull() && pixmap.devicePixelRatioF() == ratio)
+            return pixmap;
+        pixmap = QPixmap(qRound(side * ratio), qRound(side * ratio));
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(side * ratio / Grid, side * ratio / Grid);
+        if (faded)
+            painter.setOpacity(0.35);
+        drawing_(painter);
+        painter.end();
+        pixmap.setDevicePixelRatio(ratio);
+        return pixmap;
+    }
+
+    const Drawing drawing_;
+    std::map<std::pair<int, bool>, QPixmap> drawn_;
 };
 
 QIcon MakeIcon(Drawing drawing) {
@@ -189,6 +206,13 @@ QIcon EventIcon(EventPicture picture) {
     constexpr std::array<Drawing, EventPictureCount> Drawings = {
         DrawInformation, DrawWarning, DrawError, DrawFailureAudit, DrawSuccessAudit, DrawQuestionMark};
     return MakeIcon(Drawings.at(static_cast<std::size_t>(picture)));
+}
+
+std::array<QIcon, EventPictureCount> EventIcons() {
+    std::array<QIcon, EventPictureCount> icons;
+    for (std::size_t i = 0; i < icons.size(); ++i)
+        icons.at(i) = EventIcon(static_cast<EventPicture>(i));
+    return icons;
 }
 
 QString SpokenType(EventPicture picture) {

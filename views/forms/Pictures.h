@@ -2,6 +2,7 @@
 
 #include <QIcon>
 #include <QString>
+#include <array>
 
 #include "records/EventTypes.h"
 
@@ -13,6 +14,8 @@ enum class CommandPicture { Delete, Clear, Pause, Resume };
 /// Icons drawn from shapes at whatever size is asked for, so that they are sharp at every scaling.  Each
 /// event type has a shape of its own besides its colour.
 QIcon EventIcon(EventPicture picture);
+/// All of them by number; whoever paints many keeps them, since what was drawn is kept in the icon.
+std::array<QIcon, EventPictureCount> EventIcons();
 /// The type's word, for those who do not see the picture.
 QString SpokenType(EventPicture picture);
 /// A bell, beside an alarm of the tree.

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QEventLoop>
+#include <QTimer>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "app/Console.h"
+#include "app/QuietParts.h"
+#include "config/MakeProfileFunctions.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/TemporaryFolder.h"
+#include "views/forms/MessageListView.h"
+
+namespace tallyhorn {
+
+/// A whole console over the machine's own mailslots and ports, with its window shown.
+/// User-interface thread only.
+class ConsoleUnderLoad {
+public:
+    /// `folder` is the console's own and the one of the mailslots.
+    ConsoleUnderLoad(const TemporaryFolder& folder, DatagramSockets& datagrams)
+        : instance_("bench", folder / "locks") {
+        setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
+        std::ofstream(folder / "thlisten.ini") << "[General]\nMessageViews=7\n";
+        mailslots_ = MakeMailslotTransport();
+        console_ = std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_,
+                                                              boxes_, signals_, filter_, datagrams},
+                                             folder.Path());
+        console_->Start();
+        for (const MessageListView* const list : Window().findChildren<MessageListView*>())
+            models_.push_back(list->model());
+    }
+
+    frmServer& Window() { return console_->Window(); }
+
+    /// The rows that all lists show.
+    int Rows() const {
+        int rows = 0;
+        for (const QAbstractItemModel* const model : models_)
+            rows += model->rowCount();
+        return rows;
+    }
+
+    /// Lets the window work until `done`, for two minutes at most.
+    static void WorkUntil(const std::function<bool()>& done) {
+        QEventLoop loop;
+        QTimer watch;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+        QObject::connect(&watch, &QTimer::timeout, [&] {
+            if (done() || std::chrono::steady_clock::now() > end)
+                loop.quit();
+        });
+        watch.start(5);
+        loop.exec();
+    }
+
+    /// Saves and ends.
+    void End() {
+        console_->End();
+        WorkUntil([this] { return console_->HasEnded(); });
+    }
+
+private:
+    InstanceLock instance_;
+    std::unique_ptr<MailslotTransport> mailslots_;
+    std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
+    SystemClock clock_;
+    FakeMessageBoxes boxes_;
+    QuietSignals signals_;
+    NoViewFilter filter_;
+    std::unique_ptr<Console> console_;
+    std::vector<const QAbstractItemModel*> models_;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,228 @@
+// Syslog storms against the whole console with its window, the sender on one core and the console on another.
+// The yardstick is the rate that a bare receiving loop takes without a loss on the same cores in the same
+// run. With a display (DISPLAY, e.g. by xvfb-run) the window is really drawn, else on nothing.
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <QApplication>
+#include <QTabWidget>
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "bench/ConsoleUnderLoad.h"
+#include "bench/DatagramLoad.h"
+#include "platform/Heap.h"
+#include "tests/fakes/FileBytes.h"
+
+namespace tallyhorn {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+double yardstickRate = 0;
+
+/// The system's sockets, with a look at the receiver that the console was given.
+class WatchedSockets final : public DatagramSockets {
+public:
+    std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
+        auto receiver = sockets_->Listen(port, std::move(wake));
+        Receiver = receiver.get();
+        return receiver;
+    }
+    std::unique_ptr<DatagramSender> Open(const std::string& host, std::int32_t port) override {
+        return sockets_->Open(host, port);
+    }
+
+    DatagramReceiver* Receiver = nullptr;
+
+private:
+    std::unique_ptr<DatagramSockets> sockets_ = MakeDatagramSockets();
+};
+
+/// One storm against one console.
+class Storm {
+public:
+    Storm(std::uint64_t count, std::uint64_t rate, int page) : load_(Forked(count, rate)) {
+        PinTo(ReceivingCore);
+        console_.Window().findChild<QTabWidget*>(QStringLiteral("tabMessageTypes"))->setCurrentIndex(page);
+        ConsoleUnderLoad::WorkUntil([] { return true; });
+    }
+
+    void Start() {
+        before_ = UsedProcessorSeconds(RUSAGE_SELF);
+        start_ = SteadyClock::now();
+        load_.Start(Port());
+    }
+    /// Until everything is shown, or what is missing was dropped.
+    void Finish() {
+        ConsoleUnderLoad::WorkUntil([this] { return Received() + Dropped() >= load_.Count(); });
+        seconds_ = Elapsed();
+        used_ = UsedProcessorSeconds(RUSAGE_SELF) - before_;
+        sendingSeconds_ = load_.Wait();
+    }
+    std::uint16_t Port() const { return sockets_.Receiver->Port(); }
+    double Elapsed() const { return std::chrono::duration<double>(SteadyClock::now() - start_).count(); }
+    std::uint64_t Received() const { return static_cast<std::uint64_t>(console_.Rows()); }
+    /// By whomever.
+    std::uint64_t Dropped() const {
+        const DatagramLosses losses = sockets_.Receiver->Losses();
+        return losses.NoRoom + losses.BySystem.value_or(0);
+    }
+    /// Ends the console; gives what it saved.
+    std::string Save() {
+        console_.End();
+        return ReadBytes(folder_ / "Backup.dat");
+    }
+
+    void Report(benchmark::State& state) const {
+        state.SetIterationTime(seconds_);
+        state.counters["sent_per_s"] = static_cast<double>(load_.Count()) / sendingSeconds_;
+        state.counters["to_yardstick"] = static_cast<double>(load_.Count()) / sendingSeconds_ / yardstickRate;
+        state.counters["lost"] = static_cast<double>(load_.Count() - Received());
+        state.counters["cpu_us_each"] = used_ * 1e6 / static_cast<double>(Received());
+        if (Received() + Dropped() != load_.Count())
+            state.SkipWithError("datagrams are missing that nobody counts as dropped");
+    }
+
+private:
+    /// Nothing that an earlier console gave back may be copied for the sender.
+    static DatagramLoad Forked(std::uint64_t count, std::uint64_t rate) {
+        malloc_trim(0);
+        return {count, rate};
+    }
+
+    DatagramLoad load_;
+    TemporaryFolder folder_;
+    WatchedSockets sockets_;
+    ConsoleUnderLoad console_{folder_, sockets_};
+    SteadyClock::time_point start_;
+    double before_ = 0;
+    double seconds_ = 0;
+    double used_ = 0;
+    double sendingSeconds_ = 0;
+};
+
+/// At a share of the yardstick's rate, given in hundredths.
+void AtAShareOfTheYardstick(benchmark::State& state) {
+    for (auto _ : state) {
+        const auto rate =
+            static_cast<std::uint64_t>(yardstickRate * static_cast<double>(state.range(0)) / 100);
+        Storm storm(rate * 3, rate, static_cast<int>(state.range(1)));
+        storm.Start();
+        storm.Finish();
+        storm.Report(state);
+    }
+}
+BENCHMARK(AtAShareOfTheYardstick)
+    ->ArgNames({"percent", "page"})
+    ->Args({20, 1})
+    ->Args({20, 2})
+    ->Args({25, 1})
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+void At50000ASecond(benchmark::State& state) {
+    for (auto _ : state) {
+        Storm storm(250'000, 50'000, static_cast<int>(state.range(0)));
+        storm.Start();
+        storm.Finish();
+        storm.Report(state);
+    }
+}
+BENCHMARK(At50000ASecond)
+    ->ArgName("page")
+    ->Arg(0)
+    ->Arg(1)
+    ->Arg(2)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+/// The user-interface thread does nothing for a second in the middle.
+void AStallOfASecond(benchmark::State& state) {
+    constexpr std::uint64_t Rate = 50'000;
+    for (auto _ : state) {
+        Storm storm(Rate * 4, Rate, 1);
+        storm.Start();
+        ConsoleUnderLoad::WorkUntil([&] { return storm.Elapsed() > 1; });
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        const auto stalled = SteadyClock::now();
+        ConsoleUnderLoad::WorkUntil([&] {
+            // No more behind than an arrival's interval.
+            return static_cast<double>(storm.Received()) > (storm.Elapsed() - 0.1) * Rate;
+        });
+        state.counters["caught_up_s"] = std::chrono::duration<double>(SteadyClock::now() - stalled).count();
+        storm.Finish();
+        storm.Report(state);
+    }
+}
+BENCHMARK(AStallOfASecond)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+
+/// One unpaced burst while the window is busy with the one before it.
+void TwoBurstsOf20000(benchmark::State& state) {
+    for (auto _ : state) {
+        Storm storm(20'000, 0, 1);
+        DatagramLoad second(20'000, 0);
+        storm.Start();
+        ConsoleUnderLoad::WorkUntil([&] { return storm.Received() > 0; });
+        second.Start(storm.Port());
+        ConsoleUnderLoad::WorkUntil([&] { return storm.Received() + storm.Dropped() >= 40'000; });
+        state.SetIterationTime(storm.Elapsed());
+        state.counters["lost"] = 40'000 - static_cast<double>(storm.Received());
+    }
+}
+BENCHMARK(TwoBurstsOf20000)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+
+/// As fast as one sender can: what the system delivered is kept, in order, in the backup too.
+void Unpaced200000(benchmark::State& state) {
+    for (auto _ : state) {
+        Storm storm(200'000, 0, static_cast<int>(state.range(0)));
+        storm.Start();
+        storm.Finish();
+        storm.Report(state);
+        const std::string backup = storm.Save();
+        std::uint64_t last = 0;
+        std::uint64_t saved = 0;
+        for (std::size_t at = backup.find(" #"); at != std::string::npos; at = backup.find(" #", at + 1)) {
+            if (backup.find_first_not_of("0123456789", at + 2) != at + 10)
+                continue;
+            const std::uint64_t number = std::strtoull(backup.c_str() + at + 2, nullptr, 10);
+            if (number <= last)
+                state.SkipWithError("the order is lost");
+            last = number;
+            ++saved;
+        }
+        state.counters["saved"] = static_cast<double>(saved);
+        if (saved != storm.Received())
+            state.SkipWithError("the backup lacks messages");
+    }
+}
+BENCHMARK(Unpaced200000)
+    ->ArgName("page")
+    ->Arg(1)
+    ->Arg(2)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tallyhorn
+
+int main(int argc, char** argv) {
+    tallyhorn::GrowHeapInLargeSteps();  // as the console does
+    tallyhorn::yardstickRate = tallyhorn::LossFreeRate();
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    benchmark::AddCustomContext("yardstick_per_s", std::to_string(tallyhorn::yardstickRate));
+    benchmark::AddCustomContext("screen", QApplication::platformName().toStdString());
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <sys/resource.h>
+
+namespace tallyhorn {
+
+/// Of the whole process (RUSAGE_SELF) or of the calling thread (RUSAGE_THREAD), the kernel's share included.
+inline double UsedProcessorSeconds(int whose) {
+    rusage usage{};
+    getrusage(whose, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+}  // namespace tallyhorn

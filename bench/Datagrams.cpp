@@ -68,6 +68,30 @@ void Receiver(benchmark::State& state) {
     }
 }
 
+/// A reader that is busy on the receiver's own core, and comes to take what waits but once a second: what is
+/// lost then is lost because the pump did not get the core in time.
+void BusyReader(benchmark::State& state) {
+    using Clock = std::chrono::steady_clock;
+    for ([[maybe_unused]] auto _ : state) {
+        LoadResult result{.Sent = CountFor(state.range(0))};
+        DatagramLoad load(result.Sent, static_cast<std::uint64_t>(state.range(0)));
+        PinTo(ReceivingCore);
+        const std::unique_ptr<DatagramReceiver> receiver = MakeDatagramSockets()->Listen(0, [] {});
+        load.Start(receiver->Port());
+        for (std::uint64_t second = 0; second <= Seconds; ++second) {
+            const auto end = Clock::now() + std::chrono::seconds(1);
+            while (Clock::now() < end) {
+            }
+            while (receiver->Next())
+                ++result.Received;
+        }
+        state.SetIterationTime(load.Wait());
+        state.counters["lost"] = result.Lost();
+        state.counters["no_room"] = static_cast<double>(receiver->Losses().NoRoom);
+        state.counters["by_system"] = static_cast<double>(receiver->Losses().BySystem.value_or(0));
+    }
+}
+
 BENCHMARK(LossFree)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(BareLoop)
     ->Arg(Unpaced)
@@ -81,6 +105,12 @@ BENCHMARK(Receiver)
     ->Arg(Unpaced)
     ->Arg(500'000)
     ->Arg(200'000)
+    ->Arg(50'000)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BusyReader)
+    ->Arg(150'000)
     ->Arg(50'000)
     ->UseManualTime()
     ->Iterations(1)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 #include <chrono>
@@ -49,15 +50,13 @@ public:
 
     /// Lets the window work until `done`, for two minutes at most.
     static void WorkUntil(const std::function<bool()>& done) {
-        QEventLoop loop;
         QTimer watch;
-        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
-        QObject::connect(&watch, &QTimer::timeout, [&] {
-            if (done() || std::chrono::steady_clock::now() > end)
-                loop.quit();
-        });
         watch.start(5);
-        loop.exec();
+        const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+        // No loop of its own: the end of a console ends all loops, those that begin later too.
+        do
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (!done() && std::chrono::steady_clock::now() < end);
     }
 
     /// Saves and ends.

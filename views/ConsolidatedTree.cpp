@@ -78,6 +78,13 @@ void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord
         leafless_.insert(slot);
         return;
     }
+    // Most have their groups already, and one look is cheaper than three.
+    const std::uint64_t way = WayKey(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
+    if (const auto known = computerByWay_.find(way); known != computerByWay_.end()) {
+        CountLeaf(known->second);
+        AddLeaf(known->second, slot, alarm);
+        return;
+    }
     GroupId group = 0;
     for (const Label label :
          {row.Texts[AlarmText], static_cast<Label>(*row.Picture), row.Texts[ComputerText]}) {
@@ -90,8 +97,16 @@ void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord
         }
         group = below;
     }
+    computerByWay_.emplace(way, group);
     CountLeaf(group);
     AddLeaf(group, slot, alarm);
+}
+
+/// Texts have numbers far below these, since each stands for one in memory.
+std::uint64_t ConsolidatedTree::WayKey(Label alarm, EventPicture type, Label computer) {
+    constexpr unsigned TextBits = 30;
+    return (static_cast<std::uint64_t>(type) << (2 * TextBits)) | (std::uint64_t{alarm} << TextBits) |
+           computer;
 }
 
 std::uint64_t ConsolidatedTree::LabelKey(GroupId parent, Label name) {
@@ -231,6 +246,8 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
 void ConsolidatedTree::ForgetGroup(GroupId id) {
     Group& group = groups_[id];
     groupByLabel_.erase(LabelKey(group.Parent, group.Name));
+    if (group.Level == TreeLevel::Computer)
+        computerByWay_.erase(WayKey(groups_[groups_[group.Parent].Parent].Name, group.Picture, group.Name));
     if (group.Level != TreeLevel::Alarm)
         keys_[group.Level == TreeLevel::Computer].erase(KeyOf(group));
     order_.Remove(group.Number);
@@ -260,6 +277,7 @@ void ConsolidatedTree::Clear() {
     groups_[0].Alive = true;
     freeGroups_.clear();
     groupByLabel_.clear();
+    computerByWay_.clear();
     for (auto& keys : keys_)
         keys.clear();
     leaves_.Clear();

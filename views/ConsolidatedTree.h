@@ -93,8 +93,8 @@ public:
     std::size_t PositionInCollection(TreeNode node) const;
 
     /// The node's children stand in the order of their texts from now on, as those of alarms and types always
-    /// do.  False where they did so already.  The observer is not told: whoever shows a group's leaves has them
-    /// sorted first.
+    /// do.  False where they did so already.  The observer is not told: whoever shows a group's leaves has
+    /// them sorted first.
     bool SortChildren(TreeNode node);
 
     /// The one that the user has chosen; the root where there is none.
@@ -113,17 +113,17 @@ private:
     enum class CountForm : std::uint8_t { One, Many, AfterRemoval };
 
     struct Group {
-        RowOrder Children;
+        std::uint32_t Count = 0;
         GroupId Parent = 0;
         Label Name = 0;  ///< the text of an alarm or computer, the picture's number of a type
         LivingOrder::Number Number = 0;
         std::uint32_t KeyNumber = 0;
-        std::uint32_t Count = 0;
         TreeLevel Level = TreeLevel::Root;
         EventPicture Picture{};
         CountForm Form = CountForm::One;
         bool SortedLeaves = false;
         bool Alive = false;
+        RowOrder Children;
     };
     /// The computer that a leaf hangs under, 0 where the slot has no leaf.
     struct Leaf {
@@ -133,6 +133,7 @@ private:
     };
 
     static std::uint64_t LabelKey(GroupId parent, Label name);
+    static std::uint64_t WayKey(Label alarm, EventPicture type, Label computer);
     std::size_t Count(GroupId group) const { return groups_[group].Count; }
     const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
     GroupId FindGroup(GroupId parent, Label name) const;
@@ -161,10 +162,11 @@ private:
     ChunkedArray<Group> groups_;  ///< the root is the first
     std::vector<GroupId> freeGroups_;
     std::unordered_map<std::uint64_t, GroupId> groupByLabel_;
-    std::unordered_set<std::uint64_t> keys_[2];  ///< those of types and of computers
-    ChunkedArray<Leaf> leaves_;                  ///< by slot
-    std::unordered_set<Slot> leafless_;          ///< rows that were given no leaf
-    TextPool heads_;                             ///< leaf texts up to their dates
+    std::unordered_map<std::uint64_t, GroupId> computerByWay_;  ///< by all three labels at once
+    std::unordered_set<std::uint64_t> keys_[2];                 ///< those of types and of computers
+    ChunkedArray<Leaf> leaves_;                                 ///< by slot
+    std::unordered_set<Slot> leafless_;                         ///< rows that were given no leaf
+    TextPool heads_;                                            ///< leaf texts up to their dates
     std::string headBuffer_;
     LivingOrder order_;
     TreeNode selected_;

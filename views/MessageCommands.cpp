@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::string_view FilterActiveText = "You cannot delete messages while a filter is active.";
 constexpr std::string_view DeleteQuestion = "Are you sure you want to delete the messages you have selected?";
-constexpr std::string_view DeleteLeafQuestion = "Are you sure you want to delete the message you have selected?";
+constexpr std::string_view DeleteLeafQuestion =
+    "Are you sure you want to delete the message you have selected?";
 constexpr std::string_view DeleteBranchQuestion =
     "Are you sure you want to delete all the messages under the tree branch you selected?";
 constexpr std::string_view ClearNetBiosQuestion =

@@ -64,8 +64,8 @@ public:
     /// alarm that nobody knows is the last that may go unseen.  Lets events run when the slice is over.
     void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
 
-    /// Keeps a syslog notification under the next slot that is free: its text and, if `shown`, its row and its
-    /// leaf.  Afterwards the record is the one that the kept text tells, with the type's display form.
+    /// Keeps a syslog notification under the next slot that is free: its text and, if `shown`, its row and
+    /// its leaf.  Afterwards the record is the one that the kept text tells, with the type's display form.
     void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
 
     /// Writes one channel's count into its status panel.

@@ -52,7 +52,8 @@ protected:
     /// What came is shown at once or very soon: waits until it is.
     void AwaitShown() {
         const QList<QTimer*> pacers = console_->Window().findChildren<QTimer*>(QStringLiteral("pacer"));
-        QTRY_VERIFY(std::none_of(pacers.begin(), pacers.end(), [](const QTimer* pacer) { return pacer->isActive(); }));
+        QTRY_VERIFY(std::none_of(pacers.begin(), pacers.end(),
+                                 [](const QTimer* pacer) { return pacer->isActive(); }));
     }
     template <typename Control>
     Control* Find(const char* name) {

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <memory>
 
 #include "views/forms/MessageListView.h"
@@ -35,6 +36,7 @@ protected:
             list_.Add(next_);
         }
         view_->TakeInRows();
+        QTRY_VERIFY(!view_->findChild<QTimer*>(QStringLiteral("pacer"))->isActive());
     }
     std::vector<Slot> Selected() const { return list_.SelectedSlots(); }
     int Current() const { return view_->currentIndex().row(); }

@@ -94,7 +94,7 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
               "Type Of Event: Warning\r\nCategory: None\r\nEventID: 7\r\nAccount: JOE\r\nComputer: PC\r\n"
               "Description: \r\ntext, with a comma");
     EXPECT_EQ(received_.Syslog.Messages.Text(2).substr(0, 58),
-              "Date: " + FormatGeneralDate(AlarmDate{clock_.Local}) + "\r\nAlarm Name: Test Notificati")
+              "Date: " + FormatGeneralDate(AlarmDate{clock_.Local}) + "\r\nAlarm Name: Test Notification")
         << "dated at its arrival";
 }
 

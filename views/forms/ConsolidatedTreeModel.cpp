@@ -156,7 +156,8 @@ void ConsolidatedTreeModel::AboutToChange() {
 
 /// What was announced stays so, as far as it is still there: a group that is open has its children at once.
 void ConsolidatedTreeModel::Changed() {
-    std::erase_if(announced_, [this](const auto& entry) { return !tree_.Holds(TreeNode::Group(entry.first)); });
+    std::erase_if(announced_,
+                  [this](const auto& entry) { return !tree_.Holds(TreeNode::Group(entry.first)); });
     for (auto& [group, now] : announced_)
         now = {tree_.ChildCount(TreeNode::Group(group)), tree_.Count(TreeNode::Group(group))};
     endResetModel();

@@ -28,8 +28,8 @@ class MessageListView final : public QAbstractItemView {
 public:
     explicit MessageListView(MessageList& list, QWidget* parent = nullptr);
 
-    /// Takes in the rows that came and, at once or very soon, scrolls the newest into view, unless the user is
-    /// holding on to the list.
+    /// Takes in the rows that came and, at once or very soon, scrolls the newest into view, unless the user
+    /// is holding on to the list.
     void TakeInRows();
 
     /// In pixels, of the sized columns.

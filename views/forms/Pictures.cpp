@@ -21,8 +21,8 @@ const QColor Grey(0x7A, 0x82, 0x90);
 
 using Drawing = void (*)(QPainter&);
 
-/// Paints a drawing made for the grid at any size, faded where its control is disabled.  Curves cost more than
-/// all else in a row of a list, so what was drawn once is kept for each size.
+/// Paints a drawing made for the grid at any size, faded where its control is disabled.  Curves cost more
+/// than all else in a row of a list, so what was drawn once is kept for each size.
 class DrawnIcon final : public QIconEngine {
 public:
     explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}

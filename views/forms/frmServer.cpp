@@ -31,8 +31,11 @@ constexpr Twips BelowTabs = 60;    ///< between the tabs and the first frame
 constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
-/// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.
+/// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.  In
+/// a storm nobody reads every line, and showing them takes as long as all else.
 constexpr int ArrivalInterval = 40;
+constexpr int StormInterval = 100;
+constexpr std::uint64_t StormSize = 1000;  ///< datagrams handled at a time
 
 constexpr std::array<const char*, MessagePageCount> PageCaptions = {
     "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
@@ -238,17 +241,19 @@ void frmServer::RunPendingEvents() {
 void frmServer::HandleDatagrams() {
     if (timArrival->isActive())
         return;
-    const qint64 since = sinceArrival_.isValid() ? sinceArrival_.elapsed() : ArrivalInterval;
-    timArrival->start(static_cast<int>(std::clamp<qint64>(ArrivalInterval - since, 0, ArrivalInterval)));
+    const qint64 since = sinceArrival_.isValid() ? sinceArrival_.elapsed() : arrivalInterval_;
+    timArrival->start(static_cast<int>(std::clamp<qint64>(arrivalInterval_ - since, 0, arrivalInterval_)));
 }
 
 /// By a timer even where more wait already: between one slice and the next all other events have their turn.
 void frmServer::ArrivalTick() {
     auto waiting = SyslogEndpoint::Waiting::Nothing;
+    const std::uint64_t before = syslog_->ReceivedCount();
     RunAsWork([&] { waiting = syslog_->DataArrival(); });
     sinceArrival_.start();
+    arrivalInterval_ = syslog_->ReceivedCount() - before < StormSize ? ArrivalInterval : StormInterval;
     if (waiting != SyslogEndpoint::Waiting::Nothing)
-        timArrival->start(waiting == SyslogEndpoint::Waiting::More ? 0 : ArrivalInterval);
+        timArrival->start(waiting == SyslogEndpoint::Waiting::More ? 0 : arrivalInterval_);
 }
 
 /// A command given inside other work would run on state that is half way from one thing to the next, and

@@ -125,6 +125,8 @@ private:
     ColumnWidthArray columnWidths_{};
     std::vector<Command> waitingCommands_;
     QWidget* focusBeforeHiding_ = nullptr;
+    QElapsedTimer sinceArrival_;
+    int arrivalInterval_ = 0;  ///< in milliseconds
     int workDepth_ = 0;  ///< how many pieces of work are under way, one inside the other
 
     QTabWidget* tabMessageTypes = nullptr;
@@ -142,7 +144,6 @@ private:
     QAction* tbrPause = nullptr;
     QTimer* timCheck = nullptr;
     QTimer* timArrival = nullptr;
-    QElapsedTimer sinceArrival_;
     QTimer* tmrResumeProcessing = nullptr;
 };
 

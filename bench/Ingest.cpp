@@ -222,7 +222,7 @@ BENCHMARK(Unpaced200000)
 
 int main(int argc, char** argv) {
     tallyhorn::GrowHeapInLargeSteps();  // as the console does
-    tallyhorn::yardstickRate = std::getenv("NOYARD") ? 3e5 : tallyhorn::LossFreeRate();
+    tallyhorn::yardstickRate = tallyhorn::LossFreeRate();
     if (qEnvironmentVariableIsEmpty("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);

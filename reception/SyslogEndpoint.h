@@ -26,8 +26,8 @@ public:
     /// Listens no more and handles what has come, what a pause holds back too.
     void Close();
 
-    /// What is left: nothing, more than one slice could handle, or what will be handled later, because it came
-    /// meanwhile or is held back.
+    /// What is left: nothing, more than one slice could handle, or what will be handled later, because it
+    /// came meanwhile or is held back.
     enum class Waiting { Nothing, More, Later };
     /// Handles what has come, for about 10 ms; queues it during a pause; leaves it where it is while messages
     /// are being taken away or another arrival is at work.

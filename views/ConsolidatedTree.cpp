@@ -164,7 +164,10 @@ void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& a
     leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
     leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
     Group& group = groups_[computer];
-    group.Children.Insert(LeafEntry(slot, group.SortedLeaves), RuleBelow(group));
+    if (group.SortedLeaves)
+        group.Children.Insert(LeafEntry(slot, true), RuleBelow(group));
+    else
+        group.Children.Append(LeafEntry(slot, false));
 }
 
 TextId ConsolidatedTree::AddHead(const AlarmRecord& alarm) {

@@ -60,7 +60,10 @@ std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::s
 }
 
 void MessageList::Add(Slot slot) {
-    order_.Insert(MakeEntry(slot), Rule());
+    if (sortColumn_)
+        order_.Insert(MakeEntry(slot), Rule());
+    else
+        order_.Append(MakeEntry(slot));
     newest_ = slot;
 }
 

@@ -31,24 +31,30 @@ const RowEntry& RowOrder::At(std::size_t position) const {
     return blocks_[place.Block].Entries[place.Offset];
 }
 
-void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
+/// Full blocks stay full, and a new one begins.
+void RowOrder::Append(const RowEntry& entry) {
+    if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
+        // The first block grows as it needs to: most of a tree's orders never hold more than a few.
+        const bool first = blocks_.empty();
+        blocks_.emplace_back();
+        if (!first)
+            blocks_.back().Entries.reserve(BlockRoom);
+        starts_.clear();
+    }
+    blocks_.back().Entries.push_back(entry);
+    blocks_.back().Selected += entry.Selected;
     ++size_;
     selectedCount_ += entry.Selected;
-    const bool last = blocks_.empty() || rule.Compare(entry, blocks_.back().Entries.back()) >= 0;
-    if (last) {
-        // Rows mostly come in order: full blocks stay full, and a new one begins.
-        if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
-            // The first block grows as it needs to: most of a tree's orders never hold more than a few.
-            const bool first = blocks_.empty();
-            blocks_.emplace_back();
-            if (!first)
-                blocks_.back().Entries.reserve(BlockRoom);
-            starts_.clear();
-        }
-        blocks_.back().Entries.push_back(entry);
-        blocks_.back().Selected += entry.Selected;
+}
+
+void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
+    // Rows mostly come in order.
+    if (blocks_.empty() || rule.Compare(entry, blocks_.back().Entries.back()) >= 0) {
+        Append(entry);
         return;
     }
+    ++size_;
+    selectedCount_ += entry.Selected;
     const Place place = Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; });
     Block& block = blocks_[place.Block];
     block.Entries.insert(block.Entries.begin() + static_cast<std::ptrdiff_t>(place.Offset), entry);

@@ -40,6 +40,8 @@ public:
     /// Tells entries that compare equal apart: grows from one that came to the next, given its Slot.
     using Arrivals = std::function<std::uint64_t(std::uint32_t slot)>;
 
+    /// Puts the entry behind all others, where it belongs there.
+    void Append(const RowEntry& entry);
     /// Puts the entry behind all that it does not belong before.
     void Insert(const RowEntry& entry, const Rule& rule);
     /// Takes `entries`, which are in order, instead of what was there.

@@ -14,6 +14,7 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
     setVerticalScrollMode(ScrollPerItem);
+    setAutoFillBackground(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
     // Before the base class hears of a reset and forgets.

@@ -40,6 +40,8 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerItem);
+    // Else what lies behind the scroll bars is painted anew with them, frame and page.
+    setAutoFillBackground(true);
     setHorizontalScrollMode(ScrollPerPixel);
     header_->setModel(&model_);
     header_->setSectionsClickable(true);

@@ -34,7 +34,7 @@ constexpr int ResumeInterval = 1000;
 /// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.  In
 /// a storm nobody reads every line, and showing them takes as long as all else.
 constexpr int ArrivalInterval = 40;
-constexpr int StormInterval = 100;
+constexpr int StormInterval = 80;
 constexpr std::uint64_t StormSize = 1000;  ///< datagrams handled at a time
 
 constexpr std::array<const char*, MessagePageCount> PageCaptions = {
@@ -170,6 +170,7 @@ void frmServer::BuildStatusBar() {
         panel->setObjectName(QStringLiteral("stbMain%1").arg(i + 1));
         panel->setTextFormat(Qt::PlainText);
         panel->setContentsMargins(6, 0, 6, 0);
+        panel->setAutoFillBackground(true);
         statusBar()->addWidget(panel, Stretches.at(i));
         stbMain.at(i) = panel;
     }

@@ -127,7 +127,7 @@ private:
     QWidget* focusBeforeHiding_ = nullptr;
     QElapsedTimer sinceArrival_;
     int arrivalInterval_ = 0;  ///< in milliseconds
-    int workDepth_ = 0;  ///< how many pieces of work are under way, one inside the other
+    int workDepth_ = 0;        ///< how many pieces of work are under way, one inside the other
 
     QTabWidget* tabMessageTypes = nullptr;
     std::array<QGroupBox*, EventListCount> fraNetBiosTypes{};

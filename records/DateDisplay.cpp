@@ -91,6 +91,24 @@ std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::strin
     return ReplaceAll(text, written, separator);
 }
 
+std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
+    const CivilDateTime parts = SplitAlarmDate(date);
+    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
+    const int hourRank = hour >= 10 ? hour - 10 : hour + 2;
+    std::uint64_t order = 0;
+    const auto append = [&order](int number, unsigned limit) {
+        order = order * limit + static_cast<unsigned>(number);
+    };
+    append(dayFirst ? parts.Day : parts.Month, 100);
+    append(dayFirst ? parts.Month : parts.Day, 100);
+    append(parts.Year, 10000);
+    append(hourRank, 12);
+    append(parts.Minute, 60);
+    append(parts.Second, 60);
+    append(parts.Hour < 12 ? 0 : 1, 2);
+    return order;
+}
+
 double AlarmSortKey(AlarmDate date) {
     // Both parts are exact in a double for every year that a date can have, so one division serves.
     return static_cast<double>(date.Seconds) / 60.0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,10 @@ std::string DateSeparator(std::string_view setting);
 /// stand for parts and everything else for itself.  Whatever the third character of the result is (the second
 /// where that is a digit) then counts as the separator and becomes `separator` wherever it stands.
 std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator);
+
+/// Orders dates as the texts of FormatAlarmDate for the two usual patterns order: by the first number, the
+/// second, the year, then the hour of twelve as a text, with "10:" to "12:" before "1:".
+std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst);
 
 /// Minutes since 1970-01-01 00:00, seconds as their fraction.
 double AlarmSortKey(AlarmDate date);

@@ -25,26 +25,25 @@ constexpr std::array<EventType, 5> EventTypeTable = {{
 
 constexpr std::string_view EmptyTypeKey = "questionmark";
 
-const EventType* FindType(std::string_view key) {
-    const auto* const found = std::find_if(EventTypeTable.begin(), EventTypeTable.end(),
-                                           [key](const EventType& type) { return type.Key == key; });
+template <typename Condition>
+const EventType* FindBy(Condition condition) {
+    const auto* const found = std::find_if(EventTypeTable.begin(), EventTypeTable.end(), condition);
     return found == EventTypeTable.end() ? nullptr : found;
 }
 
+const EventType* FindType(std::string_view key) {
+    return FindBy([key](const EventType& type) { return type.Key == key; });
+}
+
 const EventType* FindTypeNoCase(std::string_view type) {
-    const auto* const found =
-        std::find_if(EventTypeTable.begin(), EventTypeTable.end(), [type](const EventType& known) {
-            return known.Key.size() == type.size() && CompareNoCase(known.Key, type) == 0;
-        });
-    return found == EventTypeTable.end() ? nullptr : found;
+    return FindBy([type](const EventType& known) {
+        return known.Key.size() == type.size() && CompareNoCase(known.Key, type) == 0;
+    });
 }
 
 /// A type as the console itself writes it, which nearly every notification has: found without a copy of it.
 const EventType* FindWrittenType(std::string_view type) {
-    const auto* const found = std::find_if(
-        EventTypeTable.begin(), EventTypeTable.end(),
-        [type](const EventType& known) { return known.DisplayName == type || known.Key == type; });
-    return found == EventTypeTable.end() ? nullptr : found;
+    return FindBy([type](const EventType& known) { return known.DisplayName == type || known.Key == type; });
 }
 
 std::string WithoutBlanks(std::string_view type) {
@@ -67,6 +66,18 @@ void ShowEventType(std::string& type) {
 
 std::int16_t EventTypeListIndex(std::string_view type) {
     return ListForIconKey(WithoutBlanks(type));
+}
+
+std::string_view EventTypeKey(EventPicture picture) {
+    const EventType* const known =
+        FindBy([picture](const EventType& type) { return type.Picture == picture; });
+    return known != nullptr ? known->Key : EmptyTypeKey;
+}
+
+std::string_view EventTypeName(EventPicture picture) {
+    const EventType* const known =
+        FindBy([picture](const EventType& type) { return type.Picture == picture; });
+    return known != nullptr ? known->DisplayName : EmptyTypeKey;
 }
 
 std::int16_t ListForIconKey(std::string_view key) {

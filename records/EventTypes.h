@@ -37,6 +37,10 @@ std::int16_t EventTypeListIndex(std::string_view type);
 /// The type in lower case without blanks, "questionmark" for an empty one.
 std::string EventTypeIconKey(std::string_view type);
 
+/// "failureaudit" and "Failure Audit" for the picture of that type; "questionmark" for the one of no type.
+std::string_view EventTypeKey(EventPicture picture);
+std::string_view EventTypeName(EventPicture picture);
+
 /// The list that shows the type under an icon key, the same as for the type itself.
 std::int16_t ListForIconKey(std::string_view key);
 /// The picture under an icon key; nothing for a key that the image list lacks.

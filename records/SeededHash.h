@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// A hash of texts with a secret of the process in it, so that nobody who sends notifications can choose
-/// texts that all fall into one bucket.  Safe in any thread.
+/// A hash of texts and numbers with a secret of the process in it, so that nobody who sends notifications can
+/// choose texts that all fall into one bucket.  Safe in any thread.
 class SeededHash {
 public:
     std::size_t operator()(std::string_view text) const {
@@ -19,6 +19,8 @@ public:
         }
         return static_cast<std::size_t>(Mix(hash, Load(text.data(), text.size())));
     }
+
+    std::size_t operator()(std::uint64_t number) const { return static_cast<std::size_t>(Mix(Seed, number)); }
 
 private:
     static std::uint64_t Load(const char* bytes, std::size_t size) {

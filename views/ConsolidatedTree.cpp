@@ -6,6 +6,8 @@
 #include <iterator>
 
 #include "records/AnsiText.h"
+#include "records/DateDisplay.h"
+#include "records/EventTypes.h"
 
 namespace tallyhorn {
 namespace {
@@ -14,37 +16,8 @@ constexpr std::size_t AlarmText = 0;
 constexpr std::size_t LogTypeText = 1;
 constexpr std::size_t ComputerText = 3;
 
-struct TypeName {
-    std::string_view Key;
-    std::string_view Text;
-    std::uint64_t Rank;  ///< among the texts
-};
-/// By the number of their picture.
-constexpr std::array<TypeName, 5> TypeNames = {{{"information", "Information", 2},
-                                                {"warning", "Warning", 4},
-                                                {"error", "Error", 0},
-                                                {"failureaudit", "Failure Audit", 1},
-                                                {"successaudit", "Success Audit", 3}}};
-
-/// Orders dates as the texts that leaves show for them do: by the first number, the second one and so on,
-/// with "10:" to "12:" before "1:".
-std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
-    const CivilDateTime parts = SplitAlarmDate(date);
-    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
-    const int hourRank = hour >= 10 ? hour - 10 : hour + 2;
-    std::uint64_t order = 0;
-    const auto append = [&order](int number, unsigned limit) {
-        order = order * limit + static_cast<unsigned>(number);
-    };
-    append(dayFirst ? parts.Day : parts.Month, 100);
-    append(dayFirst ? parts.Month : parts.Day, 100);
-    append(parts.Year, 10000);
-    append(hourRank, 12);
-    append(parts.Minute, 60);
-    append(parts.Second, 60);
-    append(parts.Hour < 12 ? 0 : 1, 2);
-    return order;
-}
+/// The places of the types among their names, by the number of their picture.
+constexpr std::array<std::uint64_t, 5> TypeRanks = {2, 4, 0, 1, 3};
 
 std::string FourDigits(std::uint32_t number) {
     std::array<char, 16> text{};
@@ -74,32 +47,33 @@ ConsolidatedTree::ConsolidatedTree(const MessageRows& rows) : rows_(rows) {
 
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
     const MessageRow& row = rows_[slot];
-    if (!row.Picture || *row.Picture == EventPicture::QuestionMark) {
+    const bool hasType = row.Picture && *row.Picture != EventPicture::QuestionMark;
+    const GroupId computer = hasType ? FindOrAddComputer(row) : 0;
+    if (computer == 0)
         leafless_.insert(slot);
-        return;
-    }
-    // Most have their groups already, and one look is cheaper than three.
+    else
+        AddLeaf(computer, slot, alarm);
+}
+
+/// 0 where a group that would have to be made has a key that is taken.
+ConsolidatedTree::GroupId ConsolidatedTree::FindOrAddComputer(const MessageRow& row) {
+    const Label type = static_cast<Label>(*row.Picture);
     const std::uint64_t way = WayKey(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
-    if (const auto known = computerByWay_.find(way); known != computerByWay_.end()) {
-        CountLeaf(known->second);
-        AddLeaf(known->second, slot, alarm);
-        return;
-    }
+    // Most have their groups already, and one look is cheaper than three.
+    if (const auto known = computerByWay_.find(way); known != computerByWay_.end())
+        return known->second;
     GroupId group = 0;
-    for (const Label label :
-         {row.Texts[AlarmText], static_cast<Label>(*row.Picture), row.Texts[ComputerText]}) {
+    for (const Label label : {row.Texts[AlarmText], type, row.Texts[ComputerText]}) {
         const GroupId found = FindGroup(group, label);
         const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
         if (below == 0) {
-            leafless_.insert(slot);
             RemoveEmptyGroups({group});
-            return;
+            return 0;
         }
         group = below;
     }
     computerByWay_.emplace(way, group);
-    CountLeaf(group);
-    AddLeaf(group, slot, alarm);
+    return group;
 }
 
 /// Texts have numbers far below these, since each stands for one in memory.
@@ -128,7 +102,7 @@ ConsolidatedTree::GroupId ConsolidatedTree::AddGroup(GroupId parent, Label name,
     group.Alive = true;
     if (group.Level != TreeLevel::Alarm) {
         group.KeyNumber = static_cast<std::uint32_t>(order_.PositionOf(groups_[parent].Number));
-        if (!keys_[group.Level == TreeLevel::Computer].insert(KeyOf(group)).second)
+        if (!KeysOf(group.Level).insert(KeyOf(group)).second)
             return 0;
     }
     group.Number = order_.Add();
@@ -147,20 +121,28 @@ ConsolidatedTree::GroupId ConsolidatedTree::AddGroup(GroupId parent, Label name,
     return id;
 }
 
-std::uint64_t ConsolidatedTree::KeyOf(const Group& group) const {
+ConsolidatedTree::Keys& ConsolidatedTree::KeysOf(TreeLevel level) {
+    return level == TreeLevel::Type ? typeKeys_ : computerKeys_;
+}
+
+std::uint64_t ConsolidatedTree::KeyOf(const Group& group) {
     return LabelKey(group.KeyNumber, group.Name);
 }
 
-void ConsolidatedTree::CountLeaf(GroupId computer) {
-    for (GroupId group = computer;; group = groups_[group].Parent) {
-        ++groups_[group].Count;
-        groups_[group].Form = groups_[group].Count == 1 ? CountForm::One : CountForm::Many;
+template <typename Change>
+void ConsolidatedTree::ForEachUpwards(GroupId group, Change change) {
+    for (;; group = groups_[group].Parent) {
+        change(groups_[group]);
         if (group == 0)
             return;
     }
 }
 
 void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm) {
+    ForEachUpwards(computer, [](Group& group) {
+        ++group.Count;
+        group.Form = group.Count == 1 ? CountForm::One : CountForm::Many;
+    });
     leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
     leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
     Group& group = groups_[computer];
@@ -185,22 +167,18 @@ TextId ConsolidatedTree::AddHead(const AlarmRecord& alarm) {
 
 void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
     const Change change(observer_);
-    // First all are marked, so that each group's children are gone through once.
-    std::vector<GroupId> computers;
+    std::vector<ChildPlace> places;
     for (const Slot slot : slots) {
-        if (!HasLeaf(slot)) {
+        if (HasLeaf(slot))
+            places.push_back({LeafOf(TreeNode::Leaf(slot)).Computer, PositionOf(TreeNode::Leaf(slot))});
+        else
             leafless_.erase(slot);
-            continue;
-        }
-        const TreeNode leaf = TreeNode::Leaf(slot);
-        Group& computer = groups_[LeafOf(leaf).Computer];
-        if (computer.Children.SelectedCount() == 0)
-            computers.push_back(LeafOf(leaf).Computer);
-        const std::size_t position = PositionOf(leaf);
-        computer.Children.Select(position, position, true);
     }
-    for (const GroupId computer : computers)
-        TakeMarkedLeaves(computer);
+    std::vector<GroupId> computers;
+    TakeChildren(std::move(places), [&](GroupId computer, const std::vector<Slot>& gone) {
+        ForgetLeaves(computer, gone);
+        computers.push_back(computer);
+    });
     RemoveEmptyGroups(std::move(computers));
     if (!Holds(selected_))
         selected_ = TreeNode();
@@ -208,41 +186,48 @@ void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
         Renumber();
 }
 
-void ConsolidatedTree::TakeMarkedLeaves(GroupId computer) {
-    const std::vector<Slot> gone = groups_[computer].Children.RemoveSelected();
+/// Goes once through the children of each group concerned, and tells what it has taken from it.
+template <typename Taken>
+void ConsolidatedTree::TakeChildren(std::vector<ChildPlace> places, Taken taken) {
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    std::vector<std::size_t> positions;
+    for (auto place = places.begin(); place != places.end();) {
+        const GroupId parent = place->Parent;
+        positions.clear();
+        for (; place != places.end() && place->Parent == parent; ++place)
+            positions.push_back(place->Position);
+        taken(parent, groups_[parent].Children.RemoveAt(positions));
+    }
+}
+
+void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& gone) {
     for (const Slot slot : gone) {
         Leaf& leaf = leaves_[static_cast<std::size_t>(slot)];
         order_.Remove(leaf.Number);
         heads_.Release(leaf.Head);
         leaf = Leaf();
     }
-    for (GroupId group = computer;; group = groups_[group].Parent) {
-        groups_[group].Count -= static_cast<std::uint32_t>(gone.size());
-        groups_[group].Form = CountForm::AfterRemoval;
-        if (group == 0)
-            return;
-    }
+    ForEachUpwards(computer, [&gone](Group& group) {
+        group.Count -= static_cast<std::uint32_t>(gone.size());
+        group.Form = CountForm::AfterRemoval;
+    });
 }
 
 /// Goes up a level at a time, since a group is empty once all below it are gone.
 void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
     while (!candidates.empty()) {
-        std::vector<GroupId> parents;
+        std::vector<ChildPlace> places;
         for (const GroupId group : candidates) {
-            if (group == 0 || groups_[group].Count > 0)
-                continue;
-            const GroupId parent = groups_[group].Parent;
-            RowOrder& siblings = groups_[parent].Children;
-            if (siblings.SelectedCount() == 0)
-                parents.push_back(parent);
-            const std::size_t position = PositionOf(TreeNode::Group(group));
-            siblings.Select(position, position, true);
+            if (group != 0 && groups_[group].Count == 0)
+                places.push_back({groups_[group].Parent, PositionOf(TreeNode::Group(group))});
         }
-        for (const GroupId parent : parents) {
-            for (const Slot group : groups_[parent].Children.RemoveSelected())
+        candidates.clear();
+        TakeChildren(std::move(places), [&](GroupId parent, const std::vector<Slot>& gone) {
+            for (const Slot group : gone)
                 ForgetGroup(static_cast<GroupId>(group));
-        }
-        candidates = std::move(parents);
+            candidates.push_back(parent);
+        });
     }
 }
 
@@ -252,7 +237,7 @@ void ConsolidatedTree::ForgetGroup(GroupId id) {
     if (group.Level == TreeLevel::Computer)
         computerByWay_.erase(WayKey(groups_[groups_[group.Parent].Parent].Name, group.Picture, group.Name));
     if (group.Level != TreeLevel::Alarm)
-        keys_[group.Level == TreeLevel::Computer].erase(KeyOf(group));
+        KeysOf(group.Level).erase(KeyOf(group));
     order_.Remove(group.Number);
     group = Group();
     freeGroups_.push_back(id);
@@ -281,8 +266,8 @@ void ConsolidatedTree::Clear() {
     freeGroups_.clear();
     groupByLabel_.clear();
     computerByWay_.clear();
-    for (auto& keys : keys_)
-        keys.clear();
+    typeKeys_.clear();
+    computerKeys_.clear();
     leaves_.Clear();
     leafless_.clear();
     heads_ = TextPool();
@@ -359,7 +344,7 @@ std::string ConsolidatedTree::Key(TreeNode node) const {
         case TreeLevel::Alarm:
             return "ALARM_" + std::string(GroupName(group));
         case TreeLevel::Type:
-            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(TypeNames.at(group.Name).Key);
+            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Picture));
         default:
             return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(GroupName(group));
     }
@@ -374,10 +359,8 @@ bool ConsolidatedTree::SortChildren(TreeNode node) {
         return false;
     Group& group = groups_[node.GroupId()];
     group.SortedLeaves = true;
-    std::vector<RowEntry> entries = group.Children.Entries();
-    for (RowEntry& entry : entries)
-        entry = LeafEntry(static_cast<Slot>(entry.Slot), true);
-    group.Children.AssignSorted(std::move(entries), RuleBelow(group), ArrivalsBelow(group));
+    group.Children.Resort([this](Slot slot) { return LeafEntry(slot, true); }, RuleBelow(group),
+                          ArrivalsBelow(group));
     return true;
 }
 
@@ -421,10 +404,9 @@ bool ConsolidatedTree::Covers(const Group& group, Slot slot) const {
 
 RowEntry ConsolidatedTree::GroupEntry(GroupId id) const {
     const Group& group = groups_[id];
-    RowEntry entry;
-    entry.Slot = id & 0x7FFFFFFFU;
+    RowEntry entry = RowEntry::Of(static_cast<Slot>(id));
     if (group.Level == TreeLevel::Type) {
-        entry.Key = TypeNames.at(group.Name).Rank;
+        entry.Key = TypeRanks.at(group.Name);
     } else {
         entry.Text = group.Name;
         entry.Key = rows_.Texts().SortPrefix(group.Name);
@@ -434,8 +416,7 @@ RowEntry ConsolidatedTree::GroupEntry(GroupId id) const {
 
 RowEntry ConsolidatedTree::LeafEntry(Slot slot, bool sorted) const {
     const MessageRow& row = rows_[slot];
-    RowEntry entry;
-    entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+    RowEntry entry = RowEntry::Of(slot);
     entry.Key = row.Arrival;
     if (sorted) {
         entry.Text = leaves_[static_cast<std::size_t>(slot)].Head;
@@ -464,7 +445,7 @@ RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const Group& parent) const {
 // ---- texts
 
 std::string_view ConsolidatedTree::GroupName(const Group& group) const {
-    return group.Level == TreeLevel::Type ? TypeNames.at(group.Name).Text : rows_.Texts().Text(group.Name);
+    return group.Level == TreeLevel::Type ? EventTypeName(group.Picture) : rows_.Texts().Text(group.Name);
 }
 
 /// With the system's own separator, whatever the lists have.

@@ -11,41 +11,16 @@
 #include <vector>
 
 #include "records/AlarmRecord.h"
+#include "records/SeededHash.h"
 #include "views/ChangeObserver.h"
 #include "views/ChunkedArray.h"
 #include "views/LivingOrder.h"
 #include "views/MessageRows.h"
 #include "views/RowOrder.h"
 #include "views/TextPool.h"
+#include "views/TreeNode.h"
 
 namespace tallyhorn {
-
-/// A node of the consolidated tree by number: a group, or a leaf by its message's slot.  A plain value.
-class TreeNode {
-public:
-    TreeNode() = default;
-    static TreeNode Group(std::uint32_t group) { return TreeNode(group); }
-    static TreeNode Leaf(Slot slot) { return TreeNode(LeafBit | static_cast<std::uint32_t>(slot)); }
-    static TreeNode FromNumber(std::uint32_t number) { return TreeNode(number); }
-
-    /// What all alarms hang under; it is never shown.
-    bool IsRoot() const { return number_ == 0; }
-    bool IsLeaf() const { return (number_ & LeafBit) != 0; }
-    std::uint32_t GroupId() const { return number_; }
-    Slot LeafSlot() const { return static_cast<Slot>(number_ & ~LeafBit); }
-    std::uint32_t Number() const { return number_; }
-
-    bool operator==(const TreeNode&) const = default;
-
-private:
-    static constexpr std::uint32_t LeafBit = 0x80000000U;
-    explicit TreeNode(std::uint32_t number) : number_(number) {}
-
-    std::uint32_t number_ = 0;
-};
-
-/// The depth of a node below the root.
-enum class TreeLevel : std::uint8_t { Root, Alarm, Type, Computer, Leaf };
 
 /// The syslog notifications grouped by alarm, type of event and computer, with a leaf for each and the number
 /// of leaves at each group.  User-interface thread only; `rows` outlives the tree, and a row goes after its
@@ -132,18 +107,33 @@ private:
         LivingOrder::Number Number = 0;
     };
 
+    struct ChildPlace {
+        GroupId Parent = 0;
+        std::size_t Position = 0;
+
+        auto operator<=>(const ChildPlace&) const = default;
+    };
+    using Keys = std::unordered_set<std::uint64_t, SeededHash>;
+    using GroupMap = std::unordered_map<std::uint64_t, GroupId, SeededHash>;
+
     static std::uint64_t LabelKey(GroupId parent, Label name);
     static std::uint64_t WayKey(Label alarm, EventPicture type, Label computer);
     std::size_t Count(GroupId group) const { return groups_[group].Count; }
     const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
+    template <typename Change>
+    void ForEachUpwards(GroupId group, Change change);
+
+    GroupId FindOrAddComputer(const MessageRow& row);
     GroupId FindGroup(GroupId parent, Label name) const;
     GroupId AddGroup(GroupId parent, Label name, EventPicture picture);
-    std::uint64_t KeyOf(const Group& group) const;
-    void CountLeaf(GroupId computer);
+    Keys& KeysOf(TreeLevel level);
+    static std::uint64_t KeyOf(const Group& group);
     void AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm);
     TextId AddHead(const AlarmRecord& alarm);
 
-    void TakeMarkedLeaves(GroupId computer);
+    template <typename Taken>
+    void TakeChildren(std::vector<ChildPlace> places, Taken taken);
+    void ForgetLeaves(GroupId computer, const std::vector<Slot>& gone);
     void RemoveEmptyGroups(std::vector<GroupId> candidates);
     void ForgetGroup(GroupId group);
     void Renumber();
@@ -161,12 +151,13 @@ private:
     const MessageRows& rows_;
     ChunkedArray<Group> groups_;  ///< the root is the first
     std::vector<GroupId> freeGroups_;
-    std::unordered_map<std::uint64_t, GroupId> groupByLabel_;
-    std::unordered_map<std::uint64_t, GroupId> computerByWay_;  ///< by all three labels at once
-    std::unordered_set<std::uint64_t> keys_[2];                 ///< those of types and of computers
-    ChunkedArray<Leaf> leaves_;                                 ///< by slot
-    std::unordered_set<Slot> leafless_;                         ///< rows that were given no leaf
-    TextPool heads_;                                            ///< leaf texts up to their dates
+    GroupMap groupByLabel_;
+    GroupMap computerByWay_;  ///< by all three labels at once
+    Keys typeKeys_;
+    Keys computerKeys_;
+    ChunkedArray<Leaf> leaves_;          ///< by slot
+    std::unordered_set<Slot> leafless_;  ///< rows that were given no leaf
+    TextPool heads_;                     ///< leaf texts up to their dates
     std::string headBuffer_;
     LivingOrder order_;
     TreeNode selected_;

@@ -75,13 +75,7 @@ void MessageList::SortBy(MessageColumn column) {
     const Change change(observer_);
     sortColumn_ = column;
     descending_ = !descending_;
-    std::vector<RowEntry> entries = order_.Entries();
-    for (RowEntry& entry : entries) {
-        const std::uint32_t selected = entry.Selected;
-        entry = MakeEntry(static_cast<Slot>(entry.Slot));
-        entry.Selected = selected & 1U;
-    }
-    order_.AssignSorted(std::move(entries), Rule(), Arrivals());
+    order_.Resort([this](Slot slot) { return MakeEntry(slot); }, Rule(), Arrivals());
 }
 
 std::vector<Slot> MessageList::RemoveSelected() {
@@ -90,22 +84,16 @@ std::vector<Slot> MessageList::RemoveSelected() {
 }
 
 std::vector<Slot> MessageList::Remove(std::span<const Slot> slots) {
-    if (std::none_of(slots.begin(), slots.end(), [this](Slot slot) { return PositionOf(slot).has_value(); }))
-        return {};
-    const Change change(observer_);
-    const std::vector<Slot> selected = SelectedSlots();
-    order_.ClearSelection();
-    SelectSlots(slots);
-    std::vector<Slot> removed = order_.RemoveSelected();
-    SelectSlots(selected);
-    return removed;
-}
-
-void MessageList::SelectSlots(std::span<const Slot> slots) {
+    std::vector<std::size_t> positions;
     for (const Slot slot : slots) {
         if (const std::optional<std::size_t> position = PositionOf(slot))
-            order_.Select(*position, *position, true);
+            positions.push_back(*position);
     }
+    if (positions.empty())
+        return {};
+    std::sort(positions.begin(), positions.end());
+    const Change change(observer_);
+    return order_.RemoveAt(positions);
 }
 
 void MessageList::Clear() {
@@ -115,8 +103,7 @@ void MessageList::Clear() {
 
 RowEntry MessageList::MakeEntry(Slot slot) const {
     const MessageRow& row = rows_[slot];
-    RowEntry entry;
-    entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+    RowEntry entry = RowEntry::Of(slot);
     if (!sortColumn_) {
         entry.Key = row.Arrival;
     } else if (SortsByDate(*sortColumn_)) {

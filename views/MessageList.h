@@ -51,7 +51,8 @@ public:
 
     /// Takes the selected rows off the list.  Their slots, given in list order, are the caller's to free.
     std::vector<Slot> RemoveSelected();
-    /// The same for the rows of `slots`, selected or not; passes over those that this list does not show.
+    /// The same for the rows of `slots`, each named once, selected or not; passes over those that this list
+    /// does not show.
     std::vector<Slot> Remove(std::span<const Slot> slots);
     void Clear();
 
@@ -59,7 +60,6 @@ private:
     RowEntry MakeEntry(Slot slot) const;
     RowOrder::Rule Rule() const;
     RowOrder::Arrivals Arrivals() const;
-    void SelectSlots(std::span<const Slot> slots);
 
     const MessageRows& rows_;
     RowOrder order_;

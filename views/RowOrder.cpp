@@ -82,7 +82,13 @@ void RowOrder::Assign(const std::vector<RowEntry>& entries) {
     }
 }
 
-void RowOrder::AssignSorted(std::vector<RowEntry> entries, const Rule& rule, const Arrivals& arrivals) {
+void RowOrder::Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals) {
+    std::vector<RowEntry> entries = Entries();
+    for (RowEntry& entry : entries) {
+        const std::uint32_t selected = entry.Selected;
+        entry = make(static_cast<Slot>(entry.Slot));
+        entry.Selected = selected & 1U;
+    }
     std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
         const int order = rule.Compare(a, b);
         return order != 0 ? order < 0 : arrivals(a.Slot) < arrivals(b.Slot);
@@ -172,6 +178,33 @@ std::vector<Slot> RowOrder::RemoveSelected() {
     }
     size_ -= selectedCount_;
     selectedCount_ = 0;
+    JoinSmallBlocks();
+    return slots;
+}
+
+std::vector<Slot> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
+    std::vector<Slot> slots;
+    slots.reserve(positions.size());
+    std::size_t start = 0;
+    for (Block& block : blocks_) {
+        const std::size_t size = block.Entries.size();
+        if (slots.size() < positions.size() && positions[slots.size()] < start + size) {
+            auto kept = block.Entries.begin();
+            for (std::size_t i = 0; i < size; ++i) {
+                const RowEntry& entry = block.Entries[i];
+                if (slots.size() == positions.size() || positions[slots.size()] != start + i) {
+                    *kept++ = entry;
+                    continue;
+                }
+                slots.push_back(static_cast<Slot>(entry.Slot));
+                block.Selected -= entry.Selected;
+                selectedCount_ -= entry.Selected;
+            }
+            block.Entries.erase(kept, block.Entries.end());
+        }
+        start += size;
+    }
+    size_ -= slots.size();
     JoinSmallBlocks();
     return slots;
 }

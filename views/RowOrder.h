@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "views/MessageStore.h"
@@ -17,6 +18,13 @@ struct RowEntry {
     TextId Text = 0;        ///< decides between equal keys where the order is by text
     std::uint32_t Slot : 31 = 0;
     std::uint32_t Selected : 1 = 0;
+
+    /// For a slot, or any other number from 0 on.
+    static RowEntry Of(tallyhorn::Slot slot) {
+        RowEntry entry;
+        entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+        return entry;
+    }
 };
 
 /// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million
@@ -46,16 +54,10 @@ public:
     void Insert(const RowEntry& entry, const Rule& rule);
     /// Takes `entries`, which are in order, instead of what was there.
     void Assign(const std::vector<RowEntry>& entries);
-    /// The same for `entries` in any order.
-    void AssignSorted(std::vector<RowEntry> entries, const Rule& rule, const Arrivals& arrivals);
     void Clear() { Assign({}); }
+    /// Makes each entry anew, its selection apart, and puts all of them in order.
+    void Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals);
 
-    /// The positions [first, last) of the entries that compare equal to `entry`.
-    struct Range {
-        std::size_t First = 0;
-        std::size_t Last = 0;
-    };
-    Range EqualRange(const RowEntry& entry, const Rule& rule) const;
     /// Where the entry with this Slot stands, made as it was when it came in; nothing where it is not here.
     std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
                                           const Arrivals& arrivals) const;
@@ -68,6 +70,8 @@ public:
     std::vector<Slot> SelectedSlots() const;
     /// One pass over the blocks that hold selected entries; gives their slots in list order.
     std::vector<Slot> RemoveSelected();
+    /// The same for the entries at `positions`, which ascend.
+    std::vector<Slot> RemoveAt(std::span<const std::size_t> positions);
 
     /// Every entry in order.
     std::vector<RowEntry> Entries() const;
@@ -82,6 +86,13 @@ private:
         std::size_t Offset = 0;
     };
 
+    /// The positions [First, Last) of entries that compare equal.
+    struct Range {
+        std::size_t First = 0;
+        std::size_t Last = 0;
+    };
+
+    Range EqualRange(const RowEntry& entry, const Rule& rule) const;
     Place Find(std::size_t position) const;
     template <typename Belongs>
     Place Partition(Belongs belongsBefore) const;

@@ -7,6 +7,7 @@
 #include "views/forms/Pictures.h"
 
 namespace tallyhorn {
+
 MessageListModel::MessageListModel(MessageList& list, QObject* parent)
     : QAbstractTableModel(parent), list_(list), shown_(list.Size()) {
     list_.SetObserver(this);

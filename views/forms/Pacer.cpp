@@ -9,7 +9,7 @@ namespace {
 
 /// What an eye still takes for at once.
 constexpr int ShortestInterval = 40;
-/// Work takes this part of the time at most.
+/// How much longer than the work itself the time to the next one is, at least.
 constexpr int TimesItsCost = 8;
 
 }  // namespace

@@ -16,6 +16,9 @@ public:
     /// Its timer is a child of `owner`, whose member the pacer is.
     Pacer(QObject* owner, std::function<void()> work);
 
+    Pacer(const Pacer&) = delete;
+    Pacer& operator=(const Pacer&) = delete;
+
     void Request();
     /// At once in any case, where something was requested.
     void Flush();

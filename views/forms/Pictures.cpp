@@ -8,6 +8,8 @@
 #include <map>
 #include <utility>
 
+#include "views/forms/AnsiString.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -216,9 +218,8 @@ std::array<QIcon, EventPictureCount> EventIcons() {
 }
 
 QString SpokenType(EventPicture picture) {
-    constexpr std::array<const char*, EventPictureCount> Words = {
-        "Information", "Warning", "Error", "Failure Audit", "Success Audit", "Unknown type"};
-    return QString::fromLatin1(Words.at(static_cast<std::size_t>(picture)));
+    return picture == EventPicture::QuestionMark ? QStringLiteral("Unknown type")
+                                                 : ToQString(EventTypeName(picture));
 }
 
 QIcon AlarmIcon() {

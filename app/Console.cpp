@@ -1,10 +1,13 @@
 #include "app/Console.h"
 
 #include <QCoreApplication>
+#include <QTimer>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "storage/forms/frmSavingMessages.h"
 
@@ -29,6 +32,9 @@ constexpr std::string_view PortFailedAfter =
     "bound to this port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  "
     "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
+
+/// How long a message stands that nobody may be there to read.
+constexpr std::chrono::seconds UnattendedBox{10};
 
 /// Names a file to which the console writes, as it ends, what it received: for scripts that run it
 /// unattended.
@@ -75,8 +81,11 @@ bool Console::Start() {
     ApplyMessageViews();
     ApplySettings();
     LoadBackup();
-    if (ended_)
+    // What has come by now is in the store, and the file is read: this is an end like any other.
+    if (ended_) {
+        ShutDown();
         return true;
+    }
     started_ = true;
     window_->showMaximized();
     window_->raise();
@@ -87,6 +96,8 @@ bool Console::Start() {
 }
 
 void Console::End() {
+    if (ended_)
+        return;
     if (started_) {
         window_->CloseWithoutQuestion();
         return;
@@ -136,9 +147,11 @@ void Console::LoadBackup() {
     frmSavingMessages loading(frmSavingMessages::Work::Loading);
     loading.show();
     Run();
-    received_.SyslogDeleteInProgress = true;
-    backup_.LoadMessageBackup([this](std::string_view text) { syslog_.RestoreBackupMessage(text); }, loading);
-    received_.SyslogDeleteInProgress = false;
+    {
+        const HoldArrivals hold(received_);
+        backup_.LoadMessageBackup([this](std::string_view text) { syslog_.RestoreBackupMessage(text); },
+                                  loading);
+    }
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
     Run();
@@ -159,6 +172,9 @@ void Console::ApplySettings() {
 
 /// Sizes and widths are kept whatever the user answers.
 bool Console::QueryUnload(bool byUser) {
+    if (ended_)
+        return false;
+    attended_ = byUser;
     const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
@@ -169,7 +185,16 @@ bool Console::QueryUnload(bool byUser) {
 }
 
 void Console::Unload() {
-    ended_ = true;
+    // What runs inside the shut-down may ask for another.
+    if (std::exchange(ended_, true))
+        return;
+    ShutDown();
+}
+
+void Console::ShutDown() {
+    // With nobody there a box that tells of a failure must not keep the console from ending.
+    if (!attended_)
+        QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
     {

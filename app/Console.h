@@ -57,6 +57,7 @@ public:
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
+    void ShutDown();
     void Run() override;
 
     ReceptionParts Reception();
@@ -85,6 +86,7 @@ private:
     MessageBackup backup_;
     bool portFailed_ = false;
     bool started_ = false;
+    bool attended_ = false;  ///< whether it was the user who closed the console
     bool ended_ = false;
 };
 

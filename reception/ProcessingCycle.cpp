@@ -13,8 +13,8 @@ constexpr std::int32_t TicksUntilResume = 120;
 }  // namespace
 
 void ProcessingCycle::TimCheckTick() {
-    if (parts_.ProcessingPaused || parts_.Received.SyslogDeleteInProgress ||
-        mailslot_.CheckForMessages() == 0)
+    missedTick_ = parts_.ProcessingPaused || parts_.Received.SyslogDeleteInProgress;
+    if (missedTick_ || mailslot_.CheckForMessages() == 0)
         return;
     // The batch is the tick's own: another tick inside it reads and shows a batch of its own.
     std::vector<std::string> messages = std::exchange(spareMessages_, {});
@@ -31,6 +31,11 @@ void ProcessingCycle::TimCheckTick() {
     parts_.Received.UpdateStatusCounts(parts_.Received.NetBios);
     parts_.Received.UpdateListViewStatus();
     parts_.Slices.RunNow();
+}
+
+void ProcessingCycle::MissedTick() {
+    if (missedTick_)
+        TimCheckTick();
 }
 
 void ProcessingCycle::ProcessText(std::string& text) {

@@ -18,8 +18,11 @@ public:
     ProcessingCycle(cvbMailslot& mailslot, SyslogEndpoint& syslog, const ReceptionParts& parts)
         : mailslot_(mailslot), syslog_(syslog), parts_(parts) {}
 
-    /// One poll: all that waits is read, and what no filter suppresses is kept and shown.
+    /// One poll: all that waits is read, and what no filter suppresses is kept and shown.  Nothing in a pause
+    /// and while either channel holds the other back.
     void TimCheckTick();
+    /// Makes up for a poll that fell into such a time, as all of them may in a syslog storm.
+    void MissedTick();
 
     /// Pauses, or resumes where the pause command shows a pause; then what syslog brought meanwhile is
     /// handled.
@@ -38,6 +41,7 @@ private:
     SyslogEndpoint& syslog_;
     ReceptionParts parts_;
     bool pauseShown_ = false;
+    bool missedTick_ = false;
     std::int32_t resumeTicks_ = 0;
     std::uint64_t receivedCount_ = 0;
     std::vector<std::string> spareMessages_;  ///< between batches: its memory serves the next one

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "records/AnsiText.h"
 #include "records/SyslogFormat.h"
 
 namespace tallyhorn {
@@ -28,7 +27,7 @@ public:
     explicit Busy(SyslogEndpoint& endpoint) : endpoint_(endpoint) {
         endpoint_.busy_ = true;
         endpoint_.parts_.ProcessingPaused = true;
-        endpoint_.now_ = AlarmDate{endpoint_.parts_.Time.LocalSeconds()};
+        endpoint_.LookAtTheTime();
     }
     ~Busy() {
         endpoint_.parts_.ProcessingPaused = false;
@@ -46,38 +45,47 @@ SyslogEndpoint::SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& p
     : sockets_(sockets), parts_(parts), wake_(std::move(wake)) {}
 
 bool SyslogEndpoint::InitializeWinsock(std::int32_t port) {
-    Drain();
-    receiver_ = sockets_.Listen(port, wake_);
+    StopListening();
+    wscSyslog = sockets_.Listen(port, wake_);
     TellPort();
-    return receiver_ != nullptr;
+    return wscSyslog != nullptr;
 }
 
 void SyslogEndpoint::Close() {
-    Drain();
+    StopListening();
     const Busy busy(*this);
     HandleQueue();
     FinishBatch();
 }
 
-/// Lets go of the port.  What has come through it is handled, or queued in a pause.
-void SyslogEndpoint::Drain() {
-    if (receiver_ == nullptr)
+/// What has come through the port is handled, or queued where it has to wait.
+void SyslogEndpoint::StopListening() {
+    if (wscSyslog == nullptr)
         return;
-    receiver_->Stop();
+    wscSyslog->Stop();
     while (DataArrival() == Waiting::More) {
     }
-    lostBefore_ = Sum(lostBefore_, receiver_->Losses());
-    receiver_.reset();
+    QueueWaiting();
+    lostBefore_ = Sum(lostBefore_, wscSyslog->Losses());
+    wscSyslog.reset();
+}
+
+bool SyslogEndpoint::HasWaiting() {
+    return wscSyslog != nullptr && wscSyslog->HasWaiting();
+}
+
+void SyslogEndpoint::QueueWaiting() {
+    while (const std::optional<std::string_view> datagram = wscSyslog->Next())
+        queue_.Add(*datagram);
 }
 
 SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
-    if (receiver_ == nullptr || !receiver_->HasWaiting())
+    if (!HasWaiting() && (queue_.Count() == 0 || parts_.ProcessingPaused))
         return Waiting::Nothing;
     if (busy_ || parts_.Received.SyslogDeleteInProgress)
         return Waiting::Later;
     if (parts_.ProcessingPaused) {
-        while (const std::optional<std::string_view> datagram = receiver_->Next())
-            queue_.Add(*datagram);
+        QueueWaiting();
         TellPort();
         return Waiting::Nothing;
     }
@@ -89,15 +97,17 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     FinishBatch();
     if (!all)
         return Waiting::More;
-    return receiver_->HasWaiting() ? Waiting::Later : Waiting::Nothing;
+    return HasWaiting() ? Waiting::Later : Waiting::Nothing;
 }
 
 /// True where nothing was left at the end.
 bool SyslogEndpoint::HandleForASlice() {
+    if (wscSyslog == nullptr)
+        return true;
     const Clock::TimePoint end = parts_.Time.Now() + SliceLength;
     do {
         for (int i = 0; i < DatagramsPerLook; ++i) {
-            const std::optional<std::string_view> datagram = receiver_->Next();
+            const std::optional<std::string_view> datagram = wscSyslog->Next();
             if (!datagram)
                 return true;
             ProcessSyslogMessage(*datagram);
@@ -107,7 +117,7 @@ bool SyslogEndpoint::HandleForASlice() {
 }
 
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
-    if (queue_.Count() == 0 || busy_)
+    if (queue_.Count() == 0 || busy_ || parts_.Received.SyslogDeleteInProgress)
         return;
     if (!parts_.Display.IsVisible())
         parts_.Signals.StartFlash();
@@ -119,7 +129,8 @@ void SyslogEndpoint::ProcessQueuedSyslogMessages() {
 void SyslogEndpoint::HandleQueue() {
     for (const std::string& text : queue_.Take()) {
         ProcessSyslogMessage(text);
-        parts_.Slices.LetRun();
+        if (parts_.Slices.LetRun())
+            LookAtTheTime();
     }
 }
 
@@ -150,20 +161,22 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
 }
 
 void SyslogEndpoint::RestoreBackupMessage(std::string_view text) {
-    if (Trim(text).empty())
-        return;
-    now_ = AlarmDate{parts_.Time.LocalSeconds()};
+    LookAtTheTime();
     ReadStoredText(text, parts_.Received.DayFirst(), now_, parts_.CurrentAlarm);
     parts_.Received.KeepSyslogMessage(parts_.CurrentAlarm, true);
+}
+
+void SyslogEndpoint::LookAtTheTime() {
+    now_ = AlarmDate{parts_.Time.LocalSeconds()};
 }
 
 void SyslogEndpoint::TellPort() {
     std::string text = "Not listening for syslog messages";
     DatagramLosses losses = lostBefore_;
-    if (receiver_ != nullptr) {
+    if (wscSyslog != nullptr) {
         text = "Listening on UDP port ";
-        text += std::to_string(receiver_->Port());
-        losses = Sum(losses, receiver_->Losses());
+        text += std::to_string(wscSyslog->Port());
+        losses = Sum(losses, wscSyslog->Losses());
     }
     losses.NoRoom += queue_.Lost();
     if (losses.NoRoom > 0)

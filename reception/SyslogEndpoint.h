@@ -35,7 +35,7 @@ public:
     /// The end of a pause: handles what has come in it.
     void ProcessQueuedSyslogMessages();
 
-    /// A text that the backup kept comes back: no filter is asked.
+    /// A text that the backup kept comes back, and is not blank: no filter is asked.
     void RestoreBackupMessage(std::string_view text);
 
     /// Datagrams handled since the start, whatever they were.
@@ -44,7 +44,10 @@ public:
 private:
     class Busy;
 
-    void Drain();
+    void StopListening();
+    bool HasWaiting();
+    void QueueWaiting();
+    void LookAtTheTime();
     bool HandleForASlice();
     void HandleQueue();
     void ProcessSyslogMessage(std::string_view message);
@@ -54,9 +57,9 @@ private:
     DatagramSockets& sockets_;
     ReceptionParts parts_;
     const std::function<void()> wake_;
-    std::unique_ptr<DatagramReceiver> receiver_;
+    std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null where nothing is listened to
     SyslogQueue queue_;
-    AlarmDate now_;  ///< when the work at hand began
+    AlarmDate now_;  ///< at the beginning of the slice of work at hand
     bool busy_ = false;
     std::uint64_t receivedCount_ = 0;
     DatagramLosses lostBefore_;  ///< at ports that are no longer listened to

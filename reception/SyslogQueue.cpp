@@ -18,23 +18,30 @@ void SyslogQueue::Add(std::string_view text) {
 void SyslogQueue::Put(std::size_t position, std::string_view text) {
     if (texts_.size() < position)
         texts_.resize(position);
-    else
+    std::optional<std::string>& place = texts_[position - 1];
+    if (place) {
+        bytes_ -= place->size();
+        place.reset();
         ++lost_;
-    std::string& place = texts_[position - 1];
-    bytes_ -= place.size();
+    }
     if (bytes_ + text.size() > limit_) {
-        place.clear();
         ++lost_;
         return;
     }
-    place = text;
+    place.emplace(text);
     bytes_ += text.size();
 }
 
 std::vector<std::string> SyslogQueue::Take() {
+    std::vector<std::string> texts;
+    for (std::optional<std::string>& place : texts_) {
+        if (place)
+            texts.push_back(std::move(*place));
+    }
+    texts_ = {};
     count_ = 0;
     bytes_ = 0;
-    return std::exchange(texts_, {});
+    return texts;
 }
 
 }  // namespace tallyhorn

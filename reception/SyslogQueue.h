@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,7 @@ public:
     /// What waits, in the order of the positions; nothing waits afterwards.
     std::vector<std::string> Take();
 
-    /// Datagrams that came since the last Take, more than there are positions perhaps.
+    /// Datagrams that came since the last Take; more than wait, perhaps.
     std::uint64_t Count() const { return count_; }
     /// Datagrams that were overwritten or dropped since the start.
     std::uint64_t Lost() const { return lost_; }
@@ -32,7 +33,7 @@ private:
     void Put(std::size_t position, std::string_view text);
 
     const std::size_t limit_;
-    std::vector<std::string> texts_;  ///< position 1 first
+    std::vector<std::optional<std::string>> texts_;  ///< position 1 first; none where there was no room
     std::uint64_t count_ = 0;
     std::size_t bytes_ = 0;
     std::uint64_t lost_ = 0;

@@ -116,13 +116,31 @@ void DropTrailingBlanks(std::string& text) {
     text.erase(text.find_last_not_of(' ') + 1);
 }
 
+template <typename Alarm>
+auto FieldsBeforeDescription(Alarm& alarm) {
+    return std::array{&alarm.AlarmName, &alarm.LogType,     &alarm.Source,  &alarm.TypeOfEvent,
+                      &alarm.Category,  &alarm.AccountName, &alarm.Computer};
+}
+
 /// Only a line's start can be taken for a label's.
 bool HoldsLineFeed(const AlarmRecord& alarm) {
-    const std::string* const fields[] = {&alarm.AlarmName,   &alarm.LogType,  &alarm.Source,
-                                         &alarm.TypeOfEvent, &alarm.Category, &alarm.AccountName,
-                                         &alarm.Computer};
-    return std::any_of(std::begin(fields), std::end(fields),
+    const auto fields = FieldsBeforeDescription(alarm);
+    return std::any_of(fields.begin(), fields.end(),
                        [](const std::string* field) { return field->find('\n') != std::string::npos; });
+}
+
+/// Takes `excess` bytes off the ends of fields, from the description's first and then from the longest's.
+void Shorten(AlarmRecord& alarm, std::size_t excess) {
+    std::string* field = &alarm.Description;
+    while (excess > 0) {
+        const std::size_t taken = std::min(excess, field->size());
+        field->resize(field->size() - taken);
+        excess -= taken;
+        const auto fields = FieldsBeforeDescription(alarm);
+        field = *std::max_element(fields.begin(), fields.end(),
+                                  [](const auto* a, const auto* b) { return a->size() < b->size(); });
+    }
+    DropTrailingBlanks(alarm.Description);
 }
 
 }  // namespace
@@ -168,6 +186,10 @@ std::string SettleMessage(AlarmRecord& alarm) {
     SettleType(alarm);
     DropTrailingBlanks(alarm.Description);
     std::string text = BuildMessageText(alarm);
+    if (text.size() > LongestMessageText) {
+        Shorten(alarm, text.size() - LongestMessageText);
+        text = BuildMessageText(alarm);
+    }
     if (!HoldsLineFeed(alarm) && text.find('\0') == std::string::npos)
         return text;
     // Reading takes the labels in order, so a type that is settled afterwards moves no other label.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,12 +20,17 @@ std::string BuildMessageText(const AlarmRecord& alarm);
 /// and the account's line after that.  Fields are taken as they stand.
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm);
 
+/// A longer text's length would not fit where the backup has it, and all that stands behind it could not be
+/// read back.  No datagram is that long, but fields kept from one before may make a text that is.
+constexpr std::size_t LongestMessageText = 99'999;
+
 /// The text to keep for `alarm`, which becomes exactly the record that the text tells, so that what is shown
 /// now is what is shown after the text was saved and read back; settling that again changes nothing.
 ///
 /// The type gets the form of EventTypeDisplayName(EventTypeIconKey(type)).  NULs and the description's
 /// trailing blanks go, since saving drops them.  A field that holds other fields' labels at the start of a
-/// line is cut there.
+/// line is cut there.  A text that would be too long loses the end of its description, then of its longest
+/// fields.
 std::string SettleMessage(AlarmRecord& alarm);
 
 }  // namespace tallyhorn

@@ -156,7 +156,8 @@ void ReadFields(DatagramFields& fields, bool dayFirst, AlarmRecord& alarm) {
     std::string_view field;
     if (!fields.Take(':', field) || !fields.Take(',', field))
         return;
-    alarm.LogType.assign(Trim(field.substr(0, field.size() - std::min(LogWord, field.size()))));
+    if (field.size() >= LogWord)
+        alarm.LogType.assign(Trim(field.substr(0, field.size() - LogWord)));
     if (!fields.TakeTrimmed(field))
         return;
     ReadDatagramDate(field, dayFirst, alarm.DateTime);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <iterator>
 
 #include "records/AnsiText.h"
 #include "records/DateDisplay.h"
@@ -47,16 +46,25 @@ ConsolidatedTree::ConsolidatedTree(const MessageRows& rows) : rows_(rows) {
 
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
     const MessageRow& row = rows_[slot];
-    const bool hasType = row.Picture && *row.Picture != EventPicture::QuestionMark;
-    const GroupId computer = hasType ? FindOrAddComputer(row) : 0;
-    if (computer == 0)
-        leafless_.insert(slot);
-    else
-        AddLeaf(computer, slot, alarm);
+    if (!row.Picture || *row.Picture == EventPicture::QuestionMark) {
+        leafless_.emplace(slot, 0);
+        return;
+    }
+    const GroupId group = FindOrAddGroups(row);
+    ForEachUpwards(group, [](Group& each) {
+        ++each.Count;
+        each.Form = each.Count == 1 ? CountForm::One : CountForm::Many;
+    });
+    if (groups_[group].Level == TreeLevel::Computer) {
+        AddLeaf(group, slot, alarm);
+    } else {
+        leafless_.emplace(slot, group);
+        ++countedLeafless_;
+    }
 }
 
-/// 0 where a group that would have to be made has a key that is taken.
-ConsolidatedTree::GroupId ConsolidatedTree::FindOrAddComputer(const MessageRow& row) {
+/// The computer, or the last group above it whose next one would have to be made with a key that is taken.
+ConsolidatedTree::GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     const Label type = static_cast<Label>(*row.Picture);
     const std::uint64_t way = WayKey(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
     // Most have their groups already, and one look is cheaper than three.
@@ -66,10 +74,8 @@ ConsolidatedTree::GroupId ConsolidatedTree::FindOrAddComputer(const MessageRow& 
     for (const Label label : {row.Texts[AlarmText], type, row.Texts[ComputerText]}) {
         const GroupId found = FindGroup(group, label);
         const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
-        if (below == 0) {
-            RemoveEmptyGroups({group});
-            return 0;
-        }
+        if (below == 0)
+            return group;
         group = below;
     }
     computerByWay_.emplace(way, group);
@@ -139,10 +145,6 @@ void ConsolidatedTree::ForEachUpwards(GroupId group, Change change) {
 }
 
 void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm) {
-    ForEachUpwards(computer, [](Group& group) {
-        ++group.Count;
-        group.Form = group.Count == 1 ? CountForm::One : CountForm::Many;
-    });
     leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
     leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
     Group& group = groups_[computer];
@@ -168,18 +170,18 @@ TextId ConsolidatedTree::AddHead(const AlarmRecord& alarm) {
 void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
     const Change change(observer_);
     std::vector<ChildPlace> places;
+    std::vector<GroupId> groups;
     for (const Slot slot : slots) {
         if (HasLeaf(slot))
             places.push_back({LeafOf(TreeNode::Leaf(slot)).Computer, PositionOf(TreeNode::Leaf(slot))});
-        else
-            leafless_.erase(slot);
+        else if (const GroupId group = ForgetLeafless(slot); group != 0)
+            groups.push_back(group);
     }
-    std::vector<GroupId> computers;
     TakeChildren(std::move(places), [&](GroupId computer, const std::vector<Slot>& gone) {
         ForgetLeaves(computer, gone);
-        computers.push_back(computer);
+        groups.push_back(computer);
     });
-    RemoveEmptyGroups(std::move(computers));
+    RemoveEmptyGroups(std::move(groups));
     if (!Holds(selected_))
         selected_ = TreeNode();
     if (order_.WantsRenumbering())
@@ -208,9 +210,27 @@ void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& g
         heads_.Release(leaf.Head);
         leaf = Leaf();
     }
-    ForEachUpwards(computer, [&gone](Group& group) {
-        group.Count -= static_cast<std::uint32_t>(gone.size());
-        group.Form = CountForm::AfterRemoval;
+    Discount(computer, gone.size());
+}
+
+/// Gives the group that counted it, 0 where none did.
+ConsolidatedTree::GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
+    const auto found = leafless_.find(slot);
+    if (found == leafless_.end())
+        return 0;
+    const GroupId group = found->second;
+    leafless_.erase(found);
+    if (group != 0) {
+        --countedLeafless_;
+        Discount(group, 1);
+    }
+    return group;
+}
+
+void ConsolidatedTree::Discount(GroupId group, std::size_t gone) {
+    ForEachUpwards(group, [gone](Group& each) {
+        each.Count -= static_cast<std::uint32_t>(gone);
+        each.Form = CountForm::AfterRemoval;
     });
 }
 
@@ -219,7 +239,8 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
     while (!candidates.empty()) {
         std::vector<ChildPlace> places;
         for (const GroupId group : candidates) {
-            if (group != 0 && groups_[group].Count == 0)
+            // One that still has empty groups below it is come to again from there.
+            if (group != 0 && groups_[group].Count == 0 && groups_[group].Children.Size() == 0)
                 places.push_back({groups_[group].Parent, PositionOf(TreeNode::Group(group))});
         }
         candidates.clear();
@@ -270,6 +291,7 @@ void ConsolidatedTree::Clear() {
     computerKeys_.clear();
     leaves_.Clear();
     leafless_.clear();
+    countedLeafless_ = 0;
     heads_ = TextPool();
     order_.Clear();
     selected_ = TreeNode();
@@ -312,6 +334,14 @@ std::size_t ConsolidatedTree::PositionOf(TreeNode node) const {
     const RowEntry entry =
         node.IsLeaf() ? LeafEntry(node.LeafSlot(), parent.SortedLeaves) : GroupEntry(node.GroupId());
     return parent.Children.PositionOf(entry, RuleBelow(parent), ArrivalsBelow(parent)).value();
+}
+
+bool ConsolidatedTree::FindNextAlarmNode(TreeNode& node) const {
+    const std::size_t next = PositionOf(node) + 1;
+    if (next >= ChildCount(Parent(node)))
+        return false;
+    node = ChildAt(Parent(node), next);
+    return true;
 }
 
 std::string ConsolidatedTree::Text(TreeNode node) const {
@@ -370,8 +400,10 @@ std::vector<Slot> ConsolidatedTree::SlotsUnder(TreeNode node) const {
     std::vector<Slot> slots;
     AppendLeaves(node.GroupId(), slots);
     const Group& group = groups_[node.GroupId()];
-    std::copy_if(leafless_.begin(), leafless_.end(), std::back_inserter(slots),
-                 [&](Slot slot) { return Covers(group, slot); });
+    for (const auto& [slot, counted] : leafless_) {
+        if (Covers(group, slot))
+            slots.push_back(slot);
+    }
     return slots;
 }
 

@@ -35,16 +35,18 @@ public:
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     /// Adds the leaf of `slot`, whose row was made just before from the same record.  A type of event that is
-    /// none of the five gets no leaf.  Nor does a notification for which a group would have to be made whose
-    /// key another group has: then nothing is counted either, so that a count is always the leaves below.
+    /// none of the five stays out of the tree.  Where a group would have to be made whose key another group
+    /// has, neither it nor what belongs below it is made; the groups above count the notification all the
+    /// same, until its row goes.
     void AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm);
-    /// Removes the leaf of `slot` and the groups that it leaves empty; does nothing where there is none.
+    /// Takes the notification of `slot` out, and the groups that then count nothing.
     void RemoveLeafForSlot(Slot slot) { RemoveLeaves(std::span(&slot, 1)); }
     /// The same for many, which costs less than one by one.
     void RemoveLeaves(std::span<const Slot> slots);
     void Clear();
 
-    std::size_t LeafCount() const { return Count(0); }
+    bool IsEmpty() const { return ChildCount(TreeNode()) == 0; }
+    std::size_t LeafCount() const { return Count(0) - countedLeafless_; }
     bool HasLeaf(Slot slot) const;
     /// Whether the node is still there.
     bool Holds(TreeNode node) const;
@@ -55,8 +57,11 @@ public:
     TreeNode ChildAt(TreeNode parent, std::size_t position) const;
     /// Among its parent's children.
     std::size_t PositionOf(TreeNode node) const;
-    /// The leaves at the node or below it.
+    /// The notifications at the node or below it.
     std::size_t Count(TreeNode node) const { return node.IsLeaf() ? 1 : Count(node.GroupId()); }
+
+    /// Moves `node` to its next sibling; false, and `node` stays, for a last one.
+    bool FindNextAlarmNode(TreeNode& node) const;
 
     std::string Text(TreeNode node) const;
     /// Nothing for an alarm, which has a picture of its own.
@@ -123,7 +128,7 @@ private:
     template <typename Change>
     void ForEachUpwards(GroupId group, Change change);
 
-    GroupId FindOrAddComputer(const MessageRow& row);
+    GroupId FindOrAddGroups(const MessageRow& row);
     GroupId FindGroup(GroupId parent, Label name) const;
     GroupId AddGroup(GroupId parent, Label name, EventPicture picture);
     Keys& KeysOf(TreeLevel level);
@@ -134,6 +139,8 @@ private:
     template <typename Taken>
     void TakeChildren(std::vector<ChildPlace> places, Taken taken);
     void ForgetLeaves(GroupId computer, const std::vector<Slot>& gone);
+    GroupId ForgetLeafless(Slot slot);
+    void Discount(GroupId group, std::size_t gone);
     void RemoveEmptyGroups(std::vector<GroupId> candidates);
     void ForgetGroup(GroupId group);
     void Renumber();
@@ -155,9 +162,11 @@ private:
     GroupMap computerByWay_;  ///< by all three labels at once
     Keys typeKeys_;
     Keys computerKeys_;
-    ChunkedArray<Leaf> leaves_;          ///< by slot
-    std::unordered_set<Slot> leafless_;  ///< rows that were given no leaf
-    TextPool heads_;                     ///< leaf texts up to their dates
+    ChunkedArray<Leaf> leaves_;  ///< by slot
+    /// Rows that were given no leaf, with the last group that counts them, 0 for none.
+    std::unordered_map<Slot, GroupId> leafless_;
+    std::size_t countedLeafless_ = 0;
+    TextPool heads_;  ///< leaf texts up to their dates
     std::string headBuffer_;
     LivingOrder order_;
     TreeNode selected_;

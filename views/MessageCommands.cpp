@@ -24,20 +24,6 @@ constexpr std::chrono::milliseconds Pause{1};
 /// About a slice's work.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
 
-/// Holds arrivals back as long as it lives.
-class SyslogDelete {
-public:
-    explicit SyslogDelete(ReceivedMessages& received) : received_(received) {
-        received_.SyslogDeleteInProgress = true;
-    }
-    ~SyslogDelete() { received_.SyslogDeleteInProgress = false; }
-    SyslogDelete(const SyslogDelete&) = delete;
-    SyslogDelete& operator=(const SyslogDelete&) = delete;
-
-private:
-    ReceivedMessages& received_;
-};
-
 }  // namespace
 
 MessageCommands::MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
@@ -85,7 +71,7 @@ void MessageCommands::DeleteNetBiosMessages() {
 
 void MessageCommands::DeleteSyslogMessages() {
     const ViewNumber view = received_.ActiveView;
-    const SyslogDelete inProgress(received_);
+    const HoldArrivals hold(received_);
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
     display_.ShowView(view, false);
@@ -98,7 +84,7 @@ void MessageCommands::DeleteSyslogMessages() {
 }
 
 void MessageCommands::DeleteTreeSelection() {
-    const SyslogDelete inProgress(received_);
+    const HoldArrivals hold(received_);
     const TreeNode node = received_.Tree.SelectedNode();
     if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
@@ -155,7 +141,7 @@ void MessageCommands::ClearAllMessages() {
             received_.UpdateStatusCounts(received_.NetBios);
         }
     } else if (boxes_.Confirm(ClearSyslogQuestion)) {
-        const SyslogDelete inProgress(received_);
+        const HoldArrivals hold(received_);
         received_.ClearSyslog();
         received_.UpdateStatusCounts(received_.Syslog);
     }

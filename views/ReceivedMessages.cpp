@@ -82,7 +82,7 @@ void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {
 void ReceivedMessages::UpdateListViewStatus() {
     for (ViewNumber view = 0; view < ConsolidatedView; ++view)
         display_.EnableView(view, List(view).Size() > 0);
-    display_.EnableView(ConsolidatedView, Tree.LeafCount() > 0);
+    display_.EnableView(ConsolidatedView, !Tree.IsEmpty());
 }
 
 }  // namespace tallyhorn

@@ -84,4 +84,18 @@ private:
     bool dayFirst_ = false;
 };
 
+/// Holds the arrivals of both channels back as long as it lives.  User-interface thread only.
+class HoldArrivals {
+public:
+    explicit HoldArrivals(ReceivedMessages& received) : received_(received) {
+        received_.SyslogDeleteInProgress = true;
+    }
+    ~HoldArrivals() { received_.SyslogDeleteInProgress = false; }
+    HoldArrivals(const HoldArrivals&) = delete;
+    HoldArrivals& operator=(const HoldArrivals&) = delete;
+
+private:
+    ReceivedMessages& received_;
+};
+
 }  // namespace tallyhorn

@@ -167,6 +167,46 @@ TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {
     EXPECT_EQ(wakes_, 1);
 }
 
+/// Every poll may fall into the handling of datagrams: it is made up for afterwards.
+TEST_F(SyslogEndpointTest, AStormLeavesTheMailslotItsTurn) {
+    mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
+    events_.Event = [this] { cycle_.TimCheckTick(); };
+    Arrive(Datagram("one"));
+    syslog_.DataArrival();
+    events_.Event = nullptr;
+    EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 0);
+    cycle_.MissedTick();
+    EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 1);
+    mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
+    cycle_.MissedTick();
+    EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 1) << "only what was missed";
+}
+
+/// The end of the work ends the pause, whatever is shown.
+TEST_F(SyslogEndpointTest, APauseThatBeginsInsideTheWorkEndsWithIt) {
+    events_.Event = [this] {
+        events_.Event = nullptr;
+        cycle_.PauseCommand();
+    };
+    Arrive(Datagram("one"));
+    syslog_.DataArrival();
+    EXPECT_TRUE(display_.PauseShown);
+    EXPECT_FALSE(paused_);
+}
+
+TEST_F(SyslogEndpointTest, APausesQueueWaitsForADeleteToo) {
+    cycle_.PauseCommand();
+    Arrive(Datagram("one"));
+    syslog_.DataArrival();
+    received_.SyslogDeleteInProgress = true;
+    cycle_.PauseCommand();
+    EXPECT_EQ(Kept(), 0);
+    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Later);
+    received_.SyslogDeleteInProgress = false;
+    EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Nothing);
+    EXPECT_EQ(Names(), "one ");
+}
+
 TEST_F(SyslogEndpointTest, AnotherPortTakesOverAndTheOldOnesDatagramsAreKept) {
     for (int i = 0; i < 40; ++i)
         Arrive(Datagram(std::to_string(i)));
@@ -202,7 +242,6 @@ TEST_F(SyslogEndpointTest, RestoresWhatWasKept) {
     const std::string kept = received_.Syslog.Messages.Text(0);
     received_.ClearSyslog();
     clock_.Local += 1000;
-    syslog_.RestoreBackupMessage("  ");
     syslog_.RestoreBackupMessage(kept);
     syslog_.RestoreBackupMessage(Datagram("foreign"));
     EXPECT_EQ(Kept(), 2);
@@ -244,9 +283,12 @@ TEST(SyslogQueue, HoldsNoMoreThanItsLimit) {
     for (int i = 0; i < 3; ++i)
         queue.Add(std::string(40, 'x'));
     EXPECT_EQ(queue.Lost(), 1U);
-    EXPECT_EQ(queue.Take(), (std::vector<std::string>{std::string(40, 'x'), std::string(40, 'x'), ""}));
+    EXPECT_EQ(queue.Take(), (std::vector<std::string>{std::string(40, 'x'), std::string(40, 'x')}));
     queue.Add(std::string(100, 'y'));
     EXPECT_EQ(queue.Take().front().size(), 100U) << "what was taken counts no more";
+    for (int i = 0; i < 40'000; ++i)
+        queue.Add(std::string(60, 'z'));
+    EXPECT_EQ(queue.Take().size() + queue.Lost(), 40'001U) << "each is lost once or is there";
 }
 
 }  // namespace

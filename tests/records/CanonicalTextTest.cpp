@@ -142,6 +142,20 @@ TEST(SettleMessage, DropsWhatSavingDrops) {
     ExpectSettled(alarm, "blanks alone");
 }
 
+TEST(SettleMessage, KeepsTheTextShortEnoughForTheBackup) {
+    const struct {
+        std::size_t Description, Name, Computer;
+    } cases[] = {{65'000, 65'000, 0}, {0, 60'000, 60'000}, {65'000, 65'000, 65'000}, {99'000, 1'000, 0}};
+    for (const auto& [description, name, computer] : cases) {
+        AlarmRecord alarm = Plain();
+        alarm.Description = std::string(description, 'd');
+        alarm.AlarmName = std::string(name, 'n');
+        alarm.Computer = std::string(computer, 'C');
+        EXPECT_EQ(SettleMessage(alarm).size(), LongestMessageText);
+        ExpectSettled(alarm, "long");
+    }
+}
+
 TEST(SettleMessage, MakesTheRecordWhatItsTextSays) {
     const std::string whole =
         "\r\nAlarm Name: a\r\nLog Type: b\r\nSource: c\r\nType Of Event: D E\r\nCategory: f\r\nEventID: 5\r\n"

@@ -86,11 +86,18 @@ TEST(ParseSyslogText, CutsTheLogType) {
     const struct {
         const char* Field;
         const char* Expected;
-    } cases[] = {
-        {" Security Log", "Security"},     {"Security Log ", "Security L"}, {"Log", ""}, {"ab", ""}, {"", ""},
-        {"  DNS Server xyz", "DNS Server"}};
-    for (const auto& [field, expected] : cases)
-        EXPECT_EQ(Parsed("(a):"s + field + ",").LogType, expected) << field;
+    } cases[] = {{" Security Log", "Security"},
+                 {"Security Log ", "Security L"},
+                 {"Log", ""},
+                 {"ab", "before"},
+                 {"", "before"},
+                 {"  DNS Server xyz", "DNS Server"}};
+    for (const auto& [field, expected] : cases) {
+        AlarmRecord alarm;
+        alarm.LogType = "before";
+        ParseSyslogText("(a):"s + field + ",", false, AlarmDate(), alarm);
+        EXPECT_EQ(alarm.LogType, expected) << field;
+    }
     EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon behind the name counts";
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -40,6 +41,8 @@ struct WalkedTree {
         Slot Tag = -1;
     };
     std::vector<std::unique_ptr<Node>> Collection;
+    /// Those without a leaf, because a key was taken, with the last group that there is for them.
+    std::map<Slot, Node*> Counted;
 
     Node* Find(Node* parent, const std::string& name) {
         for (const auto& node : Collection) {
@@ -63,7 +66,6 @@ struct WalkedTree {
         return Collection.back().get();
     }
     void Add(Slot slot, const std::string& alarm, const std::string& type, const std::string& computer) {
-        const std::size_t before = Collection.size();
         Node* a = Find(nullptr, alarm);
         if (a == nullptr)
             a = Append(nullptr, "ALARM_" + alarm, alarm);
@@ -73,15 +75,19 @@ struct WalkedTree {
         Node* c = t == nullptr ? nullptr : Find(t, computer);
         if (c == nullptr && t != nullptr)
             c = Append(t, "COMPUTER_" + Index(t) + "_" + computer, computer);
-        if (c == nullptr) {
-            Collection.resize(before);
-            return;
-        }
-        Append(c, "FIELDS_" + std::to_string(slot), "", slot);
-        for (Node* node = c; node != nullptr; node = node->Parent)
+        if (c != nullptr)
+            Append(c, "FIELDS_" + std::to_string(slot), "", slot);
+        else
+            Counted[slot] = t != nullptr ? t : a;
+        for (Node* node = c != nullptr ? c : Counted[slot]; node != nullptr; node = node->Parent)
             ++node->Leaves;
     }
     void Remove(Slot slot) {
+        if (const auto counted = Counted.find(slot); counted != Counted.end()) {
+            for (Node* group = counted->second; group != nullptr; group = group->Parent)
+                --group->Leaves;
+            Counted.erase(counted);
+        }
         std::erase_if(Collection, [&](const auto& node) {
             if (node->Tag != slot)
                 return false;
@@ -112,6 +118,9 @@ protected:
             const TreeNode child = tree_.ChildAt(parent, i);
             EXPECT_EQ(tree_.Parent(child), parent);
             EXPECT_EQ(tree_.PositionOf(child), i);
+            TreeNode next = child;
+            EXPECT_EQ(tree_.FindNextAlarmNode(next), i + 1 < tree_.ChildCount(parent));
+            EXPECT_EQ(tree_.PositionOf(next), std::min(i + 1, tree_.ChildCount(parent) - 1));
             text += indent + tree_.Text(child) + "\n" + Below(child, indent + "  ");
         }
         return text;
@@ -121,15 +130,16 @@ protected:
         std::vector<std::string> keys(walked.Collection.size());
         CollectKeys(TreeNode(), keys);
         for (std::size_t i = 0; i < keys.size(); ++i)
-            EXPECT_EQ(keys[i], walked.Collection[i]->Key);
+            EXPECT_EQ(keys[i],
+                      walked.Collection[i]->Key + " " + std::to_string(walked.Collection[i]->Leaves));
     }
     void CollectKeys(TreeNode parent, std::vector<std::string>& keys) const {
         for (std::size_t i = 0; i < tree_.ChildCount(parent); ++i) {
             const TreeNode child = tree_.ChildAt(parent, i);
             const std::size_t position = tree_.PositionInCollection(child);
             ASSERT_LE(position, keys.size());
-            keys[position - 1] =
-                child.IsLeaf() ? "FIELDS_" + std::to_string(child.LeafSlot()) : tree_.Key(child);
+            keys[position - 1] = child.IsLeaf() ? "FIELDS_" + std::to_string(child.LeafSlot()) + " 0"
+                                                : tree_.Key(child) + " " + std::to_string(tree_.Count(child));
             ASSERT_EQ(tree_.PositionOf(child), i);
             CollectKeys(child, keys);
         }
@@ -205,11 +215,16 @@ TEST_F(ConsolidatedTreeTest, AKeyHoldsThePositionThatItsParentHad) {
     EXPECT_EQ(tree_.Key(type), "EVENT_0005_error") << "keys stay";
 
     Add(1, Record("C", "Error", "PC"));
-    EXPECT_EQ(tree_.ChildCount(TreeNode()), 1U) << "C would be the fifth, and B's type has that key";
-    EXPECT_FALSE(tree_.HasLeaf(1));
+    EXPECT_FALSE(tree_.HasLeaf(1))
+        << "C is the fifth node, and B's type has the key that its type would have";
+    EXPECT_EQ(Shown().substr(Shown().rfind("C (")), "C ( 1 Event )\n") << "but it is there and counts";
     EXPECT_EQ(tree_.LeafCount(), 1U);
+    Remove({1});
+    EXPECT_EQ(tree_.ChildCount(TreeNode()), 1U) << "and goes with its row";
+    Add(1, Record("C", "Error", "PC"));
     Add(2, Record("C", "Warning", "PC9"));
     EXPECT_TRUE(tree_.HasLeaf(2));
+    EXPECT_EQ(tree_.Text(tree_.ChildAt(TreeNode(), 1)), "C ( 2 Events )");
     std::vector<Slot> covered = tree_.SlotsUnder(tree_.Parent(tree_.Parent(tree_.Parent(TreeNode::Leaf(2)))));
     std::sort(covered.begin(), covered.end());
     EXPECT_EQ(covered, (std::vector<Slot>{1, 2})) << "an alarm covers the rows that have no leaf as well";

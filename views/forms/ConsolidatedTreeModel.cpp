@@ -12,6 +12,13 @@ namespace {
 
 /// No line shows more, and laying out a text of sixty thousand characters takes long.
 constexpr std::size_t LongestShown = 1000;
+/// Longer ones may not fit on the line, and a tip tells them.
+constexpr qsizetype LongestAtAGlance = 100;
+
+/// Whatever the text holds, it is not read as markup.
+QString PlainToolTip(const QString& text) {
+    return QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
+}
 
 QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
     QModelIndexList to;
@@ -137,20 +144,24 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
     if (node.IsRoot() || !tree_.Holds(node))
         return {};
     const std::optional<EventPicture> picture = tree_.Picture(node);
+    if (role == Qt::DecorationRole)
+        return picture ? icons_.at(static_cast<std::size_t>(*picture)) : alarmIcon_;
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
+        return {};
+    const QString shown = ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
     switch (role) {
         case Qt::DisplayRole:
-            return ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
-        case Qt::DecorationRole:
-            return picture ? icons_.at(static_cast<std::size_t>(*picture)) : alarmIcon_;
-        case Qt::AccessibleTextRole:
-            return (picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") +
-                   ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
+            return shown;
+        case Qt::ToolTipRole:
+            return shown.size() > LongestAtAGlance ? PlainToolTip(shown) : QVariant();
         default:
-            return {};
+            return QString((picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") + shown);
     }
 }
 
+/// What has come counts first: whoever looks at the model now, to remember it, sees rows where they are.
 void ConsolidatedTreeModel::AboutToChange() {
+    TakeInNodes();
     beginResetModel();
 }
 

@@ -91,6 +91,15 @@ void ConsolidatedTreeView::RestoreCurrent() {
 
 // ---- input
 
+/// Those below the current node, down to the computers: opening a million leaves would take long, and nobody
+/// reads them.
+void ConsolidatedTreeView::OpenGroups() {
+    const TreeNode node = ConsolidatedTreeModel::NodeAt(currentIndex());
+    if (!node.IsRoot() && !node.IsLeaf())
+        expandRecursively(currentIndex(),
+                          static_cast<int>(TreeLevel::Type) - static_cast<int>(tree_.Level(node)));
+}
+
 void ConsolidatedTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
     tree_.SelectNode(ConsolidatedTreeModel::NodeAt(current));
@@ -114,6 +123,8 @@ void ConsolidatedTreeView::keyPressEvent(QKeyEvent* event) {
     emit Touched();
     if (event->key() == Qt::Key_Delete)
         emit DeleteRequested();
+    else if (event->key() == Qt::Key_Asterisk)
+        OpenGroups();
     else
         QTreeView::keyPressEvent(event);
 }

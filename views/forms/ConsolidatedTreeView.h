@@ -42,6 +42,7 @@ private:
     };
 
     void TakeInNow();
+    void OpenGroups();
     void RememberState();
     void RestoreCurrent();
     void RememberOpenGroups(const QModelIndex& parent);

@@ -189,7 +189,7 @@ void frmServer::Load(const Parts& parts) {
     connect(timCheck, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->TimCheckTick(); }); });
     connect(timArrival, &QTimer::timeout, this, &frmServer::ArrivalTick);
     connect(tmrResumeProcessing, &QTimer::timeout, this,
-            [this] { RunAsWork([this] { cycle_->ResumeTick(); }); });
+            [this] { RunWhenIdle([this] { cycle_->ResumeTick(); }); });
     EnablePollingTimer(true);
     LayOut();
 }
@@ -250,7 +250,10 @@ void frmServer::HandleDatagrams() {
 void frmServer::ArrivalTick() {
     auto waiting = SyslogEndpoint::Waiting::Nothing;
     const std::uint64_t before = syslog_->ReceivedCount();
-    RunAsWork([&] { waiting = syslog_->DataArrival(); });
+    RunAsWork([&] {
+        waiting = syslog_->DataArrival();
+        cycle_->MissedTick();
+    });
     sinceArrival_.start();
     arrivalInterval_ = syslog_->ReceivedCount() - before < StormSize ? ArrivalInterval : StormInterval;
     if (waiting != SyslogEndpoint::Waiting::Nothing)
@@ -361,6 +364,7 @@ void frmServer::Close(bool byUser) {
     EnablePollingTimer(false);
     EnableResumeTimer(false);
     timArrival->stop();
+    waitingCommands_.clear();
     lifetime_.Unload();
 }
 

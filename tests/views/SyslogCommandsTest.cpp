@@ -193,7 +193,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             commands_.DeleteMessages();
         } else if (what < 99 && received_.Tree.LeafCount() > 0) {
             TreeNode node;
-            for (std::size_t level = 1 + below(3); level > 0; --level)
+            for (std::size_t level = 1 + below(3); level > 0 && received_.Tree.ChildCount(node) > 0; --level)
                 node = received_.Tree.ChildAt(node, below(received_.Tree.ChildCount(node)));
             const TreeNode leafBelow = TreeNode::Leaf(received_.Tree.SlotsUnder(node).front());
             const Message like = kept.at(leafBelow.LeafSlot());

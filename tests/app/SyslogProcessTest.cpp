@@ -1,0 +1,173 @@
+#include <arpa/inet.h>
+#include <sys/socket.h>
+
+#include <chrono>
+#include <cstdint>
+#include <fstream>
+#include <iomanip>
+#include <ios>
+#include <ostream>
+#include <sstream>
+#include <string_view>
+#include <thread>
+
+#include "tests/app/ConsoleProcess.h"
+
+namespace tallyhorn {
+namespace {
+
+using std::string_literals::operator""s;
+
+/// A port that nobody had a moment ago.
+std::uint16_t FreePort() {
+    const int probe = socket(AF_INET, SOCK_DGRAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    socklen_t length = sizeof address;
+    EXPECT_EQ(bind(probe, reinterpret_cast<const sockaddr*>(&address), length), 0);
+    EXPECT_EQ(getsockname(probe, reinterpret_cast<sockaddr*>(&address), &length), 0);
+    close(probe);
+    return ntohs(address.sin_port);
+}
+
+/// Looked up and not tried: a test that binds the port might be in the console's way.
+bool SomebodyListensAt(std::uint16_t port) {
+    std::ostringstream hex;
+    hex << ':' << std::hex << std::uppercase << std::setw(4) << std::setfill('0') << port;
+    for (const char* const table : {"/proc/net/udp", "/proc/net/udp6"}) {
+        std::ifstream lines(table);
+        std::string number;
+        std::string address;
+        for (std::string rest; lines >> number >> address && std::getline(lines, rest);) {
+            if (address.ends_with(hex.str()))
+                return true;
+        }
+    }
+    return false;
+}
+
+/// The real console on a port of its own.
+class SyslogProcessTest : public ProcessTest {
+protected:
+    void SetUp() override {
+        ProcessTest::SetUp();
+        WriteSettings(folder_);
+    }
+    void WriteSettings(const TemporaryFolder& folder) const {
+        WriteBytes(folder / "thlisten.ini",
+                   "[General]\r\nMessageViews=7\r\nSyslogUDPPort=" + Port() + "\r\n");
+    }
+    pid_t StartListening() {
+        const pid_t console = StartConsole();
+        EXPECT_TRUE(Eventually([this] { return SomebodyListensAt(port_); }));
+        return console;
+    }
+    /// A line for the shell, whose $1, $2 and so on are the arguments.
+    static int Run(const std::string& command, const std::vector<std::string>& arguments) {
+        std::vector<std::string> words{"-c", command, "sh"};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        return ExitStatus(Spawn("/bin/sh", words));
+    }
+    /// Ends a console and gives what it says of syslog.
+    std::string End(pid_t console) {
+        std::this_thread::sleep_for(Settling);
+        kill(console, SIGTERM);
+        EXPECT_EQ(ExitStatus(console), 0);
+        const std::string summary = ReadBytes(folder_ / "summary");
+        const std::size_t line = summary.find("\nSyslog ");
+        return line == std::string::npos ? summary : summary.substr(line + 1);
+    }
+    /// Another start and end, after which all has to be as it was.
+    std::string EndOfAnotherRun() { return End(StartListening()); }
+    std::string Backup() const { return ReadBytes(folder_ / "Backup.dat"); }
+    std::string Port() const { return std::to_string(port_); }
+    std::string Target() const { return "127.0.0.1:" + Port(); }
+
+    /// For the window to come up on a machine that has other things to do.
+    static constexpr std::chrono::milliseconds Settling{2000};
+    const std::uint16_t port_ = FreePort();
+};
+
+/// A program that can send a line by UDP; $1 is the text and $2 the port.
+struct Sender {
+    const char* Program;
+    const char* Command;
+};
+
+void PrintTo(const Sender& sender, std::ostream* stream) {
+    *stream << sender.Program;
+}
+
+class SyslogSenderTest : public SyslogProcessTest, public ::testing::WithParamInterface<Sender> {};
+
+TEST_P(SyslogSenderTest, OnlyANotificationIsKeptAndComesBack) {
+    const bool ours = std::string_view(GetParam().Program) == "tallyhorn-send";
+    if (!ours && Run("command -v \"$1\"", {GetParam().Program}) != 0)
+        GTEST_SKIP() << "there is no " << GetParam().Program << " here";
+    const pid_t console = StartListening();
+    for (const char* const text :
+         {"Event 4625 (Logon failed): Security Log, 8/21/2008 2:05:09 PM, Auditing, Failure Audit, "
+          "Logon/Logoff, 4625, acme\\svc, lon-dc-1, The password, it was wrong: twice.",
+          "session opened for user root(uid=0)"})
+        EXPECT_EQ(Run(GetParam().Command, {text, Port()}), 0);
+    EXPECT_EQ(End(console),
+              "Syslog 2 received, 1 kept, rows: 0 information, 0 warning, 1 critical, leaves: 1\n");
+    const std::string kept =
+        "Date: 8/21/2008 2:05:09 PM\r\nAlarm Name: Logon failed\r\nLog Type: Security\r\n"
+        "Source: Auditing\r\nType Of Event: Failure Audit\r\nCategory: Logon/Logoff\r\n"
+        "EventID: 4625\r\nAccount: ACME\\SVC\r\nComputer: LON-DC-1\r\nDescription: \r\n"
+        "The password, it was wrong: twice.";
+    EXPECT_EQ(Backup(), "00" + std::to_string(kept.size()) + kept);
+
+    EXPECT_EQ(EndOfAnotherRun(),
+              "Syslog 0 received, 1 kept, rows: 0 information, 0 warning, 1 critical, leaves: 1\n");
+    EXPECT_EQ(Backup(), "00" + std::to_string(kept.size()) + kept);
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, SyslogSenderTest,
+                         ::testing::Values(Sender{"tallyhorn-send",
+                                                  TALLYHORN_SEND " --syslog \"127.0.0.1:$2\" \"$1\""},
+                                           Sender{"logger", "logger -n 127.0.0.1 -P \"$2\" -d \"$1\""},
+                                           Sender{"nc", "printf %s \"$1\" | nc -u -w 1 127.0.0.1 \"$2\""}));
+
+TEST_F(SyslogProcessTest, AFeedIsKeptInOrderThroughRestarts) {
+    constexpr int Count = 2000;
+    const pid_t console = StartListening();
+    EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, {"--syslog", Target(), "--demo", "--number", "--count",
+                                                std::to_string(Count), "--rate", "20000"})),
+              0);
+    const std::string first = End(console);
+    EXPECT_TRUE(first.starts_with("Syslog 2000 received, 2000 kept, ")) << first;
+    const std::string backup = Backup();
+    std::size_t at = 0;
+    for (int number = 1; number <= Count; ++number) {
+        std::ostringstream mark;
+        mark << " #" << std::setw(6) << std::setfill('0') << number;
+        at = backup.find(mark.str(), at);
+        ASSERT_NE(at, std::string::npos) << mark.str() << " is missing or stands before the one before it";
+    }
+
+    EXPECT_EQ(EndOfAnotherRun(), "Syslog 0" + first.substr("Syslog 2000"s.size()));
+    EXPECT_TRUE(Backup() == backup);
+}
+
+TEST_F(SyslogProcessTest, AConsoleWhosePortIsTakenAsksAndEndsWhenItIsTold) {
+    const pid_t first = StartListening();
+    TemporaryFolder runtime;
+    TemporaryFolder folder;
+    std::filesystem::permissions(runtime.Path(), std::filesystem::perms::owner_all);
+    WriteSettings(folder);
+    setenv("XDG_RUNTIME_DIR", runtime.Path().c_str(), 1);
+    setenv("TALLYHORN_SUMMARY", (folder / "summary").c_str(), 1);
+    const pid_t second = Spawn(TALLYHORN_CONSOLE, {"--folder", folder.Path().string()});
+    std::this_thread::sleep_for(Settling);
+    EXPECT_EQ(waitpid(second, nullptr, WNOHANG), 0) << "its question stands open";
+    EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, {"--syslog", Target(), "Event (x): y"})), 0);
+    kill(second, SIGTERM);
+    EXPECT_EQ(ExitStatus(second), 0);
+    EXPECT_NE(ReadBytes(folder / "summary").find("\nSyslog 0 received"), std::string::npos);
+    EXPECT_TRUE(End(first).starts_with("Syslog 1 received, 1 kept"));
+}
+
+}  // namespace
+}  // namespace tallyhorn

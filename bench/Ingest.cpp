@@ -17,6 +17,7 @@
 #include "bench/DatagramLoad.h"
 #include "platform/Heap.h"
 #include "tests/fakes/FileBytes.h"
+#include "views/forms/frmServer.h"
 
 namespace tallyhorn {
 namespace {

@@ -116,7 +116,10 @@ private:
         GroupId Parent = 0;
         std::size_t Position = 0;
 
-        auto operator<=>(const ChildPlace&) const = default;
+        bool operator==(const ChildPlace&) const = default;
+        bool operator<(const ChildPlace& other) const {
+            return Parent != other.Parent ? Parent < other.Parent : Position < other.Position;
+        }
     };
     using Keys = std::unordered_set<std::uint64_t, SeededHash>;
     using GroupMap = std::unordered_map<std::uint64_t, GroupId, SeededHash>;

@@ -1,0 +1,82 @@
+// What a message of the backup costs from the file into store, lists and tree.
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/Heap.h"
+#include "reception/SyslogEndpoint.h"
+#include "storage/MessageBackup.h"
+#include "tests/fakes/FakeDatagrams.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/TemporaryFolder.h"
+#include "tools/DemoFeed.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr int Messages = 100'000;
+
+class NoProgress final : public BackupProgress {
+public:
+    void Show(std::uint64_t /*done*/, std::uint64_t /*total*/) override {}
+};
+
+/// Everything of a console but its window.
+struct Rules {
+    explicit Rules(const TemporaryFolder& folder)
+        : Filters(folder.Path() / "SavedFilters.dat"),
+          Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices) {}
+
+    SystemClock Time;
+    FakePendingEvents Events;
+    FakeDisplay Display;
+    FakeMessageBoxes Boxes;
+    FakeViewFilter ViewFilter;
+    FakeSignals Signals;
+    FakeDatagrams Datagrams;
+    AlarmRecord Alarm;
+    bool Paused = false;
+    TimeSlices Slices{Time, Events};
+    ReceivedMessages Received{Display, Slices};
+    SuppressionFilters Filters;
+    SyslogEndpoint Syslog{
+        Datagrams, {Filters, ViewFilter, Received, Display, Signals, Slices, Time, Alarm, Paused}, [] {}};
+    MessageBackup Backup;
+};
+
+void IntoListsAndTree(benchmark::State& state) {
+    GrowHeapInLargeSteps();  // as the console does
+    const TemporaryFolder folder;
+    {
+        Rules rules(folder);
+        NoProgress none;
+        rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, none);
+        rules.Syslog.InitializeWinsock(1);
+        DemoFeed feed(1);
+        for (int i = 0; i < Messages; ++i)
+            rules.Datagrams.Arrive(1, feed.NextSyslog().Text);
+        rules.Syslog.Close();
+        rules.Backup.SaveMessageBackup();
+    }
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto rules = std::make_unique<Rules>(folder);
+        NoProgress none;
+        state.ResumeTiming();
+        rules->Backup.LoadMessageBackup(
+            [&rules](std::string_view text) { rules->Syslog.RestoreBackupMessage(text); }, none);
+        state.PauseTiming();
+        if (rules->Received.Syslog.Messages.MessageCount() != Messages)
+            state.SkipWithError("messages are missing");
+        rules.reset();
+        state.ResumeTiming();
+    }
+    state.counters["us_each"] = benchmark::Counter(
+        Messages / 1e6, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(IntoListsAndTree)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tallyhorn

@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "bench/ProcessorTime.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "platform/linux/FileDescriptor.h"
 #include "tools/DemoFeed.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "tools/DemoFeed.h"
 #include "tools/SendArguments.h"
 

@@ -12,7 +12,7 @@
 
 #include "platform/Clock.h"
 #include "platform/CommandLineProgram.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "platform/MailslotTransport.h"
 #include "reception/cvbMailslot.h"
 #include "records/AnsiText.h"

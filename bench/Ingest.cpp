@@ -23,6 +23,7 @@
 #include "bench/ProcessorTime.h"
 #include "platform/Heap.h"
 #include "tests/fakes/FileBytes.h"
+#include "views/forms/frmServer.h"
 
 namespace tallyhorn {
 namespace {

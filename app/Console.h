@@ -8,7 +8,7 @@
 #include "config/Settings.h"
 #include "filters/SuppressionFilters.h"
 #include "platform/Clock.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"

@@ -48,21 +48,24 @@ public:
         return rows;
     }
 
-    /// Lets the window work until `done`, for two minutes at most.
-    static void WorkUntil(const std::function<bool()>& done) {
+    /// Lets the window work until `done`; false where two minutes do not do.
+    [[nodiscard]] static bool WorkUntil(const std::function<bool()>& done) {
         QTimer watch;
         watch.start(5);
         const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
         // No loop of its own: the end of a console ends all loops, those that begin later too.
-        do
+        do {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!done() && std::chrono::steady_clock::now() < end);
+            if (done())
+                return true;
+        } while (std::chrono::steady_clock::now() < end);
+        return false;
     }
 
-    /// Saves and ends.
-    void End() {
+    /// Saves and ends; false where it does not come to its end.
+    [[nodiscard]] bool End() {
         console_->End();
-        WorkUntil([this] { return console_->HasEnded(); });
+        return WorkUntil([this] { return console_->HasEnded(); });
     }
 
 private:

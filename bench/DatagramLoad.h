@@ -1,11 +1,6 @@
 #pragma once
 
-// What benchmarks of datagrams share: a sender in a process and on a core of its own, and the yardstick, the
-// rate that a bare receiving loop takes without a loss.
-
-#include <netinet/in.h>
 #include <sched.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,13 +11,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "bench/ProcessorTime.h"
-#include "platform/DatagramReceiver.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/DatagramSockets.h"
 #include "tools/DemoFeed.h"
 
 namespace tallyhorn {
@@ -30,13 +24,24 @@ namespace tallyhorn {
 inline constexpr int ReceivingCore = 0;
 inline constexpr int SendingCore = 1;
 
+/// Whether the machine lets this process have both; asked before PinTo.  Says so where it does not.
+inline bool HasBothCores() {
+    cpu_set_t cores;
+    CPU_ZERO(&cores);
+    const bool both = sched_getaffinity(0, sizeof cores, &cores) == 0 && CPU_ISSET(ReceivingCore, &cores) &&
+                      CPU_ISSET(SendingCore, &cores);
+    if (!both)
+        std::fputs("left out: datagrams are measured with the sender on a core of its own\n", stderr);
+    return both;
+}
+
 /// The calling thread, and all that it starts from then on, in threads and processes.
 inline void PinTo(int core) {
     cpu_set_t cores;
     CPU_ZERO(&cores);
     CPU_SET(static_cast<unsigned>(core), &cores);
     if (sched_setaffinity(0, sizeof cores, &cores) != 0) {
-        std::fputs("benchmarks of datagrams need two cores\n", stderr);
+        std::fprintf(stderr, "core %d is out of reach\n", core);
         std::exit(1);
     }
 }
@@ -65,10 +70,12 @@ public:
     DatagramLoad& operator=(const DatagramLoad&) = delete;
 
     void Start(std::uint16_t port) { (void)!write(orders_[1], &port, sizeof port); }
-    /// Waits until all is sent, and tells the seconds that it took; negative where sending failed.
-    double Wait() {
-        double seconds = -1;
-        return read(answers_[0], &seconds, sizeof seconds) == sizeof seconds ? seconds : -1;
+    /// Waits until all is sent, and tells the seconds that it took; nothing where sending failed.
+    std::optional<double> Wait() {
+        double seconds = 0;
+        if (read(answers_[0], &seconds, sizeof seconds) != sizeof seconds)
+            return std::nullopt;
+        return seconds;
     }
     std::uint64_t Count() const { return count_; }
 
@@ -129,71 +136,5 @@ private:
     std::array<int, 2> answers_{};
     pid_t sender_ = 0;
 };
-
-/// What a run of a receiver came to.
-struct LoadResult {
-    std::uint64_t Sent = 0;
-    std::uint64_t Received = 0;
-    double SendingSeconds = 0;
-    double ProcessorSeconds = 0;  ///< the receiver's
-
-    double Rate() const { return static_cast<double>(Sent) / SendingSeconds; }
-    double NanosecondsEach() const { return ProcessorSeconds * 1e9 / static_cast<double>(Received); }
-    double Lost() const { return static_cast<double>(Sent - Received); }
-};
-
-/// The yardstick: a blocking recvmmsg loop with the receive buffer of the console's and nothing behind it.
-inline LoadResult BareReceive(std::uint64_t count, std::uint64_t rate) {
-    constexpr unsigned Batch = 64;
-    constexpr std::size_t Length = 2048;
-    std::vector<char> bytes(Batch * Length);
-    std::array<iovec, Batch> vectors{};
-    std::array<mmsghdr, Batch> messages{};
-    for (std::size_t i = 0; i < Batch; ++i) {
-        vectors[i] = {bytes.data() + i * Length, Length};
-        messages[i].msg_hdr.msg_iov = &vectors[i];
-        messages[i].msg_hdr.msg_iovlen = 1;
-    }
-    DatagramLoad load(count, rate);
-    PinTo(ReceivingCore);
-    const FileDescriptor socket(::socket(AF_INET6, SOCK_DGRAM, 0));
-    const int off = 0;
-    const int largest = 1 << 30;
-    // So that what was lost does not leave the loop waiting for ever.
-    const timeval patience{.tv_sec = 0, .tv_usec = 500'000};
-    setsockopt(socket.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
-    setsockopt(socket.Get(), SOL_SOCKET, SO_RCVBUF, &largest, sizeof largest);
-    setsockopt(socket.Get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    sockaddr_in6 address{};
-    address.sin6_family = AF_INET6;
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(socket.Get(), generic, size) != 0 || getsockname(socket.Get(), generic, &size) != 0)
-        std::abort();
-
-    LoadResult result{.Sent = count};
-    load.Start(ntohs(address.sin6_port));
-    const double before = UsedProcessorSeconds(RUSAGE_THREAD);
-    while (result.Received < count) {
-        const int got = recvmmsg(socket.Get(), messages.data(), Batch, MSG_WAITFORONE, nullptr);
-        if (got <= 0)
-            break;
-        result.Received += static_cast<std::uint64_t>(got);
-    }
-    result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_THREAD) - before;
-    result.SendingSeconds = load.Wait();
-    return result;
-}
-
-/// The highest rate, in steps of a tenth down from what one sender can, at which the yardstick loses nothing
-/// in a second.
-inline double LossFreeRate() {
-    LoadResult result = BareReceive(500'000, 0);
-    for (int step = 0; step < 20 && result.Lost() > 0; ++step) {
-        const auto rate = static_cast<std::uint64_t>(result.Rate() * 0.9);
-        result = BareReceive(rate, rate);
-    }
-    return result.Lost() > 0 ? 0 : result.Rate();
-}
 
 }  // namespace tallyhorn

@@ -4,10 +4,15 @@
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <semaphore>
 
+#include "bench/BareReceive.h"
 #include "bench/DatagramLoad.h"
+#include "platform/DatagramSockets.h"
 
 namespace tallyhorn {
 namespace {
@@ -20,11 +25,22 @@ std::uint64_t CountFor(std::int64_t rate) {
     return rate == Unpaced ? 1'000'000 : static_cast<std::uint64_t>(rate) * Seconds;
 }
 
-void Report(benchmark::State& state, const LoadResult& result) {
-    state.SetIterationTime(result.SendingSeconds);
-    state.counters["a_second"] = result.Rate();
-    state.counters["ns_each"] = result.NanosecondsEach();
-    state.counters["lost"] = result.Lost();
+constexpr const char* SendingFailed = "sending failed";
+
+void Report(benchmark::State& state, const std::optional<LoadResult>& result) {
+    if (!result) {
+        state.SkipWithError(SendingFailed);
+        return;
+    }
+    state.SetIterationTime(result->SendingSeconds);
+    state.counters["a_second"] = result->Rate();
+    state.counters["ns_each"] = result->NanosecondsEach();
+    state.counters["lost"] = result->Lost();
+}
+
+void ReportLosses(benchmark::State& state, const DatagramLosses& losses) {
+    state.counters["no_room"] = static_cast<double>(losses.NoRoom);
+    state.counters["by_system"] = static_cast<double>(losses.BySystem.value_or(0));
 }
 
 void BareLoop(benchmark::State& state) {
@@ -34,9 +50,11 @@ void BareLoop(benchmark::State& state) {
 
 void LossFree(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
-        const double rate = LossFreeRate();
+        const std::optional<double> rate = LossFreeRate();
+        if (!rate)
+            state.SkipWithError("every rate loses datagrams");
         state.SetIterationTime(1);
-        state.counters["a_second"] = rate;
+        state.counters["a_second"] = rate.value_or(0);
     }
 }
 
@@ -60,11 +78,11 @@ void Receiver(benchmark::State& state) {
             }
         }
         result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_SELF) - before;
-        result.SendingSeconds = load.Wait();
-        Report(state, result);
+        const std::optional<double> seconds = load.Wait();
+        result.SendingSeconds = seconds.value_or(0);
+        Report(state, seconds ? std::optional(result) : std::nullopt);
+        ReportLosses(state, receiver->Losses());
         state.counters["wakes"] = static_cast<double>(wakes);
-        state.counters["no_room"] = static_cast<double>(receiver->Losses().NoRoom);
-        state.counters["by_system"] = static_cast<double>(receiver->Losses().BySystem.value_or(0));
     }
 }
 
@@ -85,36 +103,33 @@ void BusyReader(benchmark::State& state) {
             while (receiver->Next())
                 ++result.Received;
         }
-        state.SetIterationTime(load.Wait());
+        const std::optional<double> seconds = load.Wait();
+        if (!seconds)
+            state.SkipWithError(SendingFailed);
+        state.SetIterationTime(seconds.value_or(0));
         state.counters["lost"] = result.Lost();
-        state.counters["no_room"] = static_cast<double>(receiver->Losses().NoRoom);
-        state.counters["by_system"] = static_cast<double>(receiver->Losses().BySystem.value_or(0));
+        ReportLosses(state, receiver->Losses());
     }
 }
 
-BENCHMARK(LossFree)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BareLoop)
-    ->Arg(Unpaced)
-    ->Arg(500'000)
-    ->Arg(200'000)
-    ->Arg(50'000)
-    ->UseManualTime()
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(Receiver)
-    ->Arg(Unpaced)
-    ->Arg(500'000)
-    ->Arg(200'000)
-    ->Arg(50'000)
-    ->UseManualTime()
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(BusyReader)
-    ->Arg(150'000)
-    ->Arg(50'000)
-    ->UseManualTime()
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
+void Once(benchmark::internal::Benchmark* benchmark) {
+    benchmark->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+}
+void AtEachRate(benchmark::internal::Benchmark* benchmark) {
+    Once(benchmark->Arg(Unpaced)->Arg(500'000)->Arg(200'000)->Arg(50'000));
+}
+BENCHMARK(LossFree)->Apply(Once);
+BENCHMARK(BareLoop)->Apply(AtEachRate);
+BENCHMARK(Receiver)->Apply(AtEachRate);
+BENCHMARK(BusyReader)->Arg(150'000)->Arg(50'000)->Apply(Once);
 
 }  // namespace
 }  // namespace tallyhorn
+
+int main(int argc, char** argv) {
+    if (!tallyhorn::HasBothCores())
+        return 0;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -3,7 +3,6 @@
 // loop over the same datagrams: what the system asks for them before any line of ours runs.
 
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/ProcessorTime.h"
 #include "platform/Clock.h"
 #include "reception/cvbMailslot.h"
 #include "tests/fakes/FakeMailslots.h"
@@ -25,15 +25,6 @@ namespace {
 
 constexpr int Texts = 200'000;
 constexpr std::size_t TextLength = 380;
-
-double ProcessorSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
 
 /// Runs `send` in a process of its own.
 template <typename Function>
@@ -66,12 +57,12 @@ void PumpQueueAndReadMessages(benchmark::State& state) {
                 client->Write(text);
         });
         std::vector<std::string> messages;
-        const double before = ProcessorSeconds();
+        const double before = UsedProcessorSeconds(RUSAGE_SELF);
         for (int received = 0; received < Texts;) {
             std::this_thread::sleep_for(std::chrono::milliseconds(state.range(0)));
             received += mailslot.ReadMessages(messages);
         }
-        ReportPerText(state, ProcessorSeconds() - before);
+        ReportPerText(state, UsedProcessorSeconds(RUSAGE_SELF) - before);
         waitpid(sender, nullptr, 0);
     }
 }
@@ -96,10 +87,10 @@ void BareReceive(benchmark::State& state) {
             for (int i = 0; i < Texts; ++i)
                 send(ends[1], text.data(), text.size(), 0);
         });
-        const double before = ProcessorSeconds();
+        const double before = UsedProcessorSeconds(RUSAGE_SELF);
         for (int received = 0; received < Texts;)
             received += recvmmsg(ends[0], headers.data(), Batch, MSG_WAITFORONE, nullptr);
-        ReportPerText(state, ProcessorSeconds() - before);
+        ReportPerText(state, UsedProcessorSeconds(RUSAGE_SELF) - before);
         waitpid(sender, nullptr, 0);
         close(ends[0]);
         close(ends[1]);

@@ -3,10 +3,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include <array>
-#include <cstring>
 #include <string>
 
+#include "bench/CopyAndSearch.h"
 #include "records/CanonicalText.h"
 #include "records/SyslogFormat.h"
 
@@ -23,19 +22,7 @@ std::string TypicalText() {
     return text;
 }
 
-/// Ten searches that each go over a tenth of the text, as those for ten fields do.
-void CopyAndSearch(benchmark::State& state) {
-    const std::string text = TypicalText();
-    std::array<char, 512> copy{};
-    const std::size_t part = text.size() / 10;
-    for (auto _ : state) {
-        std::memcpy(copy.data(), text.data(), text.size());
-        benchmark::ClobberMemory();
-        for (std::size_t i = 0; i < 10; ++i)
-            benchmark::DoNotOptimize(std::memchr(copy.data() + i * part, '\x01', part));
-    }
-}
-BENCHMARK(CopyAndSearch);
+BENCHMARK_CAPTURE(CopyAndSearch, TypicalText, TypicalText());
 
 void ParseTypicalText(benchmark::State& state) {
     const std::string text = TypicalText();

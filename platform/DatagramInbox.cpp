@@ -25,7 +25,7 @@ std::optional<std::string_view> DatagramInbox::Next() {
     return queue_.Front();
 }
 
-bool DatagramInbox::HasWaiting() const {
+bool DatagramInbox::HasWaiting() {
     return !IsEmpty() || !Rest();
 }
 
@@ -39,7 +39,7 @@ bool DatagramInbox::IsEmpty() const {
 /// comes before the other.  Where it is the pump's, the pump did not wake, but what it appended before is
 /// seen here.  Where it is the reader's, the pump finds the reader at rest and wakes; the second exchange
 /// tells, and the reader leaves what waits to that wake, so that never two of them are on their way.
-bool DatagramInbox::Rest() const {
+bool DatagramInbox::Rest() {
     awake_.exchange(false, std::memory_order_acq_rel);
     return IsEmpty() || awake_.exchange(true, std::memory_order_acq_rel);
 }

@@ -24,19 +24,19 @@ public:
 
     // The reader's side; as DatagramReceiver has it.
     std::optional<std::string_view> Next();
-    bool HasWaiting() const;
+    bool HasWaiting();
     std::uint64_t NoRoom() const { return noRoom_.load(std::memory_order_relaxed); }
 
 private:
     bool IsEmpty() const;
-    bool Rest() const;
+    bool Rest();
 
     const std::function<void()> wake_;
     DatagramQueue queue_;
     bool taken_ = false;  ///< the reader's own: the queue's first is the one that Next gave last
     std::atomic<std::uint64_t> noRoom_ = 0;
     /// Whether the reader has been woken and not yet found nothing.
-    mutable std::atomic<bool> awake_ = false;
+    std::atomic<bool> awake_ = false;
 };
 
 }  // namespace tallyhorn

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "reception/ReceptionParts.h"
 #include "reception/SyslogQueue.h"
 

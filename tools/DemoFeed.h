@@ -16,6 +16,8 @@ namespace tallyhorn {
 enum class DemoType { Information, Warning, Error, FailureAudit, SuccessAudit, Other };
 inline constexpr std::array<std::string_view, 6> DemoTypeNames = {"Information",   "Warning",       "Error",
                                                                   "Failure Audit", "Success Audit", "other"};
+/// A number for each type.
+using DemoTypeCounts = std::array<std::uint64_t, DemoTypeNames.size()>;
 
 /// Owns one made-up notification, whole, and tells which type of event it is.
 /// A plain value, safe in any one thread.

@@ -1,6 +1,7 @@
 #include "tools/SyslogRun.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <iterator>
 #include <limits>
@@ -25,34 +26,35 @@ std::string NumberText(std::uint64_t number) {
 SyslogRun::SyslogRun(const SendArguments& arguments, DatagramSender& sender)
     : arguments_(arguments), sender_(sender) {}
 
-SyslogRun::Outcome SyslogRun::Send(const std::vector<std::string>& texts) {
+SendRun::Outcome SyslogRun::Send(const std::vector<std::string>& texts) {
     const std::vector<std::string_view> views(texts.begin(), texts.end());
     const std::size_t sent = sender_.SendBatch(views);
-    datagrams_ += sent;
-    bytes_ = std::accumulate(views.begin(), views.begin() + static_cast<std::ptrdiff_t>(sent), bytes_,
-                             [](std::uint64_t sum, std::string_view text) { return sum + text.size(); });
+    counts_.Datagrams += sent;
+    counts_.Bytes =
+        std::accumulate(views.begin(), views.begin() + static_cast<std::ptrdiff_t>(sent), counts_.Bytes,
+                        [](std::uint64_t sum, std::string_view text) { return sum + text.size(); });
     if (sender_.Refused())
         return Outcome::Refused;
     return sent == texts.size() ? Outcome::Sent : Outcome::NotTaken;
 }
 
-SyslogRun::Outcome SyslogRun::SendDemo() {
+SendRun::Outcome SyslogRun::SendDemo() {
     // One system call's worth.
     constexpr std::uint64_t BatchSize = 64;
     const std::uint64_t count = arguments_.Count.value_or(std::numeric_limits<std::uint64_t>::max());
     DemoFeed feed(arguments_.Seed);
     Pace pace(arguments_.Rate);
     Outcome outcome = Outcome::Sent;
-    while (outcome == Outcome::Sent && datagrams_ < count && pace.WaitFor(datagrams_)) {
-        const std::uint64_t before = datagrams_;
+    while (outcome == Outcome::Sent && counts_.Datagrams < count && pace.WaitFor(counts_.Datagrams)) {
+        const std::uint64_t before = counts_.Datagrams;
         std::vector<DemoText> next =
-            NextTexts(feed, pace.Due(datagrams_, std::min(BatchSize, count - datagrams_)));
+            NextTexts(feed, pace.Due(counts_.Datagrams, std::min(BatchSize, count - counts_.Datagrams)));
         std::vector<std::string> texts;
         std::transform(next.begin(), next.end(), std::back_inserter(texts),
                        [](DemoText& text) { return std::move(text.Text); });
         outcome = Send(texts);
-        for (std::uint64_t i = 0; i < datagrams_ - before; ++i)
-            ++byType_[static_cast<std::size_t>(next[i].Type)];
+        for (std::uint64_t i = 0; i < counts_.Datagrams - before; ++i)
+            ++counts_.ByType[static_cast<std::size_t>(next[i].Type)];
     }
     return outcome;
 }
@@ -62,7 +64,7 @@ std::vector<DemoText> SyslogRun::NextTexts(DemoFeed& feed, std::uint64_t count) 
     for (std::uint64_t i = 0; i < count; ++i) {
         texts[i] = feed.NextSyslog();
         if (arguments_.Number)
-            texts[i].Text += NumberText(datagrams_ + i + 1);
+            texts[i].Text += NumberText(counts_.Datagrams + i + 1);
     }
     return texts;
 }

@@ -1,7 +1,6 @@
 // Sends notifications to a console's mailslot or syslog port, as the engine does.
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -12,13 +11,11 @@
 
 #include "platform/Clock.h"
 #include "platform/CommandLineProgram.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "platform/MailslotTransport.h"
-#include "reception/cvbMailslot.h"
 #include "records/AnsiText.h"
-#include "tools/CountingTransport.h"
 #include "tools/DemoFeed.h"
-#include "tools/Pace.h"
+#include "tools/MailslotRun.h"
 #include "tools/SendArguments.h"
 #include "tools/SyslogRun.h"
 
@@ -55,8 +52,6 @@ std::optional<std::string> ReadFileBytes(const std::string& path) {
     return ReadAll(file);
 }
 
-using Counts = std::array<std::uint64_t, DemoTypeNames.size()>;
-
 std::string Counted(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
@@ -74,97 +69,44 @@ std::optional<std::vector<std::string>> TextsToSend(const SendArguments& argumen
     return texts;
 }
 
-void ReportTypes(const Counts& counts) {
-    for (std::size_t type = 0; type < DemoTypeNames.size(); ++type)
-        std::cout << "  " << DemoTypeNames[type] << ": " << counts[type] << '\n';
+void Report(const SendCounts& counts, const std::string& target, bool demo) {
+    std::cout << "sent ";
+    if (counts.Texts)
+        std::cout << Counted(*counts.Texts, "text") << ", ";
+    std::cout << Counted(counts.Datagrams, "datagram") << ", " << counts.Bytes << " bytes to " << target
+              << '\n';
+    for (std::size_t type = 0; demo && type < DemoTypeNames.size(); ++type)
+        std::cout << "  " << DemoTypeNames[type] << ": " << counts.ByType[type] << '\n';
 }
 
-/// One run: what is asked for, and what went through the mailslot.
-class Sender {
-public:
-    Sender(const SendArguments& arguments, CountingTransport& counting, cvbMailslot& mailslot)
-        : arguments_(arguments), counting_(counting), mailslot_(mailslot) {}
-
-    int Run(const std::vector<std::string>& texts) {
-        if (arguments_.Mode == SendMode::Raw)
-            return RunRaw(texts);
-        if (!mailslot_.InitializeMailslot(arguments_.Mailslot, false))
-            return Refused();
-        const bool done = arguments_.Mode == SendMode::Demo ? SendDemo() : Send(texts.front());
-        Report();
-        return done ? Sent : Gone();
-    }
-
-private:
-    int RunRaw(const std::vector<std::string>& datagrams) {
-        const std::unique_ptr<MailslotClient> client =
-            counting_.Open(std::string(MailslotPrefix) + arguments_.Mailslot);
-        if (client == nullptr)
-            return Refused();
-        for (const std::string& datagram : datagrams) {
-            if (!client->Write(std::string_view(datagram.c_str(), datagram.size() + 1)))
-                break;
-        }
-        texts_ = counting_.Datagrams();
-        Report();
-        return texts_ == datagrams.size() ? Sent : Gone();
-    }
-
-    bool Send(std::string text) {
-        constexpr std::size_t LongestWithNul = cvbMailslot::MaximumMessageSize - 2;
-        if (text.size() <= LongestWithNul)
-            text += '\0';
-        try {
-            if (!mailslot_.SendMessage(text))
-                return false;
-        } catch (const MailslotWriteError&) {
-            return false;
-        }
-        ++texts_;
-        return true;
-    }
-
-    bool SendDemo() {
-        CatchEndRequests();
-        DemoFeed feed(arguments_.Seed);
-        Pace pace(arguments_.Rate);
-        while ((!arguments_.Count || texts_ < *arguments_.Count) && pace.WaitFor(texts_)) {
-            DemoText next = feed.Next();
-            if (!Send(std::move(next.Text)))
-                return EndRequested();
-            ++textsByType_[static_cast<std::size_t>(next.Type)];
-        }
-        return true;
-    }
-
-    void Report() const {
-        std::cout << "sent " << Counted(texts_, "text") << ", " << Counted(counting_.Datagrams(), "datagram")
-                  << ", " << counting_.Bytes() << " bytes to " << arguments_.Mailslot << '\n';
-        if (arguments_.Mode == SendMode::Demo)
-            ReportTypes(textsByType_);
-    }
-
-    int Refused() const {
-        return Fail(NobodyListens, "nobody listens at the mailslot " + arguments_.Mailslot);
-    }
-    int Gone() const {
-        return Fail(NobodyListens, "the mailslot " + arguments_.Mailslot +
-                                       " did not take a datagram: it is too long or the listener is gone");
-    }
-
-    const SendArguments& arguments_;
-    CountingTransport& counting_;
-    cvbMailslot& mailslot_;
-    std::uint64_t texts_ = 0;
-    Counts textsByType_{};
+/// How messages name a way of sending.
+struct Wording {
+    std::string Target;
+    std::string Listener;  ///< where nobody listens
+    std::string NotTaken;
 };
+
+int SendAndReport(SendRun& run, const SendArguments& arguments, const std::vector<std::string>& texts,
+                  const Wording& wording) {
+    const bool demo = arguments.Mode == SendMode::Demo;
+    if (demo)
+        CatchEndRequests();
+    const SendRun::Outcome outcome = demo ? run.SendDemo() : run.Send(texts);
+    if (outcome != SendRun::Outcome::Refused || run.Counts().Datagrams > 0)
+        Report(run.Counts(), wording.Target, demo);
+    if (outcome == SendRun::Outcome::Refused)
+        return Fail(NobodyListens, "nobody listens at " + wording.Listener);
+    return outcome == SendRun::Outcome::Sent ? Sent : Fail(NobodyListens, wording.NotTaken);
+}
 
 int SendToMailslot(const SendArguments& arguments, const std::vector<std::string>& texts) {
     const std::unique_ptr<MailslotTransport> system = MakeMailslotTransport(arguments.MailslotFolder);
-    CountingTransport counting(*system);
     const SystemClock clock;
-    cvbMailslot mailslot(counting, clock);
-    return Sender(arguments, counting, mailslot).Run(texts);
+    MailslotRun run(arguments, *system, clock);
+    const std::string listener = "the mailslot " + arguments.Mailslot;
+    return SendAndReport(run, arguments, texts,
+                         {arguments.Mailslot, listener,
+                          listener + " did not take a datagram: it is too long or the listener is gone"});
 }
 
 int SendBySyslog(const SendArguments& arguments, const std::vector<std::string>& texts) {
@@ -172,21 +114,11 @@ int SendBySyslog(const SendArguments& arguments, const std::vector<std::string>&
     const std::unique_ptr<DatagramSender> sender = MakeDatagramSockets()->Open(target.Host, target.Port);
     if (sender == nullptr)
         return Fail(NobodyListens, "there is no way to " + target.Given);
-    const bool demo = arguments.Mode == SendMode::Demo;
-    if (demo)
-        CatchEndRequests();
     SyslogRun run(arguments, *sender);
-    const SyslogRun::Outcome outcome = demo ? run.SendDemo() : run.Send(texts);
-    std::cout << "sent " << Counted(run.Datagrams(), "datagram") << ", " << run.Bytes() << " bytes to "
-              << target.Given << '\n';
-    if (demo)
-        ReportTypes(run.ByType());
-    if (outcome == SyslogRun::Outcome::Refused)
-        return Fail(NobodyListens, "nobody listens at " + target.Given);
-    if (outcome == SyslogRun::Outcome::NotTaken)
-        return Fail(NobodyListens, "the system did not take a datagram for " + target.Given +
-                                       ": it is too long or there is no way");
-    return Sent;
+    return SendAndReport(
+        run, arguments, texts,
+        {target.Given, target.Given,
+         "the system did not take a datagram for " + target.Given + ": it is too long or there is no way"});
 }
 
 int Run(const std::vector<std::string>& words) {

@@ -1,3 +1,5 @@
+#include "platform/DatagramSockets.h"
+
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/eventfd.h>
@@ -10,7 +12,6 @@
 #include <optional>
 #include <utility>
 
-#include "platform/DatagramReceiver.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/LinuxDatagramReceiver.h"
 

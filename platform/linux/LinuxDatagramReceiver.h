@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "platform/DatagramInbox.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "platform/linux/FileDescriptor.h"
 
 namespace tallyhorn {
@@ -28,7 +28,7 @@ public:
     std::uint16_t Port() const override { return port_; }
     void Stop() override;
     std::optional<std::string_view> Next() override { return inbox_.Next(); }
-    bool HasWaiting() const override { return inbox_.HasWaiting(); }
+    bool HasWaiting() override { return inbox_.HasWaiting(); }
     DatagramLosses Losses() const override;
 
 private:
@@ -40,6 +40,7 @@ private:
     FileDescriptor socket_;
     const FileDescriptor stop_;
     const std::uint16_t port_;
+    const int napMilliseconds_;
     DatagramInbox inbox_;
     std::atomic<bool> stopping_ = false;
     DatagramLosses finalLosses_;  ///< once the socket is closed

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/FileWriting.h"
 
 namespace tallyhorn {
 namespace {
@@ -22,18 +23,6 @@ constexpr int MostLinks = 40;
 constexpr int MostAttempts = 100;
 /// Read at once behind what the file's size promised.
 constexpr std::size_t MoreRoom = 65536;
-
-bool WriteAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
 
 /// The file that a chain of links ends at, there or not; nothing for a chain that goes round.
 std::optional<fs::path> FollowLinks(fs::path path) {
@@ -96,14 +85,6 @@ std::optional<fs::path> WriteTemporary(const fs::path& target, const struct stat
     return std::nullopt;
 }
 
-/// Makes the renaming itself last.  Some file systems cannot; the content is safe by then.
-void SyncFolder(const fs::path& path) {
-    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-    const FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (file)
-        fsync(file.Get());
-}
-
 }  // namespace
 
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes) {
@@ -147,7 +128,8 @@ bool ReplaceWholeFile(const std::string& path, std::string_view bytes) {
         unlink(temporary->c_str());
         return false;
     }
-    SyncFolder(*target);
+    // The renaming itself has to last too.
+    SyncFolderOf(*target);
     return true;
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/DatagramInbox.h"
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 
 #ifndef SIO_UDP_CONNRESET
 #define SIO_UDP_CONNRESET _WSAIOW(IOC_VENDOR, 12)
@@ -167,7 +167,7 @@ public:
         socket_.Close();
     }
     std::optional<std::string_view> Next() override { return inbox_.Next(); }
-    bool HasWaiting() const override { return inbox_.HasWaiting(); }
+    bool HasWaiting() override { return inbox_.HasWaiting(); }
     DatagramLosses Losses() const override { return {.NoRoom = inbox_.NoRoom(), .BySystem = std::nullopt}; }
 
 private:
@@ -177,18 +177,17 @@ private:
         while (WSAWaitForMultipleEvents(2, events.data(), FALSE, WSA_INFINITE, FALSE) != WSA_WAIT_EVENT_0) {
             WSAResetEvent(readable_.Get());
             if (!Drain())
-                return;
+                break;
+        }
+        // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
+        for (std::size_t i = 0; i < LastDatagrams && TakeOne() != WSAEWOULDBLOCK; ++i) {
         }
     }
 
     /// Takes what waits; false at the end.
     bool Drain() {
         while (true) {
-            const int length = recvfrom(socket_.Get(), buffer_.data(), static_cast<int>(buffer_.size()), 0,
-                                        nullptr, nullptr);
-            if (length >= 0)
-                inbox_.Put(std::array{std::string_view(buffer_.data(), static_cast<std::size_t>(length))});
-            const int error = length < 0 ? WSAGetLastError() : 0;
+            const int error = TakeOne();
             if (error == WSAEWOULDBLOCK)
                 return true;
             // Any other trouble may pass.
@@ -196,6 +195,16 @@ private:
             if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : TroubleMilliseconds) == WAIT_OBJECT_0)
                 return false;
         }
+    }
+
+    /// 0, or why there is none; WSAEWOULDBLOCK where none waits.
+    int TakeOne() {
+        const int length =
+            recvfrom(socket_.Get(), buffer_.data(), static_cast<int>(buffer_.size()), 0, nullptr, nullptr);
+        if (length < 0)
+            return WSAGetLastError();
+        inbox_.Put(std::array{std::string_view(buffer_.data(), static_cast<std::size_t>(length))});
+        return 0;
     }
 
     OwnedSocket socket_;

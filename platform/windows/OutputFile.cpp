@@ -2,39 +2,32 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
+#include "platform/windows/FileWriting.h"
 #include "platform/windows/OwnedHandle.h"
 
 namespace tallyhorn {
 namespace {
 
-constexpr std::size_t LargestPiece = std::size_t{1} << 20U;
-
 class WindowsOutputFile final : public OutputFile {
 public:
-    explicit WindowsOutputFile(HANDLE file) : file_(std::make_unique<OwnedHandle>(file)) {}
+    explicit WindowsOutputFile(HANDLE file) : file_(file) {}
 
     std::optional<SystemError> Write(std::string_view bytes) override {
-        while (!bytes.empty()) {
-            DWORD count = 0;
-            const auto wanted = static_cast<DWORD>(std::min(bytes.size(), LargestPiece));
-            if (WriteFile(file_->Get(), bytes.data(), wanted, &count, nullptr) == 0 || count == 0)
-                return LastSystemError();
-            bytes.remove_prefix(count);
-        }
-        return std::nullopt;
+        if (WriteAll(file_.Get(), bytes))
+            return std::nullopt;
+        return LastSystemError();
     }
 
     std::optional<SystemError> Finish() override {
-        if (FlushFileBuffers(file_->Get()) == 0)
-            return LastSystemError();
-        file_.reset();
-        return std::nullopt;
+        std::optional<SystemError> error;
+        if (FlushFileBuffers(file_.Get()) == 0)
+            error = LastSystemError();
+        file_.Close();
+        return error;
     }
 
 private:
-    std::unique_ptr<OwnedHandle> file_;
+    OwnedHandle file_;
 };
 
 }  // namespace

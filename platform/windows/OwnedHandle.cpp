@@ -4,9 +4,10 @@
 
 namespace tallyhorn {
 
-OwnedHandle::~OwnedHandle() {
+void OwnedHandle::Close() {
     if (*this)
         CloseHandle(handle_);
+    handle_ = nullptr;
 }
 
 OwnedHandle::operator bool() const {

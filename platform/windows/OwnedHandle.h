@@ -10,17 +10,19 @@ class OwnedHandle {
 public:
     /// A HANDLE; that name needs a header which stays out of headers of ours.
     explicit OwnedHandle(void* handle) : handle_(handle) {}
-    ~OwnedHandle();
+    ~OwnedHandle() { Close(); }
     OwnedHandle(const OwnedHandle&) = delete;
     OwnedHandle& operator=(const OwnedHandle&) = delete;
 
+    /// There is none from then on.
+    void Close();
     void* Get() const { return handle_; }
     explicit operator bool() const;
     /// Handles have 32 significant bits on every Windows.
     std::int32_t Number() const;
 
 private:
-    void* const handle_;
+    void* handle_;
 };
 
 }  // namespace tallyhorn

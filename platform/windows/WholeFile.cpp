@@ -5,23 +5,13 @@
 #include <algorithm>
 #include <atomic>
 
+#include "platform/windows/FileWriting.h"
 #include "platform/windows/OwnedHandle.h"
 
 namespace tallyhorn {
 namespace {
 
 constexpr DWORD LargestPiece = DWORD{1} << 20U;
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const DWORD wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), LargestPiece));
-        DWORD count = 0;
-        if (WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0 || count == 0)
-            return false;
-        bytes.remove_prefix(count);
-    }
-    return true;
-}
 
 std::string TemporaryName(const std::string& path) {
     static std::atomic<unsigned> count{0};

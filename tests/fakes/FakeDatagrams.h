@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 
 namespace tallyhorn {
 
@@ -92,8 +92,9 @@ private:
             endpoint.Waiting.pop_front();
             return taken_;
         }
-        bool HasWaiting() const override {
+        bool HasWaiting() override {
             Endpoint& endpoint = State();
+            // A no lets the next arrival wake again.
             endpoint.Awake = endpoint.Awake && !endpoint.Waiting.empty();
             return !endpoint.Waiting.empty();
         }

@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "tests/fakes/TestMailslot.h"
 
 namespace tallyhorn {
@@ -231,6 +231,10 @@ TEST_F(DatagramSocketsTest, WhatDoesNotFitIsCounted) {
         last = Await();
     } while (last == large);
     EXPECT_EQ(last, "there is room again");
+    const DatagramLosses losses = receiver_->Losses();
+    receiver_->Stop();
+    EXPECT_EQ(receiver_->Losses().NoRoom, losses.NoRoom) << "still to be read";
+    EXPECT_EQ(receiver_->Losses().BySystem, losses.BySystem);
 }
 
 TEST_F(DatagramSocketsTest, TheSystemsLossesAreTold) {
@@ -244,6 +248,31 @@ TEST_F(DatagramSocketsTest, TheSystemsLossesAreTold) {
     while (LostBySystem() == 0 && sent < 100'000)
         sent += sender->SendBatch(batch);
     EXPECT_GT(LostBySystem(), 0U) << sent;
+}
+
+TEST_F(DatagramSocketsTest, StopLeavesWhatHadComeAndFreesThePort) {
+    // Few enough for the smallest receive buffer: what comes while the pump is away waits there.
+    constexpr std::size_t Texts = 100;
+    for (int round = 0; round < 20; ++round) {
+        const std::uint16_t port = receiver_->Port();
+        const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
+        ASSERT_TRUE(sender->Send("0"));
+        EXPECT_EQ(Await(), "0");
+        for (std::size_t i = 1; i <= Texts; ++i)
+            ASSERT_TRUE(sender->Send(std::to_string(i)));
+        receiver_->Stop();
+        receiver_->Stop();
+        EXPECT_EQ(receiver_->Port(), port);
+        std::unique_ptr<DatagramReceiver> next = Listen(port);
+        ASSERT_NE(next, nullptr) << "the port is free again";
+        EXPECT_TRUE(receiver_->HasWaiting());
+        for (std::size_t i = 1; i <= Texts; ++i)
+            ASSERT_EQ(receiver_->Next(), std::to_string(i)) << "in round " << round;
+        EXPECT_EQ(receiver_->Next(), std::nullopt);
+        EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
+        EXPECT_EQ(LostBySystem(), 0U);
+        receiver_ = std::move(next);
+    }
 }
 
 TEST_F(DatagramSocketsTest, EndsAtOnceWhileDatagramsCome) {

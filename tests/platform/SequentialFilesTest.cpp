@@ -110,6 +110,8 @@ TEST(OutputFileTest, MakesANewFileAlone) {
         EXPECT_FALSE(file->Write(""));
         EXPECT_FALSE(file->Write(bytes));
         EXPECT_FALSE(file->Finish());
+        EXPECT_NE(file->Write("more").value_or(SystemError{}).Number, 0) << "it is closed";
+        EXPECT_NE(file->Finish().value_or(SystemError{}).Number, 0);
     }
     EXPECT_TRUE(ReadBytes(path) == bytes);
     EXPECT_FALSE(CreateOutputFile(path, error));

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/DatagramReceiver.h"
+#include "platform/DatagramSockets.h"
 #include "tests/fakes/TestMailslot.h"
 #include "tests/tools/RunSend.h"
 

@@ -29,18 +29,18 @@ TEST_F(SyslogRunTest, SendsAndCountsADemo) {
     SyslogRun run(arguments_, *sender_);
     EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Sent);
     ASSERT_EQ(Waiting().size(), 1000U);
-    EXPECT_EQ(run.Datagrams(), 1000U);
+    EXPECT_EQ(run.Counts().Datagrams, 1000U);
     DemoFeed feed(5);
     std::uint64_t bytes = 0;
-    std::array<std::uint64_t, DemoTypeNames.size()> types{};
+    DemoTypeCounts types{};
     for (const std::string& text : Waiting()) {
         const DemoText expected = feed.NextSyslog();
         ASSERT_EQ(text, expected.Text);
         bytes += text.size();
         ++types[static_cast<std::size_t>(expected.Type)];
     }
-    EXPECT_EQ(run.Bytes(), bytes);
-    EXPECT_EQ(run.ByType(), types);
+    EXPECT_EQ(run.Counts().Bytes, bytes);
+    EXPECT_EQ(run.Counts().ByType, types);
 }
 
 TEST_F(SyslogRunTest, NumbersEveryTextAndKeepsARate) {
@@ -63,10 +63,10 @@ TEST_F(SyslogRunTest, StopsWhereADatagramIsNotTaken) {
     SyslogRun run(arguments_, *sender_);
     EXPECT_EQ(run.Send({"a", std::string(65508, 'x'), "c"}), SyslogRun::Outcome::NotTaken);
     EXPECT_EQ(Waiting(), std::deque<std::string>{"a"});
-    EXPECT_EQ(run.Datagrams(), 1U);
-    EXPECT_EQ(run.Bytes(), 1U);
+    EXPECT_EQ(run.Counts().Datagrams, 1U);
+    EXPECT_EQ(run.Counts().Bytes, 1U);
     EXPECT_EQ(run.Send({"", std::string(65507, 'x')}), SyslogRun::Outcome::Sent);
-    EXPECT_EQ(run.Bytes(), 65508U);
+    EXPECT_EQ(run.Counts().Bytes, 65508U);
 }
 
 TEST_F(SyslogRunTest, ADemoWithoutEndEndsWhenNobodyListens) {

@@ -24,16 +24,20 @@ class DatagramReceiver {
 public:
     /// What waits is bounded by this many bytes; what comes above that is dropped and counted.
     static constexpr std::size_t MostWaiting = std::size_t{64} << 20U;
+    /// What a socket's buffer of the largest usual size can hold.
+    static constexpr std::size_t LastDatagrams = 32'768;
 
     virtual ~DatagramReceiver() = default;
     /// The port that is really bound.
     virtual std::uint16_t Port() const = 0;
-    /// Lets go of the port; what waits can still be taken.
+    /// Lets go of the port.  What waits can still be taken, what the system had delivered until then too (of
+    /// a flood that goes on no more than LastDatagrams), and Losses stays readable.
     virtual void Stop() = 0;
     /// Takes the oldest datagram, whole, which is valid until the next call; nothing where none waits.
     virtual std::optional<std::string_view> Next() = 0;
-    /// Whether Next has something to give; of no cost worth counting.
-    virtual bool HasWaiting() const = 0;
+    /// Whether Next has something to give; of no cost worth counting.  A no means that the reader waits for
+    /// the next wake: it lets `wake` be called again, as a Next that gave nothing does.
+    virtual bool HasWaiting() = 0;
     virtual DatagramLosses Losses() const = 0;
 };
 

@@ -1,0 +1,92 @@
+#pragma once
+
+// The yardstick of datagrams: what a bare receiving loop takes, and what it costs.
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <vector>
+
+#include "bench/DatagramLoad.h"
+#include "bench/ProcessorTime.h"
+#include "platform/linux/FileDescriptor.h"
+
+namespace tallyhorn {
+
+/// What a run of a receiver came to.
+struct LoadResult {
+    std::uint64_t Sent = 0;
+    std::uint64_t Received = 0;
+    double SendingSeconds = 0;
+    double ProcessorSeconds = 0;  ///< the receiver's
+
+    double Rate() const { return static_cast<double>(Sent) / SendingSeconds; }
+    double NanosecondsEach() const { return ProcessorSeconds * 1e9 / static_cast<double>(Received); }
+    double Lost() const { return static_cast<double>(Sent - Received); }
+};
+
+/// A blocking recvmmsg loop with the receive buffer of the console's and nothing behind it; nothing where
+/// sending failed.
+inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t rate) {
+    constexpr unsigned Batch = 64;
+    constexpr std::size_t Length = 2048;
+    std::vector<char> bytes(Batch * Length);
+    std::array<iovec, Batch> vectors{};
+    std::array<mmsghdr, Batch> messages{};
+    for (std::size_t i = 0; i < Batch; ++i) {
+        vectors[i] = {bytes.data() + i * Length, Length};
+        messages[i].msg_hdr.msg_iov = &vectors[i];
+        messages[i].msg_hdr.msg_iovlen = 1;
+    }
+    DatagramLoad load(count, rate);
+    PinTo(ReceivingCore);
+    const FileDescriptor socket(::socket(AF_INET6, SOCK_DGRAM, 0));
+    const int off = 0;
+    const int largest = 1 << 30;
+    // So that what was lost does not leave the loop waiting for ever.
+    const timeval patience{.tv_sec = 0, .tv_usec = 500'000};
+    setsockopt(socket.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
+    setsockopt(socket.Get(), SOL_SOCKET, SO_RCVBUF, &largest, sizeof largest);
+    setsockopt(socket.Get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    socklen_t size = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(socket.Get(), generic, size) != 0 || getsockname(socket.Get(), generic, &size) != 0)
+        std::abort();
+
+    LoadResult result{.Sent = count};
+    load.Start(ntohs(address.sin6_port));
+    const double before = UsedProcessorSeconds(RUSAGE_THREAD);
+    while (result.Received < count) {
+        const int got = recvmmsg(socket.Get(), messages.data(), Batch, MSG_WAITFORONE, nullptr);
+        if (got <= 0)
+            break;
+        result.Received += static_cast<std::uint64_t>(got);
+    }
+    result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_THREAD) - before;
+    const std::optional<double> seconds = load.Wait();
+    if (!seconds)
+        return std::nullopt;
+    result.SendingSeconds = *seconds;
+    return result;
+}
+
+/// The highest rate, in steps of a tenth down from what one sender can, at which the yardstick loses nothing
+/// in a second; nothing where each of them loses some.
+inline std::optional<double> LossFreeRate() {
+    std::optional<LoadResult> result = BareReceive(500'000, 0);
+    for (int step = 0; step < 20 && result && result->Lost() > 0; ++step) {
+        const auto rate = static_cast<std::uint64_t>(result->Rate() * 0.9);
+        result = BareReceive(rate, rate);
+    }
+    if (!result || result->Lost() > 0)
+        return std::nullopt;
+    return result->Rate();
+}
+
+}  // namespace tallyhorn

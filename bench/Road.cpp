@@ -22,6 +22,7 @@
 #include "bench/ProcessorTime.h"
 #include "platform/Heap.h"
 #include "tools/DemoFeed.h"
+#include "views/forms/MessageListView.h"
 
 namespace tallyhorn {
 namespace {

@@ -419,7 +419,10 @@ void frmServer::PlaceParts() {
                               TwipsSize insideSize) {
         frame->move(Pixels(FrameMargin), top);
         ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
-        inside->move(Pixels(ListMargin), Pixels(ListMargin));
+        // Below the frame's line, which stands lower where letters are taller; what is left below is the rest.
+        const int lowest = frame->height() - Pixels(insideSize.Height);
+        const int line = frame->contentsRect().top();
+        inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));
         ResizeIfFits(inside, Pixels(insideSize.Width), Pixels(insideSize.Height));
     };
     for (std::size_t i = 0; i < fraNetBiosTypes.size(); ++i) {

@@ -265,9 +265,7 @@ void ConsolidatedTree::ForgetGroup(GroupId id) {
 }
 
 void ConsolidatedTree::Renumber() {
-    const auto newNumber = [this](LivingOrder::Number number) {
-        return static_cast<LivingOrder::Number>(order_.PositionOf(number) - 1);
-    };
+    const LivingOrder::NewNumbers newNumber = order_.Renumber();
     for (std::size_t i = 1; i < groups_.Size(); ++i) {
         if (groups_[i].Alive)
             groups_[i].Number = newNumber(groups_[i].Number);
@@ -276,7 +274,6 @@ void ConsolidatedTree::Renumber() {
         if (leaves_[slot].Computer != 0)
             leaves_[slot].Number = newNumber(leaves_[slot].Number);
     }
-    order_.Renumber();
 }
 
 void ConsolidatedTree::Clear() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <numeric>
+#include <utility>
 
 namespace tallyhorn {
 
@@ -39,12 +40,28 @@ std::size_t LivingOrder::PositionOf(Number number) const {
     return before + static_cast<std::size_t>(std::popcount(words_[word] & earlier)) + 1;
 }
 
-void LivingOrder::Renumber() {
+LivingOrder::NewNumbers LivingOrder::Renumber() {
     const std::size_t left = size_;
+    NewNumbers numbers(std::move(words_));
     Clear();
     words_.reserve(left / WordBits + 1);
     for (std::size_t i = 0; i < left; ++i)
         Add();
+    return numbers;
+}
+
+LivingOrder::NewNumbers::NewNumbers(std::vector<std::uint64_t> words) : words_(std::move(words)) {
+    starts_.reserve(words_.size());
+    Number before = 0;
+    for (const std::uint64_t word : words_) {
+        starts_.push_back(before);
+        before += static_cast<Number>(std::popcount(word));
+    }
+}
+
+LivingOrder::Number LivingOrder::NewNumbers::operator()(Number old) const {
+    const std::uint64_t earlier = (std::uint64_t{1} << (old % WordBits)) - 1;
+    return starts_[old / WordBits] + static_cast<Number>(std::popcount(words_[old / WordBits] & earlier));
 }
 
 }  // namespace tallyhorn

@@ -21,10 +21,21 @@ public:
     std::size_t PositionOf(Number number) const;
     std::size_t Size() const { return size_; }
 
-    /// Whether so many are gone that giving out new numbers pays: each thing that is left then takes its
-    /// position less 1 as its new number, all of them before Renumber is called.
+    /// Tells what is left its new number by its old one.
+    class NewNumbers {
+    public:
+        explicit NewNumbers(std::vector<std::uint64_t> words);
+        Number operator()(Number old) const;
+
+    private:
+        std::vector<std::uint64_t> words_;
+        std::vector<Number> starts_;  ///< how many are left before each word
+    };
+
+    /// Whether so many are gone that giving out new numbers pays.
     bool WantsRenumbering() const { return given_ >= FewestToRenumber && given_ / 2 > size_; }
-    void Renumber();
+    /// Numbers what is left anew, from 0 on in the same order; everything has to take its new number then.
+    NewNumbers Renumber();
 
 private:
     static constexpr std::size_t FewestToRenumber = 8192;

@@ -13,7 +13,7 @@ namespace {
 /// No line shows more, and laying out a text of sixty thousand characters takes long.
 constexpr std::size_t LongestShown = 1000;
 /// Longer ones may not fit on the line, and a tip tells them.
-constexpr qsizetype LongestAtAGlance = 100;
+constexpr qsizetype LongestAtAGlance = 60;
 
 /// Whatever the text holds, it is not read as markup.
 QString PlainToolTip(const QString& text) {

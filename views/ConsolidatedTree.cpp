@@ -37,11 +37,6 @@ std::string_view BeforeCount(std::string_view name) {
 
 }  // namespace
 
-ConsolidatedTree::ConsolidatedTree(const MessageRows& rows) : rows_(rows) {
-    groups_.GrowTo(1);
-    groups_[0].Alive = true;
-}
-
 // ---- adding
 
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
@@ -51,9 +46,9 @@ void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord
         return;
     }
     const GroupId group = FindOrAddGroups(row);
-    ForEachUpwards(group, [](Group& each) {
+    groups_.ForEachUpwards(group, [](TreeGroup& each) {
         ++each.Count;
-        each.Form = each.Count == 1 ? CountForm::One : CountForm::Many;
+        each.Form = each.Count == 1 ? TreeGroup::CountForm::One : TreeGroup::CountForm::Many;
     });
     if (groups_[group].Level == TreeLevel::Computer) {
         AddLeaf(group, slot, alarm);
@@ -64,90 +59,44 @@ void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord
 }
 
 /// The computer, or the last group above it whose next one would have to be made with a key that is taken.
-ConsolidatedTree::GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
-    const Label type = static_cast<Label>(*row.Picture);
-    const std::uint64_t way = WayKey(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
+GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
+    const GroupLabel alarm = row.Texts[AlarmText];
+    const GroupLabel computer = row.Texts[ComputerText];
     // Most have their groups already, and one look is cheaper than three.
-    if (const auto known = computerByWay_.find(way); known != computerByWay_.end())
-        return known->second;
+    if (const GroupId known = groups_.FindComputer(alarm, *row.Picture, computer); known != 0)
+        return known;
     GroupId group = 0;
-    for (const Label label : {row.Texts[AlarmText], type, row.Texts[ComputerText]}) {
-        const GroupId found = FindGroup(group, label);
+    for (const GroupLabel label : {alarm, static_cast<GroupLabel>(*row.Picture), computer}) {
+        const GroupId found = groups_.Find(group, label);
         const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
         if (below == 0)
             return group;
         group = below;
     }
-    computerByWay_.emplace(way, group);
     return group;
 }
 
-/// Texts have numbers far below these, since each stands for one in memory.
-std::uint64_t ConsolidatedTree::WayKey(Label alarm, EventPicture type, Label computer) {
-    constexpr unsigned TextBits = 30;
-    return (static_cast<std::uint64_t>(type) << (2 * TextBits)) | (std::uint64_t{alarm} << TextBits) |
-           computer;
-}
-
-std::uint64_t ConsolidatedTree::LabelKey(GroupId parent, Label name) {
-    return (std::uint64_t{parent} << 32U) | name;
-}
-
-ConsolidatedTree::GroupId ConsolidatedTree::FindGroup(GroupId parent, Label name) const {
-    const auto found = groupByLabel_.find(LabelKey(parent, name));
-    return found == groupByLabel_.end() ? 0 : found->second;
-}
-
 /// 0 where another group has the key.
-ConsolidatedTree::GroupId ConsolidatedTree::AddGroup(GroupId parent, Label name, EventPicture picture) {
-    Group group;
+GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventPicture picture) {
+    TreeGroup group;
     group.Parent = parent;
     group.Name = name;
     group.Picture = picture;
     group.Level = static_cast<TreeLevel>(static_cast<int>(groups_[parent].Level) + 1);
-    group.Alive = true;
-    if (group.Level != TreeLevel::Alarm) {
+    if (parent != 0)
         group.KeyNumber = static_cast<std::uint32_t>(order_.PositionOf(groups_[parent].Number));
-        if (!KeysOf(group.Level).insert(KeyOf(group)).second)
-            return 0;
-    }
-    group.Number = order_.Add();
-
-    GroupId id = 0;
-    if (freeGroups_.empty()) {
-        id = static_cast<GroupId>(groups_.Size());
-        groups_.GrowTo(groups_.Size() + 1);
-    } else {
-        id = freeGroups_.back();
-        freeGroups_.pop_back();
-    }
-    groups_[id] = std::move(group);
-    groupByLabel_.emplace(LabelKey(parent, name), id);
+    const GroupId id = groups_.Add(std::move(group));
+    if (id == 0)
+        return 0;
+    groups_[id].Number = order_.Add();
     groups_[parent].Children.Insert(GroupEntry(id), RuleBelow(groups_[parent]));
     return id;
-}
-
-ConsolidatedTree::Keys& ConsolidatedTree::KeysOf(TreeLevel level) {
-    return level == TreeLevel::Type ? typeKeys_ : computerKeys_;
-}
-
-std::uint64_t ConsolidatedTree::KeyOf(const Group& group) {
-    return LabelKey(group.KeyNumber, group.Name);
-}
-
-template <typename Change>
-void ConsolidatedTree::ForEachUpwards(GroupId group, Change change) {
-    for (;; group = groups_[group].Parent) {
-        change(groups_[group]);
-        if (group == 0)
-            return;
-    }
 }
 
 void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm) {
     leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
     leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
-    Group& group = groups_[computer];
+    TreeGroup& group = groups_[computer];
     if (group.SortedLeaves)
         group.Children.Insert(LeafEntry(slot, true), RuleBelow(group));
     else
@@ -214,7 +163,7 @@ void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& g
 }
 
 /// Gives the group that counted it, 0 where none did.
-ConsolidatedTree::GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
+GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
     const auto found = leafless_.find(slot);
     if (found == leafless_.end())
         return 0;
@@ -228,9 +177,9 @@ ConsolidatedTree::GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
 }
 
 void ConsolidatedTree::Discount(GroupId group, std::size_t gone) {
-    ForEachUpwards(group, [gone](Group& each) {
+    groups_.ForEachUpwards(group, [gone](TreeGroup& each) {
         each.Count -= static_cast<std::uint32_t>(gone);
-        each.Form = CountForm::AfterRemoval;
+        each.Form = TreeGroup::CountForm::AfterRemoval;
     });
 }
 
@@ -253,21 +202,14 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
 }
 
 void ConsolidatedTree::ForgetGroup(GroupId id) {
-    Group& group = groups_[id];
-    groupByLabel_.erase(LabelKey(group.Parent, group.Name));
-    if (group.Level == TreeLevel::Computer)
-        computerByWay_.erase(WayKey(groups_[groups_[group.Parent].Parent].Name, group.Picture, group.Name));
-    if (group.Level != TreeLevel::Alarm)
-        KeysOf(group.Level).erase(KeyOf(group));
-    order_.Remove(group.Number);
-    group = Group();
-    freeGroups_.push_back(id);
+    order_.Remove(groups_[id].Number);
+    groups_.Remove(id);
 }
 
 void ConsolidatedTree::Renumber() {
     const LivingOrder::NewNumbers newNumber = order_.Renumber();
-    for (std::size_t i = 1; i < groups_.Size(); ++i) {
-        if (groups_[i].Alive)
+    for (GroupId i = 1; i < groups_.Size(); ++i) {
+        if (groups_.Holds(i))
             groups_[i].Number = newNumber(groups_[i].Number);
     }
     for (std::size_t slot = 0; slot < leaves_.Size(); ++slot) {
@@ -279,13 +221,6 @@ void ConsolidatedTree::Renumber() {
 void ConsolidatedTree::Clear() {
     const Change change(observer_);
     groups_.Clear();
-    groups_.GrowTo(1);
-    groups_[0].Alive = true;
-    freeGroups_.clear();
-    groupByLabel_.clear();
-    computerByWay_.clear();
-    typeKeys_.clear();
-    computerKeys_.clear();
     leaves_.Clear();
     leafless_.clear();
     countedLeafless_ = 0;
@@ -304,7 +239,7 @@ bool ConsolidatedTree::HasLeaf(Slot slot) const {
 bool ConsolidatedTree::Holds(TreeNode node) const {
     if (node.IsLeaf())
         return HasLeaf(node.LeafSlot());
-    return node.GroupId() < groups_.Size() && groups_[node.GroupId()].Alive;
+    return groups_.Holds(node.GroupId());
 }
 
 TreeLevel ConsolidatedTree::Level(TreeNode node) const {
@@ -320,14 +255,14 @@ std::size_t ConsolidatedTree::ChildCount(TreeNode parent) const {
 }
 
 TreeNode ConsolidatedTree::ChildAt(TreeNode parent, std::size_t position) const {
-    const Group& group = groups_[parent.GroupId()];
+    const TreeGroup& group = groups_[parent.GroupId()];
     const std::uint32_t number = group.Children.At(position).Slot;
     return group.Level == TreeLevel::Computer ? TreeNode::Leaf(static_cast<Slot>(number))
                                               : TreeNode::Group(number);
 }
 
 std::size_t ConsolidatedTree::PositionOf(TreeNode node) const {
-    const Group& parent = groups_[Parent(node).GroupId()];
+    const TreeGroup& parent = groups_[Parent(node).GroupId()];
     const RowEntry entry =
         node.IsLeaf() ? LeafEntry(node.LeafSlot(), parent.SortedLeaves) : GroupEntry(node.GroupId());
     return parent.Children.PositionOf(entry, RuleBelow(parent), ArrivalsBelow(parent)).value();
@@ -344,10 +279,10 @@ bool ConsolidatedTree::FindNextAlarmNode(TreeNode& node) const {
 std::string ConsolidatedTree::Text(TreeNode node) const {
     if (node.IsLeaf())
         return std::string(heads_.Text(LeafOf(node).Head)) + LeafDate(node.LeafSlot());
-    const Group& group = groups_[node.GroupId()];
+    const TreeGroup& group = groups_[node.GroupId()];
     const std::string_view name = GroupName(group);
-    std::string text(group.Form == CountForm::AfterRemoval ? BeforeCount(name) : name);
-    if (group.Form == CountForm::One)
+    std::string text(group.Form == TreeGroup::CountForm::AfterRemoval ? BeforeCount(name) : name);
+    if (group.Form == TreeGroup::CountForm::One)
         return text.append(" ( 1 Event )");
     return text.append(" ( ").append(std::to_string(group.Count)).append(" Events )");
 }
@@ -355,7 +290,7 @@ std::string ConsolidatedTree::Text(TreeNode node) const {
 std::optional<EventPicture> ConsolidatedTree::Picture(TreeNode node) const {
     if (node.IsLeaf())
         return groups_[LeafOf(node).Computer].Picture;
-    const Group& group = groups_[node.GroupId()];
+    const TreeGroup& group = groups_[node.GroupId()];
     if (group.Level == TreeLevel::Alarm)
         return std::nullopt;
     return group.Picture;
@@ -366,7 +301,7 @@ std::string ConsolidatedTree::Key(TreeNode node) const {
         return "FIELDS_" + FourDigits(static_cast<std::uint32_t>(node.LeafSlot())) + "_" +
                std::string(rows_.Texts().Text(rows_[node.LeafSlot()].Texts[LogTypeText]));
     }
-    const Group& group = groups_[node.GroupId()];
+    const TreeGroup& group = groups_[node.GroupId()];
     switch (group.Level) {
         case TreeLevel::Alarm:
             return "ALARM_" + std::string(GroupName(group));
@@ -384,7 +319,7 @@ std::size_t ConsolidatedTree::PositionInCollection(TreeNode node) const {
 bool ConsolidatedTree::SortChildren(TreeNode node) {
     if (Level(node) != TreeLevel::Computer || groups_[node.GroupId()].SortedLeaves)
         return false;
-    Group& group = groups_[node.GroupId()];
+    TreeGroup& group = groups_[node.GroupId()];
     group.SortedLeaves = true;
     group.Children.Resort([this](Slot slot) { return LeafEntry(slot, true); }, RuleBelow(group),
                           ArrivalsBelow(group));
@@ -396,7 +331,7 @@ std::vector<Slot> ConsolidatedTree::SlotsUnder(TreeNode node) const {
         return {node.LeafSlot()};
     std::vector<Slot> slots;
     AppendLeaves(node.GroupId(), slots);
-    const Group& group = groups_[node.GroupId()];
+    const TreeGroup& group = groups_[node.GroupId()];
     for (const auto& [slot, counted] : leafless_) {
         if (Covers(group, slot))
             slots.push_back(slot);
@@ -405,7 +340,7 @@ std::vector<Slot> ConsolidatedTree::SlotsUnder(TreeNode node) const {
 }
 
 void ConsolidatedTree::AppendLeaves(GroupId id, std::vector<Slot>& slots) const {
-    const Group& group = groups_[id];
+    const TreeGroup& group = groups_[id];
     for (const RowEntry& entry : group.Children.Entries()) {
         if (group.Level == TreeLevel::Computer)
             slots.push_back(static_cast<Slot>(entry.Slot));
@@ -415,7 +350,7 @@ void ConsolidatedTree::AppendLeaves(GroupId id, std::vector<Slot>& slots) const 
 }
 
 /// Whether a row without a leaf has what the groups from here up stand for.
-bool ConsolidatedTree::Covers(const Group& group, Slot slot) const {
+bool ConsolidatedTree::Covers(const TreeGroup& group, Slot slot) const {
     const MessageRow& row = rows_[slot];
     switch (group.Level) {
         case TreeLevel::Root:
@@ -432,7 +367,7 @@ bool ConsolidatedTree::Covers(const Group& group, Slot slot) const {
 // ---- orders
 
 RowEntry ConsolidatedTree::GroupEntry(GroupId id) const {
-    const Group& group = groups_[id];
+    const TreeGroup& group = groups_[id];
     RowEntry entry = RowEntry::Of(static_cast<Slot>(id));
     if (group.Level == TreeLevel::Type) {
         entry.Key = TypeRanks.at(group.Name);
@@ -454,7 +389,7 @@ RowEntry ConsolidatedTree::LeafEntry(Slot slot, bool sorted) const {
     return entry;
 }
 
-RowOrder::Rule ConsolidatedTree::RuleBelow(const Group& parent) const {
+RowOrder::Rule ConsolidatedTree::RuleBelow(const TreeGroup& parent) const {
     RowOrder::Rule rule;
     if (parent.Level == TreeLevel::Root || parent.Level == TreeLevel::Type)
         rule.Texts = &rows_.Texts();
@@ -465,7 +400,7 @@ RowOrder::Rule ConsolidatedTree::RuleBelow(const Group& parent) const {
     return rule;
 }
 
-RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const Group& parent) const {
+RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const TreeGroup& parent) const {
     if (parent.Level == TreeLevel::Computer)
         return [this](std::uint32_t slot) { return rows_[static_cast<Slot>(slot)].Arrival; };
     return [this](std::uint32_t group) -> std::uint64_t { return groups_[group].Number; };
@@ -473,7 +408,7 @@ RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const Group& parent) const {
 
 // ---- texts
 
-std::string_view ConsolidatedTree::GroupName(const Group& group) const {
+std::string_view ConsolidatedTree::GroupName(const TreeGroup& group) const {
     return group.Level == TreeLevel::Type ? EventTypeName(group.Picture) : rows_.Texts().Text(group.Name);
 }
 

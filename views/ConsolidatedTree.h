@@ -7,17 +7,16 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "records/AlarmRecord.h"
-#include "records/SeededHash.h"
 #include "views/ChangeObserver.h"
 #include "views/ChunkedArray.h"
 #include "views/LivingOrder.h"
 #include "views/MessageRows.h"
 #include "views/RowOrder.h"
 #include "views/TextPool.h"
+#include "views/TreeGroups.h"
 #include "views/TreeNode.h"
 
 namespace tallyhorn {
@@ -27,7 +26,7 @@ namespace tallyhorn {
 /// leaf.
 class ConsolidatedTree {
 public:
-    explicit ConsolidatedTree(const MessageRows& rows);
+    explicit ConsolidatedTree(const MessageRows& rows) : rows_(rows) {}
     ConsolidatedTree(const ConsolidatedTree&) = delete;
     ConsolidatedTree& operator=(const ConsolidatedTree&) = delete;
 
@@ -86,25 +85,6 @@ public:
     std::vector<Slot> SlotsUnder(TreeNode node) const;
 
 private:
-    using GroupId = std::uint32_t;
-    using Label = std::uint32_t;
-
-    /// How a group tells its count: the first leaf, more of them, or what a removal left.
-    enum class CountForm : std::uint8_t { One, Many, AfterRemoval };
-
-    struct Group {
-        std::uint32_t Count = 0;
-        GroupId Parent = 0;
-        Label Name = 0;  ///< the text of an alarm or computer, the picture's number of a type
-        LivingOrder::Number Number = 0;
-        std::uint32_t KeyNumber = 0;
-        TreeLevel Level = TreeLevel::Root;
-        EventPicture Picture{};
-        CountForm Form = CountForm::One;
-        bool SortedLeaves = false;
-        bool Alive = false;
-        RowOrder Children;
-    };
     /// The computer that a leaf hangs under, 0 where the slot has no leaf.
     struct Leaf {
         GroupId Computer = 0;
@@ -121,21 +101,10 @@ private:
             return Parent != other.Parent ? Parent < other.Parent : Position < other.Position;
         }
     };
-    using Keys = std::unordered_set<std::uint64_t, SeededHash>;
-    using GroupMap = std::unordered_map<std::uint64_t, GroupId, SeededHash>;
-
-    static std::uint64_t LabelKey(GroupId parent, Label name);
-    static std::uint64_t WayKey(Label alarm, EventPicture type, Label computer);
     std::size_t Count(GroupId group) const { return groups_[group].Count; }
     const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
-    template <typename Change>
-    void ForEachUpwards(GroupId group, Change change);
-
     GroupId FindOrAddGroups(const MessageRow& row);
-    GroupId FindGroup(GroupId parent, Label name) const;
-    GroupId AddGroup(GroupId parent, Label name, EventPicture picture);
-    Keys& KeysOf(TreeLevel level);
-    static std::uint64_t KeyOf(const Group& group);
+    GroupId AddGroup(GroupId parent, GroupLabel name, EventPicture picture);
     void AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm);
     TextId AddHead(const AlarmRecord& alarm);
 
@@ -150,21 +119,16 @@ private:
 
     RowEntry GroupEntry(GroupId group) const;
     RowEntry LeafEntry(Slot slot, bool sorted) const;
-    RowOrder::Rule RuleBelow(const Group& parent) const;
-    RowOrder::Arrivals ArrivalsBelow(const Group& parent) const;
+    RowOrder::Rule RuleBelow(const TreeGroup& parent) const;
+    RowOrder::Arrivals ArrivalsBelow(const TreeGroup& parent) const;
 
-    std::string_view GroupName(const Group& group) const;
+    std::string_view GroupName(const TreeGroup& group) const;
     std::string LeafDate(Slot slot) const;
     void AppendLeaves(GroupId group, std::vector<Slot>& slots) const;
-    bool Covers(const Group& group, Slot slot) const;
+    bool Covers(const TreeGroup& group, Slot slot) const;
 
     const MessageRows& rows_;
-    ChunkedArray<Group> groups_;  ///< the root is the first
-    std::vector<GroupId> freeGroups_;
-    GroupMap groupByLabel_;
-    GroupMap computerByWay_;  ///< by all three labels at once
-    Keys typeKeys_;
-    Keys computerKeys_;
+    TreeGroups groups_;
     ChunkedArray<Leaf> leaves_;  ///< by slot
     /// Rows that were given no leaf, with the last group that counts them, 0 for none.
     std::unordered_map<Slot, GroupId> leafless_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -26,12 +27,13 @@ public:
     static constexpr std::size_t MostWaiting = std::size_t{64} << 20U;
     /// What a socket's buffer of the largest usual size can hold.
     static constexpr std::size_t LastDatagrams = 32'768;
+    static constexpr std::chrono::milliseconds LongestStop{500};
 
     virtual ~DatagramReceiver() = default;
     /// The port that is really bound.
     virtual std::uint16_t Port() const = 0;
     /// Lets go of the port.  What waits can still be taken, what the system had delivered until then too (of
-    /// a flood that goes on no more than LastDatagrams), and Losses stays readable.
+    /// a flood that goes on no more than LastDatagrams, in LongestStop), and Losses stays readable.
     virtual void Stop() = 0;
     /// Takes the oldest datagram, whole, which is valid until the next call; nothing where none waits.
     virtual std::optional<std::string_view> Next() = 0;

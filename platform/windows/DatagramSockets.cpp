@@ -4,6 +4,7 @@
 #include <ws2tcpip.h>
 
 #include <array>
+#include <chrono>
 #include <limits>
 #include <optional>
 #include <thread>
@@ -180,7 +181,10 @@ private:
                 break;
         }
         // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
-        for (std::size_t i = 0; i < LastDatagrams && TakeOne() != WSAEWOULDBLOCK; ++i) {
+        const auto end = std::chrono::steady_clock::now() + LongestStop;
+        for (std::size_t i = 0; i < LastDatagrams && std::chrono::steady_clock::now() < end; ++i) {
+            if (TakeOne() == WSAEWOULDBLOCK)
+                return;
         }
     }
 

@@ -42,13 +42,13 @@ Value OrRefuse(const std::optional<Value>& value, const char* what) {
 }
 
 double YardstickRate() {
-    static const double rate = OrRefuse(LossFreeRate(), "a rate without losses");
-    return rate;
+    static const double Rate = OrRefuse(LossFreeRate(), "a rate without losses");
+    return Rate;
 }
 
 double BareLoopNanoseconds() {
-    static const LoadResult bare = OrRefuse(BareReceive(100'000, 50'000), "a bare loop");
-    return bare.NanosecondsEach();
+    static const LoadResult Bare = OrRefuse(BareReceive(100'000, 50'000), "a bare loop");
+    return Bare.NanosecondsEach();
 }
 
 /// The system's sockets, with a look at the receiver that the console was given.

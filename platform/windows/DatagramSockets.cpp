@@ -132,7 +132,9 @@ OwnedSocket Bind(std::uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    return BindTo(old, address) ? std::move(old) : OwnedSocket();
+    if (!BindTo(old, address))
+        return {};
+    return old;
 }
 
 /// Owns a bound socket and the thread that moves datagrams from it into the inbox, whatever the reader is

@@ -252,8 +252,10 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
         if (i % 10 == 0)
             source += "\r\nType Of Event: Error\r\nCategory: x\r\nEventID: 5\r\nAccount: y";
         std::erase(source, ',');
-        Send("Event raised (" + alarm + "): System Log, 1/2/2008 3:04:05, " + source +
-             ", Warning, None, 7, joe, pc" + std::to_string(i % 5) + ", " + description);
+        std::string datagram = "Event raised (";
+        datagram.append(alarm).append("): System Log, 1/2/2008 3:04:05, ").append(source);
+        datagram.append(", Warning, None, 7, joe, pc").append(std::to_string(i % 5));
+        Send(datagram.append(", ").append(description));
     }
     Handle();
     Find<MessageListView>("lvwSyslog1")->selectAll();

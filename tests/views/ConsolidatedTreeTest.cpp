@@ -270,7 +270,7 @@ TEST_F(ConsolidatedTreeTest, AgreesWithAWalkOverTheWholeCollection) {
                 freed.erase(freed.begin());
             }
             const std::string alarm = "a" + std::to_string(below(9));
-            const std::string type = TypeWords[below(TypeWords.size())];
+            const std::string& type = TypeWords[below(TypeWords.size())];
             const std::string computer = "PC" + std::to_string(below(4));
             Add(slot, Record(alarm, type, computer));
             walked.Add(slot, alarm, type, computer);

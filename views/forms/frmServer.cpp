@@ -419,7 +419,8 @@ void frmServer::PlaceParts() {
                               TwipsSize insideSize) {
         frame->move(Pixels(FrameMargin), top);
         ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
-        // Below the frame's line, which stands lower where letters are taller; what is left below is the rest.
+        // Below the frame's line, which stands lower where letters are taller; what is left below is the
+        // rest.
         const int lowest = frame->height() - Pixels(insideSize.Height);
         const int line = frame->contentsRect().top();
         inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));

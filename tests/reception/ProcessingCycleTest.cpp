@@ -2,12 +2,7 @@
 
 #include <string>
 
-#include "reception/ProcessingCycle.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeDatagrams.h"
-#include "tests/fakes/FakeMailslots.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/reception/ReceptionFixture.h"
 
 namespace tallyhorn {
 namespace {
@@ -21,47 +16,15 @@ std::string Notification(const std::string& name, const std::string& type,
            "\r\nDescription: text";
 }
 
-class ProcessingCycleTest : public ::testing::Test {
+class ProcessingCycleTest : public ReceptionFixture {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(mailslot_.InitializeMailslot("cycle", true));
-        filters_.OpenFilterFile();
-        filters_.LoadSuppressionFilters();
-    }
-    void Arrive(const std::string& text) { mailslots_.Slots["cycle"].Waiting.push_back(text + '\0'); }
-    void Suppress(const std::string& computer) {
-        filters_.CurrentFilter = SuppressionFilter();
-        filters_.CurrentFilter.FilterName = "one";
-        filters_.CurrentFilter.Computer = computer;
-        filters_.CurrentFilter.EventID = -1;
-        ASSERT_TRUE(filters_.WriteFilterRecord(1));
-        filters_.LoadSuppressionFilters();
-    }
+    void Arrive(const std::string& text) { Mailslot().Waiting.push_back(text + '\0'); }
     std::string Names(ViewNumber view) {
         std::string names;
         for (std::size_t i = 0; i < received_.List(view).Size(); ++i)
             names += received_.List(view).CellText(i, MessageColumn::Alarm) + " ";
         return names;
     }
-
-    TemporaryFolder folder_;
-    FakeClock clock_;
-    FakeMailslots mailslots_;
-    FakePendingEvents events_;
-    FakeDisplay display_;
-    FakeViewFilter viewFilter_;
-    FakeSignals signals_;
-    AlarmRecord alarm_;
-    TimeSlices slices_{clock_, events_};
-    ReceivedMessages received_{display_, slices_};
-    SuppressionFilters filters_{folder_.Path() / "SavedFilters.dat"};
-    cvbMailslot mailslot_{mailslots_, clock_};
-    FakeDatagrams datagrams_;
-    bool paused_ = false;
-    ReceptionParts parts_{filters_, viewFilter_, received_, display_, signals_,
-                          slices_,  clock_,      alarm_,    paused_};
-    SyslogEndpoint syslog_{datagrams_, parts_, [] {}};
-    ProcessingCycle cycle_{mailslot_, syslog_, parts_};
 };
 
 TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
@@ -91,7 +54,7 @@ TEST_F(ProcessingCycleTest, NothingWaitingTouchesNothing) {
     cycle_.TimCheckTick();
     EXPECT_TRUE(display_.Panels.empty());
     EXPECT_EQ(events_.Runs, 0);
-    mailslots_.Slots["cycle"].ReadsBeforeFailure = 0;
+    Mailslot().ReadsBeforeFailure = 0;
     Arrive(Notification("a", "Error"));
     cycle_.TimCheckTick();
     EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)")

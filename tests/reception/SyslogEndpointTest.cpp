@@ -3,13 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "reception/ProcessingCycle.h"
-#include "reception/SyslogEndpoint.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeDatagrams.h"
-#include "tests/fakes/FakeMailslots.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/reception/ReceptionFixture.h"
 
 namespace tallyhorn {
 namespace {
@@ -22,12 +16,10 @@ std::string Datagram(const std::string& alarm, const std::string& computer = "pc
            ", None, 7, joe, " + computer + ", text, with a comma";
 }
 
-class SyslogEndpointTest : public ::testing::Test {
+class SyslogEndpointTest : public ReceptionFixture {
 protected:
     void SetUp() override {
-        filters_.OpenFilterFile();
-        filters_.LoadSuppressionFilters();
-        ASSERT_TRUE(mailslot_.InitializeMailslot("syslog", true));
+        ReceptionFixture::SetUp();
         ASSERT_TRUE(syslog_.InitializeWinsock(Port));
         received_.ClearSyslog();
     }
@@ -42,26 +34,6 @@ protected:
         return names;
     }
     std::int32_t Kept() const { return received_.Syslog.Messages.MessageCount(); }
-
-    TemporaryFolder folder_;
-    FakeClock clock_;
-    FakeMailslots mailslots_;
-    FakeDatagrams datagrams_;
-    FakePendingEvents events_;
-    FakeDisplay display_;
-    FakeViewFilter viewFilter_;
-    FakeSignals signals_;
-    AlarmRecord alarm_;
-    bool paused_ = false;
-    TimeSlices slices_{clock_, events_};
-    ReceivedMessages received_{display_, slices_};
-    SuppressionFilters filters_{folder_.Path() / "SavedFilters.dat"};
-    cvbMailslot mailslot_{mailslots_, clock_};
-    ReceptionParts parts_{filters_, viewFilter_, received_, display_, signals_,
-                          slices_,  clock_,      alarm_,    paused_};
-    int wakes_ = 0;
-    SyslogEndpoint syslog_{datagrams_, parts_, [this] { ++wakes_; }};
-    ProcessingCycle cycle_{mailslot_, syslog_, parts_};
 };
 
 TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
@@ -99,12 +71,7 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
 }
 
 TEST_F(SyslogEndpointTest, WhatAFilterSuppressesLeavesNoTrace) {
-    filters_.CurrentFilter = SuppressionFilter();
-    filters_.CurrentFilter.FilterName = "one";
-    filters_.CurrentFilter.Computer = "noisy";
-    filters_.CurrentFilter.EventID = -1;
-    ASSERT_TRUE(filters_.WriteFilterRecord(1));
-    filters_.LoadSuppressionFilters();
+    Suppress("noisy");
     display_.Visible = false;
     Arrive(Datagram("loud", "noisy"));
     syslog_.DataArrival();
@@ -138,18 +105,18 @@ TEST_F(SyslogEndpointTest, APauseQueuesAndItsEndHandles) {
 }
 
 TEST_F(SyslogEndpointTest, ADeleteHoldsBothChannelsBackAndLosesNothing) {
-    mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
+    Mailslot().Waiting.push_back("Date: 1/1/2009\r\n");
     received_.SyslogDeleteInProgress = true;
     Arrive(Datagram("one"));
     EXPECT_EQ(syslog_.DataArrival(), SyslogEndpoint::Waiting::Later);
     cycle_.TimCheckTick();
     EXPECT_EQ(Kept(), 0);
-    EXPECT_EQ(mailslots_.Slots["syslog"].Waiting.size(), 1U);
+    EXPECT_EQ(Mailslot().Waiting.size(), 1U);
     received_.SyslogDeleteInProgress = false;
     syslog_.DataArrival();
     cycle_.TimCheckTick();
     EXPECT_EQ(Kept(), 1);
-    EXPECT_TRUE(mailslots_.Slots["syslog"].Waiting.empty());
+    EXPECT_TRUE(Mailslot().Waiting.empty());
 }
 
 TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {
@@ -169,7 +136,7 @@ TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {
 
 /// Every poll may fall into the handling of datagrams: it is made up for afterwards.
 TEST_F(SyslogEndpointTest, AStormLeavesTheMailslotItsTurn) {
-    mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
+    Mailslot().Waiting.push_back("Date: 1/1/2009\r\n");
     events_.Event = [this] { cycle_.TimCheckTick(); };
     Arrive(Datagram("one"));
     syslog_.DataArrival();
@@ -177,7 +144,7 @@ TEST_F(SyslogEndpointTest, AStormLeavesTheMailslotItsTurn) {
     EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 0);
     cycle_.MissedTick();
     EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 1);
-    mailslots_.Slots["syslog"].Waiting.push_back("Date: 1/1/2009\r\n");
+    Mailslot().Waiting.push_back("Date: 1/1/2009\r\n");
     cycle_.MissedTick();
     EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 1) << "only what was missed";
 }

@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
-#include "views/MessageCommands.h"
+#include "tests/views/CommandsFixture.h"
 #include "views/ServerLayout.h"
 
 namespace tallyhorn {
 namespace {
 
-class MessageCommandsTest : public ::testing::Test {
+class MessageCommandsTest : public CommandsFixture {
 protected:
     Slot Keep(MessageChannel& channel, ViewNumber view, const std::string& text = "text") {
         const std::optional<Slot> freed = channel.Messages.TakeFreeSlot();
@@ -22,15 +20,6 @@ protected:
         for (int i = 0; i < 10; ++i)
             Keep(received_.NetBios, 2);
     }
-
-    FakeClock clock_;
-    FakePendingEvents events_;
-    FakeDisplay display_;
-    FakeMessageBoxes boxes_;
-    FakeViewFilter filter_;
-    TimeSlices slices_{clock_, events_};
-    ReceivedMessages received_{display_, slices_};
-    MessageCommands commands_{received_, display_, boxes_, slices_, clock_, filter_};
 };
 
 TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {

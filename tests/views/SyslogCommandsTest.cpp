@@ -6,9 +6,7 @@
 #include <map>
 #include <random>
 
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
-#include "views/MessageCommands.h"
+#include "tests/views/CommandsFixture.h"
 
 namespace tallyhorn {
 namespace {
@@ -17,7 +15,7 @@ constexpr const char* LeafQuestion = "Are you sure you want to delete the messag
 constexpr const char* BranchQuestion =
     "Are you sure you want to delete all the messages under the tree branch you selected?";
 
-class SyslogCommandsTest : public ::testing::Test {
+class SyslogCommandsTest : public CommandsFixture {
 protected:
     void Keep(const std::string& alarm, const std::string& type, const std::string& computer,
               bool shown = true) {
@@ -45,15 +43,6 @@ protected:
         received_.Tree.SelectNode(node);
         commands_.DeleteMessages();
     }
-
-    FakeClock clock_;
-    FakePendingEvents events_;
-    FakeDisplay display_;
-    FakeMessageBoxes boxes_;
-    FakeViewFilter filter_;
-    TimeSlices slices_{clock_, events_};
-    ReceivedMessages received_{display_, slices_};
-    MessageCommands commands_{received_, display_, boxes_, slices_, clock_, filter_};
 };
 
 TEST_F(SyslogCommandsTest, AKeptMessageStandsInStoreListAndTree) {

@@ -9,6 +9,9 @@
 #include <string_view>
 #include <utility>
 
+#include "config/forms/frmPreferences.h"
+#include "filters/forms/frmDropFilters.h"
+#include "filters/forms/frmFilter.h"
 #include "storage/forms/frmSavingMessages.h"
 
 namespace tallyhorn {
@@ -50,14 +53,18 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       received_(*window_, slices_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
-      commands_(received_, *window_, machine.Boxes, slices_, machine.Time, machine.ViewFilter),
+      viewFilter_(received_, *window_, slices_, machine.Time, currentAlarm_),
+      commands_(received_, *window_, machine.Boxes, slices_, machine.Time, viewFilter_),
       syslog_(machine.Datagrams, Reception(),
               [this] {
                   QMetaObject::invokeMethod(
                       &wakeTarget_, [this] { window_->HandleDatagrams(); }, Qt::QueuedConnection);
               }),
       cycle_(mailslot_, syslog_, Reception()),
-      backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_) {
+      backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
+      eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
+      export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
+              folder, {SettingsFileName, FilterFileName, BackupFileName}) {
     profile_.SetINIFileName((folder / SettingsFileName).string());
 }
 
@@ -91,7 +98,7 @@ bool Console::Start() {
     window_->raise();
     window_->activateWindow();
     if (portFailed_)
-        AskAboutPort();
+        window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
 }
 
@@ -108,37 +115,44 @@ void Console::End() {
 
 void Console::LoadMainWindow() {
     settings_ = ReadSettings(profile_);
-    window_->Load({received_, commands_, cycle_, syslog_});
-    processingPaused_ = false;
+    window_->Load(
+        {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
-    portFailed_ = !InitializeWinsock();
+    InitializeWinsock();
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, machine_.ViewFilter, received_,     *window_,         machine_.Signals,
-            slices_,  machine_.Time,       currentAlarm_, processingPaused_};
+    return {filters_, viewFilter_,   received_,     *window_,         machine_.Signals,
+            slices_,  machine_.Time, currentAlarm_, processingPaused_};
 }
 
-/// The port is read anew each time: what the user has changed counts.
-bool Console::InitializeWinsock() {
-    return syslog_.InitializeWinsock(ReadSyslogPort(profile_));
+/// The port is read anew each time: what the user has changed counts.  A failure is asked about by whoever
+/// finds `portFailed_` set, once nothing else stands open.
+void Console::InitializeWinsock() {
+    portFailed_ = !syslog_.InitializeWinsock(ReadSyslogPort(profile_));
 }
 
 /// The mailslot works meanwhile, and so does the window: whoever asks may have ended the console.
 void Console::AskAboutPort() {
-    while (!ended_) {
+    while (portFailed_ && !ended_) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));
         const bool retry =
             machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
-        if (ended_ || (retry && InitializeWinsock()))
+        if (ended_)
             return;
         if (!retry) {
             window_->CloseWithoutQuestion();
             return;
         }
+        const bool accepted = AskPreferences();
+        // Perhaps the port is free by now.  Who cancels the dialog does without syslog.
+        if (portFailed_ && !ended_)
+            InitializeWinsock();
+        if (!accepted)
+            return;
     }
 }
 
@@ -164,10 +178,23 @@ void Console::ApplyMessageViews() {
 }
 
 void Console::ApplySettings() {
-    settings_.Seperator = DateSeparator(settings_.Seperator);
-    received_.SetDateStyle({settings_.DateTime != 0, settings_.Seperator});
+    ApplyDateStyle();
     window_->RestoreSize({settings_.CPWidth, settings_.CPHeight});
     window_->SetColumnWidths(settings_.ColumnWidths);
+}
+
+void Console::ApplyDateStyle() {
+    settings_.Seperator = DateSeparator(settings_.Seperator);
+    received_.SetDateStyle({settings_.DateTime != 0, settings_.Seperator});
+}
+
+void Console::ToggleViewFilter() {
+    viewFilter_.ToggleViewFilter([this] { ShowFilterDialog(); });
+}
+
+void Console::ShowFilterDialog() {
+    frmFilter dialog(viewFilter_, machine_.Boxes, window_.get());
+    dialog.exec();
 }
 
 /// Sizes and widths are kept whatever the user answers.
@@ -208,6 +235,60 @@ void Console::ShutDown() {
     window_->hide();
     // Not quit, which would ask the windows to close and stop at the first that does not.
     QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+// ---- commands
+
+void Console::ManageSuppressionFilters() {
+    frmDropFilters dialog(filters_, machine_.Boxes, machine_.Time, window_.get());
+    dialog.InitForm();
+    dialog.InitFormAsManager();
+    dialog.exec();
+}
+
+void Console::AddSuppressionFilter(QWidget& over) {
+    frmDropFilters dialog(filters_, machine_.Boxes, machine_.Time, &over);
+    dialog.InitForm();
+    dialog.InitFormAsQuickAdd(currentAlarm_);
+    dialog.exec();
+}
+
+void Console::ShowPreferences() {
+    // Only a port that was tried in the dialog is asked about.
+    portFailed_ = false;
+    AskPreferences();
+    AskAboutPort();
+}
+
+/// False where the user has cancelled.
+bool Console::AskPreferences() {
+    frmPreferences dialog({profile_, *this, machine_.Boxes, *this}, window_.get());
+    return dialog.exec() == QDialog::Accepted;
+}
+
+void Console::SetSeperator(std::string_view seperator) {
+    settings_.Seperator = seperator;
+    ApplyDateStyle();
+}
+
+void Console::SetDateTime(std::int32_t order) {
+    settings_.DateTime = order;
+    ApplyDateStyle();
+}
+
+void Console::ForgetSizes() {
+    settings_.CPWidth = 0;
+    settings_.CPHeight = 0;
+    settings_.ColumnWidths = {};
+}
+
+void Console::ShowHelp() {
+    machine_.Boxes.Tell("This version of the Tallyhorn Listener Console comes without a help file.");
+}
+
+void Console::ShowAbout() {
+    machine_.Boxes.Tell("Tallyhorn Listener Console\r\n\r\nVersion:  " +
+                        QCoreApplication::applicationVersion().toStdString());
 }
 
 void Console::Run() {

@@ -4,21 +4,27 @@
 #include <filesystem>
 #include <memory>
 
+#include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "filters/SuppressionFilters.h"
+#include "filters/ViewFilter.h"
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
 #include "platform/ProfileFunctions.h"
+#include "platform/ProgramLauncher.h"
+#include "platform/SaveDialog.h"
 #include "platform/TimeSlices.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
 #include "reception/cvbMailslot.h"
 #include "storage/MessageBackup.h"
+#include "storage/MessageExport.h"
+#include "views/EventViewer.h"
 #include "views/MessageCommands.h"
 #include "views/ReceivedMessages.h"
 #include "views/forms/frmServer.h"
@@ -27,7 +33,10 @@ namespace tallyhorn {
 
 /// The running console: holds the module-level state, starts it in order and shuts it down in order.
 /// User-interface thread only.
-class Console final : private ServerLifetime, private PendingEvents {
+class Console final : private ServerLifetime,
+                      private ServerCommands,
+                      private PreferencesHost,
+                      private PendingEvents {
 public:
     /// What the machine gives; all of it outlives the console.
     struct Machine {
@@ -37,8 +46,9 @@ public:
         Clock& Time;
         MessageBoxes& Boxes;
         ArrivalSignals& Signals;
-        const ViewFilterState& ViewFilter;
         DatagramSockets& Datagrams;
+        ProgramLauncher& Programs;
+        SaveDialog& AskFile;
     };
 
     /// `folder` holds settings, filters and the backup.
@@ -57,16 +67,34 @@ public:
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
-    void ShutDown();
+    void ToggleViewFilter() override;
+    void ManageSuppressionFilters() override;
+    void AddSuppressionFilter(QWidget& over) override;
+    void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
+    void ExportMessages() override { export_.ExportMessages(); }
+    void ShowPreferences() override;
+    void ShowHelp() override;
+    void ShowAbout() override;
+    void InitializeWinsock() override;
+    void SetSeperator(std::string_view seperator) override;
+    void SetSoundOn(bool on) override { settings_.SoundOn = on; }
+    void SetDateTime(std::int32_t order) override;
+    void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
+    void ForgetSizes() override;
+    void MaximizeWindow() override { window_->showMaximized(); }
+    void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
 
     ReceptionParts Reception();
     void LoadMainWindow();
-    bool InitializeWinsock();
+    void ShutDown();
+    bool AskPreferences();
+    void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
     void ApplyMessageViews();
     void ApplySettings();
+    void ShowFilterDialog();
     void WriteSummary() const;
 
     Machine machine_;
@@ -78,12 +106,15 @@ private:
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
+    ViewFilter viewFilter_;
     MessageCommands commands_;
     bool processingPaused_ = false;
     QObject wakeTarget_;  ///< what a wake in flight is addressed to; gone, it takes the wake with it
     SyslogEndpoint syslog_;
     ProcessingCycle cycle_;
     MessageBackup backup_;
+    EventViewer eventViewer_;
+    MessageExport export_;
     bool portFailed_ = false;
     bool started_ = false;
     bool attended_ = false;  ///< whether it was the user who closed the console

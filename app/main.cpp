@@ -10,11 +10,13 @@
 #include "app/CommandLine.h"
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
+#include "app/QtSaveDialog.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "forms/HeldKeys.h"
+#include "forms/Pictures.h"
 #include "platform/Heap.h"
 #include "platform/TerminationSignals.h"
-#include "views/forms/Pictures.h"
 
 namespace {
 
@@ -30,11 +32,14 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     const auto profiles = MakeProfileFunctions();
     InstanceLock instance("TallyhornListenerConsole");
     QtMessageBoxes boxes;
+    QtSaveDialog saveDialog;
     QuietSignals quiet;
-    const NoViewFilter noFilter;
     const auto datagrams = MakeDatagramSockets();
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, noFilter, *datagrams}, folder);
+    const auto programs = MakeProgramLauncher();
+    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog},
+                    folder);
     boxes.SetOwner(&console.Window());
+    saveDialog.SetOwner(&console.Window());
     termination.Start([&] {
         QMetaObject::invokeMethod(
             &application, [&] { console.End(); }, Qt::QueuedConnection);
@@ -71,6 +76,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());
+    HeldKeys heldKeys;
+    QApplication::instance()->installEventFilter(&heldKeys);
     const std::filesystem::path folder =
         line.Folder.empty() ? std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
                             : line.Folder;

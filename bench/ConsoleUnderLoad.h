@@ -14,6 +14,8 @@
 #include "app/Console.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "tests/fakes/FakePrograms.h"
+#include "tests/fakes/FakeSaveDialog.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"
@@ -30,9 +32,10 @@ public:
         setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
         std::ofstream(folder / "thlisten.ini") << "[General]\nMessageViews=7\n";
         mailslots_ = MakeMailslotTransport();
-        console_ = std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_,
-                                                              boxes_, signals_, filter_, datagrams},
-                                             folder.Path());
+        console_ =
+            std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
+                                                       signals_, datagrams, programs_, saveDialog_},
+                                      folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());
@@ -75,7 +78,8 @@ private:
     SystemClock clock_;
     FakeMessageBoxes boxes_;
     QuietSignals signals_;
-    NoViewFilter filter_;
+    FakePrograms programs_;
+    FakeSaveDialog saveDialog_;
     std::unique_ptr<Console> console_;
     std::vector<const QAbstractItemModel*> models_;
 };

@@ -10,11 +10,11 @@
 #include <array>
 #include <vector>
 
+#include "forms/AnsiString.h"
+#include "forms/Pictures.h"
 #include "records/NetBiosFormat.h"
 #include "tools/DemoFeed.h"
-#include "views/forms/AnsiString.h"
 #include "views/forms/MessageListView.h"
-#include "views/forms/Pictures.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,11 +6,8 @@
 #include <string>
 
 #include "platform/Heap.h"
-#include "reception/SyslogEndpoint.h"
 #include "storage/MessageBackup.h"
-#include "tests/fakes/FakeDatagrams.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/fakes/ReceptionInMemory.h"
 #include "tools/DemoFeed.h"
 
 namespace tallyhorn {
@@ -24,25 +21,10 @@ public:
 };
 
 /// Everything of a console but its window.
-struct Rules {
+struct Rules : ReceptionOver<SystemClock> {
     explicit Rules(const TemporaryFolder& folder)
-        : Filters(folder.Path() / "SavedFilters.dat"),
-          Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices) {}
+        : Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices) {}
 
-    SystemClock Time;
-    FakePendingEvents Events;
-    FakeDisplay Display;
-    FakeMessageBoxes Boxes;
-    FakeViewFilter ViewFilter;
-    FakeSignals Signals;
-    FakeDatagrams Datagrams;
-    AlarmRecord Alarm;
-    bool Paused = false;
-    TimeSlices Slices{Time, Events};
-    ReceivedMessages Received{Display, Slices};
-    SuppressionFilters Filters;
-    SyslogEndpoint Syslog{
-        Datagrams, {Filters, ViewFilter, Received, Display, Signals, Slices, Time, Alarm, Paused}, [] {}};
     MessageBackup Backup;
 };
 
@@ -53,10 +35,9 @@ void IntoListsAndTree(benchmark::State& state) {
         Rules rules(folder);
         NoProgress none;
         rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, none);
-        rules.Syslog.InitializeWinsock(1);
         DemoFeed feed(1);
         for (int i = 0; i < Messages; ++i)
-            rules.Datagrams.Arrive(1, feed.NextSyslog().Text);
+            rules.ArriveDatagram(feed.NextSyslog().Text);
         rules.Syslog.Close();
         rules.Backup.SaveMessageBackup();
     }

@@ -5,12 +5,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "bench/BesideYardstick.h"
 #include "storage/BackupReader.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeWindow.h"
@@ -49,18 +48,6 @@ struct FilledBackup {
     MessageStore Messages{0};
     MessageBackup Backup{File, Messages, Boxes, Slices};
 };
-
-template <typename Work>
-double MillisecondsOf(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times.empty() ? 0 : times[times.size() / 2];
-}
 
 /// Both in turns, each over the file that it wrote before; `ratio` is the median of the save's times by that
 /// of the yardstick's, and 2 is half its speed.

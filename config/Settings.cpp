@@ -18,7 +18,7 @@ std::int32_t ReadNumber(PrivateProfile& profile, const std::string& key) {
 }
 
 void WriteNumber(PrivateProfile& profile, const std::string& key, std::int32_t number) {
-    profile.WriteString(Section, key, std::to_string(number));
+    WriteSetting(profile, key, std::to_string(number));
 }
 
 }  // namespace
@@ -42,6 +42,10 @@ std::int32_t ReadSyslogPort(PrivateProfile& profile) {
 
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews) {
     return {(messageViews & 1) != 0, (messageViews & 2) != 0, (messageViews & 4) != 0};
+}
+
+void WriteSetting(PrivateProfile& profile, const std::string& key, const std::string& value) {
+    profile.WriteString(Section, key, value);
 }
 
 void WriteSizes(PrivateProfile& profile, const Settings& settings) {

@@ -32,7 +32,10 @@ std::int32_t ReadSyslogPort(PrivateProfile& profile);
 /// Which of the three tabs are shown.
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews);
 
-/// Writes the window's size and the column widths, and no other key.  A write that fails is passed over.
+/// Writes one key of the section "General".  A write that fails is passed over.
+void WriteSetting(PrivateProfile& profile, const std::string& key, const std::string& value);
+
+/// Writes the window's size and the column widths, and no other key.
 void WriteSizes(PrivateProfile& profile, const Settings& settings);
 
 }  // namespace tallyhorn

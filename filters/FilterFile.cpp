@@ -1,5 +1,7 @@
 #include "filters/FilterFile.h"
 
+#include <algorithm>
+#include <limits>
 #include <system_error>
 
 namespace tallyhorn {
@@ -34,6 +36,17 @@ bool FilterFile::TryOpen(std::ios::openmode mode) {
     file_.rdbuf()->pubsetbuf(nullptr, 0);
     file_.open(path_, mode | std::ios::binary);
     return file_.is_open();
+}
+
+std::int32_t FilterFile::CountRecords() {
+    file_.clear();
+    const std::streamoff size = file_.seekg(0, std::ios::end).tellg();
+    // The last slot may end with its data; a size of -1 is that of no file.
+    constexpr std::streamoff Unused = FilterSlotSize - FilterDataSize;
+    const std::streamoff records =
+        (std::max(size, std::streamoff{0}) + Unused) / std::streamoff{FilterSlotSize};
+    return static_cast<std::int32_t>(
+        std::min(records, std::streamoff{std::numeric_limits<std::int32_t>::max()}));
 }
 
 std::optional<SuppressionFilter> FilterFile::Read(std::int32_t recordNumber) {

@@ -22,6 +22,8 @@ public:
     void Open();
     void Close();
 
+    /// How many records the file holds now, told by its size alone.
+    std::int32_t CountRecords();
     /// Nothing where the record's data are not all there; the slot's unused rest may be missing.
     std::optional<SuppressionFilter> Read(std::int32_t recordNumber);
     /// Writes the whole slot in place, or past the end; the file has it when this returns true.

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <optional>
 #include <string_view>
 
+#include "filters/FilterDates.h"
 #include "records/AnsiText.h"
 
 namespace tallyhorn {
@@ -19,29 +18,6 @@ constexpr std::uint32_t RecognisedTypes =
     FilterInformation | FilterWarning | FilterError | FilterFailureAudit | FilterSuccessAudit;
 /// Stands beside the bits of the five event types for every other type text.
 constexpr std::uint32_t UnrecognisedType = 32;
-
-constexpr std::int64_t NoLowerEnd = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t NoUpperEnd = std::numeric_limits<std::int64_t>::max();
-
-std::int64_t FloorSeconds(std::int64_t milliseconds) {
-    return milliseconds / 1000 - (milliseconds % 1000 < 0 ? 1 : 0);
-}
-
-std::int64_t CeilSeconds(std::int64_t milliseconds) {
-    return milliseconds / 1000 + (milliseconds % 1000 > 0 ? 1 : 0);
-}
-
-/// The first and last second inside the filter's range.  Not-a-number is neither before nor after any date,
-/// so such an end excludes none.
-std::int64_t FirstSecond(const SuppressionFilter& filter) {
-    const std::optional<std::int64_t> begin = MillisecondsFromDays(filter.BeginDate);
-    return filter.UseDateRange != FilterFalse && begin ? CeilSeconds(*begin) : NoLowerEnd;
-}
-
-std::int64_t LastSecond(const SuppressionFilter& filter) {
-    const std::optional<std::int64_t> end = MillisecondsFromDays(filter.EndDate);
-    return filter.UseDateRange != FilterFalse && end ? FloorSeconds(*end) : NoUpperEnd;
-}
 
 /// The bit of an alarm's type text, compared without blanks and in upper case.
 std::uint32_t TypeBit(std::string_view text) {

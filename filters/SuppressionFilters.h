@@ -33,6 +33,8 @@ public:
     /// since matching reads parsed fields alone.
     bool IsSuppressed(const AlarmRecord& alarm) const { return matcher_.Matches(alarm); }
 
+    /// How many record slots the file holds, blank ones included and however many they are.
+    std::int32_t CountRecords() { return file_.CountRecords(); }
     /// Reads a record of the file, numbered from 1, into CurrentFilter.  False where there is none, and
     /// CurrentFilter stays.
     bool ReadFilterRecord(std::int32_t recordNumber);

@@ -10,6 +10,8 @@ namespace tallyhorn {
 class MessageBoxes {
 public:
     virtual ~MessageBoxes() = default;
+    /// An OK button and no icon.
+    virtual void Tell(std::string_view text) = 0;
     /// Exclamation icon and an OK button.
     virtual void Warn(std::string_view text) = 0;
     /// Question icon, Yes and No; true for Yes.

@@ -9,8 +9,7 @@
 
 namespace tallyhorn {
 
-/// Owns one new file that is written from its start; what was written stays whatever fails later.
-/// Called from one thread at a time.
+/// Owns one file that is written from its start.  Called from one thread at a time.
 class OutputFile {
 public:
     virtual ~OutputFile() = default;
@@ -20,8 +19,16 @@ public:
     virtual std::optional<SystemError> Finish() = 0;
 };
 
-/// Null, and the reason in `error`, where it fails; what stands there already is such a failure and stays.
+/// A new file; what was written stays whatever fails later.  Null, and the reason in `error`, where it fails;
+/// what stands there already is such a failure and stays.
 std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error);
+
+/// A file that comes to be at `path`, or replaces the one there, in one step when it is finished and nothing
+/// failed; otherwise all is as it was.  A symbolic link keeps pointing to the file, whose permissions stay.
+/// Where the folder takes no new file, one that is there and may be written is written over instead, and a
+/// failure costs it.  Null, and the reason in `error`, for a file that may not be written, or none that is
+/// regular.
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error);
 
 /// Removes a file, never a folder; a missing one is an error like any other.
 std::optional<SystemError> RemoveFile(const std::filesystem::path& path);

@@ -117,8 +117,13 @@ bool SyslogEndpoint::HandleForASlice() {
 }
 
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
-    if (queue_.Count() == 0 || busy_ || parts_.Received.SyslogDeleteInProgress)
+    if (queue_.Count() == 0)
         return;
+    // What holds the arrivals back ends without a sign: the wake is answered until they have been handled.
+    if (busy_ || parts_.Received.SyslogDeleteInProgress) {
+        wake_();
+        return;
+    }
     if (!parts_.Display.IsVisible())
         parts_.Signals.StartFlash();
     const Busy busy(*this);

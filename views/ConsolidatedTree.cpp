@@ -39,34 +39,63 @@ std::string_view BeforeCount(std::string_view name) {
 
 // ---- adding
 
+bool ConsolidatedTree::HasNoLeaf(const MessageRow& row) {
+    return !row.Picture || *row.Picture == EventPicture::QuestionMark;
+}
+
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
     const MessageRow& row = rows_[slot];
-    if (!row.Picture || *row.Picture == EventPicture::QuestionMark) {
+    if (HasNoLeaf(row))
         leafless_.emplace(slot, 0);
-        return;
-    }
-    const GroupId group = FindOrAddGroups(row);
+    else
+        Add({slot, AddHead(alarm), FindComputer(row)});
+}
+
+void ConsolidatedTree::NoteMessage(Slot slot, const AlarmRecord& alarm) {
+    if (HasNoLeaf(rows_[slot]))
+        leafless_.emplace(slot, 0);
+    else
+        noted_.push_back({slot, AddHead(alarm)});
+}
+
+/// Groups and their children lie far apart in memory: the processor fetches many of them at a time where no
+/// other work comes between.
+void ConsolidatedTree::AddNoted() {
+    for (Noted& message : noted_)
+        message.Computer = FindComputer(rows_[message.Message]);
+    for (const Noted& message : noted_)
+        groups_[message.Computer].Children.FetchEnd();
+    for (const Noted& message : noted_)
+        Add(message);
+    noted_.clear();
+}
+
+void ConsolidatedTree::Add(const Noted& message) {
+    // Most have their groups already, and one look is cheaper than three.
+    const GroupId group = message.Computer != 0 ? message.Computer : FindOrAddGroups(rows_[message.Message]);
     groups_.ForEachUpwards(group, [](TreeGroup& each) {
         ++each.Count;
         each.Form = each.Count == 1 ? TreeGroup::CountForm::One : TreeGroup::CountForm::Many;
     });
     if (groups_[group].Level == TreeLevel::Computer) {
-        AddLeaf(group, slot, alarm);
+        AddLeaf(group, message.Message, message.Head);
     } else {
-        leafless_.emplace(slot, group);
+        heads_.Release(message.Head);
+        leafless_.emplace(message.Message, group);
         ++countedLeafless_;
     }
 }
 
+/// 0 where there is none.
+GroupId ConsolidatedTree::FindComputer(const MessageRow& row) const {
+    return groups_.FindComputer(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
+}
+
 /// The computer, or the last group above it whose next one would have to be made with a key that is taken.
 GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
-    const GroupLabel alarm = row.Texts[AlarmText];
-    const GroupLabel computer = row.Texts[ComputerText];
-    // Most have their groups already, and one look is cheaper than three.
-    if (const GroupId known = groups_.FindComputer(alarm, *row.Picture, computer); known != 0)
-        return known;
     GroupId group = 0;
-    for (const GroupLabel label : {alarm, static_cast<GroupLabel>(*row.Picture), computer}) {
+    for (const GroupLabel label :
+         {row.Texts[AlarmText], static_cast<GroupLabel>(*row.Picture), row.Texts[ComputerText]}) {
         const GroupId found = groups_.Find(group, label);
         const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
         if (below == 0)
@@ -93,9 +122,9 @@ GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventPicture
     return id;
 }
 
-void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm) {
+void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, TextId head) {
     leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
-    leaves_[static_cast<std::size_t>(slot)] = {computer, AddHead(alarm), order_.Add()};
+    leaves_[static_cast<std::size_t>(slot)] = {computer, head, order_.Add()};
     TreeGroup& group = groups_[computer];
     if (group.SortedLeaves)
         group.Children.Insert(LeafEntry(slot, true), RuleBelow(group));
@@ -224,6 +253,7 @@ void ConsolidatedTree::Clear() {
     leaves_.Clear();
     leafless_.clear();
     countedLeafless_ = 0;
+    noted_.clear();
     heads_ = TextPool();
     order_.Clear();
     selected_ = TreeNode();
@@ -274,6 +304,23 @@ bool ConsolidatedTree::FindNextAlarmNode(TreeNode& node) const {
         return false;
     node = ChildAt(Parent(node), next);
     return true;
+}
+
+bool ConsolidatedTree::FindPreviousAlarmNode(TreeNode& node) const {
+    const std::size_t position = PositionOf(node);
+    if (position == 0)
+        return false;
+    node = ChildAt(Parent(node), position - 1);
+    return true;
+}
+
+TreeNode ConsolidatedTree::FindComputer(std::string_view alarm, EventPicture type,
+                                        std::string_view computer) const {
+    const std::optional<TextId> alarmText = rows_.Texts().Find(alarm);
+    const std::optional<TextId> computerText = rows_.Texts().Find(computer);
+    if (!alarmText || !computerText)
+        return {};
+    return TreeNode::Group(groups_.FindComputer(*alarmText, type, *computerText));
 }
 
 std::string ConsolidatedTree::Text(TreeNode node) const {

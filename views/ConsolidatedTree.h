@@ -38,6 +38,10 @@ public:
     /// has, neither it nor what belongs below it is made; the groups above count the notification all the
     /// same, until its row goes.
     void AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm);
+    /// The same for many, which costs less than one by one: each is noted, and AddNoted adds them in that
+    /// order.  Their rows stay meanwhile, and nothing else is added or removed.
+    void NoteMessage(Slot slot, const AlarmRecord& alarm);
+    void AddNoted();
     /// Takes the notification of `slot` out, and the groups that then count nothing.
     void RemoveLeafForSlot(Slot slot) { RemoveLeaves(std::span(&slot, 1)); }
     /// The same for many, which costs less than one by one.
@@ -61,6 +65,10 @@ public:
 
     /// Moves `node` to its next sibling; false, and `node` stays, for a last one.
     bool FindNextAlarmNode(TreeNode& node) const;
+    /// The same to the sibling before, which a first one has not.
+    bool FindPreviousAlarmNode(TreeNode& node) const;
+    /// The computer's group by the texts of its rows; the root where there is none.
+    TreeNode FindComputer(std::string_view alarm, EventPicture type, std::string_view computer) const;
 
     std::string Text(TreeNode node) const;
     /// Nothing for an alarm, which has a picture of its own.
@@ -92,6 +100,13 @@ private:
         LivingOrder::Number Number = 0;
     };
 
+    /// What a leaf is to be made of.
+    struct Noted {
+        Slot Message = 0;
+        TextId Head = 0;
+        GroupId Computer = 0;  ///< 0 where it is not known
+    };
+
     struct ChildPlace {
         GroupId Parent = 0;
         std::size_t Position = 0;
@@ -103,9 +118,12 @@ private:
     };
     std::size_t Count(GroupId group) const { return groups_[group].Count; }
     const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
+    static bool HasNoLeaf(const MessageRow& row);
+    GroupId FindComputer(const MessageRow& row) const;
     GroupId FindOrAddGroups(const MessageRow& row);
+    void Add(const Noted& message);
     GroupId AddGroup(GroupId parent, GroupLabel name, EventPicture picture);
-    void AddLeaf(GroupId computer, Slot slot, const AlarmRecord& alarm);
+    void AddLeaf(GroupId computer, Slot slot, TextId head);
     TextId AddHead(const AlarmRecord& alarm);
 
     template <typename Taken>
@@ -135,6 +153,7 @@ private:
     std::size_t countedLeafless_ = 0;
     TextPool heads_;  ///< leaf texts up to their dates
     std::string headBuffer_;
+    std::vector<Noted> noted_;
     LivingOrder order_;
     TreeNode selected_;
     ChangeObserver* observer_ = nullptr;

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "views/LongWork.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -43,26 +45,39 @@ bool MessageCommands::RefuseWhileFiltered() {
 }
 
 void MessageCommands::DeleteMessages() {
-    if (RefuseWhileFiltered())
-        return;
     const ViewNumber view = received_.ActiveView;
-    if (view >= ConsolidatedView)
-        DeleteTreeSelection();
-    else if (IsSyslogView(view))
-        DeleteSyslogMessages();
     // A NetBIOS list touched last while the syslog page is in front names no list of that page: nothing to
     // do.
-    else if (display_.CurrentPage() != MessagePage::Syslog)
-        DeleteNetBiosMessages();
+    const bool listIsElsewhere =
+        PageOfView(view) == MessagePage::NetBios && display_.CurrentPage() == MessagePage::Syslog;
+    if (listIsElsewhere)
+        RefuseWhileFiltered();
+    else
+        DeleteMessagesIn(view);
+}
+
+void MessageCommands::DeleteMessagesIn(ViewNumber view) {
+    if (RefuseWhileFiltered())
+        return;
+    received_.ActiveView = view;
+    switch (PageOfView(view)) {
+        case MessagePage::NetBios:
+            return DeleteNetBiosMessages();
+        case MessagePage::Syslog:
+            return DeleteSyslogMessages();
+        case MessagePage::Consolidated:
+            return DeleteTreeSelection();
+    }
 }
 
 void MessageCommands::DeleteNetBiosMessages() {
     const ViewNumber view = received_.ActiveView;
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
+    LongWork work(display_, received_.List(view).SelectedCount());
     display_.EnablePollingTimer(false);
     display_.ShowView(view, false);
-    RemoveFromStore(received_.NetBios, received_.List(view).RemoveSelected());
+    RemoveFromStore(received_.NetBios, received_.List(view).RemoveSelected(), work);
     display_.ShowView(view, true);
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateListViewStatus();
@@ -74,9 +89,10 @@ void MessageCommands::DeleteSyslogMessages() {
     const HoldArrivals hold(received_);
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
+    LongWork work(display_, received_.List(view).SelectedCount());
     display_.ShowView(view, false);
     display_.ShowView(ConsolidatedView, false);
-    RemoveFromSyslog(received_.List(view).RemoveSelected());
+    RemoveFromSyslog(received_.List(view).RemoveSelected(), work);
     display_.ShowView(view, true);
     display_.ShowView(ConsolidatedView, true);
     received_.UpdateStatusCounts(received_.Syslog);
@@ -88,6 +104,7 @@ void MessageCommands::DeleteTreeSelection() {
     const TreeNode node = received_.Tree.SelectedNode();
     if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
+    LongWork work(display_, received_.Tree.Count(node));
     std::array<std::vector<Slot>, EventListCount> covered;
     for (const Slot slot : received_.Tree.SlotsUnder(node))
         covered.at(static_cast<std::size_t>(received_.Syslog.Rows[slot].List)).push_back(slot);
@@ -98,32 +115,37 @@ void MessageCommands::DeleteTreeSelection() {
         const std::vector<Slot> gone = received_.Syslog.Lists.at(list).Remove(covered.at(list));
         slots.insert(slots.end(), gone.begin(), gone.end());
     }
-    RemoveFromSyslog(slots);
+    RemoveFromSyslog(slots, work);
     ShowSyslogViews(true);
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
 }
 
-/// Leaves first: they show what stands in the rows.
-void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots) {
+/// Leaves first: they show what stands in the rows.  With rows and texts they are about half of the work.
+void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
         received_.Tree.RemoveLeaves(
             std::span(slots).subspan(i, std::min(LeavesRemovedTogether, slots.size() - i)));
+        work.Show(i / 2);
         slices_.LetRun();
     }
-    RemoveFromStore(received_.Syslog, slots);
+    RemoveFromStore(received_.Syslog, slots, work);
 }
 
 /// The views are hidden meanwhile, both for speed and so that nobody acts on what is going.
-void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots) {
+void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots,
+                                      LongWork& work) {
+    const bool leavesBefore = &channel == &received_.Syslog;
     for (std::size_t i = 0; i < slots.size(); ++i) {
         // Rows go faster in groups; until its slot is free too, none can come in a row's place.
         if (i % MessageRows::RemovedTogether == 0)
             channel.Rows.Remove(
                 std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));
         channel.Messages.Free(slots[i]);
-        if (slices_.LetRun())
+        if (slices_.LetRun()) {
+            work.Show(leavesBefore ? (slots.size() + i) / 2 : i);
             clock_.Sleep(Pause);
+        }
     }
 }
 

@@ -11,6 +11,8 @@
 
 namespace tallyhorn {
 
+class LongWork;
+
 /// The commands that take messages away: delete the selected ones, clear all.  User-interface thread only;
 /// while one is at work events may run, and whoever starts commands holds back others until it is done.
 class MessageCommands {
@@ -21,6 +23,8 @@ public:
     /// Acts on the active view, after a question.  Refused while a view filter is in force; silent where
     /// nothing is selected.
     void DeleteMessages();
+    /// The same for a view of the caller's choice, whatever page is in front.
+    void DeleteMessagesIn(ViewNumber view);
     /// Acts on the channel of the page on show, after a question; any page but the NetBIOS one is syslog's.
     void ClearAllMessages();
 
@@ -29,8 +33,8 @@ private:
     void DeleteNetBiosMessages();
     void DeleteSyslogMessages();
     void DeleteTreeSelection();
-    void RemoveFromSyslog(const std::vector<Slot>& slots);
-    void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots);
+    void RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work);
+    void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
     void ShowSyslogViews(bool shown);
 
     ReceivedMessages& received_;

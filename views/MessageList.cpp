@@ -89,9 +89,13 @@ std::vector<Slot> MessageList::Remove(std::span<const Slot> slots) {
         if (const std::optional<std::size_t> position = PositionOf(slot))
             positions.push_back(*position);
     }
+    std::sort(positions.begin(), positions.end());
+    return RemoveAt(positions);
+}
+
+std::vector<Slot> MessageList::RemoveAt(std::span<const std::size_t> positions) {
     if (positions.empty())
         return {};
-    std::sort(positions.begin(), positions.end());
     const Change change(observer_);
     return order_.RemoveAt(positions);
 }

@@ -54,6 +54,8 @@ public:
     /// The same for the rows of `slots`, each named once, selected or not; passes over those that this list
     /// does not show.
     std::vector<Slot> Remove(std::span<const Slot> slots);
+    /// The same for the rows at `positions`, which ascend.
+    std::vector<Slot> RemoveAt(std::span<const std::size_t> positions);
     void Clear();
 
 private:

@@ -49,6 +49,8 @@ public:
     void Clear();
 
     bool Holds(Slot slot) const;
+    /// Above every slot that has a row.
+    Slot SlotBound() const { return static_cast<Slot>(rows_.Size()); }
     const MessageRow& operator[](Slot slot) const { return rows_[static_cast<std::size_t>(slot)]; }
     /// The order of day and month with which the row was made.
     bool DayFirst(Slot slot) const { return styles_[(*this)[slot].Style].DayFirst; }

@@ -5,14 +5,20 @@
 #include <utility>
 
 #include "records/CanonicalText.h"
+#include "records/NetBiosFormat.h"
+#include "records/SyslogFormat.h"
 
 namespace tallyhorn {
 
 void MessageChannel::Clear(Slot upperBound) {
+    ClearRows();
+    Messages.Clear(upperBound);
+}
+
+void MessageChannel::ClearRows() {
     for (MessageList& list : Lists)
         list.Clear();
     Rows.Clear();
-    Messages.Clear(upperBound);
 }
 
 ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices)
@@ -29,9 +35,13 @@ void ReceivedMessages::SetDateStyle(const DateStyle& style) {
 }
 
 void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
+    AddNetBiosRow(slot, alarm);
+    slices_.LetRun();
+}
+
+void ReceivedMessages::AddNetBiosRow(Slot slot, AlarmRecord& alarm) {
     alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
     AddRecordToList(NetBios, slot, alarm, alarm.TypeOfEvent);
-    slices_.LetRun();
 }
 
 void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
@@ -69,6 +79,34 @@ void ReceivedMessages::ParseSyslogMessage(Slot slot, std::string& message, bool 
 void ReceivedMessages::ClearSyslog() {
     Tree.Clear();
     Syslog.Clear(SyslogUpperBoundAfterClear);
+}
+
+void ReceivedMessages::ClearViews() {
+    Tree.Clear();
+    Syslog.ClearRows();
+    NetBios.ClearRows();
+}
+
+void ReceivedMessages::ShowNetBiosMessage(Slot slot, AlarmRecord& alarm) {
+    const std::string& text = NetBios.Messages.Text(slot);
+    if (text.empty())
+        return;
+    ParseCurrentAlarm(text, alarm);
+    AddNetBiosRow(slot, alarm);
+}
+
+void ReceivedMessages::ShowSyslogMessage(Slot slot, AlarmDate now, AlarmRecord& alarm) {
+    const std::string& text = Syslog.Messages.Text(slot);
+    if (text.empty())
+        return;
+    ReadStoredText(text, dayFirst_, now, alarm);
+    AddRecordToList(Syslog, slot, alarm, EventTypeIconKey(alarm.TypeOfEvent));
+    Tree.NoteMessage(slot, alarm);
+}
+
+void ReceivedMessages::NoteSyslogLeaf(Slot slot, AlarmDate now, AlarmRecord& alarm) {
+    ReadStoredText(Syslog.Messages.Text(slot), dayFirst_, now, alarm);
+    Tree.NoteMessage(slot, alarm);
 }
 
 void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {

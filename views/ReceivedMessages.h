@@ -23,6 +23,8 @@ struct MessageChannel {
 
     /// Forgets everything; slots 0 to `upperBound` stand empty.
     void Clear(Slot upperBound);
+    /// Takes every row away and keeps the texts.
+    void ClearRows();
 
     MessageStore Messages;
     MessageRows Rows;
@@ -68,6 +70,17 @@ public:
     /// its leaf.  Afterwards the record is the one that the kept text tells, with the type's display form.
     void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
 
+    /// Takes every row and leaf of both channels away and keeps the texts.
+    void ClearViews();
+    /// Gives the text kept at `slot`, which has no row, its row again as ParseMessageAdd did, after reading
+    /// it into `alarm`.  Nothing where no text is kept.
+    void ShowNetBiosMessage(Slot slot, AlarmRecord& alarm);
+    /// The same for a syslog notification; `now` dates a text that was not settled here.  Its leaf is noted,
+    /// and stands in the tree after Tree.AddNoted.
+    void ShowSyslogMessage(Slot slot, AlarmDate now, AlarmRecord& alarm);
+    /// The leaf alone, for a slot that has its row.
+    void NoteSyslogLeaf(Slot slot, AlarmDate now, AlarmRecord& alarm);
+
     /// Writes one channel's count into its status panel.
     void UpdateStatusCounts(const MessageChannel& channel);
     /// Enables the lists and the tree where they hold something and disables them elsewhere.
@@ -76,6 +89,7 @@ public:
 private:
     static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
                                 const std::string& iconKey);
+    void AddNetBiosRow(Slot slot, AlarmRecord& alarm);
     Slot TakeSyslogSlot();
     void ParseSyslogMessage(Slot slot, std::string& message, bool addToListView, AlarmRecord& alarm);
 

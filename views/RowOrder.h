@@ -50,6 +50,11 @@ public:
 
     /// Puts the entry behind all others, where it belongs there.
     void Append(const RowEntry& entry);
+    /// Lets the processor fetch where Append will write.
+    void FetchEnd() const {
+        if (!blocks_.empty())
+            __builtin_prefetch(blocks_.back().Entries.data() + blocks_.back().Entries.size(), 1);
+    }
     /// Puts the entry behind all that it does not belong before.
     void Insert(const RowEntry& entry, const Rule& rule);
     /// Takes `entries`, which are in order, instead of what was there.

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace tallyhorn {
@@ -9,6 +11,9 @@ namespace tallyhorn {
 /// The pages of the main window's tab control, by index.
 enum class MessagePage : std::int16_t { NetBios = 0, Syslog = 1, Consolidated = 2 };
 constexpr int MessagePageCount = 3;
+/// What the pages' tabs say, "&" before the letter of the access key.
+constexpr std::array<std::string_view, MessagePageCount> PageCaptions = {
+    "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
 
 /// The view that the user touched last: a NetBIOS list by its index, a syslog list by its index plus 3, or
 /// the consolidated tree.
@@ -18,6 +23,11 @@ constexpr ViewNumber ConsolidatedView = 6;
 
 constexpr bool IsSyslogView(ViewNumber view) {
     return view >= FirstSyslogView && view < ConsolidatedView;
+}
+constexpr MessagePage PageOfView(ViewNumber view) {
+    if (view == ConsolidatedView)
+        return MessagePage::Consolidated;
+    return IsSyslogView(view) ? MessagePage::Syslog : MessagePage::NetBios;
 }
 /// The list within its channel.
 constexpr std::size_t ListOfView(ViewNumber view) {
@@ -36,6 +46,9 @@ public:
     /// Whether the user could see the window at all; false while it is hidden to the notification area.
     virtual bool IsVisible() const = 0;
     virtual MessagePage CurrentPage() const = 0;
+    /// Of several selected rows of a list the one that the user came to last, else the first; nothing where
+    /// none is selected.
+    virtual std::optional<std::int32_t> SelectedSlot(ViewNumber list) const = 0;
 
     virtual void ShowPanel(StatusPanel panel, std::string_view text) = 0;
     virtual void ShowPanelToolTip(StatusPanel panel, std::string_view text) = 0;
@@ -44,10 +57,20 @@ public:
     /// Lists and tree are hidden while much of them goes.
     virtual void ShowView(ViewNumber view, bool shown) = 0;
 
+    /// The wait cursor from the begin of a long piece of work to its end, and a bar that tells how far it has
+    /// come once it lasts over half a second.  LongWork pairs the calls; a piece inside another shows nothing
+    /// of its own.
+    virtual void BeginWork() = 0;
+    virtual void ShowProgress(std::uint64_t done, std::uint64_t total) = 0;
+    virtual void EndWork() = 0;
+
     virtual void EnablePollingTimer(bool enabled) = 0;
     virtual void EnableResumeTimer(bool enabled) = 0;
     /// The pause button's picture and tool tip and the menu item's caption.
     virtual void ShowPauseCommand(bool paused) = 0;
+    /// The filter button, pressed while a view filter is in force, its tool tip and the menu item's caption.
+    /// One that came off leaves another caption than the one at the start.
+    virtual void ShowFilterCommand(bool inForce) = 0;
 };
 
 }  // namespace tallyhorn

@@ -33,6 +33,11 @@ TextId TextPool::Add(std::string_view text) {
     return id;
 }
 
+std::optional<TextId> TextPool::Find(std::string_view text) const {
+    const auto known = ids_.find(text);
+    return known == ids_.end() ? std::nullopt : std::optional(known->second);
+}
+
 void TextPool::Release(TextId id) {
     Entry& entry = entries_[id];
     if (--entry.Users > 0)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -31,6 +32,8 @@ public:
     /// Takes one user away.
     void Release(TextId id);
 
+    /// Nothing for a text that has no user.
+    std::optional<TextId> Find(std::string_view text) const;
     /// Valid until the text's last user is released.
     std::string_view Text(TextId id) const { return entries_[id].Text; }
     /// The first eight bytes in upper case as one number that orders as they do: most comparisons end here.
@@ -39,6 +42,8 @@ public:
     int Compare(TextId a, TextId b) const;
 
     std::size_t Size() const { return ids_.size(); }
+    /// Above the number of every text here.
+    std::size_t IdBound() const { return entries_.size(); }
 
 private:
     struct Entry {

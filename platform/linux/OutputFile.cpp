@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/FileReplacement.h"
 #include "platform/linux/FileWriting.h"
 
 namespace tallyhorn {
@@ -36,6 +39,28 @@ private:
     const std::filesystem::path path_;
 };
 
+class LinuxReplacementFile final : public OutputFile {
+public:
+    /// False for a reason that LastSystemError tells.
+    bool Begin(const std::filesystem::path& path) { return replacement_.Begin(path); }
+
+    std::optional<SystemError> Write(std::string_view bytes) override {
+        if (!failure_ && !replacement_.Write(bytes))
+            failure_ = LastSystemError();
+        return failure_;
+    }
+
+    std::optional<SystemError> Finish() override {
+        if (!failure_ && !replacement_.Commit())
+            failure_ = LastSystemError();
+        return failure_;
+    }
+
+private:
+    FileReplacement replacement_;
+    std::optional<SystemError> failure_;
+};
+
 }  // namespace
 
 std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error) {
@@ -44,6 +69,20 @@ std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, 
         error = LastSystemError();
         return nullptr;
     }
+    return std::make_unique<LinuxOutputFile>(std::move(file), path);
+}
+
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error) {
+    auto replacement = std::make_unique<LinuxReplacementFile>();
+    if (replacement->Begin(path))
+        return replacement;
+    error = LastSystemError();
+    if (error.Number != EACCES)
+        return nullptr;
+    // A folder that takes no new file may still hold one that can be written.
+    FileDescriptor file(open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file)
+        return nullptr;
     return std::make_unique<LinuxOutputFile>(std::move(file), path);
 }
 

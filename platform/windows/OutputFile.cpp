@@ -4,6 +4,7 @@
 
 #include "platform/windows/FileWriting.h"
 #include "platform/windows/OwnedHandle.h"
+#include "platform/windows/WindowsReplacementFile.h"
 
 namespace tallyhorn {
 namespace {
@@ -39,6 +40,22 @@ std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, 
         error = LastSystemError();
         return nullptr;
     }
+    return std::make_unique<WindowsOutputFile>(file);
+}
+
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error) {
+    auto replacement = std::make_unique<WindowsReplacementFile>();
+    const std::optional<SystemError> failure = replacement->Begin(path);
+    if (!failure)
+        return replacement;
+    error = *failure;
+    if (error.Number != ERROR_ACCESS_DENIED)
+        return nullptr;
+    // A folder that takes no new file may still hold one that can be written.
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, TRUNCATE_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return nullptr;
     return std::make_unique<WindowsOutputFile>(file);
 }
 

@@ -56,16 +56,5 @@ TEST(SuppressionFilter, KeepsEveryBitOfItsData) {
     EXPECT_EQ(std::memcmp(encoded.data() + 232, "\0\0\0\x80", 4), 0);
 }
 
-TEST(FixedText, CutsAndPads) {
-    FixedText<4> text;
-    EXPECT_EQ(text.View(), "    ");
-    text = "abcdef";
-    EXPECT_EQ(text.View(), "abcd");
-    text = "x";
-    EXPECT_EQ(text.View(), "x   ");
-    text = std::string_view("a\0b", 3);
-    EXPECT_EQ(text.View(), std::string_view("a\0b ", 4));
-}
-
 }  // namespace
 }  // namespace tallyhorn

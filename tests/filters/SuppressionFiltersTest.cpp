@@ -8,28 +8,16 @@
 #include "filters/SuppressionFilters.h"
 #include "records/AnsiText.h"
 #include "tests/fakes/FileBytes.h"
+#include "tests/fakes/FilterSlots.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {
 
-SuppressionFilter FilterOn(std::string_view name, std::string_view source) {
-    SuppressionFilter filter;
-    filter.FilterName = name;
-    filter.Source = source;
-    filter.EventID = AnyEventID;
-    return filter;
-}
-
 AlarmRecord AlarmFrom(std::string_view source) {
     AlarmRecord alarm;
     alarm.Source = source;
     return alarm;
-}
-
-std::string SlotOf(const SuppressionFilter& filter) {
-    const FilterSlot slot = EncodeFilter(filter);
-    return {slot.data(), slot.size()};
 }
 
 std::vector<std::string> TableNames(const SuppressionFilters& filters) {
@@ -86,6 +74,7 @@ TEST_F(SuppressionFiltersTest, LoadsWhatTheBytesOfTheFileHold) {
         EXPECT_EQ(TableNames(filters_), oneCase.Table);
         EXPECT_EQ(filters_.FilterCount, static_cast<std::int32_t>(oneCase.Table.size()) - 1);
         EXPECT_EQ(CountSlots(filters_), oneCase.Slots);
+        EXPECT_EQ(filters_.CountRecords(), oneCase.Slots);
         filters_.CloseFilterFile();
     }
 }
@@ -166,6 +155,7 @@ TEST_F(SuppressionFiltersTest, StaysEmptyWhereNoFileCanBe) {
         EXPECT_EQ(filters->Table().size(), 1U);
         EXPECT_FALSE(filters->WriteFilterRecord(1));
         EXPECT_FALSE(filters->ReadFilterRecord(1));
+        EXPECT_EQ(filters->CountRecords(), 0);
         EXPECT_FALSE(filters->IsSuppressed(AlarmRecord()));
     }
     EXPECT_TRUE(std::filesystem::is_directory(path_));
@@ -190,6 +180,7 @@ TEST_F(SuppressionFiltersTest, LoadsRandomBytesUpToItsLimit) {
     WriteBytes(path_, bytes);
     Start();
     EXPECT_EQ(filters_.FilterCount, SuppressionFilters::MaxRecords);
+    EXPECT_EQ(filters_.CountRecords(), SuppressionFilters::MaxRecords + 10);
     EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));
 }
 

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -11,6 +15,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/Console.h"
 #include "app/QuietParts.h"
@@ -18,22 +23,37 @@
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
+#include "tests/fakes/FakePrograms.h"
+#include "tests/fakes/FakeSaveDialog.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
+#include "tests/forms/DialogFixture.h"
+#include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/MessageListView.h"
 
 namespace tallyhorn {
 
 /// A whole console over a mailslot in memory and a folder of its own.
-class ConsoleFixture : public ::testing::Test {
+class ConsoleFixture : public DialogFixture {
 protected:
-    void TearDown() override { console_.reset(); }
+    static constexpr std::uint16_t Port = 5514;
+
+    QWidget& Dialog() override { return console_->Window(); }
+
+    void TearDown() override {
+        console_.reset();
+        // The end of a console ends all loops of the process; after a loop of the application's own, those of
+        // later dialogs run again.
+        QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
+        QCoreApplication::exec();
+    }
 
     /// Over the files that are there.
     void Restart() {
-        console_ = std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_,
-                                                              boxes_, signals_, filter_, datagrams_},
-                                             folder_.Path());
+        console_ =
+            std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
+                                                       signals_, datagrams_, programs_, saveDialog_},
+                                      folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
     }
@@ -43,26 +63,56 @@ protected:
         Restart();
     }
     void Arrive(const std::string& name, const std::string& type) {
-        mailslots_.Slots["TallyhornEngine"].Waiting.push_back(
-            "Date: 08/21/2008 14:05:09\r\n\r\n\r\n(" + name +
-            ")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: " + type +
-            "\r\nCategory: None\r\nEventID: 7\r\nAccount: N/A\r\nComputer: pc\r\nDescription: text" + '\0');
+        ArriveText("Date: 08/21/2008 14:05:09\r\n\r\n\r\n(" + name +
+                   ")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: " + type +
+                   "\r\nCategory: None\r\nEventID: 7\r\nAccount: N/A\r\nComputer: pc\r\nDescription: text");
+    }
+    void ArriveText(const std::string& text) {
+        mailslots_.Slots["TallyhornEngine"].Waiting.push_back(text + '\0');
     }
     void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
     /// What came is shown at once or very soon: waits until it is.
     void AwaitShown() {
         const QList<QTimer*> pacers = console_->Window().findChildren<QTimer*>(QStringLiteral("pacer"));
-        QTRY_VERIFY(std::none_of(pacers.begin(), pacers.end(),
-                                 [](const QTimer* pacer) { return pacer->isActive(); }));
-    }
-    template <typename Control>
-    Control* Find(const char* name) {
-        auto* const control = console_->Window().findChild<Control*>(QString::fromLatin1(name));
-        EXPECT_NE(control, nullptr) << name;
-        return control;
+        AWAIT(std::none_of(pacers.begin(), pacers.end(),
+                           [](const QTimer* pacer) { return pacer->isActive(); }));
     }
     MessageListView* List(int element) {
-        return Find<MessageListView>(("lvwMessages" + std::to_string(element)).c_str());
+        return Find<MessageListView>("lvwMessages" + std::to_string(element));
+    }
+
+    void StartListening() { Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n"); }
+    static std::string Datagram(const std::string& alarm, const std::string& type,
+                                const std::string& computer, const std::string& description = "text") {
+        return "Alarm (" + alarm + ") Event raised: System Log, 08/21/2008 2:05:09 PM, Disk, " + type +
+               ", None, 7, joe, " + computer + ", " + description;
+    }
+    void Send(const std::string& datagram) { ASSERT_TRUE(datagrams_.Arrive(Port, datagram)); }
+    /// Lets the window handle what was sent.
+    void Handle() {
+        AWAIT(datagrams_.Bound[Port].Waiting.empty());
+        AWAIT(!Find<QTimer>("timArrival")->isActive());
+        AwaitShown();
+        // The view lays out what it was told of when it next comes to it.
+        QCoreApplication::processEvents();
+    }
+    void ShowPage(int page) { Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(page); }
+    MessageListView* SyslogList(int element) {
+        return Find<MessageListView>("lvwSyslog" + std::to_string(element));
+    }
+    ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
+    /// The tree's node at the end of the way, by the row in each group.
+    QModelIndex Node(const std::vector<int>& way) {
+        QModelIndex index;
+        for (const int row : way)
+            index = Tree()->model()->index(row, 0, index);
+        return index;
+    }
+
+    void Command(const std::string& key) { Find<QAction>(key)->trigger(); }
+    static void ClickRow(QAbstractItemView* list, int row) {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualRect(list->model()->index(row, 0)).center());
     }
     /// As the window system tells that the user has closed the window.
     void CloseByUser() {
@@ -70,7 +120,7 @@ protected:
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(&console_->Window(), &event);
     }
-    QString Panel(int number) { return Find<QLabel>(("stbMain" + std::to_string(number)).c_str())->text(); }
+    QString Panel(int number) { return Find<QLabel>("stbMain" + std::to_string(number))->text(); }
     std::string SettingsText() {
         std::ifstream file(folder_ / "thlisten.ini", std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
@@ -84,7 +134,8 @@ protected:
     FakeClock clock_;
     FakeMessageBoxes boxes_;
     QuietSignals signals_;
-    NoViewFilter filter_;
+    FakePrograms programs_;
+    FakeSaveDialog saveDialog_;
     std::unique_ptr<Console> console_;
 };
 

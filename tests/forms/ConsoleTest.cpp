@@ -1,12 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <QAction>
 #include <QGroupBox>
-#include <QTabWidget>
-#include <QTest>
-#include <fstream>
 
 #include "tests/forms/ConsoleFixture.h"
+#include "tests/forms/ControlChecks.h"
 
 namespace tallyhorn {
 namespace {
@@ -19,44 +14,57 @@ TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
     Arrive("two", "Information");
     Arrive("three", "Warning");
     Poll();
-    const struct {
-        const char* Frame;
-        const char* Title;
-        int Element;
-        const char* Alarm;
-    } cases[] = {
-        {"fraNetBiosTypes0", "I&nformation Events and Success Audits", 2, "two"},
-        {"fraNetBiosTypes1", "W&arning Events", 1, "three"},
-        {"fraNetBiosTypes2", "C&ritical Events (Errors, Failure Audits)", 0, "one"},
-    };
-    for (const auto& [frame, title, element, alarm] : cases) {
-        EXPECT_EQ(Find<QGroupBox>(frame)->title(), title);
+    // The most urgent list is the lowest.
+    const char* const alarms[] = {"one", "three", "two"};
+    for (int element = 0; element < 3; ++element) {
         MessageListView* const list = List(element);
-        EXPECT_EQ(list->parentWidget(), Find<QGroupBox>(frame));
+        EXPECT_EQ(list->parentWidget(), Find("fraNetBiosTypes" + std::to_string(2 - element)));
         ASSERT_EQ(list->model()->rowCount(), 1);
-        EXPECT_EQ(list->model()->index(0, 1).data().toString(), alarm);
+        EXPECT_EQ(list->model()->index(0, 1).data().toString(), alarms[element]);
         EXPECT_TRUE(list->isEnabled());
-        EXPECT_FALSE(list->accessibleName().isEmpty());
     }
     EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
     EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
     EXPECT_EQ(Panel(3), "Status: Processing Messages");
-    EXPECT_FALSE(Find<MessageListView>("lvwSyslog0")->isEnabled()) << "an empty list";
-    EXPECT_EQ(Find<MessageListView>("lvwSyslog0")->viewport()->backgroundRole(), QPalette::Button);
+    EXPECT_FALSE(SyslogList(0)->isEnabled()) << "an empty list";
+    EXPECT_EQ(SyslogList(0)->viewport()->backgroundRole(), QPalette::Button);
     EXPECT_EQ(List(0)->viewport()->backgroundRole(), QPalette::Base);
 }
 
+TEST_F(ConsoleTest, HasSoundControlsOnEveryPage) {
+    StartListening();
+    for (const char* const type : {"Error", "Information", "Warning"}) {
+        Arrive("a", type);
+        Send(Datagram("a", type, "pc"));
+    }
+    Poll();
+    Handle();
+    console_->Window().activateWindow();
+    AWAIT(console_->Window().isActiveWindow());
+    for (int page = 0; page < 3; ++page) {
+        ShowPage(page);
+        QWidget* const view = page == 0 ? List(0) : page == 1 ? SyslogList(0) : static_cast<QWidget*>(Tree());
+        view->setFocus();
+        ExpectSoundControls(console_->Window());
+    }
+}
+
 TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
-    Start();
+    Start("MessageViews=3\r\n");
     for (const QSize size : {QSize(1280, 760), QSize(700, 500), QSize(1600, 1100)}) {
         console_->Window().showNormal();
         console_->Window().resize(size);
-        QCoreApplication::processEvents();
+        // Without any page the tabs give up their height.
+        for (const bool shown : {false, true}) {
+            for (const MessagePage page : {MessagePage::NetBios, MessagePage::Syslog})
+                console_->Window().ShowPage(page, shown);
+            QCoreApplication::processEvents();
+        }
         auto* const tabs = Find<QTabWidget>("tabMessageTypes");
         EXPECT_EQ(tabs->size(), console_->Window().centralWidget()->size());
         int bottom = 0;
         for (int i = 0; i < 3; ++i) {
-            auto* const frame = Find<QGroupBox>(("fraNetBiosTypes" + std::to_string(i)).c_str());
+            auto* const frame = Find<QGroupBox>("fraNetBiosTypes" + std::to_string(i));
             EXPECT_LE(std::abs(frame->y() - bottom), i == 0 ? 12 : 1)
                 << "frame " << i << " at " << size.width();
             bottom = frame->geometry().bottom() + 1;
@@ -96,12 +104,12 @@ TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
     Poll();
     EXPECT_EQ(List(0)->model()->index(0, 0).data().toString(), "21.08.2008 2:05:09 PM");
     EXPECT_EQ(List(2)->ColumnWidth(0), 200);
-    auto* const syslog = Find<MessageListView>("lvwSyslog1");
+    MessageListView* const syslog = SyslogList(1);
     List(0)->SetColumnWidth(1, 140);
     QTest::mouseClick(List(0)->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
     EXPECT_EQ(List(2)->ColumnWidth(1), 140);
     EXPECT_EQ(syslog->ColumnWidth(1), 100) << "the other channel keeps its own until the layout is made anew";
-    Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(1);
+    ShowPage(1);
     EXPECT_EQ(syslog->ColumnWidth(1), 100);
     boxes_.Answer = false;
     CloseByUser();
@@ -119,22 +127,20 @@ TEST_F(ConsoleTest, DeletesAndClearsByKeyMenuAndButton) {
     Poll();
     MessageListView* const list = List(1);
     list->setFocus();
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      list->visualRect(list->model()->index(1, 0)).center());
+    ClickRow(list, 1);
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
     EXPECT_EQ(list->model()->rowCount(), 4);
     EXPECT_TRUE(list->isVisible());
     EXPECT_TRUE(Find<QTimer>("timCheck")->isActive());
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      list->visualRect(list->model()->index(0, 0)).center());
-    Find<QAction>("delete")->trigger();
+    ClickRow(list, 0);
+    Command("delete");
     EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
     boxes_.Answer = false;
-    Find<QAction>("mnuFile_ClearAll")->trigger();
+    Command("mnuFile_ClearAll");
     EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
     boxes_.Answer = true;
-    Find<QAction>("clear")->trigger();
+    Command("clear");
     EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
     EXPECT_EQ(list->model()->rowCount(), 0);
     EXPECT_FALSE(list->isEnabled());
@@ -164,7 +170,7 @@ TEST_F(ConsoleTest, CommandsWaitForTheBatch) {
     clock_.PerLook = std::chrono::milliseconds(4);
     for (int i = 0; i < 20; ++i)
         Arrive(std::to_string(i), "Error");
-    QTimer::singleShot(0, &console_->Window(), [this] { Find<QAction>("clear")->trigger(); });
+    QTimer::singleShot(0, &console_->Window(), [this] { Command("clear"); });
     Poll();
     EXPECT_TRUE(boxes_.Shown.empty());
     EXPECT_EQ(Panel(1), "20 NetBIOS Message(s)");
@@ -200,8 +206,7 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     for (int element = 0; element < 3; ++element)
         List(element)->selectAll();
     MessageListView* const list = List(2);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      list->visualRect(list->model()->index(0, 0)).center());
+    ClickRow(list, 0);
     ASSERT_TRUE(list->hasFocus());
     for (int left = 1; left >= 0; --left) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
@@ -218,8 +223,9 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     InstanceLock second("console", folder_ / "locks");
     FakeMessageBoxes boxes;
     {
-        Console other({second, mailslots_, *profiles_, clock_, boxes, signals_, filter_, datagrams_},
-                      folder_.Path());
+        Console other(
+            {second, mailslots_, *profiles_, clock_, boxes, signals_, datagrams_, programs_, saveDialog_},
+            folder_.Path());
         EXPECT_FALSE(other.Start());
     }
     EXPECT_EQ(boxes.Shown, std::vector<std::string>{"Only one instance of the Tallyhorn Listener Console can "
@@ -229,7 +235,7 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
                                                     "desktops."});
     InstanceLock third("elsewhere", folder_ / "locks");
     boxes.Shown.clear();
-    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, filter_, datagrams_},
+    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, datagrams_, programs_, saveDialog_},
                  folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
     EXPECT_EQ(boxes.Shown,

@@ -1,50 +1,21 @@
-#include <gtest/gtest.h>
-
 #include <QAbstractItemModelTester>
-#include <QAction>
 #include <QScrollBar>
-#include <QTabWidget>
-#include <QTest>
 #include <random>
 
 #include "tests/fakes/FileBytes.h"
 #include "tests/forms/ConsoleFixture.h"
-#include "views/forms/ConsolidatedTreeView.h"
 
 namespace tallyhorn {
 namespace {
 
-constexpr std::uint16_t Port = 5514;
-
-std::string Datagram(const std::string& alarm, const std::string& type, const std::string& computer,
-                     const std::string& description = "text") {
-    return "Alarm (" + alarm + ") Event raised: System Log, 08/21/2008 2:05:09 PM, Disk, " + type +
-           ", None, 7, joe, " + computer + ", " + description;
-}
-
 class SyslogConsoleTest : public ConsoleFixture {
 protected:
-    void StartListening() {
-        Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
+    void StartOnTree() {
+        StartListening();
         ShowPage(2);
     }
-    void ShowPage(int page) { Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(page); }
-    void Send(const std::string& datagram) { ASSERT_TRUE(datagrams_.Arrive(Port, datagram)); }
-    /// Lets the window handle what was sent.
-    void Handle() {
-        QTRY_VERIFY(datagrams_.Bound[Port].Waiting.empty());
-        QTRY_VERIFY(!Find<QTimer>("timArrival")->isActive());
-        AwaitShown();
-    }
-    ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
-    QModelIndex Node(const std::vector<int>& way) {
-        QModelIndex index;
-        for (const int row : way)
-            index = Tree()->model()->index(row, 0, index);
-        return index;
-    }
     std::string Current() { return Tree()->currentIndex().data().toString().toStdString(); }
-    void Press(std::initializer_list<Qt::Key> keys) {
+    void PressInTree(std::initializer_list<Qt::Key> keys) {
         for (const Qt::Key key : keys)
             QTest::keyClick(Tree(), key);
     }
@@ -64,8 +35,7 @@ protected:
         };
         append(QModelIndex(), "");
         for (int element = 0; element < 3; ++element) {
-            const QAbstractItemModel& rows =
-                *Find<MessageListView>(("lvwSyslog" + std::to_string(element)).c_str())->model();
+            const QAbstractItemModel& rows = *SyslogList(element)->model();
             for (int row = 0; row < rows.rowCount(); ++row) {
                 for (int column = 0; column < rows.columnCount(); ++column)
                     text += rows.index(row, column).data().toString().toStdString() + "|";
@@ -77,11 +47,9 @@ protected:
     /// By the list of errors.
     void DeleteFirstSyslogRows(int count) {
         ShowPage(1);
-        auto* const list = Find<MessageListView>("lvwSyslog0");
-        const QAbstractItemModel& rows = *list->model();
-        list->scrollTo(rows.index(0, 0));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                          list->visualRect(rows.index(0, 0)).center());
+        MessageListView* const list = SyslogList(0);
+        list->scrollTo(list->model()->index(0, 0));
+        ClickRow(list, 0);
         for (int i = 1; i < count; ++i)
             QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
         QTest::keyClick(list, Qt::Key_Delete);
@@ -90,13 +58,13 @@ protected:
     std::string Backup() { return ReadBytes(folder_ / "Backup.dat"); }
     void End() {
         console_->End();
-        QTRY_VERIFY(console_->HasEnded());
+        AWAIT(console_->HasEnded());
         console_.reset();
     }
 };
 
 TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
-    StartListening();
+    StartOnTree();
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5514");
     EXPECT_FALSE(Tree()->isEnabled());
     Send(Datagram("Full", "Warning", "pc"));
@@ -108,47 +76,47 @@ TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
     EXPECT_EQ(Node({0}).data().toString(), "Full ( 1 Event )");
     EXPECT_EQ(Node({0}).data(Qt::AccessibleTextRole).toString(), "Alarm, Full ( 1 Event )");
     EXPECT_FALSE(Tree()->isExpanded(Node({0}))) << "nothing opens by itself";
-    auto* const list = Find<MessageListView>("lvwSyslog1");
+    const MessageListView* const list = SyslogList(1);
     EXPECT_EQ(list->model()->rowCount(), 1);
     EXPECT_TRUE(list->isEnabled());
 }
 
 TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
-    StartListening();
+    StartOnTree();
     for (const char* const computer : {"a", "b", "b", "c"})
         Send(Datagram("Full", "Warning", computer));
     Send(Datagram("Other", "Error", "a"));
     Handle();
     Tree()->setFocus();
-    Press({Qt::Key_Home, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Down,
-           Qt::Key_Right, Qt::Key_Right});
+    PressInTree({Qt::Key_Home, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Right, Qt::Key_Down,
+                 Qt::Key_Right, Qt::Key_Right});
     EXPECT_EQ(Current(),
               "System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:09 PM");
     EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 2 Events )");
-    Press({Qt::Key_Delete});
+    PressInTree({Qt::Key_Delete});
     EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the message you have selected?");
     EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 1 Events )") << "the next one";
     EXPECT_TRUE(Tree()->selectionModel()->isSelected(Tree()->currentIndex()));
     EXPECT_TRUE(Tree()->isVisible());
     EXPECT_TRUE(Tree()->isExpanded(Node({0, 0})));
-    Press({Qt::Key_Delete});
+    PressInTree({Qt::Key_Delete});
     EXPECT_EQ(Current(), "C ( 1 Event )") << "what took the group's place";
     EXPECT_EQ(Node({0}).data().toString(), "Full ( 2 Events )");
-    Press({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
+    PressInTree({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
     EXPECT_EQ(boxes_.Shown.back(),
               "Are you sure you want to delete all the messages under the tree branch you selected?");
     EXPECT_EQ(Current(), "Other ( 1 Event )");
     EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
-    Press({Qt::Key_Delete});
+    PressInTree({Qt::Key_Delete});
     EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
     EXPECT_FALSE(Tree()->isEnabled());
     boxes_.Shown.clear();
-    Find<QAction>("delete")->trigger();
+    Command("delete");
     EXPECT_TRUE(boxes_.Shown.empty()) << "there is nothing to delete";
 }
 
 TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) {
-    StartListening();
+    StartOnTree();
     for (int i = 0; i < 40; ++i) {
         for (int leaf = 0; leaf < 3; ++leaf)
             Send(Datagram("m" + std::to_string(100 + i), "Error", "pc"));
@@ -183,7 +151,7 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
 
 /// What comes while the tree is behind another page moves rows that nobody has told the view of.
 TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
-    StartListening();
+    StartOnTree();
     for (const char* const alarm : {"m1", "m2"})
         Send(Datagram(alarm, "Error", "pc"));
     Handle();
@@ -199,19 +167,18 @@ TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
     EXPECT_EQ(Current(), "m2 ( 1 Event )");
 }
 
-TEST_F(SyslogConsoleTest, LongLinesHaveATipThatIsNoMarkup) {
-    StartListening();
+TEST_F(SyslogConsoleTest, LongLinesAreCutInLineAndTip) {
+    StartOnTree();
     Send(Datagram("<b>x</b>" + std::string(60'000, 'y'), "Error", "pc"));
     Handle();
-    const QString tip = Node({0}).data(Qt::ToolTipRole).toString();
-    EXPECT_TRUE(tip.startsWith("<p>&lt;b&gt;x")) << tip.left(40).toStdString();
-    EXPECT_LT(tip.size(), 2'000);
+    EXPECT_TRUE(Node({0}).data(Qt::ToolTipRole).toString().startsWith("<p>&lt;b&gt;x"));
+    EXPECT_LT(Node({0}).data(Qt::ToolTipRole).toString().size(), 2'000);
     EXPECT_LT(Node({0}).data().toString().size(), 2'000);
 }
 
 /// Qt's own judge looks on while groups are open and everything comes and goes.
 TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
-    StartListening();
+    StartOnTree();
     QAbstractItemModelTester tester(Tree()->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     // It would ask for more in the middle of what it is being told.
     tester.setUseFetchMore(false);
@@ -227,18 +194,18 @@ TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
         if (step % 4 == 1)
             Tree()->expandRecursively(Node({static_cast<int>(random() % 2)}));
         for (int down = static_cast<int>(random() % 12); down > 0; --down)
-            Press({Qt::Key_Down});
+            PressInTree({Qt::Key_Down});
         if (step % 7 == 3)
-            Press({Qt::Key_Delete});
+            PressInTree({Qt::Key_Delete});
     }
     EXPECT_GT(Tree()->model()->rowCount(), 0);
-    Find<QAction>("clear")->trigger();
+    Command("clear");
     EXPECT_EQ(Tree()->model()->rowCount(), 0);
 }
 
 /// Texts of every byte value: what is shown and saved is the same after a restart, and after another one.
 TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
-    StartListening();
+    StartOnTree();
     std::mt19937 random(4);
     for (int i = 0; i < 600; ++i) {
         std::string alarm, source, description;
@@ -258,11 +225,11 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
         Send(datagram.append(", ").append(description));
     }
     Handle();
-    Find<MessageListView>("lvwSyslog1")->selectAll();
+    SyslogList(1)->selectAll();
     for (int i = 0; i < 3; ++i) {
         Tree()->setFocus();
         Tree()->setCurrentIndex(Node({i * 7}));
-        Press({Qt::Key_Delete});
+        PressInTree({Qt::Key_Delete});
     }
     // Where something was deleted, a count of one is told in the plural until all is read anew.
     const auto told = [this] {
@@ -282,45 +249,70 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
 }
 
 TEST_F(SyslogConsoleTest, ABackupThatCannotBeWrittenIsToldAndTheConsoleEndsAllTheSame) {
-    StartListening();
+    StartOnTree();
     std::filesystem::remove(folder_ / "Backup.dat");
     boxes_.Shown.clear();
     console_->End();
-    QTRY_VERIFY(console_->HasEnded());
-    ASSERT_EQ(boxes_.Shown.size(), 1U);
-    EXPECT_EQ(
-        boxes_.Shown[0].rfind("The following error occurred when attempting to save received messages to "
-                              "disk.\r\nError # 2:\t",
-                              0),
-        0U)
-        << boxes_.Shown[0];
+    AWAIT(console_->HasEnded());
+    EXPECT_EQ(boxes_.Shown.size(), 1U);
 }
 
-TEST_F(SyslogConsoleTest, APortThatIsTakenIsAskedAbout) {
-    datagrams_.Taken = {Port};
-    boxes_.RetriesLeft = 2;
-    boxes_.WhileAsked = [this] {
-        EXPECT_TRUE(console_->Window().isVisible()) << "the window is there first";
-        if (boxes_.RetriesLeft == 1)
-            datagrams_.Taken.clear();
-    };
-    StartListening();
-    ASSERT_EQ(boxes_.Shown.size(), 2U);
-    EXPECT_EQ(
-        boxes_.Shown[0],
-        "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives syslog "
-        "messages.  This can happen if another instance of the Tallyhorn Listener Console is being run on "
-        "a different desktop (e.g. RDP session), or if a different program has already bound to this "
-        "port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  To "
-        "reconfigure this program to use a different port, click 'Retry.'");
-    EXPECT_TRUE(datagrams_.Bound.contains(Port));
-    console_.reset();
+class TakenPortTest : public SyslogConsoleTest {
+protected:
+    /// Starts while another program has the port.  The user retries `retries` times, each time does this in
+    /// the preferences, and then gives up.
+    void StartTaken(int retries, const std::function<void(QWidget&)>& inPreferences) {
+        datagrams_.Taken = {Port};
+        boxes_.Shown.clear();
+        boxes_.RetriesLeft = retries;
+        boxes_.WhileAsked = [this, inPreferences] {
+            EXPECT_TRUE(console_->Window().isVisible()) << "the window is there first";
+            if (boxes_.RetriesLeft > 0)
+                InDialog(inPreferences);
+        };
+        StartOnTree();
+    }
+};
 
-    datagrams_.Taken = {Port};
-    boxes_.RetriesLeft = 0;
-    boxes_.WhileAsked = nullptr;
-    StartListening();
-    QTRY_VERIFY(console_->HasEnded());
+TEST_F(TakenPortTest, AnotherPortIsChosenInThePreferences) {
+    StartTaken(1, [](QWidget& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Tallyhorn Listener Console Preferences");
+        QTest::keyClicks(dialog.focusWidget(), "5515");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(
+        boxes_.Shown,
+        std::vector<std::string>{
+            "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives syslog "
+            "messages.  This can happen if another instance of the Tallyhorn Listener Console is being run "
+            "on "
+            "a different desktop (e.g. RDP session), or if a different program has already bound to this "
+            "port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  To "
+            "reconfigure this program to use a different port, click 'Retry.'"});
+    EXPECT_TRUE(datagrams_.Bound.contains(5515));
+    EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5515");
+}
+
+TEST_F(TakenPortTest, TheSamePortIsTriedAgain) {
+    StartTaken(2, [this](QWidget& dialog) {
+        if (boxes_.Shown.size() == 2)
+            datagrams_.Taken.clear();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    EXPECT_EQ(boxes_.Shown.size(), 2U);
+    EXPECT_TRUE(datagrams_.Bound.contains(Port));
+}
+
+TEST_F(TakenPortTest, WithoutSyslogTheConsoleGoesOn) {
+    StartTaken(1, [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    EXPECT_EQ(boxes_.Shown.size(), 1U);
+    EXPECT_FALSE(console_->HasEnded());
+    EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Not listening for syslog messages");
+}
+
+TEST_F(TakenPortTest, CancelEndsTheConsole) {
+    StartTaken(0, nullptr);
+    AWAIT(console_->HasEnded());
 }
 
 }  // namespace

@@ -140,34 +140,6 @@ TEST_F(DatagramSocketsTest, ASingleDatagramComesSoonAndWithOneWake) {
     }
 }
 
-TEST_F(DatagramSocketsTest, AFloodComesInOrderWithOneWakeAndNoneIsUncounted) {
-    constexpr std::size_t Step = 50;
-    constexpr std::size_t Texts = TALLYHORN_WINE ? 2000 : 20'000;
-    const std::unique_ptr<DatagramSender> sender = Open("localhost");
-    for (std::size_t i = 0; i < Texts; i += Step) {
-        for (std::size_t j = i; j < i + Step; ++j)
-            ASSERT_TRUE(sender->Send(std::to_string(j + 1) + ' ' + std::string(300, 'x')));
-        std::this_thread::sleep_for(TALLYHORN_WINE ? 5ms : 1ms);
-    }
-    EXPECT_TRUE(receiver_->HasWaiting());
-    EXPECT_EQ(wakes_, 1);
-    std::size_t taken = 0;
-    std::size_t last = 0;
-    const auto takeAll = [&] {
-        while (const std::optional<std::string_view> text = receiver_->Next()) {
-            const std::size_t number = std::stoul(std::string(text->substr(0, text->find(' '))));
-            EXPECT_GT(number, last);
-            last = number;
-            ++taken;
-        }
-        // A machine that is busy with something else lets the socket overflow.
-        return taken + LostBySystem() == Texts;
-    };
-    EXPECT_TRUE(Eventually(takeAll)) << taken << " taken, " << LostBySystem() << " lost";
-    EXPECT_GT(taken, Texts / 2);
-    EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
-}
-
 TEST_F(DatagramSocketsTest, ManySendersAtOnceKeepTheirOwnOrderAndNoneIsUncounted) {
     constexpr std::size_t Senders = 4;
     constexpr std::size_t Texts = 5000;
@@ -205,35 +177,21 @@ TEST_F(DatagramSocketsTest, ManySendersAtOnceKeepTheirOwnOrderAndNoneIsUncounted
 TEST_F(DatagramSocketsTest, WhatDoesNotFitIsCounted) {
     const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
     const std::string large(DatagramSockets::LargestSize, 'x');
-    std::uint64_t sent = 0;
-    for (; receiver_->Losses().NoRoom < 10 && sent < 50'000; ++sent) {
+    for (int sent = 0; receiver_->Losses().NoRoom < 10 && sent < 50'000; ++sent) {
         ASSERT_TRUE(sender->Send(large));
         if (sent % 8 == 0)
             std::this_thread::sleep_for(500us);
     }
-    ASSERT_GE(receiver_->Losses().NoRoom, 10U);
+    receiver_->Stop();
+    const DatagramLosses losses = receiver_->Losses();
+    EXPECT_GE(losses.NoRoom, 10U) << "still to be read";
     EXPECT_EQ(wakes_, 1);
-    std::uint64_t taken = 0;
-    const auto allAccounted = [&] {
-        while (const std::optional<std::string_view> text = receiver_->Next()) {
-            EXPECT_EQ(text->size(), large.size());
-            ++taken;
-        }
-        const DatagramLosses losses = receiver_->Losses();
-        return !losses.BySystem || taken + losses.NoRoom + *losses.BySystem == sent;
-    };
-    EXPECT_TRUE(Eventually(allAccounted)) << taken << " of " << sent;
+    std::size_t taken = 0;
+    while (receiver_->Next())
+        ++taken;
     EXPECT_GT(taken * large.size(), DatagramReceiver::MostWaiting / 2);
     EXPECT_LT(taken * large.size(), DatagramReceiver::MostWaiting + (std::size_t{16} << 20U));
-    ASSERT_TRUE(sender->Send("there is room again"));
-    std::string last;
-    do {
-        last = Await();
-    } while (last == large);
-    EXPECT_EQ(last, "there is room again");
-    const DatagramLosses losses = receiver_->Losses();
-    receiver_->Stop();
-    EXPECT_EQ(receiver_->Losses().NoRoom, losses.NoRoom) << "still to be read";
+    EXPECT_EQ(receiver_->Losses().NoRoom, losses.NoRoom);
     EXPECT_EQ(receiver_->Losses().BySystem, losses.BySystem);
 }
 

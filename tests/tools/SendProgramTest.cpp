@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <future>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -101,52 +99,6 @@ TEST_F(SendProgramTest, SendsADemoAndCountsIt) {
         return received >= 580;
     })) << received;
     EXPECT_LE(received, 600U);
-}
-
-/// The text that comes out when `parts` arrive in this order, one fewer than there are.
-std::string Joined(const std::vector<std::pair<std::size_t, std::string>>& parts, std::size_t last) {
-    Texts byIndex(last + 1);
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        const std::string& datagram = parts[i].second;
-        std::size_t start = 0;
-        for (int dash = 0; dash < 3; ++dash)
-            start = datagram.find('-', start) + 1;
-        if (i == 0)
-            start = datagram.size() - std::min<std::size_t>(datagram.size(), 384);
-        byIndex[parts[i].first] = datagram.substr(start);
-    }
-    return std::accumulate(byIndex.begin(), byIndex.end() - 1, std::string());
-}
-
-TEST_F(SendProgramTest, PartsInEveryOrderComeOutAsTheyMust) {
-    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
-    for (std::size_t last = 1; last <= 3; ++last) {
-        std::vector<std::size_t> order(last + 1);
-        std::iota(order.begin(), order.end(), 0);
-        do {
-            Texts datagrams{"--raw"};
-            std::vector<std::pair<std::size_t, std::string>> parts;
-            // Text 11 arrives whole, which loses it; text 12 lacks the part that would come last.
-            for (const std::string id : {"11", "12"}) {
-                for (const std::size_t index : order) {
-                    if (id == "12" && parts.size() == last)
-                        break;
-                    std::string datagram =
-                        '*' + id + '-' + std::to_string(index) + '-' + std::to_string(last) + '-';
-                    const std::size_t length = index == 0 ? 384 : index == last ? 40 : 385;
-                    for (std::size_t i = 0; i < length; ++i)
-                        datagram += static_cast<char>('a' + (i * 7 + index) % 26);
-                    datagrams.push_back(datagram);
-                    if (id == "12")
-                        parts.emplace_back(index, datagram);
-                }
-            }
-            datagrams.push_back("whole");
-            ASSERT_EQ(Send(datagrams).Status, 0);
-            const auto count = static_cast<std::int16_t>(datagrams.size() - 1);
-            EXPECT_EQ(ReadAll(count), (Texts{"whole", Joined(parts, last)})) << testing::PrintToString(order);
-        } while (std::next_permutation(order.begin(), order.end()));
-    }
 }
 
 }  // namespace

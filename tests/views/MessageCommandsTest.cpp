@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/views/CommandsFixture.h"
 #include "views/ServerLayout.h"
 
@@ -13,37 +15,38 @@ protected:
         const Slot slot = freed ? *freed : channel.Messages.Grow();
         channel.Messages.Put(slot, text);
         channel.Rows.Add(slot, AlarmRecord(), std::nullopt, static_cast<std::int16_t>(view % EventListCount));
-        received_.List(view).Add(slot);
+        Received.List(view).Add(slot);
         return slot;
     }
     void KeepTen() {
         for (int i = 0; i < 10; ++i)
-            Keep(received_.NetBios, 2);
+            Keep(Received.NetBios, 2);
     }
 };
 
 TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     KeepTen();
-    received_.ActiveView = 2;
-    received_.List(2).Select(3, 3, true);
-    received_.List(2).Select(6, 6, true);
-    boxes_.WhileAsked = [this] {
-        EXPECT_TRUE(display_.Polling) << "the poll goes on while the question stands";
+    Received.ActiveView = 2;
+    Received.List(2).Select(3, 3, true);
+    Received.List(2).Select(6, 6, true);
+    Boxes.WhileAsked = [this] {
+        EXPECT_TRUE(Display.Polling) << "the poll goes on while the question stands";
     };
     bool polledMeanwhile = false;
-    events_.Event = [&] { polledMeanwhile |= display_.Polling; };
+    Events.Event = [&] { polledMeanwhile |= Display.Polling; };
     commands_.DeleteMessages();
-    EXPECT_EQ(boxes_.Shown,
+    EXPECT_EQ(Boxes.Shown,
               std::vector<std::string>{"Are you sure you want to delete the messages you have selected?"});
-    EXPECT_EQ(display_.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
+    EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
     EXPECT_FALSE(polledMeanwhile);
-    EXPECT_TRUE(display_.Polling);
-    EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
-    EXPECT_EQ(received_.List(2).Size(), 8U);
-    EXPECT_EQ(received_.NetBios.Messages.Text(4), "");
-    EXPECT_EQ(Keep(received_.NetBios, 2), 4);
-    EXPECT_EQ(Keep(received_.NetBios, 2), 7);
-    EXPECT_EQ(Keep(received_.NetBios, 2), 11) << "then the store grows";
+    EXPECT_TRUE(Display.Polling);
+    EXPECT_EQ(Display.WorkUnderWay, 0);
+    EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
+    EXPECT_EQ(Received.List(2).Size(), 8U);
+    EXPECT_EQ(Received.NetBios.Messages.Text(4), "");
+    EXPECT_EQ(Keep(Received.NetBios, 2), 4);
+    EXPECT_EQ(Keep(Received.NetBios, 2), 7);
+    EXPECT_EQ(Keep(Received.NetBios, 2), 11) << "then the store grows";
 }
 
 TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
@@ -72,32 +75,36 @@ TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
          {"Are you sure you want to delete the messages you have selected?"}},
     };
     KeepTen();
-    received_.List(2).Select(0, 9, true);
+    Received.List(2).Select(0, 9, true);
     for (const auto& [why, activeView, page, filtered, answer, shown] : cases) {
-        boxes_.Shown.clear();
-        boxes_.Answer = answer;
+        Boxes.Shown.clear();
+        Boxes.Answer = answer;
         filter_.Active = filtered;
-        received_.ActiveView = activeView;
-        display_.Page = page;
+        Received.ActiveView = activeView;
+        Display.Page = page;
         commands_.DeleteMessages();
-        EXPECT_EQ(boxes_.Shown, shown) << why;
-        EXPECT_EQ(received_.List(2).Size(), 10U) << why;
-        EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 10) << why;
-        EXPECT_TRUE(display_.ListCalls.empty()) << why;
+        EXPECT_EQ(Boxes.Shown, shown) << why;
+        EXPECT_EQ(Received.List(2).Size(), 10U) << why;
+        EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 10) << why;
+        EXPECT_TRUE(Display.ListCalls.empty()) << why;
     }
 }
 
 /// The sleep belongs to the slice, not to the row.
 TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
     for (int i = 0; i < 50'000; ++i)
-        Keep(received_.NetBios, 0);
-    received_.List(0).Select(0, 49'999, true);
-    clock_.PerLook = std::chrono::microseconds(2);
+        Keep(Received.NetBios, 0);
+    Received.List(0).Select(0, 49'999, true);
+    Time.PerLook = std::chrono::microseconds(2);
     commands_.DeleteMessages();
-    EXPECT_EQ(received_.NetBios.Messages.MessageCount(), 0);
-    EXPECT_GT(clock_.Slept, std::chrono::milliseconds(0));
-    EXPECT_LT(clock_.Slept, std::chrono::milliseconds(500));
-    EXPECT_FALSE(display_.Enabled[0]);
+    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 0);
+    EXPECT_GT(Time.Slept, std::chrono::milliseconds(0));
+    EXPECT_LT(Time.Slept, std::chrono::milliseconds(500));
+    EXPECT_FALSE(Display.Enabled[0]);
+    ASSERT_FALSE(Display.Progress.empty());
+    EXPECT_TRUE(std::is_sorted(Display.Progress.begin(), Display.Progress.end()));
+    EXPECT_LE(Display.Progress.back().first, 50'000U);
+    EXPECT_EQ(Display.Progress.back().second, 50'000U);
 }
 
 TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
@@ -118,23 +125,23 @@ TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
          "Are you sure you want to erase all of the NetBIOS messages received?", 0, 0},
     };
     KeepTen();
-    Keep(received_.Syslog, 3);
+    Keep(Received.Syslog, 3);
     for (const auto& [page, answer, filtered, shown, netBiosLeft, syslogLeft] : cases) {
-        boxes_ = FakeMessageBoxes();
-        boxes_.Answer = answer;
+        Boxes = FakeMessageBoxes();
+        Boxes.Answer = answer;
         filter_.Active = filtered;
-        display_.Page = page;
+        Display.Page = page;
         commands_.ClearAllMessages();
-        EXPECT_EQ(boxes_.Shown, std::vector<std::string>{shown});
-        EXPECT_EQ(received_.NetBios.Messages.MessageCount(), netBiosLeft);
-        EXPECT_EQ(received_.Syslog.Messages.MessageCount(), syslogLeft);
-        EXPECT_EQ(received_.List(2).Size(), static_cast<std::size_t>(netBiosLeft));
-        EXPECT_EQ(received_.List(3).Size(), static_cast<std::size_t>(syslogLeft));
+        EXPECT_EQ(Boxes.Shown, std::vector<std::string>{shown});
+        EXPECT_EQ(Received.NetBios.Messages.MessageCount(), netBiosLeft);
+        EXPECT_EQ(Received.Syslog.Messages.MessageCount(), syslogLeft);
+        EXPECT_EQ(Received.List(2).Size(), static_cast<std::size_t>(netBiosLeft));
+        EXPECT_EQ(Received.List(3).Size(), static_cast<std::size_t>(syslogLeft));
     }
-    EXPECT_EQ(display_.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
-    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 100);
-    EXPECT_EQ(Keep(received_.NetBios, 2), 1) << "slot 0 stays empty, freed slots are forgotten";
-    EXPECT_EQ(received_.NetBios.Rows.Texts().Size(), 1U);
+    EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
+    EXPECT_EQ(Received.Syslog.Messages.UpperBound(), 100);
+    EXPECT_EQ(Keep(Received.NetBios, 2), 1) << "slot 0 stays empty, freed slots are forgotten";
+    EXPECT_EQ(Received.NetBios.Rows.Texts().Size(), 1U);
 }
 
 TEST(ServerLayout, FollowsItsRules) {

@@ -23,24 +23,19 @@ protected:
         record.AlarmName = alarm;
         record.TypeOfEvent = type;
         record.Computer = computer;
-        received_.KeepSyslogMessage(record, shown);
+        KeepSyslog(record, shown);
     }
-    std::size_t Rows() const {
-        std::size_t rows = 0;
-        for (const MessageList& list : received_.Syslog.Lists)
-            rows += list.Size();
-        return rows;
-    }
+    std::size_t Rows() const { return RowCount(Received.Syslog); }
     /// The node at these positions below the root.
     TreeNode Node(const std::vector<std::size_t>& way) const {
         TreeNode node;
         for (const std::size_t position : way)
-            node = received_.Tree.ChildAt(node, position);
+            node = Received.Tree.ChildAt(node, position);
         return node;
     }
     void DeleteNode(TreeNode node) {
-        received_.ActiveView = ConsolidatedView;
-        received_.Tree.SelectNode(node);
+        Received.ActiveView = ConsolidatedView;
+        Received.Tree.SelectNode(node);
         commands_.DeleteMessages();
     }
 };
@@ -48,44 +43,44 @@ protected:
 TEST_F(SyslogCommandsTest, AKeptMessageStandsInStoreListAndTree) {
     Keep("Full", "WARNING", "PC");
     Keep("Full", "Failure Audit", "PC", false);
-    EXPECT_EQ(received_.Syslog.Messages.Text(0),
+    EXPECT_EQ(Received.Syslog.Messages.Text(0),
               "Date: 12/30/1899\r\nAlarm Name: Full\r\nLog Type: \r\nSource: \r\nType Of Event: Warning\r\n"
               "Category: \r\nEventID: 0\r\nAccount: \r\nComputer: PC\r\nDescription: \r\n");
-    EXPECT_EQ(received_.Syslog.Messages.MessageCount(), 2) << "what a view filter hides is kept and counted";
+    EXPECT_EQ(Received.Syslog.Messages.MessageCount(), 2) << "what a view filter hides is kept and counted";
     EXPECT_EQ(Rows(), 1U);
-    EXPECT_EQ(received_.Tree.LeafCount(), 1U);
+    EXPECT_EQ(Received.Tree.LeafCount(), 1U);
 }
 
 TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
-    received_.ClearSyslog();
+    Received.ClearSyslog();
     for (int i = 0; i < 98; ++i)
         Keep("a", "Error", "PC");
-    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 100);
+    EXPECT_EQ(Received.Syslog.Messages.UpperBound(), 100);
     Keep("a", "Error", "PC");
-    EXPECT_EQ(received_.Syslog.Messages.UpperBound(), 200);
+    EXPECT_EQ(Received.Syslog.Messages.UpperBound(), 200);
 }
 
 TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
     for (const char* const computer : {"A", "B", "B"})
         Keep("Full", "Warning", computer);
-    received_.ActiveView = 4;
-    received_.List(4).Select(0, 1, true);
+    Received.ActiveView = 4;
+    Received.List(4).Select(0, 1, true);
     bool heldBack = false;
     bool polling = false;
-    boxes_.WhileAsked = [&] {
-        heldBack = received_.SyslogDeleteInProgress;
-        polling = display_.Polling;
+    Boxes.WhileAsked = [&] {
+        heldBack = Received.SyslogDeleteInProgress;
+        polling = Display.Polling;
     };
     commands_.DeleteMessages();
     EXPECT_TRUE(heldBack);
     EXPECT_TRUE(polling) << "the poll itself holds back then";
-    EXPECT_FALSE(received_.SyslogDeleteInProgress);
-    EXPECT_EQ(display_.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
+    EXPECT_FALSE(Received.SyslogDeleteInProgress);
+    EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
     EXPECT_EQ(Rows(), 1U);
-    EXPECT_EQ(received_.Tree.Text(Node({0})), "Full ( 1 Events )");
-    EXPECT_EQ(received_.Tree.Text(Node({0, 0, 0})), "B ( 1 Events )");
-    EXPECT_EQ(display_.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
-    EXPECT_TRUE(display_.Enabled[ConsolidatedView]);
+    EXPECT_EQ(Received.Tree.Text(Node({0})), "Full ( 1 Events )");
+    EXPECT_EQ(Received.Tree.Text(Node({0, 0, 0})), "B ( 1 Events )");
+    EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
+    EXPECT_TRUE(Display.Enabled[ConsolidatedView]);
 }
 
 TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
@@ -101,31 +96,31 @@ TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
         {"an alarm, with the rows of types that the tree lacks", {0}, BranchQuestion, 1},
     };
     for (const auto& [why, way, question, rowsLeft] : cases) {
-        received_.ClearSyslog();
-        boxes_.Shown.clear();
+        Received.ClearSyslog();
+        Boxes.Shown.clear();
         for (const char* const computer : {"A", "A", "B"})
             Keep("Disk", "Error", computer);
         Keep("Disk", "Warning", "A");
         Keep("Other", "Error", "A");
         Keep("Disk", "Unheard of", "A");
         Keep("Disk", "", "A");
-        ASSERT_EQ(received_.Tree.LeafCount(), 5U);
-        boxes_.Answer = false;
+        ASSERT_EQ(Received.Tree.LeafCount(), 5U);
+        Boxes.Answer = false;
         DeleteNode(Node(way));
         EXPECT_EQ(Rows(), 7U) << "the user said no";
-        boxes_.Answer = true;
+        Boxes.Answer = true;
         DeleteNode(Node(way));
-        EXPECT_EQ(boxes_.Shown, (std::vector<std::string>{question, question})) << why;
+        EXPECT_EQ(Boxes.Shown, (std::vector<std::string>{question, question})) << why;
         EXPECT_EQ(Rows(), rowsLeft) << why;
-        EXPECT_EQ(received_.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(rowsLeft)) << why;
-        EXPECT_FALSE(received_.SyslogDeleteInProgress);
-        EXPECT_TRUE(received_.Tree.SelectedNode().IsRoot()) << why << ": what is gone is not selected";
+        EXPECT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(rowsLeft)) << why;
+        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot()) << why << ": what is gone is not selected";
     }
-    boxes_.Shown.clear();
+    Boxes.Shown.clear();
     DeleteNode(TreeNode());
     filter_.Active = true;
     DeleteNode(Node({0}));
-    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."})
+    EXPECT_EQ(Boxes.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."})
         << "silent where nothing is selected";
 }
 
@@ -141,7 +136,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     const auto free = [&](const std::function<bool(const Message&)>& goes) {
         // List by list, in the order of the rows.
         for (const std::int16_t list : {CriticalList, WarningList, InformationList}) {
-            const MessageList& rows = received_.Syslog.Lists.at(static_cast<std::size_t>(list));
+            const MessageList& rows = Received.Syslog.Lists.at(static_cast<std::size_t>(list));
             for (std::size_t i = 0; i < rows.Size(); ++i) {
                 if (goes(kept.at(rows.SlotAt(i))))
                     freed.push_back(rows.SlotAt(i));
@@ -151,7 +146,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     };
     constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
                                      "Success Audit", "unheard of", ""};
-    display_.Page = MessagePage::Consolidated;
+    Display.Page = MessagePage::Consolidated;
     for (int step = 0; step < 4000; ++step) {
         const std::size_t what = below(100);
         if (what < 93) {
@@ -166,7 +161,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             Keep(message.Alarm, message.Type, message.Computer);
         } else if (what < 96) {
             const auto view = static_cast<ViewNumber>(FirstSyslogView + below(3));
-            MessageList& list = received_.List(view);
+            MessageList& list = Received.List(view);
             if (list.Size() == 0)
                 continue;
             if (below(2) == 0)
@@ -178,15 +173,15 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
                 freed.push_back(slot);
                 kept.erase(slot);
             }
-            received_.ActiveView = view;
+            Received.ActiveView = view;
             commands_.DeleteMessages();
-        } else if (what < 99 && received_.Tree.LeafCount() > 0) {
+        } else if (what < 99 && Received.Tree.LeafCount() > 0) {
             TreeNode node;
-            for (std::size_t level = 1 + below(3); level > 0 && received_.Tree.ChildCount(node) > 0; --level)
-                node = received_.Tree.ChildAt(node, below(received_.Tree.ChildCount(node)));
-            const TreeNode leafBelow = TreeNode::Leaf(received_.Tree.SlotsUnder(node).front());
+            for (std::size_t level = 1 + below(3); level > 0 && Received.Tree.ChildCount(node) > 0; --level)
+                node = Received.Tree.ChildAt(node, below(Received.Tree.ChildCount(node)));
+            const TreeNode leafBelow = TreeNode::Leaf(Received.Tree.SlotsUnder(node).front());
             const Message like = kept.at(leafBelow.LeafSlot());
-            const TreeLevel level = received_.Tree.Level(node);
+            const TreeLevel level = Received.Tree.Level(node);
             free([&](const Message& message) {
                 return message.Alarm == like.Alarm &&
                        (level < TreeLevel::Type || message.Type == like.Type) &&
@@ -198,18 +193,18 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             freed.clear();
             commands_.ClearAllMessages();
         }
-        ASSERT_EQ(received_.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(kept.size())) << step;
+        ASSERT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(kept.size())) << step;
         ASSERT_EQ(Rows(), kept.size()) << step;
         std::size_t leaves = 0;
         for (const auto& [slot, message] : kept) {
-            ASSERT_TRUE(received_.Syslog.Messages.Text(slot).find("Name: " + message.Alarm + "\r\n") !=
+            ASSERT_TRUE(Received.Syslog.Messages.Text(slot).find("Name: " + message.Alarm + "\r\n") !=
                         std::string::npos)
                 << step << " slot " << slot;
-            leaves += received_.Tree.HasLeaf(slot) ? 1 : 0;
+            leaves += Received.Tree.HasLeaf(slot) ? 1 : 0;
         }
-        ASSERT_EQ(received_.Tree.LeafCount(), leaves) << step;
+        ASSERT_EQ(Received.Tree.LeafCount(), leaves) << step;
         for (const Slot slot : freed)
-            ASSERT_EQ(received_.Syslog.Messages.Text(slot), "") << step;
+            ASSERT_EQ(Received.Syslog.Messages.Text(slot), "") << step;
     }
 }
 

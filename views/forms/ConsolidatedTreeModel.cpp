@@ -4,21 +4,14 @@
 #include <QGuiApplication>
 #include <vector>
 
-#include "views/forms/AnsiString.h"
-#include "views/forms/Pictures.h"
+#include "forms/AnsiString.h"
+#include "forms/Pictures.h"
 
 namespace tallyhorn {
 namespace {
 
-/// No line shows more, and laying out a text of sixty thousand characters takes long.
-constexpr std::size_t LongestShown = 1000;
 /// Longer ones may not fit on the line, and a tip tells them.
 constexpr qsizetype LongestAtAGlance = 60;
-
-/// Whatever the text holds, it is not read as markup.
-QString PlainToolTip(const QString& text) {
-    return QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
-}
 
 QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
     QModelIndexList to;
@@ -148,12 +141,12 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
         return picture ? icons_.at(static_cast<std::size_t>(*picture)) : alarmIcon_;
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
         return {};
-    const QString shown = ToVisibleLine(tree_.Text(node).substr(0, LongestShown));
+    const QString shown = ToShownLine(tree_.Text(node));
     switch (role) {
         case Qt::DisplayRole:
             return shown;
         case Qt::ToolTipRole:
-            return shown.size() > LongestAtAGlance ? PlainToolTip(shown) : QVariant();
+            return shown.size() > LongestAtAGlance ? ToToolTip(shown) : QVariant();
         default:
             return QString((picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") + shown);
     }

@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
 
@@ -30,6 +31,28 @@ void ConsolidatedTreeView::TakeInNow() {
         verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
     if (model_.TakeInNodes() && top.isValid() && isVisible())
         scrollTo(top, PositionAtTop);
+}
+
+/// Qt is told of all on the way down first: it knows no node before.
+void ConsolidatedTreeView::SelectNode(TreeNode node) {
+    TakeInNow();
+    std::vector<TreeNode> way;
+    for (TreeNode group = tree_.Parent(node); !group.IsRoot(); group = tree_.Parent(group))
+        way.push_back(group);
+    for (auto group = way.rbegin(); group != way.rend(); ++group) {
+        const QModelIndex index = model_.IndexOf(*group);
+        if (model_.canFetchMore(index))
+            model_.fetchMore(index);
+        expand(index);
+    }
+    setCurrentIndex(model_.IndexOf(node));
+    scrollTo(currentIndex());
+}
+
+QRect ConsolidatedTreeView::CurrentNodeOnScreen() const {
+    const QRect node = visualRect(currentIndex()) & viewport()->rect();
+    return isVisible() && !node.isEmpty() ? QRect(viewport()->mapToGlobal(node.topLeft()), node.size())
+                                          : QRect();
 }
 
 // ---- through a reset
@@ -93,11 +116,18 @@ void ConsolidatedTreeView::RestoreCurrent() {
 
 /// Those below the current node, down to the computers: opening a million leaves would take long, and nobody
 /// reads them.
-void ConsolidatedTreeView::OpenGroups() {
-    const TreeNode node = ConsolidatedTreeModel::NodeAt(currentIndex());
-    if (!node.IsRoot() && !node.IsLeaf())
-        expandRecursively(currentIndex(),
-                          static_cast<int>(TreeLevel::Type) - static_cast<int>(tree_.Level(node)));
+void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
+    const TreeNode node = ConsolidatedTreeModel::NodeAt(index);
+    if (node.IsRoot() || node.IsLeaf())
+        return;
+    // A view that has not been laid out yet would not know the children in time.
+    if (model_.canFetchMore(index))
+        model_.fetchMore(index);
+    expand(index);
+    if (tree_.Level(node) == TreeLevel::Computer || tree_.Level(node) == TreeLevel::Type)
+        return;
+    for (int row = 0; row < model_.rowCount(index); ++row)
+        OpenGroups(model_.index(row, 0, index));
 }
 
 void ConsolidatedTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -118,13 +148,31 @@ void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
     QTreeView::mousePressEvent(event);
 }
 
+/// The base class opens and closes groups.
+void ConsolidatedTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
+    takeIn_.Flush();
+    emit Touched();
+    QTreeView::mouseDoubleClickEvent(event);
+    const QModelIndex pointed = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && pointed == currentIndex() &&
+        ConsolidatedTreeModel::NodeAt(pointed).IsLeaf())
+        emit Opened();
+}
+
 void ConsolidatedTreeView::keyPressEvent(QKeyEvent* event) {
     takeIn_.Flush();
     emit Touched();
-    if (event->key() == Qt::Key_Delete)
-        emit DeleteRequested();
-    else if (event->key() == Qt::Key_Asterisk)
-        OpenGroups();
+    const bool opens = (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+                       ConsolidatedTreeModel::NodeAt(currentIndex()).IsLeaf();
+    if (opens) {
+        emit Opened();
+        return;
+    }
+    if (event->key() == Qt::Key_Delete) {
+        if (!event->isAutoRepeat())
+            emit DeleteRequested();
+    } else if (event->key() == Qt::Key_Asterisk)
+        OpenGroups(currentIndex());
     else
         QTreeView::keyPressEvent(event);
 }

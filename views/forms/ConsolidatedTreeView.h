@@ -20,6 +20,12 @@ public:
     /// Shows what came since the last time, at once or very soon.
     void TakeInNodes() { takeIn_.Request(); }
 
+    /// Makes the node the current and the only selected one, with all groups above it open, and scrolls it
+    /// into view.  The tree holds the node.
+    void SelectNode(TreeNode node);
+    /// Where the current node stands on the screen; empty where it is out of sight.
+    QRect CurrentNodeOnScreen() const;
+
     void reset() override;
 
 signals:
@@ -27,9 +33,12 @@ signals:
     void Touched();
     /// The Delete key.
     void DeleteRequested();
+    /// A double click on a leaf, or the Return key on it.
+    void Opened();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -42,7 +51,7 @@ private:
     };
 
     void TakeInNow();
-    void OpenGroups();
+    void OpenGroups(const QModelIndex& index);
     void RememberState();
     void RestoreCurrent();
     void RememberOpenGroups(const QModelIndex& parent);

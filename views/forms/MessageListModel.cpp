@@ -3,8 +3,8 @@
 #include <QIcon>
 #include <limits>
 
-#include "views/forms/AnsiString.h"
-#include "views/forms/Pictures.h"
+#include "forms/AnsiString.h"
+#include "forms/Pictures.h"
 
 namespace tallyhorn {
 

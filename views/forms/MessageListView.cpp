@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "views/forms/AnsiString.h"
-#include "views/forms/Pictures.h"
+#include "forms/AnsiString.h"
+#include "forms/Pictures.h"
 
 namespace tallyhorn {
 namespace {
@@ -80,6 +80,29 @@ int MessageListView::ColumnWidth(int column) const {
 
 void MessageListView::SetColumnWidth(int column, int width) {
     header_->resizeSection(column, width);
+}
+
+std::optional<Slot> MessageListView::SelectedSlot() const {
+    if (List().SelectedCount() == 0)
+        return std::nullopt;
+    // Rows that came since the last take-in have moved the others aside.
+    const auto current = List().PositionOf(static_cast<Slot>(currentIndex().internalId()));
+    if (currentIndex().isValid() && current && List().IsSelected(*current))
+        return List().SlotAt(*current);
+    return List().SelectedSlots().front();
+}
+
+void MessageListView::SelectRow(std::size_t position) {
+    TakeInRows();
+    MoveTo(static_cast<int>(position), Qt::NoModifier);
+}
+
+QRect MessageListView::CurrentRowOnScreen() const {
+    QRect row = visualRect(currentIndex());
+    row.setRight(viewport()->width());
+    row &= viewport()->rect();
+    return isVisible() && !row.isEmpty() ? QRect(viewport()->mapToGlobal(row.topLeft()), row.size())
+                                         : QRect();
 }
 
 // ---- geometry
@@ -276,6 +299,8 @@ void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
 
 void MessageListView::mouseDoubleClickEvent(QMouseEvent* event) {
     mousePressEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid())
+        emit Opened();
 }
 
 bool MessageListView::eventFilter(QObject* watched, QEvent* event) {
@@ -309,11 +334,20 @@ void MessageListView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End:
             return MoveTo(last, event->modifiers());
         case Qt::Key_Delete:
-            emit DeleteRequested();
+            if (!event->isAutoRepeat())
+                emit DeleteRequested();
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            emit Opened();
             return;
         default:
             break;
     }
+    // What a click on a column's header does.
+    const int column = event->key() - Qt::Key_1;
+    if (column >= 0 && column < SizedColumnCount && event->modifiers() == Qt::ControlModifier)
+        return SortBy(column);
     if (event->matches(QKeySequence::SelectAll))
         return selectAll();
     if (event->key() == Qt::Key_Space && CurrentRow() >= 0) {

@@ -9,11 +9,11 @@
 #include <string>
 #include <unordered_map>
 
+#include "forms/Pictures.h"
 #include "records/SeededHash.h"
 #include "views/MessageList.h"
 #include "views/forms/MessageListModel.h"
 #include "views/forms/Pacer.h"
-#include "views/forms/Pictures.h"
 
 class QHeaderView;
 
@@ -31,6 +31,13 @@ public:
     /// Takes in the rows that came and, at once or very soon, scrolls the newest into view, unless the user
     /// is holding on to the list.
     void TakeInRows();
+
+    /// The current row where it is selected, else the first selected one.
+    std::optional<Slot> SelectedSlot() const;
+    /// Makes the row the current and the only selected one and scrolls it into view.
+    void SelectRow(std::size_t position);
+    /// Where the current row stands on the screen; empty where it is out of sight.
+    QRect CurrentRowOnScreen() const;
 
     /// In pixels, of the sized columns.
     int ColumnWidth(int column) const;
@@ -51,6 +58,8 @@ signals:
     void MouseReleased();
     /// The Delete key.
     void DeleteRequested();
+    /// A double click on a row, or the Return key.
+    void Opened();
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

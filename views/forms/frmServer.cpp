@@ -1,12 +1,11 @@
 #include "views/forms/frmServer.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGroupBox>
 #include <QLabel>
-#include <QMenuBar>
+#include <QProgressBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
@@ -14,12 +13,13 @@
 #include <QTimer>
 #include <QToolBar>
 #include <algorithm>
-#include <utility>
 
-#include "views/forms/AnsiString.h"
+#include "forms/AnsiString.h"
+#include "forms/Pictures.h"
+#include "views/forms/ArrivalTimer.h"
 #include "views/forms/ConsolidatedTreeView.h"
+#include "views/forms/DetailWindow.h"
 #include "views/forms/MessageListView.h"
-#include "views/forms/Pictures.h"
 
 namespace tallyhorn {
 namespace {
@@ -31,32 +31,17 @@ constexpr Twips BelowTabs = 60;    ///< between the tabs and the first frame
 constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
-/// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.  In
-/// a storm nobody reads every line, and showing them takes as long as all else.
-constexpr int ArrivalInterval = 40;
-constexpr int StormInterval = 80;
-constexpr std::uint64_t StormSize = 1000;  ///< datagrams handled at a time
+constexpr int DismissInterval = 50;
+/// Work that takes no longer than this, in milliseconds, needs no bar.
+constexpr qint64 ShortWork = 500;
+constexpr int ProgressSteps = 1000;
 
-constexpr std::array<const char*, MessagePageCount> PageCaptions = {
-    "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
 constexpr const char* ConsolidatedCaption = "Consoli&dated Syslog Messages";
 /// From the top of the page; the list in the first frame is the last of its channel.
 constexpr std::array<const char*, EventListCount> NetBiosCaptions = {
     "I&nformation Events and Success Audits", "W&arning Events", "C&ritical Events (Errors, Failure Audits)"};
 constexpr std::array<const char*, EventListCount> SyslogCaptions = {
     "&Information Events and Success Audits", "&Warning Events", "&Critical Events (Errors, Failure Audits)"};
-
-/// Lets the work depth follow a piece of work, whatever ends it.
-class Depth {
-public:
-    explicit Depth(int& depth) : depth_(depth) { ++depth_; }
-    ~Depth() { --depth_; }
-    Depth(const Depth&) = delete;
-    Depth& operator=(const Depth&) = delete;
-
-private:
-    int& depth_;
-};
 
 /// A size that does not fit leaves the control as it was.
 void ResizeIfFits(QWidget* widget, int width, int height) {
@@ -66,22 +51,20 @@ void ResizeIfFits(QWidget* widget, int width, int height) {
 
 }  // namespace
 
-frmServer::frmServer(ServerLifetime& lifetime) : lifetime_(lifetime) {
+frmServer::frmServer(ServerLifetime& lifetime)
+    : lifetime_(lifetime), bars_(*this, [this](ServerCommand command) { Do(command); }) {
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
     setWindowIcon(ConsoleIcon());
     setContextMenuPolicy(Qt::NoContextMenu);
-    BuildMenus();
-    BuildToolBar();
     BuildPages();
     BuildStatusBar();
     timCheck = new QTimer(this);
     timCheck->setObjectName(QStringLiteral("timCheck"));
     timCheck->setInterval(CheckInterval);
-    timArrival = new QTimer(this);
-    timArrival->setObjectName(QStringLiteral("timArrival"));
-    timArrival->setSingleShot(true);
-    timArrival->setTimerType(Qt::PreciseTimer);
+    timDismiss = new QTimer(this);
+    timDismiss->setInterval(DismissInterval);
+    connect(timDismiss, &QTimer::timeout, this, &frmServer::DismissQuestions);
     tmrResumeProcessing = new QTimer(this);
     tmrResumeProcessing->setObjectName(QStringLiteral("tmrResumeProcessing"));
     tmrResumeProcessing->setInterval(ResumeInterval);
@@ -90,61 +73,13 @@ frmServer::frmServer(ServerLifetime& lifetime) : lifetime_(lifetime) {
 
 // ---- building
 
-QAction* frmServer::AddCommand(const char* name, const QString& caption, Command command) {
-    auto* const action = new QAction(caption, this);
-    action->setObjectName(QString::fromLatin1(name));
-    connect(action, &QAction::triggered, this,
-            [this, command = std::move(command)] { RunWhenIdle(command); });
-    return action;
-}
-
-void frmServer::BuildMenus() {
-    mnuFile_DeleteMsg = AddCommand("mnuFile_DeleteMsg", tr("&Delete Selected Message(s)"),
-                                   [this] { commands_->DeleteMessages(); });
-    mnuFile_ClearAll =
-        AddCommand("mnuFile_ClearAll", tr("&Clear All Messages"), [this] { commands_->ClearAllMessages(); });
-    QAction* const mnuFile_Exit = AddCommand("mnuFile_Exit", tr("E&xit"), [this] { Close(true); });
-    mnuEditPause =
-        AddCommand("mnuEditPause", tr("&Pause Message Processing"), [this] { cycle_->PauseCommand(); });
-
-    QMenu* const mnuFile = menuBar()->addMenu(tr("&File"));
-    mnuFile->setObjectName(QStringLiteral("mnuFile"));
-    mnuFile->addActions({mnuFile_DeleteMsg, mnuFile_ClearAll});
-    mnuFile->addSeparator();
-    mnuFile->addAction(mnuFile_Exit);
-    QMenu* const mnuEdit = menuBar()->addMenu(tr("&Edit"));
-    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
-    mnuEdit->addAction(mnuEditPause);
-}
-
-void frmServer::BuildToolBar() {
-    tbrMain = new QToolBar(tr("Commands"), this);
-    tbrMain->setObjectName(QStringLiteral("tbrMain"));
-    tbrMain->setMovable(false);
-    tbrMain->setFloatable(false);
-    tbrMain->setIconSize(QSize(16, 16));
-    const auto addButton = [this](const char* key, const QString& tip, CommandPicture picture,
-                                  QAction* command) {
-        auto* const button = new QAction(CommandIcon(picture), tip, this);
-        button->setObjectName(QString::fromLatin1(key));
-        connect(button, &QAction::triggered, command, &QAction::trigger);
-        tbrMain->addAction(button);
-        return button;
-    };
-    addButton("delete", tr("Delete Message(s)"), CommandPicture::Delete, mnuFile_DeleteMsg);
-    addButton("clear", tr("Clear All Messages"), CommandPicture::Clear, mnuFile_ClearAll);
-    tbrMain->addSeparator();
-    tbrPause = addButton("pause", tr("Pause Message Processing"), CommandPicture::Pause, mnuEditPause);
-    addToolBar(tbrMain);
-}
-
 void frmServer::BuildPages() {
     auto* const inside = new QWidget(this);
     setCentralWidget(inside);
     tabMessageTypes = new QTabWidget(inside);
     tabMessageTypes->setObjectName(QStringLiteral("tabMessageTypes"));
-    for (const char* const caption : PageCaptions)
-        tabMessageTypes->addTab(new QWidget, QString::fromLatin1(caption));
+    for (const std::string_view caption : PageCaptions)
+        tabMessageTypes->addTab(new QWidget, ToQString(caption));
 
     const auto addFrame = [this](MessagePage page, const char* caption, const QString& name) {
         auto* const frame =
@@ -174,22 +109,39 @@ void frmServer::BuildStatusBar() {
         statusBar()->addWidget(panel, Stretches.at(i));
         stbMain.at(i) = panel;
     }
+    pgbWork = new QProgressBar(this);
+    pgbWork->setObjectName(QStringLiteral("pgbWork"));
+    pgbWork->setAccessibleName(QStringLiteral("Work done"));
+    pgbWork->setRange(0, ProgressSteps);
+    pgbWork->setMaximumHeight(fontMetrics().height());
+    pgbWork->hide();
+    statusBar()->addPermanentWidget(pgbWork);
     statusBar()->setObjectName(QStringLiteral("stbMain"));
     ShowPanel(StatusPanel::ProcessingStatus, "Status: Processing Messages");
 }
 
 void frmServer::Load(const Parts& parts) {
-    received_ = &parts.Received;
-    commands_ = &parts.Commands;
-    cycle_ = &parts.Cycle;
-    syslog_ = &parts.Syslog;
+    parts_ = std::make_unique<const Parts>(parts);
     BuildLists(fraNetBiosTypes, 0);
     BuildLists(fraSyslogTypes, FirstSyslogView);
     BuildTree();
-    connect(timCheck, &QTimer::timeout, this, [this] { RunAsWork([this] { cycle_->TimCheckTick(); }); });
-    connect(timArrival, &QTimer::timeout, this, &frmServer::ArrivalTick);
+    details_ = new DetailWindow(
+        {parts.Received,
+         parts.Commands,
+         parts.Boxes,
+         parts.CurrentAlarm,
+         parts.Time,
+         queue_,
+         parts.Others,
+         *tabMessageTypes,
+         {lvwMessages[0], lvwMessages[1], lvwMessages[2], lvwSyslog[0], lvwSyslog[1], lvwSyslog[2]},
+         *tvwConsolidated},
+        this);
+    arrivals_ = new ArrivalTimer(parts.Syslog, parts.Cycle, queue_, this);
+    connect(timCheck, &QTimer::timeout, this,
+            [this] { queue_.RunAsWork([this] { parts_->Cycle.TimCheckTick(); }); });
     connect(tmrResumeProcessing, &QTimer::timeout, this,
-            [this] { RunWhenIdle([this] { cycle_->ResumeTick(); }); });
+            [this] { queue_.RunAsWork([this] { parts_->Cycle.ResumeTick(); }); });
     EnablePollingTimer(true);
     LayOut();
 }
@@ -201,7 +153,7 @@ void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames,
     for (std::size_t frame = 0; frame < frames.size(); ++frame) {
         const std::size_t element = frames.size() - 1 - frame;
         const auto view = static_cast<ViewNumber>(firstView + static_cast<ViewNumber>(element));
-        auto* const list = new MessageListView(received_->List(view), frames.at(frame));
+        auto* const list = new MessageListView(parts_->Received.List(view), frames.at(frame));
         list->setObjectName(name.arg(element));
         list->setAccessibleName(WithoutAccessKey(frames.at(frame)->title()));
         lists.at(element) = list;
@@ -210,27 +162,74 @@ void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames,
 }
 
 void frmServer::BuildTree() {
-    tvwConsolidated = new ConsolidatedTreeView(received_->Tree, fraConsolidated);
+    tvwConsolidated = new ConsolidatedTreeView(parts_->Received.Tree, fraConsolidated);
     tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
     tvwConsolidated->setAccessibleName(WithoutAccessKey(fraConsolidated->title()));
     connect(tvwConsolidated, &ConsolidatedTreeView::Touched, this,
-            [this] { received_->ActiveView = ConsolidatedView; });
+            [this] { parts_->Received.ActiveView = ConsolidatedView; });
     connect(tvwConsolidated, &ConsolidatedTreeView::DeleteRequested, this,
-            [this] { RunWhenIdle([this] { commands_->DeleteMessages(); }); });
+            [this] { Do(ServerCommand::DeleteMessages); });
 }
 
 void frmServer::ConnectList(ViewNumber view) {
     MessageListView* const list = ListView(view);
-    connect(list, &MessageListView::Touched, this, [this, view] { received_->ActiveView = view; });
+    connect(list, &MessageListView::Touched, this, [this, view] { parts_->Received.ActiveView = view; });
     connect(list, &MessageListView::MouseReleased, this, [this, view] { KeepColumnWidths(view); });
-    connect(list, &MessageListView::DeleteRequested, this,
-            [this] { RunWhenIdle([this] { commands_->DeleteMessages(); }); });
+    connect(list, &MessageListView::DeleteRequested, this, [this] { Do(ServerCommand::DeleteMessages); });
 }
 
 // ---- work and commands
 
+void frmServer::Do(ServerCommand command) {
+    constexpr std::array Dialogs = {ServerCommand::ToggleFilter, ServerCommand::ManageFilters,
+                                    ServerCommand::Preferences, ServerCommand::Help, ServerCommand::About};
+    const bool opensDialog = std::find(Dialogs.begin(), Dialogs.end(), command) != Dialogs.end();
+    // Who asks again while the first wish waits wants it once; only the pause has two ends.
+    if (command != ServerCommand::Pause && !asked_.insert(command).second)
+        return;
+    queue_.Run(
+        [this, command] {
+            asked_.erase(command);
+            Execute(command);
+        },
+        opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work);
+}
+
+void frmServer::Execute(ServerCommand command) {
+    switch (command) {
+        case ServerCommand::ViewMessage:
+            return details_->ViewMessageDetails();
+        case ServerCommand::DeleteMessages:
+            return parts_->Commands.DeleteMessages();
+        case ServerCommand::ClearAll:
+            return parts_->Commands.ClearAllMessages();
+        case ServerCommand::Exit:
+            return Close(true);
+        case ServerCommand::Pause:
+            return parts_->Cycle.PauseCommand();
+        case ServerCommand::EventLog:
+            return parts_->Others.OpenEventViewer();
+        case ServerCommand::Export:
+            return parts_->Others.ExportMessages();
+        case ServerCommand::ToggleFilter:
+            return parts_->Others.ToggleViewFilter();
+        case ServerCommand::ManageFilters:
+            return parts_->Others.ManageSuppressionFilters();
+        case ServerCommand::Preferences:
+            return parts_->Others.ShowPreferences();
+        case ServerCommand::Help:
+            return parts_->Others.ShowHelp();
+        case ServerCommand::About:
+            return parts_->Others.ShowAbout();
+    }
+}
+
+void frmServer::HandleDatagrams() {
+    arrivals_->HandleDatagrams();
+}
+
 void frmServer::RunPendingEvents() {
-    RunAsWork([this] {
+    queue_.RunAsWork([this] {
         for (ViewNumber view = 0; view < ConsolidatedView; ++view)
             ListView(view)->TakeInRows();
         if (tvwConsolidated->isVisible())
@@ -239,54 +238,14 @@ void frmServer::RunPendingEvents() {
     });
 }
 
-void frmServer::HandleDatagrams() {
-    if (timArrival->isActive())
-        return;
-    const qint64 since = sinceArrival_.isValid() ? sinceArrival_.elapsed() : arrivalInterval_;
-    timArrival->start(static_cast<int>(std::clamp<qint64>(arrivalInterval_ - since, 0, arrivalInterval_)));
-}
-
-/// By a timer even where more wait already: between one slice and the next all other events have their turn.
-void frmServer::ArrivalTick() {
-    auto waiting = SyslogEndpoint::Waiting::Nothing;
-    const std::uint64_t before = syslog_->ReceivedCount();
-    RunAsWork([&] {
-        waiting = syslog_->DataArrival();
-        cycle_->MissedTick();
-    });
-    sinceArrival_.start();
-    arrivalInterval_ = syslog_->ReceivedCount() - before < StormSize ? ArrivalInterval : StormInterval;
-    if (waiting != SyslogEndpoint::Waiting::Nothing)
-        timArrival->start(waiting == SyslogEndpoint::Waiting::More ? 0 : arrivalInterval_);
-}
-
-/// A command given inside other work would run on state that is half way from one thing to the next, and
-/// would hold that work up for as long as its question stands open.
-void frmServer::RunWhenIdle(const Command& command) {
-    if (workDepth_ == 0)
-        RunAsWork(command);
-    else
-        waitingCommands_.push_back(command);
-}
-
-void frmServer::RunAsWork(const Command& work) {
-    {
-        const Depth depth(workDepth_);
-        work();
-    }
-    if (workDepth_ == 0 && !waitingCommands_.empty())
-        QMetaObject::invokeMethod(this, &frmServer::RunWaitingCommands, Qt::QueuedConnection);
-}
-
-void frmServer::RunWaitingCommands() {
-    for (const Command& command : std::exchange(waitingCommands_, {}))
-        RunWhenIdle(command);
-}
-
 // ---- what the rules ask for
 
 MessagePage frmServer::CurrentPage() const {
     return static_cast<MessagePage>(tabMessageTypes->currentIndex());
+}
+
+std::optional<std::int32_t> frmServer::SelectedSlot(ViewNumber list) const {
+    return ListView(list)->SelectedSlot();
 }
 
 void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
@@ -299,15 +258,16 @@ void frmServer::ShowPanelToolTip(StatusPanel panel, std::string_view text) {
 
 void frmServer::EnableView(ViewNumber number, bool enabled) {
     QWidget* const view = View(number);
-    // Else the focus would go on to the next list by itself, and the next key press would act on that.
-    if (!enabled && view->hasFocus())
+    // Else the focus would go on to the next list by itself, and the next key press would act on that.  The
+    // window's own focus, since a dialog may stand in front.
+    if (!enabled && focusWidget() == view)
         tabMessageTypes->tabBar()->setFocus();
     view->setEnabled(enabled);
 }
 
 void frmServer::ShowView(ViewNumber number, bool shown) {
     QWidget* const view = View(number);
-    if (!shown && view->hasFocus()) {
+    if (!shown && focusWidget() == view) {
         focusBeforeHiding_ = view;
         tabMessageTypes->tabBar()->setFocus();
     }
@@ -316,6 +276,30 @@ void frmServer::ShowView(ViewNumber number, bool shown) {
         focusBeforeHiding_ = nullptr;
         view->setFocus();
     }
+}
+
+void frmServer::BeginWork() {
+    // A dialog may be at the bottom of it: whoever begins long work is in the middle of it from now on.
+    queue_.BeginWork();
+    if (longWorks_++ > 0)
+        return;
+    QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    sinceLongWork_.start();
+}
+
+void frmServer::ShowProgress(std::uint64_t done, std::uint64_t total) {
+    if (longWorks_ != 1 || total == 0 || sinceLongWork_.elapsed() < ShortWork)
+        return;
+    pgbWork->setValue(static_cast<int>(std::min(done, total) * ProgressSteps / total));
+    pgbWork->show();
+}
+
+void frmServer::EndWork() {
+    if (--longWorks_ == 0) {
+        pgbWork->hide();
+        QApplication::restoreOverrideCursor();
+    }
+    queue_.EndWork();
 }
 
 void frmServer::EnablePollingTimer(bool enabled) {
@@ -327,13 +311,17 @@ void frmServer::EnableResumeTimer(bool enabled) {
 }
 
 void frmServer::ShowPauseCommand(bool paused) {
-    tbrPause->setIcon(CommandIcon(paused ? CommandPicture::Resume : CommandPicture::Pause));
-    tbrPause->setText(paused ? tr("Resume Message Processing") : tr("Pause Message Processing"));
-    mnuEditPause->setText(paused ? tr("&Resume Message Processing") : tr("&Pause Message Processing"));
+    bars_.ShowPause(paused);
+}
+
+void frmServer::ShowFilterCommand(bool inForce) {
+    bars_.ShowFilter(inForce);
 }
 
 void frmServer::ShowPage(MessagePage page, bool shown) {
     tabMessageTypes->setTabVisible(static_cast<int>(page), shown);
+    // The first tab to be shown takes its height from the pages, and the last one gives it back.
+    LayOutLater();
 }
 
 // ---- closing
@@ -345,9 +333,14 @@ void frmServer::DismissQuestions() {
     }
 }
 
+/// What runs may ask something once more before it comes to its end, and nobody is there to answer.
 void frmServer::CloseWithoutQuestion() {
+    timDismiss->start();
     DismissQuestions();
-    RunWhenIdle([this] { Close(false); });
+    queue_.RunLast([this] {
+        timDismiss->stop();
+        Close(false);
+    });
 }
 
 void frmServer::closeEvent(QCloseEvent* event) {
@@ -355,7 +348,7 @@ void frmServer::closeEvent(QCloseEvent* event) {
     // The window system brings the user's own wish; without it the event is part of the end of the session.
     // Either may come in the middle of whatever runs, and then waits its turn.
     const bool byUser = event->spontaneous();
-    RunWhenIdle([this, byUser] { Close(byUser); });
+    queue_.Run([this, byUser] { Close(byUser); });
 }
 
 void frmServer::Close(bool byUser) {
@@ -363,8 +356,9 @@ void frmServer::Close(bool byUser) {
         return;
     EnablePollingTimer(false);
     EnableResumeTimer(false);
-    timArrival->stop();
-    waitingCommands_.clear();
+    arrivals_->Stop();
+    queue_.RunLast([] {});
+    details_->Close();
     lifetime_.Unload();
 }
 
@@ -389,9 +383,13 @@ void frmServer::changeEvent(QEvent* event) {
         LayOut();
 }
 
-/// The tabs have their height only once they are shown.
 void frmServer::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
+    LayOutLater();
+}
+
+/// The tabs have their height only once they are shown.
+void frmServer::LayOutLater() {
     QMetaObject::invokeMethod(this, &frmServer::LayOut, Qt::QueuedConnection);
 }
 
@@ -401,11 +399,11 @@ void frmServer::LayOut() {
 }
 
 void frmServer::PlaceParts() {
-    if (isMinimized() || received_ == nullptr)
+    if (isMinimized() || parts_ == nullptr)
         return;
     // Tool bar and status bar take what the layout leaves them; larger fonts make them larger than that.
     const int statusHeight = statusBar()->sizeHint().height();
-    tbrMain->setFixedHeight(
+    bars_.ToolBar()->setFixedHeight(
         std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + ToolBarPadding));
     const QSize room = centralWidget()->size();
     tabMessageTypes->resize(room);
@@ -437,7 +435,7 @@ void frmServer::PlaceParts() {
 }
 
 void frmServer::ApplyColumnWidths() {
-    if (isMinimized() || received_ == nullptr)
+    if (isMinimized() || parts_ == nullptr)
         return;
     for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
         MessageListView* const list = ListView(view);

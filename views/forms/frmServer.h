@@ -3,8 +3,8 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <array>
-#include <functional>
-#include <vector>
+#include <memory>
+#include <set>
 
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
@@ -12,28 +12,22 @@
 #include "views/ReceivedMessages.h"
 #include "views/ServerDisplay.h"
 #include "views/ServerLayout.h"
+#include "views/forms/CommandBars.h"
+#include "views/forms/CommandQueue.h"
+#include "views/forms/ServerHost.h"
 
-class QAction;
 class QGroupBox;
 class QLabel;
+class QProgressBar;
 class QTabWidget;
 class QTimer;
-class QToolBar;
 
 namespace tallyhorn {
 
+class ArrivalTimer;
 class ConsolidatedTreeView;
 class MessageListView;
-
-/// What the main window asks when it is to go.
-class ServerLifetime {
-public:
-    virtual ~ServerLifetime() = default;
-    /// Whether the window may close; `byUser` where the user closed it, who is then asked.
-    virtual bool QueryUnload(bool byUser) = 0;
-    /// The window has closed.
-    virtual void Unload() = 0;
-};
+class DetailWindow;
 
 /// The main window: the pages with their lists, menus, tool bar, status bar and the two timers of the
 /// processing cycle.  User-interface thread only.  A command that the user gives in the middle of other work
@@ -50,6 +44,10 @@ public:
         MessageCommands& Commands;
         ProcessingCycle& Cycle;
         SyslogEndpoint& Syslog;
+        ServerCommands& Others;
+        MessageBoxes& Boxes;
+        AlarmRecord& CurrentAlarm;
+        const Clock& Time;
     };
     void Load(const Parts& parts);
 
@@ -67,22 +65,28 @@ public:
     /// Answers what stands open as if the user had closed it, so that it does not hold the end up.
     static void DismissQuestions();
 
-    /// Datagrams wait: handles them at once, or a little later where others were handled just before, since
-    /// showing what came costs more than handling it.
+    /// Datagrams wait: handles them now or very soon.
     void HandleDatagrams();
+
+    CommandQueue& Commands() { return queue_; }
 
     /// Takes in the rows that came, then lets waiting events run.
     void RunPendingEvents();
 
     bool IsVisible() const override { return isVisible(); }
     MessagePage CurrentPage() const override;
+    std::optional<std::int32_t> SelectedSlot(ViewNumber list) const override;
     void ShowPanel(StatusPanel panel, std::string_view text) override;
     void ShowPanelToolTip(StatusPanel panel, std::string_view text) override;
     void EnableView(ViewNumber view, bool enabled) override;
     void ShowView(ViewNumber view, bool shown) override;
+    void BeginWork() override;
+    void ShowProgress(std::uint64_t done, std::uint64_t total) override;
+    void EndWork() override;
     void EnablePollingTimer(bool enabled) override;
     void EnableResumeTimer(bool enabled) override;
     void ShowPauseCommand(bool paused) override;
+    void ShowFilterCommand(bool inForce) override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -91,43 +95,36 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    using Command = std::function<void()>;
-
-    void BuildMenus();
-    void BuildToolBar();
     void BuildPages();
     void BuildStatusBar();
-    QAction* AddCommand(const char* name, const QString& caption, Command command);
     void BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView);
     void ConnectList(ViewNumber view);
 
-    void RunWhenIdle(const Command& command);
-    void RunWaitingCommands();
-    void RunAsWork(const Command& work);
+    void Do(ServerCommand command);
+    void Execute(ServerCommand command);
     void Close(bool byUser);
 
     void LayOut();
+    void LayOutLater();
     void PlaceParts();
     void ApplyColumnWidths();
     void KeepColumnWidths(ViewNumber view);
     MessageListView* ListView(ViewNumber view) const;
     QWidget* View(ViewNumber view) const;
-    void ArrivalTick();
     void BuildTree();
     int Pixels(Twips length) const;
     Twips InTwips(int pixels) const;
 
     ServerLifetime& lifetime_;
-    ReceivedMessages* received_ = nullptr;
-    MessageCommands* commands_ = nullptr;
-    ProcessingCycle* cycle_ = nullptr;
-    SyslogEndpoint* syslog_ = nullptr;
+    std::unique_ptr<const Parts> parts_;
+    CommandQueue queue_;
+    std::set<ServerCommand> asked_;  ///< which of the commands wait
+    DetailWindow* details_ = nullptr;
+    ArrivalTimer* arrivals_ = nullptr;
     ColumnWidthArray columnWidths_{};
-    std::vector<Command> waitingCommands_;
     QWidget* focusBeforeHiding_ = nullptr;
-    QElapsedTimer sinceArrival_;
-    int arrivalInterval_ = 0;  ///< in milliseconds
-    int workDepth_ = 0;        ///< how many pieces of work are under way, one inside the other
+    QElapsedTimer sinceLongWork_;
+    int longWorks_ = 0;  ///< one inside the other
 
     QTabWidget* tabMessageTypes = nullptr;
     std::array<QGroupBox*, EventListCount> fraNetBiosTypes{};
@@ -136,15 +133,12 @@ private:
     std::array<MessageListView*, EventListCount> lvwSyslog{};
     QGroupBox* fraConsolidated = nullptr;
     ConsolidatedTreeView* tvwConsolidated = nullptr;
-    QToolBar* tbrMain = nullptr;
+    CommandBars bars_;
     std::array<QLabel*, 3> stbMain{};
-    QAction* mnuFile_DeleteMsg = nullptr;
-    QAction* mnuFile_ClearAll = nullptr;
-    QAction* mnuEditPause = nullptr;
-    QAction* tbrPause = nullptr;
+    QProgressBar* pgbWork = nullptr;
     QTimer* timCheck = nullptr;
-    QTimer* timArrival = nullptr;
     QTimer* tmrResumeProcessing = nullptr;
+    QTimer* timDismiss = nullptr;
 };
 
 }  // namespace tallyhorn

@@ -9,9 +9,25 @@
 namespace tallyhorn {
 
 /// The commands that have a picture.
-enum class CommandPicture { Delete, Clear, Pause, Resume };
+enum class CommandPicture {
+    Delete,
+    Clear,
+    Pause,
+    Resume,
+    View,
+    Filter,
+    Suppress,
+    EventViewer,
+    Export,
+    Configure,
+    Help,
+    Up,
+    Down,
+    Copy
+};
+constexpr std::size_t CommandPictureCount = 14;
 
-/// Icons drawn from shapes at whatever size is asked for, so that they are sharp at every scaling.  Each
+/// Icons drawn from `forms/icons/NAME.svg` at whatever size is asked for: sharp at every scaling.  Each
 /// event type has a shape of its own besides its colour.
 QIcon EventIcon(EventPicture picture);
 /// All of them by number; whoever paints many keeps them, since what was drawn is kept in the icon.

@@ -1,0 +1,50 @@
+#include "app/QtSaveDialog.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStringList>
+
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Of "DESCRIPTION|PATTERN" pairs, each with its pattern in parentheses, as Qt tells them apart.
+QStringList NameFilters(std::string_view fileTypes) {
+    const QStringList parts = ToQString(fileTypes).split(QLatin1Char('|'));
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString pattern = QStringLiteral("(%1)").arg(QString(parts[i + 1]).replace(';', ' '));
+        filters << (parts[i].endsWith(pattern) ? parts[i] : parts[i] + QLatin1Char(' ') + pattern);
+    }
+    return filters;
+}
+
+/// What follows "*." in the first filter's pattern.
+QString DefaultSuffix(const QStringList& filters) {
+    const QString pattern = filters.value(0).section(QLatin1Char('('), -1).section(QLatin1Char(')'), 0, 0);
+    return pattern.section(QLatin1Char(' '), 0, 0).section(QStringLiteral("*."), 1);
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> QtSaveDialog::AskFile(const std::filesystem::path& proposal,
+                                                           std::string_view fileTypes) {
+    QWidget* const modal = QApplication::activeModalWidget();
+    // These are the conversions that are right on every system, whatever its paths are made of.
+    const QFileInfo proposed(proposal);
+    const QStringList filters = NameFilters(fileTypes);
+    QFileDialog dialog(modal != nullptr ? modal : owner_.data());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setNameFilters(filters);
+    dialog.setDefaultSuffix(DefaultSuffix(filters));
+    dialog.setDirectory(proposed.absolutePath());
+    dialog.selectFile(proposed.fileName());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return QFileInfo(dialog.selectedFiles().constFirst()).filesystemFilePath();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "platform/SaveDialog.h"
+
+namespace tallyhorn {
+
+/// The desktop's own dialog, or Qt's where it has none, in front of the main window once there is one.
+/// User-interface thread only.  Whoever closes it as a window cancels it.
+class QtSaveDialog final : public SaveDialog {
+public:
+    void SetOwner(QWidget* owner) { owner_ = owner; }
+
+    std::optional<std::filesystem::path> AskFile(const std::filesystem::path& proposal,
+                                                 std::string_view fileTypes) override;
+
+private:
+    QPointer<QWidget> owner_;
+};
+
+}  // namespace tallyhorn

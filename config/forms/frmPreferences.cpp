@@ -1,0 +1,209 @@
+#include "config/forms/frmPreferences.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCursor>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QRegularExpressionValidator>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Widths of the text boxes, in average characters.
+constexpr int PortCharacters = 10;
+constexpr int SeparatorCharacters = 5;
+
+class BusyCursor {
+public:
+    BusyCursor() { QApplication::setOverrideCursor(QCursor(Qt::WaitCursor)); }
+    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+};
+
+template <typename Control>
+Control* Named(Control* control, const QString& name) {
+    control->setObjectName(name);
+    return control;
+}
+
+/// A box for one line.  A line end, which pasting may bring, is not taken: it would make another line of the
+/// settings file.
+QLineEdit* MakeTextBox(const QString& name, int characters, QWidget* parent) {
+    static const QRegularExpression OneLine(QStringLiteral("[^\\r\\n\\0]*"));
+    auto* const box = Named(new QLineEdit(parent), name);
+    box->setValidator(new QRegularExpressionValidator(OneLine, box));
+    box->setFixedWidth(box->fontMetrics().averageCharWidth() * characters + box->sizeHint().height());
+    return box;
+}
+
+/// The caption in front of its text box, whose access key and accessible name it is.
+QHBoxLayout* MakeLine(const QString& caption, const QString& name, QLineEdit* box) {
+    auto* const label = Named(new QLabel(caption, box->parentWidget()), name);
+    label->setTextFormat(Qt::PlainText);
+    label->setBuddy(box);
+    box->setAccessibleName(WithoutAccessKey(caption));
+    auto* const line = new QHBoxLayout;
+    line->addWidget(label);
+    line->addWidget(box);
+    line->addStretch();
+    return line;
+}
+
+}  // namespace
+
+frmPreferences::frmPreferences(const Preferences::Parts& parts, QWidget* parent)
+    : QDialog(parent,
+              Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+      preferences_(parts),
+      events_(parts.Events) {
+    setObjectName(QStringLiteral("frmPreferences"));
+    setWindowTitle(QStringLiteral("Tallyhorn Listener Console Preferences"));
+    auto* const layout = new QVBoxLayout(this);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    // Wide enough for the whole title beside the window's picture and buttons.
+    layout->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + 8 * fontMetrics().height());
+    // Tab order is the order of making.
+    layout->addWidget(BuildPort());
+    layout->addWidget(BuildSound());
+    layout->addWidget(BuildTabs());
+    layout->addWidget(BuildDates());
+    layout->addWidget(BuildButtons());
+    connect(cmdReset, &QPushButton::clicked, this, &frmPreferences::Reset);
+    connect(cmdOK, &QPushButton::clicked, this, &frmPreferences::Ok);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    Show(preferences_.Load());
+    StartAtPort();
+}
+
+QGroupBox* frmPreferences::BuildPort() {
+    auto* const fraPort =
+        Named(new QGroupBox(tr("UDP Port That Receives Syslog Messages"), this), QStringLiteral("fraPort"));
+    txtSyslogUDPPort = MakeTextBox(QStringLiteral("txtSyslogUDPPort"), PortCharacters, fraPort);
+    fraPort->setLayout(MakeLine(tr("&Port Number:"), QStringLiteral("lblSyslogUDPPort"), txtSyslogUDPPort));
+    return fraPort;
+}
+
+QGroupBox* frmPreferences::BuildSound() {
+    auto* const fraSound = Named(new QGroupBox(tr("Audible Alerts"), this), QStringLiteral("fraSound"));
+    chkSound = Named(new QCheckBox(tr("&Sound an alert when notifications arrive."), fraSound),
+                     QStringLiteral("chkSound"));
+    (new QVBoxLayout(fraSound))->addWidget(chkSound);
+    return fraSound;
+}
+
+QGroupBox* frmPreferences::BuildTabs() {
+    auto* const fraTabs = Named(new QGroupBox(tr("Message Views"), this), QStringLiteral("fraTabs"));
+    auto* const layout = new QVBoxLayout(fraTabs);
+    const std::array<QString, 3> captions = {tr("S&how Received NetBIOS Messages Tab"),
+                                             tr("Sho&w Received Syslog Messages Tab"),
+                                             tr("Show &Consolidated Syslog Messages Tab")};
+    for (std::size_t i = 0; i < chkShowTab.size(); ++i) {
+        chkShowTab.at(i) =
+            Named(new QCheckBox(captions.at(i), fraTabs), QStringLiteral("chkShowTab%1").arg(i));
+        layout->addWidget(chkShowTab.at(i));
+    }
+    return fraTabs;
+}
+
+QGroupBox* frmPreferences::BuildDates() {
+    auto* const fraDates = Named(new QGroupBox(tr("Display Dates As"), this), QStringLiteral("fraDates"));
+    auto* const layout = new QVBoxLayout(fraDates);
+    auto* const orders = new QHBoxLayout;
+    const std::array<QString, 2> captions = {tr("&MM/DD/YYYY"), tr("&DD/MM/YYYY")};
+    for (std::size_t i = 0; i < optDateTime.size(); ++i) {
+        optDateTime.at(i) =
+            Named(new QRadioButton(captions.at(i), fraDates), QStringLiteral("optDateTime%1").arg(i));
+        orders->addWidget(optDateTime.at(i));
+    }
+    orders->addStretch();
+    layout->addLayout(orders);
+    txtSeperator = MakeTextBox(QStringLiteral("txtSeperator"), SeparatorCharacters, fraDates);
+    layout->addLayout(
+        MakeLine(tr("D&ate Separator (e.g. / . - ):"), QStringLiteral("lblSeperator"), txtSeperator));
+    return fraDates;
+}
+
+QWidget* frmPreferences::BuildButtons() {
+    auto* const buttons = new QWidget(this);
+    cmdReset = Named(new QPushButton(tr("&Reset Main Window Dimensions and Column Widths"), buttons),
+                     QStringLiteral("cmdReset"));
+    cmdOK = Named(new QPushButton(tr("OK"), buttons), QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    cmdCancel = Named(new QPushButton(tr("Cancel"), buttons), QStringLiteral("cmdCancel"));
+    auto* const answers = new QHBoxLayout;
+    answers->addStretch();
+    answers->addWidget(cmdOK);
+    answers->addWidget(cmdCancel);
+    auto* const layout = new QVBoxLayout(buttons);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(cmdReset);
+    layout->addLayout(answers);
+    return buttons;
+}
+
+void frmPreferences::Show(const PreferenceFields& fields) {
+    txtSyslogUDPPort->setText(ToQString(fields.Port));
+    txtSeperator->setText(ToQString(fields.Seperator));
+    for (std::size_t i = 0; i < chkShowTab.size(); ++i)
+        chkShowTab.at(i)->setChecked(fields.ShowTab.at(i));
+    chkSound->setChecked(fields.Sound);
+    optDateTime.at(fields.DayFirst ? 1 : 0)->setChecked(true);
+    // Tab leads to the chosen one; Qt sees to that only once one of them has had the focus.
+    optDateTime.at(fields.DayFirst ? 0 : 1)->setFocusPolicy(Qt::ClickFocus);
+}
+
+PreferenceFields frmPreferences::Fields() const {
+    PreferenceFields fields{.Port = FromQString(txtSyslogUDPPort->text()),
+                            .Seperator = FromQString(txtSeperator->text()),
+                            .ShowTab = {},
+                            .Sound = chkSound->isChecked(),
+                            .DayFirst = !optDateTime[0]->isChecked()};
+    for (std::size_t i = 0; i < chkShowTab.size(); ++i)
+        fields.ShowTab.at(i) = chkShowTab.at(i)->isChecked();
+    return fields;
+}
+
+void frmPreferences::StartAtPort() {
+    txtSyslogUDPPort->setFocus();
+    txtSyslogUDPPort->selectAll();
+}
+
+/// Saves what stood in the fields when the button was pressed, whatever is typed while events run, and even
+/// where the dialog is closed by then: the end of the session must not wait for it.
+void frmPreferences::Ok() {
+    if (busy_)
+        return;
+    const PreferenceFields fields = Fields();
+    if (!preferences_.Validate(fields)) {
+        StartAtPort();
+    } else if (Save(fields) && isVisible()) {
+        accept();
+    }
+}
+
+bool frmPreferences::Save(const PreferenceFields& fields) {
+    const QScopedValueRollback busy(busy_, true);
+    const BusyCursor cursor;
+    events_.Run();
+    return preferences_.Save(fields);
+}
+
+void frmPreferences::Reset() {
+    if (busy_)
+        return;
+    const QScopedValueRollback busy(busy_, true);
+    preferences_.Reset();
+}
+
+}  // namespace tallyhorn

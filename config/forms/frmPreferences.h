@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+
+#include "config/Preferences.h"
+
+class QCheckBox;
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace tallyhorn {
+
+/// The preferences dialog: its controls, and the commands that its buttons give.  User-interface thread only.
+///
+/// One object an opening: it shows the settings file as it was when the dialog was made.  It hides when it is
+/// done or cancelled; whoever made it deletes it.
+class frmPreferences final : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmPreferences(const Preferences::Parts& parts, QWidget* parent = nullptr);
+
+private:
+    QGroupBox* BuildPort();
+    QGroupBox* BuildSound();
+    QGroupBox* BuildTabs();
+    QGroupBox* BuildDates();
+    QWidget* BuildButtons();
+
+    void Show(const PreferenceFields& fields);
+    PreferenceFields Fields() const;
+    void StartAtPort();
+    void Ok();
+    bool Save(const PreferenceFields& fields);
+    void Reset();
+
+    Preferences preferences_;
+    PendingEvents& events_;
+    bool busy_ = false;  ///< in a command, which lets events run, and with them another click
+
+    QLineEdit* txtSyslogUDPPort = nullptr;
+    QCheckBox* chkSound = nullptr;
+    std::array<QCheckBox*, 3> chkShowTab{};
+    std::array<QRadioButton*, 2> optDateTime{};
+    QLineEdit* txtSeperator = nullptr;
+    QPushButton* cmdReset = nullptr;
+    QPushButton* cmdOK = nullptr;
+    QPushButton* cmdCancel = nullptr;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,161 @@
+#include "filters/DropFilterEditor.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+/// A sender's text may hold what would break a message's lines.
+std::string OnOneLine(std::string text) {
+    constexpr char MiddleDot = '\xB7';
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char character) { return character < 0x20; }, MiddleDot);
+    return text;
+}
+
+constexpr std::size_t LongestName = 30;
+/// What Edit reads where nothing is selected: no record has this number.
+constexpr std::int32_t NoRecord = 0;
+
+}  // namespace
+
+void DropFilterEditor::InitFormAsManager() {
+    filters_.OpenFilterFile();
+    FillFilterList();
+    mode_ = DialogMode::Manage;
+}
+
+FilterFields DropFilterEditor::InitFormAsQuickAdd(const AlarmRecord& alarm) {
+    filters_.OpenFilterFile();
+    FillFilterList();
+    mode_ = DialogMode::Adding;
+    return ProposeFilter(alarm);
+}
+
+void DropFilterEditor::FillFilterList() {
+    const Change change(observer_);
+    entries_.clear();
+    filters_.FilterCount = filters_.CountRecords();
+    const std::int32_t last = std::min(filters_.FilterCount, SuppressionFilters::MaxRecords);
+    for (std::int32_t record = 1; record <= last && filters_.ReadFilterRecord(record); ++record) {
+        std::string name = StripNulls(filters_.CurrentFilter.FilterName.View());
+        if (!name.empty())
+            entries_.push_back({std::move(name), record});
+    }
+    Arrange(NoRecord);
+}
+
+void DropFilterEditor::Select(std::size_t entry) {
+    if (entry < entries_.size())
+        selected_ = entry;
+}
+
+void DropFilterEditor::Sort(Order order) {
+    const Change change(observer_);
+    order_ = order;
+    Arrange(SelectedRecord());
+}
+
+void DropFilterEditor::Arrange(std::int32_t selectedRecord) {
+    const auto before = [order = order_](const Entry& a, const Entry& b) {
+        const int compared = order == Order::OfFile       ? 0
+                             : order == Order::Descending ? CompareNoCase(b.FilterName, a.FilterName)
+                                                          : CompareNoCase(a.FilterName, b.FilterName);
+        return compared != 0 ? compared < 0 : a.RecordNumber < b.RecordNumber;
+    };
+    std::sort(entries_.begin(), entries_.end(), before);
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [selectedRecord](const Entry& entry) {
+        return entry.RecordNumber == selectedRecord;
+    });
+    selected_.reset();
+    if (!entries_.empty())
+        selected_ = found == entries_.end() ? 0 : static_cast<std::size_t>(found - entries_.begin());
+}
+
+std::int32_t DropFilterEditor::SelectedRecord() const {
+    return selected_ ? entries_[*selected_].RecordNumber : NoRecord;
+}
+
+FilterFields DropFilterEditor::Edit() {
+    filters_.ReadFilterRecord(SelectedRecord());
+    mode_ = DialogMode::Editing;
+    return ShowRecord(filters_.CurrentFilter);
+}
+
+void DropFilterEditor::Delete() {
+    if (!selected_)
+        return;
+    filters_.ClearFilterRecord();
+    filters_.WriteFilterRecord(SelectedRecord());
+    const Change change(observer_);
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(*selected_));
+    if (entries_.empty())
+        selected_.reset();
+    else
+        selected_ = std::min(*selected_, entries_.size() - 1);
+}
+
+DropFilterEditor::Answer DropFilterEditor::Save(FilterFields& fields) {
+    const std::string& name = fields.FilterName;
+    if (name.empty()) {
+        boxes_.Warn("You must enter a name for this suppression filter before you can save it.");
+        return Answer::NoName;
+    }
+    // The filter being edited is among them: it can be saved under another name alone.
+    const bool inUse = std::any_of(entries_.begin(), entries_.end(), [&name](const Entry& entry) {
+        return CompareNoCase(entry.FilterName, name) == 0;
+    });
+    if (inUse) {
+        boxes_.Warn("The filter name you have chosen (" + OnOneLine(name) +
+                    ") is already in use.  Please enter a different filter name and try again.");
+        return Answer::NameInUse;
+    }
+    if (name.size() > LongestName) {
+        boxes_.Warn("A filter name must be 30 characters or less!");
+        return Answer::NameTooLong;
+    }
+    if (!StoreFieldsInRecord(fields, filters_.CurrentFilter))
+        return Answer::NoEventID;
+    if (mode_ == DialogMode::Adding)
+        AddFilter(name);
+    else
+        UpdateFilter(name);
+    mode_ = DialogMode::Manage;
+    return Answer::Saved;
+}
+
+void DropFilterEditor::AddFilter(const std::string& name) {
+    if (filters_.FilterCount == std::numeric_limits<std::int32_t>::max())
+        return;  // No number is left that would not overwrite another's slot.
+    ++filters_.FilterCount;
+    filters_.WriteFilterRecord(filters_.FilterCount);
+    const Change change(observer_);
+    entries_.push_back({name, filters_.FilterCount});
+    Arrange(filters_.FilterCount);
+}
+
+void DropFilterEditor::UpdateFilter(const std::string& name) {
+    filters_.WriteFilterRecord(SelectedRecord());
+    if (!selected_)
+        return;
+    const Change change(observer_);
+    entries_[*selected_].FilterName = name;
+    Arrange(SelectedRecord());
+}
+
+bool DropFilterEditor::Cancel() {
+    if (mode_ == DialogMode::Plain || mode_ == DialogMode::Manage)
+        return true;
+    mode_ = DialogMode::Manage;
+    return false;
+}
+
+void DropFilterEditor::Unload() {
+    filters_.OpenFilterFile();
+    filters_.LoadSuppressionFilters();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,239 @@
+#include "filters/ViewFilter.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+
+#include "records/AnsiText.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Steps that are too short for a look at the clock after each.
+constexpr std::size_t StepsPerLook = 1024;
+/// Longer steps, and leaves that are cheaper to add in such groups.
+constexpr std::size_t LeavesTogether = 64;
+
+/// The criteria by the numbers of their texts in one channel's rows.
+class RowTest {
+public:
+    RowTest(const MessageRows& rows, const ViewFilter::Criteria& criteria) : rows_(rows) {
+        for (std::size_t i = 0; i < criteria.size(); ++i) {
+            if (!criteria.at(i))
+                continue;
+            const std::optional<TextId> text = rows.Texts().Find(*criteria.at(i));
+            nothingMatches_ = nothingMatches_ || !text;
+            texts_.at(i) = text;
+        }
+    }
+
+    bool Matches(Slot slot) const {
+        if (nothingMatches_)
+            return false;
+        const MessageRow& row = rows_[slot];
+        for (std::size_t i = 0; i < texts_.size(); ++i) {
+            if (texts_[i] && *texts_[i] != row.Texts[i])
+                return false;
+        }
+        return true;
+    }
+
+private:
+    const MessageRows& rows_;
+    std::array<std::optional<TextId>, ViewFilter::CriterionCount> texts_;
+    bool nothingMatches_ = false;  ///< a text that no row has at all
+};
+
+bool SortsBefore(std::string_view a, std::string_view b) {
+    const int order = CompareNoCase(a, b);
+    return order != 0 ? order < 0 : a < b;
+}
+
+}  // namespace
+
+// ---- the channel on show
+
+/// Whatever shows no NetBIOS lists shows syslog's notifications.
+std::int32_t ViewFilter::ChannelOnShow() const {
+    return display_.CurrentPage() == MessagePage::NetBios ? NetBiosChannel : SyslogChannel;
+}
+
+ViewFilter::Values ViewFilter::ValuesOnShow() const {
+    const MessageRows& rows = ReceivedOn(ChannelOnShow()).Rows;
+    std::array<std::vector<bool>, CriterionCount> seen;
+    seen.fill(std::vector<bool>(rows.Texts().IdBound()));
+    Values values;
+    for (Slot slot = 0; slot < rows.SlotBound(); ++slot) {
+        if (!rows.Holds(slot))
+            continue;
+        for (std::size_t i = 0; i < CriterionCount; ++i) {
+            const TextId text = rows[slot].Texts[i];
+            if (seen[i][text])
+                continue;
+            seen[i][text] = true;
+            values[i].emplace_back(rows.Texts().Text(text));
+        }
+    }
+    for (std::vector<std::string>& texts : values)
+        std::sort(texts.begin(), texts.end(), SortsBefore);
+    return values;
+}
+
+// ---- on
+
+void ViewFilter::Apply(const Criteria& criteria) {
+    const HoldArrivals hold(received_);
+    channel_ = ChannelOnShow();
+    MessageChannel& channel = ReceivedOn(channel_);
+    std::uint64_t rows = 0;
+    for (const MessageList& list : channel.Lists)
+        rows += list.Size();
+    // A row is looked at, then it goes or its leaf is made anew.
+    LongWork work(display_, 2 * rows);
+    done_ = 0;
+
+    const ViewNumber first = channel_ == SyslogChannel ? FirstSyslogView : ViewNumber{0};
+    const auto last = static_cast<ViewNumber>(first + EventListCount - 1);
+    ShowViews(first, last, false);
+    const Division division = Divide(channel, criteria, work);
+    std::vector<Slot> gone;
+    for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
+        const std::vector<Slot> removed = channel.Lists.at(list).RemoveAt(division.Going.at(list));
+        gone.insert(gone.end(), removed.begin(), removed.end());
+    }
+    if (channel_ == SyslogChannel) {
+        // The leaves go before the rows that they show.
+        display_.ShowView(ConsolidatedView, false);
+        slices_.RunNow();
+        slices_.RunNow();
+        received_.Tree.Clear();
+        RemoveRows(channel, gone, work);
+        RebuildTree(division.Staying, work);
+        display_.ShowView(ConsolidatedView, true);
+    } else {
+        RemoveRows(channel, gone, work);
+    }
+    ShowViews(first, last, true);
+
+    for (std::size_t i = 0; i < CriterionCount; ++i)
+        criteria_.at(i) = criteria.at(i).value_or(std::string());
+    inForce_ = true;
+    received_.UpdateListViewStatus();
+    display_.ShowFilterCommand(true);
+    // The tree takes in what it was built of while arrivals are still held back.
+    slices_.RunNow();
+}
+
+ViewFilter::Division ViewFilter::Divide(const MessageChannel& channel, const Criteria& criteria,
+                                        LongWork& work) {
+    const RowTest test(channel.Rows, criteria);
+    Division division;
+    for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
+        const MessageList& rows = channel.Lists.at(list);
+        for (std::size_t position = 0; position < rows.Size(); ++position) {
+            const Slot slot = rows.SlotAt(position);
+            if (test.Matches(slot))
+                division.Staying.push_back(slot);
+            else
+                division.Going.at(list).push_back(position);
+            if (++done_ % StepsPerLook == 0)
+                Pace(work);
+        }
+    }
+    return division;
+}
+
+void ViewFilter::RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work) {
+    for (std::size_t i = 0; i < slots.size(); i += StepsPerLook) {
+        const std::size_t count = std::min(StepsPerLook, slots.size() - i);
+        channel.Rows.Remove(std::span(slots).subspan(i, count));
+        done_ += count;
+        Pace(work);
+    }
+}
+
+void ViewFilter::RebuildTree(const std::vector<Slot>& staying, LongWork& work) {
+    const AlarmDate now = LocalTime();
+    for (const Slot slot : staying) {
+        received_.NoteSyslogLeaf(slot, now, currentAlarm_);
+        if (++done_ % LeavesTogether == 0)
+            AddLeaves(work);
+    }
+    AddLeaves(work);
+}
+
+/// Events run only where every row has its leaf.
+void ViewFilter::AddLeaves(LongWork& work) {
+    received_.Tree.AddNoted();
+    Pace(work);
+}
+
+bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
+    if (!inForce_)
+        return true;
+    const std::array<const std::string*, CriterionCount> fields = {&alarm.AlarmName, &alarm.LogType,
+                                                                   &alarm.AccountName, &alarm.Computer};
+    for (std::size_t i = 0; i < CriterionCount; ++i) {
+        const std::string& criterion = criteria_[i];
+        if (!criterion.empty() &&
+            (criterion.size() != fields[i]->size() || CompareNoCase(criterion, *fields[i]) != 0))
+            return false;
+    }
+    return true;
+}
+
+// ---- off
+
+void ViewFilter::RemoveViewFilter() {
+    const HoldArrivals hold(received_);
+    const auto slotsOf = [](const MessageStore& messages) {
+        return static_cast<std::uint64_t>(messages.UpperBound()) + 1;
+    };
+    const MessageStore& syslog = received_.Syslog.Messages;
+    const MessageStore& netBios = received_.NetBios.Messages;
+    LongWork work(display_, slotsOf(syslog) + slotsOf(netBios));
+    done_ = 0;
+
+    ShowViews(0, ConsolidatedView, false);
+    received_.ClearViews();
+    const AlarmDate now = LocalTime();
+    for (Slot slot = 0; slot <= syslog.UpperBound(); ++slot) {
+        received_.ShowSyslogMessage(slot, now, currentAlarm_);
+        if (++done_ % LeavesTogether == 0)
+            AddLeaves(work);
+    }
+    AddLeaves(work);
+    for (Slot slot = 0; slot <= netBios.UpperBound(); ++slot) {
+        received_.ShowNetBiosMessage(slot, currentAlarm_);
+        if (++done_ % LeavesTogether == 0)
+            Pace(work);
+    }
+    ShowViews(0, ConsolidatedView, true);
+    inForce_ = false;
+    received_.UpdateListViewStatus();
+    // The views take in what came while arrivals are still held back.
+    slices_.RunNow();
+}
+
+void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
+    if (!inForce_) {
+        showDialog();
+        return;
+    }
+    display_.ShowFilterCommand(false);
+    RemoveViewFilter();
+}
+
+// ---- both
+
+void ViewFilter::ShowViews(ViewNumber first, ViewNumber last, bool shown) {
+    for (ViewNumber view = first; view <= last; ++view)
+        display_.ShowView(view, shown);
+}
+
+void ViewFilter::Pace(LongWork& work) {
+    if (slices_.LetRun())
+        work.Show(done_);
+}
+
+}  // namespace tallyhorn

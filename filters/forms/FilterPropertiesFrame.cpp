@@ -1,0 +1,186 @@
+#include "filters/forms/FilterPropertiesFrame.h"
+
+#include <QCheckBox>
+#include <QDateTimeEdit>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "filters/forms/AccessKeyFrame.h"
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+enum DateOption : std::size_t { WithDates, WithoutDates };
+
+/// A moment of the calendar alone, which no time zone has a gap in.
+QDateTime ToQDateTime(AlarmDate date) {
+    return QDateTime::fromSecsSinceEpoch(date.Seconds, Qt::UTC);
+}
+
+AlarmDate ToAlarmDate(const QDateTime& moment) {
+    return {moment.toSecsSinceEpoch()};
+}
+
+template <class Control>
+Control* Named(Control* control, const QString& name, const QString& caption) {
+    control->setObjectName(name);
+    control->setAccessibleName(WithoutAccessKey(caption));
+    return control;
+}
+
+QLabel* LabelFor(QWidget* control, const char* name, const char* caption) {
+    auto* const label = new QLabel(QString::fromLatin1(caption), control->parentWidget());
+    label->setTextFormat(Qt::PlainText);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setBuddy(control);
+    control->setAccessibleName(WithoutAccessKey(label->text()));
+    return label;
+}
+
+QDateTimeEdit* DatePicker(const char* name, QWidget* parent) {
+    auto* const picker = new QDateTimeEdit(parent);
+    picker->setObjectName(QString::fromLatin1(name));
+    picker->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    picker->setTimeSpec(Qt::UTC);
+    picker->setDateTimeRange(ToQDateTime(FirstTypedDate), ToQDateTime(LastTypedDate));
+    picker->setDisplayFormat(QStringLiteral("MMMM dd yyyy hh:mm:ss AP"));
+    picker->setCalendarPopup(true);
+    return picker;
+}
+
+}  // namespace
+
+FilterPropertiesFrame::FilterPropertiesFrame(QWidget* parent)
+    : QGroupBox(QStringLiteral("Suppression Filter Properties"), parent) {
+    setObjectName(QStringLiteral("fraFilterProps"));
+    auto* const layout = new QVBoxLayout(this);
+    AddDates(layout);
+    AddTypes(layout);
+    AddTexts(layout);
+    ClearFilterFields();
+}
+
+void FilterPropertiesFrame::AddDates(QVBoxLayout* layout) {
+    auto* const fraUseDate = new QGroupBox(QStringLiteral("Filter By Date"), this);
+    fraUseDate->setObjectName(QStringLiteral("fraUseDate"));
+    layout->addWidget(fraUseDate);
+    const std::array<const char*, 2> captions = {"&Yes", "&No"};
+    auto* const grid = new QGridLayout(fraUseDate);
+    for (std::size_t i = 0; i < optFilterByDate.size(); ++i) {
+        const QString caption = QString::fromLatin1(captions.at(i));
+        optFilterByDate.at(i) =
+            Named(new QRadioButton(caption, fraUseDate), QStringLiteral("optFilterByDate%1").arg(i), caption);
+        grid->addWidget(optFilterByDate.at(i), static_cast<int>(i), 0);
+    }
+    connect(optFilterByDate[WithDates], &QRadioButton::toggled, this, &FilterPropertiesFrame::EnableDates);
+    dtBegin = DatePicker("dtBegin", fraUseDate);
+    lblBeginDate = LabelFor(dtBegin, "lblBeginDate", "&Beginning Date:");
+    dtEnd = DatePicker("dtEnd", fraUseDate);
+    lblEndDate = LabelFor(dtEnd, "lblEndDate", "&Ending Date:");
+    grid->addWidget(lblBeginDate, 0, 1);
+    grid->addWidget(dtBegin, 0, 2);
+    grid->addWidget(lblEndDate, 1, 1);
+    grid->addWidget(dtEnd, 1, 2);
+    grid->setColumnStretch(2, 1);
+    grid->setHorizontalSpacing(2 * fontMetrics().averageCharWidth());
+}
+
+void FilterPropertiesFrame::AddTypes(QVBoxLayout* layout) {
+    auto* const fraTypes = new AccessKeyFrame(QStringLiteral("&Type:"), this);
+    fraTypes->setObjectName(QStringLiteral("fraTypes"));
+    layout->addWidget(fraTypes);
+    const std::array<const char*, EventTypeCount> captions = {"&Information", "&Warning", "Err&or",
+                                                              "&Failure Audit", "Success &Audit"};
+    auto* const row = new QHBoxLayout(fraTypes);
+    for (std::size_t i = 0; i < chkType.size(); ++i) {
+        const QString caption = QString::fromLatin1(captions.at(i));
+        chkType.at(i) = Named(new QCheckBox(caption, fraTypes), QStringLiteral("chkType%1").arg(i), caption);
+        row->addWidget(chkType.at(i));
+    }
+    row->addStretch();
+    fraTypes->SetFirst(chkType.front());
+}
+
+void FilterPropertiesFrame::AddTexts(QVBoxLayout* layout) {
+    auto* const form = new QFormLayout;
+    layout->addLayout(form);
+    const auto addText = [this, form](const char* name, const char* labelName, const char* caption) {
+        auto* const box = new QLineEdit(this);
+        box->setObjectName(QString::fromLatin1(name));
+        form->addRow(LabelFor(box, labelName, caption), box);
+        return box;
+    };
+    txtSource = addText("txtSource", "lblSource", "&Source:");
+    txtCategory = addText("txtCategory", "lblCategory", "&Category:");
+    txtUser = addText("txtUser", "lblUser", "&User:");
+    txtComputer = addText("txtComputer", "lblComputer", "Com&puter:");
+    txtEventID = addText("txtEventID", "lblEventID", "E&vent ID:");
+    // What cannot be saved is refused without a message.
+    txtEventID->setToolTip(QStringLiteral("A whole number from -2147483648 to 2147483647"));
+}
+
+void FilterPropertiesFrame::EnableDates(bool enabled) {
+    for (QWidget* const control : {static_cast<QWidget*>(lblBeginDate), static_cast<QWidget*>(dtBegin),
+                                   static_cast<QWidget*>(lblEndDate), static_cast<QWidget*>(dtEnd)})
+        control->setEnabled(enabled);
+}
+
+void FilterPropertiesFrame::UseDateRange(bool use) {
+    optFilterByDate.at(use ? WithDates : WithoutDates)->setChecked(true);
+    EnableDates(use);
+}
+
+void FilterPropertiesFrame::SetDates(AlarmDate begin, AlarmDate end) {
+    dtBegin->setDateTime(ToQDateTime(begin));
+    dtEnd->setDateTime(ToQDateTime(end));
+}
+
+void FilterPropertiesFrame::ClearFilterFields() {
+    ShowFields({});
+}
+
+void FilterPropertiesFrame::ShowFields(const FilterFields& fields) {
+    txtSource->setText(ToQString(fields.Source));
+    txtCategory->setText(ToQString(fields.Category));
+    txtUser->setText(ToQString(fields.AccountName));
+    txtComputer->setText(ToQString(fields.Computer));
+    ShowEventID(fields.EventID);
+    for (std::size_t i = 0; i < chkType.size(); ++i)
+        chkType.at(i)->setChecked((fields.EventTypes & (1 << i)) != 0);
+    UseDateRange(fields.UseDateRange);
+    if (fields.UseDateRange)
+        SetDates(fields.BeginDate, fields.EndDate);
+}
+
+FilterFields FilterPropertiesFrame::Fields() const {
+    FilterFields fields;
+    fields.Source = FromQString(txtSource->text());
+    fields.Category = FromQString(txtCategory->text());
+    fields.AccountName = FromQString(txtUser->text());
+    fields.Computer = FromQString(txtComputer->text());
+    fields.EventID = FromQString(txtEventID->text());
+    for (std::size_t i = 0; i < chkType.size(); ++i)
+        fields.EventTypes |= chkType.at(i)->isChecked() ? 1 << i : 0;
+    fields.UseDateRange = optFilterByDate[WithDates]->isChecked();
+    fields.BeginDate = ToAlarmDate(dtBegin->dateTime());
+    fields.EndDate = ToAlarmDate(dtEnd->dateTime());
+    return fields;
+}
+
+void FilterPropertiesFrame::ShowEventID(const std::string& text) {
+    txtEventID->setText(ToQString(text));
+}
+
+void FilterPropertiesFrame::FocusEventID() {
+    txtEventID->setFocus();
+    txtEventID->selectAll();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,35 @@
+#include "filters/forms/FilterValuesModel.h"
+
+#include <string_view>
+
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Longer ones may not fit on the line, and a tip tells them.
+constexpr qsizetype LongestAtAGlance = 30;
+
+}  // namespace
+
+std::string FilterValuesModel::Value(int row) const {
+    return row < 0 || row >= rowCount() ? std::string() : values_[static_cast<std::size_t>(row)];
+}
+
+int FilterValuesModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(values_.size());
+}
+
+QVariant FilterValuesModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+        return {};
+    const std::string_view value = values_[static_cast<std::size_t>(index.row())];
+    const QString text = ToShownLine(value);
+    if (role == Qt::DisplayRole)
+        return text;
+    return text.size() > LongestAtAGlance ? ToToolTip(text) : QVariant();
+}
+
+}  // namespace tallyhorn

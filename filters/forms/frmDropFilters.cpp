@@ -1,0 +1,290 @@
+#include "filters/forms/frmDropFilters.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "filters/forms/AccessKeyFrame.h"
+#include "filters/forms/FilterPropertiesFrame.h"
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr int LeastRowsShown = 3;  ///< where the screen has no room for more
+
+QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
+    auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAccessibleName(WithoutAccessKey(button->text()));
+    return button;
+}
+
+QLabel* Label(const char* name, const char* caption, QWidget* buddy, QWidget* parent) {
+    auto* const label = new QLabel(QString::fromLatin1(caption), parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setBuddy(buddy);
+    return label;
+}
+
+}  // namespace
+
+// Controls that share an access key take turns in the order in which they are made.
+frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes, const Clock& clock,
+                               QWidget* parent)
+    : QDialog(parent),
+      editor_(filters, boxes),
+      fraManageFilters(new AccessKeyFrame(QStringLiteral("Suppression &Filters"), this)),
+      lvwManageFilters(new QTreeView(fraManageFilters)),
+      cmdAdd(Button("cmdAdd", "&Add", fraManageFilters)),
+      cmdEdit(Button("cmdEdit", "&Edit", fraManageFilters)),
+      cmdDelete(Button("cmdDelete", "&Delete", fraManageFilters)),
+      lblInstructions(Label("lblInstructions",
+                            "Leave all fields blank that should not be used when filtering log records.",
+                            nullptr, this)),
+      txtFilterName(new QLineEdit(this)),
+      lblFilterName(Label("lblFilterName", "Su&ppression Filter Name:", txtFilterName, this)),
+      fraFilterProps(new FilterPropertiesFrame(this)),
+      cmdOK(Button("cmdOK", "OK", this)),
+      cmdCancel(Button("cmdCancel", "Cancel", this)) {
+    setObjectName(QStringLiteral("frmDropFilters"));
+    txtFilterName->setObjectName(QStringLiteral("txtFilterName"));
+    txtFilterName->setAccessibleName(WithoutAccessKey(lblFilterName->text()));
+    BuildList();
+    BuildButtons();
+    LayOut();
+    const AlarmDate now{clock.LocalSeconds()};
+    fraFilterProps->SetDates(now, now);
+    InitForm();
+}
+
+frmDropFilters::~frmDropFilters() {
+    // The view outlives this part of the object, and would tell it of its end.
+    lvwManageFilters->setModel(nullptr);
+}
+
+void frmDropFilters::BuildList() {
+    fraManageFilters->setObjectName(QStringLiteral("fraManageFilters"));
+    fraManageFilters->SetFirst(lvwManageFilters);
+    lvwManageFilters->setObjectName(QStringLiteral("lvwManageFilters"));
+    lvwManageFilters->setAccessibleName(WithoutAccessKey(fraManageFilters->title()));
+    lvwManageFilters->setRootIsDecorated(false);
+    lvwManageFilters->setUniformRowHeights(true);
+    lvwManageFilters->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    lvwManageFilters->setModel(&listModel_);
+    QHeaderView* const header = lvwManageFilters->header();
+    header->setSectionsClickable(true);
+    header->setSortIndicator(-1, Qt::AscendingOrder);
+    header->setSortIndicatorShown(true);
+    const QFontMetrics metrics = lvwManageFilters->fontMetrics();
+    lvwManageFilters->setMinimumHeight(header->sizeHint().height() + LeastRowsShown * (metrics.height() + 2));
+    connect(header, &QHeaderView::sortIndicatorChanged, this,
+            [this](int, Qt::SortOrder order) { SortList(order); });
+    // By keyboard as in the lists of the main window.
+    auto* const sort = new QShortcut(Qt::CTRL | Qt::Key_1, lvwManageFilters);
+    connect(sort, &QShortcut::activated, this, [header] {
+        const bool turns =
+            header->sortIndicatorSection() == 0 && header->sortIndicatorOrder() == Qt::AscendingOrder;
+        header->setSortIndicator(0, turns ? Qt::DescendingOrder : Qt::AscendingOrder);
+    });
+    const QItemSelectionModel* const selection = lvwManageFilters->selectionModel();
+    connect(selection, &QItemSelectionModel::currentChanged, this, &frmDropFilters::SelectInEditor);
+    // A click with Ctrl takes the selection away, but what Delete would delete must be seen.
+    connect(selection, &QItemSelectionModel::selectionChanged, this, [this, selection] {
+        if (!selection->hasSelection())
+            ShowSelection();
+    });
+}
+
+void frmDropFilters::BuildButtons() {
+    connect(cmdAdd, &QPushButton::clicked, this, &frmDropFilters::Add);
+    connect(cmdEdit, &QPushButton::clicked, this, &frmDropFilters::Edit);
+    connect(cmdDelete, &QPushButton::clicked, this, &frmDropFilters::Delete);
+    connect(cmdOK, &QPushButton::clicked, this, &frmDropFilters::SaveFilter);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmDropFilters::reject);
+}
+
+void frmDropFilters::LayOut() {
+    auto* const listLayout = new QGridLayout(fraManageFilters);
+    listLayout->addWidget(lvwManageFilters, 0, 0, 4, 1);
+    listLayout->addWidget(cmdAdd, 0, 1);
+    listLayout->addWidget(cmdEdit, 1, 1);
+    listLayout->addWidget(cmdDelete, 2, 1);
+    listLayout->setRowStretch(3, 1);
+    listLayout->setColumnStretch(0, 1);
+    auto* const nameLayout = new QHBoxLayout;
+    nameLayout->addWidget(lblFilterName);
+    nameLayout->addWidget(txtFilterName);
+    auto* const buttons = new QDialogButtonBox(this);
+    buttons->addButton(cmdOK, QDialogButtonBox::AcceptRole);
+    buttons->addButton(cmdCancel, QDialogButtonBox::RejectRole);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(fraManageFilters, 1);
+    layout->addWidget(lblInstructions);
+    layout->addLayout(nameLayout);
+    layout->addWidget(fraFilterProps);
+    // Takes the room that the list leaves where that is away.
+    layout->addStretch();
+    layout->addWidget(buttons);
+}
+
+void frmDropFilters::InitForm() {
+    fraFilterProps->UseDateRange(false);
+    editor_.InitForm();
+    ArrangeForMode();
+}
+
+void frmDropFilters::InitFormAsManager() {
+    editor_.InitFormAsManager();
+    ArrangeForMode();
+}
+
+void frmDropFilters::InitFormAsQuickAdd(const AlarmRecord& alarm) {
+    const FilterFields proposal = editor_.InitFormAsQuickAdd(alarm);
+    txtFilterName->setText(ToQString(proposal.FilterName));
+    fraFilterProps->ShowFields(proposal);
+    ArrangeForMode();
+}
+
+void frmDropFilters::Add() {
+    txtFilterName->clear();
+    fraFilterProps->ClearFilterFields();
+    editor_.Add();
+    ArrangeForMode();
+}
+
+void frmDropFilters::Edit() {
+    const FilterFields fields = editor_.Edit();
+    txtFilterName->setText(ToQString(fields.FilterName));
+    fraFilterProps->ShowFields(fields);
+    ArrangeForMode();
+}
+
+void frmDropFilters::Delete() {
+    editor_.Delete();
+    UpdateListButtons();
+    if (!lvwManageFilters->isEnabled())
+        FocusFirst();
+}
+
+void frmDropFilters::SaveFilter() {
+    FilterFields fields = fraFilterProps->Fields();
+    fields.FilterName = FromQString(txtFilterName->text());
+    switch (editor_.Save(fields)) {
+        case DropFilterEditor::Answer::Saved:
+            fraFilterProps->ShowEventID(fields.EventID);
+            ArrangeForMode();
+            break;
+        case DropFilterEditor::Answer::NoName:
+        case DropFilterEditor::Answer::NameInUse:
+            txtFilterName->setFocus();
+            break;
+        case DropFilterEditor::Answer::NoEventID:
+            QApplication::beep();
+            fraFilterProps->FocusEventID();
+            break;
+        case DropFilterEditor::Answer::NameTooLong:
+            break;
+    }
+}
+
+void frmDropFilters::SortList(Qt::SortOrder order) {
+    editor_.Sort(order == Qt::AscendingOrder ? DropFilterEditor::Order::Ascending
+                                             : DropFilterEditor::Order::Descending);
+    ShowSelection();
+}
+
+void frmDropFilters::SelectInEditor(const QModelIndex& current) {
+    if (current.isValid())
+        editor_.Select(static_cast<std::size_t>(current.row()));
+}
+
+void frmDropFilters::ShowSelection() {
+    QItemSelectionModel* const selection = lvwManageFilters->selectionModel();
+    if (!editor_.Selected())
+        return;
+    const QModelIndex selected = listModel_.index(static_cast<int>(*editor_.Selected()), 0);
+    if (selection->isSelected(selected) && selection->currentIndex() == selected)
+        return;
+    selection->setCurrentIndex(selected, QItemSelectionModel::ClearAndSelect);
+    lvwManageFilters->scrollTo(selected);
+}
+
+void frmDropFilters::ArrangeForMode() {
+    const bool manage = editor_.Mode() == DialogMode::Manage;
+    if (fraManageFilters->isVisible())
+        managerHeight_ = height();
+    fraManageFilters->setVisible(manage);
+    fraManageFilters->setEnabled(manage);
+    for (QWidget* const control :
+         {static_cast<QWidget*>(lblInstructions), static_cast<QWidget*>(lblFilterName),
+          static_cast<QWidget*>(txtFilterName), static_cast<QWidget*>(cmdOK)}) {
+        control->setVisible(!manage);
+        control->setEnabled(!manage);
+    }
+    setWindowTitle(manage ? QStringLiteral("Manage Suppression Filters")
+                          : QStringLiteral("Create/Edit A Suppression Filter"));
+    cmdCancel->setText(manage ? QStringLiteral("&Close") : QStringLiteral("&Cancel"));
+    cmdCancel->setAccessibleName(WithoutAccessKey(cmdCancel->text()));
+    (manage ? cmdCancel : cmdOK)->setDefault(true);
+    UpdateListButtons();
+    FitHeight();
+    FocusFirst();
+}
+
+void frmDropFilters::UpdateListButtons() {
+    const bool filled = !editor_.Entries().empty();
+    cmdEdit->setEnabled(filled);
+    cmdDelete->setEnabled(filled);
+    lvwManageFilters->setEnabled(filled);
+    lvwManageFilters->viewport()->setBackgroundRole(filled ? QPalette::Base : QPalette::Button);
+    ShowSelection();
+}
+
+void frmDropFilters::FocusFirst() {
+    if (editor_.Mode() != DialogMode::Manage) {
+        txtFilterName->setFocus();
+        txtFilterName->selectAll();
+    } else if (lvwManageFilters->isEnabled()) {
+        lvwManageFilters->setFocus();
+    } else {
+        cmdAdd->setFocus();
+    }
+}
+
+void frmDropFilters::FitHeight() {
+    if (!isVisible() || isMaximized())
+        return;
+    layout()->activate();
+    const bool manage = editor_.Mode() == DialogMode::Manage;
+    resize(width(), manage ? std::max(managerHeight_, sizeHint().height()) : sizeHint().height());
+}
+
+void frmDropFilters::reject() {
+    if (editor_.Cancel())
+        QDialog::reject();
+    else
+        ArrangeForMode();
+}
+
+void frmDropFilters::closeEvent(QCloseEvent* event) {
+    QDialog::reject();
+    event->accept();
+}
+
+void frmDropFilters::done(int result) {
+    editor_.Unload();
+    QDialog::done(result);
+}
+
+}  // namespace tallyhorn

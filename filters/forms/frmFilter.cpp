@@ -1,0 +1,184 @@
+#include "filters/forms/frmFilter.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "filters/forms/AccessKeyFrame.h"
+#include "filters/forms/FilterValuesModel.h"
+#include "forms/AnsiString.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::array<const char*, ViewFilter::CriterionCount> GroupCaptions = {
+    "&Alarm Name", "&Log Type", "Acc&ount Name", "&Computer Name"};
+constexpr std::string_view NothingCheckedText = "You must select at least one item to filter by.";
+/// What the combo boxes have room for, in letters; longer texts are cut off with an ellipsis.
+constexpr int LettersInView = 32;
+constexpr int RowsInView = 16;
+
+/// Lines of one height, none wider than the view whatever its text is: a long one ends in an ellipsis, and no
+/// text has to be measured.
+class LineDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const override {
+        return {1, option.fontMetrics.height() + option.fontMetrics.height() / 3};
+    }
+};
+
+/// The text in the box itself ends in an ellipsis as well.
+class LineComboBox final : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QStylePainter painter(this);
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        const QRect room =
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+        constexpr int Padding = 4;
+        option.currentText =
+            fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width() - Padding);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+};
+
+}  // namespace
+
+frmFilter::frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent)
+    : QDialog(parent), filter_(filter), boxes_(boxes) {
+    setObjectName(QStringLiteral("frmFilter"));
+    setWindowTitle(QStringLiteral("Filter Settings"));
+    ViewFilter::Values values = filter_.ValuesOnShow();
+    for (std::size_t i = 0; i < values.size(); ++i)
+        BuildGroup(i, std::move(values.at(i)));
+    BuildButtons();
+    LayOut();
+    chkFilterOn.front()->setFocus();
+}
+
+void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
+    const QString caption = QString::fromLatin1(GroupCaptions.at(index));
+    const QString name = WithoutAccessKey(caption);
+    // Controls count from 1, as the lists' columns behind the date do.
+    const QString number = QString::number(index + 1);
+    auto* const group = new AccessKeyFrame(caption, this);
+    group->setObjectName(QStringLiteral("fraGroup") + number);
+    auto* const check = new QCheckBox(QStringLiteral("Filter by this field:"), group);
+    check->setObjectName(QStringLiteral("chkFilterOn") + number);
+    check->setAccessibleName(QStringLiteral("Filter by ") + name);
+    group->SetFirst(check);
+    QComboBox* const combo = new LineComboBox(group);
+    combo->setObjectName(QStringLiteral("cmbFilterText") + number);
+    combo->setAccessibleName(name);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo->setMinimumContentsLength(LettersInView);
+    combo->setMaxVisibleItems(RowsInView);
+    // A list of its own below the box; as a menu it would be as high as the screen.
+    combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
+    auto* const view = new QListView(combo);
+    view->setUniformItemSizes(true);
+    view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    combo->setView(view);
+    combo->setItemDelegate(new LineDelegate(combo));
+    combo->setModel(new FilterValuesModel(std::move(values), combo));
+    combo->setCurrentIndex(-1);
+    combo->setEnabled(false);
+
+    auto* const layout = new QHBoxLayout(group);
+    layout->addWidget(check);
+    layout->addWidget(combo, 1);
+    connect(check, &QCheckBox::toggled, this, [this, index](bool on) { EnableCombo(index, on); });
+    connect(combo, &QComboBox::currentIndexChanged, this, [this, index] { ShowWholeText(index); });
+    fraGroup.at(index) = group;
+    chkFilterOn.at(index) = check;
+    cmbFilterText.at(index) = combo;
+}
+
+void frmFilter::BuildButtons() {
+    cmdApply = new QPushButton(QStringLiteral("Apply"), this);
+    cmdApply->setObjectName(QStringLiteral("cmdApply"));
+    cmdApply->setDefault(true);
+    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    connect(cmdApply, &QPushButton::clicked, this, &frmFilter::Apply);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmFilter::reject);
+}
+
+void frmFilter::LayOut() {
+    auto* const lblInstructions = new QLabel(
+        QStringLiteral(
+            "To apply a filter, check one or more field names, and select a discrete value to find "
+            "in that field.  Then press the 'Apply' button."),
+        this);
+    lblInstructions->setObjectName(QStringLiteral("lblInstructions"));
+    lblInstructions->setTextFormat(Qt::PlainText);
+    lblInstructions->setWordWrap(true);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(lblInstructions);
+    for (QGroupBox* const group : fraGroup)
+        layout->addWidget(group);
+    layout->addStretch(1);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cmdApply);
+    buttons->addWidget(cmdCancel);
+    layout->addLayout(buttons);
+}
+
+/// A field that is filtered by has a value from the start: with none, nothing at all might be shown.
+void frmFilter::EnableCombo(std::size_t index, bool enabled) {
+    QComboBox* const combo = cmbFilterText.at(index);
+    combo->setEnabled(enabled);
+    if (!enabled)
+        return;
+    if (combo->currentIndex() < 0 && combo->count() > 0)
+        combo->setCurrentIndex(0);
+    combo->setFocus();
+}
+
+void frmFilter::ShowWholeText(std::size_t index) {
+    QComboBox* const combo = cmbFilterText.at(index);
+    combo->setToolTip(combo->currentData(Qt::ToolTipRole).toString());
+}
+
+void frmFilter::Apply() {
+    const ViewFilter::Criteria criteria = Chosen();
+    if (std::none_of(criteria.begin(), criteria.end(), [](const auto& text) { return text.has_value(); })) {
+        boxes_.Tell(NothingCheckedText);
+        return;
+    }
+    // Events run meanwhile; nothing here can be pressed a second time.
+    setEnabled(false);
+    filter_.Apply(criteria);
+    accept();
+}
+
+ViewFilter::Criteria frmFilter::Chosen() const {
+    ViewFilter::Criteria criteria;
+    for (std::size_t i = 0; i < criteria.size(); ++i) {
+        if (!chkFilterOn.at(i)->isChecked())
+            continue;
+        const auto* const values = static_cast<const FilterValuesModel*>(cmbFilterText.at(i)->model());
+        criteria.at(i) = values->Value(cmbFilterText.at(i)->currentIndex());
+    }
+    return criteria;
+}
+
+}  // namespace tallyhorn

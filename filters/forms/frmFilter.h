@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "filters/ViewFilter.h"
+#include "platform/MessageBoxes.h"
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QPushButton;
+
+namespace tallyhorn {
+
+/// The modal dialog in which the user chooses what the view filter lets through, out of the texts that the
+/// channel on show has in its lists as the dialog opens.  User-interface thread only; filter and boxes
+/// outlive it.
+class frmFilter final : public QDialog {
+    Q_OBJECT
+
+public:
+    frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent = nullptr);
+
+private:
+    void BuildGroup(std::size_t index, std::vector<std::string> values);
+    void BuildButtons();
+    void LayOut();
+    void EnableCombo(std::size_t index, bool enabled);
+    void ShowWholeText(std::size_t index);
+    void Apply();
+    ViewFilter::Criteria Chosen() const;
+
+    ViewFilter& filter_;
+    MessageBoxes& boxes_;
+
+    std::array<QGroupBox*, ViewFilter::CriterionCount> fraGroup{};
+    std::array<QCheckBox*, ViewFilter::CriterionCount> chkFilterOn{};
+    std::array<QComboBox*, ViewFilter::CriterionCount> cmbFilterText{};
+    QPushButton* cmdApply = nullptr;
+    QPushButton* cmdCancel = nullptr;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,114 @@
+#include "platform/linux/FileReplacement.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "platform/linux/FileWriting.h"
+
+namespace tallyhorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int MostLinks = 40;
+constexpr int MostAttempts = 100;
+
+/// The file that a chain of links ends at, there or not; nothing, and errno, for a chain without an end.
+std::optional<fs::path> FollowLinks(fs::path path) {
+    std::error_code error;
+    for (int i = 0; i < MostLinks; ++i) {
+        if (!fs::is_symlink(path, error))
+            return path;
+        const fs::path target = fs::read_symlink(path, error);
+        if (error) {
+            errno = error.value();
+            return std::nullopt;
+        }
+        path = path.parent_path() / target;
+    }
+    errno = ELOOP;
+    return std::nullopt;
+}
+
+/// A rename asks for the folder's permission alone; the file's own would be passed over.
+bool MayReplace(const fs::path& path, const struct stat& old) {
+    if (S_ISREG(old.st_mode))
+        return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+    errno = S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP;
+    return false;
+}
+
+/// A name in the same folder, since a rename cannot leave the file system; short, so that it fits where
+/// `path` does.
+fs::path TemporaryName(const fs::path& path) {
+    static std::atomic<unsigned> count{0};
+    std::string name = ".";
+    name += std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp";
+    return path.parent_path() / name;
+}
+
+/// Creates a file under a name that is free; after a crash some names may not be.
+FileDescriptor CreateTemporary(const fs::path& target, fs::path& temporary) {
+    for (int i = 0; i < MostAttempts; ++i) {
+        const fs::path name = TemporaryName(target);
+        FileDescriptor file(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (file)
+            temporary = name;
+        if (file || errno != EEXIST)
+            return file;
+    }
+    return {};
+}
+
+/// Owner and permissions of the old file on the new one; an owner that may not be set stays the writer.
+bool KeepPermissions(int file, const struct stat& old) {
+    struct stat now {};
+    if (fstat(file, &now) != 0)
+        return false;
+    const bool sameOwner = now.st_uid == old.st_uid && now.st_gid == old.st_gid;
+    if (!sameOwner && fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM)
+        return false;
+    return fchmod(file, old.st_mode & 0777U) == 0;
+}
+
+}  // namespace
+
+FileReplacement::~FileReplacement() {
+    if (!temporary_.empty())
+        unlink(temporary_.c_str());
+}
+
+bool FileReplacement::Begin(const fs::path& path) {
+    const std::optional<fs::path> target = FollowLinks(path);
+    if (!target)
+        return false;
+    target_ = *target;
+    struct stat old {};
+    const bool exists = stat(target_.c_str(), &old) == 0;
+    if (exists ? !MayReplace(target_, old) : errno != ENOENT)
+        return false;
+    file_ = CreateTemporary(target_, temporary_);
+    return file_ && (!exists || KeepPermissions(file_.Get(), old));
+}
+
+bool FileReplacement::Write(std::string_view bytes) {
+    return WriteAll(file_.Get(), bytes);
+}
+
+bool FileReplacement::Commit() {
+    if (fsync(file_.Get()) != 0 || !file_.Close() || std::rename(temporary_.c_str(), target_.c_str()) != 0)
+        return false;
+    temporary_.clear();
+    // The renaming itself has to last too.
+    SyncFolderOf(target_);
+    return true;
+}
+
+}  // namespace tallyhorn

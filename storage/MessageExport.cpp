@@ -1,0 +1,179 @@
+#include "storage/MessageExport.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "records/AnsiText.h"
+#include "records/NetBiosFormat.h"
+#include "records/SyslogFormat.h"
+#include "storage/ExportFile.h"
+#include "views/LongWork.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::string_view NetBiosFailure =
+    "The following error occurred when attempting to export received NetBIOS messages to text.  Error # ";
+constexpr std::string_view SyslogFailure =
+    "The following error occurred when attempting to export received syslog messages to text.  Error # ";
+constexpr std::string_view BranchQuestion = "Are you sure you want to export this tree branch to a file?";
+constexpr std::string_view FileTypes = "Text files (*.txt)|*.txt";
+
+constexpr std::array<const char*, 12> Months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+std::string CaptionOf(MessagePage page) {
+    std::string caption(PageCaptions.at(static_cast<std::size_t>(page)));
+    std::erase(caption, '&');
+    return caption;
+}
+
+/// "dd-mmm-yyyy"
+std::string DayText(AlarmDate date) {
+    const CivilDateTime parts = SplitAlarmDate(date);
+    std::string text = std::to_string(parts.Day);
+    text.insert(0, 2 - text.size(), '0');
+    text.append("-").append(Months.at(static_cast<std::size_t>(parts.Month) - 1)).append("-");
+    return text.append(std::to_string(parts.Year));
+}
+
+std::vector<Slot> KeptSlots(const MessageStore& messages) {
+    std::vector<Slot> slots;
+    for (Slot slot = 0; slot <= messages.UpperBound(); ++slot) {
+        if (!Trim(messages.Text(slot)).empty())
+            slots.push_back(slot);
+    }
+    return slots;
+}
+
+std::size_t CountOf(const MessageStore& messages) {
+    return static_cast<std::size_t>(messages.MessageCount());
+}
+
+}  // namespace
+
+MessageExport::MessageExport(const Parts& parts, std::filesystem::path folder,
+                             std::vector<std::string> ownFiles)
+    : parts_(parts), folder_(std::move(folder)), ownFiles_(std::move(ownFiles)) {}
+
+void MessageExport::ExportMessages() {
+    const MessagePage page = parts_.Display.CurrentPage();
+    switch (page) {
+        case MessagePage::NetBios:
+            if (CountOf(parts_.Received.NetBios.Messages) == 0 || !AskAboutChannel(page))
+                return;
+            if (const auto file = AskFile(page))
+                ExportNetBiosMessages(*file);
+            return;
+        case MessagePage::Syslog:
+            // A single message is not exported; none gives a file with the header alone.
+            if (CountOf(parts_.Received.Syslog.Messages) == 1 || !AskAboutChannel(page))
+                return;
+            if (const auto file = AskFile(page))
+                ExportSyslogMessages(*file);
+            return;
+        case MessagePage::Consolidated:
+            ExportTreeBranch();
+            return;
+    }
+}
+
+bool MessageExport::AskAboutChannel(MessagePage page) {
+    return parts_.Boxes.Confirm("Are you sure you want to export all " + CaptionOf(page) + " to a file?");
+}
+
+std::optional<std::filesystem::path> MessageExport::AskFile(MessagePage page) {
+    std::string name = CaptionOf(page) + "_" + DayText({parts_.Time.LocalSeconds()}) + ".txt";
+    std::replace(name.begin(), name.end(), ' ', '_');
+    return parts_.Dialog.AskFile(folder_ / name, FileTypes);
+}
+
+void MessageExport::ExportNetBiosMessages(const std::filesystem::path& file) {
+    const MessageStore& messages = parts_.Received.NetBios.Messages;
+    TellFailure(
+        NetBiosFailure,
+        Export(file, {messages, CountOf(messages), [&messages] { return KeptSlots(messages); },
+                      [this](std::string_view text) { ParseCurrentAlarm(text, parts_.CurrentAlarm); }}));
+}
+
+void MessageExport::ExportSyslogMessages(const std::filesystem::path& file) {
+    const MessageStore& messages = parts_.Received.Syslog.Messages;
+    ExportSyslog(file, CountOf(messages), [&messages] { return KeptSlots(messages); });
+}
+
+/// The choice counts that stands when the file has been named: the node may have gone meanwhile.
+void MessageExport::ExportTreeBranch() {
+    const ConsolidatedTree& tree = parts_.Received.Tree;
+    if (tree.SelectedNode().IsRoot() || !parts_.Boxes.Confirm(BranchQuestion))
+        return;
+    const auto file = AskFile(MessagePage::Consolidated);
+    const TreeNode node = tree.SelectedNode();
+    if (!file || node.IsRoot())
+        return;
+    ExportSyslog(*file, tree.Count(node), [this, node] {
+        Slots leaves;
+        ExportTreeBranchNode(node, leaves);
+        return leaves;
+    });
+}
+
+/// Adds the leaves at or below the node in the order in which they would be shown were all of it open.
+void MessageExport::ExportTreeBranchNode(TreeNode node, Slots& leaves) {
+    if (node.IsLeaf()) {
+        leaves.push_back(node.LeafSlot());
+        return;
+    }
+    ConsolidatedTree& tree = parts_.Received.Tree;
+    tree.SortChildren(node);
+    for (std::size_t i = 0; i < tree.ChildCount(node); ++i)
+        ExportTreeBranchNode(tree.ChildAt(node, i), leaves);
+}
+
+void MessageExport::ExportSyslog(const std::filesystem::path& file, std::size_t count,
+                                 const std::function<Slots()>& chosen) {
+    const AlarmDate now{parts_.Time.LocalSeconds()};
+    TellFailure(
+        SyslogFailure,
+        Export(file, {parts_.Received.Syslog.Messages, count, chosen, [this, now](std::string_view text) {
+                          ReadStoredText(text, parts_.Received.DayFirst(), now, parts_.CurrentAlarm);
+                      }}));
+}
+
+/// Arrivals wait from the choice to the end, so that the file holds what was there at one moment.
+std::optional<SystemError> MessageExport::Export(const std::filesystem::path& path, const Source& source) {
+    if (IsOwnFile(path)) {
+        const std::error_code denied = std::make_error_code(std::errc::permission_denied);
+        return SystemError{denied.value(), denied.message()};
+    }
+    const HoldArrivals hold(parts_.Received);
+    LongWork work(parts_.Display, source.Count);
+    ExportFile file(path, parts_.Received.DayFirst());
+    std::uint64_t done = 0;
+    for (const Slot slot : source.Chosen()) {
+        source.Parse(source.Messages.Text(slot));
+        if (!file.Write(parts_.CurrentAlarm))
+            break;
+        ++done;
+        if (parts_.Slices.LetRun())
+            work.Show(done);
+    }
+    return file.Finish();
+}
+
+/// By whatever way it is named.
+bool MessageExport::IsOwnFile(const std::filesystem::path& file) const {
+    return std::any_of(ownFiles_.begin(), ownFiles_.end(), [&](const std::string& own) {
+        std::error_code none;
+        return std::filesystem::equivalent(file, folder_ / own, none);
+    });
+}
+
+void MessageExport::TellFailure(std::string_view text, const std::optional<SystemError>& error) {
+    if (error)
+        parts_.Boxes.Warn(std::string(text) + std::to_string(error->Number) + ":\t" + error->Text);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,185 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "filters/FilterFields.h"
+
+namespace tallyhorn {
+namespace {
+
+AlarmDate Date(const CivilDateTime& parts) {
+    return MakeAlarmDate(parts).value();
+}
+
+TEST(FilterFieldsTest, StoresTextsAsTypedPaddedOrCut) {
+    FilterFields fields;
+    fields.FilterName = " my filter ";
+    fields.Source = std::string(31, 's');
+    fields.Category = std::string(51, 'c');
+    fields.AccountName = std::string("a\0b\tc", 5);
+    fields.Computer = std::string(60'000, 'p');
+    fields.EventTypes = FilterWarning | FilterSuccessAudit;
+    SuppressionFilter record;
+    ASSERT_TRUE(StoreFieldsInRecord(fields, record));
+    EXPECT_EQ(record.FilterName.View(), " my filter " + std::string(39, ' '));
+    EXPECT_EQ(record.Source.View(), std::string(30, 's'));
+    EXPECT_EQ(record.Category.View(), std::string(50, 'c'));
+    EXPECT_EQ(record.AccountName.View(), std::string("a\0b\tc", 5) + std::string(45, ' '));
+    EXPECT_EQ(record.Computer.View(), std::string(30, 'p'));
+    EXPECT_EQ(record.EventTypes, 18);
+}
+
+TEST(FilterFieldsTest, StoresEventIdsOrRefusesThem) {
+    const struct {
+        const char* Typed;
+        bool Stored;
+        std::int32_t EventID;
+        const char* Left;
+    } cases[] = {
+        {"", true, -1, "-1"},
+        {"   ", true, -1, "-1"},
+        {"-1", true, -1, "-1"},
+        {"0", true, 0, "0"},
+        {" 7036 ", true, 7036, " 7036 "},
+        {"2147483647", true, 2147483647, "2147483647"},
+        {"-2147483648", true, std::numeric_limits<std::int32_t>::min(), "-2147483648"},
+        {"2147483648", false, 5, "2147483648"},
+        {"99999999999999999999", false, 5, "99999999999999999999"},
+        {"abc", false, 5, "abc"},
+        {"7x", false, 5, "7x"},
+    };
+    for (const auto& oneCase : cases) {
+        SCOPED_TRACE(oneCase.Typed);
+        SuppressionFilter record;
+        record.FilterName = "before";
+        record.EventID = 5;
+        FilterFields fields;
+        fields.FilterName = "after";
+        fields.EventID = oneCase.Typed;
+        EXPECT_EQ(StoreFieldsInRecord(fields, record), oneCase.Stored);
+        EXPECT_EQ(record.EventID, oneCase.EventID);
+        EXPECT_EQ(fields.EventID, oneCase.Left);
+        EXPECT_EQ(record.FilterName, FixedText<50>(oneCase.Stored ? "after" : "before"));
+    }
+}
+
+TEST(FilterFieldsTest, StoresDatesOnlyWhereARangeIsInForce) {
+    FilterFields fields;
+    fields.BeginDate = Date({2026, 11, 22, 18, 0, 0});
+    fields.EndDate = Date({2026, 11, 23, 6, 0, 1});
+    SuppressionFilter record;
+    record.UseDateRange = FilterTrue;
+    record.BeginDate = 1.5;
+    record.EndDate = 2.5;
+    ASSERT_TRUE(StoreFieldsInRecord(fields, record));
+    EXPECT_EQ(record.UseDateRange, FilterFalse);
+    EXPECT_EQ(record.BeginDate, 1.5);
+    EXPECT_EQ(record.EndDate, 2.5);
+
+    fields.UseDateRange = true;
+    ASSERT_TRUE(StoreFieldsInRecord(fields, record));
+    EXPECT_EQ(record.UseDateRange, -1);
+    EXPECT_EQ(record.BeginDate, 46348.75);
+    EXPECT_EQ(record.EndDate, 46349 + (6 * 3600 + 1) / 86400.0);
+    fields.EventID.clear();  // as -1 is shown
+    EXPECT_EQ(ShowRecord(record), fields);
+}
+
+TEST(FilterFieldsTest, ShowsTextsWithoutNulsAndBlanksAround) {
+    SuppressionFilter record;
+    record.FilterName = std::string("A\0\0", 3) + std::string(47, '\0');
+    record.Source = " x\ty ";
+    record.AccountName = "user";
+    record.Category = "<b>c</b>";
+    record.Computer = std::string(30, '\xff');
+    const struct {
+        std::int32_t EventID;
+        const char* Shown;
+    } cases[] = {{-1, ""}, {0, "0"}, {7036, "7036"}, {-2, "-2"}};
+    for (const auto& [eventId, shown] : cases) {
+        record.EventID = eventId;
+        EXPECT_EQ(ShowRecord(record).EventID, shown);
+    }
+    const FilterFields fields = ShowRecord(record);
+    EXPECT_EQ(fields.FilterName, "A");
+    EXPECT_EQ(fields.Source, "x\ty");
+    EXPECT_EQ(fields.AccountName, "user");
+    EXPECT_EQ(fields.Category, "<b>c</b>");
+    EXPECT_EQ(fields.Computer, std::string(30, '\xff'));
+}
+
+TEST(FilterFieldsTest, ShowsAnyDateOfAFileWithinThoseThatCanBeTyped) {
+    constexpr double Infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(FirstTypedDate, Date({100, 1, 1}));
+    EXPECT_EQ(LastTypedDate, Date({9999, 12, 31, 23, 59, 59}));
+    const struct {
+        double Days;
+        AlarmDate AsBegin;
+        AlarmDate AsEnd;
+    } cases[] = {
+        {0, Date({1899, 12, 30}), Date({1899, 12, 30})},
+        {46348.75, Date({2026, 11, 22, 18, 0, 0}), Date({2026, 11, 22, 18, 0, 0})},
+        {46348.75 + 0.4 / 86400, Date({2026, 11, 22, 18, 0, 1}), Date({2026, 11, 22, 18, 0, 0})},
+        {-1.25, Date({1899, 12, 29, 6, 0, 0}), Date({1899, 12, 29, 6, 0, 0})},
+        {1e300, LastTypedDate, LastTypedDate},
+        {-1e300, FirstTypedDate, FirstTypedDate},
+        {Infinity, LastTypedDate, LastTypedDate},
+        {-Infinity, FirstTypedDate, FirstTypedDate},
+        // Such an end excludes no date.
+        {std::nan(""), FirstTypedDate, LastTypedDate},
+    };
+    for (const auto& oneCase : cases) {
+        SCOPED_TRACE(oneCase.Days);
+        SuppressionFilter record;
+        record.UseDateRange = 1;  // whatever is not false
+        record.BeginDate = oneCase.Days;
+        record.EndDate = oneCase.Days;
+        FilterFields fields = ShowRecord(record);
+        EXPECT_TRUE(fields.UseDateRange);
+        EXPECT_EQ(fields.BeginDate, oneCase.AsBegin);
+        EXPECT_EQ(fields.EndDate, oneCase.AsEnd);
+        ASSERT_TRUE(StoreFieldsInRecord(fields, record));
+        EXPECT_EQ(ShowRecord(record), fields) << "what is shown stays so once it is saved";
+    }
+}
+
+TEST(FilterFieldsTest, ProposesAFilterForANotification) {
+    const struct {
+        std::int32_t EventID;
+        std::string Source;
+        std::string Type;
+        std::string Name;
+        std::int32_t EventTypes;
+    } cases[] = {
+        {7036, "Service Control Manage", "Information", "7036_Service Control Manage", FilterInformation},
+        {7036, "Service Control Manager", "information", "7036_Service Control Manage", FilterInformation},
+        {0, "Disk", "WARNING", "0_Disk", FilterWarning},
+        {-5, "", "Error", "-5_", FilterError},
+        {1, "a\nb", "Failure Audit", "1_a\nb", FilterFailureAudit},
+        {1, std::string(60'000, 'x'), "SUCCESSAUDIT", "1_" + std::string(22, 'x'), FilterSuccessAudit},
+        {1, "x", "INF", "1_x", FilterInformation},
+        {1, "x", "In", "1_x", 0},
+        {1, "x", "", "1_x", 0},
+        {1, "x", " Error", "1_x", 0},
+        {1, "x", "something", "1_x", 0},
+    };
+    for (const auto& oneCase : cases) {
+        SCOPED_TRACE(oneCase.Name + " " + oneCase.Type);
+        AlarmRecord alarm;
+        alarm.EventID = oneCase.EventID;
+        alarm.Source = oneCase.Source;
+        alarm.TypeOfEvent = oneCase.Type;
+        alarm.Category = alarm.AccountName = alarm.Computer = "not proposed";
+        FilterFields expected;
+        expected.FilterName = oneCase.Name;
+        expected.Source = oneCase.Source;
+        expected.EventID = std::to_string(oneCase.EventID);
+        expected.EventTypes = oneCase.EventTypes;
+        EXPECT_EQ(ProposeFilter(alarm), expected);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

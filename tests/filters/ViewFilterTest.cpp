@@ -1,0 +1,337 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "filters/ViewFilter.h"
+#include "tests/fakes/MessagesInMemory.h"
+#include "tests/fakes/Notifications.h"
+
+namespace tallyhorn {
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr std::nullopt_t Any = std::nullopt;
+constexpr std::size_t ByAlarm = 0;
+constexpr std::size_t ByLog = 1;
+constexpr std::size_t ByAccount = 2;
+constexpr std::size_t ByComputer = 3;
+
+class ViewFilterTest : public ::testing::Test, protected MessagesInMemory {
+protected:
+    void SetUp() override { Display.Page = MessagePage::Syslog; }
+
+    /// As they arrive: kept, and shown if they pass.
+    void Syslog(const Notification& told) {
+        const AlarmRecord record = RecordOf(told);
+        KeepSyslog(record, filter_.PassesViewFilter(record));
+    }
+    void ArriveText(const std::string& text) {
+        ParseCurrentAlarm(text, Alarm);
+        const Slot slot = StoreNetBios(text);
+        if (filter_.PassesViewFilter(Alarm))
+            Received.ParseMessageAdd(slot, Alarm);
+    }
+    void NetBios(const Notification& told) { ArriveText(NetBiosText(told)); }
+    void Apply(std::size_t column, const std::string& text) {
+        ViewFilter::Criteria criteria;
+        criteria.at(column) = text;
+        filter_.Apply(criteria);
+    }
+    /// One column of a list in the order of its rows.
+    Names Column(ViewNumber view, MessageColumn column) {
+        Names names;
+        for (std::size_t i = 0; i < Received.List(view).Size(); ++i)
+            names.push_back(Received.List(view).CellText(i, column));
+        return names;
+    }
+    Names Computers(ViewNumber view) { return Column(view, MessageColumn::Computer); }
+    /// The texts of all groups and the slots of all leaves, a line each.
+    std::string TreeText() {
+        std::string text;
+        const std::function<void(TreeNode, const std::string&)> append = [&](TreeNode node,
+                                                                             const std::string& indent) {
+            for (std::size_t i = 0; i < Received.Tree.ChildCount(node); ++i) {
+                const TreeNode child = Received.Tree.ChildAt(node, i);
+                text += indent +
+                        (child.IsLeaf() ? std::to_string(child.LeafSlot()) : Received.Tree.Text(child)) +
+                        "\n";
+                append(child, indent + " ");
+            }
+        };
+        append(TreeNode(), "");
+        return text;
+    }
+
+    ViewFilter filter_{Received, Display, Slices, Time, Alarm};
+};
+
+TEST_F(ViewFilterTest, ApplyKeepsTheRowsWithExactlyTheseTexts) {
+    const std::vector<Notification> alarms = {
+        {"Full", "Security", "JOE", "A", "Error"},    {"Full", "SECURITY", "JOE", "B", "Warning"},
+        {"full", "System", "", "C", "Error"},         {"Fuller", "Security", "ANN", "D", "Information"},
+        {"", "Securit\xFD", "ANN", "E", "who knows"}, {"Full", "Security", "ANN", "F", "Success Audit"},
+    };
+    const struct {
+        const char* Why;
+        ViewFilter::Criteria Criteria;
+        std::array<Names, 3> Left;  ///< computers in the lists of errors, warnings, information
+        std::size_t Leaves;
+    } cases[] = {
+        {"by alarm, in its case", {{"Full", Any, Any, Any}}, {{{"A"}, {"B"}, {"F"}}}, 3},
+        {"by log", {{Any, "Security", Any, Any}}, {{{"A"}, {}, {"D", "F"}}}, 3},
+        {"by account", {{Any, Any, "ANN", Any}}, {{{"E"}, {}, {"D", "F"}}}, 2},
+        {"by computer", {{Any, Any, Any, "B"}}, {{{}, {"B"}, {}}}, 1},
+        {"by two columns", {{"Full", "Security", Any, Any}}, {{{"A"}, {}, {"F"}}}, 2},
+        {"by four", {{"Full", "Security", "ANN", "F"}}, {{{}, {}, {"F"}}}, 1},
+        {"by an empty text", {{Any, Any, "", Any}}, {{{"C"}, {}, {}}}, 1},
+        {"by a text of another column", {{"JOE", Any, Any, Any}}, {{{}, {}, {}}}, 0},
+        {"by a text that nothing has", {{"Ful", Any, Any, Any}}, {{{}, {}, {}}}, 0},
+        {"by bytes beyond ASCII", {{Any, "Securit\xFD", Any, Any}}, {{{"E"}, {}, {}}}, 0},
+    };
+    for (const bool syslog : {true, false}) {
+        Display.Page = syslog ? MessagePage::Syslog : MessagePage::NetBios;
+        Received.ClearSyslog();
+        Received.NetBios.Clear(ReceivedMessages::NetBiosUpperBound);
+        for (const Notification& alarm : alarms) {
+            Syslog(alarm);
+            NetBios(alarm);
+        }
+        const ViewNumber first = syslog ? FirstSyslogView : ViewNumber{0};
+        const ViewNumber other = syslog ? ViewNumber{0} : FirstSyslogView;
+        for (const auto& [why, criteria, left, leaves] : cases) {
+            filter_.Apply(criteria);
+            EXPECT_TRUE(filter_.InForce());
+            EXPECT_EQ(filter_.Channel(), syslog ? 1 : 0);
+            for (std::size_t i = 0; i < 3; ++i) {
+                const auto list = static_cast<ViewNumber>(i);
+                EXPECT_EQ(Computers(static_cast<ViewNumber>(first + list)), left.at(i)) << why << " " << i;
+                EXPECT_EQ(Display.Enabled.at(static_cast<std::size_t>(first + list)), !left.at(i).empty());
+            }
+            for (std::size_t i = 0; i < criteria.size(); ++i)
+                EXPECT_EQ(filter_.Criterion(i), criteria.at(i).value_or("")) << why << " " << i;
+            EXPECT_EQ(Computers(other), (Names{"A", "C", "E"})) << why << ": the other channel stays";
+            EXPECT_EQ(Received.Tree.LeafCount(), syslog ? leaves : 5) << why;
+            EXPECT_EQ(Display.Enabled[ConsolidatedView], !Received.Tree.IsEmpty());
+            EXPECT_EQ(Received.Syslog.Messages.MessageCount(), 6) << "nothing is lost";
+            filter_.RemoveViewFilter();
+            EXPECT_FALSE(filter_.InForce());
+            EXPECT_EQ(Computers(first), (Names{"A", "C", "E"})) << why;
+            EXPECT_EQ(Received.Tree.LeafCount(), 5U) << why;
+        }
+    }
+}
+
+TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
+    const struct {
+        const char* Why;
+        ViewFilter::Criteria Criteria;
+        Notification Arrival;
+        bool Passes;
+    } cases[] = {
+        {"case does not count", {{Any, "Security", Any, Any}}, {"x", "SECURITY", "y", "z", ""}, true},
+        {"nor beyond ASCII", {{Any, Any, "J\xD6RG", Any}}, {"x", "", "j\xF6rg", "z", ""}, true},
+        {"a longer one", {{"Full", Any, Any, Any}}, {"Fuller", "", "", "", ""}, false},
+        {"a shorter one", {{"Full", Any, Any, Any}}, {"Ful", "", "", "", ""}, false},
+        {"one of two", {{"Full", Any, Any, "PC"}}, {"full", "", "", "pd", ""}, false},
+        {"both", {{"Full", Any, Any, "PC"}}, {"full", "", "", "pc", ""}, true},
+        {"an empty text lets all pass", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, true},
+    };
+    for (const auto& [why, criteria, arrival, passes] : cases) {
+        const AlarmRecord record = RecordOf(arrival);
+        filter_.Apply(criteria);
+        EXPECT_EQ(filter_.PassesViewFilter(record), passes) << why;
+        filter_.RemoveViewFilter();
+        EXPECT_TRUE(filter_.PassesViewFilter(record)) << why;
+        EXPECT_EQ(filter_.Criterion(0), criteria.at(0).value_or("")) << "they stay, but are not in use";
+    }
+}
+
+TEST_F(ViewFilterTest, WhatArrivesMeanwhileIsKeptAndShownAfterwards) {
+    Syslog({.Computer = "A"});
+    NetBios({.Computer = "A"});
+    Apply(ByComputer, "A");
+    for (const char* const computer : {"B", "a"}) {
+        Syslog({.Computer = computer});
+        NetBios({.Computer = computer});
+    }
+    EXPECT_EQ(Computers(3), (Names{"A", "a"}));
+    EXPECT_EQ(Computers(0), (Names{"A", "A"})) << "arrivals of both channels are tested";
+    EXPECT_EQ(TreeText(),
+              "Full ( 2 Events )\n Error ( 2 Events )\n  A ( 1 Event )\n   0\n  a ( 1 Event )\n   2\n");
+    EXPECT_FALSE(Received.Syslog.Rows.Holds(1)) << "what is hidden has no row";
+    EXPECT_EQ(Received.Syslog.Messages.MessageCount(), 3);
+    Display.Page = MessagePage::NetBios;  // another page in front does not matter
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Computers(3), (Names{"A", "B", "a"}));
+    EXPECT_EQ(Computers(0), (Names{"A", "B", "A"}));
+    EXPECT_EQ(Received.Tree.LeafCount(), 3U);
+}
+
+TEST_F(ViewFilterTest, TheTreeIsBuiltAnewOfWhatStays) {
+    for (const char* const computer : {"A", "B", "A"})
+        Syslog({.Computer = computer});
+    Syslog({.Computer = "A", .Type = "Warning"});
+    Syslog({.Computer = "A", .Type = "who knows"});
+    Received.Tree.SelectNode(TreeNode::Leaf(1));
+    Apply(ByComputer, "A");
+    EXPECT_EQ(TreeText(),
+              "Full ( 3 Events )\n Error ( 2 Events )\n  A ( 2 Events )\n   0\n   2\n"
+              " Warning ( 1 Event )\n  A ( 1 Event )\n   3\n");
+    EXPECT_EQ(Computers(3), (Names{"A", "A", "A"})) << "an unknown type is in the list alone";
+    EXPECT_EQ(Received.Tree.SlotsUnder(Received.Tree.ChildAt(TreeNode(), 0)).size(), 4U)
+        << "and belongs to its alarm's branch all the same";
+    EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot());
+    EXPECT_EQ(Alarm.TypeOfEvent, "Warning") << "the last leaf's text was read into the current alarm";
+}
+
+TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
+    const struct {
+        const char* Why;
+        MessagePage Page;
+        Names Applied;
+        int Runs;  ///< of pending events, where nothing takes time
+    } cases[] = {
+        {"NetBIOS", MessagePage::NetBios, {"hide 0", "hide 1", "hide 2", "show 0", "show 1", "show 2"}, 1},
+        {"the consolidated page is syslog's",
+         MessagePage::Consolidated,
+         {"hide 3", "hide 4", "hide 5", "hide 6", "show 6", "show 3", "show 4", "show 5"},
+         3},
+    };
+    for (int i = 0; i < 3000; ++i) {
+        Syslog({.Computer = i % 2 == 0 ? "A" : "B"});
+        NetBios({.Computer = i % 2 == 0 ? "A" : "B"});
+    }
+    bool heldThroughout = true;
+    Events.Event = [&] {
+        heldThroughout = heldThroughout && Received.SyslogDeleteInProgress && Display.WorkUnderWay == 1;
+    };
+    for (const bool slow : {false, true}) {
+        Time.PerLook = std::chrono::milliseconds(slow ? 20 : 0);
+        for (const auto& [why, page, applied, runs] : cases) {
+            Display.Page = page;
+            Display.ListCalls.clear();
+            Display.Progress.clear();
+            Events.Runs = 0;
+            Apply(ByComputer, "A");
+            EXPECT_EQ(Display.ListCalls, applied) << why;
+            EXPECT_TRUE(slow ? Events.Runs > runs : Events.Runs == runs) << why << ": " << Events.Runs;
+            EXPECT_EQ(Display.FilterShown, true);
+            Display.ListCalls.clear();
+            filter_.RemoveViewFilter();
+            EXPECT_EQ(Display.ListCalls,
+                      (Names{"hide 0", "hide 1", "hide 2", "hide 3", "hide 4", "hide 5", "hide 6", "show 0",
+                             "show 1", "show 2", "show 3", "show 4", "show 5", "show 6"}));
+            EXPECT_TRUE(heldThroughout) << why;
+            EXPECT_FALSE(Received.SyslogDeleteInProgress);
+            EXPECT_EQ(Display.WorkUnderWay, 0);
+            EXPECT_EQ(Display.Progress.size() > 40, slow) << "progress is told between slices";
+            for (const auto& [done, total] : Display.Progress)
+                EXPECT_LE(done, total);
+            EXPECT_EQ(Computers(0).size(), 3000U);
+            EXPECT_EQ(Received.Tree.LeafCount(), 3000U);
+        }
+    }
+}
+
+TEST_F(ViewFilterTest, TheCommandTurnsItRound) {
+    Syslog({});
+    int dialogs = 0;
+    filter_.ToggleViewFilter([&] { ++dialogs; });
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_FALSE(Display.FilterShown.has_value()) << "a dialog that applies nothing changes nothing";
+    Apply(ByLog, "none");
+    Events.Event = [&] { EXPECT_EQ(Display.FilterShown, false) << "the button is released first"; };
+    Time.PerLook = std::chrono::seconds(1);
+    filter_.ToggleViewFilter([&] { ++dialogs; });
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(Computers(3), Names{"PC"});
+}
+
+TEST_F(ViewFilterTest, ComingOffShowsWhatIsKeptInTheOrderOfSlots) {
+    for (const char* const computer : {"A", "B", "C"})
+        NetBios({.Computer = computer});
+    Received.List(0).Select(0, 0, true);
+    for (const Slot slot : Received.List(0).RemoveSelected()) {
+        Received.NetBios.Rows.Remove(slot);
+        Received.NetBios.Messages.Free(slot);
+    }
+    NetBios({.Computer = "D"});
+    ASSERT_EQ(Computers(0), (Names{"B", "C", "D"}));
+    Apply(ByComputer, "C");
+    Received.SetDateStyle({true, "-"});
+    Received.ActiveView = 2;
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Computers(0), (Names{"D", "B", "C"}));
+    EXPECT_EQ(Received.List(0).CellText(0, MessageColumn::DateLogged), "21-08-2008 2:05:09 PM");
+    EXPECT_EQ(Received.ActiveView, 2);
+    EXPECT_EQ(Alarm.TypeOfEvent, "error") << "the last text was read into the current alarm";
+}
+
+TEST_F(ViewFilterTest, AFieldThatDoesNotReadKeepsWhatTheTextBeforeHad) {
+    Syslog({.Name = "By syslog"});
+    ArriveText("Date: 08/21/2008 14:05:09\r\n\r\n\r\nno name");
+    NetBios({.Name = "Named"});
+    ArriveText("no text of ours");
+    ASSERT_EQ(Column(0, MessageColumn::Alarm), (Names{"", "Named", "Named"}));
+    Apply(ByAlarm, "Named");
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Column(0, MessageColumn::Alarm), (Names{"By syslog", "Named", "Named"}));
+}
+
+TEST_F(ViewFilterTest, ComesOffWhateverWasDoneBelowIt) {
+    for (const char* const computer : {"A", "B"}) {
+        Syslog({.Computer = computer});
+        NetBios({.Computer = computer});
+    }
+    Apply(ByComputer, "A");
+    Received.ClearSyslog();
+    Syslog({.Computer = "B"});
+    Syslog({.Computer = "A"});
+    EXPECT_EQ(Computers(3), Names{"A"});
+    Display.Page = MessagePage::NetBios;
+    Apply(ByComputer, "B");  // another view's filter on top of it
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Computers(3), (Names{"B", "A"}));
+    EXPECT_EQ(Computers(0), (Names{"A", "B"}));
+    EXPECT_EQ(Received.Tree.LeafCount(), 2U);
+    Apply(ByComputer, "B");
+    Received.NetBios.Clear(ReceivedMessages::NetBiosUpperBound);
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Computers(0), Names{});
+    EXPECT_FALSE(Display.Enabled[0]);
+    EXPECT_EQ(Computers(3), (Names{"B", "A"}));
+}
+
+TEST_F(ViewFilterTest, SortingAndTheSelectionOfWhatStaysAreKept) {
+    for (const char* const computer : {"B", "C", "A", "B"})
+        Syslog({.Account = computer, .Computer = computer});
+    Received.List(3).SortBy(MessageColumn::Computer);
+    Received.List(3).Select(0, 1, true);
+    ASSERT_EQ(Computers(3), (Names{"C", "B", "B", "A"}));
+    Apply(ByAccount, "B");
+    EXPECT_EQ(Received.List(3).SelectedSlots(), std::vector<Slot>{0});
+    Syslog({.Account = "B", .Computer = "Z"});
+    EXPECT_EQ(Computers(3), (Names{"Z", "B", "B"}));
+    filter_.RemoveViewFilter();
+    EXPECT_EQ(Computers(3), (Names{"Z", "C", "B", "B", "A"}));
+    EXPECT_EQ(Received.List(3).SelectedCount(), 0U) << "all rows are new";
+}
+
+TEST_F(ViewFilterTest, OffersEachTextOfTheChannelOnShowOnce) {
+    for (const char* const computer : {"b", "\xC4", "", "B", "a", "b"})
+        Syslog({.Computer = computer});
+    Syslog({.Log = "Security", .Type = "Information"});
+    NetBios({.Computer = "other"});
+    ViewFilter::Values values = filter_.ValuesOnShow();
+    EXPECT_EQ(values[ByComputer], (Names{"", "a", "B", "b", "PC", "\xC4"}));
+    EXPECT_EQ(values[ByLog], (Names{"Security", "System"}));
+    EXPECT_EQ(values[ByAlarm], Names{"Full"});
+    Display.Page = MessagePage::Consolidated;
+    EXPECT_EQ(filter_.ValuesOnShow(), values);
+    Display.Page = MessagePage::NetBios;
+    EXPECT_EQ(filter_.ValuesOnShow()[ByComputer], Names{"OTHER"});
+}
+
+}  // namespace
+}  // namespace tallyhorn

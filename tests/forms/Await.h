@@ -1,0 +1,10 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+/// Lets events run until the condition holds; a fatal failure after five seconds.  Qt's own macros of the
+/// kind let a GoogleTest pass then.
+#define AWAIT(condition) \
+    ASSERT_TRUE(QTest::qWaitFor([&] { return static_cast<bool>(condition); })) << #condition

@@ -1,0 +1,112 @@
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "tests/forms/ConsoleFixture.h"
+#include "views/LongWork.h"
+
+namespace tallyhorn {
+namespace {
+
+class CommandBarsTest : public ConsoleFixture {
+protected:
+    /// By its button, with the mouse.
+    void ClickTool(const char* key) {
+        auto* const bar = Find<QToolBar>("tbrMain");
+        QTest::mouseClick(bar->widgetForAction(Find<QAction>(key)), Qt::LeftButton);
+    }
+    /// By its menu, with the keyboard: opens the menu by its access key and presses the item's.
+    void Choose(Qt::Key menu, Qt::Key item) {
+        QTest::keyClick(&console_->Window(), menu, Qt::AltModifier);
+        AWAIT(qApp->activePopupWidget() != nullptr);
+        QTest::keyClick(qApp->activePopupWidget(), item);
+    }
+};
+
+TEST_F(CommandBarsTest, MenusAndButtonsStandInTheirOrder) {
+    Start();
+    std::string menus;
+    for (const QAction* const top : console_->Window().menuBar()->actions()) {
+        menus += top->text().toStdString() + "\n";
+        for (const QAction* const item : top->menu()->actions())
+            menus += "  " + (item->isSeparator() ? "-" : item->text().toStdString()) + "\n";
+    }
+    EXPECT_EQ(menus,
+              "&File\n  &View Message Details\n  &Delete Selected Message(s)\n  &Clear All Messages\n  -\n"
+              "  E&xit\n"
+              "&Edit\n  &Apply a Filter to Received Messages\n  &Manage Suppression Filters...\n  -\n"
+              "  &Pause Message Processing\n"
+              "&Tools\n  E&vent Log Viewer\n  Ex&port Messages To Text\n"
+              "&Options\n  Listener Console &Preferences\n"
+              "&Help\n  &Tallyhorn Listener Console Help File\n  &About Tallyhorn Listener Console\n");
+    int buttons = 0;
+    for (const QAction* const button : Find<QToolBar>("tbrMain")->actions()) {
+        buttons += button->isSeparator() ? 0 : 1;
+        EXPECT_TRUE(button->isSeparator() || !(button->icon().isNull() || button->toolTip().isEmpty()))
+            << button->objectName().toStdString();
+    }
+    EXPECT_EQ(buttons, 10);
+}
+
+TEST_F(CommandBarsTest, ButtonsAndMenusLeadToTheSameCommands) {
+    Start();
+    Arrive("Full", "Error");
+    Poll();
+    AwaitShown();
+    ClickTool("eventviewer");
+    EXPECT_EQ(boxes_.Shown.size(), 1U) << "no row is selected";
+    ClickRow(List(0), 0);
+    Choose(Qt::Key_T, Qt::Key_V);
+    AWAIT(programs_.Started.size() == 1U);
+    EXPECT_EQ(programs_.Started[0], (std::vector<std::string>{"eventvwr", "PC"}));
+
+    boxes_.Answer = false;
+    const std::string erase = "Are you sure you want to erase all of the NetBIOS messages received?";
+    const std::string remove = "Are you sure you want to delete the messages you have selected?";
+    boxes_.Shown.clear();
+    ClickTool("clear");
+    ClickTool("delete");
+    Choose(Qt::Key_F, Qt::Key_C);
+    AWAIT(boxes_.Shown.size() == 3U);
+    Choose(Qt::Key_F, Qt::Key_D);
+    AWAIT(boxes_.Shown.size() == 4U);
+    EXPECT_EQ(boxes_.Shown, (std::vector<std::string>{erase, remove, erase, remove}));
+
+    ClickTool("pause");
+    EXPECT_EQ(Panel(3), "Status: Message Processing Paused");
+    Choose(Qt::Key_E, Qt::Key_R);
+    AWAIT(Panel(3) == "Status: Processing Messages");
+}
+
+/// Work that is over soon shows the wait cursor alone.
+TEST_F(CommandBarsTest, LongWorkShowsHowFarItIs) {
+    Start();
+    frmServer& window = console_->Window();
+    const auto* const bar = Find<QProgressBar>("pgbWork");
+    {
+        LongWork work(window, 4);
+        ASSERT_NE(QApplication::overrideCursor(), nullptr);
+        EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        work.Show(1);
+        EXPECT_FALSE(bar->isVisible());
+        QTest::qWait(600);
+        work.Show(2);
+        EXPECT_TRUE(bar->isVisible());
+        EXPECT_EQ(bar->value() * 2, bar->maximum());
+        {
+            LongWork inside(window, 100);
+            inside.Show(99);
+        }
+        EXPECT_EQ(bar->value() * 2, bar->maximum()) << "what is inside shows nothing of its own";
+        ClickTool("clear");
+        EXPECT_TRUE(boxes_.Shown.empty()) << "a command waits for the work's end";
+    }
+    EXPECT_FALSE(bar->isVisible());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    AWAIT(boxes_.Shown.size() == 1U);
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,132 @@
+#include "tests/forms/ControlChecks.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QAccessible>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QLabel>
+#include <QRadioButton>
+#include <QTest>
+#include <QToolBar>
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace tallyhorn {
+namespace {
+
+using Widgets = std::vector<QWidget*>;
+
+/// Not a part of another control, and not a tool button, which goes by its command's name.
+bool IsControl(const QWidget& widget) {
+    const QWidget* const parent = widget.parentWidget();
+    return !widget.objectName().startsWith(QLatin1String("qt_")) &&
+           qobject_cast<const QAbstractScrollArea*>(parent) == nullptr &&
+           qobject_cast<const QComboBox*>(parent) == nullptr &&
+           qobject_cast<const QToolBar*>(parent) == nullptr;
+}
+
+QString Caption(const QWidget& widget) {
+    const QString text = widget.property("text").toString();
+    return widget.inherits("QLineEdit") || widget.inherits("QAbstractSpinBox")
+               ? QString()
+               : text + widget.property("title").toString();
+}
+
+Widgets VisibleControls(const QWidget& window) {
+    Widgets controls;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->window() == &window && IsControl(*widget))
+            controls.push_back(widget);
+    }
+    return controls;
+}
+
+/// The part of the common frame in which the control is.
+QRect PartWith(const QWidget* control, const QWidget* frame) {
+    while (control->parentWidget() != frame)
+        control = control->parentWidget();
+    return control->geometry();
+}
+
+/// Reading goes through a frame before what is beside or below it.
+bool IsReadBefore(const QWidget* one, const QWidget* other) {
+    const QWidget* frame = one->parentWidget();
+    while (!frame->isAncestorOf(other))
+        frame = frame->parentWidget();
+    const QRect a = PartWith(one, frame);
+    const QRect b = PartWith(other, frame);
+    const bool inOneLine = a.top() <= b.bottom() && b.top() <= a.bottom();
+    return inOneLine ? a.left() < b.left() : a.top() < b.top();
+}
+
+/// What the Tab key reaches, from where the focus is until it is there again.
+Widgets TabRound(const QWidget& window) {
+    Widgets reached{window.focusWidget()};
+    for (int i = 0; i < 200; ++i) {
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        if (window.focusWidget() == reached.front())
+            break;
+        if (window.focusWidget() != reached.back())  // a date picker has stops of its own
+            reached.push_back(window.focusWidget());
+    }
+    return reached;
+}
+
+void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
+    ASSERT_NE(window.focusWidget(), nullptr);
+    Widgets order = TabRound(window);
+    std::rotate(order.begin(), std::min_element(order.begin(), order.end(), IsReadBefore), order.end());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j)
+            EXPECT_FALSE(IsReadBefore(order[i], order[j]))
+                << order[i]->objectName().toStdString() << " comes behind "
+                << order[j]->objectName().toStdString();
+    }
+    for (QWidget* const control : controls) {
+        const auto* const radio = qobject_cast<QRadioButton*>(control);
+        if (radio != nullptr && !radio->isChecked())
+            continue;
+        const bool isStop = control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) != 0 &&
+                            control->focusProxy() == nullptr;
+        EXPECT_EQ(std::count(order.begin(), order.end(), control), isStop ? 1 : 0)
+            << control->objectName().toStdString();
+    }
+}
+
+}  // namespace
+
+void ExpectSoundControls(QWidget& window, const std::string& sharedKeys) {
+    const Widgets controls = VisibleControls(window);
+    std::map<QString, int> keys;
+    bool takesFocus = false;
+    for (QWidget* const control : controls) {
+        const bool isStop = (control->focusPolicy() & Qt::TabFocus) != 0 && control->focusProxy() == nullptr;
+        takesFocus = takesFocus || isStop;
+        if (!isStop && Caption(*control).isEmpty())
+            continue;
+        EXPECT_FALSE(control->objectName().isEmpty()) << Caption(*control).toStdString();
+        EXPECT_FALSE(
+            QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name).trimmed().isEmpty())
+            << control->objectName().toStdString();
+        const auto* const button = qobject_cast<QAbstractButton*>(control);
+        if (button != nullptr && button->text().isEmpty()) {
+            EXPECT_FALSE(button->icon().isNull() || button->toolTip().isEmpty())
+                << control->objectName().toStdString();
+        }
+        const QKeySequence key = QKeySequence::mnemonic(Caption(*control));
+        if (!key.isEmpty())
+            ++keys[key.toString().right(1)];
+    }
+    std::string shared;
+    for (const auto& [key, count] : keys)
+        shared += count > 1 ? key.toStdString() : "";
+    EXPECT_EQ(shared, sharedKeys);
+    if (takesFocus)
+        ExpectTabOrder(window, controls);
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "tests/forms/Await.h"
+
+namespace tallyhorn {
+
+/// What a user does in a window and sees there, with real clicks and keys; controls go by their names.
+class DialogFixture : public ::testing::Test {
+protected:
+    /// The window that the test is about.
+    virtual QWidget& Dialog() = 0;
+
+    ~DialogFixture() override { EXPECT_EQ(waitingActs_, 0) << "no dialog has opened"; }
+
+    /// What the user does in the modal dialog that opens next; it has to close it.
+    template <class Modal = QWidget, class Act>
+    void InDialog(Act act) {
+        ++waitingActs_;
+        ActOnceModal(QApplication::activeModalWidget(), [act = std::move(act)](QWidget& window) {
+            auto* const modal = qobject_cast<Modal*>(&window);
+            ASSERT_NE(modal, nullptr) << window.metaObject()->className();
+            act(*modal);
+        });
+    }
+
+    void ShowDialog() {
+        Dialog().show();
+        Dialog().activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&Dialog()));
+    }
+    template <class Control = QWidget>
+    Control* Find(const std::string& name) {
+        auto* const control = Dialog().findChild<Control*>(QString::fromStdString(name));
+        EXPECT_NE(control, nullptr) << name;
+        return control;
+    }
+    /// Where a button's picture or text starts.
+    void Click(const std::string& name) {
+        auto* const control = Find(name);
+        QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(8, control->height() / 2));
+    }
+    /// To where the focus is, as a keyboard does.
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QWidget* const focus = Dialog().focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : &Dialog(), key, modifiers);
+    }
+    /// In place of what stands in the box.
+    void Type(const std::string& name, const QString& text) {
+        auto* const box = Find<QLineEdit>(name);
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(box, Qt::Key_Delete);
+        for (const QChar character : text)
+            QTest::sendKeyEvent(QTest::Click, box, Qt::Key_unknown, QString(character), Qt::NoModifier);
+    }
+    std::string Text(const std::string& name) { return Find<QLineEdit>(name)->text().toStdString(); }
+    bool IsChecked(const std::string& name) { return Find<QAbstractButton>(name)->isChecked(); }
+    std::string Focus() {
+        const QWidget* const widget = Dialog().focusWidget();
+        return widget == nullptr ? "" : widget->objectName().toStdString();
+    }
+
+private:
+    void ActOnceModal(const QWidget* before, const std::function<void(QWidget&)>& act) {
+        QTimer::singleShot(10, &actor_, [this, before, act] {
+            QWidget* const modal = QApplication::activeModalWidget();
+            if (modal == nullptr || modal == before || !modal->isVisible())
+                return ActOnceModal(before, act);
+            --waitingActs_;
+            act(*modal);
+        });
+    }
+
+    QObject actor_;  ///< nothing is done any more once the test is over
+    int waitingActs_ = 0;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,154 @@
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextDocumentFragment>
+
+#include "forms/AnsiString.h"
+#include "records/AnsiText.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/forms/ConsoleFixture.h"
+
+namespace tallyhorn {
+namespace {
+
+struct Hostile {
+    const char* Name;
+    std::string Text;
+};
+
+std::ostream& operator<<(std::ostream& stream, const Hostile& hostile) {
+    return stream << hostile.Name;
+}
+
+/// What a sender wrote goes through every window, onto the clipboard, into the export and to the event
+/// viewer, and is a text everywhere.
+class HostileTextTest : public ConsoleFixture, public ::testing::WithParamInterface<Hostile> {
+protected:
+    void StartWithMessage() {
+        StartListening();
+        Send("Alarm (" + name_ + ") Event raised: System Log, 08/21/2008 2:05:09 PM, " + name_ + ", Error, " +
+             name_ + ", 7, " + name_ + ", " + name_ + ", " + text_);
+        Handle();
+        ShowPage(1);
+        ClickRow(Errors(), 0);
+    }
+    MessageListView* Errors() { return SyslogList(0); }
+    QString Cell(int column) { return Errors()->model()->index(0, column).data().toString(); }
+    /// No label would be read as markup, and a tool tip that is marked up to have it wrapped reads as what
+    /// was sent.
+    void NothingIsMarkup() {
+        for (const QWidget* const widget : QApplication::allWidgets()) {
+            if (const QString tip = widget->toolTip(); Qt::mightBeRichText(tip)) {
+                EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(), ToVisibleLine(upper_));
+            }
+            const auto* const label = qobject_cast<const QLabel*>(widget);
+            if (label != nullptr) {
+                EXPECT_TRUE(label->textFormat() == Qt::PlainText || !Qt::mightBeRichText(label->text()))
+                    << label->text().toStdString();
+            }
+        }
+    }
+
+    const std::string text_ = GetParam().Text;
+    /// What goes where a name belongs.
+    const std::string name_ = text_.substr(0, 300);
+    const std::string upper_ = UpperCase(name_);
+};
+
+TEST_P(HostileTextTest, IsATextInListsAndTree) {
+    StartWithMessage();
+    EXPECT_EQ(Cell(1), ToVisibleLine(name_));
+    EXPECT_EQ(Cell(3), ToVisibleLine(upper_));
+    EXPECT_EQ(Cell(4), ToVisibleLine(upper_));
+    ShowPage(2);
+    EXPECT_EQ(Node({0}).data().toString(), ToVisibleLine(name_) + " ( 1 Event )");
+    Tree()->setCurrentIndex(Node({0}));
+    QTest::keyClick(Tree(), Qt::Key_Asterisk);
+    NothingIsMarkup();
+}
+
+TEST_P(HostileTextTest, IsATextInTheDetailWindowAndOnTheClipboard) {
+    StartWithMessage();
+    Command("view");
+    auto* const box = Find<QPlainTextEdit>("txtMessage");
+    EXPECT_TRUE(box->toPlainText().endsWith(ToVisibleLine(text_).trimmed()));
+    NothingIsMarkup();
+    Click("cmdClipboard");
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(copied.contains(ToQString("\r\nDescription: \r\n" + text_)) ||
+                copied.contains(ToQString("Description: " + text_)))
+        << copied.toStdString();
+
+    InDialog([this](QWidget& dialog) {
+        NothingIsMarkup();
+        const auto* const source = dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"));
+        ASSERT_NE(source, nullptr);
+        EXPECT_EQ(FromQString(source->text()).substr(0, 10), name_.substr(0, 10));
+        dialog.close();
+    });
+    Click("cmdSuppress");
+}
+
+TEST_P(HostileTextTest, IsATextInTheViewFilter) {
+    StartWithMessage();
+    InDialog([this](QWidget& dialog) {
+        auto* const check = dialog.findChild<QCheckBox*>(QStringLiteral("chkFilterOn4"));
+        ASSERT_NE(check, nullptr);
+        check->click();
+        EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("cmbFilterText4"))->currentText(),
+                  ToVisibleLine(upper_));
+        NothingIsMarkup();
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    Command("filter");
+    AwaitShown();
+    EXPECT_EQ(Errors()->model()->rowCount(), 1) << "its bytes are its own";
+}
+
+TEST_P(HostileTextTest, IsATextInTheExport) {
+    StartWithMessage();
+    // A second message, since exactly one is not exported.
+    Send("Event (x): y");
+    Handle();
+    saveDialog_.Answer = folder_ / "export.txt";
+    Command("exporttext");
+    const std::string written = ReadBytes(folder_ / "export.txt");
+    EXPECT_NE(written.find("," + name_ + ",System," + name_ + ",Error," + name_ + ",7," + upper_ + "," +
+                           upper_ + ",\"" + text_ + "\"\r\n"),
+              std::string::npos)
+        << written.substr(0, 2000);
+    ASSERT_EQ(saveDialog_.Asked.size(), 1U);
+    EXPECT_EQ(saveDialog_.Asked[0].first.parent_path(), folder_.Path()) << "no name comes from a sender";
+}
+
+TEST_P(HostileTextTest, IsOneArgumentOfTheEventViewer) {
+    StartWithMessage();
+    Command("eventviewer");
+    if (programs_.Started.empty()) {
+        EXPECT_TRUE(upper_.starts_with('/') || upper_.starts_with('-')) << "only an option is refused";
+        EXPECT_EQ(boxes_.Shown.back(), "Please select a valid message before invoking the Event Viewer!");
+    } else {
+        EXPECT_EQ(programs_.Started[0], (std::vector<std::string>{"eventvwr", upper_}));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, HostileTextTest,
+                         ::testing::Values(Hostile{"Tags",
+                                                   "<b>bold</b><img src='x'><a href=\"file:///etc\">y</a>"},
+                                           Hostile{"FormatLetters", "%s%n%1%2 {0} \\n"},
+                                           Hostile{"ShellText", "`reboot`; $HOME & | > /tmp/x 'a' \"b\""},
+                                           Hostile{"Option", "/l:\\\\host\\share\\x.evtx"},
+                                           Hostile{"ControlCharacters", "a\x01\x07\x08\x1B[31m\x7F\x81z"},
+                                           Hostile{"AccessKeys", "&File && &Yes"},
+                                           Hostile{"RightToLeftMarks",
+                                                   "a\xE2\x80\xAE"
+                                                   "gpj.exe\xE2\x80\xAC\xFD\xFEz"},
+                                           Hostile{"Formula", "=cmd|'/c calc'!A1"},
+                                           Hostile{"SixtyThousandCharacters", std::string(60'000, 'x')}),
+                         [](const auto& one) { return std::string(one.param.Name); });
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <map>
+#include <string>
+
+#include "forms/Pictures.h"
+#include "forms/SvgPicture.h"
+
+namespace tallyhorn {
+namespace {
+
+/// Every icon that there is, by a name for messages.
+std::map<std::string, QIcon> AllIcons() {
+    std::map<std::string, QIcon> icons{{"alarm", AlarmIcon()}, {"console", ConsoleIcon()}};
+    for (std::size_t i = 0; i < EventPictureCount; ++i)
+        icons["event " + std::to_string(i)] = EventIcon(static_cast<EventPicture>(i));
+    for (std::size_t i = 0; i < CommandPictureCount; ++i)
+        icons["command " + std::to_string(i)] = CommandIcon(static_cast<CommandPicture>(i));
+    return icons;
+}
+
+QImage Drawn(const QIcon& icon, int side, QRgb background, QIcon::Mode mode = QIcon::Normal) {
+    QImage image(side, side, QImage::Format_RGB32);
+    image.fill(background);
+    QPainter painter(&image);
+    icon.paint(&painter, image.rect(), Qt::AlignCenter, mode);
+    painter.end();
+    return image;
+}
+
+/// How many pixels tell the two apart at a glance, in shades of grey: shapes tell, not colours.
+int ClearlyDifferent(const QImage& one, const QImage& other) {
+    constexpr int Clear = 48;  ///< of 255 shades
+    int count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x)
+            count += std::abs(qGray(one.pixel(x, y)) - qGray(other.pixel(x, y))) >= Clear ? 1 : 0;
+    }
+    return count;
+}
+
+constexpr QRgb Light = 0xFFFFFFFF;
+constexpr QRgb Dark = 0xFF232629;
+
+TEST(PicturesTest, EachIsSeenAndNoTwoAreAlikeAt16Pixels) {
+    const std::map<std::string, QIcon> icons = AllIcons();
+    ASSERT_EQ(icons.size(), 22U);
+    for (const QRgb background : {Light, Dark}) {
+        QImage empty(16, 16, QImage::Format_RGB32);
+        empty.fill(background);
+        for (const auto& [name, icon] : icons) {
+            const QImage image = Drawn(icon, 16, background);
+            EXPECT_GE(ClearlyDifferent(image, empty), 24) << name;
+            for (const auto& [otherName, other] : icons) {
+                if (otherName == name)
+                    continue;
+                EXPECT_GE(ClearlyDifferent(image, Drawn(other, 16, background)), 12)
+                    << name << " and " << otherName;
+            }
+        }
+    }
+}
+
+TEST(PicturesTest, DisabledOnesAreFainterAndAllSizesAreFilled) {
+    const auto darkness = [](const QImage& image) {
+        int sum = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                sum += 255 - qGray(image.pixel(x, y));
+        }
+        return sum;
+    };
+    for (const auto& [name, icon] : AllIcons()) {
+        const int normal = darkness(Drawn(icon, 32, Light));
+        EXPECT_NEAR(darkness(Drawn(icon, 32, Light, QIcon::Disabled)), normal * 0.4, normal * 0.02) << name;
+        EXPECT_NEAR(darkness(Drawn(icon, 64, Light)), normal * 4, normal * 0.1) << name;
+    }
+}
+
+std::optional<SvgPicture> Read(const std::string& inside) {
+    return SvgPicture::Read(QByteArray::fromStdString(
+        R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)" + inside + "</svg>"));
+}
+
+TEST(SvgPictureTest, ReadsWhatItKnows) {
+    for (
+        const char* const inside : {
+            R"(<circle cx="8" cy="-8.5" r="7"/>)",
+            R"(<!-- a disc --> <circle cx="8" cy="8" r="7" fill="none" stroke="#0a1b2c"/>)",
+            R"(<rect x="1" y="2" width="3" height="4" rx="1.5" fill="#ffffff"></rect>)",
+            R"(<line x1="1" y1="2" x2="3" y2="4" stroke="#ffffff" stroke-width="0.5" stroke-linecap="square"/>)",
+            R"(<polygon points="1,2 3,4 5 6" stroke="#ffffff" stroke-linejoin="bevel"/>)",
+            R"(<polyline points="1,2,3,4"/>)",
+            R"(<path d="M 1 2 L 3,4 H 5 V 6 C 1 2 3 4 5 6 Z M 7 8 H 9"/>)",
+        })
+        EXPECT_TRUE(Read(inside)) << inside;
+}
+
+TEST(SvgPictureTest, RefusesWhatItDoesNotKnow) {
+    const std::string good = R"(<circle cx="8" cy="8" r="7"/>)";
+    ASSERT_TRUE(Read(good));
+    for (const char* const inside : {
+             "<ellipse cx='8' cy='8' rx='7' ry='7'/>",
+             "<circle cx='8' cy='8' r='7'><title>x</title></circle>",
+             "text",
+             "<circle xmlns='urn:other' cx='8' cy='8' r='7'/>",
+             "<circle cx='8' cy='8'/>",
+             "<circle cx='8' cy='8' r='0'/>",
+             "<circle cx='8' cy='8' r='7' opacity='0.5'/>",
+             "<circle cx='8' cy='8' r='7' fill='red'/>",
+             "<circle cx='8' cy='8' r='7' stroke-width='2'/>",
+             "<circle cx='8px' cy='8' r='7'/>",
+             "<rect x='1' y='1' width='2' height='4' rx='1.1'/>",
+             "<polygon points='1,2 3'/>",
+             "<path d='M 1 2 L 3'/>",
+             "<path d='M 1 2 A 3 4 5 6 7 8 9'/>",
+         }) {
+        EXPECT_FALSE(Read(inside)) << inside;
+        EXPECT_FALSE(Read(good + inside)) << inside << " behind a good one";
+    }
+}
+
+TEST(SvgPictureTest, RefusesOtherRoots) {
+    const QByteArray shape = R"(<circle cx="8" cy="8" r="7"/></svg>)";
+    const QByteArray root = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)";
+    ASSERT_TRUE(SvgPicture::Read(root + shape));
+    for (const QByteArray& file : {
+             QByteArray(),
+             root + "</svg>",
+             "<svg viewBox='0 0 16 16'>" + shape,
+             "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 24 24'>" + shape,
+             "<!DOCTYPE svg>" + root + shape,
+             root + shape + root + shape,
+         })
+        EXPECT_FALSE(SvgPicture::Read(file)) << file.constData();
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,113 @@
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "app/QtSaveDialog.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
+#include "tests/forms/DialogFixture.h"
+#include "views/forms/frmServer.h"
+
+namespace tallyhorn {
+namespace {
+
+namespace fs = std::filesystem;
+using Answer = std::optional<fs::path>;
+
+class QtSaveDialogTest : public DialogFixture {
+protected:
+    QWidget& Dialog() override { return owner_; }
+    /// Asks, and lets `act` run once the dialog stands open.
+    Answer Ask(const fs::path& proposal, const std::function<void(QFileDialog&)>& act) {
+        InDialog<QFileDialog>(act);
+        Answer answer = dialog_.AskFile(proposal, "Text files (*.txt)|*.txt");
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        return answer;
+    }
+    static QLineEdit* NameBox(QFileDialog& dialog) {
+        return dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    }
+    static void TypeName(QFileDialog& dialog, const QString& name) {
+        // Simulated keys are ASCII alone.
+        NameBox(dialog)->setText(name);
+        QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+    }
+    static void Press(QMessageBox& box, QMessageBox::StandardButton button) {
+        QTest::mouseClick(box.button(button), Qt::LeftButton);
+    }
+
+    TemporaryFolder folder_;
+    const fs::path proposal_ = folder_.Path() / "Received_Syslog_Messages_25-Dec-2008.txt";
+    QWidget owner_;
+    QtSaveDialog dialog_;
+};
+
+TEST_F(QtSaveDialogTest, ProposesFolderNameAndFileType) {
+    dialog_.SetOwner(&owner_);
+    const QDir folder(folder_.Path());
+    const Answer answer = Ask(proposal_, [this, &folder](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.parentWidget(), &owner_);
+        EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+        EXPECT_EQ(dialog.directory(), folder);
+        EXPECT_EQ(NameBox(dialog)->text(), QStringLiteral("Received_Syslog_Messages_25-Dec-2008.txt"));
+        EXPECT_EQ(dialog.nameFilters(), QStringList(QStringLiteral("Text files (*.txt)")));
+        EXPECT_EQ(dialog.defaultSuffix(), QStringLiteral("txt"));
+        QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+    });
+    EXPECT_EQ(answer, proposal_);
+}
+
+TEST_F(QtSaveDialogTest, GivesTheNameThatWasTyped) {
+    const struct {
+        const char16_t* Typed;
+        const char16_t* Given;
+    } cases[] = {
+        {u"mine", u"mine.txt"},
+        {u"mine.csv", u"mine.csv"},
+        {u"\u00DCbersicht \u2013 \u65E5\u672C", u"\u00DCbersicht \u2013 \u65E5\u672C.txt"},
+    };
+    for (const auto& each : cases) {
+        const Answer answer =
+            Ask(proposal_, [&](QFileDialog& dialog) { TypeName(dialog, QString::fromUtf16(each.Typed)); });
+        EXPECT_EQ(answer, folder_.Path() / each.Given);
+    }
+    const fs::path inside = folder_.Path() / u"\u00C4rger";
+    fs::create_directory(inside);
+    EXPECT_EQ(Ask(inside / u"\u00F6.txt",
+                  [](QFileDialog& dialog) { QTest::keyClick(NameBox(dialog), Qt::Key_Return); }),
+              inside / u"\u00F6.txt");
+}
+
+TEST_F(QtSaveDialogTest, EscapeCancels) {
+    EXPECT_EQ(Ask(proposal_, [](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }),
+              std::nullopt);
+}
+
+TEST_F(QtSaveDialogTest, AsksBeforeItNamesAnExistingFile) {
+    WriteBytes(proposal_, "old");
+    EXPECT_EQ(Ask(proposal_,
+                  [this](QFileDialog& dialog) {
+                      InDialog<QMessageBox>([](QMessageBox& box) { Press(box, QMessageBox::No); });
+                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+                      EXPECT_TRUE(dialog.isVisible()) << "the user may choose another name";
+                      InDialog<QMessageBox>([](QMessageBox& box) { Press(box, QMessageBox::Yes); });
+                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+                  }),
+              proposal_);
+    EXPECT_EQ(ReadBytes(proposal_), "old");
+}
+
+TEST_F(QtSaveDialogTest, TheEndOfTheSessionCancelsIt) {
+    EXPECT_EQ(Ask(proposal_, [](QFileDialog& /*dialog*/) { frmServer::DismissQuestions(); }), std::nullopt);
+    WriteBytes(proposal_, "old");
+    EXPECT_EQ(Ask(proposal_,
+                  [this](QFileDialog& dialog) {
+                      InDialog<QMessageBox>([](QMessageBox& /*box*/) { frmServer::DismissQuestions(); });
+                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+                  }),
+              std::nullopt);
+}
+
+}  // namespace
+}  // namespace tallyhorn

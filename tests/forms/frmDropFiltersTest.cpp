@@ -1,0 +1,445 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QDateTimeEdit>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTreeView>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "filters/forms/frmDropFilters.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/FilterSlots.h"
+#include "tests/fakes/TemporaryFolder.h"
+#include "tests/forms/ControlChecks.h"
+#include "tests/forms/DialogFixture.h"
+
+namespace tallyhorn {
+namespace {
+
+class frmDropFiltersTest : public DialogFixture {
+protected:
+    frmDropFiltersTest() { filters_.OpenFilterFile(); }
+
+    QWidget& Dialog() override { return *dialog_; }
+    void Make() { dialog_ = std::make_unique<frmDropFilters>(filters_, boxes_, clock_); }
+    void Manage(const std::string& file) {
+        WriteBytes(path_, file);
+        Make();
+        dialog_->InitFormAsManager();
+        ShowDialog();
+    }
+    void QuickAdd(const AlarmRecord& alarm) {
+        Make();
+        dialog_->InitFormAsQuickAdd(alarm);
+        ShowDialog();
+    }
+
+    QAbstractItemModel* Model() { return Find<QTreeView>("lvwManageFilters")->model(); }
+    std::vector<std::string> Listed() {
+        std::vector<std::string> names;
+        for (int row = 0; row < Model()->rowCount(); ++row)
+            names.push_back(Model()->index(row, 0).data().toString().toStdString());
+        return names;
+    }
+    void ClickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        auto* const list = Find<QTreeView>("lvwManageFilters");
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, modifiers,
+                          list->visualRect(Model()->index(row, 0)).center());
+    }
+    int SelectedRow() {
+        const QModelIndexList rows = Find<QTreeView>("lvwManageFilters")->selectionModel()->selectedRows();
+        return rows.size() == 1 ? rows.front().row() : -1;
+    }
+    /// Failing comparisons of whole slots would hide everything else.
+    bool FileIs(const std::string& bytes) { return ReadBytes(path_) == bytes; }
+    bool Suppressed(const char* source) {
+        AlarmRecord alarm;
+        alarm.Source = source;
+        return filters_.IsSuppressed(alarm);
+    }
+
+    void ExpectManage() { ExpectMode(true, "Manage Suppression Filters", "&Close"); }
+    void ExpectFields() { ExpectMode(false, "Create/Edit A Suppression Filter", "&Cancel"); }
+    void ExpectMode(bool manage, const char* title, const char* cancel) {
+        EXPECT_TRUE(dialog_->isVisible());
+        EXPECT_EQ(dialog_->windowTitle(), title);
+        EXPECT_EQ(Find<QPushButton>("cmdCancel")->text(), cancel);
+        EXPECT_TRUE(Find("fraFilterProps")->isVisible() && Find("txtEventID")->isEnabled());
+        EXPECT_EQ(Find("fraManageFilters")->isVisible(), manage);
+        for (const char* name : {"lblInstructions", "lblFilterName", "txtFilterName", "cmdOK"}) {
+            EXPECT_NE(Find(name)->isVisible(), manage) << name;
+            EXPECT_NE(Find(name)->isEnabled(), manage) << name;
+        }
+        const bool anyListed = Model()->rowCount() > 0;
+        if (manage) {
+            EXPECT_EQ(Focus(), anyListed ? "lvwManageFilters" : "cmdAdd");
+        }
+        for (const char* name : {"lvwManageFilters", "cmdEdit", "cmdDelete"})
+            EXPECT_EQ(Find(name)->isEnabled(), manage && anyListed) << name;
+        EXPECT_EQ(Find<QTreeView>("lvwManageFilters")->viewport()->backgroundRole(),
+                  anyListed ? QPalette::Base : QPalette::Button);
+    }
+
+    const std::string a_ = SlotOf(FilterOn("A", "a"));
+    const std::string b_ = SlotOf(FilterOn("B", "b"));
+    const std::string blank_ = SlotOf(SuppressionFilter());
+
+    TemporaryFolder folder_;
+    const std::filesystem::path path_ = folder_ / "SavedFilters.dat";
+    SuppressionFilters filters_{path_};
+    FakeMessageBoxes boxes_;
+    FakeClock clock_;
+    std::unique_ptr<frmDropFilters> dialog_;
+};
+
+TEST_F(frmDropFiltersTest, HasSoundControlsInBothModes) {
+    Manage(a_);
+    Click("optFilterByDate0");
+    ExpectSoundControls(*dialog_, "ACEF");
+    Click("cmdAdd");
+    EXPECT_EQ(Focus(), "txtFilterName");
+    ExpectSoundControls(*dialog_, "CP");
+}
+
+TEST_F(frmDropFiltersTest, AccessKeysLeadWhereTheCaptionsSay) {
+    // Controls that share a key take turns from the top, and it leads there without pressing them.
+    const struct {
+        Qt::Key Key;
+        std::vector<std::string> InManager;
+        std::vector<std::string> Adding;
+    } cases[] = {
+        {Qt::Key_F, {"lvwManageFilters", "chkType3"}, {"chkType3"}},
+        {Qt::Key_A, {"cmdAdd", "chkType4"}, {"chkType4"}},
+        {Qt::Key_B, {"dtBegin"}, {"dtBegin"}},
+        {Qt::Key_T, {"chkType0"}, {"chkType0"}},
+        {Qt::Key_I, {"chkType0"}, {"chkType0"}},
+        {Qt::Key_W, {"chkType1"}, {"chkType1"}},
+        {Qt::Key_O, {"chkType2"}, {"chkType2"}},
+        {Qt::Key_S, {"txtSource"}, {"txtSource"}},
+        {Qt::Key_C, {"txtCategory", "cmdCancel"}, {"txtCategory", "cmdCancel"}},
+        {Qt::Key_U, {"txtUser"}, {"txtUser"}},
+        {Qt::Key_P, {"txtComputer"}, {"txtFilterName", "txtComputer"}},
+        {Qt::Key_V, {"txtEventID"}, {"txtEventID"}},
+    };
+    for (const bool adding : {false, true}) {
+        Manage(a_);
+        if (adding)
+            Click("cmdAdd");
+        Find<QRadioButton>("optFilterByDate0")->setChecked(true);
+        for (const auto& oneCase : cases) {
+            SCOPED_TRACE(QKeySequence(oneCase.Key).toString().toStdString() + (adding ? " adding" : ""));
+            Find("txtUser")->setFocus();
+            Find("chkType4")->setFocus();
+            for (const std::string& name : adding ? oneCase.Adding : oneCase.InManager) {
+                Press(oneCase.Key, Qt::AltModifier);
+                EXPECT_EQ(Focus(), name);
+            }
+        }
+        Press(Qt::Key_N, Qt::AltModifier);
+        AWAIT(Find<QRadioButton>("optFilterByDate1")->isChecked());
+        Press(Qt::Key_B, Qt::AltModifier);
+        EXPECT_NE(Focus(), "dtBegin") << "out of use";
+        Press(Qt::Key_Y, Qt::AltModifier);
+        AWAIT(Find<QRadioButton>("optFilterByDate0")->isChecked());
+    }
+    Press(Qt::Key_Escape);
+    Press(Qt::Key_N, Qt::AltModifier);
+    AWAIT(Find<QRadioButton>("optFilterByDate1")->isChecked());
+    Press(Qt::Key_E, Qt::AltModifier);
+    AWAIT(Find("txtFilterName")->isVisible());
+    EXPECT_EQ(Text("txtFilterName"), "A");
+    Press(Qt::Key_Escape);
+    Press(Qt::Key_D, Qt::AltModifier);
+    AWAIT(Listed().empty());
+    EXPECT_TRUE(FileIs(blank_));
+}
+
+TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
+    Manage("");
+    ExpectManage();
+    Press(Qt::Key_Space);  // Add has the focus
+    ExpectFields();
+    EXPECT_EQ(Focus(), "txtFilterName");
+    QTest::keyClicks(dialog_->focusWidget(), "night");
+    Type("txtSource", "Disk");
+    Type("txtEventID", "0");
+    Click("chkType1");
+    Click("chkType4");
+    Find("txtCategory")->setFocus();
+    Press(Qt::Key_Return);
+    ExpectManage();
+    SuppressionFilter night = FilterOn("night", "Disk");
+    night.EventID = 0;
+    night.EventTypes = FilterWarning | FilterSuccessAudit;
+    EXPECT_TRUE(FileIs(SlotOf(night)));
+    EXPECT_EQ(Listed(), std::vector<std::string>{"night"});
+    EXPECT_FALSE(Suppressed("Disk")) << "only once the dialog has closed";
+
+    Click("cmdEdit");
+    ExpectFields();
+    EXPECT_EQ(Text("txtFilterName") + Text("txtSource") + Text("txtEventID"), "nightDisk0");
+    EXPECT_TRUE(IsChecked("chkType1") && IsChecked("chkType4") && !IsChecked("chkType0"));
+    QTest::keyClicks(dialog_->focusWidget(), "day");  // replaces the name
+    Type("txtEventID", "");
+    Click("chkType1");
+    Click("chkType4");
+    Type("txtUser", "u");
+    Type("txtComputer", "pc");
+    Type("txtCategory", "cat");
+    Click("cmdOK");
+    ExpectManage();
+    EXPECT_EQ(Text("txtEventID"), "-1");
+    SuppressionFilter day = FilterOn("day", "Disk");
+    day.AccountName = "u";
+    day.Computer = "pc";
+    day.Category = "cat";
+    EXPECT_TRUE(FileIs(SlotOf(day)));
+    EXPECT_EQ(Listed(), std::vector<std::string>{"day"});
+
+    Click("cmdDelete");
+    ExpectManage();
+    EXPECT_TRUE(FileIs(blank_));
+    Click("cmdAdd");
+    for (const char* box :
+         {"txtFilterName", "txtSource", "txtCategory", "txtUser", "txtComputer", "txtEventID"})
+        EXPECT_EQ(Text(box), "") << box;
+    EXPECT_TRUE(boxes_.Shown.empty());
+}
+
+/// What is said is the editor's; the form keeps what was typed and leads to what is wrong.
+TEST_F(frmDropFiltersTest, RefusesAndKeepsWhatWasTyped) {
+    const std::string file = SlotOf(FilterOn("MY FILTER", "a"));
+    Manage(file);
+    Click("cmdAdd");
+    const struct {
+        const char* Name;
+        const char* EventID;
+        std::size_t Boxes;
+        const char* Focus;
+    } cases[] = {
+        {"", "1", 1, "txtFilterName"},
+        {"my filter", "1", 1, "txtFilterName"},
+        {"1234567890123456789012345678901", "x", 1, "cmdOK"},
+        {"new", "2147483648", 0, "txtEventID"},
+    };
+    for (const auto& [name, eventId, boxes, focus] : cases) {
+        SCOPED_TRACE(name);
+        boxes_.Shown.clear();
+        Type("txtFilterName", name);
+        Type("txtEventID", eventId);
+        Find("cmdOK")->setFocus();
+        Press(Qt::Key_Return);
+        EXPECT_EQ(boxes_.Shown.size(), boxes);
+        ExpectFields();
+        EXPECT_EQ(Focus(), focus);
+        EXPECT_EQ(Text("txtFilterName"), name);
+        EXPECT_EQ(Text("txtEventID"), eventId);
+        EXPECT_TRUE(FileIs(file));
+    }
+    Click("cmdCancel");
+    ExpectManage();
+    EXPECT_EQ(Text("txtEventID"), "2147483648") << "fields keep what was typed";
+    Click("cmdEdit");
+    Click("cmdOK");
+    EXPECT_EQ(
+        boxes_.Shown,
+        std::vector<std::string>{"The filter name you have chosen (MY FILTER) is already in use.  Please "
+                                 "enter a different filter name and try again."})
+        << "an unchanged name too";
+    ExpectFields();
+}
+
+TEST_F(frmDropFiltersTest, QuickAddProposesAndEndsInTheManager) {
+    AlarmRecord alarm;
+    alarm.EventID = 7036;
+    alarm.Source = "Service Control";
+    alarm.TypeOfEvent = "Information";
+    for (const bool saved : {false, true}) {
+        WriteBytes(path_, a_);
+        QuickAdd(alarm);
+        ExpectFields();
+        EXPECT_EQ(Focus(), "txtFilterName");
+        EXPECT_EQ(Text("txtFilterName"), "7036_Service Control");
+        Press(saved ? Qt::Key_Return : Qt::Key_Escape);
+        ExpectManage();
+        SuppressionFilter filter = FilterOn("7036_Service Control", "Service Control");
+        filter.EventID = 7036;
+        filter.EventTypes = FilterInformation;
+        EXPECT_TRUE(FileIs(saved ? a_ + SlotOf(filter) : a_));
+        EXPECT_EQ(SelectedRow(), saved ? 1 : 0);
+        Press(Qt::Key_Escape);
+        EXPECT_FALSE(dialog_->isVisible());
+        EXPECT_EQ(filters_.IsSuppressed(alarm), saved);
+    }
+}
+
+TEST_F(frmDropFiltersTest, EveryWayOfClosingLetsTheTableFollowTheFile) {
+    const struct {
+        const char* Name;
+        std::function<void()> Close;
+    } ways[] = {
+        {"the window's button", [this] { dialog_->close(); }},
+        {"the window's button while editing", [this] { Click("cmdEdit"), dialog_->close(); }},
+        {"Close", [this] { Click("cmdCancel"); }},
+        {"Escape", [this] { Press(Qt::Key_Escape); }},
+        {"Escape twice", [this] { Click("cmdAdd"), Press(Qt::Key_Escape), Press(Qt::Key_Escape); }},
+        {"Return", [this] { Press(Qt::Key_Return); }},
+        {"Cancel in no mode yet", [this] { dialog_->InitForm(), Click("cmdCancel"); }},
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.Name);
+        Manage(b_);
+        EXPECT_FALSE(Suppressed("a"));
+        // Another file in its place: found by opening it anew alone.
+        WriteBytes(folder_ / "other", blank_ + a_);
+        std::filesystem::rename(folder_ / "other", path_);
+        way.Close();
+        EXPECT_EQ(dialog_->result(), QDialog::Rejected);
+        EXPECT_FALSE(dialog_->isVisible());
+        EXPECT_TRUE(Suppressed("a"));
+        EXPECT_EQ(filters_.FilterCount, 1) << "filters in the table, no more slots of the file";
+        WriteBytes(path_, "");
+        filters_.LoadSuppressionFilters();
+    }
+    EXPECT_TRUE(boxes_.Shown.empty());
+}
+
+TEST_F(frmDropFiltersTest, DatesAreOutOfUseUnlessChosenAndAreSavedToTheSecond) {
+    clock_.Local = MakeAlarmDate({2026, 9, 3, 14, 5, 9})->Seconds;
+    Manage("");
+    auto* const begin = Find<QDateTimeEdit>("dtBegin");
+    auto* const end = Find<QDateTimeEdit>("dtEnd");
+    const auto expectEnabled = [this](bool enabled) {
+        for (const char* name : {"dtBegin", "dtEnd", "lblBeginDate", "lblEndDate"})
+            EXPECT_EQ(Find(name)->isEnabled(), enabled) << name;
+    };
+    for (const QDateTimeEdit* picker : {begin, end})
+        EXPECT_EQ(picker->text(), "September 03 2026 02:05:09 PM");
+    expectEnabled(false);
+    Click("cmdAdd");
+    Type("txtFilterName", "dated");
+    Click("optFilterByDate0");
+    expectEnabled(true);
+    Click("optFilterByDate1");
+    expectEnabled(false);
+    Click("optFilterByDate0");
+    begin->setCurrentSection(QDateTimeEdit::MonthSection);
+    begin->setFocus();
+    QTest::keyClick(begin, Qt::Key_Down);
+    end->setFocus();
+    end->setSelectedSection(QDateTimeEdit::AmPmSection);
+    QTest::keyClick(end, Qt::Key_Down);
+    end->setSelectedSection(QDateTimeEdit::DaySection);
+    QTest::keyClicks(end, "28");
+    QTest::keyClick(end, Qt::Key_Return);
+    ExpectManage();
+    SuppressionFilter dated = FilterOn("dated", "");
+    dated.UseDateRange = FilterTrue;
+    dated.BeginDate = DaysFromAlarmDate(*MakeAlarmDate({2026, 8, 3, 14, 5, 9}));
+    dated.EndDate = DaysFromAlarmDate(*MakeAlarmDate({2026, 9, 28, 2, 5, 9}));
+    EXPECT_TRUE(FileIs(SlotOf(dated)));
+
+    Click("cmdAdd");
+    expectEnabled(false);
+    Click("cmdCancel");
+    Click("cmdEdit");
+    expectEnabled(true);
+    EXPECT_EQ(begin->text(), "August 03 2026 02:05:09 PM");
+    EXPECT_EQ(end->text(), "September 28 2026 02:05:09 AM");
+    Type("txtFilterName", "free");
+    Click("optFilterByDate1");
+    Click("cmdOK");
+    dated.FilterName = "free";
+    dated.UseDateRange = FilterFalse;
+    EXPECT_TRUE(FileIs(SlotOf(dated))) << "the record keeps its dates";
+}
+
+TEST_F(frmDropFiltersTest, ShowsForeignFilesAsTheyAreAndBreaksNothing) {
+    SuppressionFilter hostile = FilterOn(std::string("<b>a</b> &F\x81\t%s\0x", 17), "<img src=x>\n");
+    hostile.UseDateRange = 5;
+    hostile.BeginDate = std::numeric_limits<double>::quiet_NaN();
+    hostile.EndDate = 1e300;
+    hostile.EventTypes = -1;
+    Manage(SlotOf(hostile));
+    EXPECT_EQ(Listed(), std::vector<std::string>{"<b>a</b> &F\u00B7\u00B7%sx"});
+    Click("cmdEdit");
+    EXPECT_EQ(Find<QDateTimeEdit>("dtBegin")->text(), "January 01 0100 12:00:00 AM");
+    EXPECT_EQ(Find<QDateTimeEdit>("dtEnd")->text(), "December 31 9999 11:59:59 PM");
+    auto* const name = Find<QLineEdit>("txtFilterName");
+    name->setText(name->text() + QString::fromUtf8("\u20AC\u4E2D"));
+    Find<QLineEdit>("txtComputer")->setText(QString(40'000, QLatin1Char('p')));
+    Click("cmdOK");
+    ExpectManage();
+    SuppressionFilter saved = hostile;
+    saved.FilterName = "<b>a</b> &F\x81\t%sx\x80?";
+    saved.UseDateRange = FilterTrue;
+    saved.BeginDate = DaysFromAlarmDate(FirstTypedDate);
+    saved.EndDate = DaysFromAlarmDate(LastTypedDate);
+    saved.EventTypes = 31;
+    saved.Computer = std::string(30, 'p');
+    EXPECT_TRUE(FileIs(SlotOf(saved)));
+}
+
+TEST_F(frmDropFiltersTest, SortsByItsHeaderAndKeepsSelectedWhatIsActedOn) {
+    const std::string c = SlotOf(FilterOn("c", ""));
+    Manage(b_ + c + blank_ + a_);
+    const QAbstractItemModelTester tester(Model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    auto* const list = Find<QTreeView>("lvwManageFilters");
+    QWidget* const header = list->header()->viewport();
+    EXPECT_EQ(Model()->headerData(0, Qt::Horizontal).toString(), "Suppression Filter Name");
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"B", "c", "A"}));
+    EXPECT_EQ(SelectedRow(), 0);
+    QTest::mouseClick(header, Qt::LeftButton);
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"A", "B", "c"}));
+    EXPECT_EQ(SelectedRow(), 1);
+    QTest::mouseClick(header, Qt::LeftButton);
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"c", "B", "A"}));
+    ClickRow(2);
+    EXPECT_EQ(SelectedRow(), 2);
+    ClickRow(2, Qt::ControlModifier);
+    EXPECT_EQ(SelectedRow(), 2) << "cannot be taken away";
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      QPoint(5, list->viewport()->height() - 2));
+    EXPECT_EQ(SelectedRow(), 2);
+    Press(Qt::Key_Up);
+    EXPECT_EQ(SelectedRow(), 1);
+    Click("cmdDelete");
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"c", "A"}));
+    EXPECT_EQ(SelectedRow(), 1);
+    EXPECT_TRUE(FileIs(blank_ + c + blank_ + a_));
+    Click("cmdEdit");
+    Type("txtFilterName", "d");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"d", "c"}));
+    EXPECT_EQ(SelectedRow(), 0);
+    EXPECT_TRUE(FileIs(blank_ + c + blank_ + SlotOf(FilterOn("d", "a"))));
+}
+
+TEST_F(frmDropFiltersTest, KeepsItsPlaceInALongList) {
+    std::string file;
+    for (int i = 0; i < 2'000; ++i)
+        file += SlotOf(FilterOn("filter " + std::to_string(i), ""));
+    Manage(file);
+    auto* const list = Find<QTreeView>("lvwManageFilters");
+    list->setCurrentIndex(Model()->index(1'000, 0));
+    const auto topRow = [list] { return list->indexAt(QPoint(2, 2)).row(); };
+    AWAIT(topRow() > 900);
+    const int top = topRow();
+    Click("cmdDelete");
+    EXPECT_EQ(SelectedRow(), 1'000);
+    EXPECT_EQ(topRow(), top);
+    Click("cmdAdd");
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(topRow(), top);
+}
+
+}  // namespace
+}  // namespace tallyhorn

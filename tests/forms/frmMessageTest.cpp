@@ -1,0 +1,447 @@
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <optional>
+
+#include "forms/AnsiString.h"
+#include "tests/forms/ConsoleFixture.h"
+#include "tests/forms/ControlChecks.h"
+#include "tests/views/CommandsFixture.h"
+#include "views/forms/frmMessage.h"
+
+namespace tallyhorn {
+namespace {
+
+class frmMessageTest : public ConsoleFixture {
+protected:
+    /// Errors in a NetBIOS list, dated by the minute.
+    void ArriveAt(std::initializer_list<int> minutes) {
+        for (const int minute : minutes) {
+            std::string number = std::to_string(minute);
+            number.insert(0, 2 - number.size(), '0');
+            std::string text = "Date: 08/21/2008 14:";
+            text.append(number).append(":00\r\n\r\n\r\n(m").append(number);
+            ArriveText(text.append(")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: Error\r\n"));
+        }
+        Poll();
+        AwaitShown();
+    }
+    void SendDescription(const std::string& computer, const std::string& description) {
+        Send(Datagram("Full", "Error", computer, description));
+        Handle();
+    }
+
+    /// The open window; nullptr where none is.
+    frmMessage* Window() {
+        for (auto* const window : console_->Window().findChildren<frmMessage*>())
+            if (window->isVisible())
+                return window;
+        return nullptr;
+    }
+    QPushButton* Button(const char* name) {
+        return Window()->findChild<QPushButton*>(QString::fromLatin1(name));
+    }
+    QPlainTextEdit* Box() { return Window()->findChild<QPlainTextEdit*>(QStringLiteral("txtMessage")); }
+    /// The alarm or description on show with the arrows that lead on; "-" where no window is open.
+    std::string Shown() {
+        if (Window() == nullptr)
+            return "-";
+        const QString text = Box()->toPlainText();
+        const qsizetype open = text.indexOf(QLatin1Char('('));
+        const QString name = open >= 0 ? text.mid(open + 1, text.indexOf(QLatin1Char(')')) - open - 1)
+                                       : text.mid(text.lastIndexOf(QLatin1Char('\n')) + 1);
+        return name.toStdString() + (Button("cmdUp")->isEnabled() ? "^" : "") +
+               (Button("cmdDown")->isEnabled() ? "v" : "");
+    }
+    void Click(const char* button) { QTest::mouseClick(Button(button), Qt::LeftButton); }
+    /// To where the focus is, as a keyboard does.
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+        QWidget* const focus = Window()->focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : Window(), key, modifiers);
+    }
+
+    void Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseDClick(list->viewport(), button, Qt::NoModifier,
+                           list->visualRect(list->model()->index(row, 0)).center());
+    }
+    std::vector<int> SelectedRows(MessageListView* list) {
+        const QImage image = list->viewport()->grab().toImage();
+        std::vector<int> rows;
+        for (int row = 0; row < list->model()->rowCount(); ++row) {
+            const QRect cell = list->visualRect(list->model()->index(row, 0));
+            const QPointF start(cell.left() + 1, cell.center().y());
+            if (image.pixelColor((start * image.devicePixelRatio()).toPoint()) !=
+                list->palette().color(QPalette::Base))
+                rows.push_back(row);
+        }
+        return rows;
+    }
+    void OpenNode(const std::vector<int>& way) {
+        for (std::size_t depth = 1; depth < way.size(); ++depth) {
+            Tree()->setExpanded(Node({way.begin(), way.begin() + static_cast<std::ptrdiff_t>(depth)}), true);
+            QCoreApplication::processEvents();
+        }
+        const QPoint node = Tree()->visualRect(Node(way)).center();
+        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
+        QTest::mouseDClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
+    }
+    std::string CurrentLeaf() {
+        return std::to_string(Tree()->currentIndex().row()) + " of " +
+               Tree()->currentIndex().parent().data().toString().toStdString();
+    }
+};
+
+TEST_F(frmMessageTest, SaysWhatItIs) {
+    Start();
+    ArriveAt({1});
+    Open(List(0), 0);
+    ASSERT_NE(Window(), nullptr);
+    EXPECT_EQ(Window()->windowTitle(), "Full Message Contents");
+    EXPECT_FALSE(Window()->isModal());
+    EXPECT_EQ(Button("cmdUp")->toolTip(), "Previous message (Ctrl-Up Arrow)") << "it tells the key";
+    EXPECT_TRUE(Box()->isReadOnly());
+    EXPECT_EQ(Window()->focusWidget(), Box());
+    EXPECT_EQ(Box()->toPlainText(),
+              "Date: 08/21/2008 14:01:00\n\n\n(m01)\n\n\nLog: System\nSource: Disk\nType: Error\n");
+    ExpectSoundControls(*Window());
+}
+
+TEST_F(frmMessageTest, OpensOneWindowByMouseKeyAndCommand) {
+    Start();
+    ArriveAt({1, 2, 3});
+    Command("view");
+    EXPECT_EQ(Shown(), "-") << "nothing is selected";
+    Open(List(0), 1, Qt::RightButton);
+    EXPECT_EQ(Shown(), "-");
+    Open(List(0), 1);
+    EXPECT_EQ(Shown(), "m02^v");
+    frmMessage* const first = Window();
+    const QRect row(List(0)->viewport()->mapToGlobal(QPoint(0, 0)) +
+                        List(0)->visualRect(List(0)->model()->index(1, 0)).topLeft(),
+                    QSize(List(0)->viewport()->width(), 10));
+    EXPECT_FALSE(first->frameGeometry().intersects(row));
+    EXPECT_TRUE(first->screen()->availableGeometry().contains(first->frameGeometry()));
+    ClickRow(List(0), 2);
+    EXPECT_EQ(Shown(), "m02^v") << "a click alone opens nothing";
+    QTest::keyClick(List(0), Qt::Key_Return);
+    EXPECT_EQ(Shown(), "m03^");
+    EXPECT_EQ(Window(), first);
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        Press(key, Qt::NoModifier);
+        EXPECT_EQ(Shown(), "-");
+        ClickRow(List(0), 0);
+        Command("view");
+        EXPECT_EQ(Shown(), "m01v");
+    }
+    Click("cmdExit");
+    EXPECT_EQ(Shown(), "-");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(console_->Window().findChildren<frmMessage*>().isEmpty());
+    QTest::keyClick(List(0), Qt::Key_Enter);
+    Window()->close();
+    EXPECT_EQ(Shown(), "-");
+}
+
+/// The command takes the list that was touched last, and a NetBIOS list for the syslog list beside it.
+TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
+    StartListening();
+    ArriveAt({1});
+    SendDescription("pc", "what");
+    ClickRow(List(0), 0);
+    ShowPage(1);
+    Command("view");
+    EXPECT_EQ(Shown(), "-") << "the syslog list of errors has no selected row";
+    ClickRow(SyslogList(0), 0);
+    ShowPage(0);
+    Command("view");
+    EXPECT_EQ(Shown(), "what") << "touched last, though another page is in front";
+    ClickRow(List(0), 0);
+    Command("view");
+    EXPECT_EQ(Shown(), "m01");
+    ShowPage(1);
+    Command("view");
+    EXPECT_EQ(Shown(), "what");
+    ShowPage(2);
+    Command("view");
+    EXPECT_EQ(Shown(), "what") << "no node is selected";
+    Window()->close();
+    OpenNode({0, 0, 0});
+    EXPECT_EQ(Shown(), "-") << "a group only opens and closes";
+    ShowPage(0);
+    Command("view");
+    EXPECT_EQ(Shown(), "-") << "the tree was touched last: no list is named";
+    ShowPage(2);
+    QTest::keyClick(Tree(), Qt::Key_Right);
+    QTest::keyClick(Tree(), Qt::Key_Right);
+    QTest::keyClick(Tree(), Qt::Key_Return);
+    EXPECT_EQ(Shown(), "what");
+}
+
+TEST_F(frmMessageTest, StepsByButtonsAndKeysAndTheListGoesAlong) {
+    Start();
+    ArriveAt({1, 2, 3});
+    Open(List(0), 1);
+    Click("cmdUp");
+    EXPECT_EQ(Shown(), "m01v");
+    EXPECT_EQ(SelectedRows(List(0)), std::vector<int>{0});
+    Press(Qt::Key_Up);
+    EXPECT_EQ(Shown(), "m01v");
+    Press(Qt::Key_Down);
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Shown(), "m03^");
+    ArriveAt({4});
+    EXPECT_EQ(Shown(), "m03^v") << "there is one behind it now";
+    Button("cmdDown")->setFocus();
+    QTest::keyClick(Button("cmdDown"), Qt::Key_Space);
+    EXPECT_EQ(Shown(), "m04^");
+    EXPECT_EQ(Window()->focusWidget(), Box()) << "not on to Delete";
+}
+
+TEST_F(frmMessageTest, KeysActWhenLetGoWithExactlyControl) {
+    Start();
+    ArriveAt({1, 2, 3});
+    Open(List(0), 1);
+    boxes_.Answer = false;
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    constexpr Qt::Key Keys[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_Delete, Qt::Key_C, Qt::Key_S};
+    for (const Qt::Key key : Keys) {
+        for (const Qt::KeyboardModifiers modifiers :
+             {Qt::KeyboardModifiers(Qt::ShiftModifier), Qt::ControlModifier | Qt::ShiftModifier,
+              Qt::ControlModifier | Qt::AltModifier, Qt::ControlModifier | Qt::MetaModifier,
+              Qt::KeyboardModifiers(Qt::NoModifier)}) {
+            Press(key, modifiers);
+            EXPECT_EQ(Shown(), "m02^v") << key;
+        }
+        QTest::keyPress(Box(), key, Qt::ControlModifier);
+        QKeyEvent repeated(QEvent::KeyRelease, key, Qt::ControlModifier, QString(), true);
+        QCoreApplication::sendEvent(Box(), &repeated);
+        EXPECT_EQ(Shown(), "m02^v") << key;
+    }
+    EXPECT_TRUE(boxes_.Shown.empty());
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
+
+    Press(Qt::Key_S);
+    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{
+                                "Are you sure you want to suppress future occurrences of this event?"});
+    Press(Qt::Key_Delete);
+    EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the messages you have selected?");
+    EXPECT_EQ(Shown(), "m02^v") << "answered No";
+    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
+    QTextCursor some = Box()->textCursor();
+    some.setPosition(3, QTextCursor::KeepAnchor);
+    Box()->setTextCursor(some);
+    Press(Qt::Key_C);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              "Date: 08/21/2008 14:02:00\r\n\r\n\r\n(m02)\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: "
+              "Error\r\n")
+        << "all of it, not the selection";
+    boxes_.Answer = true;
+    Press(Qt::Key_Delete);
+    EXPECT_EQ(Shown(), "m03^");
+}
+
+TEST_F(frmMessageTest, DeletesWhatItShowsWhereverTheUserIsByNow) {
+    StartListening();
+    ArriveAt({1, 2, 3});
+    SendDescription("pc", "what");
+    Open(List(0), 0);
+    List(0)->selectAll();
+    ShowPage(1);
+    ClickRow(SyslogList(0), 0);
+    Click("cmdDelete");
+    EXPECT_EQ(Shown(), "m02v");
+    EXPECT_EQ(SelectedRows(List(0)), std::vector<int>{0}) << "the next one, and no other";
+    EXPECT_EQ(Panel(1), "2 NetBIOS Message(s)");
+    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
+    EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->currentIndex(), 0);
+    Click("cmdDown");
+    Click("cmdDelete");
+    EXPECT_EQ(Shown(), "m02") << "the last that is left";
+    List(0)->setFocus();
+    Click("cmdDelete");
+    EXPECT_EQ(Shown(), "-");
+    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
+    EXPECT_EQ(qobject_cast<MessageListView*>(console_->Window().focusWidget()), nullptr)
+        << "the next Delete key must not fall into another list";
+    EXPECT_EQ(boxes_.Shown.size(), 3U);
+}
+
+TEST_F(frmMessageTest, FollowsItsRowThroughSortsArrivalsAndDeletions) {
+    Start();
+    ArriveAt({1, 5});
+    QHeaderView* const header = List(0)->Header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
+    Open(List(0), 0);
+    EXPECT_EQ(Shown(), "m05v");
+    QTextCursor some = Box()->textCursor();
+    some.setPosition(3, QTextCursor::KeepAnchor);
+    Box()->setTextCursor(some);
+    ArriveAt({7, 3});
+    EXPECT_EQ(Shown(), "m05^v");
+    EXPECT_TRUE(Box()->textCursor().hasSelection()) << "who reads is not disturbed";
+    ClickRow(List(0), 1);
+    QTest::keyClick(List(0), Qt::Key_Delete);
+    EXPECT_EQ(Shown(), "m03^v");
+    Command("clear");
+    EXPECT_EQ(Shown(), "-");
+}
+
+TEST_F(frmMessageTest, StepsAndDeletesInTheTree) {
+    StartListening();
+    for (const char* const description : {"a", "b", "c"})
+        SendDescription("pc", description);
+    SendDescription("other", "d");
+    ShowPage(2);
+    OpenNode({0, 0, 1, 1});
+    EXPECT_EQ(Shown(), "b^v");
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Shown(), "c^") << "the leaves of one computer only";
+    EXPECT_EQ(CurrentLeaf(), "2 of PC ( 3 Events )");
+    ShowPage(0);
+    SendDescription("pc", "e");
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Shown(), "e^") << "one that the hidden tree has not heard of";
+    Press(Qt::Key_Delete);
+    EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the message you have selected?");
+    EXPECT_EQ(Shown(), "c^") << "the one before";
+    EXPECT_EQ(CurrentLeaf(), "2 of PC ( 3 Events )");
+    for (int i = 0; i < 3; ++i)
+        Press(Qt::Key_Delete);
+    EXPECT_EQ(Shown(), "-") << "another computer's are not stepped to";
+    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
+}
+
+/// In the middle of a batch nothing is stepped, deleted or closed.
+TEST_F(frmMessageTest, CommandsWaitForTheBatch) {
+    Start();
+    ArriveAt({1, 2});
+    Open(List(0), 0);
+    clock_.PerLook = std::chrono::milliseconds(4);
+    for (int i = 0; i < 20; ++i)
+        ArriveText("x");
+    QTimer::singleShot(0, &console_->Window(), [this] {
+        Click("cmdDelete");
+        Press(Qt::Key_Escape, Qt::NoModifier);
+        EXPECT_EQ(Shown(), "m01v");
+    });
+    Poll();
+    EXPECT_TRUE(boxes_.Shown.empty());
+    EXPECT_EQ(Panel(1), "22 NetBIOS Message(s)");
+    AWAIT(Panel(1) == QStringLiteral("21 NetBIOS Message(s)"));
+    AWAIT(Window() == nullptr);
+}
+
+TEST_F(frmMessageTest, GoesWithTheMainWindow) {
+    Start();
+    ArriveAt({1});
+    Open(List(0), 0);
+    boxes_.Answer = false;
+    CloseByUser();
+    EXPECT_EQ(Shown(), "m01") << "the user would rather stay";
+    console_->End();
+    AWAIT(console_->HasEnded());
+    EXPECT_EQ(Shown(), "-");
+    Restart();
+    ArriveAt({2});
+    Open(List(0), 0);
+    console_.reset();
+    for (const QWidget* const left : QApplication::topLevelWidgets())
+        EXPECT_FALSE(left->isVisible()) << left->objectName().toStdString();
+}
+
+/// The window over parts of its own.
+class frmMessageAloneTest : public CommandsFixture {
+protected:
+    void Show(ViewNumber view, Slot slot) {
+        window_.InitForm(view, slot);
+        window_.ShowBeside(QRect());
+    }
+
+    AlarmRecord alarm_;
+    QWidget main_;
+    QWidget* askedOver_ = nullptr;
+    CommandQueue queue_;
+    frmMessage window_{{received_, boxes_, alarm_, clock_, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
+                        [this](QWidget& over) { askedOver_ = &over; }},
+                       &main_};
+};
+
+TEST_F(frmMessageAloneTest, SuppressesFromTheAlarmOnShow) {
+    const std::string netBios =
+        "Date: 08/21/2008 14:05:09\r\n\r\n\r\n(Disk (C:))\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: "
+        "Warning\r\nCategory: None\r\nEventID: 7\r\nAccount: joe\r\nComputer: pc\r\nDescription: a\r\nb";
+    received_.NetBios.Messages.Put(0, netBios);
+    AlarmRecord parsed;
+    received_.ParseMessageAdd(0, parsed);
+    Show(0, 0);
+    auto* const cmdSuppress = window_.findChild<QPushButton*>(QStringLiteral("cmdSuppress"));
+    boxes_.Answer = false;
+    QTest::mouseClick(cmdSuppress, Qt::LeftButton);
+    EXPECT_EQ(alarm_, AlarmRecord()) << "answered No";
+    EXPECT_EQ(askedOver_, nullptr);
+    boxes_.Answer = true;
+    QTest::mouseClick(cmdSuppress, Qt::LeftButton);
+    EXPECT_EQ(alarm_.AlarmName + alarm_.TypeOfEvent + alarm_.Description, "Disk (C:)Warninga\r\nb");
+    EXPECT_EQ(askedOver_, &window_);
+    EXPECT_TRUE(window_.isVisible());
+    EXPECT_EQ(received_.NetBios.Messages.Text(0), netBios) << "nothing is removed";
+}
+
+/// What is shown is the text and nothing else; what is copied is what came.
+TEST_F(frmMessageAloneTest, TakesTextsAsTheyAre) {
+    using namespace std::string_literals;
+    std::string everyByte;
+    for (int byte = 1; byte < 256; ++byte)
+        everyByte += static_cast<char>(byte);
+    const QString longWord(60'000, 'W');
+    const struct {
+        std::string Text;
+        std::optional<QString> Shown;
+        QString Copied;
+        bool Fixed;
+    } cases[] = {{"before\0behind"s, QStringLiteral("before·behind"), "beforebehind", false},
+                 {longWord.toStdString(), longWord, longWord, false},
+                 {"", "", "", false},
+                 {"a\r\nb\nc\rd\r\n", "a\nb\nc\nd\n", "a\r\nb\nc\rd\r\n", false},
+                 {"Name:\tjoe\r\nGroup:\tall", "Name:\tjoe\nGroup:\tall", "Name:\tjoe\r\nGroup:\tall", true},
+                 {everyByte, std::nullopt, ToQString(everyByte), false}};
+    for (const auto& [text, shown, copied, fixed] : cases) {
+        received_.NetBios.Clear(0);
+        received_.NetBios.Messages.Put(0, text);
+        AlarmRecord alarm;
+        received_.ParseMessageAdd(0, alarm);
+        Show(0, 0);
+        const auto* const box = window_.findChild<QPlainTextEdit*>();
+        EXPECT_EQ(box->toPlainText(), shown.value_or(box->toPlainText()));
+        EXPECT_EQ(QFontInfo(box->font()).fixedPitch(), fixed) << text.substr(0, 20);
+        EXPECT_EQ(box->horizontalScrollBar()->maximum(), 0) << "lines are wrapped";
+        QTest::keyClick(&window_, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), copied);
+    }
+}
+
+/// Below what it shows or above it, whichever has room, and on the screen in any case.
+TEST_F(frmMessageAloneTest, StandsBesideTheEntry) {
+    received_.NetBios.Messages.Put(0, "text");
+    AlarmRecord alarm;
+    received_.ParseMessageAdd(0, alarm);
+    const QRect screen = main_.screen()->availableGeometry();
+    for (int top = screen.top(); top < screen.bottom() - 20; top += 35) {
+        const QRect entry(screen.left() + 30, top, screen.width(), 20);
+        window_.hide();
+        Show(0, 0);
+        window_.ShowBeside(entry);
+        EXPECT_FALSE(window_.frameGeometry().intersects(entry)) << top;
+        EXPECT_TRUE(screen.contains(window_.frameGeometry())) << top;
+        const QRect place = window_.frameGeometry();
+        window_.ShowBeside(place.translated(0, place.height() + 10).intersected(screen));
+        EXPECT_EQ(window_.frameGeometry(), place) << "it stays where it is in nobody's way";
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

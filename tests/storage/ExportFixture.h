@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "storage/MessageExport.h"
+#include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/MessagesInMemory.h"
+#include "tests/fakes/Notifications.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+
+/// An export over empty stores, a window and a dialog in memory, which names a file in a folder of the test's
+/// own.
+class ExportFixture : public ::testing::Test, protected MessagesInMemory {
+protected:
+    using Texts = std::vector<std::string>;
+
+    static constexpr const char* Header =
+        "DateTime,AlarmName,LogType,Source,TypeOfEvent,Category,EventID,AccountName,Computer,Description\r\n";
+
+    ExportFixture() { dialog_.Answer = file_; }
+
+    static AlarmRecord Record(const std::string& name, const std::string& type = "Error") {
+        return RecordOf({.Name = name, .Type = type});
+    }
+    /// The line of such a record.
+    static std::string Line(const std::string& name, const std::string& type = "Error") {
+        return "08/21/2008 2:05:09 PM," + name + ",System,Disk," + type + ",None,7,JOE,PC,\"text\"\r\n";
+    }
+    void StoreNamed(const std::string& name) { StoreNetBios(NetBiosText({.Name = name})); }
+
+    /// What the export wrote, after a look at what it asked and told: the question alone.
+    std::string Exported() {
+        Boxes.Shown.clear();
+        export_.ExportMessages();
+        EXPECT_EQ(Boxes.Shown.size(), 1U);
+        EXPECT_EQ(CountFiles(folder_.Path()), 1U);
+        return ReadBytes(file_);
+    }
+    /// Nothing is asked, told or written.
+    void ExpectSilence() {
+        Boxes.Shown.clear();
+        dialog_.Asked.clear();
+        export_.ExportMessages();
+        EXPECT_EQ(Boxes.Shown, Texts());
+        EXPECT_TRUE(dialog_.Asked.empty());
+        EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+    }
+
+    TemporaryFolder folder_;
+    const std::filesystem::path file_ = folder_.Path() / "chosen name.txt";
+    FakeSaveDialog dialog_;
+    MessageExport export_{
+        {Received, Display, Boxes, dialog_, Slices, Time, Alarm}, "console folder", {folder_ / "Backup.dat"}};
+};
+
+}  // namespace tallyhorn

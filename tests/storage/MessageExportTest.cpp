@@ -1,0 +1,291 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "storage/MessageExport.h"
+#include "tests/fakes/FileSizeLimit.h"
+#include "tests/storage/ExportFixture.h"
+
+namespace tallyhorn {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+class MessageExportTest : public ExportFixture {
+protected:
+    /// The export fails once it has asked, and tells a number, a tab and a text.
+    void ExpectFailure() {
+        Boxes.Shown.clear();
+        export_.ExportMessages();
+        ASSERT_EQ(Boxes.Shown.size(), 2U);
+        const std::string channel = Display.Page == MessagePage::NetBios ? "NetBIOS" : "syslog";
+        const std::regex told("The following error occurred when attempting to export received " + channel +
+                              " messages to text\\.  Error # [1-9][0-9]*:\t[^\r\n\t]{4,}");
+        EXPECT_TRUE(std::regex_match(Boxes.Shown[1], told)) << Boxes.Shown[1];
+        EXPECT_EQ(Display.WorkUnderWay, 0);
+        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+    }
+    /// Chooses the node at these positions, one a level, as the children stand now.
+    void Select(std::initializer_list<std::size_t> positions) {
+        TreeNode node;
+        for (const std::size_t position : positions)
+            node = Received.Tree.ChildAt(node, position);
+        Received.Tree.SelectNode(node);
+    }
+    /// Three messages on every page, and a branch of all three chosen.
+    void FillAll() {
+        for (int i = 0; i < 3; ++i) {
+            StoreNamed("n");
+            KeepSyslog(Record("n"));
+        }
+        Select({0});
+    }
+
+    static constexpr MessagePage Pages[] = {MessagePage::NetBios, MessagePage::Syslog,
+                                            MessagePage::Consolidated};
+};
+
+TEST_F(MessageExportTest, AsksAndProposesForEachPage) {
+    const struct {
+        MessagePage Page;
+        const char* Question;
+        const char* Name;
+    } cases[] = {
+        {MessagePage::NetBios, "Are you sure you want to export all Received NetBIOS Messages to a file?",
+         "Received_NetBIOS_Messages_21-Aug-2008.txt"},
+        {MessagePage::Syslog, "Are you sure you want to export all Received Syslog Messages to a file?",
+         "Received_Syslog_Messages_21-Aug-2008.txt"},
+        {MessagePage::Consolidated, "Are you sure you want to export this tree branch to a file?",
+         "Consolidated_Syslog_Messages_21-Aug-2008.txt"},
+    };
+    FillAll();
+    Time.Local = Record("").DateTime.Seconds;
+    for (const auto& [page, question, name] : cases) {
+        Display.Page = page;
+        dialog_.Asked.clear();
+        EXPECT_EQ(Exported(), Header + Line("n") + Line("n") + Line("n"));
+        EXPECT_EQ(Boxes.Shown[0], question);
+        ASSERT_EQ(dialog_.Asked.size(), 1U);
+        EXPECT_EQ(dialog_.Asked[0].first, fs::path("console folder") / name);
+        EXPECT_EQ(dialog_.Asked[0].second, "Text files (*.txt)|*.txt");
+    }
+    Time.Local = MakeAlarmDate({.Year = 2026, .Month = 3, .Day = 1, .Hour = 23})->Seconds;
+    Exported();
+    EXPECT_EQ(dialog_.Asked.back().first.filename(), "Consolidated_Syslog_Messages_01-Mar-2026.txt");
+}
+
+TEST_F(MessageExportTest, NoAndCancelWriteNothing) {
+    FillAll();
+    for (const MessagePage page : Pages) {
+        Display.Page = page;
+        Boxes.Shown.clear();
+        Boxes.Answer = false;
+        export_.ExportMessages();
+        EXPECT_EQ(Boxes.Shown.size(), 1U);
+        EXPECT_TRUE(dialog_.Asked.empty());
+        Boxes.Answer = true;
+        dialog_.Answer.reset();
+        export_.ExportMessages();
+        EXPECT_EQ(Boxes.Shown.size(), 2U);
+        EXPECT_EQ(dialog_.Asked.size(), 1U);
+        EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+        dialog_.Asked.clear();
+    }
+}
+
+TEST_F(MessageExportTest, IsSilentWhereThereIsNothingToExport) {
+    ExpectSilence();  // no NetBIOS message
+    Display.Page = MessagePage::Consolidated;
+    ExpectSilence();  // nothing chosen
+    KeepSyslog(Record("one"));
+    ExpectSilence();
+    Display.Page = MessagePage::Syslog;
+    ExpectSilence();  // exactly one
+    Display.Page = static_cast<MessagePage>(-1);
+    ExpectSilence();  // no page at all
+
+    Display.Page = MessagePage::Syslog;
+    KeepSyslog(Record("two"));
+    EXPECT_EQ(Exported(), Header + Line("one") + Line("two"));
+    Received.ClearSyslog();
+    EXPECT_EQ(Exported(), Header) << "none at all makes a file of the header";
+    Display.Page = MessagePage::NetBios;
+    StoreNamed("one");
+    EXPECT_EQ(Exported(), Header + Line("one"));
+}
+
+TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheSlots) {
+    Display.Page = MessagePage::Syslog;
+    for (const char* const name : {"a", "b", "c", "d"})
+        KeepSyslog(Record(name));
+    Received.Syslog.Messages.Free(1);
+    Received.Syslog.Messages.Free(2);
+    Received.Syslog.Rows.Remove(std::vector<Slot>{1, 2});
+    // Neither the lists of its type nor a view filter makes a difference.
+    KeepSyslog(Record("hidden", "Warning"), false);
+    Received.Syslog.Messages.Put(700, "   ");
+    EXPECT_EQ(Exported(), Header + Line("a") + Line("hidden", "Warning") + Line("d"));
+
+    Display.Page = MessagePage::NetBios;
+    for (const char* const name : {"a", "b", "c"})
+        StoreNamed(name);
+    Received.NetBios.Messages.Free(2);
+    EXPECT_EQ(Exported(), Header + Line("a") + Line("c"));
+}
+
+TEST_F(MessageExportTest, ReadsEachChannelInItsOwnWay) {
+    Received.SetDateStyle({true, "-"});
+    StoreNetBios(
+        "Date: 12/25/2008 15:04:05\r\n\r\n\r\nAlarm (a (b) c)\r\n\r\n\r\nLog: Security\r\nSource: x,y\r\n"
+        "Type: audit FAILURE \r\nCategory:\r\nID: no\r\nAccount: m\xFCller\r\nComputer: pc\r\n"
+        "Description: one\r\n two\r\n");
+    StoreNetBios("short");
+    // What a text lacks is what the one before it had.
+    const std::string last =
+        "25/12/2008 3:04:05 PM,a (b) c,Security,x,y,audit FAILURE ,,0,M\xDCLLER,PC,\"one  two\"\r\n";
+    EXPECT_EQ(Exported(), Header + last + last);
+    EXPECT_EQ(Alarm.AlarmName, "a (b) c");
+
+    Display.Page = MessagePage::Syslog;
+    AlarmRecord record = Record("(x): y", "failureaudit");
+    record.Description = "one\r\nSource: two\r\n";
+    KeepSyslog(record);
+    Time.Local = MakeAlarmDate({.Year = 2010})->Seconds;
+    Received.Syslog.Messages.Put(1, "not a stored text");
+    EXPECT_EQ(Exported(),
+              Header + std::string("21/08/2008 2:05:09 PM,(x): y,System,Disk,Failure Audit,None,7,JOE,PC,"
+                                   "\"one Source: two\"\r\n"
+                                   "01/01/2010 12:00:00 AM,???,???,Disk,,None,7,???,???,"
+                                   "\"one Source: two\"\r\n"))
+        << "what is no stored text came just now";
+}
+
+TEST_F(MessageExportTest, WritesABranchInTheOrderShown) {
+    Display.Page = MessagePage::Consolidated;
+    // Sorted by name without regard to case, leaves by their text: log type, then source, id and date.
+    const struct {
+        const char *Name, *Type, *Computer, *Source;
+        int EventID;
+    } records[] = {
+        {"beta", "Warning", "PC", "S", 1}, {"Alpha", "Warning", "PC", "S", 1},
+        {"alpha2", "Error", "b", "S", 1},  {"Alpha", "Error", "B", "S", 1},
+        {"Alpha", "Error", "a", "Z", 1},   {"Alpha", "Error", "a", "M", 5},
+        {"Alpha", "Error", "a", "M", 12},  {"Alpha", "unknown", "a", "M", 12},
+        {"Alpha", "Error", "a", "A", 1},   {"Alpha", "Information", "z", "S", 1},
+    };
+    for (const auto& each : records) {
+        AlarmRecord record = Record(each.Name, each.Type);
+        record.Computer = each.Computer;
+        record.Source = each.Source;
+        record.EventID = each.EventID;
+        KeepSyslog(record);
+    }
+    const auto line = [&records](int i) {
+        const auto& each = records[i];
+        return std::string("08/21/2008 2:05:09 PM,") + each.Name + ",System," + each.Source + "," +
+               each.Type + ",None," + std::to_string(each.EventID) + ",JOE," + each.Computer +
+               ",\"text\"\r\n";
+    };
+    const std::string computerA = line(8) + line(6) + line(5) + line(4);
+    Select({0, 0, 0});
+    const TreeNode opened = Received.Tree.SelectedNode();
+    EXPECT_EQ(Received.Tree.ChildAt(opened, 0), TreeNode::Leaf(4)) << "nobody has opened it yet";
+    EXPECT_EQ(Exported(), Header + computerA);
+    Select({0, 0});
+    EXPECT_EQ(Exported(), Header + computerA + line(3));
+    Select({0});
+    EXPECT_EQ(Exported(), Header + computerA + line(3) + line(9) + line(1));
+    Select({0, 0, 0, 1});
+    EXPECT_EQ(Exported(), Header + line(6));
+    Select({2});
+    EXPECT_EQ(Exported(), Header + line(0));
+}
+
+TEST_F(MessageExportTest, ABranchThatGoesMeanwhileIsNotExported) {
+    Display.Page = MessagePage::Consolidated;
+    FillAll();
+    Boxes.WhileAsked = [this] { Received.ClearSyslog(); };
+    export_.ExportMessages();
+    EXPECT_EQ(Boxes.Shown.size(), 1U);
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+}
+
+TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
+    for (int i = 0; i < 5000; ++i) {
+        StoreNamed("n");
+        KeepSyslog(Record("n"));
+    }
+    Select({0});
+    Boxes.WhileAsked = [this] {
+        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_EQ(Display.WorkUnderWay, 0);
+    };
+    Events.Event = [this] {
+        EXPECT_TRUE(Received.SyslogDeleteInProgress);
+        EXPECT_EQ(Display.WorkUnderWay, 1);
+    };
+    Time.PerLook = 1ms;
+    for (const MessagePage page : Pages) {
+        Display.Page = page;
+        Display.Progress.clear();
+        const int before = Events.Runs;
+        const std::string bytes = Exported();
+        EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 5001);
+        EXPECT_GE(Events.Runs - before, 5000 / 11);
+        EXPECT_LE(Display.Progress.size(), 501U) << "not after every line";
+        EXPECT_GT(Display.Progress.back().first, 4900U);
+        EXPECT_EQ(Display.Progress.back().second, 5000U);
+        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_EQ(Display.WorkUnderWay, 0);
+    }
+}
+
+// ---- failures
+
+TEST_F(MessageExportTest, TellsAFileThatCannotBeMade) {
+    FillAll();
+    dialog_.Answer = folder_.Path() / "missing" / "f.txt";
+    for (const MessagePage page : Pages) {
+        Display.Page = page;
+        ExpectFailure();
+    }
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+    WriteBytes(folder_ / "Backup.dat", "the console's own");
+    dialog_.Answer = folder_.Path() / "." / "Backup.dat";
+    ExpectFailure();
+    EXPECT_EQ(ReadBytes(folder_ / "Backup.dat"), "the console's own");
+}
+
+TEST_F(MessageExportTest, AFolderThatVanishesMeanwhileIsToldAtTheEnd) {
+    if (TALLYHORN_WINE)
+        GTEST_SKIP() << "a folder with an open file in it cannot vanish";
+    FillAll();
+    const fs::path inside = folder_.Path() / "inside";
+    dialog_.Answer = inside / "f.txt";
+    fs::create_directory(inside);
+    Time.PerLook = 20ms;
+    std::error_code error;
+    Events.Event = [&] { fs::remove_all(inside, error); };
+    ExpectFailure();
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+}
+
+TEST_F(MessageExportTest, AFullDiskLeavesWhatStoodThere) {
+    StoreNamed(std::string(1'000'000, 'x'));
+    WriteBytes(file_, "old");
+    {
+        const FileSizeLimit limit(600'000);
+        if (!limit.IsInForce())
+            GTEST_SKIP() << "files may always grow here";
+        ExpectFailure();
+    }
+    EXPECT_EQ(ReadBytes(file_), "old");
+    EXPECT_TRUE(Exported() == Header + Line(std::string(1'000'000, 'x'))) << "replaced whole";
+}
+
+}  // namespace
+}  // namespace tallyhorn

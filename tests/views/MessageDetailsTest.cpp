@@ -1,0 +1,246 @@
+#include <gtest/gtest.h>
+
+#include "records/CanonicalText.h"
+#include "tests/fakes/Notifications.h"
+#include "tests/views/CommandsFixture.h"
+#include "views/MessageDetails.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr ViewNumber Errors = 0;
+constexpr ViewNumber SyslogErrors = 3;
+
+class MessageDetailsTest : public CommandsFixture {
+protected:
+    /// A NetBIOS error whose text is its name.
+    Slot Arrive(const std::string& name, std::int64_t minute = 0) {
+        AlarmRecord alarm = RecordOf({.Name = name});
+        alarm.DateTime = AlarmDate{minute * 60};
+        const Slot slot = StoreNetBios(name);
+        Received.ParseMessageAdd(slot, alarm);
+        return slot;
+    }
+    /// A syslog error of one alarm, that description; its slot is its place in order of arrival.
+    void Keep(const std::string& description, const std::string& computer = "PC", std::int64_t minute = 0) {
+        AlarmRecord alarm = RecordOf({.Computer = computer, .Description = description});
+        alarm.DateTime = AlarmDate{minute * 60};
+        KeepSyslog(alarm);
+    }
+    std::string Shown() const {
+        const std::string& text = details_.Text();
+        const std::size_t line = text.rfind('\n');
+        return line == std::string::npos ? text : text.substr(line + 1);
+    }
+    /// "^" where there is one before, "v" where there is one behind.
+    std::string Arrows() const {
+        return std::string(details_.HasPrevious() ? "^" : "") + (details_.HasNext() ? "v" : "");
+    }
+    /// As the main window does when the user deletes.
+    void Delete(ViewNumber view, const std::vector<Slot>& slots) {
+        details_.NotePlace();
+        Received.ActiveView = view;
+        Received.List(view).ClearSelection();
+        for (const Slot slot : slots) {
+            const std::size_t position = Received.List(view).PositionOf(slot).value();
+            Received.List(view).Select(position, position, true);
+        }
+        commands_.DeleteMessages();
+    }
+    /// Empties the views and shows the syslog messages at these slots anew.
+    void ShowAnew(const std::vector<Slot>& slots) {
+        details_.NotePlace();
+        Received.ClearViews();
+        for (const Slot slot : slots)
+            Received.ShowSyslogMessage(slot, AlarmDate(), Alarm);
+        Received.Tree.AddNoted();
+    }
+
+    MessageDetails details_{Received};
+};
+
+TEST_F(MessageDetailsTest, StepsToBothEndsOfAListAndNoFurther) {
+    for (const char* const name : {"a", "b", "c"})
+        Arrive(name);
+    EXPECT_FALSE(details_.Show(Errors, 99)) << "no such slot";
+    EXPECT_FALSE(details_.Show(Errors + 1, 1)) << "another list's";
+    ASSERT_TRUE(details_.Show(Errors, 2));
+    EXPECT_EQ(Shown() + Arrows(), "b^v");
+    EXPECT_TRUE(details_.ShowNext());
+    EXPECT_EQ(Shown() + Arrows(), "c^");
+    EXPECT_FALSE(details_.ShowNext());
+    EXPECT_EQ(Shown() + Arrows(), "c^");
+    EXPECT_TRUE(details_.ShowPrevious());
+    EXPECT_TRUE(details_.ShowPrevious());
+    EXPECT_EQ(Shown() + Arrows(), "av");
+    EXPECT_FALSE(details_.ShowPrevious());
+    EXPECT_EQ(Shown() + Arrows(), "av");
+    Delete(Errors, {2, 3});
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
+    EXPECT_EQ(Shown() + Arrows(), "a") << "alone";
+    EXPECT_FALSE(details_.ShowNext() || details_.ShowPrevious());
+}
+
+TEST_F(MessageDetailsTest, FollowsTheRowAndNotItsNumber) {
+    for (int minute = 1; minute <= 3; ++minute)
+        Arrive(std::to_string(minute), minute);
+    ASSERT_TRUE(details_.Show(Errors, 3));
+    details_.NotePlace();
+    Received.List(Errors).SortBy(MessageColumn::DateLogged);
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
+    EXPECT_EQ(Shown() + Arrows(), "3v") << "the newest is first now";
+    Arrive("9", 9);
+    Arrive("0", 0);
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
+    EXPECT_EQ(Shown() + Arrows(), "3^v");
+    EXPECT_TRUE(details_.ShowPrevious());
+    EXPECT_EQ(Shown() + Arrows(), "9v");
+    EXPECT_TRUE(details_.ShowNext());
+    Delete(Errors, {4});
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
+    EXPECT_EQ(Shown() + Arrows(), "3v");
+}
+
+TEST_F(MessageDetailsTest, StepsThroughTheSiblingsInTheTreesOrder) {
+    Keep("late", "PC", 30);
+    Keep("early", "PC", 10);
+    Keep("elsewhere", "OTHER", 20);
+    Keep("between", "PC", 20);
+    ASSERT_TRUE(details_.Show(ConsolidatedView, 0));
+    EXPECT_EQ(Shown() + Arrows(), "late^") << "sorted, though nobody has opened the group";
+    EXPECT_TRUE(details_.ShowPrevious());
+    EXPECT_EQ(Shown() + Arrows(), "between^v");
+    EXPECT_TRUE(details_.ShowPrevious());
+    EXPECT_EQ(Shown() + Arrows(), "earlyv");
+    EXPECT_FALSE(details_.ShowPrevious());
+    Keep("latest", "PC", 40);
+    EXPECT_TRUE(details_.ShowNext() && details_.ShowNext() && details_.ShowNext());
+    EXPECT_FALSE(details_.ShowNext());
+    EXPECT_EQ(Shown() + Arrows(), "latest^");
+}
+
+TEST_F(MessageDetailsTest, ShowsWhatTookThePlaceOfWhatWent) {
+    using Found = MessageDetails::Found;
+    const struct {
+        const char* What;
+        ViewNumber View;
+        Slot Of;
+        std::vector<Slot> Gone;
+        Found Left;
+        const char* Then;
+    } cases[] = {
+        {"another one", SyslogErrors, 1, {0}, Found::Same, "1v"},
+        {"the first", SyslogErrors, 0, {0}, Found::Other, "1v"},
+        {"one between", SyslogErrors, 1, {1}, Found::Other, "2^"},
+        {"the last", SyslogErrors, 2, {2}, Found::Other, "1^"},
+        {"it and the others behind", SyslogErrors, 1, {1, 2}, Found::Other, "0"},
+        {"all", SyslogErrors, 1, {0, 1, 2}, Found::Nothing, ""},
+        {"the first leaf", ConsolidatedView, 0, {0}, Found::Other, "1v"},
+        {"a leaf between", ConsolidatedView, 1, {1}, Found::Other, "0v"},
+        {"the last leaf", ConsolidatedView, 2, {2}, Found::Other, "1^"},
+        {"all leaves of the computer", ConsolidatedView, 1, {0, 1, 2}, Found::Nothing, ""},
+    };
+    for (const auto& [what, view, of, gone, left, then] : cases) {
+        Received.ClearSyslog();
+        for (int i = 0; i < 3; ++i)
+            Keep(std::to_string(i), "PC", i);
+        ASSERT_TRUE(details_.Show(view, of)) << what;
+        if (view == ConsolidatedView && gone.size() == 3)
+            Keep("elsewhere", "OTHER");
+        Delete(SyslogErrors, gone);
+        EXPECT_EQ(details_.LookAgain(), left) << what;
+        EXPECT_EQ(left == Found::Nothing ? "" : Shown() + Arrows(), then) << what;
+    }
+}
+
+/// The next one to come gets the slot of the one that went.
+TEST_F(MessageDetailsTest, ASlotThatServesAgainIsNotTakenForTheOldOne) {
+    const Slot slot = Arrive("old");
+    ASSERT_TRUE(details_.Show(Errors, slot));
+    Delete(Errors, {slot});
+    ASSERT_EQ(Arrive("new"), slot);
+    EXPECT_FALSE(details_.ShowNext());
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
+    EXPECT_EQ(Shown(), "new");
+    Received.NetBios.Clear(0);
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Nothing);
+    EXPECT_EQ(Shown(), "new") << "until the window has gone";
+}
+
+TEST_F(MessageDetailsTest, KeepsItsNotificationWhileTheViewsAreMadeAnew) {
+    Keep("other computer", "OTHER", 0);
+    for (int i = 1; i <= 4; ++i)
+        Keep(std::to_string(i), "PC", 10 - i);
+    const std::vector<Slot> all = {0, 1, 2, 3, 4};
+    for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
+        ShowAnew(all);
+        ASSERT_TRUE(details_.Show(view, 3));
+        EXPECT_EQ(Shown() + Arrows(), "3^v");
+        ShowAnew(all);
+        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
+        EXPECT_EQ(Shown() + Arrows(), "3^v");
+        ShowAnew({0, 1, 2, 4});
+        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
+        EXPECT_EQ(Shown(), "4") << "the row that moved up; the leaf that stands before";
+        ShowAnew(all);
+        ASSERT_TRUE(details_.Show(view, 3));
+        // The groups are numbered anew, and the one that was the second computer's is the first's.
+        ShowAnew({1, 2, 4});
+        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
+        EXPECT_EQ(Shown(), "4");
+    }
+    ShowAnew(all);
+    ASSERT_TRUE(details_.Show(ConsolidatedView, 3));
+    ShowAnew({0});
+    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Nothing) << "its computer shows nothing any more";
+}
+
+TEST_F(MessageDetailsTest, FillsTheCurrentAlarmAsTheChannelReads) {
+    const std::string netBios =
+        NetBiosText({.Name = "Disk (C:)", .Account = "joe", .Computer = "pc", .Description = "a\r\nb"});
+    ASSERT_TRUE(details_.Show(Errors, Arrive(netBios)));
+    AlarmRecord alarm;
+    details_.FillCurrentAlarm(alarm, AlarmDate());
+    EXPECT_EQ(alarm.AlarmName, "Disk (C:)");
+    EXPECT_EQ(alarm.Computer, "PC");
+    EXPECT_EQ(alarm.Description, "a\r\nb");
+    Keep("what happened", "X", 5);
+    for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
+        ASSERT_TRUE(details_.Show(view, 0));
+        alarm = AlarmRecord();
+        details_.FillCurrentAlarm(alarm, AlarmDate());
+        EXPECT_EQ(alarm.AlarmName + "|" + alarm.Computer + "|" + alarm.Description, "Full|X|what happened");
+        EXPECT_EQ(BuildMessageText(alarm), details_.Text());
+    }
+}
+
+TEST(IsTabularTest, AsksForColumnsOnlyInsideLines) {
+    const struct {
+        const char* Text;
+        bool Tabular;
+    } cases[] = {
+        {"", false},
+        {"two  blanks", false},
+        {"a   b", true},
+        {"a\tb", true},
+        {"a \t b", true},
+        {"\tindented\r\n   indented", false},
+        {"trailing   \r\ntab\t\r\n", false},
+        {"a \r\n  b", false},
+        {"one line\r\nname:\tvalue", true},
+    };
+    for (const auto& [text, tabular] : cases)
+        EXPECT_EQ(IsTabular(text), tabular) << text;
+}
+
+TEST(LongestWordTest, CountsFromGapToGap) {
+    const struct {
+        const char* Text;
+        std::size_t Length;
+    } cases[] = {{"", 0}, {"  \r\n", 0}, {"word", 4}, {"a bcd\tef", 3}, {"a\r\nlast", 4}, {"first a ", 5}};
+    for (const auto& [text, length] : cases)
+        EXPECT_EQ(LongestWord(text), length) << text;
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,56 @@
+#include "views/EventViewer.h"
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace tallyhorn {
+namespace {
+
+constexpr const char* ViewerProgram = "eventvwr";
+constexpr std::string_view NoMessageText = "Please select a valid message before invoking the Event Viewer!";
+
+/// What a sender wrote where a computer's name belongs must not choose how the viewer works.
+bool LooksLikeOption(std::string_view computer) {
+    return computer.starts_with('/') || computer.starts_with('-');
+}
+
+}  // namespace
+
+EventViewer::EventViewer(const ReceivedMessages& received, const ServerDisplay& display, MessageBoxes& boxes,
+                         ProgramLauncher& programs)
+    : received_(received), display_(display), boxes_(boxes), programs_(programs) {}
+
+void EventViewer::OpenEventViewer() {
+    const std::string computer = SelectedComputer();
+    if (computer.empty() || LooksLikeOption(computer))
+        boxes_.Warn(NoMessageText);
+    else
+        programs_.Start(ViewerProgram, std::span(&computer, 1));
+}
+
+/// The list that the user touched last counts only where it belongs to the page in front.
+std::string EventViewer::SelectedComputer() const {
+    const MessagePage page = display_.CurrentPage();
+    if (page == MessagePage::Consolidated)
+        return ComputerOfNode();
+    return PageOfView(received_.ActiveView) == page ? ComputerOfRow(received_.ActiveView) : std::string();
+}
+
+std::string EventViewer::ComputerOfRow(ViewNumber list) const {
+    const MessageChannel& channel = IsSyslogView(list) ? received_.Syslog : received_.NetBios;
+    const std::optional<Slot> slot = display_.SelectedSlot(list);
+    return slot ? channel.Rows.CellText(*slot, MessageColumn::Computer) : std::string();
+}
+
+/// The whole text of the computer's node, its count too.
+std::string EventViewer::ComputerOfNode() const {
+    TreeNode node = received_.Tree.SelectedNode();
+    if (node.IsRoot() || !received_.Tree.Holds(node))
+        return {};
+    if (node.IsLeaf())
+        node = received_.Tree.Parent(node);
+    return received_.Tree.Level(node) == TreeLevel::Computer ? received_.Tree.Text(node) : std::string();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,99 @@
+#include "views/forms/DetailWindow.h"
+
+#include <QTabWidget>
+#include <optional>
+
+#include "views/forms/ConsolidatedTreeView.h"
+#include "views/forms/MessageListView.h"
+#include "views/forms/frmMessage.h"
+
+namespace tallyhorn {
+
+DetailWindow::DetailWindow(const Parts& parts, QWidget* mainWindow)
+    : QObject(mainWindow), parts_(parts), mainWindow_(mainWindow) {
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
+        connect(&List(view), &MessageListView::Opened, this,
+                [this, view] { parts_.Queue.Run([this, view] { OpenListMessage(view); }); });
+        Follow(List(view).model());
+    }
+    connect(&parts_.Tree, &ConsolidatedTreeView::Opened, this,
+            [this] { parts_.Queue.Run([this] { OpenTreeMessage(); }); });
+    Follow(parts_.Tree.model());
+    connect(&parts_.Queue, &CommandQueue::WorkDone, this, &DetailWindow::LookAgain);
+}
+
+MessagePage DetailWindow::CurrentPage() const {
+    return static_cast<MessagePage>(parts_.Pages.currentIndex());
+}
+
+void DetailWindow::ViewMessageDetails() {
+    if (CurrentPage() == MessagePage::Consolidated)
+        OpenTreeMessage();
+    else if (parts_.Received.ActiveView < ConsolidatedView)
+        OpenListMessage(parts_.Received.ActiveView);
+}
+
+/// On the syslog page a NetBIOS list stands for the syslog list of the same type.
+void DetailWindow::OpenListMessage(ViewNumber view) {
+    if (!IsSyslogView(view) && CurrentPage() == MessagePage::Syslog)
+        view = static_cast<ViewNumber>(view + FirstSyslogView);
+    parts_.Received.ActiveView = view;
+    if (const std::optional<Slot> slot = List(view).SelectedSlot())
+        Show(view, *slot, List(view).CurrentRowOnScreen());
+}
+
+void DetailWindow::OpenTreeMessage() {
+    parts_.Received.ActiveView = ConsolidatedView;
+    const TreeNode node = parts_.Received.Tree.SelectedNode();
+    if (node.IsLeaf())
+        Show(ConsolidatedView, node.LeafSlot(), parts_.Tree.CurrentNodeOnScreen());
+}
+
+void DetailWindow::Show(ViewNumber view, Slot slot, const QRect& entry) {
+    if (message_ == nullptr) {
+        message_ = new frmMessage({parts_.Received, parts_.Boxes, parts_.CurrentAlarm, parts_.Time,
+                                   parts_.Queue, [this](ViewNumber in, Slot of) { SelectEntry(in, of); },
+                                   [this](ViewNumber in) { DeleteSelected(in); },
+                                   [this](QWidget& over) { parts_.Others.AddSuppressionFilter(over); }},
+                                  mainWindow_);
+        connect(message_, &frmMessage::Closed, this, [this] { message_ = nullptr; });
+    }
+    message_->InitForm(view, slot);
+    message_->ShowBeside(entry);
+}
+
+void DetailWindow::Close() {
+    if (message_ != nullptr)
+        message_->Close();
+}
+
+void DetailWindow::Follow(const QAbstractItemModel* model) {
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        if (message_ != nullptr)
+            message_->NotePlace();
+    });
+    connect(model, &QAbstractItemModel::modelReset, this, &DetailWindow::LookAgain);
+}
+
+/// In the middle of work lists and store may be half way from one thing to the next.
+void DetailWindow::LookAgain() {
+    if (!parts_.Queue.IsAtWork() && message_ != nullptr)
+        message_->LookAgain();
+}
+
+void DetailWindow::SelectEntry(ViewNumber view, Slot slot) {
+    if (view == ConsolidatedView)
+        parts_.Tree.SelectNode(TreeNode::Leaf(slot));
+    else if (const std::optional<std::size_t> position = parts_.Received.List(view).PositionOf(slot))
+        List(view).SelectRow(*position);
+}
+
+/// With the view's page in front, unless it is hidden: the question is about what is seen to be selected.
+void DetailWindow::DeleteSelected(ViewNumber view) {
+    const int page = static_cast<int>(PageOfView(view));
+    if (parts_.Pages.isTabVisible(page))
+        parts_.Pages.setCurrentIndex(page);
+    parts_.Commands.DeleteMessagesIn(view);
+}
+
+}  // namespace tallyhorn

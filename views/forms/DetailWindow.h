@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QObject>
+#include <array>
+
+#include "platform/Clock.h"
+#include "platform/MessageBoxes.h"
+#include "records/AlarmRecord.h"
+#include "views/MessageCommands.h"
+#include "views/ReceivedMessages.h"
+#include "views/forms/CommandQueue.h"
+#include "views/forms/ServerHost.h"
+
+class QAbstractItemModel;
+class QRect;
+class QTabWidget;
+
+namespace tallyhorn {
+
+class ConsolidatedTreeView;
+class MessageListView;
+class frmMessage;
+
+/// Opens the one window that shows a notification in full, on what is selected in the main window's views,
+/// and lets it follow them.  User-interface thread only.
+class DetailWindow final : public QObject {
+    Q_OBJECT
+
+public:
+    /// All of it outlives this; the lists are by view number.
+    struct Parts {
+        ReceivedMessages& Received;
+        MessageCommands& Commands;
+        MessageBoxes& Boxes;
+        AlarmRecord& CurrentAlarm;
+        const Clock& Time;
+        CommandQueue& Queue;
+        ServerCommands& Others;
+        QTabWidget& Pages;
+        std::array<MessageListView*, ConsolidatedView> Lists;
+        ConsolidatedTreeView& Tree;
+    };
+    DetailWindow(const Parts& parts, QWidget* mainWindow);
+
+    /// What is selected in the tree, where that is in front, and else in the list that the active view names.
+    void ViewMessageDetails();
+    void Close();
+
+private:
+    MessagePage CurrentPage() const;
+    MessageListView& List(ViewNumber view) const { return *parts_.Lists.at(static_cast<std::size_t>(view)); }
+
+    void OpenListMessage(ViewNumber view);
+    void OpenTreeMessage();
+    void Show(ViewNumber view, Slot slot, const QRect& entry);
+    void Follow(const QAbstractItemModel* model);
+    void LookAgain();
+    void SelectEntry(ViewNumber view, Slot slot);
+    void DeleteSelected(ViewNumber view);
+
+    Parts parts_;
+    QWidget* mainWindow_;
+    frmMessage* message_ = nullptr;  ///< while it is open
+};
+
+}  // namespace tallyhorn

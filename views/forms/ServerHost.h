@@ -1,0 +1,32 @@
+#pragma once
+
+class QWidget;
+
+namespace tallyhorn {
+
+/// What the main window asks when it is to go.
+class ServerLifetime {
+public:
+    virtual ~ServerLifetime() = default;
+    /// Whether the window may close; `byUser` where the user closed it, who is then asked.
+    virtual bool QueryUnload(bool byUser) = 0;
+    /// The window has closed.
+    virtual void Unload() = 0;
+};
+
+/// The commands that lead out of the main window; a dialog has closed again when its command returns.
+class ServerCommands {
+public:
+    virtual ~ServerCommands() = default;
+    virtual void ToggleViewFilter() = 0;
+    virtual void ManageSuppressionFilters() = 0;
+    /// Asks for a suppression filter made from the current alarm, over the detail window.
+    virtual void AddSuppressionFilter(QWidget& over) = 0;
+    virtual void OpenEventViewer() = 0;
+    virtual void ExportMessages() = 0;
+    virtual void ShowPreferences() = 0;
+    virtual void ShowHelp() = 0;
+    virtual void ShowAbout() = 0;
+};
+
+}  // namespace tallyhorn

@@ -42,27 +42,22 @@ protected:
 };
 
 TEST_F(MessageListTest, FirstClickSortsDescendingAndEveryClickTurnsRound) {
-    Add(1, Alarm("beta", 60));
-    Add(2, Alarm("Alpha", 180));
-    Add(3, Alarm("alpha", 120));
-    EXPECT_EQ(Slots(), (std::vector<Slot>{1, 2, 3}));
-    list_.SortBy(MessageColumn::DateLogged);
-    EXPECT_EQ(Slots(), (std::vector<Slot>{2, 3, 1})) << "newest first";
-    list_.SortBy(MessageColumn::DateLogged);
-    EXPECT_EQ(Slots(), (std::vector<Slot>{1, 3, 2}));
-    list_.SortBy(MessageColumn::Alarm);
-    EXPECT_EQ(Slots(), (std::vector<Slot>{1, 2, 3})) << "another column turns round too; case does not count";
-    list_.SortBy(MessageColumn::Alarm);
-    EXPECT_EQ(Slots(), (std::vector<Slot>{2, 3, 1})) << "equal rows stay in the order of arrival";
-}
-
-TEST_F(MessageListTest, DatesSortByTimeInAllYears) {
-    const std::int64_t seconds[] = {-5, 253'402'300'799, -59'011'459'200, 0, -6, 3'000'000'000'000 / 60, -5};
-    for (std::size_t i = 0; i < std::size(seconds); ++i)
-        Add(static_cast<Slot>(i), Alarm("a", seconds[i]));
-    list_.SortBy(MessageColumn::DateLogged);
-    list_.SortBy(MessageColumn::DateLogged);
-    EXPECT_EQ(Slots(), (std::vector<Slot>{2, 4, 0, 6, 3, 5, 1}));
+    Add(1, Alarm("beta", -5));
+    Add(2, Alarm("Alpha", 253'402'300'799));
+    Add(3, Alarm("alpha", -59'011'459'200));
+    Add(4, Alarm("gamma", -5));
+    const struct {
+        MessageColumn Column;
+        std::vector<Slot> Order;
+    } clicks[] = {
+        {MessageColumn::DateLogged, {2, 1, 4, 3}},
+        {MessageColumn::DateLogged, {3, 1, 4, 2}},
+        {MessageColumn::Alarm, {4, 1, 2, 3}},  // another column turns round too, case does not count
+        {MessageColumn::Alarm, {2, 3, 1, 4}}};
+    for (const auto& [column, order] : clicks) {
+        list_.SortBy(column);
+        EXPECT_EQ(Slots(), order);
+    }
 }
 
 TEST_F(MessageListTest, RowsKeepTheTextTheyWereAddedWith) {
@@ -73,16 +68,12 @@ TEST_F(MessageListTest, RowsKeepTheTextTheyWereAddedWith) {
     EXPECT_EQ(list_.CellText(0, MessageColumn::DateLogged), "02-01-1970 12:00:00 AM");
     EXPECT_EQ(list_.CellText(1, MessageColumn::DateLogged), "01.02.1970 12:00:00 AM");
     EXPECT_EQ(list_.CellText(1, MessageColumn::RecordNum), "000001440.0000");
-    rows_.SetDateStyle({true, "-"});
-    Add(3, Alarm("a"));
-    EXPECT_EQ(list_.CellText(2, MessageColumn::DateLogged), "01-01-1970 12:00:00 AM");
 }
 
 TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
     for (Slot slot = 0; slot < 3; ++slot)
         Add(slot, Alarm("a", slot * 31 * 86400));
     EXPECT_EQ(list_.FindByDate("02/01", 0), 1U);
-    EXPECT_EQ(list_.FindByDate("0", 1), 1U);
     EXPECT_EQ(list_.FindByDate("01/", 2), 0U);
     EXPECT_EQ(list_.FindByDate("0", 3), 0U) << "behind the last row comes the first";
     EXPECT_EQ(list_.FindByDate("x", 0), std::nullopt);

@@ -77,6 +77,13 @@ protected:
         AWAIT(std::none_of(pacers.begin(), pacers.end(),
                            [](const QTimer* pacer) { return pacer->isActive(); }));
     }
+    /// Notifications of one type come by mailslot and are shown.
+    void Receive(const std::vector<std::string>& names, const std::string& type = "Error") {
+        for (const std::string& name : names)
+            Arrive(name, type);
+        Poll();
+        AwaitShown();
+    }
     MessageListView* List(int element) {
         return Find<MessageListView>("lvwMessages" + std::to_string(element));
     }

@@ -157,18 +157,6 @@ TEST_F(CommandsTest, TheSameWishWaitsOnce) {
     EXPECT_EQ(boxes_.Shown.size(), 3U) << "asked anew it is a wish anew";
 }
 
-TEST_F(CommandsTest, NothingIsAskedAfterTheEndOfTheSession) {
-    StartWithError();
-    console_->Window().Commands().RunAsWork([this] {
-        Command("clear");
-        Command("eventviewer");
-        console_->End();
-    });
-    AWAIT(console_->HasEnded());
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(boxes_.Shown.empty());
-}
-
 /// What was under way asks once more before it is done.
 TEST_F(CommandsTest, ABoxThatOpensAfterTheEndClosesByItself) {
     StartWithError();

@@ -96,21 +96,6 @@ TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
     EXPECT_EQ(SettingsText().find("CPWidth=0"), std::string::npos) << SettingsText();
 }
 
-/// A command given in the middle of a batch waits for its end: its question must not hold the batch up.
-TEST_F(ConsoleTest, CommandsWaitForTheBatch) {
-    Start();
-    clock_.PerLook = std::chrono::milliseconds(4);
-    for (int i = 0; i < 20; ++i)
-        Arrive(std::to_string(i), "Error");
-    QTimer::singleShot(0, &console_->Window(), [this] { Command("clear"); });
-    Poll();
-    EXPECT_TRUE(boxes_.Shown.empty());
-    EXPECT_EQ(Panel(1), "20 NetBIOS Message(s)");
-    QCoreApplication::processEvents();
-    EXPECT_EQ(boxes_.Shown.size(), 1U);
-    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
-}
-
 TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
     for (const bool loggingOff : {false, true}) {
         Start();

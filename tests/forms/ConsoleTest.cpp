@@ -163,7 +163,7 @@ TEST_F(ConsoleTest, StartsOnDamagedFiles) {
     std::string bytes;
     for (int i = 0; i < 5000; ++i)
         bytes += static_cast<char>((i * 7919) >> 3);
-    std::ofstream(folder_ / "SavedFilters.dat", std::ios::binary) << bytes;
+    WriteBytes(folder_ / "SavedFilters.dat", bytes);
     Start(
         "CPWidth=2147483647\r\nCPHeight=-5\r\nColWidth1=-2147483648\r\nColWidth2=99999999999\r\nMessageViews="
         "255\r\n" +

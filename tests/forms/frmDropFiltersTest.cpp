@@ -154,49 +154,50 @@ TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
     ExpectFields();
     EXPECT_EQ(Focus(), "txtFilterName");
     QTest::keyClicks(dialog_->focusWidget(), "night");
-    Type("txtSource", "Disk");
-    Type("txtEventID", "0");
+    const std::pair<const char*, const char*> texts[] = {{"txtSource", "Disk"},
+                                                         {"txtCategory", "cat"},
+                                                         {"txtUser", "u"},
+                                                         {"txtComputer", "pc"},
+                                                         {"txtEventID", "0"}};
+    for (const auto& [box, text] : texts)
+        Type(box, text);
     Click("chkType1");
     Click("chkType4");
-    Find("txtCategory")->setFocus();
     Press(Qt::Key_Return);
     ExpectManage();
-    SuppressionFilter night = FilterOn("night", "Disk");
-    night.EventID = 0;
-    night.EventTypes = FilterWarning | FilterSuccessAudit;
-    EXPECT_TRUE(FileIs(SlotOf(night)));
+    SuppressionFilter filter = FilterOn("night", "Disk");
+    filter.Category = "cat";
+    filter.AccountName = "u";
+    filter.Computer = "pc";
+    filter.EventID = 0;
+    filter.EventTypes = FilterWarning | FilterSuccessAudit;
+    EXPECT_TRUE(FileIs(SlotOf(filter)));
     EXPECT_FALSE(Suppressed("Disk")) << "only once the dialog has closed";
 
     Click("cmdEdit");
     ExpectFields();
-    EXPECT_EQ(Text("txtFilterName") + Text("txtSource") + Text("txtEventID"), "nightDisk0");
+    for (const auto& [box, text] : texts)
+        EXPECT_EQ(Text(box), text);
     EXPECT_TRUE(IsChecked("chkType1") && IsChecked("chkType4") && !IsChecked("chkType0"));
     QTest::keyClicks(dialog_->focusWidget(), "day");  // replaces the name
     Type("txtEventID", "");
-    Click("chkType1");
     Click("chkType4");
-    Type("txtUser", "u");
-    Type("txtComputer", "pc");
-    Type("txtCategory", "cat");
     Click("cmdOK");
     ExpectManage();
     EXPECT_EQ(Text("txtEventID"), "-1");
-    SuppressionFilter day = FilterOn("day", "Disk");
-    day.AccountName = "u";
-    day.Computer = "pc";
-    day.Category = "cat";
-    EXPECT_TRUE(FileIs(SlotOf(day)));
+    filter.FilterName = "day";
+    filter.EventID = AnyEventID;
+    filter.EventTypes = FilterWarning;
+    EXPECT_TRUE(FileIs(SlotOf(filter)));
     EXPECT_EQ(Listed(), "*day ");
 
     Click("cmdDelete");
     ExpectManage();
     EXPECT_TRUE(FileIs(blank_));
     Click("cmdAdd");
-    std::string left;
-    for (const char* box :
-         {"txtFilterName", "txtSource", "txtCategory", "txtUser", "txtComputer", "txtEventID"})
-        left += Text(box);
-    EXPECT_EQ(left, "");
+    for (const auto& [box, text] : texts)
+        EXPECT_EQ(Text(box), "") << box;
+    EXPECT_EQ(Text("txtFilterName"), "");
 }
 
 /// What is said is the editor's; the form keeps what was typed and leads to what is wrong.
@@ -230,10 +231,6 @@ TEST_F(frmDropFiltersTest, RefusesAndKeepsWhatWasTyped) {
     Click("cmdCancel");
     ExpectManage();
     EXPECT_EQ(Text("txtEventID"), "2147483648") << "fields keep what was typed";
-    Click("cmdEdit");
-    Click("cmdOK");
-    EXPECT_EQ(boxes_.Shown.size(), 1U) << "an unchanged name is in use too";
-    ExpectFields();
 }
 
 TEST_F(frmDropFiltersTest, QuickAddProposesAndEndsInTheManager) {
@@ -263,19 +260,13 @@ TEST_F(frmDropFiltersTest, QuickAddProposesAndEndsInTheManager) {
 }
 
 TEST_F(frmDropFiltersTest, EveryWayOfClosingLetsTheTableFollowTheFile) {
-    const struct {
-        const char* Name;
-        std::function<void()> Close;
-    } ways[] = {
-        {"the window's button", [this] { dialog_->close(); }},
-        {"the window's button while editing", [this] { Click("cmdEdit"), dialog_->close(); }},
-        {"Close", [this] { Click("cmdCancel"); }},
-        {"Escape", [this] { Press(Qt::Key_Escape); }},
-        {"Return", [this] { Press(Qt::Key_Return); }},
-        {"Cancel in no mode yet", [this] { dialog_->InitForm(), Click("cmdCancel"); }},
+    const std::function<void()> ways[] = {
+        [this] { dialog_->close(); },      [this] { Click("cmdEdit"), dialog_->close(); },
+        [this] { Click("cmdCancel"); },    [this] { Press(Qt::Key_Escape); },
+        [this] { Press(Qt::Key_Return); }, [this] { dialog_->InitForm(), Click("cmdCancel"); },
     };
-    for (const auto& [name, close] : ways) {
-        SCOPED_TRACE(name);
+    for (const auto& close : ways) {
+        SCOPED_TRACE(&close - ways);
         Manage(b_);
         // Another file in its place: found by opening it anew alone.
         WriteBytes(folder_ / "other", blank_ + a_);
@@ -307,15 +298,10 @@ TEST_F(frmDropFiltersTest, DatesAreOutOfUseUnlessChosenAndAreSavedToTheSecond) {
     Click("optFilterByDate1");
     expectEnabled(false);
     Click("optFilterByDate0");
-    begin->setCurrentSection(QDateTimeEdit::MonthSection);
     begin->setFocus();
-    QTest::keyClick(begin, Qt::Key_Down);
-    end->setFocus();
-    end->setSelectedSection(QDateTimeEdit::AmPmSection);
-    QTest::keyClick(end, Qt::Key_Down);
-    end->setSelectedSection(QDateTimeEdit::DaySection);
-    QTest::keyClicks(end, "28");
-    QTest::keyClick(end, Qt::Key_Return);
+    QTest::keyClick(begin, Qt::Key_Down);  // a month back
+    end->setDateTime(QDateTime(QDate(2026, 9, 28), QTime(2, 5, 9), Qt::UTC));
+    Press(Qt::Key_Return);
     ExpectManage();
     SuppressionFilter dated = FilterOn("dated", "");
     dated.UseDateRange = FilterTrue;

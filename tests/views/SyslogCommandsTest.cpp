@@ -131,7 +131,6 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
         const auto view = static_cast<ViewNumber>(FirstSyslogView + below(3));
         MessageList& list = Received.List(view);
         const std::size_t before = Rows();
-        std::size_t goes = 0;
         if (what < 93) {
             Keep("a" + std::to_string(below(4)), Types[below(7)], "PC" + std::to_string(below(3)));
             ASSERT_EQ(Rows(), before + 1);
@@ -144,12 +143,11 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             const std::size_t first = below(list.Size());
             list.ClearSelection();
             list.Select(first, std::min(first + below(20), list.Size() - 1), true);
-            goes = list.SelectedCount();
-            for (const Slot slot : list.SelectedSlots())
-                freed.push_back(slot);
+            const std::vector<Slot> goes = list.SelectedSlots();
+            freed.insert(freed.end(), goes.begin(), goes.end());
             Received.ActiveView = view;
             commands_.DeleteMessages();
-            ASSERT_EQ(Rows(), before - goes) << step;
+            ASSERT_EQ(Rows(), before - goes.size()) << step;
         } else if (what < 99 && Received.Tree.LeafCount() > 0) {
             TreeNode node;
             for (std::size_t level = 1 + below(3); level > 0 && Received.Tree.ChildCount(node) > 0; --level)

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -210,27 +209,6 @@ TEST_F(DropFilterEditorTest, SortsByNameWithoutCaseAndKeepsTheSelectedEntry) {
     EXPECT_EQ(Save("aaa"), Answer::Saved);
     EXPECT_EQ(Listed(), "beta 1, BETA 5, azure 6, Alpha 2, *aaa 4");
     EXPECT_EQ(ReadBytes(path_).substr(3 * FilterSlotSize, 4), "aaa ") << "the record that was selected";
-}
-
-TEST_F(DropFilterEditorTest, CancelsByMode) {
-    WriteBytes(path_, a_);
-    const struct {
-        const char* Name;
-        std::function<void()> Open;
-        bool Closes;
-    } cases[] = {
-        {"plain", [this] { editor_.InitForm(); }, true},
-        {"manage", [this] { editor_.InitFormAsManager(); }, true},
-        {"adding", [this] { editor_.InitFormAsManager(), editor_.Add(); }, false},
-        {"editing", [this] { editor_.InitFormAsManager(), editor_.Edit(); }, false},
-        {"quick add", [this] { editor_.InitFormAsQuickAdd(AlarmRecord()); }, false},
-    };
-    for (const auto& [name, open, closes] : cases) {
-        open();
-        EXPECT_EQ(editor_.Cancel(), closes) << name;
-        EXPECT_TRUE(closes || editor_.Mode() == DialogMode::Manage) << name;
-    }
-    EXPECT_EQ(ReadBytes(path_), a_);
 }
 
 TEST_F(DropFilterEditorTest, GoesOnWhereNoFileCanBe) {

@@ -191,15 +191,12 @@ TEST_F(SuppressionFiltersTest, ReadsAFileThatItMayNotWrite) {
 TEST_F(SuppressionFiltersTest, LoadsRandomBytesUpToItsLimit) {
     std::mt19937 random(7);
     std::string bytes((std::size_t{SuppressionFilters::MaxRecords} + 10) * FilterSlotSize, '\0');
-    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
-        const std::uint32_t value = static_cast<std::uint32_t>(random());
-        std::memcpy(bytes.data() + i, &value, 4);
-    }
+    for (char& byte : bytes)
+        byte = static_cast<char>(random());
     WriteBytes(path_, bytes);
     Start();
     EXPECT_EQ(filters_.FilterCount, SuppressionFilters::MaxRecords);
     EXPECT_EQ(filters_.CountRecords(), SuppressionFilters::MaxRecords + 10);
-    EXPECT_FALSE(filters_.IsSuppressed(AlarmFrom("a")));
 }
 
 }  // namespace

@@ -69,11 +69,6 @@ TEST_F(QtSaveDialogTest, GivesTheNameThatWasTyped) {
     }
 }
 
-TEST_F(QtSaveDialogTest, EscapeCancels) {
-    EXPECT_EQ(Ask(proposal_, [](QFileDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }),
-              std::nullopt);
-}
-
 TEST_F(QtSaveDialogTest, AsksBeforeItNamesAnExistingFile) {
     WriteBytes(proposal_, "old");
     EXPECT_EQ(Ask(proposal_,

@@ -13,13 +13,12 @@ namespace {
 
 class SyslogCommandsTest : public CommandsFixture {
 protected:
-    void Keep(const std::string& alarm, const std::string& type, const std::string& computer,
-              bool shown = true) {
+    void Keep(const std::string& alarm, const std::string& type, const std::string& computer) {
         AlarmRecord record;
         record.AlarmName = alarm;
         record.TypeOfEvent = type;
         record.Computer = computer;
-        KeepSyslog(record, shown);
+        KeepSyslog(record);
     }
     std::size_t Rows() const { return RowCount(Received.Syslog); }
     /// The node at these positions below the root.
@@ -35,17 +34,6 @@ protected:
         commands_.DeleteMessages();
     }
 };
-
-TEST_F(SyslogCommandsTest, AKeptMessageStandsInStoreListAndTree) {
-    Keep("Full", "WARNING", "PC");
-    Keep("Full", "Failure Audit", "PC", false);
-    EXPECT_EQ(Received.Syslog.Messages.Text(0),
-              "Date: 12/30/1899\r\nAlarm Name: Full\r\nLog Type: \r\nSource: \r\nType Of Event: Warning\r\n"
-              "Category: \r\nEventID: 0\r\nAccount: \r\nComputer: PC\r\nDescription: \r\n");
-    EXPECT_EQ(Received.Syslog.Messages.MessageCount(), 2) << "what a view filter hides is kept and counted";
-    EXPECT_EQ(Rows(), 1U);
-    EXPECT_EQ(Received.Tree.LeafCount(), 1U);
-}
 
 TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
     Received.ClearSyslog();

@@ -107,8 +107,6 @@ TEST_F(frmDropFiltersTest, AccessKeysLeadWhereTheCaptionsSay) {
         {Qt::Key_A, {"chkType4"}, {"cmdAdd", "chkType4"}},
         {Qt::Key_B, {"dtBegin"}},
         {Qt::Key_T, {"chkType0"}},
-        {Qt::Key_I, {"chkType0"}},
-        {Qt::Key_W, {"chkType1"}},
         {Qt::Key_O, {"chkType2"}},
         {Qt::Key_S, {"txtSource"}},
         {Qt::Key_C, {"txtCategory", "cmdCancel"}},

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <list>
 #include <map>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -39,62 +39,51 @@ struct WalkedTree {
         std::size_t Leaves = 0;
         Slot Tag = -1;
     };
-    std::vector<std::unique_ptr<Node>> Collection;
-    /// Those without a leaf, because a key was taken, with the last group that there is for them.
-    std::map<Slot, Node*> Counted;
+    std::list<Node> Collection;
+    /// The last group that there is for each message: its computer, unless a key was taken.
+    std::map<Slot, Node*> CountedBy;
 
-    Node* Find(Node* parent, const std::string& name) {
-        for (const auto& node : Collection) {
-            if (node->Parent == parent && node->Tag < 0 && node->Name == name)
-                return node.get();
-        }
-        return nullptr;
+    Node* Find(const Node* parent, const std::string& name) {
+        const auto found = std::find_if(Collection.begin(), Collection.end(), [&](const Node& node) {
+            return node.Parent == parent && node.Tag < 0 && node.Name == name;
+        });
+        return found == Collection.end() ? nullptr : &*found;
     }
     std::string Index(const Node* node) const {
         const auto at = std::find_if(Collection.begin(), Collection.end(),
-                                     [&](const auto& other) { return other.get() == node; });
-        std::string digits = std::to_string(at - Collection.begin() + 1);
+                                     [&](const Node& other) { return &other == node; });
+        const std::string digits = std::to_string(std::distance(Collection.begin(), at) + 1);
         return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
     }
-    Node* Append(Node* parent, const std::string& key, const std::string& name, Slot tag = -1) {
-        for (const auto& node : Collection) {
-            if (node->Key == key)
-                return nullptr;
-        }
-        Collection.push_back(std::make_unique<Node>(Node{key, name, parent, 0, tag}));
-        return Collection.back().get();
+    Node* Append(const Node& node) {
+        const bool taken = std::any_of(Collection.begin(), Collection.end(),
+                                       [&](const Node& other) { return other.Key == node.Key; });
+        return taken ? nullptr : &Collection.emplace_back(node);
     }
     void Add(Slot slot, const std::string& alarm, const std::string& type, const std::string& computer) {
-        Node* a = Find(nullptr, alarm);
-        if (a == nullptr)
-            a = Append(nullptr, "ALARM_" + alarm, alarm);
-        Node* t = Find(a, type);
-        if (t == nullptr)
-            t = Append(a, "EVENT_" + Index(a) + "_" + type, type);
-        Node* c = t == nullptr ? nullptr : Find(t, computer);
-        if (c == nullptr && t != nullptr)
-            c = Append(t, "COMPUTER_" + Index(t) + "_" + computer, computer);
-        if (c != nullptr)
-            Append(c, "FIELDS_" + std::to_string(slot), "", slot);
-        else
-            Counted[slot] = t != nullptr ? t : a;
-        for (Node* node = c != nullptr ? c : Counted[slot]; node != nullptr; node = node->Parent)
-            ++node->Leaves;
+        Node* group = Find(nullptr, alarm);
+        if (group == nullptr)
+            group = Append({"ALARM_" + alarm, alarm});
+        bool whole = true;
+        for (const auto& [kind, name] : {std::pair("EVENT_", type), std::pair("COMPUTER_", computer)}) {
+            Node* below = Find(group, name);
+            if (whole && below == nullptr)
+                below = Append({kind + Index(group) + "_" + name, name, group});
+            whole = whole && below != nullptr;
+            group = whole ? below : group;
+        }
+        if (whole)
+            Append({"FIELDS_" + std::to_string(slot), "", group, 0, slot});
+        CountedBy[slot] = group;
+        for (; group != nullptr; group = group->Parent)
+            ++group->Leaves;
     }
     void Remove(Slot slot) {
-        if (const auto counted = Counted.find(slot); counted != Counted.end()) {
-            for (Node* group = counted->second; group != nullptr; group = group->Parent)
-                --group->Leaves;
-            Counted.erase(counted);
-        }
-        std::erase_if(Collection, [&](const auto& node) {
-            if (node->Tag != slot)
-                return false;
-            for (Node* group = node->Parent; group != nullptr; group = group->Parent)
-                --group->Leaves;
-            return true;
-        });
-        std::erase_if(Collection, [](const auto& node) { return node->Tag < 0 && node->Leaves == 0; });
+        for (Node* group = CountedBy.at(slot); group != nullptr; group = group->Parent)
+            --group->Leaves;
+        CountedBy.erase(slot);
+        Collection.remove_if(
+            [slot](const Node& node) { return node.Tag < 0 ? node.Leaves == 0 : node.Tag == slot; });
     }
 };
 
@@ -128,9 +117,9 @@ protected:
     void CompareWith(const WalkedTree& walked) const {
         std::vector<std::string> keys(walked.Collection.size());
         CollectKeys(TreeNode(), keys);
-        for (std::size_t i = 0; i < keys.size(); ++i)
-            EXPECT_EQ(keys[i],
-                      walked.Collection[i]->Key + " " + std::to_string(walked.Collection[i]->Leaves));
+        auto key = keys.begin();
+        for (const WalkedTree::Node& node : walked.Collection)
+            EXPECT_EQ(*key++, node.Key + " " + std::to_string(node.Leaves));
     }
     void CollectKeys(TreeNode parent, std::vector<std::string>& keys) const {
         for (std::size_t i = 0; i < tree_.ChildCount(parent); ++i) {

@@ -9,6 +9,8 @@ declare -A Packages=(
     [test]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev fonts-dejavu-core"
     [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64"
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
+    [package]="dpkg-dev file gzip librsvg2-bin"
+    [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
     [checks]="clang-format clang-tidy git python3"
 )
 

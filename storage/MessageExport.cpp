@@ -1,12 +1,12 @@
 #include "storage/MessageExport.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "records/AnsiText.h"
+#include "records/DateDisplay.h"
 #include "records/NetBiosFormat.h"
 #include "records/SyslogFormat.h"
 #include "storage/ExportFile.h"
@@ -22,9 +22,6 @@ constexpr std::string_view SyslogFailure =
 constexpr std::string_view BranchQuestion = "Are you sure you want to export this tree branch to a file?";
 constexpr std::string_view FileTypes = "Text files (*.txt)|*.txt";
 
-constexpr std::array<const char*, 12> Months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
 std::string CaptionOf(MessagePage page) {
     std::string caption(PageCaptions.at(static_cast<std::size_t>(page)));
     std::erase(caption, '&');
@@ -36,7 +33,7 @@ std::string DayText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
     std::string text = std::to_string(parts.Day);
     text.insert(0, 2 - text.size(), '0');
-    text.append("-").append(Months.at(static_cast<std::size_t>(parts.Month) - 1)).append("-");
+    text.append("-").append(ShortMonthName(parts.Month)).append("-");
     return text.append(std::to_string(parts.Year));
 }
 

@@ -53,7 +53,7 @@ void InGroups(std::size_t total, std::size_t size, const Work& work) {
 
 /// What may be filled.
 std::size_t SlotCount(const MessageStore& messages) {
-    return static_cast<std::size_t>(messages.UpperBound() + 1);
+    return static_cast<std::size_t>(messages.UpperBound()) + 1;
 }
 
 bool SortsBefore(std::string_view a, std::string_view b) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace tallyhorn {
 
@@ -9,8 +11,9 @@ namespace tallyhorn {
 class AreaPresence {
 public:
     virtual ~AreaPresence() = default;
-    /// An area of the sort that was decided on; of any sort until then.
-    virtual bool HasArea() = 0;
+    /// The area of the sort that was decided on, of any sort until then: another number for each one in which
+    /// an icon has to be made anew, nothing where there is none.
+    virtual std::optional<std::uint32_t> Area() = 0;
     /// Qt decides once in a program's life, with its first icon, on the best sort of area that it finds then,
     /// and stays with it: to be called as that icon is made.
     virtual void Decide() = 0;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QWindow>
 #include <utility>
 
 #include "forms/AnsiString.h"
@@ -14,18 +15,21 @@ QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {}
 QtNotificationArea::~QtNotificationArea() = default;
 
 bool QtNotificationArea::IsAvailable() {
-    if (!presence_->HasArea())
-        return false;
-    if (added_)
+    const std::optional<std::uint32_t> area = presence_->Area();
+    // An icon does not outlive its area: in the next one Qt would still hold it for shown.
+    if (area != area_)
+        icon_.reset();
+    area_ = area;
+    if (area_ && added_)
         MakeIcon();
-    return true;
+    return area_.has_value();
 }
 
 void QtNotificationArea::Add(int image, std::string_view tip) {
     added_ = true;
     Show(image, tip);
     if (IsAvailable())
-        icon_->show();
+        ShowIcon();
 }
 
 void QtNotificationArea::Modify(int image, std::string_view tip) {
@@ -58,7 +62,24 @@ void QtNotificationArea::MakeIcon() {
     if (presence_->ShowsMenu())
         icon_->setContextMenu(menu_);
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &QtNotificationArea::HandleActivation);
+    ShowIcon();
+}
+
+void QtNotificationArea::ShowIcon() {
     icon_->show();
+    for (QWindow* const window : QGuiApplication::allWindows()) {
+        if (window->objectName() != QStringLiteral("QSystemTrayIconSysWindow"))
+            continue;
+        window->installEventFilter(this);
+        KeepOpen(*window);
+    }
+}
+
+/// Where the icon is a window of this program's, Qt shuts it off while a dialog stands open, and with it the
+/// way back to a window that was minimised with its dialog.  What belongs to the dialog stays open.
+void QtNotificationArea::KeepOpen(QWindow& iconWindow) {
+    if (QWindow* const dialog = QGuiApplication::modalWindow())
+        iconWindow.setTransientParent(dialog);
 }
 
 void QtNotificationArea::HandleActivation(QSystemTrayIcon::ActivationReason reason) {
@@ -75,7 +96,10 @@ void QtNotificationArea::HandleActivation(QSystemTrayIcon::ActivationReason reas
 }
 
 bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonRelease &&
+    if (event->type() == QEvent::WindowBlocked) {
+        if (auto* const window = qobject_cast<QWindow*>(watched))
+            KeepOpen(*window);
+    } else if (event->type() == QEvent::MouseButtonRelease &&
         static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         QCoreApplication::instance()->removeEventFilter(this);
         // Once the release itself is done with, which might choose the menu's first item.

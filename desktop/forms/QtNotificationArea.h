@@ -9,6 +9,8 @@
 #include "desktop/forms/AreaPresence.h"
 #include "platform/NotificationArea.h"
 
+class QWindow;
+
 namespace tallyhorn {
 
 /// The notification area through Qt's icon, which it makes as soon as there is an area to put it in.
@@ -34,6 +36,8 @@ protected:
 
 private:
     void MakeIcon();
+    void ShowIcon();
+    static void KeepOpen(QWindow& iconWindow);
     void Show(int image, std::string_view tip);
     void HandleActivation(QSystemTrayIcon::ActivationReason reason);
 
@@ -43,6 +47,7 @@ private:
     std::unique_ptr<QSystemTrayIcon> icon_;
     QIcon picture_;
     QString tip_;
+    std::optional<std::uint32_t> area_;  ///< the one that the icon was made in
     bool added_ = false;
 };
 

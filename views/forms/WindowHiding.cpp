@@ -1,6 +1,7 @@
 #include "views/forms/WindowHiding.h"
 
 #include <QApplication>
+#include <QWindow>
 #include <utility>
 
 namespace tallyhorn {
@@ -26,6 +27,7 @@ void WindowHiding::Hide() {
     hidden_ = true;
     maximized_ = window_.isMaximized();
     normalGeometry_ = maximized_ ? window_.normalGeometry() : window_.geometry();
+    framePosition_ = window_.frameGeometry().topLeft();
     companions_.clear();
     for (QObject* const child : window_.children()) {
         auto* const widget = qobject_cast<QWidget*>(child);
@@ -56,9 +58,21 @@ void WindowHiding::Uncover() {
     window_.setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
+/// Told before the window is shown: a window manager seeks a place of its own choice otherwise.
+void WindowHiding::GiveBackPlace() {
+    window_.setGeometry(normalGeometry_);
+    if (QWindow* const handle = window_.windowHandle(); handle != nullptr && !maximized_)
+        handle->setFramePosition(framePosition_);
+}
+
 void WindowHiding::BringBack() {
-    if (std::exchange(hidden_, false))
-        window_.setGeometry(normalGeometry_);
+    if (std::exchange(hidden_, false)) {
+        GiveBackPlace();
+        // Maximised in a second step: a window manager does not hear of a state that the hidden window had
+        // already.
+        window_.setWindowState(Qt::WindowNoState);
+        window_.show();
+    }
     window_.setWindowState(maximized_ ? Qt::WindowMaximized : Qt::WindowNoState);
     window_.show();
     for (const QPointer<QWidget>& companion : std::exchange(companions_, {})) {

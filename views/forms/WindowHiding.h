@@ -27,11 +27,13 @@ private:
     void Minimized();
     void Hide();
     void BringBack();
+    void GiveBackPlace();
 
     QWidget& window_;
     ServerLifetime& lifetime_;
     std::vector<QPointer<QWidget>> companions_;  ///< what was hidden with it
     QRect normalGeometry_;
+    QPoint framePosition_;  ///< of the window that is not maximised
     bool maximized_ = false;
     bool minimized_ = false;  ///< hidden or on the task bar
     bool hidden_ = false;

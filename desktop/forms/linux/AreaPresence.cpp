@@ -21,28 +21,33 @@ xcb_connection_t* XConnection() {
     return x != nullptr ? x->connection() : nullptr;
 }
 
-/// Whether somebody owns the selection that stands for the X screen's tray.
-bool HasXTray() {
+/// The window that owns the selection which stands for the X screen's tray.
+std::optional<std::uint32_t> XTray() {
     xcb_connection_t* const x = XConnection();
     if (x == nullptr)
-        return false;
+        return std::nullopt;
     static const QByteArray name = QByteArrayLiteral("_NET_SYSTEM_TRAY_S0");
     const ReplyPointer<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.constData()), nullptr));
     if (atom == nullptr)
-        return false;
+        return std::nullopt;
     const ReplyPointer<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom->atom), nullptr));
-    return owner != nullptr && owner->owner != XCB_NONE;
+    if (owner == nullptr || owner->owner == XCB_NONE)
+        return std::nullopt;
+    return owner->owner;
 }
 
 /// Hosts of status notifier items on the session bus, which Qt prefers, or the X screen's tray.
 class LinuxPresence final : public AreaPresence {
 public:
-    bool HasArea() override {
-        if (!decided_)
-            return hosts_.HasHost() || HasXTray();
-        return itemsDecided_ ? hosts_.HasHost() : HasXTray();
+    std::optional<std::uint32_t> Area() override {
+        // Qt sees by itself to it that its item is registered with each new host.
+        const std::optional<std::uint32_t> items =
+            hosts_.HasHost() ? std::optional(0U) : std::nullopt;
+        if (decided_)
+            return itemsDecided_ ? items : XTray();
+        return items ? items : XTray();
     }
     void Decide() override {
         if (!decided_)

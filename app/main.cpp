@@ -13,8 +13,8 @@
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/forms/QtNotificationArea.h"
 #include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
@@ -37,11 +37,12 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     InstanceLock instance("TallyhornListenerConsole");
     QtMessageBoxes boxes;
     QtSaveDialog saveDialog;
-    QuietSignals quiet;
+    QtNotificationArea area;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog},
+    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area},
                     folder);
+    area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
     termination.Start([&] {

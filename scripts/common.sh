@@ -11,7 +11,7 @@ declare -A Packages=(
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
     [package]="dpkg-dev file gzip librsvg2-bin"
     [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
-    [checks]="clang-format clang-tidy git python3"
+    [checks]="g++ clang-format clang-tidy libclang-14-dev llvm-14-dev git python3"
 )
 
 Say() { printf '==> %s\n' "$*"; }

@@ -1,6 +1,6 @@
 #include "app/Console.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -12,6 +12,7 @@
 #include "config/forms/frmPreferences.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
+#include "platform/DataFolder.h"
 #include "storage/forms/frmSavingMessages.h"
 
 namespace tallyhorn {
@@ -50,6 +51,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this))),
+      tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
       received_(*window_, slices_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
@@ -65,7 +67,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}) {
-    profile_.SetINIFileName((folder / SettingsFileName).string());
+    profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
 
 Console::~Console() {
@@ -94,9 +96,8 @@ bool Console::Start() {
         return true;
     }
     started_ = true;
-    window_->showMaximized();
-    window_->raise();
-    window_->activateWindow();
+    tray_->Initialize();
+    tray_->ShowServerWindowMax();
     if (portFailed_)
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
@@ -115,6 +116,7 @@ void Console::End() {
 
 void Console::LoadMainWindow() {
     settings_ = ReadSettings(profile_);
+    tray_->ShowSound(settings_.SoundOn);
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
@@ -125,7 +127,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,     *window_,         machine_.Signals,
+    return {filters_, viewFilter_,   received_,     *window_,         static_cast<ArrivalSignals&>(*this),
             slices_,  machine_.Time, currentAlarm_, processingPaused_};
 }
 
@@ -201,7 +203,7 @@ void Console::ShowFilterDialog() {
 bool Console::QueryUnload(bool byUser) {
     if (ended_)
         return false;
-    attended_ = byUser;
+    attended_ = byUser || leaving_;
     const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
@@ -224,6 +226,7 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    tray_->Unload();
     {
         frmSavingMessages saving;
         saving.show();
@@ -235,6 +238,39 @@ void Console::ShutDown() {
     window_->hide();
     // Not quit, which would ask the windows to close and stop at the first that does not.
     QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+// ---- the notification area
+
+/// On the task bar, where there is no icon, the window's own entry draws the user's eye.
+void Console::StartFlash() {
+    // At the start the window is not yet shown, and will be at once.
+    if (!started_)
+        return;
+    tray_->StartFlash();
+    if (!window_->Hiding().IsHidden())
+        QApplication::alert(window_.get());
+}
+
+/// In the middle of other work they run as it goes on.
+void Console::LetEventsRun() {
+    if (!window_->Commands().IsAtWork())
+        Run();
+}
+
+void Console::Leave() {
+    leaving_ = true;
+    window_->CloseWithoutQuestion();
+}
+
+void Console::ToggleSound() {
+    SetSoundOn(!settings_.SoundOn);
+    WriteSetting(profile_, "SoundOn", settings_.SoundOn ? "1" : "0");
+}
+
+void Console::SetSoundOn(bool on) {
+    settings_.SoundOn = on;
+    tray_->ShowSound(on);
 }
 
 // ---- commands

@@ -7,6 +7,7 @@
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/forms/frmTrayIcon.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
@@ -14,6 +15,7 @@
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
+#include "platform/NotificationArea.h"
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
@@ -36,7 +38,9 @@ namespace tallyhorn {
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
-                      private PendingEvents {
+                      private PendingEvents,
+                      private ArrivalSignals,
+                      private TrayHost {
 public:
     /// What the machine gives; all of it outlives the console.
     struct Machine {
@@ -45,10 +49,10 @@ public:
         ProfileFunctions& Profiles;
         Clock& Time;
         MessageBoxes& Boxes;
-        ArrivalSignals& Signals;
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        NotificationArea& Area;
     };
 
     /// `folder` holds settings, filters and the backup.
@@ -63,10 +67,24 @@ public:
     bool HasEnded() const { return ended_; }
 
     frmServer& Window() { return *window_; }
+    /// The menu of the notification-area icon, for areas that show it by themselves.
+    QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
+    bool Minimized() override { return tray_->MainWindowMinimized(); }
+    void Restored() override { tray_->MainWindowRestored(); }
+    void PlayAlertSound() override {}
+    void StartFlash() override;
+    void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
+    void UncoverMainWindow() override { window_->Hiding().Uncover(); }
+    bool IsMainWindowHidden() const override { return window_->Hiding().IsHidden(); }
+    void LetEventsRun() override;
+    void ToggleSound() override;
+    void AskForAbout() override { window_->Do(ServerCommand::About); }
+    void AskForHelp() override { window_->Do(ServerCommand::Help); }
+    void Leave() override;
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
@@ -77,11 +95,11 @@ private:
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
-    void SetSoundOn(bool on) override { settings_.SoundOn = on; }
+    void SetSoundOn(bool on) override;
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
-    void MaximizeWindow() override { window_->showMaximized(); }
+    void MaximizeWindow() override { window_->Hiding().Show(true); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
 
@@ -103,6 +121,7 @@ private:
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
     std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    std::unique_ptr<frmTrayIcon> tray_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
@@ -117,6 +136,7 @@ private:
     MessageExport export_;
     bool portFailed_ = false;
     bool started_ = false;
+    bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked
     bool attended_ = false;  ///< whether it was the user who closed the console
     bool ended_ = false;
 };

@@ -91,18 +91,22 @@ TEST_F(CommandBarsTest, LongWorkShowsHowFarItIs) {
     frmServer& window = console_->Window();
     const auto* const bar = Find<QProgressBar>("pgbWork");
     {
-        LongWork work(window, 4);
+        FakeClock time;
+        FakePendingEvents noEvents;
+        TimeSlices slices(time, noEvents);
+        time.PerLook = std::chrono::seconds(1);
+        LongWork work(window, slices, 4);
         ASSERT_NE(QApplication::overrideCursor(), nullptr);
         EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-        work.Show(1);
+        work.Advance();
         EXPECT_FALSE(bar->isVisible());
         QTest::qWait(600);
-        work.Show(2);
+        work.Advance();
         EXPECT_TRUE(bar->isVisible());
         EXPECT_EQ(bar->value() * 2, bar->maximum());
         {
-            LongWork inside(window, 100);
-            inside.Show(99);
+            LongWork inside(window, slices, 100);
+            inside.Advance(99);
         }
         EXPECT_EQ(bar->value() * 2, bar->maximum()) << "what is inside shows nothing of its own";
         ClickTool("clear");

@@ -16,11 +16,11 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
+#include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
 #include "tests/fakes/FakeWindow.h"
@@ -52,7 +52,7 @@ protected:
     void Restart() {
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams_, programs_, saveDialog_},
+                                                       datagrams_, programs_, saveDialog_, area_},
                                       folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
@@ -134,9 +134,9 @@ protected:
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
     FakeMessageBoxes boxes_;
-    QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeNotificationArea area_;
     std::unique_ptr<Console> console_;
 };
 

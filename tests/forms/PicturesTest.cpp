@@ -19,6 +19,8 @@ std::map<std::string, QIcon> AllIcons() {
         icons["event " + std::to_string(i)] = EventIcon(static_cast<EventPicture>(i));
     for (std::size_t i = 0; i < CommandPictureCount; ++i)
         icons["command " + std::to_string(i)] = CommandIcon(static_cast<CommandPicture>(i));
+    for (int i = 0; i < 3; ++i)
+        icons["tray " + std::to_string(i)] = TrayPicture(i);
     return icons;
 }
 
@@ -47,7 +49,7 @@ constexpr QRgb Dark = 0xFF232629;
 
 TEST(PicturesTest, EachIsSeenAndNoTwoAreAlikeAt16Pixels) {
     const std::map<std::string, QIcon> icons = AllIcons();
-    ASSERT_EQ(icons.size(), 22U);
+    ASSERT_EQ(icons.size(), 25U);
     for (const QRgb background : {Light, Dark}) {
         QImage empty(16, 16, QImage::Format_RGB32);
         empty.fill(background);

@@ -1,6 +1,6 @@
 #include "app/Console.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -64,7 +64,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
-              folder, {SettingsFileName, FilterFileName, BackupFileName}) {
+              folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      help_(machine.Help, machine.Boxes),
+      folder_(folder),
+      helpKeys_([this](HelpContext context) { ShowHelpAtKey(context); }) {
     profile_.SetINIFileName((folder / SettingsFileName).string());
 }
 
@@ -114,6 +117,7 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
+    help_.SetHelpFile(folder_, QCoreApplication::applicationDirPath().toStdString());
     settings_ = ReadSettings(profile_);
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
@@ -282,8 +286,16 @@ void Console::ForgetSizes() {
     settings_.ColumnWidths = {};
 }
 
-void Console::ShowHelp() {
-    machine_.Boxes.Tell("This version of the Tallyhorn Listener Console comes without a help file.");
+void Console::ShowHelp(HelpContext context) {
+    help_.ShowHelp(context, window_->winId());
+}
+
+/// Beside a dialog or a question the help opens at once; else it is a command like any other.
+void Console::ShowHelpAtKey(HelpContext context) {
+    if (QApplication::activeModalWidget() != nullptr)
+        ShowHelp(context);
+    else
+        window_->Commands().Run([this, context] { ShowHelp(context); }, CommandQueue::Kind::Dialog);
 }
 
 void Console::ShowAbout() {

@@ -7,10 +7,13 @@
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/Help.h"
+#include "desktop/forms/HelpKeys.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
+#include "platform/HelpViewer.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
@@ -49,9 +52,10 @@ public:
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        HelpViewer& Help;
     };
 
-    /// `folder` holds settings, filters and the backup.
+    /// `folder` holds settings, filters and the backup, and perhaps the help file.
     Console(const Machine& machine, const std::filesystem::path& folder);
     ~Console() override;
 
@@ -73,7 +77,7 @@ private:
     void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
     void ExportMessages() override { export_.ExportMessages(); }
     void ShowPreferences() override;
-    void ShowHelp() override;
+    void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
@@ -96,6 +100,8 @@ private:
     void ApplySettings();
     void ShowFilterDialog();
     void WriteSummary() const;
+    void ShowHelp(HelpContext context);
+    void ShowHelpAtKey(HelpContext context);
 
     Machine machine_;
     PrivateProfile profile_;
@@ -115,6 +121,9 @@ private:
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
+    Help help_;
+    const std::filesystem::path folder_;
+    HelpKeys helpKeys_;
     bool portFailed_ = false;
     bool started_ = false;
     bool attended_ = false;  ///< whether it was the user who closed the console

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 
 namespace tallyhorn {
@@ -19,6 +20,7 @@ int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
     QWidget* const owner = dialog != nullptr ? dialog : besideMain ? active : mainWindow;
     QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons, owner);
     box.setTextFormat(Qt::PlainText);
+    box.setProperty(HelpContextProperty, HelpNumber(HelpContext::Troubles));
     return box.exec();
 }
 

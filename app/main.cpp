@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "app/QtSaveDialog.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/forms/OwnHelpViewer.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
 #include "platform/Heap.h"
@@ -36,8 +38,12 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     QuietSignals quiet;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog},
-                    folder);
+    std::unique_ptr<HelpViewer> help = MakeSystemHelpViewer();
+    if (help == nullptr)
+        help = std::make_unique<OwnHelpViewer>();
+    Console console(
+        {instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog, *help},
+        folder);
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
     termination.Start([&] {

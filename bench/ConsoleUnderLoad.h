@@ -14,6 +14,7 @@
 #include "app/Console.h"
 #include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
 #include "tests/fakes/FakeWindow.h"
@@ -34,7 +35,7 @@ public:
         mailslots_ = MakeMailslotTransport();
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams, programs_, saveDialog_},
+                                                       signals_, datagrams, programs_, saveDialog_, help_},
                                       folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
@@ -80,6 +81,7 @@ private:
     QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeHelpViewer help_;
     std::unique_ptr<Console> console_;
     std::vector<const QAbstractItemModel*> models_;
 };

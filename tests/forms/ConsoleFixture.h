@@ -22,6 +22,7 @@
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
+#include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
@@ -52,7 +53,7 @@ protected:
     void Restart() {
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams_, programs_, saveDialog_},
+                                                       signals_, datagrams_, programs_, saveDialog_, help_},
                                       folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
@@ -136,6 +137,7 @@ protected:
     QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeHelpViewer help_;
     std::unique_ptr<Console> console_;
 };
 

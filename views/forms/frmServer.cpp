@@ -14,6 +14,7 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 #include "views/forms/ArrivalTimer.h"
@@ -56,6 +57,7 @@ frmServer::frmServer(ServerLifetime& lifetime)
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
     setWindowIcon(ConsoleIcon());
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::MainWindow));
     setContextMenuPolicy(Qt::NoContextMenu);
     BuildPages();
     BuildStatusBar();
@@ -95,7 +97,11 @@ void frmServer::BuildPages() {
     }
     fraConsolidated =
         addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
-    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
+    connect(tabMessageTypes, &QTabWidget::currentChanged, this, [this] {
+        const bool tree = CurrentPage() == MessagePage::Consolidated;
+        setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
+        PlaceParts();
+    });
 }
 
 void frmServer::BuildStatusBar() {

@@ -1,0 +1,9 @@
+#include "platform/HelpArchive.h"
+
+namespace tallyhorn {
+
+std::unique_ptr<HelpArchive> OpenHelpArchive(const std::filesystem::path& /*file*/) {
+    return nullptr;
+}
+
+}  // namespace tallyhorn

@@ -4,25 +4,16 @@
 #include <utility>
 
 namespace tallyhorn {
-namespace {
 
-constexpr std::size_t LargestFile = 1024 * 1024;
-
-}  // namespace
-
-HelpBook::HelpBook(std::unique_ptr<HelpArchive> archive) : archive_(std::move(archive)) {
-    const auto read = [this](const std::string& name) { return Read(name).value_or(""); };
-    facts_ = ParseHelpFacts(read("#SYSTEM"));
-    contents_ = ParseHelpContents(read(facts_.ContentsFile));
-    contexts_ = ParseHelpContexts(read("#IVB"), read("#STRINGS"));
-}
+HelpBook::HelpBook(HelpFiles files)
+    : files_(std::move(files)),
+      facts_(ParseHelpFacts(Read("#SYSTEM"))),
+      contents_(ParseHelpContents(Read(facts_.ContentsFile))),
+      contexts_(ParseHelpContexts(Read("#IVB"), Read("#STRINGS"))) {}
 
 std::unique_ptr<HelpBook> HelpBook::Open(const std::filesystem::path& file) {
-    std::unique_ptr<HelpArchive> archive = OpenHelpArchive(file);
-    if (archive == nullptr)
-        return nullptr;
-    std::unique_ptr<HelpBook> book(new HelpBook(std::move(archive)));
-    return book->Read(book->StartPage()) ? std::move(book) : nullptr;
+    std::unique_ptr<HelpBook> book(new HelpBook(UnpackHelpFile(file)));
+    return book->files_.contains(book->StartPage()) ? std::move(book) : nullptr;
 }
 
 const std::string& HelpBook::PageOf(std::uint32_t context) const {
@@ -40,8 +31,9 @@ std::vector<std::string> HelpBook::Pages() const {
     return pages;
 }
 
-std::optional<std::string> HelpBook::Read(const std::string& name) const {
-    return name.empty() ? std::nullopt : archive_->Read(name, LargestFile);
+std::string HelpBook::Read(const std::string& name) const {
+    const auto found = files_.find(name);
+    return found == files_.end() ? std::string() : found->second;
 }
 
 }  // namespace tallyhorn

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,7 @@
 namespace tallyhorn {
 
 /// One opened help file: its contents, its pages by number and by name.  User-interface thread only; the file
-/// may hold anything, and no more than bounded parts of it are read.
+/// may hold anything, and no more than bounded parts of it are taken.
 class HelpBook {
 public:
     /// Null for what is no help file, or has no page to begin with.
@@ -26,13 +25,13 @@ public:
     const std::string& PageOf(std::uint32_t context) const;
     /// The pages that the contents name, each once, in their order.
     std::vector<std::string> Pages() const;
-    /// The bytes of a page, a picture or a style sheet.
-    std::optional<std::string> Read(const std::string& name) const;
+    /// The bytes of a page, a picture or a style sheet; none where the file has none of that name.
+    std::string Read(const std::string& name) const;
 
 private:
-    explicit HelpBook(std::unique_ptr<HelpArchive> archive);
+    explicit HelpBook(HelpFiles files);
 
-    std::unique_ptr<HelpArchive> archive_;
+    HelpFiles files_;
     HelpFacts facts_;
     std::vector<HelpEntry> contents_;
     std::map<std::uint32_t, std::string> contexts_;

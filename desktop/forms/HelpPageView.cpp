@@ -57,8 +57,9 @@ void HelpPageView::ShowPage(const std::string& local) {
     setSource(url);
 }
 
-std::string HelpPageView::ShownPage() const {
-    return FromQString(source().path().mid(1));
+std::string HelpPageView::PageOf(const QUrl& source) {
+    const QString path = source.path();
+    return FromQString(path.mid(path.startsWith(QLatin1Char('/')) ? 1 : 0));
 }
 
 /// A link to elsewhere can be read where the mouse is on it, and that is all.
@@ -68,7 +69,7 @@ void HelpPageView::Follow(const QUrl& link) {
 }
 
 QString HelpPageView::PlainText(const std::string& page) const {
-    const std::string html = book_.Read(page).value_or("");
+    const std::string html = book_.Read(page);
     TextAlone document;
     if (IsModestHtml(html))
         document.setHtml(ToQString(html));
@@ -79,7 +80,7 @@ QString HelpPageView::PlainText(const std::string& page) const {
 QVariant HelpPageView::loadResource(int type, const QUrl& name) {
     std::string bytes;
     if (name.scheme() == Scheme() || name.isRelative())
-        bytes = book_.Read(FromQString(name.path())).value_or("");
+        bytes = book_.Read(PageOf(name));
     if (type == QTextDocument::ImageResource)
         return Decode(QByteArray::fromStdString(bytes));
     if (type == QTextDocument::HtmlResource && (bytes.empty() || !IsModestHtml(bytes)))

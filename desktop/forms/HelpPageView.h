@@ -17,7 +17,8 @@ public:
 
     /// `local` is a page, perhaps with "#" and an anchor.
     void ShowPage(const std::string& local);
-    std::string ShownPage() const;
+    std::string ShownPage() const { return PageOf(source()); }
+    static std::string PageOf(const QUrl& source);
     /// What a page says, without its markup.
     QString PlainText(const std::string& page) const;
 

@@ -162,10 +162,9 @@ void frmHelp::Forward() {
 }
 
 /// The contents show where the page stands, without leading anywhere themselves.
-void frmHelp::FollowPage() {
-    const std::string page = txtPage->ShownPage();
-    const QString anchor = txtPage->source().fragment();
-    const std::string local = anchor.isEmpty() ? page : page + "#" + FromQString(anchor);
+void frmHelp::FollowPage(const QUrl& source) {
+    const std::string page = HelpPageView::PageOf(source);
+    const std::string local = source.hasFragment() ? page + "#" + FromQString(source.fragment()) : page;
     QTreeWidgetItem* best = nullptr;
     for (QTreeWidgetItemIterator item(tvwContents); *item != nullptr; ++item) {
         if (LocalOf(**item) == local || (best == nullptr && LocalOf(**item) == page))

@@ -12,6 +12,7 @@ class QAction;
 class QLineEdit;
 class QListWidget;
 class QTabWidget;
+class QUrl;
 class QTreeWidget;
 
 namespace tallyhorn {
@@ -49,7 +50,7 @@ private:
     void Find(bool onward);
     bool FindInPage(bool onward);
     void ShowFoundPage(int row);
-    void FollowPage();
+    void FollowPage(const QUrl& source);
     void StayBesideDialog();
 
     std::unique_ptr<const HelpBook> book_;

@@ -2,8 +2,8 @@
 
 namespace tallyhorn {
 
-std::unique_ptr<HelpArchive> OpenHelpArchive(const std::filesystem::path& /*file*/) {
-    return nullptr;
+HelpFiles UnpackHelpFile(const std::filesystem::path& /*file*/) {
+    return {};
 }
 
 }  // namespace tallyhorn

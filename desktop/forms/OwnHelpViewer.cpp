@@ -24,7 +24,7 @@ HelpOutcome OwnHelpViewer::OpenHtmlHelp(const Request& request) {
             return HelpOutcome::BadFile;
         window_ = new frmHelp(std::move(book));
     }
-    window_->ShowContext(request.Context);
+    window_->ShowContext(request.Context, request.Owner);
     return HelpOutcome::Shown;
 }
 

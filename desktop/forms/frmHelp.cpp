@@ -32,7 +32,11 @@ std::string LocalOf(const QTreeWidgetItem& item) {
 }  // namespace
 
 frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
-    : book_(std::move(book)), pages_(book_->Pages()), txtPage(new HelpPageView(*book_, this)) {
+    : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                           Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
+      book_(std::move(book)),
+      pages_(book_->Pages()),
+      txtPage(new HelpPageView(*book_, this)) {
     setObjectName(QStringLiteral("frmHelp"));
     setAttribute(Qt::WA_DeleteOnClose);
     setProperty(HelpContextProperty, HelpNumber(HelpContext::Contents));
@@ -139,11 +143,17 @@ void frmHelp::FillContents() {
     }
 }
 
-void frmHelp::ShowContext(unsigned context) {
+void frmHelp::ShowContext(unsigned context, WId owner) {
+    owner_ = owner;
     txtPage->ShowPage(book_->PageOf(context));
     if (isMinimized())
         showNormal();
+    create();
+    // What the window system hears of it, it hears as the window is shown.
+    if (const QWidget* const owned = find(owner); owned != nullptr)
+        windowHandle()->setTransientParent(owned->windowHandle());
     show();
+    StayInFront();
     raise();
     activateWindow();
     txtPage->setFocus();
@@ -236,19 +246,29 @@ void frmHelp::ShowFoundPage(int row) {
     FindInPage(true);
 }
 
-// ---- beside dialogs
+// ---- beside other windows
 
 bool frmHelp::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked)
-        QMetaObject::invokeMethod(this, &frmHelp::StayBesideDialog, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &frmHelp::StayInFront, Qt::QueuedConnection);
     return QWidget::event(event);
 }
 
-/// A modal dialog takes all windows out of use but those that belong to it.
-void frmHelp::StayBesideDialog() {
+/// A modal dialog takes all windows out of use but those that belong to it; so the help belongs to it as long
+/// as it is there.
+void frmHelp::StayInFront() {
+    const QWidget* const owner = find(owner_);
     QWindow* const dialog = QGuiApplication::modalWindow();
-    if (dialog != nullptr && windowHandle() != nullptr && dialog != windowHandle())
-        windowHandle()->setTransientParent(dialog);
+    QWindow* const front = dialog != nullptr ? dialog : owner != nullptr ? owner->windowHandle() : nullptr;
+    if (windowHandle() == nullptr || front == windowHandle())
+        return;
+    windowHandle()->setTransientParent(front);
+    if (dialog != nullptr) {
+        connect(dialog, &QWindow::visibleChanged, this, &frmHelp::StayInFront,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+        connect(dialog, &QObject::destroyed, this, &frmHelp::StayInFront,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+    }
 }
 
 }  // namespace tallyhorn

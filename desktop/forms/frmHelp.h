@@ -28,8 +28,8 @@ public:
     explicit frmHelp(std::unique_ptr<const HelpBook> book);
     ~frmHelp() override;
 
-    /// Brings the page of that number to the front.
-    void ShowContext(unsigned context);
+    /// Brings the page of that number to the front, and the window before the one of `owner`, where it stays.
+    void ShowContext(unsigned context, WId owner);
 
 protected:
     bool event(QEvent* event) override;
@@ -51,9 +51,10 @@ private:
     bool FindInPage(bool onward);
     void ShowFoundPage(int row);
     void FollowPage(const QUrl& source);
-    void StayBesideDialog();
+    void StayInFront();
 
     std::unique_ptr<const HelpBook> book_;
+    WId owner_ = 0;
     std::vector<std::string> pages_;
     QStringList texts_;                    ///< what the pages say, once something was sought
     std::vector<std::string> foundPages_;  ///< those that have what is sought

@@ -75,5 +75,14 @@ TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
     }
 }
 
+TEST(SystemHelpViewer, SaysThatAFileIsMissing) {
+    const std::unique_ptr<HelpViewer> viewer = MakeSystemHelpViewer();
+    if (viewer == nullptr)
+        GTEST_SKIP() << "this system has none";
+    const TemporaryFolder folder;
+    EXPECT_EQ(viewer->OpenHtmlHelp({folder / "none.CHM", 15, 10, 0}), HelpOutcome::NoFile);
+    EXPECT_EQ(viewer->OpenWinHelp({folder / "none.HLP", 1, 10, 0}), HelpOutcome::NoFile);
+}
+
 }  // namespace
 }  // namespace tallyhorn

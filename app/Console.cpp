@@ -1,6 +1,7 @@
 #include "app/Console.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include "config/forms/frmPreferences.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
+#include "platform/DataFolder.h"
 #include "storage/forms/frmSavingMessages.h"
 
 namespace tallyhorn {
@@ -50,6 +52,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this))),
+      tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
       received_(*window_, slices_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
@@ -67,8 +70,8 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
       folder_(folder),
-      helpKeys_([this](HelpContext context) { ShowHelpAtKey(context); }) {
-    profile_.SetINIFileName((folder / SettingsFileName).string());
+      helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
+    profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
 
 Console::~Console() {
@@ -97,9 +100,8 @@ bool Console::Start() {
         return true;
     }
     started_ = true;
-    window_->showMaximized();
-    window_->raise();
-    window_->activateWindow();
+    tray_->Initialize();
+    tray_->ShowServerWindowMax();
     if (portFailed_)
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
@@ -117,8 +119,9 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
-    help_.SetHelpFile(folder_, QCoreApplication::applicationDirPath().toStdString());
+    help_.SetHelpFile(folder_, QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath());
     settings_ = ReadSettings(profile_);
+    tray_->ShowSound(settings_.SoundOn);
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
@@ -129,7 +132,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,     *window_,         machine_.Signals,
+    return {filters_, viewFilter_,   received_,     *window_,         static_cast<ArrivalSignals&>(*this),
             slices_,  machine_.Time, currentAlarm_, processingPaused_};
 }
 
@@ -205,7 +208,7 @@ void Console::ShowFilterDialog() {
 bool Console::QueryUnload(bool byUser) {
     if (ended_)
         return false;
-    attended_ = byUser;
+    attended_ = byUser || leaving_;
     const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
@@ -228,6 +231,7 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    tray_->Unload();
     {
         frmSavingMessages saving;
         saving.show();
@@ -239,6 +243,39 @@ void Console::ShutDown() {
     window_->hide();
     // Not quit, which would ask the windows to close and stop at the first that does not.
     QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+// ---- the notification area
+
+/// On the task bar, where there is no icon, the window's own entry draws the user's eye.
+void Console::StartFlash() {
+    // At the start the window is not yet shown, and will be at once.
+    if (!started_)
+        return;
+    tray_->StartFlash();
+    if (!window_->Hiding().IsHidden())
+        QApplication::alert(window_.get());
+}
+
+/// In the middle of other work they run as it goes on.
+void Console::LetEventsRun() {
+    if (!window_->Commands().IsAtWork())
+        Run();
+}
+
+void Console::Leave() {
+    leaving_ = true;
+    window_->CloseWithoutQuestion();
+}
+
+void Console::ToggleSound() {
+    SetSoundOn(!settings_.SoundOn);
+    WriteSetting(profile_, "SoundOn", settings_.SoundOn ? "1" : "0");
+}
+
+void Console::SetSoundOn(bool on) {
+    settings_.SoundOn = on;
+    tray_->ShowSound(on);
 }
 
 // ---- commands
@@ -290,8 +327,8 @@ void Console::ShowHelp(HelpContext context) {
     help_.ShowHelp(context, window_->winId());
 }
 
-/// Beside a dialog or a question the help opens at once; else it is a command like any other.
-void Console::ShowHelpAtKey(HelpContext context) {
+/// By key or from the icon: beside a dialog or a question at once, else as a command like any other.
+void Console::OpenHelp(HelpContext context) {
     if (QApplication::activeModalWidget() != nullptr)
         ShowHelp(context);
     else

@@ -9,6 +9,7 @@
 #include "config/Settings.h"
 #include "desktop/Help.h"
 #include "desktop/forms/HelpKeys.h"
+#include "desktop/forms/frmTrayIcon.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
@@ -17,6 +18,7 @@
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
+#include "platform/NotificationArea.h"
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
@@ -39,7 +41,9 @@ namespace tallyhorn {
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
-                      private PendingEvents {
+                      private PendingEvents,
+                      private ArrivalSignals,
+                      private TrayHost {
 public:
     /// What the machine gives; all of it outlives the console.
     struct Machine {
@@ -48,10 +52,10 @@ public:
         ProfileFunctions& Profiles;
         Clock& Time;
         MessageBoxes& Boxes;
-        ArrivalSignals& Signals;
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        NotificationArea& Area;
         HelpViewer& Help;
     };
 
@@ -67,10 +71,24 @@ public:
     bool HasEnded() const { return ended_; }
 
     frmServer& Window() { return *window_; }
+    /// The menu of the notification-area icon, for areas that show it by themselves.
+    QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
+    bool Minimized() override { return tray_->MainWindowMinimized(); }
+    void Restored() override { tray_->MainWindowRestored(); }
+    void PlayAlertSound() override {}
+    void StartFlash() override;
+    void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
+    void UncoverMainWindow() override { window_->Hiding().Uncover(); }
+    bool IsMainWindowHidden() const override { return window_->Hiding().IsHidden(); }
+    void LetEventsRun() override;
+    void ToggleSound() override;
+    void AskForAbout() override { window_->Do(ServerCommand::About); }
+    void AskForHelp() override { OpenHelp(HelpContext::Contents); }
+    void Leave() override;
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
@@ -81,11 +99,11 @@ private:
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
-    void SetSoundOn(bool on) override { settings_.SoundOn = on; }
+    void SetSoundOn(bool on) override;
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
-    void MaximizeWindow() override { window_->showMaximized(); }
+    void MaximizeWindow() override { window_->Hiding().Show(true); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
 
@@ -101,7 +119,7 @@ private:
     void ShowFilterDialog();
     void WriteSummary() const;
     void ShowHelp(HelpContext context);
-    void ShowHelpAtKey(HelpContext context);
+    void OpenHelp(HelpContext context);
 
     Machine machine_;
     PrivateProfile profile_;
@@ -109,6 +127,7 @@ private:
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
     std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    std::unique_ptr<frmTrayIcon> tray_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
@@ -126,6 +145,7 @@ private:
     HelpKeys helpKeys_;
     bool portFailed_ = false;
     bool started_ = false;
+    bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked
     bool attended_ = false;  ///< whether it was the user who closed the console
     bool ended_ = false;
 };

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeHelpViewer.h"
+#include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
 #include "tests/fakes/FakeWindow.h"
@@ -35,7 +35,7 @@ public:
         mailslots_ = MakeMailslotTransport();
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams, programs_, saveDialog_, help_},
+                                                       datagrams, programs_, saveDialog_, area_, help_},
                                       folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
@@ -78,10 +78,10 @@ private:
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     SystemClock clock_;
     FakeMessageBoxes boxes_;
-    QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
     FakeHelpViewer help_;
+    FakeNotificationArea area_;
     std::unique_ptr<Console> console_;
     std::vector<const QAbstractItemModel*> models_;
 };

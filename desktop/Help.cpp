@@ -2,7 +2,8 @@
 
 #include <string>
 #include <string_view>
-#include <system_error>
+
+#include "platform/DataFolder.h"
 
 namespace tallyhorn {
 namespace {
@@ -36,11 +37,7 @@ std::string_view Explanation(HelpOutcome outcome) {
 }  // namespace
 
 void Help::SetHelpFile(const std::filesystem::path& folder, const std::filesystem::path& programFolder) {
-    std::error_code error;
-    helpFile_ = folder / HelpFileName;
-    if (!std::filesystem::exists(helpFile_, error) &&
-        std::filesystem::exists(programFolder / HelpFileName, error))
-        helpFile_ = programFolder / HelpFileName;
+    helpFile_ = FindOwnFile({folder, programFolder}, HelpFileName);
 }
 
 void Help::ShowHelp(HelpContext context, std::uintptr_t owner) {

@@ -131,4 +131,8 @@ QIcon ConsoleIcon() {
     return MakeIcon(QStringLiteral("console"));
 }
 
+QIcon TrayPicture(int image) {
+    return MakeIcon(QStringLiteral("tray%1").arg(image));
+}
+
 }  // namespace tallyhorn

@@ -4,6 +4,8 @@
 
 #include <system_error>
 
+#include "platform/DataFolder.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -33,7 +35,7 @@ public:
         if (!IsThere(request.File))
             return HelpOutcome::NoFile;
         const BOOL shown =
-            WinHelpA(OwnerOf(request), request.File.string().c_str(), request.Command, request.Context);
+            WinHelpA(OwnerOf(request), NarrowPath(request.File).c_str(), request.Command, request.Context);
         return shown != 0 ? HelpOutcome::Shown : HelpOutcome::NoViewer;
     }
 
@@ -44,7 +46,7 @@ public:
         if (HtmlHelp == nullptr)
             return HelpOutcome::NoViewer;
         const HWND shown =
-            HtmlHelp(OwnerOf(request), request.File.string().c_str(), request.Command, request.Context);
+            HtmlHelp(OwnerOf(request), NarrowPath(request.File).c_str(), request.Command, request.Context);
         return shown != nullptr ? HelpOutcome::Shown : HelpOutcome::BadFile;
     }
 };

@@ -52,7 +52,7 @@ TEST_F(HelpTest, TheFileLiesInTheConsolesFolderOrElseInTheProgramsOwn) {
     const TemporaryFolder folder;
     const TemporaryFolder program;
     help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile(), folder / "THListen.CHM");
+    EXPECT_EQ(help_.HelpFile().filename(), "THListen.CHM");
     std::ofstream(program / "THListen.CHM") << "x";
     help_.SetHelpFile(folder.Path(), program.Path());
     EXPECT_EQ(help_.HelpFile(), program / "THListen.CHM");

@@ -155,6 +155,8 @@ TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
     ExpectAllExplained(Dialog());
     Command("filter");
     ExpectAllExplained(Dialog());
+    for (const auto* const action : console_->PopUpMenu().actions())
+        ExpectExplained(action->text());
     EXPECT_GT(captions_, 200);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QWindow>
 #include <utility>
 
@@ -100,11 +101,10 @@ bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
         if (auto* const window = qobject_cast<QWindow*>(watched))
             KeepOpen(*window);
     } else if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         QCoreApplication::instance()->removeEventFilter(this);
         // Once the release itself is done with, which might choose the menu's first item.
-        QMetaObject::invokeMethod(
-            this, [this] { events_.MenuWanted(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, [this] { events_.MenuWanted(); });
     }
     return QObject::eventFilter(watched, event);
 }

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QTimer>
 #include <QWindow>
 #include <utility>
 
@@ -104,7 +103,7 @@ bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
                static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         QCoreApplication::instance()->removeEventFilter(this);
         // Once the release itself is done with, which might choose the menu's first item.
-        QTimer::singleShot(0, this, [this] { events_.MenuWanted(); });
+        QMetaObject::invokeMethod(this, &QtNotificationArea::TellMenuWanted, Qt::QueuedConnection);
     }
     return QObject::eventFilter(watched, event);
 }

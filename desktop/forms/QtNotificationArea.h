@@ -39,6 +39,7 @@ private:
     void ShowIcon();
     static void KeepOpen(QWindow& iconWindow);
     void Show(int image, std::string_view tip);
+    void TellMenuWanted() { events_.MenuWanted(); }
     void HandleActivation(QSystemTrayIcon::ActivationReason reason);
 
     const std::unique_ptr<AreaPresence> presence_;

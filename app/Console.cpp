@@ -12,6 +12,7 @@
 #include "config/forms/frmPreferences.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
+#include "platform/DataFolder.h"
 #include "storage/forms/frmSavingMessages.h"
 
 namespace tallyhorn {
@@ -66,7 +67,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}) {
-    profile_.SetINIFileName((folder / SettingsFileName).string());
+    profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
 
 Console::~Console() {

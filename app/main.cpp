@@ -1,9 +1,11 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <QMetaObject>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,8 +15,10 @@
 #include "app/QtSaveDialog.h"
 #include "config/MakeProfileFunctions.h"
 #include "desktop/forms/QtNotificationArea.h"
+#include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
+#include "platform/DataFolder.h"
 #include "platform/Heap.h"
 #include "platform/TerminationSignals.h"
 
@@ -53,6 +57,34 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     return status;
 }
 
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
+
+/// Why the console cannot keep its files in the folder; empty where it can.
+std::string PrepareDataFolder(const std::filesystem::path& folder) {
+    const std::string advice = "Use --folder to name one.";
+    if (folder.empty())
+        return "There is no folder in which settings, filters and messages could be kept. " + advice;
+    const std::optional<SystemError> error = MakeDataFolder(folder);
+    return error ? "The folder '" + folder.string() +
+                       "', in which settings, filters and messages are to be kept, could not be made: " +
+                       error->Text + ". " + advice
+                 : "";
+}
+
+/// Says why on the screen too: who started the console from a menu sees nothing else.
+int RefuseToRun(QApplication& application, TerminationSignals& termination, const std::string& why) {
+    std::cerr << "tallyhorn-console: " << why << '\n';
+    termination.Start([&] {
+        QMetaObject::invokeMethod(
+            &application, [] { frmServer::DismissQuestions(); }, Qt::QueuedConnection);
+    });
+    QtMessageBoxes().Warn(FromQString(QString::fromStdString(why)));
+    termination.Stop();
+    return EXIT_FAILURE;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -75,12 +107,15 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
     QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("tallyhorn-console"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());
     HeldKeys heldKeys;
     QApplication::instance()->installEventFilter(&heldKeys);
-    const std::filesystem::path folder =
-        line.Folder.empty() ? std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
-                            : line.Folder;
-    return RunConsole(application, *termination, folder);
+    if (!line.Folder.empty())
+        return RunConsole(application, *termination, line.Folder);
+    const std::filesystem::path folder = ChooseDataFolder(ProgramFolder());
+    const std::string why = PrepareDataFolder(folder);
+    return why.empty() ? RunConsole(application, *termination, folder)
+                       : RefuseToRun(application, *termination, why);
 }

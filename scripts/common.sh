@@ -9,7 +9,9 @@ declare -A Packages=(
     [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libgmock-dev fonts-dejavu-core"
     [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64"
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
-    [checks]="clang-format clang-tidy git python3"
+    [package]="dpkg-dev file gzip librsvg2-bin"
+    [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
+    [checks]="g++ clang-format clang-tidy libclang-14-dev llvm-14-dev git python3"
 )
 
 Say() { printf '==> %s\n' "$*"; }

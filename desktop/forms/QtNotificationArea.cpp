@@ -10,7 +10,12 @@
 
 namespace tallyhorn {
 
-QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {}
+QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {
+    // Once the release itself is done with, which might choose the menu's first item.
+    connect(
+        this, &QtNotificationArea::RightButtonReleased, this, [this] { events_.MenuWanted(); },
+        Qt::QueuedConnection);
+}
 
 QtNotificationArea::~QtNotificationArea() = default;
 
@@ -102,8 +107,7 @@ bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
     } else if (event->type() == QEvent::MouseButtonRelease &&
                static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         QCoreApplication::instance()->removeEventFilter(this);
-        // Once the release itself is done with, which might choose the menu's first item.
-        QMetaObject::invokeMethod(this, &QtNotificationArea::TellMenuWanted, Qt::QueuedConnection);
+        emit RightButtonReleased();
     }
     return QObject::eventFilter(watched, event);
 }

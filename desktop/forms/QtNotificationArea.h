@@ -31,6 +31,10 @@ public:
     void Modify(int image, std::string_view tip) override;
     void Delete() override;
 
+signals:
+    /// After it went down over the icon.
+    void RightButtonReleased();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -39,7 +43,6 @@ private:
     void ShowIcon();
     static void KeepOpen(QWindow& iconWindow);
     void Show(int image, std::string_view tip);
-    void TellMenuWanted() { events_.MenuWanted(); }
     void HandleActivation(QSystemTrayIcon::ActivationReason reason);
 
     const std::unique_ptr<AreaPresence> presence_;

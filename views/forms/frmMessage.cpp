@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -44,6 +45,12 @@ QRect Beside(const QRect& entry, QSize outer, const QRect& screen) {
     else
         frame.moveBottom(entry.top() - 1 - EntryGap);
     return frame;
+}
+
+/// The system's own, unless the desktop names one whose letters are of different widths.
+QString FixedPitchFamily() {
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    return QFontInfo(fixed).fixedPitch() ? fixed.family() : QStringLiteral("monospace");
 }
 
 QRect Within(QRect frame, const QRect& screen) {
@@ -130,7 +137,7 @@ void frmMessage::ShowText() {
     txtMessage->clear();
     QFont letters = font();
     if (IsTabular(details_.Text())) {
-        letters.setFamily(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+        letters.setFamily(FixedPitchFamily());
         letters.setStyleHint(QFont::Monospace);
     }
     txtMessage->setFont(letters);

@@ -329,9 +329,12 @@ void frmServer::ShowPage(MessagePage page, bool shown) {
 // ---- closing
 
 void frmServer::DismissQuestions() {
-    while (QWidget* const modal = QApplication::activeModalWidget()) {
-        if (!modal->close())
-            break;
+    // One that stays although it says that it closed would be asked for ever.
+    const QWidget* asked = nullptr;
+    QWidget* modal = QApplication::activeModalWidget();
+    while (modal != nullptr && modal != asked && modal->close()) {
+        asked = modal;
+        modal = QApplication::activeModalWidget();
     }
 }
 

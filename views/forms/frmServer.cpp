@@ -392,7 +392,8 @@ void frmServer::changeEvent(QEvent* event) {
 bool frmServer::event(QEvent* event) {
     const bool handled = QMainWindow::event(event);
     if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
-        QMetaObject::invokeMethod(this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
     return handled;
 }
 

@@ -4,9 +4,9 @@
 
 # Debian's packages, by task.
 declare -A Packages=(
-    [run]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [headless]="xvfb openbox xdotool imagemagick"
-    [test]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64 fp-utils python3"
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev"
     [package]="dpkg-dev file gzip librsvg2-bin"

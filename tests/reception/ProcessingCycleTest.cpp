@@ -104,17 +104,6 @@ TEST_F(ProcessingCycleTest, APauseEndsByItselfAtThe121stTick) {
     EXPECT_FALSE(Display.Resuming);
 }
 
-/// Whoever raises the flag for work of his own and lowers it again ends a pause that the window still shows.
-TEST_F(ProcessingCycleTest, ThePauseCommandGoesByWhatItShows) {
-    Cycle.PauseCommand();
-    Paused = false;
-    Arrive({.Name = "a"});
-    Cycle.TimCheckTick();
-    EXPECT_EQ(Names(0), "a ");
-    Cycle.PauseCommand();
-    EXPECT_FALSE(Display.PauseShown);
-}
-
 /// Events run inside a batch, and what they bring goes between its texts; nothing is lost or taken twice.
 TEST_F(ProcessingCycleTest, ATickInsideABatchIsABatchOfItsOwn) {
     Time.PerLook = std::chrono::milliseconds(4);

@@ -79,6 +79,13 @@ TEST_F(SyslogEndpointTest, NulsGoAtOnceSinceTheBackupCouldNotKeepThem) {
 
 TEST_F(SyslogEndpointTest, APauseQueuesAndItsEndHandles) {
     Cycle.PauseCommand();
+    for (int i = 0; i < 30'002; ++i)
+        ArriveDatagram("of another program");
+    Syslog.DataArrival();
+    EXPECT_EQ(Display.ToolTips[StatusPanel::SyslogCount],
+              "Listening on UDP port 5514\n2 datagram(s) lost for want of room");
+    Cycle.PauseCommand();
+    Cycle.PauseCommand();
     Arrive("one");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
     Arrive("two");
@@ -147,6 +154,8 @@ TEST_F(SyslogEndpointTest, APauseThatBeginsInsideTheWorkEndsWithIt) {
     Syslog.DataArrival();
     EXPECT_TRUE(Display.PauseShown);
     EXPECT_FALSE(Paused);
+    Cycle.PauseCommand();
+    EXPECT_FALSE(Display.PauseShown) << "the command goes by what it shows";
 }
 
 TEST_F(SyslogEndpointTest, APausesQueueWaitsForADeleteToo) {

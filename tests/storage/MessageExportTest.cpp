@@ -77,21 +77,19 @@ TEST_F(MessageExportTest, AsksAndProposesForEachPage) {
 
 TEST_F(MessageExportTest, NoAndCancelWriteNothing) {
     FillAll();
+    dialog_.Answer.reset();
     for (const MessagePage page : Pages) {
         Display.Page = page;
-        Boxes.Shown.clear();
-        Boxes.Answer = false;
-        export_.ExportMessages();
-        EXPECT_EQ(Boxes.Shown.size(), 1U);
-        EXPECT_TRUE(dialog_.Asked.empty());
-        Boxes.Answer = true;
-        dialog_.Answer.reset();
-        export_.ExportMessages();
-        EXPECT_EQ(Boxes.Shown.size(), 2U);
-        EXPECT_EQ(dialog_.Asked.size(), 1U);
-        EXPECT_EQ(CountFiles(folder_.Path()), 0U);
-        dialog_.Asked.clear();
+        for (const bool answer : {false, true}) {
+            Boxes.Shown.clear();
+            dialog_.Asked.clear();
+            Boxes.Answer = answer;
+            export_.ExportMessages();
+            EXPECT_EQ(Boxes.Shown.size(), 1U);
+            EXPECT_EQ(dialog_.Asked.size(), answer ? 1U : 0U);
+        }
     }
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
 }
 
 TEST_F(MessageExportTest, IsSilentWhereThereIsNothingToExport) {
@@ -209,10 +207,7 @@ TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
         KeepSyslog(Record("n"));
     }
     Select({0});
-    Boxes.WhileAsked = [this] {
-        EXPECT_FALSE(Received.SyslogDeleteInProgress);
-        EXPECT_EQ(Display.WorkUnderWay, 0);
-    };
+    Boxes.WhileAsked = [this] { EXPECT_FALSE(Received.SyslogDeleteInProgress); };
     Events.Event = [this] {
         EXPECT_TRUE(Received.SyslogDeleteInProgress);
         EXPECT_EQ(Display.WorkUnderWay, 1);

@@ -30,9 +30,7 @@ TEST(DemoFeedTest, LooksLikeAnEnginesFeed) {
         DemoFeed other(2);
         int differing = 0;
         int whole = 0;
-        int longOnes = 0;
         std::map<DemoType, int> types;
-        std::set<std::string> computers;
         std::set<char> characters;
         for (int i = 0; i < Texts && !HasFailure(); ++i) {
             const auto next = [bySyslog](DemoFeed& from) {
@@ -49,16 +47,12 @@ TEST(DemoFeedTest, LooksLikeAnEnginesFeed) {
             EXPECT_EQ(bySyslog, text.starts_with("<13") && IsAlarmNotification(text)) << text;
             EXPECT_TRUE(text.size() >= 280 && text.size() < 1500) << text;
             whole += IsWhole(read, type) ? 1 : 0;
-            longOnes += text.size() > 390 ? 1 : 0;
             ++types[type];
-            computers.insert(read.Computer);
             characters.insert(text.begin(), text.end());
         }
         EXPECT_GT(differing, Texts * 99 / 100);
         EXPECT_GT(whole, Texts * 95 / 100);
         EXPECT_EQ(types.size(), DemoTypeNames.size());
-        EXPECT_GT(computers.size(), 50U);
-        EXPECT_TRUE(longOnes > 0 && (bySyslog || longOnes < Texts / 200)) << longOnes;
         for (const char odd : std::string("\t\x07\x1B\x7F\x81\xA0\xFC\xFF<>&\"'%*"))
             EXPECT_TRUE(characters.contains(odd)) << static_cast<int>(odd);
         EXPECT_FALSE(characters.contains('\0'));

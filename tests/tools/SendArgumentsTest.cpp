@@ -28,7 +28,6 @@ TEST(SendArgumentsTest, TakesWhatTheHelpTells) {
     const auto raw = ParseSendArguments(Words{"--raw", "*1-0-1-a", "", "--", "--b"}, error);
     ASSERT_TRUE(raw) << error;
     EXPECT_EQ(raw->Texts, (Words{"*1-0-1-a", "", "--b"}));
-    EXPECT_EQ(ParseSendArguments(Words{"--file", "-"}, error)->File, "-");
     EXPECT_EQ(ParseSendArguments(Words{""}, error)->Texts, Words{""});
 }
 

@@ -1,6 +1,7 @@
 #include "app/Console.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -66,7 +67,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
-              folder, {SettingsFileName, FilterFileName, BackupFileName}) {
+              folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      help_(machine.Help, machine.Boxes),
+      folder_(folder),
+      helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
 
@@ -115,6 +119,7 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
+    help_.SetHelpFile(folder_, QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath());
     settings_ = ReadSettings(profile_);
     tray_->ShowSound(settings_.SoundOn);
     window_->Load(
@@ -318,8 +323,16 @@ void Console::ForgetSizes() {
     settings_.ColumnWidths = {};
 }
 
-void Console::ShowHelp() {
-    machine_.Boxes.Tell("This version of the Tallyhorn Listener Console comes without a help file.");
+void Console::ShowHelp(HelpContext context) {
+    help_.ShowHelp(context, window_->winId());
+}
+
+/// By key or from the icon: beside a dialog or a question at once, else as a command like any other.
+void Console::OpenHelp(HelpContext context) {
+    if (QApplication::activeModalWidget() != nullptr)
+        ShowHelp(context);
+    else
+        window_->Commands().Run([this, context] { ShowHelp(context); }, CommandQueue::Kind::Dialog);
 }
 
 void Console::ShowAbout() {

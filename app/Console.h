@@ -7,11 +7,14 @@
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/Help.h"
+#include "desktop/forms/HelpKeys.h"
 #include "desktop/forms/frmTrayIcon.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
+#include "platform/HelpViewer.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
@@ -53,9 +56,10 @@ public:
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
         NotificationArea& Area;
+        HelpViewer& Help;
     };
 
-    /// `folder` holds settings, filters and the backup.
+    /// `folder` holds settings, filters and the backup, and perhaps the help file.
     Console(const Machine& machine, const std::filesystem::path& folder);
     ~Console() override;
 
@@ -83,7 +87,7 @@ private:
     void LetEventsRun() override;
     void ToggleSound() override;
     void AskForAbout() override { window_->Do(ServerCommand::About); }
-    void AskForHelp() override { window_->Do(ServerCommand::Help); }
+    void AskForHelp() override { OpenHelp(HelpContext::Contents); }
     void Leave() override;
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
@@ -91,7 +95,7 @@ private:
     void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
     void ExportMessages() override { export_.ExportMessages(); }
     void ShowPreferences() override;
-    void ShowHelp() override;
+    void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
@@ -114,6 +118,8 @@ private:
     void ApplySettings();
     void ShowFilterDialog();
     void WriteSummary() const;
+    void ShowHelp(HelpContext context);
+    void OpenHelp(HelpContext context);
 
     Machine machine_;
     PrivateProfile profile_;
@@ -134,6 +140,9 @@ private:
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
+    Help help_;
+    const std::filesystem::path folder_;
+    HelpKeys helpKeys_;
     bool portFailed_ = false;
     bool started_ = false;
     bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/forms/OwnHelpViewer.h"
 #include "desktop/forms/QtNotificationArea.h"
 #include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
@@ -40,8 +42,12 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     QtNotificationArea area;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
-    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area},
-                    folder);
+    std::unique_ptr<HelpViewer> help = MakeSystemHelpViewer();
+    if (help == nullptr)
+        help = std::make_unique<OwnHelpViewer>();
+    Console console(
+        {instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area, *help},
+        folder);
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());

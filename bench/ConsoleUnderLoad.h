@@ -13,6 +13,7 @@
 
 #include "app/Console.h"
 #include "config/MakeProfileFunctions.h"
+#include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
@@ -34,7 +35,7 @@ public:
         mailslots_ = MakeMailslotTransport();
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
-                                                       datagrams, programs_, saveDialog_, area_},
+                                                       datagrams, programs_, saveDialog_, area_, help_},
                                       folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
@@ -79,6 +80,7 @@ private:
     FakeMessageBoxes boxes_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeHelpViewer help_;
     FakeNotificationArea area_;
     std::unique_ptr<Console> console_;
     std::vector<const QAbstractItemModel*> models_;

@@ -18,6 +18,8 @@ struct PreferenceFields {
     std::array<bool, 3> ShowTab{};
     bool Sound = false;
     bool DayFirst = false;
+
+    bool operator==(const PreferenceFields&) const = default;
 };
 
 /// The preferences dialog's commands over the settings file and the running console, for one opening of the

@@ -21,6 +21,8 @@ struct Settings {
     bool SoundOn = false;
     /// A bit for each of the main window's three tabs, from the left.
     std::int32_t MessageViews = 0;
+
+    bool operator==(const Settings&) const = default;
 };
 
 /// Reads every key of the section "General"; one that is missing gives 0 or "".

@@ -10,7 +10,7 @@ namespace tallyhorn {
 ///
 /// Files are ANSI text of at most `MaximumFileSize` bytes.  A larger one, or one that is there and cannot be
 /// read, gives the defaults, and a write to it fails rather than losing what it holds.
-class TextProfileFunctions final : public ProfileFunctions {
+class TextProfileFunctions : public ProfileFunctions {
 public:
     static constexpr std::size_t MaximumFileSize = std::size_t{16} << 20U;
 

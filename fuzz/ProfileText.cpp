@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "fuzz/Require.h"
+#include "records/AnsiText.h"
 
 namespace {
 
@@ -22,11 +23,37 @@ std::string TakeField(std::string_view& text) {
 
 }  // namespace
 
+namespace {
+
+/// What is set is read back, and taking it out again leaves the bytes as they were but for the line end that
+/// the last line may have lacked.
+void RequireUnharmed(const std::string& bytes) {
+    for (const char* const section : {"", "k", "\xE4 new"}) {
+        ProfileText profile(bytes);
+        const std::string names = profile.SectionNames();
+        const std::string entries = profile.Entries(section);
+        profile.SetValue(section, "new \xE4", " 'value'");
+        Require(profile.Value(section, "NEW \xC4") == "value");
+        Require(profile.Entries(section) == entries + "new \xE4='value'" + '\0');
+        if (profile.SectionNames() == names)
+            profile.DeleteKey(section, "NEW \xC4");
+        else
+            profile.DeleteSection(section);
+        const std::string& after = profile.Bytes();
+        Require(after.starts_with(bytes));
+        Require(after.size() == bytes.size() || after.substr(bytes.size()) == "\r\n");
+    }
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view text(reinterpret_cast<const char*>(data), size);
     const std::string section = TakeField(text);
     const std::string key = TakeField(text);
     const std::string value = TakeField(text);
+    if (tallyhorn::UpperCase(text).find("NEW") == std::string::npos)
+        RequireUnharmed(std::string(text));
     ProfileText profile{std::string(text)};
     const std::string names = profile.SectionNames();
     Require(names.size() <= text.size() && (names.empty() || names.back() == '\0'));

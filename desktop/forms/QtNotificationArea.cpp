@@ -10,7 +10,12 @@
 
 namespace tallyhorn {
 
-QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {}
+QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {
+    // Once the release itself is done with, which might choose the menu's first item.
+    connect(
+        this, &QtNotificationArea::RightButtonReleased, this, [this] { events_.MenuWanted(); },
+        Qt::QueuedConnection);
+}
 
 QtNotificationArea::~QtNotificationArea() = default;
 
@@ -100,11 +105,9 @@ bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
         if (auto* const window = qobject_cast<QWindow*>(watched))
             KeepOpen(*window);
     } else if (event->type() == QEvent::MouseButtonRelease &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
+               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
         QCoreApplication::instance()->removeEventFilter(this);
-        // Once the release itself is done with, which might choose the menu's first item.
-        QMetaObject::invokeMethod(
-            this, [this] { events_.MenuWanted(); }, Qt::QueuedConnection);
+        emit RightButtonReleased();
     }
     return QObject::eventFilter(watched, event);
 }

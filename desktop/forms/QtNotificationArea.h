@@ -31,6 +31,10 @@ public:
     void Modify(int image, std::string_view tip) override;
     void Delete() override;
 
+signals:
+    /// After it went down over the icon.
+    void RightButtonReleased();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -15,7 +15,12 @@ constexpr int MissesUntilGone = 2;
 
 /// Without a caption: a line between groups.
 constexpr std::array<const char*, frmTrayIcon::MenuItemCount> Captions = {
-    "&Display Messages", "&Sound", nullptr, "&About the Tallyhorn Listener Console", "&Help", nullptr,
+    "&Display Messages",
+    "&Sound",
+    nullptr,
+    "&About the Tallyhorn Listener Console",
+    "&Help",
+    nullptr,
     "E&xit"};
 
 QTimer* MakeTimer(QWidget* owner, const char* name, int interval) {

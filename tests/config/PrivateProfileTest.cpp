@@ -60,13 +60,10 @@ TEST_P(PrivateProfileTest, ValuesUpTo509Characters) {
     }
 }
 
-TEST_P(PrivateProfileTest, Integers) {
-    Fill("[s]\r\nword=ten\r\nhex=0x1F\r\nneg=-7x\r\nwrap=4294967295\r\n");
-    EXPECT_EQ(Number("word", 5), 0);
-    EXPECT_EQ(Number("hex", 5), 31);
+TEST_P(PrivateProfileTest, IntegersHaveASign) {
+    Fill("[s]\r\nneg=-7x\r\nwrap=4294967295\r\n");
     EXPECT_EQ(Number("neg", 5), -7);
     EXPECT_EQ(Number("wrap", 5), -1);
-    EXPECT_EQ(Number("none", 5), 5);
 }
 
 TEST_P(PrivateProfileTest, ListsKeysAndEntries) {
@@ -95,16 +92,21 @@ TEST_P(PrivateProfileTest, SectionsBeyondTheBufferLoseTheLineThatIsCut) {
     EXPECT_EQ(entries[5], "f=" + std::string(679, 'v'));
 }
 
-TEST_P(PrivateProfileTest, SectionNamesThatOutgrowTheFirstBuffers) {
+TEST_P(PrivateProfileTest, SectionNamesOutgrowTheFirstBuffersUpToSixteenBits) {
     std::string bytes;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 5000; ++i) {
         bytes += "[section" + std::to_string(i) + "]\r\n";
-    Fill(bytes);
+        if (i == 299)
+            Fill(bytes);
+    }
     std::vector<std::string> names;
     EXPECT_TRUE(profile_.GetSectionNames(names));
     ASSERT_EQ(names.size(), 300U);
     EXPECT_EQ(names[299], "section299");
     EXPECT_EQ(clock_.Slept.count(), 0);
+    Fill(bytes);
+    EXPECT_FALSE(profile_.GetSectionNames(names));
+    EXPECT_EQ(names.size(), 300U) << "a failure leaves the list";
 }
 
 TEST_P(PrivateProfileTest, SectionNamesStopGrowingWhenTimeIsUp) {
@@ -124,16 +126,6 @@ TEST_P(PrivateProfileTest, NoSectionsAreWaitedForTwoSeconds) {
     EXPECT_EQ(clock_.Now() - start, std::chrono::seconds(2));
 }
 
-TEST_P(PrivateProfileTest, SectionNamesBeyondSixteenBitsFail) {
-    std::string bytes;
-    for (int i = 0; i < 5000; ++i)
-        bytes += "[section" + std::to_string(i) + "]\r\n";
-    Fill(bytes);
-    std::vector<std::string> names{"old"};
-    EXPECT_FALSE(profile_.GetSectionNames(names));
-    EXPECT_THAT(names, ElementsAre("old"));
-}
-
 TEST_P(PrivateProfileTest, DeletesAndEmpties) {
     Fill("[s]\r\na=1\r\nb=2\r\n[t]\r\nc=3\r\n");
     EXPECT_TRUE(profile_.DeleteKey("s", "a"));
@@ -148,18 +140,12 @@ TEST_P(PrivateProfileTest, DeletesAndEmpties) {
 
 /// Whatever the port throws ends in the results.
 TEST(PrivateProfile, NothingIsThrown) {
-    class Exhausted final : public ProfileFunctions {
+    class Exhausted final : public TextProfileFunctions {
         std::uint32_t GetPrivateProfileString(const char*, const char*, const char*, char*, std::uint32_t,
                                               const char*) override {
             throw std::bad_alloc();
         }
         std::uint32_t GetPrivateProfileInt(const char*, const char*, std::int32_t, const char*) override {
-            throw std::bad_alloc();
-        }
-        bool WritePrivateProfileString(const char*, const char*, const char*, const char*) override {
-            throw std::bad_alloc();
-        }
-        std::uint32_t GetPrivateProfileSectionNames(char*, std::uint32_t, const char*) override {
             throw std::bad_alloc();
         }
         std::uint32_t GetPrivateProfileSection(const char*, char*, std::uint32_t, const char*) override {
@@ -175,33 +161,18 @@ TEST(PrivateProfile, NothingIsThrown) {
     EXPECT_EQ(text, "");
     EXPECT_TRUE(profile.GetIntValue("s", "k", number));
     EXPECT_EQ(number, 9);
-    EXPECT_FALSE(profile.WriteString("s", "k", "v") || profile.DeleteKey("s", "k") ||
-                 profile.DeleteSection("s"));
-    EXPECT_FALSE(profile.GetSectionNames(list) || profile.GetKeyNames("s", list) ||
-                 profile.GetEntries("s", list));
+    EXPECT_FALSE(profile.GetEntries("s", list));
     EXPECT_THAT(list, ElementsAre("before"));
     EXPECT_EQ(profile.GetNumEntriesInSection("s"), 0);
 }
 
 TEST_P(PrivateProfileTest, SettingsAreReadWithTheirDefaults) {
-    const Settings defaults = ReadSettings(profile_);
-    EXPECT_EQ(defaults.Seperator, "");
-    EXPECT_EQ(defaults.DateTime + defaults.CPWidth + defaults.CPHeight + defaults.MessageViews, 0);
-    EXPECT_THAT(defaults.ColumnWidths, ElementsAre(0, 0, 0, 0, 0));
-    EXPECT_FALSE(defaults.SoundOn);
-
+    EXPECT_EQ(ReadSettings(profile_), Settings());
     Fill(
-        "[General]\r\nDateTime=7\r\nSeperator=.\r\nCPHeight=600\r\nCPWidth=800\r\nColWidth1=1\r\nColWidth2="
-        "2\r\n"
-        "ColWidth4=4\r\nColWidth5=5\r\nSoundOn=1\r\nMessageViews=5\r\n[Other]\r\nColWidth3=9\r\n");
-    const Settings settings = ReadSettings(profile_);
-    EXPECT_EQ(settings.DateTime, 7);
-    EXPECT_EQ(settings.Seperator, ".");
-    EXPECT_EQ(settings.CPHeight, 600);
-    EXPECT_EQ(settings.CPWidth, 800);
-    EXPECT_THAT(settings.ColumnWidths, ElementsAre(1, 2, 0, 4, 5));
-    EXPECT_TRUE(settings.SoundOn);
-    EXPECT_THAT(VisibleMessageViews(settings.MessageViews), ElementsAre(true, false, true));
+        "[General]\r\nDateTime=7\r\nSeperator=.\r\nCPHeight=600\r\nCPWidth=800\r\nColWidth1=1\r\n"
+        "ColWidth2=2\r\nColWidth4=4\r\nColWidth5=5\r\nSoundOn=1\r\nMessageViews=5\r\n"
+        "[Other]\r\nColWidth3=9\r\n");
+    EXPECT_EQ(ReadSettings(profile_), (Settings{7, ".", 800, 600, {1, 2, 0, 4, 5}, true, 5}));
     for (const char* off : {"0", "2", "on", "-1"}) {
         profile_.WriteString("General", "SoundOn", off);
         EXPECT_FALSE(ReadSettings(profile_).SoundOn) << off;
@@ -210,12 +181,7 @@ TEST_P(PrivateProfileTest, SettingsAreReadWithTheirDefaults) {
 
 TEST_P(PrivateProfileTest, SizesAreWrittenAndNothingElse) {
     Fill("[General]\r\nSeperator=-\r\nCPWidth=1\r\n");
-    Settings settings;
-    settings.Seperator = "!";
-    settings.CPWidth = 1024;
-    settings.CPHeight = 768;
-    settings.ColumnWidths = {10, 0, 30, 40, 50};
-    WriteSizes(profile_, settings);
+    WriteSizes(profile_, {7, "!", 1024, 768, {10, 0, 30, 40, 50}, true, 5});
     std::vector<std::string> entries;
     profile_.GetEntries("General", entries);
     EXPECT_THAT(entries, ElementsAre("Seperator=-", "CPWidth=1024", "CPHeight=768", "ColWidth1=10",

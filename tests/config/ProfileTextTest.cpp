@@ -1,17 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "config/ProfileText.h"
 
 namespace tallyhorn {
 namespace {
-
-/// The bytes that mean something to the profile text, and letters with two cases.
-constexpr std::string_view Alphabet(
-    "[]=;\"' \t\r\n\0\x1A"
-    "aAkK\xE4\xC4\xFF",
-    19);
 
 constexpr const char* Sample =
     "; settings\r\n"
@@ -78,34 +70,6 @@ TEST(ProfileText, DeletingTakesWholeLinesAndNoOthers) {
         else
             profile.DeleteSection(one.Section);
         EXPECT_EQ(profile.Bytes(), Replaced(Sample, one.From, "")) << one.Section;
-    }
-}
-
-/// Whatever the bytes: what is set is read back, and taking it out again leaves them as they were but for the
-/// line end that the last line may have lacked.
-TEST(ProfileText, RandomBytesComeThroughUnharmed) {
-    const std::string newEntry("new \xE4='value'\0", 14);
-    std::mt19937 engine(7);
-    for (int round = 0; round < 2000; ++round) {
-        std::string bytes;
-        for (std::size_t length = engine() % 80; length > 0; --length)
-            bytes += engine() % 8 == 0 ? static_cast<char>(engine()) : Alphabet[engine() % Alphabet.size()];
-        for (const char* section : {"", "k", "\xE4 new"}) {
-            ProfileText profile(bytes);
-            const std::string names = profile.SectionNames();
-            const std::string entries = profile.Entries(section);
-            profile.SetValue(section, "new \xE4", " 'value'");
-            EXPECT_EQ(profile.Value(section, "NEW \xC4"), "value");
-            EXPECT_EQ(profile.Entries(section), entries + newEntry);
-            if (profile.SectionNames() == names)
-                profile.DeleteKey(section, "NEW \xC4");
-            else
-                profile.DeleteSection(section);
-            const std::string& after = profile.Bytes();
-            ASSERT_TRUE(after.starts_with(bytes)) << ::testing::PrintToString(bytes);
-            const std::string_view rest = std::string_view(after).substr(bytes.size());
-            EXPECT_TRUE(rest.empty() || rest == "\r\n") << ::testing::PrintToString(bytes);
-        }
     }
 }
 

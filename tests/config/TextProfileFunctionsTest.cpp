@@ -28,10 +28,7 @@ TEST(TextProfileFunctions, WritesReplaceTheFileAndLeaveNoOther) {
     EXPECT_TRUE(Write(path, nullptr));
     EXPECT_EQ(ReadBytes(path), "[s]\r\n");
     EXPECT_EQ(CountFiles(folder.Path()), 1U);
-}
 
-TEST(TextProfileFunctions, TellsWhereNoFileCanBe) {
-    const TemporaryFolder folder;
     EXPECT_FALSE(Write(folder / "missing/a.ini", "1"));
     EXPECT_FALSE(Write(folder.Path(), "1"));
     EXPECT_EQ(ReadInt(folder.Path()), 77U);

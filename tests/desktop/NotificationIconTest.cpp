@@ -1,7 +1,6 @@
-#include "desktop/NotificationIcon.h"
-
 #include <gtest/gtest.h>
 
+#include "desktop/NotificationIcon.h"
 #include "tests/fakes/FakeNotificationArea.h"
 
 namespace tallyhorn {

@@ -1,20 +1,60 @@
 #pragma once
 
-#include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include "config/MakeProfileFunctions.h"
 #include "config/Preferences.h"
+#include "config/TextProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakePreferencesHost.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/FileBytes.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 namespace tallyhorn {
 
-/// A settings file of its own, through the system's profile functions, with a console and an operator that
-/// note and answer.
+/// What was done, in words and in order, by all that share the list.
+using CallLog = std::vector<std::string>;
+
+/// The text code, which notes the writes as KEY=VALUE.
+class RecordingProfiles final : public TextProfileFunctions {
+public:
+    explicit RecordingProfiles(CallLog& log) : log_(log) {}
+
+    bool WritePrivateProfileString(const char* section, const char* key, const char* value,
+                                   const char* file) override {
+        log_.push_back(std::string(key).append("=").append(value));
+        return TextProfileFunctions::WritePrivateProfileString(section, key, value, file);
+    }
+
+private:
+    CallLog& log_;
+};
+
+/// A console that only notes what the preferences make it do.
+class FakePreferencesHost final : public PreferencesHost {
+public:
+    explicit FakePreferencesHost(CallLog& log) : log_(log) {}
+
+    void InitializeWinsock() override { Note("set up the endpoint"); }
+    void SetSeperator(std::string_view seperator) override { Note("separator ", seperator); }
+    void SetSoundOn(bool on) override { Note("sound ", on ? "on" : "off"); }
+    void SetDateTime(std::int32_t order) override { Note("date order ", std::to_string(order)); }
+    void ShowTab(int tab, bool shown) override {
+        Note(shown ? "show tab " : "hide tab ", std::to_string(tab));
+    }
+    void ForgetSizes() override { Note("forget sizes"); }
+    void MaximizeWindow() override { Note("maximize"); }
+    void ShareOutColumnWidths() override { Note("share out widths"); }
+
+private:
+    void Note(std::string what, std::string_view value = {}) { log_.push_back(what.append(value)); }
+
+    CallLog& log_;
+};
+
+/// A settings file of its own, with a console and an operator that note and answer.
 struct PreferencesParts {
     PreferencesParts() {
         Profile.SetINIFileName(Path);
@@ -30,8 +70,7 @@ struct PreferencesParts {
     TemporaryFolder Folder;
     std::string Path = Folder / "thlisten.ini";
     CallLog Log;
-    std::unique_ptr<ProfileFunctions> System = MakeProfileFunctions();
-    RecordingProfiles Profiles{*System, Log};
+    RecordingProfiles Profiles{Log};
     FakeClock Time;
     PrivateProfile Profile{Profiles, Time};
     FakePreferencesHost Host{Log};

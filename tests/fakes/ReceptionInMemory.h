@@ -7,6 +7,7 @@
 #include "reception/SyslogEndpoint.h"
 #include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
+#include "tests/fakes/FilterSlots.h"
 #include "tests/fakes/MessagesInMemory.h"
 #include "tests/fakes/TemporaryFolder.h"
 
@@ -25,10 +26,8 @@ struct ReceptionOver : MessagesOver<ClockType> {
     }
     FakeMailslots::Slot& Engine() { return Mailslots.Slots["engine"]; }
     void Suppress(const std::string& computer) {
-        Suppression.CurrentFilter = SuppressionFilter();
-        Suppression.CurrentFilter.FilterName = "one";
+        Suppression.CurrentFilter = FilterOn("one", "");
         Suppression.CurrentFilter.Computer = computer;
-        Suppression.CurrentFilter.EventID = AnyEventID;
         Suppression.WriteFilterRecord(1);
         Suppression.LoadSuppressionFilters();
     }

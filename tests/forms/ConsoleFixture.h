@@ -19,6 +19,7 @@
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
+#include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
@@ -52,7 +53,7 @@ protected:
     void Restart() {
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       datagrams_, programs_, saveDialog_, area_},
+                                                       datagrams_, programs_, saveDialog_, area_, help_},
                                       folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
@@ -137,6 +138,7 @@ protected:
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
     FakeNotificationArea area_;
+    FakeHelpViewer help_;
     std::unique_ptr<Console> console_;
 };
 

@@ -136,7 +136,7 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     FakeMessageBoxes boxes;
     {
         Console other(
-            {second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_},
+            {second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_, help_},
             folder_.Path());
         EXPECT_FALSE(other.Start());
     }
@@ -147,8 +147,9 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
                                                     "desktops."});
     InstanceLock third("elsewhere", folder_ / "locks");
     boxes.Shown.clear();
-    Console deaf({third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_},
-                 folder_.Path());
+    Console deaf(
+        {third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_, help_},
+        folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
     EXPECT_EQ(boxes.Shown,
               std::vector<std::string>{

@@ -82,24 +82,6 @@ TEST(DatagramQueueTest, AtItsLimitTheAppendingSideWaitsAndNothingIsLost) {
     EXPECT_EQ(queue.Count(), 0U);
 }
 
-TEST(DatagramQueueTest, AppendsOnlyWhatThereIsRoomForWhenAskedTo) {
-    constexpr std::size_t Limit = 4 * DatagramQueue::ChunkSize;
-    DatagramQueue queue(Limit);
-    const std::string large(60'000, 'x');
-    const std::vector<std::string_view> batch(7, large);
-    std::size_t appended = 0;
-    for (std::size_t taken = batch.size(); taken == batch.size(); appended += taken)
-        taken = queue.AppendWhileRoom(batch);
-    EXPECT_NE(appended % batch.size(), 0U) << "a batch that went in only in part is what this is about";
-    EXPECT_EQ(queue.Count(), appended);
-    EXPECT_LE(appended * large.size(), Limit);
-    EXPECT_GT(appended * large.size(), Limit / 2);
-    EXPECT_EQ(queue.AppendWhileRoom(batch), 0U);
-    for (; appended > 0; --appended)
-        ASSERT_EQ(TakeOne(queue), large);
-    EXPECT_EQ(queue.AppendWhileRoom(batch), batch.size());
-}
-
 TEST(DatagramQueueTest, StopEndsTheWaitForRoom) {
     DatagramQueue queue(0);  // the least is two chunks
     const std::string large(60'000, 'x');

@@ -28,36 +28,30 @@ int Replace(const fs::path& path, std::string_view bytes) {
     return file->Finish().value_or(SystemError{}).Number;
 }
 
-TEST(ReplacementFileTest, StandsAtItsPlaceOnceItIsFinished) {
+TEST(ReplacementFileTest, StandsAtItsPlaceOnceItIsFinishedAndElseGoes) {
     const TemporaryFolder folder;
     for (const fs::path& path : {folder.Path() / "new", folder.Path() / "old",
                                  folder.Path() / fs::path(u"\u00DCbersicht \u2013 \u65E5\u672C.txt")}) {
         const bool exists = path.filename() == "old";
         if (exists)
             WriteBytes(path, "what stood there before, and was longer");
-        SystemError error;
-        const auto file = CreateReplacementFile(path, error);
-        ASSERT_TRUE(file);
-        EXPECT_FALSE(file->Write("first, "));
-        EXPECT_FALSE(file->Write("second"));
-        EXPECT_EQ(ReadBytes(path), exists ? "what stood there before, and was longer" : "");
-        EXPECT_FALSE(file->Finish());
-        EXPECT_EQ(ReadBytes(path), "first, second");
+        for (const bool isFinished : {false, true}) {
+            SystemError error;
+            auto file = CreateReplacementFile(path, error);
+            ASSERT_TRUE(file);
+            EXPECT_FALSE(file->Write("first, "));
+            EXPECT_FALSE(file->Write("second"));
+            if (isFinished) {
+                EXPECT_FALSE(file->Finish());
+            }
+            file.reset();
+            EXPECT_EQ(ReadBytes(path), isFinished ? "first, second"
+                                       : exists   ? "what stood there before, and was longer"
+                                                  : "");
+            EXPECT_EQ(fs::exists(path), isFinished || exists);
+        }
     }
     EXPECT_EQ(CountFiles(folder.Path()), 3U);
-}
-
-TEST(ReplacementFileTest, GoesWhereItIsNotFinished) {
-    const TemporaryFolder folder;
-    WriteBytes(folder / "old", "old");
-    for (const char* const name : {"old", "new"}) {
-        SystemError error;
-        const auto file = CreateReplacementFile(folder / name, error);
-        ASSERT_TRUE(file);
-        EXPECT_FALSE(file->Write("half"));
-    }
-    EXPECT_EQ(ReadBytes(folder / "old"), "old");
-    EXPECT_EQ(CountFiles(folder.Path()), 1U);
 }
 
 TEST(ReplacementFileTest, RefusesWhatIsNoFileToWrite) {
@@ -71,6 +65,13 @@ TEST(ReplacementFileTest, RefusesWhatIsNoFileToWrite) {
     EXPECT_EQ(ReadBytes(folder / "file"), "old");
     EXPECT_EQ(CountFiles(folder.Path()), 2U);
     EXPECT_EQ(CountFiles(folder / "folder"), 0U);
+
+    if (std::system(("mkfifo " + (folder / "pipe")).c_str()) != 0)
+        GTEST_SKIP() << "no pipes with names here";
+    fs::create_symlink("pipe", folder / "link");
+    EXPECT_NE(Replace(folder / "link", "never, and without waiting"), 0);
+    EXPECT_TRUE(fs::is_fifo(folder / "pipe"));
+    EXPECT_EQ(CountFiles(folder.Path()), 4U);
 }
 
 TEST(ReplacementFileTest, AFolderThatCameMeanwhileIsAFailure) {
@@ -83,16 +84,6 @@ TEST(ReplacementFileTest, AFolderThatCameMeanwhileIsAFailure) {
     EXPECT_TRUE(file->Finish());
     EXPECT_TRUE(file->Write("more")) << "the failure stays";
     EXPECT_TRUE(fs::is_directory(folder / "f"));
-}
-
-TEST(ReplacementFileTest, RefusesAPipeWithoutWaiting) {
-    const TemporaryFolder folder;
-    if (std::system(("mkfifo " + (folder / "pipe")).c_str()) != 0)
-        GTEST_SKIP() << "no pipes with names here";
-    fs::create_symlink("pipe", folder / "link");
-    EXPECT_NE(Replace(folder / "link", "never"), 0);
-    EXPECT_TRUE(fs::is_fifo(folder / "pipe"));
-    EXPECT_EQ(CountFiles(folder.Path()), 2U);
 }
 
 TEST(ReplacementFileTest, KeepsPermissionsAndLinks) {
@@ -120,38 +111,30 @@ TEST(ReplacementFileTest, KeepsPermissionsAndLinks) {
     EXPECT_EQ(CountFiles(folder / "real"), 2U);
 }
 
-TEST(ReplacementFileTest, AFileThatMayNotBeWrittenStays) {
+/// A folder that takes no new file may still hold one that can be written.
+TEST(ReplacementFileTest, WritesOnlyWhatMayBeWritten) {
     const TemporaryFolder folder;
-    WriteBytes(folder / "f", "old");
-    fs::permissions(folder / "f", fs::perms::owner_read);
-    fs::permissions(folder.Path(), fs::perms::all);
-    {
+    for (const char* const name : {"guarded", "open"})
+        WriteBytes(folder / name, "what stood there before");
+    fs::permissions(folder / "guarded", fs::perms::owner_read);
+    fs::permissions(folder / "open", fs::perms::all);
+    for (const bool takesNewFiles : {true, false}) {
+        fs::permissions(folder.Path(), takesNewFiles ? fs::perms::all : fs::perms{0555});
         const OtherUser user;
-        if (std::ofstream(folder / "f", std::ios::app))
-            GTEST_SKIP() << "every file may be written here";
-        EXPECT_NE(Replace(folder / "f", "never"), 0);
+        if (std::ofstream(folder / "guarded", std::ios::app) ||
+            (!takesNewFiles && std::ofstream(folder / "probe")))
+            GTEST_SKIP() << "everything may be written here";
+        EXPECT_NE(Replace(folder / "guarded", "never"), 0);
+        EXPECT_EQ(Replace(folder / "new", "made") == 0, takesNewFiles);
+        if (takesNewFiles)
+            fs::remove(folder / "new");
+        EXPECT_EQ(Replace(folder / "open", "over"), 0);
     }
-    EXPECT_EQ(ReadBytes(folder / "f"), "old");
-    EXPECT_EQ(CountFiles(folder.Path()), 1U);
-    fs::permissions(folder / "f", fs::perms::owner_all);
-}
-
-TEST(ReplacementFileTest, AFolderThatTakesNoNewFileMayHoldOneThatCanBeWritten) {
-    const TemporaryFolder folder;
-    WriteBytes(folder / "f", "what stood there before");
-    fs::permissions(folder / "f", fs::perms::all);
-    fs::permissions(folder.Path(), fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write |
-                                                      fs::perms::others_write));
-    {
-        const OtherUser user;
-        if (std::ofstream(folder / "probe"))
-            GTEST_SKIP() << "every folder takes new files here";
-        EXPECT_EQ(Replace(folder / "f", "written over"), 0);
-        EXPECT_NE(Replace(folder / "new", "never"), 0);
-    }
-    EXPECT_EQ(ReadBytes(folder / "f"), "written over");
-    EXPECT_EQ(CountFiles(folder.Path()), 1U);
     fs::permissions(folder.Path(), fs::perms::owner_all);
+    fs::permissions(folder / "guarded", fs::perms::owner_all);
+    EXPECT_EQ(ReadBytes(folder / "guarded"), "what stood there before");
+    EXPECT_EQ(ReadBytes(folder / "open"), "over");
+    EXPECT_EQ(CountFiles(folder.Path()), 2U);
 }
 
 }  // namespace

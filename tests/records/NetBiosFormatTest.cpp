@@ -24,17 +24,10 @@ AlarmRecord Parsed(const std::string& text) {
 }
 
 TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
-    const AlarmRecord alarm = Parsed(ReadBytes(LogonFailed));
-    EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
-    EXPECT_EQ(alarm.AlarmName, "Logon failed (network) twice");
-    EXPECT_EQ(alarm.LogType, "Security");
-    EXPECT_EQ(alarm.Source, "Microsoft:Auditing ");
-    EXPECT_EQ(alarm.TypeOfEvent, "Failure Audit");
-    EXPECT_EQ(alarm.Category, "");
-    EXPECT_EQ(alarm.EventID, 529);
-    EXPECT_EQ(alarm.AccountName, "ACME\\M\xDCLLER");
-    EXPECT_EQ(alarm.Computer, "LON-DC-1");
-    EXPECT_EQ(alarm.Description, "Logon failure:\r\n\tReason: unknown user\r\n");
+    EXPECT_EQ(Parsed(ReadBytes(LogonFailed)),
+              (AlarmRecord{*MakeAlarmDate({2008, 8, 21, 14, 5, 9}), "Logon failed (network) twice",
+                           "Security", "Microsoft:Auditing ", "Failure Audit", "", 529, "ACME\\M\xDCLLER",
+                           "LON-DC-1", "Logon failure:\r\n\tReason: unknown user\r\n"}));
 }
 
 /// One line after the other is spoilt; only its own field stays as it was.
@@ -99,18 +92,10 @@ TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
 
 TEST(ParseCurrentAlarm, CutsValuesByPositionAlone) {
     const std::string head = "Date: 8/21/2008\r\n\r\n\r\n((a)b))c\r\n\r\n\r\n";
-    const AlarmRecord alarm =
-        Parsed(head + "L:x\r\nS:\r\n:  \r\nC:: :\r\nE:\t12.5\r\nA: \xE9\0b\r\nK: k\rk\nk\r\nD: "s);
-    EXPECT_EQ(alarm.DateTime, MakeAlarmDate({2008, 8, 21})) << "the line's end ends the date";
-    EXPECT_EQ(alarm.AlarmName, "(a)b)");
-    EXPECT_EQ(alarm.LogType, "") << "the character after the colon goes with it, whatever it is";
-    EXPECT_EQ(alarm.Source, "");
-    EXPECT_EQ(alarm.TypeOfEvent, " ");
-    EXPECT_EQ(alarm.Category, " :");
-    EXPECT_EQ(alarm.EventID, 12);
-    EXPECT_EQ(alarm.AccountName, "\xC9\0B"s);
-    EXPECT_EQ(alarm.Computer, "K\rK\nK") << "only CR LF together end a line";
-    EXPECT_EQ(alarm.Description, "");
+    // The character after the colon goes with it, whatever it is; only CR LF together end a line.
+    EXPECT_EQ(Parsed(head + "L:x\r\nS:\r\n:  \r\nC:: :\r\nE:\t12.5\r\nA: \xE9\0b\r\nK: k\rk\nk\r\nD: "s),
+              (AlarmRecord{*MakeAlarmDate({2008, 8, 21}), "(a)b)", "", "", " ", " :", 12, "\xC9\0B"s,
+                           "K\rK\nK", ""}));
 }
 
 TEST(ParseCurrentAlarm, ReadsTwentyCharactersOfDate) {

@@ -26,17 +26,6 @@ protected:
         mailslots_.Create(std::string(MailslotPrefix) + arguments_.Mailslot, cvbMailslot::MaximumMessageSize);
 };
 
-TEST_F(MailslotRunTest, CountsTextsTheirDatagramsAndBytes) {
-    MailslotRun run(arguments_, mailslots_, clock_);
-    EXPECT_EQ(run.Counts().Texts, 0U);
-    EXPECT_EQ(run.Send({"a", std::string(600, 'x')}), Outcome::Sent);
-    ASSERT_EQ(Slot().Waiting.size(), 4U);
-    EXPECT_EQ(Slot().Waiting.front(), std::string("a\0", 2));
-    EXPECT_EQ(run.Counts().Texts, 2U);
-    EXPECT_EQ(run.Counts().Datagrams, 4U);
-    EXPECT_EQ(run.Counts().Bytes, 626U);
-}
-
 TEST_F(MailslotRunTest, SendsRawDatagramsAsTheyAreUpToOneThatIsNotTaken) {
     arguments_.Mode = SendMode::Raw;
     MailslotRun run(arguments_, mailslots_, clock_);

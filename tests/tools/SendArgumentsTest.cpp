@@ -28,30 +28,27 @@ TEST(SendArgumentsTest, TakesWhatTheHelpTells) {
     const auto raw = ParseSendArguments(Words{"--raw", "*1-0-1-a", "", "--", "--b"}, error);
     ASSERT_TRUE(raw) << error;
     EXPECT_EQ(raw->Texts, (Words{"*1-0-1-a", "", "--b"}));
-    EXPECT_EQ(ParseSendArguments(Words{"--file", "-"}, error)->File, "-");
     EXPECT_EQ(ParseSendArguments(Words{""}, error)->Texts, Words{""});
 }
 
 TEST(SendArgumentsTest, TakesATargetForSyslog) {
-    struct Case {
-        std::string Given;
-        std::string Host;
+    const struct {
+        const char* Given;
+        const char* Host;
         std::int32_t Port;
-    };
-    const std::vector<Case> cases = {{"localhost:514", "localhost", 514},
-                                     {"10.0.0.1:1", "10.0.0.1", 1},
-                                     {"[::1]:65535", "::1", 65535},
-                                     {"[fe80::1%eth0]:9", "fe80::1%eth0", 9},
-                                     {"[127.0.0.1]:0514", "127.0.0.1", 514}};
-    for (const Case& each : cases) {
-        std::string error;
-        const auto arguments = ParseSendArguments(Words{"--syslog", each.Given, "text"}, error);
-        ASSERT_TRUE(arguments && arguments->Syslog) << each.Given << ": " << error;
-        EXPECT_EQ(arguments->Syslog->Host, each.Host);
-        EXPECT_EQ(arguments->Syslog->Port, each.Port);
-        EXPECT_EQ(arguments->Syslog->Given, each.Given);
-    }
+    } cases[] = {{"localhost:514", "localhost", 514},
+                 {"10.0.0.1:1", "10.0.0.1", 1},
+                 {"[::1]:65535", "::1", 65535},
+                 {"[fe80::1%eth0]:9", "fe80::1%eth0", 9},
+                 {"[127.0.0.1]:0514", "127.0.0.1", 514}};
     std::string error;
+    for (const auto& [given, host, port] : cases) {
+        const auto arguments = ParseSendArguments(Words{"--syslog", given, "text"}, error);
+        ASSERT_TRUE(arguments && arguments->Syslog) << given << ": " << error;
+        EXPECT_EQ(arguments->Syslog->Host, host);
+        EXPECT_EQ(arguments->Syslog->Port, port);
+        EXPECT_EQ(arguments->Syslog->Given, given);
+    }
     const auto demo =
         ParseSendArguments(Words{"--number", "--demo", "--rate", "9", "--syslog", "a:1"}, error);
     ASSERT_TRUE(demo) << error;

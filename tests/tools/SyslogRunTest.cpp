@@ -23,28 +23,9 @@ protected:
     SendArguments arguments_;
 };
 
-TEST_F(SyslogRunTest, SendsAndCountsADemo) {
-    arguments_.Count = 1000;
-    arguments_.Seed = 5;
-    SyslogRun run(arguments_, *sender_);
-    EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Sent);
-    ASSERT_EQ(Waiting().size(), 1000U);
-    EXPECT_EQ(run.Counts().Datagrams, 1000U);
-    DemoFeed feed(5);
-    std::uint64_t bytes = 0;
-    DemoTypeCounts types{};
-    for (const std::string& text : Waiting()) {
-        const DemoText expected = feed.NextSyslog();
-        ASSERT_EQ(text, expected.Text);
-        bytes += text.size();
-        ++types[static_cast<std::size_t>(expected.Type)];
-    }
-    EXPECT_EQ(run.Counts().Bytes, bytes);
-    EXPECT_EQ(run.Counts().ByType, types);
-}
-
-TEST_F(SyslogRunTest, NumbersEveryTextAndKeepsARate) {
+TEST_F(SyslogRunTest, CountsAndNumbersADemoAndKeepsItsRate) {
     arguments_.Count = 300;
+    arguments_.Seed = 5;
     arguments_.Rate = 3000;
     arguments_.Number = true;
     SyslogRun run(arguments_, *sender_);
@@ -52,11 +33,19 @@ TEST_F(SyslogRunTest, NumbersEveryTextAndKeepsARate) {
     EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Sent);
     EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(95));
     ASSERT_EQ(Waiting().size(), 300U);
-    DemoFeed feed(1);
+    EXPECT_EQ(run.Counts().Datagrams, 300U);
+    DemoFeed feed(5);
+    std::uint64_t bytes = 0;
+    DemoTypeCounts types{};
     for (std::size_t i = 0; i < Waiting().size(); ++i) {
-        const std::string number = std::to_string(i + 1);
-        ASSERT_EQ(Waiting()[i], feed.NextSyslog().Text + " #" + std::string(6 - number.size(), '0') + number);
+        const DemoText expected = feed.NextSyslog();
+        const std::string number = std::to_string(1'000'001 + i).substr(1);
+        ASSERT_EQ(Waiting()[i], expected.Text + " #" + number);
+        bytes += Waiting()[i].size();
+        ++types[static_cast<std::size_t>(expected.Type)];
     }
+    EXPECT_EQ(run.Counts().Bytes, bytes);
+    EXPECT_EQ(run.Counts().ByType, types);
 }
 
 TEST_F(SyslogRunTest, StopsWhereADatagramIsNotTaken) {

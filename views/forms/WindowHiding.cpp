@@ -15,8 +15,8 @@ void WindowHiding::LookAtState() {
         lifetime_.Restored();
 }
 
-/// A dialog that stands open keeps the window on the task bar: hiding the dialog would answer it, and alone on
-/// the screen it would be a question without the messages that it is about.
+/// A dialog that stands open keeps the window on the task bar: hiding the dialog would answer it, and alone
+/// on the screen it would be a question without the messages that it is about.
 void WindowHiding::Minimized() {
     minimized_ = true;
     if (lifetime_.Minimized() && QApplication::activeModalWidget() == nullptr)

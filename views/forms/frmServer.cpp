@@ -14,6 +14,7 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 #include "views/forms/ArrivalTimer.h"
@@ -58,6 +59,7 @@ frmServer::frmServer(ServerLifetime& lifetime)
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
     setWindowIcon(ConsoleIcon());
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::MainWindow));
     setContextMenuPolicy(Qt::NoContextMenu);
     BuildPages();
     BuildStatusBar();
@@ -97,7 +99,11 @@ void frmServer::BuildPages() {
     }
     fraConsolidated =
         addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
-    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
+    connect(tabMessageTypes, &QTabWidget::currentChanged, this, [this] {
+        const bool tree = CurrentPage() == MessagePage::Consolidated;
+        setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
+        PlaceParts();
+    });
 }
 
 void frmServer::BuildStatusBar() {
@@ -392,7 +398,8 @@ void frmServer::changeEvent(QEvent* event) {
 bool frmServer::event(QEvent* event) {
     const bool handled = QMainWindow::event(event);
     if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
-        QMetaObject::invokeMethod(this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
     return handled;
 }
 

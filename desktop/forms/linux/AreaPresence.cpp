@@ -3,6 +3,8 @@
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
+#include <cstdlib>
+#include <string_view>
 
 #include "desktop/forms/linux/ItemHosts.h"
 
@@ -26,9 +28,9 @@ std::optional<std::uint32_t> XTray() {
     xcb_connection_t* const x = XConnection();
     if (x == nullptr)
         return std::nullopt;
-    static const QByteArray name = QByteArrayLiteral("_NET_SYSTEM_TRAY_S0");
+    constexpr std::string_view Selection = "_NET_SYSTEM_TRAY_S0";
     const ReplyPointer<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.constData()), nullptr));
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(Selection.size()), Selection.data()), nullptr));
     if (atom == nullptr)
         return std::nullopt;
     const ReplyPointer<xcb_get_selection_owner_reply_t> owner(
@@ -43,8 +45,7 @@ class LinuxPresence final : public AreaPresence {
 public:
     std::optional<std::uint32_t> Area() override {
         // Qt sees by itself to it that its item is registered with each new host.
-        const std::optional<std::uint32_t> items =
-            hosts_.HasHost() ? std::optional(0U) : std::nullopt;
+        const std::optional<std::uint32_t> items = hosts_.HasHost() ? std::optional(0U) : std::nullopt;
         if (decided_)
             return itemsDecided_ ? items : XTray();
         return items ? items : XTray();

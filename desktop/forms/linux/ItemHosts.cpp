@@ -16,9 +16,8 @@ const QString WatcherPath = QStringLiteral("/StatusNotifierWatcher");
 constexpr int FirstAnswerWithin = 500;
 
 QDBusMessage Question() {
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(Watcher, WatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                       QStringLiteral("Get"));
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        Watcher, WatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question << Watcher << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
     return question;

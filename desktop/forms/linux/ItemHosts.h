@@ -14,10 +14,8 @@ public:
     ItemHosts();
     bool HasHost() const { return hasHost_; }
 
-private slots:
-    void Ask();
-
 private:
+    Q_SLOT void Ask();
     void TakeAnswer(const QDBusMessage& answer);
 
     bool hasHost_ = false;

@@ -23,8 +23,9 @@ protected:
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
             const std::string number = (minute < 10 ? "0" : "") + std::to_string(minute);
-            ArriveText("Date: 08/21/2008 14:" + number + ":00\r\n\r\n\r\n(m" + number +
-                       ")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: Error\r\n");
+            std::string text = "Date: 08/21/2008 14:";
+            text.append(number).append(":00\r\n\r\n\r\n(m").append(number);
+            ArriveText(text.append(")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: Error\r\n"));
         }
         Receive({});
     }

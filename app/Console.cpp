@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "config/forms/frmPreferences.h"
+#include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
 #include "storage/forms/frmSavingMessages.h"
@@ -45,7 +46,8 @@ constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
 }  // namespace
 
-Console::Console(const Machine& machine, const std::filesystem::path& folder)
+Console::Console(const Machine& machine, const std::filesystem::path& folder,
+                 const std::filesystem::path& programFolder)
     : machine_(machine),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
@@ -64,7 +66,8 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
-              folder, {SettingsFileName, FilterFileName, BackupFileName}) {
+              folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}) {
     profile_.SetINIFileName((folder / SettingsFileName).string());
 }
 
@@ -95,6 +98,8 @@ bool Console::Start() {
     }
     started_ = true;
     window_->showMaximized();
+    if (!portFailed_)
+        ShowSplash();
     window_->raise();
     window_->activateWindow();
     if (portFailed_)
@@ -125,7 +130,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,     *window_,         machine_.Signals,
+    return {filters_, viewFilter_,   received_,     *window_,         *this,
             slices_,  machine_.Time, currentAlarm_, processingPaused_};
 }
 
@@ -169,6 +174,12 @@ void Console::LoadBackup() {
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
     Run();
+}
+
+/// In front of the main window, which is then made the active one.
+void Console::ShowSplash() {
+    splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
+    splash_->show();
 }
 
 void Console::ApplyMessageViews() {
@@ -224,6 +235,8 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    sound_.Close();
+    delete splash_.data();
     {
         frmSavingMessages saving;
         saving.show();
@@ -287,8 +300,8 @@ void Console::ShowHelp() {
 }
 
 void Console::ShowAbout() {
-    machine_.Boxes.Tell("Tallyhorn Listener Console\r\n\r\nVersion:  " +
-                        QCoreApplication::applicationVersion().toStdString());
+    frmStartup about(frmStartup::Role::AboutBox, machine_.Names, machine_.Time, window_.get());
+    about.exec();
 }
 
 void Console::Run() {

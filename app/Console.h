@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <filesystem>
 #include <memory>
 
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/AlertSound.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
@@ -17,7 +19,9 @@
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
+#include "platform/SoundDevice.h"
 #include "platform/TimeSlices.h"
+#include "platform/UserNames.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
@@ -31,11 +35,14 @@
 
 namespace tallyhorn {
 
+class frmStartup;
+
 /// The running console: holds the module-level state, starts it in order and shuts it down in order.
 /// User-interface thread only.
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
+                      private ArrivalSignals,
                       private PendingEvents {
 public:
     /// What the machine gives; all of it outlives the console.
@@ -45,14 +52,17 @@ public:
         ProfileFunctions& Profiles;
         Clock& Time;
         MessageBoxes& Boxes;
-        ArrivalSignals& Signals;
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        SoundDevice& Sound;
+        UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup.
-    Console(const Machine& machine, const std::filesystem::path& folder);
+    /// `folder` holds settings, filters and the backup; what it lacks of what comes with the program is in
+    /// `programFolder`.
+    Console(const Machine& machine, const std::filesystem::path& folder,
+            const std::filesystem::path& programFolder);
     ~Console() override;
 
     /// Shows the console; false where another one runs already, after saying so.
@@ -77,13 +87,15 @@ private:
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
-    void SetSoundOn(bool on) override { settings_.SoundOn = on; }
+    void SetSoundOn(bool on) override { sound_.SetSoundOn(on); }
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
     void MaximizeWindow() override { window_->showMaximized(); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
+    void PlayAlertSound() override { sound_.PlayAlertSound(); }
+    void StartFlash() override {}
 
     ReceptionParts Reception();
     void LoadMainWindow();
@@ -92,6 +104,7 @@ private:
     void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
+    void ShowSplash();
     void ApplyMessageViews();
     void ApplySettings();
     void ShowFilterDialog();
@@ -115,6 +128,8 @@ private:
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
+    AlertSound sound_;
+    QPointer<frmStartup> splash_;
     bool portFailed_ = false;
     bool started_ = false;
     bool attended_ = false;  ///< whether it was the user who closed the console

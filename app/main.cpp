@@ -11,8 +11,9 @@
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/ProgramVersion.h"
+#include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
 #include "platform/Heap.h"
@@ -24,6 +25,10 @@ using namespace tallyhorn;
 
 constexpr int BadUsage = 2;
 
+std::filesystem::path ProgramFolder() {
+    return QCoreApplication::applicationDirPath().toStdString();
+}
+
 /// Runs the console until it is closed; gives the exit status.
 int RunConsole(QApplication& application, TerminationSignals& termination,
                const std::filesystem::path& folder) {
@@ -33,11 +38,13 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     InstanceLock instance("TallyhornListenerConsole");
     QtMessageBoxes boxes;
     QtSaveDialog saveDialog;
-    QuietSignals quiet;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog},
-                    folder);
+    const auto sound = MakeSoundDevice();
+    const auto names = MakeUserNames();
+    Console console(
+        {instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, *sound, *names},
+        folder, ProgramFolder());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
     termination.Start([&] {
@@ -63,7 +70,7 @@ int main(int argc, char** argv) {
             std::cout << HelpText();
             return EXIT_SUCCESS;
         case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " << TALLYHORN_VERSION << "\n";
+            std::cout << "tallyhorn-console " << ProgramVersion() << "\n";
             return EXIT_SUCCESS;
         case CommandLine::Wish::Refuse:
             std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
@@ -73,13 +80,10 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
-    QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
+    QApplication::setApplicationVersion(ToQString(ProgramVersion()));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());
     HeldKeys heldKeys;
     QApplication::instance()->installEventFilter(&heldKeys);
-    const std::filesystem::path folder =
-        line.Folder.empty() ? std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
-                            : line.Folder;
-    return RunConsole(application, *termination, folder);
+    return RunConsole(application, *termination, line.Folder.empty() ? ProgramFolder() : line.Folder);
 }

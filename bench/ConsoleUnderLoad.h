@@ -12,10 +12,11 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FakeSoundDevice.h"
+#include "tests/fakes/FakeUserNames.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"
@@ -34,8 +35,8 @@ public:
         mailslots_ = MakeMailslotTransport();
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams, programs_, saveDialog_},
-                                      folder.Path());
+                                                       datagrams, programs_, saveDialog_, sound_, names_},
+                                      folder.Path(), folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());
@@ -77,9 +78,10 @@ private:
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     SystemClock clock_;
     FakeMessageBoxes boxes_;
-    QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeSoundDevice sound_;
+    FakeUserNames names_;
     std::unique_ptr<Console> console_;
     std::vector<const QAbstractItemModel*> models_;
 };

@@ -131,4 +131,8 @@ QIcon ConsoleIcon() {
     return MakeIcon(QStringLiteral("console"));
 }
 
+QIcon StartupPicture() {
+    return MakeIcon(QStringLiteral("startup"));
+}
+
 }  // namespace tallyhorn

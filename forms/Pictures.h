@@ -39,5 +39,7 @@ QIcon AlarmIcon();
 QIcon CommandIcon(CommandPicture picture);
 /// The program's own icon.
 QIcon ConsoleIcon();
+/// A horn that sounds, for a dark ground.
+QIcon StartupPicture();
 
 }  // namespace tallyhorn

@@ -18,13 +18,14 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeMailslots.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FakeSoundDevice.h"
+#include "tests/fakes/FakeUserNames.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tests/forms/DialogFixture.h"
@@ -52,8 +53,8 @@ protected:
     void Restart() {
         console_ =
             std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams_, programs_, saveDialog_},
-                                      folder_.Path());
+                                                       datagrams_, programs_, saveDialog_, sound_, names_},
+                                      folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
     }
@@ -133,9 +134,10 @@ protected:
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
     FakeMessageBoxes boxes_;
-    QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeSoundDevice sound_;
+    FakeUserNames names_;
     std::unique_ptr<Console> console_;
 };
 

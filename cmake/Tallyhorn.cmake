@@ -23,6 +23,9 @@ endif()
 if(WIN32)
   target_compile_definitions(tallyhorn_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
   target_link_options(tallyhorn_options INTERFACE -static)
+else()
+  # A program needs no library of the system that it does not use.
+  target_link_options(tallyhorn_options INTERFACE LINKER:--as-needed)
 endif()
 
 # tallyhorn_library(NAME [libraries it may see]): every source of the folder that the

@@ -34,7 +34,7 @@ public:
     virtual bool Play() = 0;
 };
 
-/// The machine's own; on Linux it stands in `desktop/forms`, since it takes Qt to play there.
+/// The machine's own.
 std::unique_ptr<SoundDevice> MakeSoundDevice();
 
 }  // namespace tallyhorn

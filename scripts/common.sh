@@ -4,12 +4,12 @@
 
 # Debian's packages, by task.
 declare -A Packages=(
-    [run]="g++ cmake ninja-build ccache qt6-base-dev qt6-multimedia-dev libgmock-dev libbenchmark-dev fonts-dejavu-core"
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core"
     [headless]="xvfb openbox xdotool imagemagick"
-    [test]="g++ cmake ninja-build ccache qt6-base-dev qt6-multimedia-dev libgmock-dev fonts-dejavu-core"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libpulse-dev libgmock-dev fonts-dejavu-core"
     [sound]="pulseaudio pulseaudio-utils python3"
     [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64"
-    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
+    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libpulse-dev"
     [checks]="clang-format clang-tidy git python3"
 )
 

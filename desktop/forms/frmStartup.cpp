@@ -80,6 +80,11 @@ void frmStartup::BuildLabels(const UserNames& names, const Clock& time) {
     lblStartupInfo[1] = MakeLabel(QStringLiteral("Computer: ") + ToShownLine(names.ComputerName()),
                                   QStringLiteral("lblStartupInfo1"), this);
     lblCopyright = MakeLabel(NoticeOf(time), QStringLiteral("lblCopyright"), this);
+    // The system may allow names that are wider than any screen.
+    for (QLabel* const label : lblStartupInfo) {
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        label->setToolTip(ToToolTip(label->text()));
+    }
     lblTitle->setAccessibleName(QStringLiteral("Tallyhorn Listener Console"));
     ScaleFont(lblTitle, 1.8, QFont::DemiBold);
     ScaleFont(lblCopyright, 0.9);

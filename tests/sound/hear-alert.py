@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """usage: hear-alert.py FOLDER-OF-THE-PROGRAMS
 Runs the console with a sound of two tones, sends it two notifications, and looks for them in what the
-sound server played: the second has to cut the first short and begin anew.  Then the same without a
+sound server played: the second has to cut the first short and begin anew.  A third one has to be heard
+after files that are no sound have stood in its place.  Then the same without a
 server and with one that hangs.  Ends with 1 where something is not as it has to be."""
 
 import array
@@ -18,6 +19,7 @@ import wave
 
 RATE = 8000
 TONES = ((1000, 0.2), (400, 3.0))  # hertz and seconds
+DURATION = sum(seconds for _, seconds in TONES)
 BLOCK = 80  # samples that are looked at together: a hundredth of a second
 NOTIFICATION = (b"Alarm (Full) Event raised: System Log, 08/21/2008 2:05:09 PM, Disk, Error, None, 7, joe, pc, text")
 
@@ -64,6 +66,22 @@ def heard(recording):
     return [(tone, round(seconds, 2)) for tone, seconds in joined]
 
 
+def bad_sounds(path):
+    """Puts one after the other in the place of the sound: none of them may be heard or do harm."""
+    with open(path, "rb") as file:
+        whole = file.read()
+    for bytes_of_it in (whole[:1000], whole[:24] + (1).to_bytes(4, "little") + whole[28:], whole + bytes(20 << 20)):
+        os.unlink(path)
+        with open(path, "wb") as file:
+            file.write(bytes_of_it)
+        yield
+    os.unlink(path)
+    os.mkfifo(path)
+    yield
+    os.unlink(path)
+    write_sound(path)
+
+
 def wait_for(what, condition, seconds=20):
     end = time.monotonic() + seconds
     while not condition():
@@ -93,6 +111,7 @@ class Console:
 
     def __init__(self, programs, folder, server):
         self.port = free_port()
+        self.sent = 0
         self.folder = folder
         os.makedirs(folder)
         with open(f"{folder}/thlisten.ini", "w") as settings:
@@ -116,9 +135,10 @@ class Console:
     def send(self):
         with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
             sender.sendto(NOTIFICATION, ("127.0.0.1", self.port))
+        self.sent += 1
 
     def end(self):
-        """Seconds that it took.  It has to end well, to have got both and to have said nothing."""
+        """Seconds that it took.  It has to end well, to have got all and to have said nothing."""
         begin = time.monotonic()
         self.process.send_signal(signal.SIGTERM)
         with contextlib.suppress(subprocess.TimeoutExpired):
@@ -128,7 +148,7 @@ class Console:
             self.process.kill()
             sys.exit(f"error: the console does not end well: {self.process.poll()}")
         with open(f"{self.folder}/summary") as summary:
-            if "Syslog 2 received, 2 kept" not in (text := summary.read()):
+            if f"Syslog {self.sent} received, {self.sent} kept" not in (text := summary.read()):
                 sys.exit(f"error: the console received\n{text}")
         self.errors.seek(0)
         # Qt's display without a screen tells what it cannot do.
@@ -154,16 +174,22 @@ def check_hearing(programs, folder):
             console.send()
             time.sleep(0.3)
             console.send()
-            time.sleep(sum(seconds for _, seconds in TONES) + 1.5)
+            time.sleep(DURATION + 1.5)
+            for _ in bad_sounds(f"{console.folder}/sound.wav"):
+                console.send()
+                time.sleep(0.3)
+            console.send()
+            time.sleep(DURATION + 1.5)
             console.end()
         with open(recording, "rb") as file:
             runs = [run for run in heard(file.read()) if run[0] != 0]
     print("heard, in hertz and seconds:", *runs)
     (first, first_length), (second, second_length) = TONES
-    if [tone for tone, _ in runs] != [first, second] * 2:
+    if [tone for tone, _ in runs] != [first, second] * 3:
         sys.exit("error: that is not the sound, cut short and begun anew")
     lengths = [seconds for _, seconds in runs]
-    if any(abs(length - first_length) > 0.06 for length in lengths[::2]) or abs(lengths[3] - second_length) > 0.1:
+    if any(abs(length - first_length) > 0.06 for length in lengths[::2]) or any(
+            abs(length - second_length) > 0.1 for length in lengths[3::2]):
         sys.exit("error: the tones have not their lengths")
     if lengths[1] > second_length - 0.5:
         sys.exit("error: the first sound was not cut short")

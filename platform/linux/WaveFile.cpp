@@ -1,4 +1,4 @@
-#include "desktop/WaveFile.h"
+#include "platform/linux/WaveFile.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,11 +21,6 @@ std::uint32_t Number(std::string_view bytes, std::size_t position, std::size_t s
     return number;
 }
 
-/// The size of one moment's samples.
-std::uint32_t FrameSize(const WaveSamples& wave) {
-    return wave.Channels * wave.Bits / 8;
-}
-
 /// Without its samples yet.
 std::optional<WaveSamples> ReadFormat(std::string_view format) {
     if (format.size() < FormatSize || Number(format, 0, 2) != UncompressedSamples)
@@ -38,6 +33,10 @@ std::optional<WaveSamples> ReadFormat(std::string_view format) {
 }
 
 }  // namespace
+
+std::uint32_t FrameSize(const WaveSamples& wave) {
+    return wave.Channels * wave.Bits / 8;
+}
 
 std::optional<WaveSamples> ReadWave(std::string_view file) {
     if (file.size() < RiffHeaderSize || !file.starts_with("RIFF") || file.substr(8, 4) != "WAVE")

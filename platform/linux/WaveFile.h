@@ -14,6 +14,9 @@ struct WaveSamples {
     std::string_view Data;
 };
 
+/// In bytes, of the samples of one moment.
+std::uint32_t FrameSize(const WaveSamples& wave);
+
 /// Reads a whole wave file of the plain kind: uncompressed samples of 8, 16 or 32 bits, one or two channels,
 /// 4,000 to 192,000 samples a second.  Nothing for any other, whose numbers a player might not come back
 /// from. Pure.

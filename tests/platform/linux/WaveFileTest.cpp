@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "desktop/WaveFile.h"
+#include "platform/linux/WaveFile.h"
 
 namespace tallyhorn {
 namespace {

@@ -9,13 +9,18 @@
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "desktop/AlertSound.h"
+#include "desktop/Help.h"
+#include "desktop/forms/HelpKeys.h"
+#include "desktop/forms/frmTrayIcon.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
+#include "platform/HelpViewer.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
+#include "platform/NotificationArea.h"
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
@@ -42,8 +47,9 @@ class frmStartup;
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
+                      private PendingEvents,
                       private ArrivalSignals,
-                      private PendingEvents {
+                      private TrayHost {
 public:
     /// What the machine gives; all of it outlives the console.
     struct Machine {
@@ -55,14 +61,14 @@ public:
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        NotificationArea& Area;
         SoundDevice& Sound;
+        HelpViewer& Help;
         UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup; what it lacks of what comes with the program is in
-    /// `programFolder`.
-    Console(const Machine& machine, const std::filesystem::path& folder,
-            const std::filesystem::path& programFolder);
+    /// `folder` holds settings, filters and the backup, and perhaps the help file and the sound.
+    Console(const Machine& machine, const std::filesystem::path& folder);
     ~Console() override;
 
     /// Shows the console; false where another one runs already, after saying so.
@@ -73,29 +79,41 @@ public:
     bool HasEnded() const { return ended_; }
 
     frmServer& Window() { return *window_; }
+    /// The menu of the notification-area icon, for areas that show it by themselves.
+    QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
+    bool Minimized() override { return tray_->MainWindowMinimized(); }
+    void Restored() override { tray_->MainWindowRestored(); }
+    void PlayAlertSound() override { sound_.PlayAlertSound(); }
+    void StartFlash() override;
+    void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
+    void UncoverMainWindow() override { window_->Hiding().Uncover(); }
+    bool IsMainWindowHidden() const override { return window_->Hiding().IsHidden(); }
+    void LetEventsRun() override;
+    void ToggleSound() override;
+    void AskForAbout() override { window_->Do(ServerCommand::About); }
+    void AskForHelp() override { OpenHelp(HelpContext::Contents); }
+    void Leave() override;
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
     void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
     void ExportMessages() override { export_.ExportMessages(); }
     void ShowPreferences() override;
-    void ShowHelp() override;
+    void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
-    void SetSoundOn(bool on) override { sound_.SetSoundOn(on); }
+    void SetSoundOn(bool on) override;
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
-    void MaximizeWindow() override { window_->showMaximized(); }
+    void MaximizeWindow() override { window_->Hiding().Show(true); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
-    void PlayAlertSound() override { sound_.PlayAlertSound(); }
-    void StartFlash() override {}
 
     ReceptionParts Reception();
     void LoadMainWindow();
@@ -109,6 +127,8 @@ private:
     void ApplySettings();
     void ShowFilterDialog();
     void WriteSummary() const;
+    void ShowHelp(HelpContext context);
+    void OpenHelp(HelpContext context);
 
     Machine machine_;
     PrivateProfile profile_;
@@ -116,6 +136,7 @@ private:
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
     std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    std::unique_ptr<frmTrayIcon> tray_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
@@ -128,10 +149,14 @@ private:
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
+    Help help_;
     AlertSound sound_;
+    const std::filesystem::path folder_;
+    HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;
     bool started_ = false;
+    bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked
     bool attended_ = false;  ///< whether it was the user who closed the console
     bool ended_ = false;
 };

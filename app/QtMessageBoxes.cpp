@@ -1,24 +1,20 @@
 #include "app/QtMessageBoxes.h"
 
-#include <QApplication>
 #include <QMessageBox>
 
+#include "app/DialogOwner.h"
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 
 namespace tallyhorn {
 namespace {
 
-/// In front of the dialog or of the main window's other window that the user works in, so that it never hides
-/// behind it.
 int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
          QMessageBox::StandardButtons buttons) {
-    QWidget* const dialog = QApplication::activeModalWidget();
-    QWidget* const active = QApplication::activeWindow();
-    const bool besideMain =
-        active != nullptr && mainWindow != nullptr && active->parentWidget() == mainWindow;
-    QWidget* const owner = dialog != nullptr ? dialog : besideMain ? active : mainWindow;
-    QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons, owner);
+    QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons,
+                    DialogOwner(mainWindow));
     box.setTextFormat(Qt::PlainText);
+    box.setProperty(HelpContextProperty, HelpNumber(HelpContext::Troubles));
     return box.exec();
 }
 

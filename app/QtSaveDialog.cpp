@@ -1,10 +1,10 @@
 #include "app/QtSaveDialog.h"
 
-#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStringList>
 
+#include "app/DialogOwner.h"
 #include "forms/AnsiString.h"
 
 namespace tallyhorn {
@@ -31,11 +31,10 @@ QString DefaultSuffix(const QStringList& filters) {
 
 std::optional<std::filesystem::path> QtSaveDialog::AskFile(const std::filesystem::path& proposal,
                                                            std::string_view fileTypes) {
-    QWidget* const modal = QApplication::activeModalWidget();
     // These are the conversions that are right on every system, whatever its paths are made of.
     const QFileInfo proposed(proposal);
     const QStringList filters = NameFilters(fileTypes);
-    QFileDialog dialog(modal != nullptr ? modal : owner_.data());
+    QFileDialog dialog(DialogOwner(owner_));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(filters);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 #include "config/Settings.h"
 #include "records/AnsiText.h"
@@ -23,8 +24,7 @@ bool FitsIn16Bits(std::int32_t number) {
            number <= std::numeric_limits<std::int16_t>::max();
 }
 
-}  // namespace
-
+/// Digits, with a sign before them, decimals behind them and blanks around them if need be.
 bool IsNumeric(std::string_view text) {
     text = Trim(text);
     if (text.starts_with('-') || text.starts_with('+'))
@@ -33,6 +33,8 @@ bool IsNumeric(std::string_view text) {
     const auto points = std::count(text.begin(), text.end(), '.');
     return digits > 0 && points <= 1 && digits + points == static_cast<std::ptrdiff_t>(text.size());
 }
+
+}  // namespace
 
 PreferenceFields Preferences::Load() {
     const Settings settings = ReadSettings(parts_.Profile);

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
@@ -58,9 +57,5 @@ private:
     Parts parts_;
     std::int32_t shownPort_ = 0;
 };
-
-/// Whether the text is a number as the port's box takes it: digits, with a sign before them, decimals behind
-/// them and blanks around them if need be.
-bool IsNumeric(std::string_view text);
 
 }  // namespace tallyhorn

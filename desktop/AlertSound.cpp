@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "config/Settings.h"
+#include "platform/DataFolder.h"
 #include "platform/SoundDevice.h"
 
 namespace tallyhorn {
@@ -55,12 +56,9 @@ bool AlertSound::TooSoon() {
 /// Empty where there is none.  The file is not opened for that: something that is no regular file might never
 /// answer.
 std::filesystem::path AlertSound::SoundFile() const {
-    for (const std::filesystem::path& folder : folders_) {
-        std::error_code error;
-        if (std::filesystem::is_regular_file(folder / SoundFileName, error))
-            return folder / SoundFileName;
-    }
-    return {};
+    std::error_code error;
+    std::filesystem::path file = FindOwnFile(folders_, SoundFileName);
+    return std::filesystem::is_regular_file(file, error) ? file : std::filesystem::path();
 }
 
 void AlertSound::Play(const std::filesystem::path& file) {

@@ -44,6 +44,18 @@ private:
     bool nothingMatches_ = false;  ///< a text that no row has at all
 };
 
+/// Calls work(FIRST, COUNT) for all of `total` things, in groups of at most `size`.
+template <typename Work>
+void InGroups(std::size_t total, std::size_t size, const Work& work) {
+    for (std::size_t first = 0; first < total; first += size)
+        work(first, std::min(size, total - first));
+}
+
+/// What may be filled.
+std::size_t SlotCount(const MessageStore& messages) {
+    return static_cast<std::size_t>(messages.UpperBound()) + 1;
+}
+
 bool SortsBefore(std::string_view a, std::string_view b) {
     const int order = CompareNoCase(a, b);
     return order != 0 ? order < 0 : a < b;
@@ -89,8 +101,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     for (const MessageList& list : channel.Lists)
         rows += list.Size();
     // A row is looked at, then it goes or its leaf is made anew.
-    LongWork work(display_, 2 * rows);
-    done_ = 0;
+    LongWork work(display_, slices_, 2 * rows);
 
     const ViewNumber first = channel_ == SyslogChannel ? FirstSyslogView : ViewNumber{0};
     const auto last = static_cast<ViewNumber>(first + EventListCount - 1);
@@ -130,42 +141,40 @@ ViewFilter::Division ViewFilter::Divide(const MessageChannel& channel, const Cri
     Division division;
     for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
         const MessageList& rows = channel.Lists.at(list);
-        for (std::size_t position = 0; position < rows.Size(); ++position) {
-            const Slot slot = rows.SlotAt(position);
-            if (test.Matches(slot))
-                division.Staying.push_back(slot);
-            else
-                division.Going.at(list).push_back(position);
-            if (++done_ % StepsPerLook == 0)
-                Pace(work);
-        }
+        InGroups(rows.Size(), StepsPerLook, [&](std::size_t first, std::size_t count) {
+            for (std::size_t position = first; position < first + count; ++position) {
+                const Slot slot = rows.SlotAt(position);
+                if (test.Matches(slot))
+                    division.Staying.push_back(slot);
+                else
+                    division.Going.at(list).push_back(position);
+            }
+            work.Advance(count);
+        });
     }
     return division;
 }
 
 void ViewFilter::RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work) {
-    for (std::size_t i = 0; i < slots.size(); i += StepsPerLook) {
-        const std::size_t count = std::min(StepsPerLook, slots.size() - i);
-        channel.Rows.Remove(std::span(slots).subspan(i, count));
-        done_ += count;
-        Pace(work);
-    }
+    InGroups(slots.size(), StepsPerLook, [&](std::size_t first, std::size_t count) {
+        channel.Rows.Remove(std::span(slots).subspan(first, count));
+        work.Advance(count);
+    });
 }
 
 void ViewFilter::RebuildTree(const std::vector<Slot>& staying, LongWork& work) {
     const AlarmDate now = LocalTime();
-    for (const Slot slot : staying) {
-        received_.NoteSyslogLeaf(slot, now, currentAlarm_);
-        if (++done_ % LeavesTogether == 0)
-            AddLeaves(work);
-    }
-    AddLeaves(work);
+    InGroups(staying.size(), LeavesTogether, [&](std::size_t first, std::size_t count) {
+        for (const Slot slot : std::span(staying).subspan(first, count))
+            received_.NoteSyslogLeaf(slot, now, currentAlarm_);
+        AddLeaves(count, work);
+    });
 }
 
 /// Events run only where every row has its leaf.
-void ViewFilter::AddLeaves(LongWork& work) {
+void ViewFilter::AddLeaves(std::size_t count, LongWork& work) {
     received_.Tree.AddNoted();
-    Pace(work);
+    work.Advance(count);
 }
 
 bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
@@ -185,29 +194,25 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
 // ---- off
 
 void ViewFilter::RemoveViewFilter() {
+    display_.ShowFilterCommand(false);
     const HoldArrivals hold(received_);
-    const auto slotsOf = [](const MessageStore& messages) {
-        return static_cast<std::uint64_t>(messages.UpperBound()) + 1;
-    };
-    const MessageStore& syslog = received_.Syslog.Messages;
-    const MessageStore& netBios = received_.NetBios.Messages;
-    LongWork work(display_, slotsOf(syslog) + slotsOf(netBios));
-    done_ = 0;
+    const std::size_t syslog = SlotCount(received_.Syslog.Messages);
+    const std::size_t netBios = SlotCount(received_.NetBios.Messages);
+    LongWork work(display_, slices_, syslog + netBios);
 
     ShowViews(0, ConsolidatedView, false);
     received_.ClearViews();
     const AlarmDate now = LocalTime();
-    for (Slot slot = 0; slot <= syslog.UpperBound(); ++slot) {
-        received_.ShowSyslogMessage(slot, now, currentAlarm_);
-        if (++done_ % LeavesTogether == 0)
-            AddLeaves(work);
-    }
-    AddLeaves(work);
-    for (Slot slot = 0; slot <= netBios.UpperBound(); ++slot) {
-        received_.ShowNetBiosMessage(slot, currentAlarm_);
-        if (++done_ % LeavesTogether == 0)
-            Pace(work);
-    }
+    InGroups(syslog, LeavesTogether, [&](std::size_t first, std::size_t count) {
+        for (std::size_t slot = first; slot < first + count; ++slot)
+            received_.ShowSyslogMessage(static_cast<Slot>(slot), now, currentAlarm_);
+        AddLeaves(count, work);
+    });
+    InGroups(netBios, LeavesTogether, [&](std::size_t first, std::size_t count) {
+        for (std::size_t slot = first; slot < first + count; ++slot)
+            received_.ShowNetBiosMessage(static_cast<Slot>(slot), currentAlarm_);
+        work.Advance(count);
+    });
     ShowViews(0, ConsolidatedView, true);
     inForce_ = false;
     received_.UpdateListViewStatus();
@@ -216,12 +221,10 @@ void ViewFilter::RemoveViewFilter() {
 }
 
 void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
-    if (!inForce_) {
+    if (inForce_)
+        RemoveViewFilter();
+    else
         showDialog();
-        return;
-    }
-    display_.ShowFilterCommand(false);
-    RemoveViewFilter();
 }
 
 // ---- both
@@ -229,11 +232,6 @@ void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
 void ViewFilter::ShowViews(ViewNumber first, ViewNumber last, bool shown) {
     for (ViewNumber view = first; view <= last; ++view)
         display_.ShowView(view, shown);
-}
-
-void ViewFilter::Pace(LongWork& work) {
-    if (slices_.LetRun())
-        work.Show(done_);
 }
 
 }  // namespace tallyhorn

@@ -79,8 +79,7 @@ private:
     Division Divide(const MessageChannel& channel, const Criteria& criteria, LongWork& work);
     void RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
     void RebuildTree(const std::vector<Slot>& staying, LongWork& work);
-    void AddLeaves(LongWork& work);
-    void Pace(LongWork& work);
+    void AddLeaves(std::size_t count, LongWork& work);
     AlarmDate LocalTime() const { return AlarmDate{clock_.LocalSeconds()}; }
 
     ReceivedMessages& received_;
@@ -91,7 +90,6 @@ private:
     bool inForce_ = false;
     std::int32_t channel_ = NetBiosChannel;
     std::array<std::string, CriterionCount> criteria_;
-    std::uint64_t done_ = 0;  ///< steps of the work under way
 };
 
 }  // namespace tallyhorn

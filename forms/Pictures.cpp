@@ -131,6 +131,10 @@ QIcon ConsoleIcon() {
     return MakeIcon(QStringLiteral("console"));
 }
 
+QIcon TrayPicture(int image) {
+    return MakeIcon(QStringLiteral("tray%1").arg(image));
+}
+
 QIcon StartupPicture() {
     return MakeIcon(QStringLiteral("startup"));
 }

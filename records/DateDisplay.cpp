@@ -91,6 +91,12 @@ std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::strin
     return ReplaceAll(text, written, separator);
 }
 
+const char* ShortMonthName(int month) {
+    constexpr std::array<const char*, 12> Names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return Names.at(static_cast<std::size_t>(month - 1));
+}
+
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
     const CivilDateTime parts = SplitAlarmDate(date);
     const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;

@@ -28,6 +28,9 @@ std::string DateSeparator(std::string_view setting);
 /// where that is a digit) then counts as the separator and becomes `separator` wherever it stands.
 std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator);
 
+/// "Jan" to "Dec" for 1 to 12, whatever the system speaks.
+const char* ShortMonthName(int month);
+
 /// Orders dates as the texts of FormatAlarmDate for the two usual patterns order: by the first number, the
 /// second, the year, then the hour of twelve as a text, with "10:" to "12:" before "1:".
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst);

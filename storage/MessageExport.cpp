@@ -1,12 +1,12 @@
 #include "storage/MessageExport.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include "records/AnsiText.h"
+#include "records/DateDisplay.h"
 #include "records/NetBiosFormat.h"
 #include "records/SyslogFormat.h"
 #include "storage/ExportFile.h"
@@ -22,9 +22,6 @@ constexpr std::string_view SyslogFailure =
 constexpr std::string_view BranchQuestion = "Are you sure you want to export this tree branch to a file?";
 constexpr std::string_view FileTypes = "Text files (*.txt)|*.txt";
 
-constexpr std::array<const char*, 12> Months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
 std::string CaptionOf(MessagePage page) {
     std::string caption(PageCaptions.at(static_cast<std::size_t>(page)));
     std::erase(caption, '&');
@@ -36,7 +33,7 @@ std::string DayText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
     std::string text = std::to_string(parts.Day);
     text.insert(0, 2 - text.size(), '0');
-    text.append("-").append(Months.at(static_cast<std::size_t>(parts.Month) - 1)).append("-");
+    text.append("-").append(ShortMonthName(parts.Month)).append("-");
     return text.append(std::to_string(parts.Year));
 }
 
@@ -49,36 +46,33 @@ std::vector<Slot> KeptSlots(const MessageStore& messages) {
     return slots;
 }
 
-std::size_t CountOf(const MessageStore& messages) {
-    return static_cast<std::size_t>(messages.MessageCount());
-}
-
 }  // namespace
 
 MessageExport::MessageExport(const Parts& parts, std::filesystem::path folder,
                              std::vector<std::string> ownFiles)
     : parts_(parts), folder_(std::move(folder)), ownFiles_(std::move(ownFiles)) {}
 
+/// Nothing where no page is on show.
 void MessageExport::ExportMessages() {
     const MessagePage page = parts_.Display.CurrentPage();
     switch (page) {
         case MessagePage::NetBios:
-            if (CountOf(parts_.Received.NetBios.Messages) == 0 || !AskAboutChannel(page))
-                return;
-            if (const auto file = AskFile(page))
-                ExportNetBiosMessages(*file);
-            return;
         case MessagePage::Syslog:
-            // A single message is not exported; none gives a file with the header alone.
-            if (CountOf(parts_.Received.Syslog.Messages) == 1 || !AskAboutChannel(page))
-                return;
-            if (const auto file = AskFile(page))
-                ExportSyslogMessages(*file);
-            return;
+            return ExportChannel(page);
         case MessagePage::Consolidated:
-            ExportTreeBranch();
-            return;
+            return ExportTreeBranch();
     }
+}
+
+void MessageExport::ExportChannel(MessagePage page) {
+    const bool isNetBios = page == MessagePage::NetBios;
+    // Of syslog a single message is not exported; none gives a file with the header alone.
+    const bool nothingToExport = isNetBios ? parts_.Received.NetBios.Messages.MessageCount() == 0
+                                           : parts_.Received.Syslog.Messages.MessageCount() == 1;
+    if (nothingToExport || !AskAboutChannel(page))
+        return;
+    if (const auto file = AskFile(page))
+        isNetBios ? ExportNetBiosMessages(*file) : ExportSyslogMessages(*file);
 }
 
 bool MessageExport::AskAboutChannel(MessagePage page) {
@@ -92,16 +86,11 @@ std::optional<std::filesystem::path> MessageExport::AskFile(MessagePage page) {
 }
 
 void MessageExport::ExportNetBiosMessages(const std::filesystem::path& file) {
-    const MessageStore& messages = parts_.Received.NetBios.Messages;
-    TellFailure(
-        NetBiosFailure,
-        Export(file, {messages, CountOf(messages), [&messages] { return KeptSlots(messages); },
-                      [this](std::string_view text) { ParseCurrentAlarm(text, parts_.CurrentAlarm); }}));
+    Export(MessagePage::NetBios, file, KeptSlots(parts_.Received.NetBios.Messages));
 }
 
 void MessageExport::ExportSyslogMessages(const std::filesystem::path& file) {
-    const MessageStore& messages = parts_.Received.Syslog.Messages;
-    ExportSyslog(file, CountOf(messages), [&messages] { return KeptSlots(messages); });
+    Export(MessagePage::Syslog, file, KeptSlots(parts_.Received.Syslog.Messages));
 }
 
 /// The choice counts that stands when the file has been named: the node may have gone meanwhile.
@@ -113,11 +102,9 @@ void MessageExport::ExportTreeBranch() {
     const TreeNode node = tree.SelectedNode();
     if (!file || node.IsRoot())
         return;
-    ExportSyslog(*file, tree.Count(node), [this, node] {
-        Slots leaves;
-        ExportTreeBranchNode(node, leaves);
-        return leaves;
-    });
+    Slots leaves;
+    ExportTreeBranchNode(node, leaves);
+    Export(MessagePage::Consolidated, *file, leaves);
 }
 
 /// Adds the leaves at or below the node in the order in which they would be shown were all of it open.
@@ -132,35 +119,39 @@ void MessageExport::ExportTreeBranchNode(TreeNode node, Slots& leaves) {
         ExportTreeBranchNode(tree.ChildAt(node, i), leaves);
 }
 
-void MessageExport::ExportSyslog(const std::filesystem::path& file, std::size_t count,
-                                 const std::function<Slots()>& chosen) {
-    const AlarmDate now{parts_.Time.LocalSeconds()};
-    TellFailure(
-        SyslogFailure,
-        Export(file, {parts_.Received.Syslog.Messages, count, chosen, [this, now](std::string_view text) {
-                          ReadStoredText(text, parts_.Received.DayFirst(), now, parts_.CurrentAlarm);
-                      }}));
+void MessageExport::Export(MessagePage page, const std::filesystem::path& file, const Slots& slots) {
+    const std::string_view failure = page == MessagePage::NetBios ? NetBiosFailure : SyslogFailure;
+    if (const std::optional<SystemError> error = Write(page, file, slots))
+        parts_.Boxes.Warn(std::string(failure) + std::to_string(error->Number) + ":\t" + error->Text);
 }
 
-/// Arrivals wait from the choice to the end, so that the file holds what was there at one moment.
-std::optional<SystemError> MessageExport::Export(const std::filesystem::path& path, const Source& source) {
+/// No events have run since the slots were chosen, and arrivals wait until the end: the file holds what was
+/// there at one moment.
+std::optional<SystemError> MessageExport::Write(MessagePage page, const std::filesystem::path& path,
+                                                const Slots& slots) {
     if (IsOwnFile(path)) {
         const std::error_code denied = std::make_error_code(std::errc::permission_denied);
         return SystemError{denied.value(), denied.message()};
     }
     const HoldArrivals hold(parts_.Received);
-    LongWork work(parts_.Display, source.Count);
+    LongWork work(parts_.Display, parts_.Slices, slots.size());
     ExportFile file(path, parts_.Received.DayFirst());
-    std::uint64_t done = 0;
-    for (const Slot slot : source.Chosen()) {
-        source.Parse(source.Messages.Text(slot));
+    const AlarmDate now{parts_.Time.LocalSeconds()};
+    for (const Slot slot : slots) {
+        ReadMessage(page, slot, now);
         if (!file.Write(parts_.CurrentAlarm))
             break;
-        ++done;
-        if (parts_.Slices.LetRun())
-            work.Show(done);
+        work.Advance();
     }
     return file.Finish();
+}
+
+void MessageExport::ReadMessage(MessagePage page, Slot slot, AlarmDate now) {
+    if (page == MessagePage::NetBios)
+        ParseCurrentAlarm(parts_.Received.NetBios.Messages.Text(slot), parts_.CurrentAlarm);
+    else
+        ReadStoredText(parts_.Received.Syslog.Messages.Text(slot), parts_.Received.DayFirst(), now,
+                       parts_.CurrentAlarm);
 }
 
 /// By whatever way it is named.
@@ -169,11 +160,6 @@ bool MessageExport::IsOwnFile(const std::filesystem::path& file) const {
         std::error_code none;
         return std::filesystem::equivalent(file, folder_ / own, none);
     });
-}
-
-void MessageExport::TellFailure(std::string_view text, const std::optional<SystemError>& error) {
-    if (error)
-        parts_.Boxes.Warn(std::string(text) + std::to_string(error->Number) + ":\t" + error->Text);
 }
 
 }  // namespace tallyhorn

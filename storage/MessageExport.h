@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -45,24 +44,16 @@ public:
 private:
     using Slots = std::vector<Slot>;
 
-    /// Where the messages come from and how one is read into the current alarm.
-    struct Source {
-        const MessageStore& Messages;
-        std::size_t Count;
-        std::function<Slots()> Chosen;
-        std::function<void(std::string_view)> Parse;
-    };
-
+    void ExportChannel(MessagePage page);
     bool AskAboutChannel(MessagePage page);
     std::optional<std::filesystem::path> AskFile(MessagePage page);
     void ExportNetBiosMessages(const std::filesystem::path& file);
     void ExportSyslogMessages(const std::filesystem::path& file);
     void ExportTreeBranch();
     void ExportTreeBranchNode(TreeNode node, Slots& leaves);
-    void ExportSyslog(const std::filesystem::path& file, std::size_t count,
-                      const std::function<Slots()>& chosen);
-    std::optional<SystemError> Export(const std::filesystem::path& file, const Source& source);
-    void TellFailure(std::string_view text, const std::optional<SystemError>& error);
+    void Export(MessagePage page, const std::filesystem::path& file, const Slots& slots);
+    std::optional<SystemError> Write(MessagePage page, const std::filesystem::path& file, const Slots& slots);
+    void ReadMessage(MessagePage page, Slot slot, AlarmDate now);
 
     bool IsOwnFile(const std::filesystem::path& file) const;
 

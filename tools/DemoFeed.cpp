@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "records/DateDisplay.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -138,14 +140,12 @@ std::string Compose(const AlarmRecord& record) {
 constexpr std::array<int, 6> SyslogPriorities = {134, 132, 131, 133, 133, 133};
 
 std::string SyslogHeader(AlarmDate date, DemoType type) {
-    constexpr std::array<const char*, 12> Months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     const CivilDateTime parts = SplitAlarmDate(date);
     std::array<char, 80> text{};
     const int length = std::snprintf(
         text.data(), text.size(),
         "<%d>%s %2d %02d:%02d:%02d TALLYHORN tallyhorn: ", SyslogPriorities[static_cast<std::size_t>(type)],
-        Months[static_cast<std::size_t>(parts.Month - 1)], parts.Day, parts.Hour, parts.Minute, parts.Second);
+        ShortMonthName(parts.Month), parts.Day, parts.Hour, parts.Minute, parts.Second);
     return {text.data(), static_cast<std::size_t>(length)};
 }
 

@@ -74,7 +74,7 @@ void MessageCommands::DeleteNetBiosMessages() {
     const ViewNumber view = received_.ActiveView;
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, received_.List(view).SelectedCount());
+    LongWork work(display_, slices_, received_.List(view).SelectedCount());
     display_.EnablePollingTimer(false);
     display_.ShowView(view, false);
     RemoveFromStore(received_.NetBios, received_.List(view).RemoveSelected(), work);
@@ -89,7 +89,7 @@ void MessageCommands::DeleteSyslogMessages() {
     const HoldArrivals hold(received_);
     if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, received_.List(view).SelectedCount());
+    LongWork work(display_, slices_, 2 * received_.List(view).SelectedCount());
     display_.ShowView(view, false);
     display_.ShowView(ConsolidatedView, false);
     RemoveFromSyslog(received_.List(view).RemoveSelected(), work);
@@ -104,7 +104,7 @@ void MessageCommands::DeleteTreeSelection() {
     const TreeNode node = received_.Tree.SelectedNode();
     if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
-    LongWork work(display_, received_.Tree.Count(node));
+    LongWork work(display_, slices_, 2 * received_.Tree.Count(node));
     std::array<std::vector<Slot>, EventListCount> covered;
     for (const Slot slot : received_.Tree.SlotsUnder(node))
         covered.at(static_cast<std::size_t>(received_.Syslog.Rows[slot].List)).push_back(slot);
@@ -124,10 +124,9 @@ void MessageCommands::DeleteTreeSelection() {
 /// Leaves first: they show what stands in the rows.  With rows and texts they are about half of the work.
 void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
-        received_.Tree.RemoveLeaves(
-            std::span(slots).subspan(i, std::min(LeavesRemovedTogether, slots.size() - i)));
-        work.Show(i / 2);
-        slices_.LetRun();
+        const std::size_t count = std::min(LeavesRemovedTogether, slots.size() - i);
+        received_.Tree.RemoveLeaves(std::span(slots).subspan(i, count));
+        work.Advance(count);
     }
     RemoveFromStore(received_.Syslog, slots, work);
 }
@@ -135,17 +134,14 @@ void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork&
 /// The views are hidden meanwhile, both for speed and so that nobody acts on what is going.
 void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots,
                                       LongWork& work) {
-    const bool leavesBefore = &channel == &received_.Syslog;
     for (std::size_t i = 0; i < slots.size(); ++i) {
         // Rows go faster in groups; until its slot is free too, none can come in a row's place.
         if (i % MessageRows::RemovedTogether == 0)
             channel.Rows.Remove(
                 std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));
         channel.Messages.Free(slots[i]);
-        if (slices_.LetRun()) {
-            work.Show(leavesBefore ? (slots.size() + i) / 2 : i);
+        if (work.Advance())
             clock_.Sleep(Pause);
-        }
     }
 }
 

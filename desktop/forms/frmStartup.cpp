@@ -13,6 +13,7 @@
 #include <chrono>
 #include <string>
 
+#include "desktop/HelpContexts.h"
 #include "desktop/ProgramVersion.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
@@ -64,6 +65,7 @@ frmStartup::frmStartup(Role role, const UserNames& names, const Clock& time, QWi
     : QDialog(parent,
               Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint) {
     setObjectName(QStringLiteral("frmStartup"));
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::About));
     setWindowTitle(QStringLiteral("About Tallyhorn Listener Console"));
     BuildLabels(names, time);
     LayOut();
@@ -81,10 +83,8 @@ void frmStartup::BuildLabels(const UserNames& names, const Clock& time) {
                                   QStringLiteral("lblStartupInfo1"), this);
     lblCopyright = MakeLabel(NoticeOf(time), QStringLiteral("lblCopyright"), this);
     // The system may allow names that are wider than any screen.
-    for (QLabel* const label : lblStartupInfo) {
+    for (QLabel* const label : lblStartupInfo)
         label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        label->setToolTip(ToToolTip(label->text()));
-    }
     lblTitle->setAccessibleName(QStringLiteral("Tallyhorn Listener Console"));
     ScaleFont(lblTitle, 1.8, QFont::DemiBold);
     ScaleFont(lblCopyright, 0.9);

@@ -11,6 +11,7 @@ namespace {
 
 class frmStartupTest : public ConsoleFixture {
 protected:
+    frmStartupTest() { keepsSplash_ = true; }
     frmStartup* Splash() { return console_->Window().findChild<frmStartup*>(); }
     static QString Label(const QWidget& window, const char* name) {
         return window.findChild<QLabel*>(QString::fromLatin1(name))->text();
@@ -89,6 +90,11 @@ TEST_F(frmStartupTest, TheSplashMakesWay) {
         EXPECT_EQ(std::count_if(all.begin(), all.end(), [](auto* window) { return window->isVisible(); }), 1);
         about.close();
     });
+
+    console_.reset();
+    Restart();
+    console_->Window().setWindowState(Qt::WindowMinimized);
+    AWAIT(!console_->Window().isVisible() && Splash() == nullptr);
 
     console_.reset();
     datagrams_.Taken.insert(Port);

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <string>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 
@@ -46,6 +48,12 @@ QRect Beside(const QRect& entry, QSize outer, const QRect& screen) {
     return frame;
 }
 
+/// The system's own, unless the desktop names one whose letters are of different widths.
+QString FixedPitchFamily() {
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    return QFontInfo(fixed).fixedPitch() ? fixed.family() : QStringLiteral("monospace");
+}
+
 QRect Within(QRect frame, const QRect& screen) {
     frame.setSize(frame.size().boundedTo(screen.size()));
     frame.moveLeft(std::clamp(frame.left(), screen.left(), screen.right() + 1 - frame.width()));
@@ -59,6 +67,7 @@ frmMessage::frmMessage(const Parts& parts, QWidget* parent)
     : QDialog(parent), parts_(parts), details_(parts.Received), txtMessage(new QPlainTextEdit(this)) {
     setObjectName(QStringLiteral("frmMessage"));
     setWindowTitle(QStringLiteral("Full Message Contents"));
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::Details));
     txtMessage->setObjectName(QStringLiteral("txtMessage"));
     txtMessage->setAccessibleName(QStringLiteral("Message"));
     txtMessage->setReadOnly(true);
@@ -130,7 +139,7 @@ void frmMessage::ShowText() {
     txtMessage->clear();
     QFont letters = font();
     if (IsTabular(details_.Text())) {
-        letters.setFamily(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+        letters.setFamily(FixedPitchFamily());
         letters.setStyleHint(QFont::Monospace);
     }
     txtMessage->setFont(letters);

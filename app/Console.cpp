@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "config/forms/frmPreferences.h"
+#include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
 #include "platform/DataFolder.h"
@@ -45,6 +46,11 @@ constexpr std::chrono::seconds UnattendedBox{10};
 /// unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
+/// With what comes with the program.
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
+
 }  // namespace
 
 Console::Console(const Machine& machine, const std::filesystem::path& folder)
@@ -69,6 +75,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, ProgramFolder()}),
       folder_(folder),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
@@ -102,6 +109,8 @@ bool Console::Start() {
     started_ = true;
     tray_->Initialize();
     tray_->ShowServerWindowMax();
+    if (!portFailed_)
+        ShowSplash();
     if (portFailed_)
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
@@ -119,9 +128,9 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
-    help_.SetHelpFile(folder_, QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath());
+    help_.SetHelpFile(folder_, ProgramFolder());
     settings_ = ReadSettings(profile_);
-    tray_->ShowSound(settings_.SoundOn);
+    tray_->ShowSound(sound_.SoundOn());
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
@@ -178,6 +187,13 @@ void Console::LoadBackup() {
     Run();
 }
 
+/// In front of the main window, which is then made the active one.
+void Console::ShowSplash() {
+    splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
+    splash_->show();
+    window_->activateWindow();
+}
+
 void Console::ApplyMessageViews() {
     const std::array<bool, MessagePageCount> shown = VisibleMessageViews(settings_.MessageViews);
     for (std::size_t page = 0; page < shown.size(); ++page)
@@ -231,7 +247,9 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    sound_.Close();
     tray_->Unload();
+    delete splash_.data();
     {
         frmSavingMessages saving;
         saving.show();
@@ -269,12 +287,12 @@ void Console::Leave() {
 }
 
 void Console::ToggleSound() {
-    SetSoundOn(!settings_.SoundOn);
-    WriteSetting(profile_, "SoundOn", settings_.SoundOn ? "1" : "0");
+    sound_.SoundMode();
+    tray_->ShowSound(sound_.SoundOn());
 }
 
 void Console::SetSoundOn(bool on) {
-    settings_.SoundOn = on;
+    sound_.SetSoundOn(on);
     tray_->ShowSound(on);
 }
 
@@ -336,8 +354,8 @@ void Console::OpenHelp(HelpContext context) {
 }
 
 void Console::ShowAbout() {
-    machine_.Boxes.Tell("Tallyhorn Listener Console\r\n\r\nVersion:  " +
-                        QCoreApplication::applicationVersion().toStdString());
+    frmStartup about(frmStartup::Role::AboutBox, machine_.Names, machine_.Time, window_.get());
+    about.exec();
 }
 
 void Console::Run() {

@@ -15,6 +15,7 @@
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/ProgramVersion.h"
 #include "desktop/forms/OwnHelpViewer.h"
 #include "desktop/forms/QtNotificationArea.h"
 #include "forms/AnsiString.h"
@@ -42,12 +43,14 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     QtNotificationArea area;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
+    const auto sound = MakeSoundDevice();
     std::unique_ptr<HelpViewer> help = MakeSystemHelpViewer();
     if (help == nullptr)
         help = std::make_unique<OwnHelpViewer>();
-    Console console(
-        {instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area, *help},
-        folder);
+    const auto names = MakeUserNames();
+    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area,
+                     *sound, *help, *names},
+                    folder);
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
@@ -102,7 +105,7 @@ int main(int argc, char** argv) {
             std::cout << HelpText();
             return EXIT_SUCCESS;
         case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " << TALLYHORN_VERSION << "\n";
+            std::cout << "tallyhorn-console " << ProgramVersion() << "\n";
             return EXIT_SUCCESS;
         case CommandLine::Wish::Refuse:
             std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
@@ -112,7 +115,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
-    QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
+    QApplication::setApplicationVersion(ToQString(ProgramVersion()));
     QApplication::setDesktopFileName(QStringLiteral("tallyhorn-console"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());

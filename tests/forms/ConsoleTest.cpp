@@ -135,9 +135,9 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     InstanceLock second("console", folder_ / "locks");
     FakeMessageBoxes boxes;
     {
-        Console other(
-            {second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_, help_},
-            folder_.Path());
+        Console other({second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_,
+                       area_, sound_, help_, names_},
+                      folder_.Path());
         EXPECT_FALSE(other.Start());
     }
     EXPECT_EQ(boxes.Shown, std::vector<std::string>{"Only one instance of the Tallyhorn Listener Console can "
@@ -147,9 +147,9 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
                                                     "desktops."});
     InstanceLock third("elsewhere", folder_ / "locks");
     boxes.Shown.clear();
-    Console deaf(
-        {third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_, help_},
-        folder_.Path());
+    Console deaf({third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_,
+                  sound_, help_, names_},
+                 folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
     EXPECT_EQ(boxes.Shown,
               std::vector<std::string>{

@@ -33,6 +33,11 @@ void WindowHiding::Hide() {
         auto* const widget = qobject_cast<QWidget*>(child);
         if (widget == nullptr || !widget->isWindow() || !widget->isVisible())
             continue;
+        // A greeting has had its time by when the window comes back.
+        if (widget->windowType() == Qt::SplashScreen) {
+            widget->close();
+            continue;
+        }
         companions_.emplace_back(widget);
         widget->hide();
     }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <iomanip>
+#include <ostream>
 #include <sstream>
 #include <string_view>
 #include <thread>
@@ -82,6 +83,10 @@ struct Sender {
     const char* Program;
     const char* Command;
 };
+
+void PrintTo(const Sender& sender, std::ostream* stream) {
+    *stream << sender.Program;
+}
 
 class SyslogSenderTest : public SyslogProcessTest, public ::testing::WithParamInterface<Sender> {};
 

@@ -151,7 +151,6 @@ private:
     MessageExport export_;
     Help help_;
     AlertSound sound_;
-    const std::filesystem::path folder_;
     HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;

@@ -109,7 +109,7 @@ def free_port():
 class Console:
     """The console on a folder of its own, without a screen."""
 
-    def __init__(self, programs, folder, server):
+    def __init__(self, folder):
         self.port = free_port()
         self.sent = 0
         self.folder = folder
@@ -117,12 +117,17 @@ class Console:
         with open(f"{folder}/thlisten.ini", "w") as settings:
             settings.write(f"[General]\nMessageViews=7\nSoundOn=1\nSyslogUDPPort={self.port}\n")
         write_sound(f"{folder}/sound.wav")
-        self.errors = open(f"{folder}/errors", "w+")
-        surroundings = dict(os.environ, PULSE_SERVER=server, QT_QPA_PLATFORM="offscreen", TALLYHORN_SUMMARY=f"{folder}/summary")
-        self.process = subprocess.Popen([f"{programs}/tallyhorn-console", "--folder", folder], env=surroundings,
-                                        stderr=self.errors)
-        wait_for("the console's start", lambda: self.listens())
-        time.sleep(0.5)
+
+    @contextlib.contextmanager
+    def runs(self, programs, server):
+        surroundings = dict(os.environ, PULSE_SERVER=server, QT_QPA_PLATFORM="offscreen",
+                            TALLYHORN_SUMMARY=f"{self.folder}/summary")
+        with open(f"{self.folder}/errors", "w+") as self.errors, running(
+                f"{programs}/tallyhorn-console", "--folder", self.folder, env=surroundings,
+                stderr=self.errors) as self.process:
+            wait_for("the console's start", self.listens)
+            time.sleep(0.5)
+            yield
 
     def listens(self):
         if self.process.poll() is not None:
@@ -145,7 +150,6 @@ class Console:
             self.process.wait(20)
         seconds = time.monotonic() - begin
         if self.process.poll() != 0:
-            self.process.kill()
             sys.exit(f"error: the console does not end well: {self.process.poll()}")
         with open(f"{self.folder}/summary") as summary:
             if f"Syslog {self.sent} received, {self.sent} kept" not in (text := summary.read()):
@@ -170,17 +174,18 @@ def check_hearing(programs, folder):
                 "parec", f"--server=unix:{address}", "--device=nothing.monitor", "--raw", "--format=s16le",
                 f"--rate={RATE}", "--channels=1", "--latency-msec=20", stdout=file):
             wait_for("the recording's start", lambda: os.path.getsize(recording) > 0)
-            console = Console(programs, f"{folder}/heard", f"unix:{address}")
-            console.send()
-            time.sleep(0.3)
-            console.send()
-            time.sleep(DURATION + 1.5)
-            for _ in bad_sounds(f"{console.folder}/sound.wav"):
+            console = Console(f"{folder}/heard")
+            with console.runs(programs, f"unix:{address}"):
                 console.send()
                 time.sleep(0.3)
-            console.send()
-            time.sleep(DURATION + 1.5)
-            console.end()
+                console.send()
+                time.sleep(DURATION + 1.5)
+                for _ in bad_sounds(f"{console.folder}/sound.wav"):
+                    console.send()
+                    time.sleep(0.3)
+                console.send()
+                time.sleep(DURATION + 1.5)
+                console.end()
         with open(recording, "rb") as file:
             runs = [run for run in heard(file.read()) if run[0] != 0]
     print("heard, in hertz and seconds:", *runs)
@@ -196,12 +201,13 @@ def check_hearing(programs, folder):
 
 
 def check_silence(programs, folder, name, server):
-    console = Console(programs, f"{folder}/{name}", server)
-    console.send()
-    time.sleep(0.3)
-    console.send()
-    time.sleep(1)
-    seconds = console.end()
+    console = Console(f"{folder}/{name}")
+    with console.runs(programs, server):
+        console.send()
+        time.sleep(0.3)
+        console.send()
+        time.sleep(1)
+        seconds = console.end()
     print(f"{name}: silent, both notifications taken, ended in {seconds:.1f} s")
     if seconds > 5:
         sys.exit("error: the end was held up")

@@ -1,7 +1,6 @@
 #include "app/Console.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -46,14 +45,10 @@ constexpr std::chrono::seconds UnattendedBox{10};
 /// unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
-/// With what comes with the program.
-std::filesystem::path ProgramFolder() {
-    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
-}
-
 }  // namespace
 
-Console::Console(const Machine& machine, const std::filesystem::path& folder)
+Console::Console(const Machine& machine, const std::filesystem::path& folder,
+                 const std::filesystem::path& programFolder)
     : machine_(machine),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
@@ -75,8 +70,9 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
-      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, ProgramFolder()}),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
       folder_(folder),
+      programFolder_(programFolder),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
@@ -111,7 +107,7 @@ bool Console::Start() {
     tray_->ShowServerWindowMax();
     if (!portFailed_)
         ShowSplash();
-    if (portFailed_)
+    else
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
 }
@@ -128,7 +124,7 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
-    help_.SetHelpFile(folder_, ProgramFolder());
+    help_.SetHelpFile(folder_, programFolder_);
     settings_ = ReadSettings(profile_);
     tray_->ShowSound(sound_.SoundOn());
     window_->Load(

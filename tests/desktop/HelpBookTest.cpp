@@ -56,8 +56,10 @@ TEST_F(HelpBookTest, EveryLinkPictureAndLineOfTheContentsLeadsSomewhere) {
         for (const std::string& picture : Named(html, "src"))
             EXPECT_TRUE(book_->Read(picture).starts_with("\x89PNG")) << picture;
     }
-    for (const HelpEntry& entry : book_->Contents())
+    for (const HelpEntry& entry : book_->Contents()) {
         ExpectPlace(entry.Local, "the contents");
+        EXPECT_EQ(entry.Name.find('&'), std::string::npos) << entry.Name;
+    }
     EXPECT_EQ(book_->Title(), "Tallyhorn Listener Console Help");
     EXPECT_EQ(book_->StartPage(), pages.front());
 }

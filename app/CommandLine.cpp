@@ -11,14 +11,15 @@ CommandLine Refuse(std::string why) {
 
 /// Empty where the folder serves.
 std::string WhyUnreadable(const std::filesystem::path& folder) {
+    const std::string name = std::string("'").append(folder.string()).append("'");
     std::error_code error;
     if (!std::filesystem::exists(folder, error))
-        return "the folder '" + folder.string() + "' does not exist";
+        return "the folder " + name + " does not exist";
     if (!std::filesystem::is_directory(folder, error))
-        return "'" + folder.string() + "' is not a folder";
+        return name + " is not a folder";
     // Entered too: a folder may be listed and its files still be out of reach.
     const std::filesystem::directory_iterator first(folder / ".", error);
-    return error ? "the folder '" + folder.string() + "' cannot be read: " + error.message() : "";
+    return error ? "the folder " + name + " cannot be read: " + error.message() : "";
 }
 
 }  // namespace
@@ -52,6 +53,7 @@ std::string HelpText() {
            "Shows the alarms of an event-log monitoring engine as they arrive.\n"
            "\n"
            "  --folder DIR   keep settings, filters and backup in DIR instead of the program's own folder\n"
+           "                 (or the user's data folder, where the program's may not be written)\n"
            "  --help         print this text and end\n"
            "  --version      print the version and end\n";
 }

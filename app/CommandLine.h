@@ -11,7 +11,7 @@ struct CommandLine {
     enum class Wish { Run, Help, Version, Refuse };
 
     Wish Asked = Wish::Run;
-    std::filesystem::path Folder;  ///< empty: the folder that the program lies in
+    std::filesystem::path Folder;  ///< empty: the one that ChooseDataFolder names
     std::string Refusal;           ///< why, where Asked is Refuse
 };
 

@@ -1,6 +1,7 @@
 #include "app/Console.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -10,8 +11,10 @@
 #include <utility>
 
 #include "config/forms/frmPreferences.h"
+#include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
+#include "platform/DataFolder.h"
 #include "storage/forms/frmSavingMessages.h"
 
 namespace tallyhorn {
@@ -43,6 +46,11 @@ constexpr std::chrono::seconds UnattendedBox{10};
 /// unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
+/// With what comes with the program.
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
+
 }  // namespace
 
 Console::Console(const Machine& machine, const std::filesystem::path& folder)
@@ -50,6 +58,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this))),
+      tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
       received_(*window_, slices_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
@@ -64,8 +73,12 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
       eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
-              folder, {SettingsFileName, FilterFileName, BackupFileName}) {
-    profile_.SetINIFileName((folder / SettingsFileName).string());
+              folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      help_(machine.Help, machine.Boxes),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, ProgramFolder()}),
+      folder_(folder),
+      helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
+    profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
 }
 
 Console::~Console() {
@@ -94,9 +107,10 @@ bool Console::Start() {
         return true;
     }
     started_ = true;
-    window_->showMaximized();
-    window_->raise();
-    window_->activateWindow();
+    tray_->Initialize();
+    tray_->ShowServerWindowMax();
+    if (!portFailed_)
+        ShowSplash();
     if (portFailed_)
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
@@ -114,7 +128,9 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
+    help_.SetHelpFile(folder_, ProgramFolder());
     settings_ = ReadSettings(profile_);
+    tray_->ShowSound(sound_.SoundOn());
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
@@ -125,7 +141,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,     *window_,         machine_.Signals,
+    return {filters_, viewFilter_,   received_,     *window_,         static_cast<ArrivalSignals&>(*this),
             slices_,  machine_.Time, currentAlarm_, processingPaused_};
 }
 
@@ -171,6 +187,13 @@ void Console::LoadBackup() {
     Run();
 }
 
+/// In front of the main window, which is then made the active one.
+void Console::ShowSplash() {
+    splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
+    splash_->show();
+    window_->activateWindow();
+}
+
 void Console::ApplyMessageViews() {
     const std::array<bool, MessagePageCount> shown = VisibleMessageViews(settings_.MessageViews);
     for (std::size_t page = 0; page < shown.size(); ++page)
@@ -201,7 +224,7 @@ void Console::ShowFilterDialog() {
 bool Console::QueryUnload(bool byUser) {
     if (ended_)
         return false;
-    attended_ = byUser;
+    attended_ = byUser || leaving_;
     const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
@@ -224,6 +247,9 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    sound_.Close();
+    tray_->Unload();
+    delete splash_.data();
     {
         frmSavingMessages saving;
         saving.show();
@@ -235,6 +261,39 @@ void Console::ShutDown() {
     window_->hide();
     // Not quit, which would ask the windows to close and stop at the first that does not.
     QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+// ---- the notification area
+
+/// On the task bar, where there is no icon, the window's own entry draws the user's eye.
+void Console::StartFlash() {
+    // At the start the window is not yet shown, and will be at once.
+    if (!started_)
+        return;
+    tray_->StartFlash();
+    if (!window_->Hiding().IsHidden())
+        QApplication::alert(window_.get());
+}
+
+/// In the middle of other work they run as it goes on.
+void Console::LetEventsRun() {
+    if (!window_->Commands().IsAtWork())
+        Run();
+}
+
+void Console::Leave() {
+    leaving_ = true;
+    window_->CloseWithoutQuestion();
+}
+
+void Console::ToggleSound() {
+    sound_.SoundMode();
+    tray_->ShowSound(sound_.SoundOn());
+}
+
+void Console::SetSoundOn(bool on) {
+    sound_.SetSoundOn(on);
+    tray_->ShowSound(on);
 }
 
 // ---- commands
@@ -282,13 +341,21 @@ void Console::ForgetSizes() {
     settings_.ColumnWidths = {};
 }
 
-void Console::ShowHelp() {
-    machine_.Boxes.Tell("This version of the Tallyhorn Listener Console comes without a help file.");
+void Console::ShowHelp(HelpContext context) {
+    help_.ShowHelp(context, window_->winId());
+}
+
+/// By key or from the icon: beside a dialog or a question at once, else as a command like any other.
+void Console::OpenHelp(HelpContext context) {
+    if (QApplication::activeModalWidget() != nullptr)
+        ShowHelp(context);
+    else
+        window_->Commands().Run([this, context] { ShowHelp(context); }, CommandQueue::Kind::Dialog);
 }
 
 void Console::ShowAbout() {
-    machine_.Boxes.Tell("Tallyhorn Listener Console\r\n\r\nVersion:  " +
-                        QCoreApplication::applicationVersion().toStdString());
+    frmStartup about(frmStartup::Role::AboutBox, machine_.Names, machine_.Time, window_.get());
+    about.exec();
 }
 
 void Console::Run() {

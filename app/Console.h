@@ -1,23 +1,32 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <filesystem>
 #include <memory>
 
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/AlertSound.h"
+#include "desktop/Help.h"
+#include "desktop/forms/HelpKeys.h"
+#include "desktop/forms/frmTrayIcon.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
+#include "platform/HelpViewer.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
 #include "platform/MessageBoxes.h"
+#include "platform/NotificationArea.h"
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
+#include "platform/SoundDevice.h"
 #include "platform/TimeSlices.h"
+#include "platform/UserNames.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
@@ -31,12 +40,16 @@
 
 namespace tallyhorn {
 
+class frmStartup;
+
 /// The running console: holds the module-level state, starts it in order and shuts it down in order.
 /// User-interface thread only.
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
-                      private PendingEvents {
+                      private PendingEvents,
+                      private ArrivalSignals,
+                      private TrayHost {
 public:
     /// What the machine gives; all of it outlives the console.
     struct Machine {
@@ -45,13 +58,16 @@ public:
         ProfileFunctions& Profiles;
         Clock& Time;
         MessageBoxes& Boxes;
-        ArrivalSignals& Signals;
         DatagramSockets& Datagrams;
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
+        NotificationArea& Area;
+        SoundDevice& Sound;
+        HelpViewer& Help;
+        UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup.
+    /// `folder` holds settings, filters and the backup, and perhaps the help file and the sound.
     Console(const Machine& machine, const std::filesystem::path& folder);
     ~Console() override;
 
@@ -63,25 +79,39 @@ public:
     bool HasEnded() const { return ended_; }
 
     frmServer& Window() { return *window_; }
+    /// The menu of the notification-area icon, for areas that show it by themselves.
+    QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
+    bool Minimized() override { return tray_->MainWindowMinimized(); }
+    void Restored() override { tray_->MainWindowRestored(); }
+    void PlayAlertSound() override { sound_.PlayAlertSound(); }
+    void StartFlash() override;
+    void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
+    void UncoverMainWindow() override { window_->Hiding().Uncover(); }
+    bool IsMainWindowHidden() const override { return window_->Hiding().IsHidden(); }
+    void LetEventsRun() override;
+    void ToggleSound() override;
+    void AskForAbout() override { window_->Do(ServerCommand::About); }
+    void AskForHelp() override { OpenHelp(HelpContext::Contents); }
+    void Leave() override;
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
     void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
     void ExportMessages() override { export_.ExportMessages(); }
     void ShowPreferences() override;
-    void ShowHelp() override;
+    void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;
     void InitializeWinsock() override;
     void SetSeperator(std::string_view seperator) override;
-    void SetSoundOn(bool on) override { settings_.SoundOn = on; }
+    void SetSoundOn(bool on) override;
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
-    void MaximizeWindow() override { window_->showMaximized(); }
+    void MaximizeWindow() override { window_->Hiding().Show(true); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
 
@@ -92,10 +122,13 @@ private:
     void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
+    void ShowSplash();
     void ApplyMessageViews();
     void ApplySettings();
     void ShowFilterDialog();
     void WriteSummary() const;
+    void ShowHelp(HelpContext context);
+    void OpenHelp(HelpContext context);
 
     Machine machine_;
     PrivateProfile profile_;
@@ -103,6 +136,7 @@ private:
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
     std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    std::unique_ptr<frmTrayIcon> tray_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
@@ -115,8 +149,14 @@ private:
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
+    Help help_;
+    AlertSound sound_;
+    const std::filesystem::path folder_;
+    HelpKeys helpKeys_;
+    QPointer<frmStartup> splash_;
     bool portFailed_ = false;
     bool started_ = false;
+    bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked
     bool attended_ = false;  ///< whether it was the user who closed the console
     bool ended_ = false;
 };

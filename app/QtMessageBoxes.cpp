@@ -3,6 +3,7 @@
 #include <QMessageBox>
 
 #include "app/DialogOwner.h"
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 
 namespace tallyhorn {
@@ -13,6 +14,7 @@ int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
     QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons,
                     DialogOwner(mainWindow));
     box.setTextFormat(Qt::PlainText);
+    box.setProperty(HelpContextProperty, HelpNumber(HelpContext::Troubles));
     return box.exec();
 }
 

@@ -1,9 +1,12 @@
 #include <QApplication>
+#include <QFileInfo>
 #include <QMetaObject>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,10 +14,14 @@
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/ProgramVersion.h"
+#include "desktop/forms/OwnHelpViewer.h"
+#include "desktop/forms/QtNotificationArea.h"
+#include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
+#include "platform/DataFolder.h"
 #include "platform/Heap.h"
 #include "platform/TerminationSignals.h"
 
@@ -33,11 +40,18 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     InstanceLock instance("TallyhornListenerConsole");
     QtMessageBoxes boxes;
     QtSaveDialog saveDialog;
-    QuietSignals quiet;
+    QtNotificationArea area;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
-    Console console({instance, *mailslots, *profiles, clock, boxes, quiet, *datagrams, *programs, saveDialog},
+    const auto sound = MakeSoundDevice();
+    std::unique_ptr<HelpViewer> help = MakeSystemHelpViewer();
+    if (help == nullptr)
+        help = std::make_unique<OwnHelpViewer>();
+    const auto names = MakeUserNames();
+    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area,
+                     *sound, *help, *names},
                     folder);
+    area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
     termination.Start([&] {
@@ -52,6 +66,34 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     return status;
 }
 
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
+
+/// Why the console cannot keep its files in the folder; empty where it can.
+std::string PrepareDataFolder(const std::filesystem::path& folder) {
+    const std::string advice = "Use --folder to name one.";
+    if (folder.empty())
+        return "There is no folder in which settings, filters and messages could be kept. " + advice;
+    const std::optional<SystemError> error = MakeDataFolder(folder);
+    return error ? "The folder '" + folder.string() +
+                       "', in which settings, filters and messages are to be kept, could not be made: " +
+                       error->Text + ". " + advice
+                 : "";
+}
+
+/// Says why on the screen too: who started the console from a menu sees nothing else.
+int RefuseToRun(QApplication& application, TerminationSignals& termination, const std::string& why) {
+    std::cerr << "tallyhorn-console: " << why << '\n';
+    termination.Start([&] {
+        QMetaObject::invokeMethod(
+            &application, [] { frmServer::DismissQuestions(); }, Qt::QueuedConnection);
+    });
+    QtMessageBoxes().Warn(FromQString(QString::fromStdString(why)));
+    termination.Stop();
+    return EXIT_FAILURE;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -63,7 +105,7 @@ int main(int argc, char** argv) {
             std::cout << HelpText();
             return EXIT_SUCCESS;
         case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " << TALLYHORN_VERSION << "\n";
+            std::cout << "tallyhorn-console " << ProgramVersion() << "\n";
             return EXIT_SUCCESS;
         case CommandLine::Wish::Refuse:
             std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
@@ -73,13 +115,16 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
-    QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
+    QApplication::setApplicationVersion(ToQString(ProgramVersion()));
+    QApplication::setDesktopFileName(QStringLiteral("tallyhorn-console"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());
     HeldKeys heldKeys;
     QApplication::instance()->installEventFilter(&heldKeys);
-    const std::filesystem::path folder =
-        line.Folder.empty() ? std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
-                            : line.Folder;
-    return RunConsole(application, *termination, folder);
+    if (!line.Folder.empty())
+        return RunConsole(application, *termination, line.Folder);
+    const std::filesystem::path folder = ChooseDataFolder(ProgramFolder());
+    const std::string why = PrepareDataFolder(folder);
+    return why.empty() ? RunConsole(application, *termination, folder)
+                       : RefuseToRun(application, *termination, why);
 }

@@ -20,9 +20,18 @@ if(TALLYHORN_SANITIZE)
   target_compile_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE})
 endif()
+if(NOT WIN32 AND NOT TALLYHORN_SANITIZE)
+  # What is shipped reads what anybody sends.
+  target_compile_options(tallyhorn_options INTERFACE
+    $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2 -fstack-protector-strong -fPIE>)
+  target_link_options(tallyhorn_options INTERFACE $<$<CONFIG:Release>:-pie -Wl,-z,relro -Wl,-z,now>)
+endif()
 if(WIN32)
   target_compile_definitions(tallyhorn_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
   target_link_options(tallyhorn_options INTERFACE -static)
+else()
+  # A program needs no library of which it uses nothing.
+  target_link_options(tallyhorn_options INTERFACE -Wl,--as-needed)
 endif()
 
 # tallyhorn_library(NAME [libraries it may see]): every source of the folder that the

@@ -131,4 +131,12 @@ QIcon ConsoleIcon() {
     return MakeIcon(QStringLiteral("console"));
 }
 
+QIcon TrayPicture(int image) {
+    return MakeIcon(QStringLiteral("tray%1").arg(image));
+}
+
+QIcon StartupPicture() {
+    return MakeIcon(QStringLiteral("startup"));
+}
+
 }  // namespace tallyhorn

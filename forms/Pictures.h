@@ -39,5 +39,9 @@ QIcon AlarmIcon();
 QIcon CommandIcon(CommandPicture picture);
 /// The program's own icon.
 QIcon ConsoleIcon();
+/// The notification area's icon: 0 as it is, 1 and 2 while it flashes.  None where there is no such number.
+QIcon TrayPicture(int image);
+/// A horn that sounds, for a dark ground.
+QIcon StartupPicture();
 
 }  // namespace tallyhorn

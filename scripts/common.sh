@@ -4,11 +4,14 @@
 
 # Debian's packages, by task.
 declare -A Packages=(
-    [run]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev libbenchmark-dev fonts-dejavu-core"
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [headless]="xvfb openbox xdotool imagemagick"
-    [test]="g++ cmake ninja-build ccache qt6-base-dev libgmock-dev fonts-dejavu-core"
-    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64"
-    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [sound]="pulseaudio pulseaudio-utils python3"
+    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64 fp-utils python3"
+    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libpulse-dev"
+    [package]="dpkg-dev file gzip librsvg2-bin"
+    [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
     [checks]="g++ clang-format clang-tidy libclang-14-dev llvm-14-dev git python3"
 )
 

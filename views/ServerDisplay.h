@@ -43,7 +43,8 @@ class ServerDisplay {
 public:
     virtual ~ServerDisplay() = default;
 
-    /// Whether the user could see the window at all; false while it is hidden to the notification area.
+    /// Whether the user could see the window at all; false while it is hidden to the notification area or
+    /// minimised.
     virtual bool IsVisible() const = 0;
     virtual MessagePage CurrentPage() const = 0;
     /// Of several selected rows of a list the one that the user came to last, else the first; nothing where

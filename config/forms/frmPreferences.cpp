@@ -14,6 +14,7 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 
 namespace tallyhorn {
@@ -69,6 +70,7 @@ frmPreferences::frmPreferences(const Preferences::Parts& parts, QWidget* parent)
       events_(parts.Events) {
     setObjectName(QStringLiteral("frmPreferences"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console Preferences"));
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::Preferences));
     auto* const layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     // Wide enough for the whole title beside the window's picture and buttons.

@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/HelpContexts.h"
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterPropertiesFrame.h"
 #include "forms/AnsiString.h"
@@ -232,6 +233,8 @@ void frmDropFilters::ArrangeForMode() {
         control->setVisible(!manage);
         control->setEnabled(!manage);
     }
+    setProperty(HelpContextProperty,
+                HelpNumber(manage ? HelpContext::FilterManager : HelpContext::FilterEditor));
     setWindowTitle(manage ? QStringLiteral("Manage Suppression Filters")
                           : QStringLiteral("Create/Edit A Suppression Filter"));
     cmdCancel->setText(manage ? QStringLiteral("&Close") : QStringLiteral("&Cancel"));

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <utility>
 
+#include "desktop/HelpContexts.h"
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterValuesModel.h"
 #include "forms/AnsiString.h"
@@ -65,6 +66,7 @@ frmFilter::frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent)
     : QDialog(parent), filter_(filter), boxes_(boxes) {
     setObjectName(QStringLiteral("frmFilter"));
     setWindowTitle(QStringLiteral("Filter Settings"));
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::ViewFilter));
     ViewFilter::Values values = filter_.ValuesOnShow();
     for (std::size_t i = 0; i < values.size(); ++i)
         BuildGroup(i, std::move(values.at(i)));

@@ -36,12 +36,8 @@ TEST_F(ProcessTest, ASecondConsoleOnlySaysSo) {
 }
 
 TEST_F(ProcessTest, BadArgumentsEndWithALineAndStatusTwo) {
-    for (const std::vector<std::string>& arguments :
-         {std::vector<std::string>{"--folder", "/no/such/folder"}, {"--colour"}, {"--folder"}}) {
-        EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_CONSOLE, arguments, folder_ / "errors")), 2);
-        EXPECT_TRUE(ReadBytes(folder_ / "errors").starts_with("tallyhorn-console: "))
-            << ReadBytes(folder_ / "errors");
-    }
+    EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_CONSOLE, {"--colour"}, folder_ / "errors")), 2);
+    EXPECT_EQ(ReadBytes(folder_ / "errors").find("tallyhorn-console: "), 0U) << ReadBytes(folder_ / "errors");
     EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_CONSOLE, {"--version"})), 0);
 }
 

@@ -3,9 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
-#include <fstream>
 #include <iomanip>
-#include <ios>
 #include <ostream>
 #include <sstream>
 #include <string_view>
@@ -32,18 +30,9 @@ std::uint16_t FreePort() {
 
 /// Looked up and not tried: a test that binds the port might be in the console's way.
 bool SomebodyListensAt(std::uint16_t port) {
-    std::ostringstream hex;
-    hex << ':' << std::hex << std::uppercase << std::setw(4) << std::setfill('0') << port;
-    for (const char* const table : {"/proc/net/udp", "/proc/net/udp6"}) {
-        std::ifstream lines(table);
-        std::string number;
-        std::string address;
-        for (std::string rest; lines >> number >> address && std::getline(lines, rest);) {
-            if (address.ends_with(hex.str()))
-                return true;
-        }
-    }
-    return false;
+    std::ostringstream local;
+    local << ':' << std::hex << std::uppercase << std::setw(4) << std::setfill('0') << port << " 00000000";
+    return (ReadBytes("/proc/net/udp") + ReadBytes("/proc/net/udp6")).find(local.str()) != std::string::npos;
 }
 
 /// The real console on a port of its own.
@@ -62,6 +51,10 @@ protected:
         EXPECT_TRUE(Eventually([this] { return SomebodyListensAt(port_); }));
         return console;
     }
+    void SendSyslog(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.begin(), {"--syslog", "127.0.0.1:" + Port()});
+        EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, arguments)), 0);
+    }
     /// A line for the shell, whose $1, $2 and so on are the arguments.
     static int Run(const std::string& command, const std::vector<std::string>& arguments) {
         std::vector<std::string> words{"-c", command, "sh"};
@@ -77,11 +70,8 @@ protected:
         const std::size_t line = summary.find("\nSyslog ");
         return line == std::string::npos ? summary : summary.substr(line + 1);
     }
-    /// Another start and end, after which all has to be as it was.
-    std::string EndOfAnotherRun() { return End(StartListening()); }
     std::string Backup() const { return ReadBytes(folder_ / "Backup.dat"); }
     std::string Port() const { return std::to_string(port_); }
-    std::string Target() const { return "127.0.0.1:" + Port(); }
 
     /// For the window to come up on a machine that has other things to do.
     static constexpr std::chrono::milliseconds Settling{2000};
@@ -119,7 +109,7 @@ TEST_P(SyslogSenderTest, OnlyANotificationIsKeptAndComesBack) {
         "The password, it was wrong: twice.";
     EXPECT_EQ(Backup(), "00" + std::to_string(kept.size()) + kept);
 
-    EXPECT_EQ(EndOfAnotherRun(),
+    EXPECT_EQ(End(StartListening()),
               "Syslog 0 received, 1 kept, rows: 0 information, 0 warning, 1 critical, leaves: 1\n");
     EXPECT_EQ(Backup(), "00" + std::to_string(kept.size()) + kept);
 }
@@ -133,9 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Programs, SyslogSenderTest,
 TEST_F(SyslogProcessTest, AFeedIsKeptInOrderThroughRestarts) {
     constexpr int Count = 2000;
     const pid_t console = StartListening();
-    EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, {"--syslog", Target(), "--demo", "--number", "--count",
-                                                std::to_string(Count), "--rate", "20000"})),
-              0);
+    SendSyslog({"--demo", "--number", "--count", std::to_string(Count), "--rate", "20000"});
     const std::string first = End(console);
     EXPECT_TRUE(first.starts_with("Syslog 2000 received, 2000 kept, ")) << first;
     const std::string backup = Backup();
@@ -147,7 +135,7 @@ TEST_F(SyslogProcessTest, AFeedIsKeptInOrderThroughRestarts) {
         ASSERT_NE(at, std::string::npos) << mark.str() << " is missing or stands before the one before it";
     }
 
-    EXPECT_EQ(EndOfAnotherRun(), "Syslog 0" + first.substr("Syslog 2000"s.size()));
+    EXPECT_EQ(End(StartListening()), "Syslog 0" + first.substr("Syslog 2000"s.size()));
     EXPECT_TRUE(Backup() == backup);
 }
 
@@ -162,7 +150,7 @@ TEST_F(SyslogProcessTest, AConsoleWhosePortIsTakenAsksAndEndsWhenItIsTold) {
     const pid_t second = Spawn(TALLYHORN_CONSOLE, {"--folder", folder.Path().string()});
     std::this_thread::sleep_for(Settling);
     EXPECT_EQ(waitpid(second, nullptr, WNOHANG), 0) << "its question stands open";
-    EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, {"--syslog", Target(), "Event (x): y"})), 0);
+    SendSyslog({"Event (x): y"});
     kill(second, SIGTERM);
     EXPECT_EQ(ExitStatus(second), 0);
     EXPECT_NE(ReadBytes(folder / "summary").find("\nSyslog 0 received"), std::string::npos);

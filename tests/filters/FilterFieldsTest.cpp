@@ -40,28 +40,24 @@ TEST(FilterFieldsTest, StoresEventIdsOrRefusesThem) {
     } cases[] = {
         {"", true, -1, "-1"},
         {"   ", true, -1, "-1"},
-        {"-1", true, -1, "-1"},
         {"0", true, 0, "0"},
         {" 7036 ", true, 7036, " 7036 "},
-        {"2147483647", true, 2147483647, "2147483647"},
         {"-2147483648", true, std::numeric_limits<std::int32_t>::min(), "-2147483648"},
         {"2147483648", false, 5, "2147483648"},
-        {"99999999999999999999", false, 5, "99999999999999999999"},
-        {"abc", false, 5, "abc"},
         {"7x", false, 5, "7x"},
     };
-    for (const auto& oneCase : cases) {
-        SCOPED_TRACE(oneCase.Typed);
+    for (const auto& [typed, stored, eventId, left] : cases) {
+        SCOPED_TRACE(typed);
         SuppressionFilter record;
         record.FilterName = "before";
         record.EventID = 5;
         FilterFields fields;
         fields.FilterName = "after";
-        fields.EventID = oneCase.Typed;
-        EXPECT_EQ(StoreFieldsInRecord(fields, record), oneCase.Stored);
-        EXPECT_EQ(record.EventID, oneCase.EventID);
-        EXPECT_EQ(fields.EventID, oneCase.Left);
-        EXPECT_EQ(record.FilterName, FixedText<50>(oneCase.Stored ? "after" : "before"));
+        fields.EventID = typed;
+        EXPECT_EQ(StoreFieldsInRecord(fields, record), stored);
+        EXPECT_EQ(record.EventID, eventId);
+        EXPECT_EQ(fields.EventID, left);
+        EXPECT_EQ(record.FilterName, FixedText<50>(stored ? "after" : "before"));
     }
 }
 
@@ -94,20 +90,11 @@ TEST(FilterFieldsTest, ShowsTextsWithoutNulsAndBlanksAround) {
     record.AccountName = "user";
     record.Category = "<b>c</b>";
     record.Computer = std::string(30, '\xff');
-    const struct {
-        std::int32_t EventID;
-        const char* Shown;
-    } cases[] = {{-1, ""}, {0, "0"}, {7036, "7036"}, {-2, "-2"}};
-    for (const auto& [eventId, shown] : cases) {
-        record.EventID = eventId;
-        EXPECT_EQ(ShowRecord(record).EventID, shown);
-    }
+    record.EventID = AnyEventID;
     const FilterFields fields = ShowRecord(record);
-    EXPECT_EQ(fields.FilterName, "A");
-    EXPECT_EQ(fields.Source, "x\ty");
-    EXPECT_EQ(fields.AccountName, "user");
-    EXPECT_EQ(fields.Category, "<b>c</b>");
-    EXPECT_EQ(fields.Computer, std::string(30, '\xff'));
+    EXPECT_EQ(fields.FilterName + "|" + fields.Source + "|" + fields.AccountName + "|" + fields.Category +
+                  "|" + fields.EventID + "|" + fields.Computer,
+              "A|x\ty|user|<b>c</b>||" + std::string(30, '\xff'));
 }
 
 TEST(FilterFieldsTest, ShowsAnyDateOfAFileWithinThoseThatCanBeTyped) {
@@ -120,26 +107,22 @@ TEST(FilterFieldsTest, ShowsAnyDateOfAFileWithinThoseThatCanBeTyped) {
         AlarmDate AsEnd;
     } cases[] = {
         {0, Date({1899, 12, 30}), Date({1899, 12, 30})},
-        {46348.75, Date({2026, 11, 22, 18, 0, 0}), Date({2026, 11, 22, 18, 0, 0})},
         {46348.75 + 0.4 / 86400, Date({2026, 11, 22, 18, 0, 1}), Date({2026, 11, 22, 18, 0, 0})},
         {-1.25, Date({1899, 12, 29, 6, 0, 0}), Date({1899, 12, 29, 6, 0, 0})},
         {1e300, LastTypedDate, LastTypedDate},
-        {-1e300, FirstTypedDate, FirstTypedDate},
-        {Infinity, LastTypedDate, LastTypedDate},
         {-Infinity, FirstTypedDate, FirstTypedDate},
         // Such an end excludes no date.
         {std::nan(""), FirstTypedDate, LastTypedDate},
     };
-    for (const auto& oneCase : cases) {
-        SCOPED_TRACE(oneCase.Days);
+    for (const auto& [days, asBegin, asEnd] : cases) {
+        SCOPED_TRACE(days);
         SuppressionFilter record;
         record.UseDateRange = 1;  // whatever is not false
-        record.BeginDate = oneCase.Days;
-        record.EndDate = oneCase.Days;
+        record.BeginDate = record.EndDate = days;
         FilterFields fields = ShowRecord(record);
         EXPECT_TRUE(fields.UseDateRange);
-        EXPECT_EQ(fields.BeginDate, oneCase.AsBegin);
-        EXPECT_EQ(fields.EndDate, oneCase.AsEnd);
+        EXPECT_EQ(fields.BeginDate, asBegin);
+        EXPECT_EQ(fields.EndDate, asEnd);
         ASSERT_TRUE(StoreFieldsInRecord(fields, record));
         EXPECT_EQ(ShowRecord(record), fields) << "what is shown stays so once it is saved";
     }
@@ -153,31 +136,26 @@ TEST(FilterFieldsTest, ProposesAFilterForANotification) {
         std::string Name;
         std::int32_t EventTypes;
     } cases[] = {
-        {7036, "Service Control Manage", "Information", "7036_Service Control Manage", FilterInformation},
-        {7036, "Service Control Manager", "information", "7036_Service Control Manage", FilterInformation},
+        {7036, "Service Control Manager", "Information", "7036_Service Control Manage", FilterInformation},
         {0, "Disk", "WARNING", "0_Disk", FilterWarning},
-        {-5, "", "Error", "-5_", FilterError},
+        {-5, "", "err", "-5_", FilterError},
         {1, "a\nb", "Failure Audit", "1_a\nb", FilterFailureAudit},
         {1, std::string(60'000, 'x'), "SUCCESSAUDIT", "1_" + std::string(22, 'x'), FilterSuccessAudit},
-        {1, "x", "INF", "1_x", FilterInformation},
         {1, "x", "In", "1_x", 0},
-        {1, "x", "", "1_x", 0},
         {1, "x", " Error", "1_x", 0},
-        {1, "x", "something", "1_x", 0},
     };
-    for (const auto& oneCase : cases) {
-        SCOPED_TRACE(oneCase.Name + " " + oneCase.Type);
+    for (const auto& [eventId, source, type, name, eventTypes] : cases) {
         AlarmRecord alarm;
-        alarm.EventID = oneCase.EventID;
-        alarm.Source = oneCase.Source;
-        alarm.TypeOfEvent = oneCase.Type;
+        alarm.EventID = eventId;
+        alarm.Source = source;
+        alarm.TypeOfEvent = type;
         alarm.Category = alarm.AccountName = alarm.Computer = "not proposed";
         FilterFields expected;
-        expected.FilterName = oneCase.Name;
-        expected.Source = oneCase.Source;
-        expected.EventID = std::to_string(oneCase.EventID);
-        expected.EventTypes = oneCase.EventTypes;
-        EXPECT_EQ(ProposeFilter(alarm), expected);
+        expected.FilterName = name;
+        expected.Source = source;
+        expected.EventID = std::to_string(eventId);
+        expected.EventTypes = eventTypes;
+        EXPECT_EQ(ProposeFilter(alarm), expected) << name << " " << type;
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-/// Lets events run until the condition holds; a fatal failure after five seconds.  Qt's own macros of the
-/// kind let a GoogleTest pass then.
+/// Lets events run until the condition holds; a fatal failure after half a minute, which a busy
+/// machine may need.  Qt's own macros of the kind let a GoogleTest pass then.
 #define AWAIT(condition) \
-    ASSERT_TRUE(QTest::qWaitFor([&] { return static_cast<bool>(condition); })) << #condition
+    ASSERT_TRUE(QTest::qWaitFor([&] { return static_cast<bool>(condition); }, 30'000)) << #condition

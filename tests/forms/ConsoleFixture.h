@@ -11,21 +11,25 @@
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/Console.h"
-#include "app/QuietParts.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/forms/frmStartup.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
+#include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeMailslots.h"
+#include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FakeSoundDevice.h"
+#include "tests/fakes/FakeUserNames.h"
 #include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/Notifications.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "tests/forms/DialogFixture.h"
 #include "views/forms/ConsolidatedTreeView.h"
@@ -50,22 +54,22 @@ protected:
 
     /// Over the files that are there.
     void Restart() {
-        console_ =
-            std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       signals_, datagrams_, programs_, saveDialog_},
-                                      folder_.Path());
+        console_ = std::make_unique<Console>(
+            Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, datagrams_, programs_,
+                             saveDialog_, area_, sound_, help_, names_},
+            folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
+        if (!keepsSplash_)
+            delete console_->Window().findChild<frmStartup*>();
     }
 
     void Start(const std::string& settings = "MessageViews=7\r\n") {
-        std::ofstream(folder_ / "thlisten.ini", std::ios::binary) << "[General]\r\n" << settings;
+        WriteBytes(folder_ / "thlisten.ini", "[General]\r\n" + settings);
         Restart();
     }
     void Arrive(const std::string& name, const std::string& type) {
-        ArriveText("Date: 08/21/2008 14:05:09\r\n\r\n\r\n(" + name +
-                   ")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: " + type +
-                   "\r\nCategory: None\r\nEventID: 7\r\nAccount: N/A\r\nComputer: pc\r\nDescription: text");
+        ArriveText(NetBiosText({.Name = name, .Account = "N/A", .Computer = "pc", .Type = type}));
     }
     void ArriveText(const std::string& text) {
         mailslots_.Slots["TallyhornEngine"].Waiting.push_back(text + '\0');
@@ -77,6 +81,13 @@ protected:
         AWAIT(std::none_of(pacers.begin(), pacers.end(),
                            [](const QTimer* pacer) { return pacer->isActive(); }));
     }
+    /// Notifications of one type come by mailslot and are shown.
+    void Receive(const std::vector<std::string>& names, const std::string& type = "Error") {
+        for (const std::string& name : names)
+            Arrive(name, type);
+        Poll();
+        AwaitShown();
+    }
     MessageListView* List(int element) {
         return Find<MessageListView>("lvwMessages" + std::to_string(element));
     }
@@ -84,8 +95,7 @@ protected:
     void StartListening() { Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n"); }
     static std::string Datagram(const std::string& alarm, const std::string& type,
                                 const std::string& computer, const std::string& description = "text") {
-        return "Alarm (" + alarm + ") Event raised: System Log, 08/21/2008 2:05:09 PM, Disk, " + type +
-               ", None, 7, joe, " + computer + ", " + description;
+        return tallyhorn::Datagram({alarm, "System", "joe", computer, type, description});
     }
     void Send(const std::string& datagram) { ASSERT_TRUE(datagrams_.Arrive(Port, datagram)); }
     /// Lets the window handle what was sent.
@@ -121,10 +131,7 @@ protected:
         qApp->notify(&console_->Window(), &event);
     }
     QString Panel(int number) { return Find<QLabel>("stbMain" + std::to_string(number))->text(); }
-    std::string SettingsText() {
-        std::ifstream file(folder_ / "thlisten.ini", std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string SettingsText() { return ReadBytes(folder_ / "thlisten.ini"); }
 
     TemporaryFolder folder_;
     InstanceLock instance_{"console", folder_ / "locks"};
@@ -132,10 +139,14 @@ protected:
     FakeDatagrams datagrams_;
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
+    bool keepsSplash_ = false;  ///< else it is gone before the test goes on
     FakeMessageBoxes boxes_;
-    QuietSignals signals_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeSoundDevice sound_;
+    FakeUserNames names_;
+    FakeNotificationArea area_;
+    FakeHelpViewer help_;
     std::unique_ptr<Console> console_;
 };
 

@@ -23,9 +23,8 @@ TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
         EXPECT_EQ(list->model()->index(0, 1).data().toString(), alarms[element]);
         EXPECT_TRUE(list->isEnabled());
     }
-    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
-    EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
-    EXPECT_EQ(Panel(3), "Status: Processing Messages");
+    EXPECT_EQ(Panel(1) + Panel(2) + Panel(3),
+              "3 NetBIOS Message(s)0 Syslog Message(s)Status: Processing Messages");
     EXPECT_FALSE(SyslogList(0)->isEnabled()) << "an empty list";
     EXPECT_EQ(SyslogList(0)->viewport()->backgroundRole(), QPalette::Button);
     EXPECT_EQ(List(0)->viewport()->backgroundRole(), QPalette::Base);
@@ -51,6 +50,8 @@ TEST_F(ConsoleTest, HasSoundControlsOnEveryPage) {
 
 TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
     Start("MessageViews=3\r\n");
+    auto* const tabs = Find<QTabWidget>("tabMessageTypes");
+    EXPECT_TRUE(tabs->isTabVisible(0) && tabs->isTabVisible(1) && !tabs->isTabVisible(2));
     for (const QSize size : {QSize(1280, 760), QSize(700, 500), QSize(1600, 1100)}) {
         console_->Window().showNormal();
         console_->Window().resize(size);
@@ -60,7 +61,6 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
                 console_->Window().ShowPage(page, shown);
             QCoreApplication::processEvents();
         }
-        auto* const tabs = Find<QTabWidget>("tabMessageTypes");
         EXPECT_EQ(tabs->size(), console_->Window().centralWidget()->size());
         int bottom = 0;
         for (int i = 0; i < 3; ++i) {
@@ -74,135 +74,47 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
         EXPECT_LE(bottom, tabs->currentWidget()->height());
         EXPECT_GT(bottom, tabs->currentWidget()->height() - 12);
     }
-    const MessageListView* const list = List(1);
-    EXPECT_NEAR(list->ColumnWidth(0), 0.23 * list->width(), 1);
-    EXPECT_NEAR(list->ColumnWidth(4), 0.15 * list->width(), 1);
-}
-
-TEST_F(ConsoleTest, ShowsThePagesOfTheSetting) {
-    const struct {
-        const char* Setting;
-        bool Shown[3];
-    } cases[] = {{"MessageViews=5\r\n", {true, false, true}},
-                 {"MessageViews=2\r\n", {false, true, false}},
-                 {"", {false, false, false}}};
-    for (const auto& [setting, shown] : cases) {
-        Start(setting);
-        for (int page = 0; page < 3; ++page)
-            EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->isTabVisible(page), shown[page])
-                << setting << page;
-        console_.reset();
-    }
+    EXPECT_NEAR(List(1)->ColumnWidth(4), 0.15 * List(1)->width(), 1);
 }
 
 TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
-    Start(
-        "MessageViews=7\r\nDateTime=1\r\nSeperator=.\r\nColWidth1=3000\r\nColWidth2=1500\r\nColWidth3="
-        "1500\r\n"
-        "ColWidth4=1500\r\nColWidth5=1500\r\n");
-    Arrive("one", "Error");
-    Poll();
+    Start("MessageViews=7\r\nDateTime=1\r\nSeperator=.\r\nColWidth1=3000\r\nColWidth2=1500\r\n");
+    Receive({"one"});
     EXPECT_EQ(List(0)->model()->index(0, 0).data().toString(), "21.08.2008 2:05:09 PM");
     EXPECT_EQ(List(2)->ColumnWidth(0), 200);
-    MessageListView* const syslog = SyslogList(1);
     List(0)->SetColumnWidth(1, 140);
-    QTest::mouseClick(List(0)->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    ClickRow(List(0), 0);
     EXPECT_EQ(List(2)->ColumnWidth(1), 140);
-    EXPECT_EQ(syslog->ColumnWidth(1), 100) << "the other channel keeps its own until the layout is made anew";
     ShowPage(1);
-    EXPECT_EQ(syslog->ColumnWidth(1), 100);
+    EXPECT_EQ(SyslogList(1)->ColumnWidth(1), 100) << "the other channel's, until the layout is made anew";
     boxes_.Answer = false;
     CloseByUser();
     EXPECT_TRUE(console_->Window().isVisible());
     EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"Are you sure you wish to close the console?"});
-    EXPECT_NE(SettingsText().find("ColWidth2=2100\r\n"), std::string::npos) << SettingsText();
-    EXPECT_NE(SettingsText().find("ColWidth1=3000\r\n"), std::string::npos) << SettingsText();
+    EXPECT_NE(SettingsText().find("ColWidth1=3000\r\nColWidth2=2100\r\n"), std::string::npos)
+        << SettingsText();
     EXPECT_EQ(SettingsText().find("CPWidth=0"), std::string::npos) << SettingsText();
 }
 
-TEST_F(ConsoleTest, DeletesAndClearsByKeyMenuAndButton) {
-    Start();
-    for (int i = 0; i < 5; ++i)
-        Arrive(std::to_string(i), "Warning");
-    Poll();
-    MessageListView* const list = List(1);
-    list->setFocus();
-    ClickRow(list, 1);
-    QTest::keyClick(list, Qt::Key_Delete);
-    EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
-    EXPECT_EQ(list->model()->rowCount(), 4);
-    EXPECT_TRUE(list->isVisible());
-    EXPECT_TRUE(Find<QTimer>("timCheck")->isActive());
-    ClickRow(list, 0);
-    Command("delete");
-    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
-    boxes_.Answer = false;
-    Command("mnuFile_ClearAll");
-    EXPECT_EQ(Panel(1), "3 NetBIOS Message(s)");
-    boxes_.Answer = true;
-    Command("clear");
-    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
-    EXPECT_EQ(list->model()->rowCount(), 0);
-    EXPECT_FALSE(list->isEnabled());
-}
-
-TEST_F(ConsoleTest, PausesAndResumes) {
-    Start();
-    auto* const menu = Find<QAction>("mnuEditPause");
-    auto* const button = Find<QAction>("pause");
-    button->trigger();
-    EXPECT_EQ(menu->text(), "&Resume Message Processing");
-    EXPECT_EQ(button->toolTip(), "Resume Message Processing");
-    EXPECT_EQ(Panel(3), "Status: Message Processing Paused");
-    EXPECT_TRUE(Find<QTimer>("tmrResumeProcessing")->isActive());
-    Arrive("one", "Error");
-    Poll();
-    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
-    menu->trigger();
-    EXPECT_EQ(menu->text(), "&Pause Message Processing");
-    Poll();
-    EXPECT_EQ(Panel(1), "1 NetBIOS Message(s)");
-}
-
-/// A command given in the middle of a batch waits for its end: its question must not hold the batch up.
-TEST_F(ConsoleTest, CommandsWaitForTheBatch) {
-    Start();
-    clock_.PerLook = std::chrono::milliseconds(4);
-    for (int i = 0; i < 20; ++i)
-        Arrive(std::to_string(i), "Error");
-    QTimer::singleShot(0, &console_->Window(), [this] { Command("clear"); });
-    Poll();
-    EXPECT_TRUE(boxes_.Shown.empty());
-    EXPECT_EQ(Panel(1), "20 NetBIOS Message(s)");
-    QCoreApplication::processEvents();
-    EXPECT_EQ(boxes_.Shown.size(), 1U);
-    EXPECT_EQ(Panel(1), "0 NetBIOS Message(s)");
-}
-
 TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
-    Start();
-    console_->End();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(console_->HasEnded());
-    EXPECT_TRUE(boxes_.Shown.empty());
-    EXPECT_FALSE(mailslots_.Slots.contains("TallyhornEngine")) << "the mailslot is closed";
-    EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
-}
-
-TEST_F(ConsoleTest, LoggingOffAsksNothing) {
-    Start();
-    QEvent quit(QEvent::Quit);
-    QCoreApplication::sendEvent(qApp, &quit);
-    EXPECT_TRUE(console_->HasEnded());
-    EXPECT_TRUE(boxes_.Shown.empty());
+    for (const bool loggingOff : {false, true}) {
+        Start();
+        QEvent quit(QEvent::Quit);
+        loggingOff ? static_cast<void>(QCoreApplication::sendEvent(qApp, &quit)) : console_->End();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(console_->HasEnded());
+        EXPECT_TRUE(boxes_.Shown.empty());
+        EXPECT_FALSE(mailslots_.Slots.contains("TallyhornEngine")) << "the mailslot is closed";
+        EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
+        console_.reset();
+    }
 }
 
 /// The list is hidden meanwhile, and may be empty afterwards: neither hands the next key to another list.
 TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     Start();
     for (const char* const type : {"Information", "Information", "Warning", "Error"})
-        Arrive("a", type);
-    Poll();
+        Receive({"a"}, type);
     for (int element = 0; element < 3; ++element)
         List(element)->selectAll();
     MessageListView* const list = List(2);
@@ -214,8 +126,8 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
     }
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
-    EXPECT_EQ(List(1)->model()->rowCount(), 1);
-    EXPECT_EQ(List(0)->model()->rowCount(), 1);
+    EXPECT_FALSE(list->isEnabled());
+    EXPECT_EQ(Panel(1), "2 NetBIOS Message(s)");
 }
 
 TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
@@ -223,9 +135,9 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     InstanceLock second("console", folder_ / "locks");
     FakeMessageBoxes boxes;
     {
-        Console other(
-            {second, mailslots_, *profiles_, clock_, boxes, signals_, datagrams_, programs_, saveDialog_},
-            folder_.Path());
+        Console other({second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_,
+                       area_, sound_, help_, names_},
+                      folder_.Path());
         EXPECT_FALSE(other.Start());
     }
     EXPECT_EQ(boxes.Shown, std::vector<std::string>{"Only one instance of the Tallyhorn Listener Console can "
@@ -235,7 +147,8 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
                                                     "desktops."});
     InstanceLock third("elsewhere", folder_ / "locks");
     boxes.Shown.clear();
-    Console deaf({third, mailslots_, *profiles_, clock_, boxes, signals_, datagrams_, programs_, saveDialog_},
+    Console deaf({third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_,
+                  sound_, help_, names_},
                  folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
     EXPECT_EQ(boxes.Shown,
@@ -251,13 +164,12 @@ TEST_F(ConsoleTest, StartsOnDamagedFiles) {
     std::string bytes;
     for (int i = 0; i < 5000; ++i)
         bytes += static_cast<char>((i * 7919) >> 3);
-    std::ofstream(folder_ / "SavedFilters.dat", std::ios::binary) << bytes;
+    WriteBytes(folder_ / "SavedFilters.dat", bytes);
     Start(
         "CPWidth=2147483647\r\nCPHeight=-5\r\nColWidth1=-2147483648\r\nColWidth2=99999999999\r\nMessageViews="
         "255\r\n" +
         bytes);
-    Arrive("one", "Error");
-    Poll();
+    Receive({"one"});
     EXPECT_EQ(Panel(1), "1 NetBIOS Message(s)");
     EXPECT_LE(console_->Window().normalGeometry().width(), console_->Window().screen()->geometry().width());
 }

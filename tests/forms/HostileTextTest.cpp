@@ -19,6 +19,18 @@ struct Hostile {
     std::string Text;
 };
 
+const Hostile Texts[] = {
+    {"Tags", "<b>bold</b><img src='x'><a href=\"file:///etc\">y</a>"},
+    {"FormatLetters", "%s%n%1%2 {0} \\n"},
+    {"ShellText", "`reboot`; $HOME & | > /tmp/x 'a' \"b\""},
+    {"Option", "/l:\\\\host\\share\\x.evtx"},
+    {"ControlCharacters", "a\x01\x07\x08\x1B[31m\x7F\x81z"},
+    {"AccessKeys", "&File && &Yes"},
+    {"RightToLeftMarks", "a\xE2\x80\xAEgpj.exe\xE2\x80\xAC\xFD\xFEz"},
+    {"Formula", "=cmd|'/c calc'!A1"},
+    {"SixtyThousandCharacters", std::string(60'000, 'x')},
+};
+
 std::ostream& operator<<(std::ostream& stream, const Hostile& hostile) {
     return stream << hostile.Name;
 }
@@ -36,7 +48,6 @@ protected:
         ClickRow(Errors(), 0);
     }
     MessageListView* Errors() { return SyslogList(0); }
-    QString Cell(int column) { return Errors()->model()->index(0, column).data().toString(); }
     /// No label would be read as markup, and a tool tip that is marked up to have it wrapped reads as what
     /// was sent.
     void NothingIsMarkup() {
@@ -58,46 +69,34 @@ protected:
     const std::string upper_ = UpperCase(name_);
 };
 
-TEST_P(HostileTextTest, IsATextInListsAndTree) {
+TEST_P(HostileTextTest, IsATextInTheWindows) {
     StartWithMessage();
-    EXPECT_EQ(Cell(1), ToVisibleLine(name_));
-    EXPECT_EQ(Cell(3), ToVisibleLine(upper_));
-    EXPECT_EQ(Cell(4), ToVisibleLine(upper_));
-    ShowPage(2);
-    EXPECT_EQ(Node({0}).data().toString(), ToVisibleLine(name_) + " ( 1 Event )");
-    Tree()->setCurrentIndex(Node({0}));
-    QTest::keyClick(Tree(), Qt::Key_Asterisk);
-    NothingIsMarkup();
-}
-
-TEST_P(HostileTextTest, IsATextInTheDetailWindowAndOnTheClipboard) {
-    StartWithMessage();
+    std::vector<QString> cells;
+    for (const int column : {1, 3, 4})
+        cells.push_back(Errors()->model()->index(0, column).data().toString());
+    EXPECT_EQ(cells, (std::vector{ToVisibleLine(name_), ToVisibleLine(upper_), ToVisibleLine(upper_)}));
     Command("view");
-    auto* const box = Find<QPlainTextEdit>("txtMessage");
-    EXPECT_TRUE(box->toPlainText().endsWith(ToVisibleLine(text_).trimmed()));
+    EXPECT_TRUE(Find<QPlainTextEdit>("txtMessage")->toPlainText().endsWith(ToVisibleLine(text_).trimmed()));
     NothingIsMarkup();
     Click("cmdClipboard");
     const QString copied = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(copied.contains(ToQString("\r\nDescription: \r\n" + text_)) ||
                 copied.contains(ToQString("Description: " + text_)))
         << copied.toStdString();
-
     InDialog([this](QWidget& dialog) {
         NothingIsMarkup();
         const auto* const source = dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"));
-        ASSERT_NE(source, nullptr);
         EXPECT_EQ(FromQString(source->text()).substr(0, 10), name_.substr(0, 10));
         dialog.close();
     });
     Click("cmdSuppress");
-}
 
-TEST_P(HostileTextTest, IsATextInTheViewFilter) {
-    StartWithMessage();
+    ShowPage(2);
+    EXPECT_EQ(Node({0}).data().toString(), ToVisibleLine(name_) + " ( 1 Event )");
+    Tree()->setCurrentIndex(Node({0}));
+    QTest::keyClick(Tree(), Qt::Key_Asterisk);
     InDialog([this](QWidget& dialog) {
-        auto* const check = dialog.findChild<QCheckBox*>(QStringLiteral("chkFilterOn4"));
-        ASSERT_NE(check, nullptr);
-        check->click();
+        dialog.findChild<QCheckBox*>(QStringLiteral("chkFilterOn4"))->click();
         EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("cmbFilterText4"))->currentText(),
                   ToVisibleLine(upper_));
         NothingIsMarkup();
@@ -108,8 +107,14 @@ TEST_P(HostileTextTest, IsATextInTheViewFilter) {
     EXPECT_EQ(Errors()->model()->rowCount(), 1) << "its bytes are its own";
 }
 
-TEST_P(HostileTextTest, IsATextInTheExport) {
+TEST_P(HostileTextTest, IsATextForOtherPrograms) {
     StartWithMessage();
+    Command("eventviewer");
+    if (programs_.Started.empty()) {
+        EXPECT_TRUE(upper_.starts_with('/') || upper_.starts_with('-')) << "only an option is refused";
+    } else {
+        EXPECT_EQ(programs_.Started[0], (std::vector<std::string>{"eventvwr", upper_}));
+    }
     // A second message, since exactly one is not exported.
     Send("Event (x): y");
     Handle();
@@ -124,30 +129,7 @@ TEST_P(HostileTextTest, IsATextInTheExport) {
     EXPECT_EQ(saveDialog_.Asked[0].first.parent_path(), folder_.Path()) << "no name comes from a sender";
 }
 
-TEST_P(HostileTextTest, IsOneArgumentOfTheEventViewer) {
-    StartWithMessage();
-    Command("eventviewer");
-    if (programs_.Started.empty()) {
-        EXPECT_TRUE(upper_.starts_with('/') || upper_.starts_with('-')) << "only an option is refused";
-        EXPECT_EQ(boxes_.Shown.back(), "Please select a valid message before invoking the Event Viewer!");
-    } else {
-        EXPECT_EQ(programs_.Started[0], (std::vector<std::string>{"eventvwr", upper_}));
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, HostileTextTest,
-                         ::testing::Values(Hostile{"Tags",
-                                                   "<b>bold</b><img src='x'><a href=\"file:///etc\">y</a>"},
-                                           Hostile{"FormatLetters", "%s%n%1%2 {0} \\n"},
-                                           Hostile{"ShellText", "`reboot`; $HOME & | > /tmp/x 'a' \"b\""},
-                                           Hostile{"Option", "/l:\\\\host\\share\\x.evtx"},
-                                           Hostile{"ControlCharacters", "a\x01\x07\x08\x1B[31m\x7F\x81z"},
-                                           Hostile{"AccessKeys", "&File && &Yes"},
-                                           Hostile{"RightToLeftMarks",
-                                                   "a\xE2\x80\xAE"
-                                                   "gpj.exe\xE2\x80\xAC\xFD\xFEz"},
-                                           Hostile{"Formula", "=cmd|'/c calc'!A1"},
-                                           Hostile{"SixtyThousandCharacters", std::string(60'000, 'x')}),
+INSTANTIATE_TEST_SUITE_P(All, HostileTextTest, ::testing::ValuesIn(Texts),
                          [](const auto& one) { return std::string(one.param.Name); });
 
 }  // namespace

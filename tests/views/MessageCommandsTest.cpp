@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tests/fakes/Notifications.h"
 #include "tests/views/CommandsFixture.h"
 #include "views/ServerLayout.h"
 
@@ -10,18 +11,15 @@ namespace {
 
 class MessageCommandsTest : public CommandsFixture {
 protected:
-    Slot Keep(MessageChannel& channel, ViewNumber view, const std::string& text = "text") {
-        const std::optional<Slot> freed = channel.Messages.TakeFreeSlot();
-        const Slot slot = freed ? *freed : channel.Messages.Grow();
-        channel.Messages.Put(slot, text);
-        channel.Rows.Add(slot, AlarmRecord(), std::nullopt, static_cast<std::int16_t>(view % EventListCount));
-        Received.List(view).Add(slot);
-        return slot;
-    }
+    /// A row of the NetBIOS list of information.
+    Slot Keep() { return KeepNetBios(NetBiosText({.Type = "Information"})); }
     void KeepTen() {
         for (int i = 0; i < 10; ++i)
-            Keep(Received.NetBios, 2);
+            Keep();
     }
+
+    const std::string deleteQuestion_ = "Are you sure you want to delete the messages you have selected?";
+    const std::string filterActive_ = "You cannot delete messages while a filter is active.";
 };
 
 TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
@@ -29,24 +27,18 @@ TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     Received.ActiveView = 2;
     Received.List(2).Select(3, 3, true);
     Received.List(2).Select(6, 6, true);
-    Boxes.WhileAsked = [this] {
-        EXPECT_TRUE(Display.Polling) << "the poll goes on while the question stands";
-    };
-    bool polledMeanwhile = false;
-    Events.Event = [&] { polledMeanwhile |= Display.Polling; };
+    Boxes.WhileAsked = [this] { EXPECT_TRUE(Display.Polling) << "while the question stands"; };
+    Events.Event = [this] { EXPECT_FALSE(Display.Polling); };
     commands_.DeleteMessages();
-    EXPECT_EQ(Boxes.Shown,
-              std::vector<std::string>{"Are you sure you want to delete the messages you have selected?"});
+    EXPECT_EQ(Boxes.Shown, std::vector<std::string>{deleteQuestion_});
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
-    EXPECT_FALSE(polledMeanwhile);
     EXPECT_TRUE(Display.Polling);
     EXPECT_EQ(Display.WorkUnderWay, 0);
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
     EXPECT_EQ(Received.List(2).Size(), 8U);
     EXPECT_EQ(Received.NetBios.Messages.Text(4), "");
-    EXPECT_EQ(Keep(Received.NetBios, 2), 4);
-    EXPECT_EQ(Keep(Received.NetBios, 2), 7);
-    EXPECT_EQ(Keep(Received.NetBios, 2), 11) << "then the store grows";
+    for (const Slot slot : {4, 7, 11})
+        EXPECT_EQ(Keep(), slot) << "the freed ones, then the store grows";
 }
 
 TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
@@ -55,52 +47,42 @@ TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
         ViewNumber ActiveView;
         MessagePage Page;
         bool Filtered;
-        bool Answer;
         std::vector<std::string> Shown;
     } cases[] = {
-        {"nothing selected in that list", 1, MessagePage::NetBios, false, true, {}},
-        {"the tree", 6, MessagePage::NetBios, false, true, {}},
-        {"a NetBIOS list behind the syslog page", 2, MessagePage::Syslog, false, true, {}},
-        {"filtered",
-         2,
-         MessagePage::NetBios,
-         true,
-         true,
-         {"You cannot delete messages while a filter is active."}},
-        {"the user says no",
-         2,
-         MessagePage::NetBios,
-         false,
-         false,
-         {"Are you sure you want to delete the messages you have selected?"}},
+        {"nothing selected in that list", 1, MessagePage::NetBios, false, {}},
+        {"the tree", 6, MessagePage::NetBios, false, {}},
+        {"a NetBIOS list behind the syslog page", 2, MessagePage::Syslog, false, {}},
+        {"the same, filtered", 2, MessagePage::Syslog, true, {filterActive_}},
+        {"filtered", 2, MessagePage::NetBios, true, {filterActive_}},
+        {"the user says no", 2, MessagePage::NetBios, false, {deleteQuestion_}},
     };
     KeepTen();
     Received.List(2).Select(0, 9, true);
-    for (const auto& [why, activeView, page, filtered, answer, shown] : cases) {
+    Boxes.Answer = false;
+    for (const auto& [why, activeView, page, filtered, shown] : cases) {
         Boxes.Shown.clear();
-        Boxes.Answer = answer;
         filter_.Active = filtered;
         Received.ActiveView = activeView;
         Display.Page = page;
         commands_.DeleteMessages();
         EXPECT_EQ(Boxes.Shown, shown) << why;
         EXPECT_EQ(Received.List(2).Size(), 10U) << why;
-        EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 10) << why;
-        EXPECT_TRUE(Display.ListCalls.empty()) << why;
     }
+    EXPECT_TRUE(Display.ListCalls.empty());
 }
 
 /// The sleep belongs to the slice, not to the row.
 TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
     for (int i = 0; i < 50'000; ++i)
-        Keep(Received.NetBios, 0);
-    Received.List(0).Select(0, 49'999, true);
+        Keep();
+    Received.ActiveView = 2;
+    Received.List(2).Select(0, 49'999, true);
     Time.PerLook = std::chrono::microseconds(2);
     commands_.DeleteMessages();
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 0);
     EXPECT_GT(Time.Slept, std::chrono::milliseconds(0));
     EXPECT_LT(Time.Slept, std::chrono::milliseconds(500));
-    EXPECT_FALSE(Display.Enabled[0]);
+    EXPECT_FALSE(Display.Enabled[2]);
     ASSERT_FALSE(Display.Progress.empty());
     EXPECT_TRUE(std::is_sorted(Display.Progress.begin(), Display.Progress.end()));
     EXPECT_LE(Display.Progress.back().first, 50'000U);
@@ -108,24 +90,23 @@ TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
 }
 
 TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
+    const std::string eraseNetBios = "Are you sure you want to erase all of the NetBIOS messages received?";
+    const std::string eraseSyslog = "Are you sure you want to erase all of the syslog messages received?";
     const struct {
         MessagePage Page;
         bool Answer;
         bool Filtered;
-        const char* Shown;
-        std::int32_t NetBiosLeft;
-        std::int32_t SyslogLeft;
+        std::string Shown;
+        std::size_t NetBiosLeft;
+        std::size_t SyslogLeft;
     } cases[] = {
-        {MessagePage::NetBios, true, true, "You cannot delete messages while a filter is active.", 10, 1},
-        {MessagePage::NetBios, false, false,
-         "Are you sure you want to erase all of the NetBIOS messages received?", 10, 1},
-        {MessagePage::Consolidated, true, false,
-         "Are you sure you want to erase all of the syslog messages received?", 10, 0},
-        {MessagePage::NetBios, true, false,
-         "Are you sure you want to erase all of the NetBIOS messages received?", 0, 0},
+        {MessagePage::NetBios, true, true, filterActive_, 10, 1},
+        {MessagePage::NetBios, false, false, eraseNetBios, 10, 1},
+        {MessagePage::Consolidated, true, false, eraseSyslog, 10, 0},
+        {MessagePage::NetBios, true, false, eraseNetBios, 0, 0},
     };
     KeepTen();
-    Keep(Received.Syslog, 3);
+    KeepSyslog(AlarmRecord());
     for (const auto& [page, answer, filtered, shown, netBiosLeft, syslogLeft] : cases) {
         Boxes = FakeMessageBoxes();
         Boxes.Answer = answer;
@@ -133,15 +114,12 @@ TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
         Display.Page = page;
         commands_.ClearAllMessages();
         EXPECT_EQ(Boxes.Shown, std::vector<std::string>{shown});
-        EXPECT_EQ(Received.NetBios.Messages.MessageCount(), netBiosLeft);
-        EXPECT_EQ(Received.Syslog.Messages.MessageCount(), syslogLeft);
-        EXPECT_EQ(Received.List(2).Size(), static_cast<std::size_t>(netBiosLeft));
-        EXPECT_EQ(Received.List(3).Size(), static_cast<std::size_t>(syslogLeft));
+        EXPECT_EQ(RowCount(Received.NetBios), netBiosLeft);
+        EXPECT_EQ(RowCount(Received.Syslog), syslogLeft);
     }
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
     EXPECT_EQ(Received.Syslog.Messages.UpperBound(), 100);
-    EXPECT_EQ(Keep(Received.NetBios, 2), 1) << "slot 0 stays empty, freed slots are forgotten";
-    EXPECT_EQ(Received.NetBios.Rows.Texts().Size(), 1U);
+    EXPECT_EQ(Keep(), 1) << "slot 0 stays empty, freed slots are forgotten";
 }
 
 TEST(ServerLayout, FollowsItsRules) {

@@ -32,9 +32,23 @@ protected:
         const std::size_t line = text.rfind('\n');
         return line == std::string::npos ? text : text.substr(line + 1);
     }
-    /// "^" where there is one before, "v" where there is one behind.
-    std::string Arrows() const {
-        return std::string(details_.HasPrevious() ? "^" : "") + (details_.HasNext() ? "v" : "");
+    /// With "^" where there is one before and "v" where there is one behind.
+    std::string Now() const {
+        return Shown() + (details_.HasPrevious() ? "^" : "") + (details_.HasNext() ? "v" : "");
+    }
+    std::string Next() {
+        const bool stepped = details_.ShowNext();
+        return (stepped ? "to " : "at ") + Now();
+    }
+    std::string Previous() {
+        const bool stepped = details_.ShowPrevious();
+        return (stepped ? "to " : "at ") + Now();
+    }
+    std::string LookAgain() {
+        const MessageDetails::Found found = details_.LookAgain();
+        if (found == MessageDetails::Found::Nothing)
+            return "nothing";
+        return (found == MessageDetails::Found::Same ? "same " : "other ") + Now();
     }
     /// As the main window does when the user deletes.
     void Delete(ViewNumber view, const std::vector<Slot>& slots) {
@@ -65,20 +79,16 @@ TEST_F(MessageDetailsTest, StepsToBothEndsOfAListAndNoFurther) {
     EXPECT_FALSE(details_.Show(Errors, 99)) << "no such slot";
     EXPECT_FALSE(details_.Show(Errors + 1, 1)) << "another list's";
     ASSERT_TRUE(details_.Show(Errors, 2));
-    EXPECT_EQ(Shown() + Arrows(), "b^v");
-    EXPECT_TRUE(details_.ShowNext());
-    EXPECT_EQ(Shown() + Arrows(), "c^");
-    EXPECT_FALSE(details_.ShowNext());
-    EXPECT_EQ(Shown() + Arrows(), "c^");
-    EXPECT_TRUE(details_.ShowPrevious());
-    EXPECT_TRUE(details_.ShowPrevious());
-    EXPECT_EQ(Shown() + Arrows(), "av");
-    EXPECT_FALSE(details_.ShowPrevious());
-    EXPECT_EQ(Shown() + Arrows(), "av");
+    EXPECT_EQ(Now(), "b^v");
+    EXPECT_EQ(Next(), "to c^");
+    EXPECT_EQ(Next(), "at c^");
+    EXPECT_EQ(Previous(), "to b^v");
+    EXPECT_EQ(Previous(), "to av");
+    EXPECT_EQ(Previous(), "at av");
     Delete(Errors, {2, 3});
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
-    EXPECT_EQ(Shown() + Arrows(), "a") << "alone";
-    EXPECT_FALSE(details_.ShowNext() || details_.ShowPrevious());
+    EXPECT_EQ(LookAgain(), "same a") << "alone";
+    EXPECT_EQ(Next(), "at a");
+    EXPECT_EQ(Previous(), "at a");
 }
 
 TEST_F(MessageDetailsTest, FollowsTheRowAndNotItsNumber) {
@@ -87,18 +97,14 @@ TEST_F(MessageDetailsTest, FollowsTheRowAndNotItsNumber) {
     ASSERT_TRUE(details_.Show(Errors, 3));
     details_.NotePlace();
     Received.List(Errors).SortBy(MessageColumn::DateLogged);
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
-    EXPECT_EQ(Shown() + Arrows(), "3v") << "the newest is first now";
+    EXPECT_EQ(LookAgain(), "same 3v") << "the newest is first now";
     Arrive("9", 9);
     Arrive("0", 0);
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
-    EXPECT_EQ(Shown() + Arrows(), "3^v");
-    EXPECT_TRUE(details_.ShowPrevious());
-    EXPECT_EQ(Shown() + Arrows(), "9v");
-    EXPECT_TRUE(details_.ShowNext());
+    EXPECT_EQ(LookAgain(), "same 3^v");
+    EXPECT_EQ(Previous(), "to 9v");
+    EXPECT_EQ(Next(), "to 3^v");
     Delete(Errors, {4});
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
-    EXPECT_EQ(Shown() + Arrows(), "3v");
+    EXPECT_EQ(LookAgain(), "same 3v");
 }
 
 TEST_F(MessageDetailsTest, StepsThroughTheSiblingsInTheTreesOrder) {
@@ -107,40 +113,36 @@ TEST_F(MessageDetailsTest, StepsThroughTheSiblingsInTheTreesOrder) {
     Keep("elsewhere", "OTHER", 20);
     Keep("between", "PC", 20);
     ASSERT_TRUE(details_.Show(ConsolidatedView, 0));
-    EXPECT_EQ(Shown() + Arrows(), "late^") << "sorted, though nobody has opened the group";
-    EXPECT_TRUE(details_.ShowPrevious());
-    EXPECT_EQ(Shown() + Arrows(), "between^v");
-    EXPECT_TRUE(details_.ShowPrevious());
-    EXPECT_EQ(Shown() + Arrows(), "earlyv");
-    EXPECT_FALSE(details_.ShowPrevious());
+    EXPECT_EQ(Now(), "late^") << "sorted, though nobody has opened the group";
+    EXPECT_EQ(Previous(), "to between^v");
+    EXPECT_EQ(Previous(), "to earlyv");
+    EXPECT_EQ(Previous(), "at earlyv");
     Keep("latest", "PC", 40);
-    EXPECT_TRUE(details_.ShowNext() && details_.ShowNext() && details_.ShowNext());
-    EXPECT_FALSE(details_.ShowNext());
-    EXPECT_EQ(Shown() + Arrows(), "latest^");
+    EXPECT_TRUE(details_.ShowNext() && details_.ShowNext());
+    EXPECT_EQ(Next(), "to latest^");
+    EXPECT_EQ(Next(), "at latest^");
 }
 
 TEST_F(MessageDetailsTest, ShowsWhatTookThePlaceOfWhatWent) {
-    using Found = MessageDetails::Found;
     const struct {
         const char* What;
         ViewNumber View;
         Slot Of;
         std::vector<Slot> Gone;
-        Found Left;
         const char* Then;
     } cases[] = {
-        {"another one", SyslogErrors, 1, {0}, Found::Same, "1v"},
-        {"the first", SyslogErrors, 0, {0}, Found::Other, "1v"},
-        {"one between", SyslogErrors, 1, {1}, Found::Other, "2^"},
-        {"the last", SyslogErrors, 2, {2}, Found::Other, "1^"},
-        {"it and the others behind", SyslogErrors, 1, {1, 2}, Found::Other, "0"},
-        {"all", SyslogErrors, 1, {0, 1, 2}, Found::Nothing, ""},
-        {"the first leaf", ConsolidatedView, 0, {0}, Found::Other, "1v"},
-        {"a leaf between", ConsolidatedView, 1, {1}, Found::Other, "0v"},
-        {"the last leaf", ConsolidatedView, 2, {2}, Found::Other, "1^"},
-        {"all leaves of the computer", ConsolidatedView, 1, {0, 1, 2}, Found::Nothing, ""},
+        {"another one", SyslogErrors, 1, {0}, "same 1v"},
+        {"the first", SyslogErrors, 0, {0}, "other 1v"},
+        {"one between", SyslogErrors, 1, {1}, "other 2^"},
+        {"the last", SyslogErrors, 2, {2}, "other 1^"},
+        {"it and the others behind", SyslogErrors, 1, {1, 2}, "other 0"},
+        {"all", SyslogErrors, 1, {0, 1, 2}, "nothing"},
+        {"the first leaf", ConsolidatedView, 0, {0}, "other 1v"},
+        {"a leaf between", ConsolidatedView, 1, {1}, "other 0v"},
+        {"the last leaf", ConsolidatedView, 2, {2}, "other 1^"},
+        {"all leaves of the computer", ConsolidatedView, 1, {0, 1, 2}, "nothing"},
     };
-    for (const auto& [what, view, of, gone, left, then] : cases) {
+    for (const auto& [what, view, of, gone, then] : cases) {
         Received.ClearSyslog();
         for (int i = 0; i < 3; ++i)
             Keep(std::to_string(i), "PC", i);
@@ -148,8 +150,7 @@ TEST_F(MessageDetailsTest, ShowsWhatTookThePlaceOfWhatWent) {
         if (view == ConsolidatedView && gone.size() == 3)
             Keep("elsewhere", "OTHER");
         Delete(SyslogErrors, gone);
-        EXPECT_EQ(details_.LookAgain(), left) << what;
-        EXPECT_EQ(left == Found::Nothing ? "" : Shown() + Arrows(), then) << what;
+        EXPECT_EQ(LookAgain(), then) << what;
     }
 }
 
@@ -159,11 +160,10 @@ TEST_F(MessageDetailsTest, ASlotThatServesAgainIsNotTakenForTheOldOne) {
     ASSERT_TRUE(details_.Show(Errors, slot));
     Delete(Errors, {slot});
     ASSERT_EQ(Arrive("new"), slot);
-    EXPECT_FALSE(details_.ShowNext());
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
-    EXPECT_EQ(Shown(), "new");
+    EXPECT_EQ(Next(), "at old");
+    EXPECT_EQ(LookAgain(), "other new");
     Received.NetBios.Clear(0);
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Nothing);
+    EXPECT_EQ(LookAgain(), "nothing");
     EXPECT_EQ(Shown(), "new") << "until the window has gone";
 }
 
@@ -173,26 +173,22 @@ TEST_F(MessageDetailsTest, KeepsItsNotificationWhileTheViewsAreMadeAnew) {
         Keep(std::to_string(i), "PC", 10 - i);
     const std::vector<Slot> all = {0, 1, 2, 3, 4};
     for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
-        ShowAnew(all);
-        ASSERT_TRUE(details_.Show(view, 3));
-        EXPECT_EQ(Shown() + Arrows(), "3^v");
-        ShowAnew(all);
-        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Same);
-        EXPECT_EQ(Shown() + Arrows(), "3^v");
-        ShowAnew({0, 1, 2, 4});
-        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
-        EXPECT_EQ(Shown(), "4") << "the row that moved up; the leaf that stands before";
-        ShowAnew(all);
-        ASSERT_TRUE(details_.Show(view, 3));
-        // The groups are numbered anew, and the one that was the second computer's is the first's.
-        ShowAnew({1, 2, 4});
-        EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Other);
-        EXPECT_EQ(Shown(), "4");
+        // The row that moved up; the leaf that stands before.
+        const std::string after = view == SyslogErrors ? "other 4^" : "other 4v";
+        for (const std::vector<Slot>& without : {std::vector<Slot>{0, 1, 2, 4}, std::vector<Slot>{1, 2, 4}}) {
+            ShowAnew(all);
+            ASSERT_TRUE(details_.Show(view, 3));
+            ShowAnew(all);
+            EXPECT_EQ(LookAgain(), "same 3^v");
+            // Without the first the groups are numbered anew: the second computer's number is the first's.
+            ShowAnew(without);
+            EXPECT_EQ(LookAgain(), after);
+        }
     }
     ShowAnew(all);
     ASSERT_TRUE(details_.Show(ConsolidatedView, 3));
     ShowAnew({0});
-    EXPECT_EQ(details_.LookAgain(), MessageDetails::Found::Nothing) << "its computer shows nothing any more";
+    EXPECT_EQ(LookAgain(), "nothing") << "its computer shows nothing any more";
 }
 
 TEST_F(MessageDetailsTest, FillsTheCurrentAlarmAsTheChannelReads) {
@@ -201,9 +197,7 @@ TEST_F(MessageDetailsTest, FillsTheCurrentAlarmAsTheChannelReads) {
     ASSERT_TRUE(details_.Show(Errors, Arrive(netBios)));
     AlarmRecord alarm;
     details_.FillCurrentAlarm(alarm, AlarmDate());
-    EXPECT_EQ(alarm.AlarmName, "Disk (C:)");
-    EXPECT_EQ(alarm.Computer, "PC");
-    EXPECT_EQ(alarm.Description, "a\r\nb");
+    EXPECT_EQ(alarm.AlarmName + "|" + alarm.Computer + "|" + alarm.Description, "Disk (C:)|PC|a\r\nb");
     Keep("what happened", "X", 5);
     for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
         ASSERT_TRUE(details_.Show(view, 0));
@@ -215,22 +209,11 @@ TEST_F(MessageDetailsTest, FillsTheCurrentAlarmAsTheChannelReads) {
 }
 
 TEST(IsTabularTest, AsksForColumnsOnlyInsideLines) {
-    const struct {
-        const char* Text;
-        bool Tabular;
-    } cases[] = {
-        {"", false},
-        {"two  blanks", false},
-        {"a   b", true},
-        {"a\tb", true},
-        {"a \t b", true},
-        {"\tindented\r\n   indented", false},
-        {"trailing   \r\ntab\t\r\n", false},
-        {"a \r\n  b", false},
-        {"one line\r\nname:\tvalue", true},
-    };
-    for (const auto& [text, tabular] : cases)
-        EXPECT_EQ(IsTabular(text), tabular) << text;
+    for (const char* const text : {"a   b", "a\tb", "a \t b", "one line\r\nname:\tvalue"})
+        EXPECT_TRUE(IsTabular(text)) << text;
+    for (const char* const text :
+         {"", "two  blanks", "\tindented\r\n   indented", "trailing   \r\ntab\t\r\n", "a \r\n  b"})
+        EXPECT_FALSE(IsTabular(text)) << text;
 }
 
 TEST(LongestWordTest, CountsFromGapToGap) {

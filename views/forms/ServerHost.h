@@ -4,7 +4,7 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// What the main window asks when it is to go.
+/// What the main window asks and tells when it is to go or to come back.
 class ServerLifetime {
 public:
     virtual ~ServerLifetime() = default;
@@ -12,6 +12,11 @@ public:
     virtual bool QueryUnload(bool byUser) = 0;
     /// The window has closed.
     virtual void Unload() = 0;
+    /// The window has been minimised, by whatever way; true where it is to be hidden, since something else
+    /// will bring it back.
+    virtual bool Minimized() = 0;
+    /// The user has brought the minimised window back by himself.
+    virtual void Restored() = 0;
 };
 
 /// The commands that lead out of the main window; a dialog has closed again when its command returns.

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <string>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 
@@ -66,6 +67,7 @@ frmMessage::frmMessage(const Parts& parts, QWidget* parent)
     : QDialog(parent), parts_(parts), details_(parts.Received), txtMessage(new QPlainTextEdit(this)) {
     setObjectName(QStringLiteral("frmMessage"));
     setWindowTitle(QStringLiteral("Full Message Contents"));
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::Details));
     txtMessage->setObjectName(QStringLiteral("txtMessage"));
     txtMessage->setAccessibleName(QStringLiteral("Message"));
     txtMessage->setReadOnly(true);

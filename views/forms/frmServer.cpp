@@ -14,6 +14,7 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "desktop/HelpContexts.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 #include "views/forms/ArrivalTimer.h"
@@ -52,10 +53,13 @@ void ResizeIfFits(QWidget* widget, int width, int height) {
 }  // namespace
 
 frmServer::frmServer(ServerLifetime& lifetime)
-    : lifetime_(lifetime), bars_(*this, [this](ServerCommand command) { Do(command); }) {
+    : lifetime_(lifetime),
+      hiding_(*this, lifetime),
+      bars_(*this, [this](ServerCommand command) { Do(command); }) {
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
     setWindowIcon(ConsoleIcon());
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::MainWindow));
     setContextMenuPolicy(Qt::NoContextMenu);
     BuildPages();
     BuildStatusBar();
@@ -95,7 +99,11 @@ void frmServer::BuildPages() {
     }
     fraConsolidated =
         addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
-    connect(tabMessageTypes, &QTabWidget::currentChanged, this, &frmServer::PlaceParts);
+    connect(tabMessageTypes, &QTabWidget::currentChanged, this, [this] {
+        const bool tree = CurrentPage() == MessagePage::Consolidated;
+        setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
+        PlaceParts();
+    });
 }
 
 void frmServer::BuildStatusBar() {
@@ -384,6 +392,15 @@ void frmServer::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::FontChange && tabMessageTypes != nullptr)
         LayOut();
+}
+
+/// What follows from another state comes once the change is done: it may hide the window.
+bool frmServer::event(QEvent* event) {
+    const bool handled = QMainWindow::event(event);
+    if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
+        QMetaObject::invokeMethod(
+            this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
+    return handled;
 }
 
 void frmServer::showEvent(QShowEvent* event) {

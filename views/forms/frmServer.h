@@ -15,6 +15,7 @@
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
+#include "views/forms/WindowHiding.h"
 
 class QGroupBox;
 class QLabel;
@@ -69,11 +70,14 @@ public:
     void HandleDatagrams();
 
     CommandQueue& Commands() { return queue_; }
+    /// Does what the user commands, at once or when its turn comes.
+    void Do(ServerCommand command);
+    WindowHiding& Hiding() { return hiding_; }
 
     /// Takes in the rows that came, then lets waiting events run.
     void RunPendingEvents();
 
-    bool IsVisible() const override { return isVisible(); }
+    bool IsVisible() const override { return isVisible() && !isMinimized(); }
     MessagePage CurrentPage() const override;
     std::optional<std::int32_t> SelectedSlot(ViewNumber list) const override;
     void ShowPanel(StatusPanel panel, std::string_view text) override;
@@ -93,6 +97,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void BuildPages();
@@ -100,7 +105,6 @@ private:
     void BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView);
     void ConnectList(ViewNumber view);
 
-    void Do(ServerCommand command);
     void Execute(ServerCommand command);
     void Close(bool byUser);
 
@@ -116,6 +120,7 @@ private:
     Twips InTwips(int pixels) const;
 
     ServerLifetime& lifetime_;
+    WindowHiding hiding_;
     std::unique_ptr<const Parts> parts_;
     CommandQueue queue_;
     std::set<ServerCommand> asked_;  ///< which of the commands wait

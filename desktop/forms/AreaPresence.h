@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace tallyhorn {
+
+/// Looks whether the desktop has a notification area that Qt's icon can appear in, now.
+/// User-interface thread only; never blocks but for half a second at its making.
+class AreaPresence {
+public:
+    virtual ~AreaPresence() = default;
+    /// The area of the sort that was decided on, of any sort until then: another number for each one in which
+    /// an icon has to be made anew, nothing where there is none.
+    virtual std::optional<std::uint32_t> Area() = 0;
+    /// Qt decides once in a program's life, with its first icon, on the best sort of area that it finds then,
+    /// and stays with it: to be called as that icon is made.
+    virtual void Decide() = 0;
+    /// Whether the area of that sort shows the icon's menu, which it has to be given.
+    virtual bool ShowsMenu() const = 0;
+    /// Whether a single press of the area's own choice is what opens the program.
+    virtual bool OpensAtOnce() const = 0;
+};
+
+std::unique_ptr<AreaPresence> MakeAreaPresence();
+
+}  // namespace tallyhorn

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QPointer>
+
+#include "desktop/forms/frmHelp.h"
+#include "platform/HelpViewer.h"
+
+namespace tallyhorn {
+
+/// The console's own help window, for systems that bring none; one at a time.  User-interface thread only.
+class OwnHelpViewer final : public HelpViewer {
+public:
+    ~OwnHelpViewer() override;
+
+    HelpOutcome OpenWinHelp(const Request& request) override;
+    HelpOutcome OpenHtmlHelp(const Request& request) override;
+
+private:
+    QPointer<frmHelp> window_;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,73 @@
+#include "desktop/forms/AreaPresence.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <cstdlib>
+#include <string_view>
+
+#include "desktop/forms/linux/ItemHosts.h"
+
+namespace tallyhorn {
+namespace {
+
+template <class Reply>
+struct FreeReply {
+    void operator()(Reply* reply) const { std::free(reply); }
+};
+template <class Reply>
+using ReplyPointer = std::unique_ptr<Reply, FreeReply<Reply>>;
+
+xcb_connection_t* XConnection() {
+    auto* const x = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x != nullptr ? x->connection() : nullptr;
+}
+
+/// The window that owns the selection which stands for the X screen's tray.
+std::optional<std::uint32_t> XTray() {
+    xcb_connection_t* const x = XConnection();
+    if (x == nullptr)
+        return std::nullopt;
+    constexpr std::string_view Selection = "_NET_SYSTEM_TRAY_S0";
+    const ReplyPointer<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(Selection.size()), Selection.data()), nullptr));
+    if (atom == nullptr)
+        return std::nullopt;
+    const ReplyPointer<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, atom->atom), nullptr));
+    if (owner == nullptr || owner->owner == XCB_NONE)
+        return std::nullopt;
+    return owner->owner;
+}
+
+/// Hosts of status notifier items on the session bus, which Qt prefers, or the X screen's tray.
+class LinuxPresence final : public AreaPresence {
+public:
+    std::optional<std::uint32_t> Area() override {
+        // Qt sees by itself to it that its item is registered with each new host.
+        const std::optional<std::uint32_t> items = hosts_.HasHost() ? std::optional(0U) : std::nullopt;
+        if (decided_)
+            return itemsDecided_ ? items : XTray();
+        return items ? items : XTray();
+    }
+    void Decide() override {
+        if (!decided_)
+            itemsDecided_ = hosts_.HasHost();
+        decided_ = true;
+    }
+    bool ShowsMenu() const override { return itemsDecided_; }
+    bool OpensAtOnce() const override { return itemsDecided_; }
+
+private:
+    ItemHosts hosts_;
+    bool decided_ = false;
+    bool itemsDecided_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<AreaPresence> MakeAreaPresence() {
+    return std::make_unique<LinuxPresence>();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,60 @@
+#include "desktop/forms/linux/ItemHosts.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QGuiApplication>
+
+namespace tallyhorn {
+namespace {
+
+/// The watcher's names, of its service and of its interface alike.
+const QString Watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString WatcherPath = QStringLiteral("/StatusNotifierWatcher");
+/// The bus is on this machine; a watcher that takes longer at the start counts as none until it answers.
+constexpr int FirstAnswerWithin = 500;
+
+QDBusMessage Question() {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        Watcher, WatcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << Watcher << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    return question;
+}
+
+/// Qt has no icons of this sort elsewhere.
+bool IsDesktopOfItems() {
+    const QString platform = QGuiApplication::platformName();
+    return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));
+}
+
+}  // namespace
+
+ItemHosts::ItemHosts() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!IsDesktopOfItems() || !bus.isConnected())
+        return;
+    auto* const owners =
+        new QDBusServiceWatcher(Watcher, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this, &ItemHosts::Ask);
+    for (const char* const change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+        bus.connect(Watcher, WatcherPath, Watcher, QLatin1String(change), this, SLOT(Ask()));
+    TakeAnswer(bus.call(Question(), QDBus::Block, FirstAnswerWithin));
+}
+
+void ItemHosts::Ask() {
+    auto* const answer =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(Question()), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        TakeAnswer(answer->reply());
+        answer->deleteLater();
+    });
+}
+
+void ItemHosts::TakeAnswer(const QDBusMessage& answer) {
+    hasHost_ = answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty() &&
+               answer.arguments().first().value<QDBusVariant>().variant().toBool();
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,34 @@
+// What a help file tells about itself: whatever its bytes are, reading ends, stays within the bounds, and
+// gives nothing that does not stand in them.
+
+#include "desktop/HelpTables.h"
+
+#include <algorithm>
+
+#include "fuzz/Require.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    using namespace tallyhorn;
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+
+    const std::vector<HelpEntry> entries = ParseHelpContents(bytes);
+    Require(entries.size() <= MostHelpEntries);
+    for (const HelpEntry& entry : entries) {
+        Require(!entry.Name.empty() && entry.Name.size() + entry.Local.size() <= size);
+        Require(entry.Depth >= 0 && entry.Depth <= DeepestHelpEntry);
+    }
+
+    // A table and the texts that it points into, divided anywhere.
+    const std::size_t middle = size == 0 ? 0 : data[0] % size;
+    const std::string_view strings = bytes.substr(middle);
+    for (const auto& [number, page] : ParseHelpContexts(bytes.substr(0, middle), strings))
+        Require(strings.find(page) != std::string_view::npos);
+
+    const HelpFacts facts = ParseHelpFacts(bytes);
+    for (const std::string& text : {facts.ContentsFile, facts.StartPage, facts.Title})
+        Require(bytes.find(text) != std::string_view::npos);
+
+    const auto tags = std::count(bytes.begin(), bytes.end(), '>');
+    Require(IsModestHtml(bytes) || tags > 0);
+    return 0;
+}

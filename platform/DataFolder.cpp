@@ -1,0 +1,67 @@
+#include "platform/DataFolder.h"
+
+#include <system_error>
+
+namespace tallyhorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* FolderName = "tallyhorn-console";
+
+/// Null or an error stands for none.
+bool IsFolder(const fs::path& path) {
+    std::error_code none;
+    return fs::is_directory(path, none);
+}
+
+/// Also where another program is quicker.
+std::optional<SystemError> MakeFolders(const fs::path& folder) {
+    if (IsFolder(folder))
+        return std::nullopt;
+    const fs::path above = folder.parent_path();
+    if (!above.empty() && above != folder) {
+        if (std::optional<SystemError> error = MakeFolders(above))
+            return error;
+    }
+    if (MakePrivateFolder(folder))
+        return std::nullopt;
+    const SystemError error = LastSystemError();
+    return IsFolder(folder) ? std::nullopt : std::optional(error);
+}
+
+}  // namespace
+
+fs::path ChooseDataFolder(const fs::path& program) {
+    if (MayWriteInto(program))
+        return program;
+    const fs::path data = UserDataFolder();
+    return data.empty() ? data : data / FolderName;
+}
+
+std::optional<SystemError> MakeDataFolder(const fs::path& folder) {
+    if (std::optional<SystemError> error = MakeFolders(folder))
+        return error;
+    return MayWriteInto(folder) ? std::nullopt : std::optional(LastSystemError());
+}
+
+fs::path FindOwnFile(const std::vector<fs::path>& folders, const std::string& name) {
+    fs::path path;
+    for (const fs::path& folder : folders) {
+        path = folder / name;
+        std::error_code none;
+        if (fs::is_regular_file(path, none))
+            break;
+    }
+    return path;
+}
+
+std::string DesktopDataFolder(std::string_view data, std::string_view home, std::string_view accountHome) {
+    if (data.starts_with('/'))
+        return std::string(data);
+    if (!home.starts_with('/'))
+        home = accountHome;
+    return home.starts_with('/') ? std::string(home) + "/.local/share" : "";
+}
+
+}  // namespace tallyhorn

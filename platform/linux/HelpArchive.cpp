@@ -1,0 +1,151 @@
+#include "platform/HelpArchive.h"
+
+#include <chm_lib.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "platform/linux/FileDescriptor.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::uint64_t LargestFile = 1024ULL * 1024;
+constexpr std::size_t LargestWhole = 16ULL * 1024 * 1024;
+constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
+constexpr rlim_t MostSeconds = 5;
+
+bool WriteAll(int to, const void* bytes, std::size_t size) {
+    const char* rest = static_cast<const char*>(bytes);
+    while (size > 0) {
+        const ssize_t written = write(to, rest, size);
+        if (written <= 0)
+            return false;
+        rest += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+bool WriteText(int to, const char* bytes, std::uint64_t size) {
+    return WriteAll(to, &size, sizeof size) && WriteAll(to, bytes, size);
+}
+
+/// What the library calls for each file.
+int SendFile(chmFile* archive, chmUnitInfo* unit, void* context) {
+    const int to = *static_cast<const int*>(context);
+    // What begins otherwise is the archive's own.
+    if (unit->path[0] != '/' || unit->length == 0 || unit->length > LargestFile)
+        return CHM_ENUMERATOR_CONTINUE;
+    std::vector<unsigned char> bytes(unit->length);
+    const LONGINT64 size =
+        chm_retrieve_object(archive, unit, bytes.data(), 0, static_cast<LONGINT64>(bytes.size()));
+    if (size != static_cast<LONGINT64>(bytes.size()))
+        return CHM_ENUMERATOR_CONTINUE;
+    const std::string_view path(unit->path);
+    return WriteText(to, path.data(), path.size()) &&
+                   WriteText(to, reinterpret_cast<const char*>(bytes.data()), bytes.size())
+               ? CHM_ENUMERATOR_CONTINUE
+               : CHM_ENUMERATOR_FAILURE;
+}
+
+void Limit(__rlimit_resource what, rlim_t most) {
+    const rlimit limit{most, most};
+    setrlimit(what, &limit);
+}
+
+/// The child's whole life.
+[[noreturn]] void SendFiles(const char* file, int to) {
+    rlim_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    Limit(RLIMIT_AS, pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + MostMemory);
+    Limit(RLIMIT_CPU, MostSeconds);
+    Limit(RLIMIT_CORE, 0);
+    // Nobody has to read how it failed.
+    if (const int nowhere = open("/dev/null", O_WRONLY); nowhere >= 0)
+        dup2(nowhere, STDERR_FILENO);
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT})
+        signal(fault, SIG_DFL);
+    chmFile* const archive = chm_open(file);
+    const bool sent =
+        archive != nullptr && chm_enumerate(archive, CHM_ENUMERATE_ALL, SendFile, const_cast<int*>(&to)) == 1;
+    _exit(sent ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+std::string ReadAll(int from) {
+    std::string all;
+    std::vector<char> some(64ULL * 1024);
+    while (all.size() < LargestWhole) {
+        const ssize_t read = ::read(from, some.data(), some.size());
+        if (read < 0 && errno == EINTR)
+            continue;
+        if (read <= 0)
+            break;
+        all.append(some.data(), static_cast<std::size_t>(read));
+    }
+    return all;
+}
+
+std::optional<std::string_view> TakeText(std::string_view& bytes) {
+    std::uint64_t size = 0;
+    if (bytes.size() < sizeof size)
+        return std::nullopt;
+    bytes.copy(reinterpret_cast<char*>(&size), sizeof size);
+    bytes.remove_prefix(sizeof size);
+    if (size > bytes.size())
+        return std::nullopt;
+    const std::string_view text = bytes.substr(0, size);
+    bytes.remove_prefix(size);
+    return text;
+}
+
+HelpFiles TakeFiles(std::string_view bytes) {
+    HelpFiles files;
+    while (auto path = TakeText(bytes)) {
+        const auto content = TakeText(bytes);
+        if (!content)
+            break;
+        files.emplace(path->substr(1), *content);
+    }
+    return files;
+}
+
+}  // namespace
+
+/// The library trusts what it reads: lengths, pages that follow each other, divisors.  So a child process
+/// unpacks, within limits of memory and time, and whatever becomes of it this one goes on.
+HelpFiles UnpackHelpFile(const std::filesystem::path& file) {
+    std::error_code error;
+    int ends[2];
+    if (!std::filesystem::is_regular_file(file, error) || pipe2(ends, O_CLOEXEC) != 0)
+        return {};
+    const FileDescriptor from(ends[0]);
+    std::optional<FileDescriptor> to(ends[1]);
+    const pid_t child = fork();
+    if (child == 0)
+        SendFiles(file.c_str(), ends[1]);
+    to.reset();
+    if (child < 0)
+        return {};
+    const std::string sent = ReadAll(from.Get());
+    if (sent.size() >= LargestWhole)
+        kill(child, SIGKILL);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    const bool whole = WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
+    return whole ? TakeFiles(sent) : HelpFiles();
+}
+
+}  // namespace tallyhorn

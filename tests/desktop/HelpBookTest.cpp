@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <regex>
+#include <set>
+
+#include "desktop/HelpBook.h"
+#include "platform/HelpViewer.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+/// The help file as it was built.
+class HelpBookTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (MakeSystemHelpViewer() != nullptr)
+            GTEST_SKIP() << "this system reads help files itself";
+        book_ = HelpBook::Open(TALLYHORN_HELP);
+        ASSERT_NE(book_, nullptr);
+    }
+
+    /// What the page's markup names in attributes of this kind.
+    static std::set<std::string> Named(const std::string& html, const std::string& attribute) {
+        const std::regex quoted(attribute + "=\"([^\"]*)\"");
+        std::set<std::string> names;
+        for (auto match = std::sregex_iterator(html.begin(), html.end(), quoted);
+             match != std::sregex_iterator(); ++match)
+            names.insert((*match)[1]);
+        return names;
+    }
+
+    void ExpectPlace(const std::string& place, const std::string& from) {
+        const std::size_t hash = std::min(place.find('#'), place.size());
+        const std::string page = hash == 0 ? from : place.substr(0, hash);
+        const std::string html = book_->Read(page);
+        ASSERT_FALSE(html.empty()) << place << " in " << from;
+        EXPECT_TRUE(hash == place.size() || Named(html, "name").contains(place.substr(hash + 1)))
+            << place << " in " << from;
+    }
+
+    std::unique_ptr<HelpBook> book_;
+};
+
+TEST_F(HelpBookTest, EveryLinkPictureAndLineOfTheContentsLeadsSomewhere) {
+    const std::vector<std::string> pages = book_->Pages();
+    EXPECT_GE(pages.size(), 14U);
+    for (const std::string& page : pages) {
+        const std::string html = book_->Read(page);
+        EXPECT_TRUE(IsModestHtml(html)) << page;
+        for (const std::string& link : Named(html, "href"))
+            ExpectPlace(link, page);
+        for (const std::string& picture : Named(html, "src"))
+            EXPECT_TRUE(book_->Read(picture).starts_with("\x89PNG")) << picture;
+    }
+    for (const HelpEntry& entry : book_->Contents())
+        ExpectPlace(entry.Local, "the contents");
+    EXPECT_EQ(book_->Title(), "Tallyhorn Listener Console Help");
+    EXPECT_EQ(book_->StartPage(), pages.front());
+}
+
+TEST_F(HelpBookTest, EachNumberHasAPageOfItsOwnThatTheContentsList) {
+    const std::vector<std::string> pages = book_->Pages();
+    std::set<std::string> numbered;
+    for (const auto& [number, page] : ParseHelpContexts(book_->Read("#IVB"), book_->Read("#STRINGS"))) {
+        EXPECT_EQ(book_->PageOf(number), page);
+        EXPECT_NE(std::find(pages.begin(), pages.end(), page), pages.end()) << number << " " << page;
+        numbered.insert(page);
+    }
+    EXPECT_EQ(numbered.size(), pages.size());
+    EXPECT_EQ(book_->PageOf(10), "main-window.html");
+    EXPECT_EQ(book_->PageOf(12345), book_->StartPage());
+}
+
+/// Whatever is in the file: it is read or refused, soon and without harm.
+TEST_F(HelpBookTest, BrokenFilesAreReadOrRefused) {
+    const std::string whole = ReadBytes(TALLYHORN_HELP);
+    const TemporaryFolder folder;
+    const auto look = [&folder](const std::string& bytes) {
+        WriteBytes(folder / "broken.CHM", bytes);
+        const auto book = HelpBook::Open(folder / "broken.CHM");
+        std::size_t read = 0;
+        for (const std::string& page : book == nullptr ? std::vector<std::string>() : book->Pages())
+            read += book->Read(page).size();
+        return std::pair(book != nullptr, read);
+    };
+    const auto [opened, read] = look(whole);
+    EXPECT_TRUE(opened);
+    EXPECT_GT(read, 20'000U);
+    for (const std::size_t length : {0U, 1U, 0x37U, 0x60U, 0x100U})
+        EXPECT_FALSE(look(whole.substr(0, length)).first) << length;
+    std::mt19937 random(7);
+    // Headers and the directory stand in front.
+    std::uniform_int_distribution<std::size_t> anywhere(0, whole.size() - 1);
+    std::uniform_int_distribution<std::size_t> early(0, 0x4000);
+    for (int i = 0; i < 100; ++i) {
+        std::string broken = whole;
+        for (int change = 0; change < 3; ++change)
+            broken[i % 4 == 0 ? anywhere(random) : early(random)] = static_cast<char>(random());
+        EXPECT_LE(look(broken).second, 2 * read);
+    }
+    EXPECT_EQ(HelpBook::Open(folder.Path()), nullptr);
+    EXPECT_EQ(HelpBook::Open("/dev/zero"), nullptr);
+}
+
+TEST(HelpTables, HostileContentsAndPagesStayWithinBounds) {
+    std::string deep;
+    for (int i = 0; i < 5000; ++i)
+        deep +=
+            "<UL><LI><OBJECT><param name=\"Name\" value=\"&lt;a&amp;\"><PARAM name=\"Local\" "
+            "value=\"p\"></OBJECT>";
+    const std::vector<HelpEntry> entries = ParseHelpContents(deep);
+    EXPECT_EQ(entries.size(), MostHelpEntries);
+    EXPECT_EQ(entries.back().Name, "<a&");
+    EXPECT_LE(entries.back().Depth, DeepestHelpEntry);
+
+    const std::pair<std::string, bool> pages[] = {
+        {"<table><tr><td width=\"9999\">2123456789</td></tr></table>", true},
+        {"<td colspan=\"99999\">", false},
+        {"<table><table><table><table><table>", false},
+        {"<table></table><table></table><table></table><table></table><table></table>", true},
+    };
+    for (const auto& [html, modest] : pages)
+        EXPECT_EQ(IsModestHtml(html), modest) << html;
+    EXPECT_FALSE(IsModestHtml(deep + deep));
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,88 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "desktop/Help.h"
+#include "tests/fakes/FakeHelpViewer.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+class HelpTest : public ::testing::Test {
+protected:
+    FakeHelpViewer viewer_;
+    FakeMessageBoxes boxes_;
+    Help help_{viewer_, boxes_};
+};
+
+TEST_F(HelpTest, TheEndOfTheFilesNameChoosesTheViewerAndItsCommand) {
+    const struct {
+        const char* File;
+        HelpContext Context;
+        const char* Kind;
+        unsigned Command;
+    } cases[] = {
+        {"a/THListen.CHM", HelpContext::MainWindow, "HtmlHelp", 15},
+        {"a/THListen.CHM", HelpContext::Contents, "HtmlHelp", 15},
+        {"a/THListen.HLP", HelpContext::MainWindow, "WinHelp", 1},
+        {"a/THListen.HLP", HelpContext::Contents, "WinHelp", 11},
+        {"a/THListen.hlp", HelpContext::MainWindow, "HtmlHelp", 15},
+        {"HLP", HelpContext::Troubles, "WinHelp", 1},
+        {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15},
+    };
+    for (const auto& wanted : cases) {
+        SCOPED_TRACE(wanted.File);
+        viewer_.Requests.clear();
+        help_.SetHelpFile(wanted.File);
+        help_.ShowHelp(wanted.Context, 4711);
+        ASSERT_EQ(viewer_.Requests.size(), 1U);
+        const auto& [kind, request] = viewer_.Requests[0];
+        EXPECT_EQ(kind, wanted.Kind);
+        EXPECT_EQ(request.Command, wanted.Command);
+        EXPECT_EQ(request.File, wanted.File);
+        EXPECT_EQ(request.Context, HelpNumber(wanted.Context));
+        EXPECT_EQ(request.Owner, 4711U);
+    }
+    EXPECT_TRUE(boxes_.Shown.empty());
+}
+
+TEST_F(HelpTest, TheFileLiesInTheConsolesFolderOrElseInTheProgramsOwn) {
+    const TemporaryFolder folder;
+    const TemporaryFolder program;
+    help_.SetHelpFile(folder.Path(), program.Path());
+    EXPECT_EQ(help_.HelpFile().filename(), "THListen.CHM");
+    std::ofstream(program / "THListen.CHM") << "x";
+    help_.SetHelpFile(folder.Path(), program.Path());
+    EXPECT_EQ(help_.HelpFile(), program / "THListen.CHM");
+    std::ofstream(folder / "THListen.CHM") << "x";
+    help_.SetHelpFile(folder.Path(), program.Path());
+    EXPECT_EQ(help_.HelpFile(), folder / "THListen.CHM");
+}
+
+TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
+    const std::pair<HelpOutcome, const char*> cases[] = {{HelpOutcome::NoFile, "could not be found"},
+                                                         {HelpOutcome::BadFile, "is damaged"},
+                                                         {HelpOutcome::NoViewer, "has no viewer"}};
+    help_.SetHelpFile("THListen.CHM");
+    for (const auto& [outcome, words] : cases) {
+        viewer_.Outcome = outcome;
+        boxes_.Shown.clear();
+        help_.ShowHelp(HelpContext::Contents, 0);
+        ASSERT_EQ(boxes_.Shown.size(), 1U) << words;
+        EXPECT_NE(boxes_.Shown[0].find(words), std::string::npos) << boxes_.Shown[0];
+    }
+}
+
+TEST(SystemHelpViewer, SaysThatAFileIsMissing) {
+    const std::unique_ptr<HelpViewer> viewer = MakeSystemHelpViewer();
+    if (viewer == nullptr)
+        GTEST_SKIP() << "this system has none";
+    const TemporaryFolder folder;
+    EXPECT_EQ(viewer->OpenHtmlHelp({folder / "none.CHM", 15, 10, 0}), HelpOutcome::NoFile);
+    EXPECT_EQ(viewer->OpenWinHelp({folder / "none.HLP", 1, 10, 0}), HelpOutcome::NoFile);
+}
+
+}  // namespace
+}  // namespace tallyhorn

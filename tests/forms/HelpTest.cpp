@@ -1,0 +1,282 @@
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTreeWidget>
+#include <set>
+
+#include "app/QtMessageBoxes.h"
+#include "desktop/forms/HelpPageView.h"
+#include "desktop/forms/OwnHelpViewer.h"
+#include "forms/AnsiString.h"
+#include "tests/forms/ConsoleFixture.h"
+
+namespace tallyhorn {
+namespace {
+
+class HelpKeysTest : public ConsoleFixture {
+protected:
+    /// The number that F1 asks for where the focus is.
+    unsigned F1In(QWidget& window) {
+        help_.Requests.clear();
+        QWidget* const focus = window.focusWidget();
+        QTest::keyClick(focus != nullptr ? focus : &window, Qt::Key_F1);
+        return help_.Requests.size() == 1 ? help_.Requests[0].What.Context : 0;
+    }
+    void ExpectInDialog(const std::string& command, HelpContext context) {
+        InDialog([this, context](QWidget& dialog) {
+            EXPECT_EQ(F1In(dialog), HelpNumber(context));
+            dialog.close();
+        });
+        Command(command);
+    }
+};
+
+TEST_F(HelpKeysTest, F1AsksForThePageOfTheWindowThatHasTheFocus) {
+    Start();
+    Arrive("Disk fault", "Error");
+    Poll();
+    AwaitShown();
+    EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::MainWindow));
+    ShowPage(2);
+    EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::Tree));
+    EXPECT_EQ(help_.Requests[0].What.Owner, Dialog().winId());
+    ShowPage(0);
+    Command("help");
+    EXPECT_EQ(help_.Requests.back().What.Context, 10U);
+
+    ExpectInDialog("mnuOptions_Preferences", HelpContext::Preferences);
+    ExpectInDialog("mnuEdit_Filter", HelpContext::ViewFilter);
+    ExpectInDialog("mnuEdit_DropFilters", HelpContext::FilterManager);
+    InDialog([this](QWidget& dialog) {
+        dialog.findChild<QAbstractButton*>("cmdAdd")->click();
+        EXPECT_EQ(F1In(dialog), HelpNumber(HelpContext::FilterEditor));
+        dialog.close();
+    });
+    Command("mnuEdit_DropFilters");
+
+    ClickRow(List(0), 0);
+    Command("mnuFile_ViewMsg");
+    auto* const details = Find<QDialog>("frmMessage");
+    EXPECT_EQ(F1In(*details), HelpNumber(HelpContext::Details));
+    QtMessageBoxes boxes;
+    InDialog([this](QWidget& box) {
+        EXPECT_EQ(F1In(box), HelpNumber(HelpContext::Troubles));
+        box.close();
+    });
+    boxes.Warn("text");
+
+    QMenu* const menu = Find<QMenu>("mnuFile");
+    menu->popup(QPoint(10, 10));
+    EXPECT_EQ(F1In(*menu), HelpNumber(HelpContext::MainWindow));
+    EXPECT_FALSE(menu->isVisible());
+    QTest::keyClick(&Dialog(), Qt::Key_F1, Qt::ShiftModifier);
+    EXPECT_EQ(help_.Requests.size(), 1U);
+}
+
+TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
+    Start();
+    help_.Outcome = HelpOutcome::NoFile;
+    Command("mnuHelp_HelpFile");
+    ASSERT_FALSE(boxes_.Shown.empty());
+    EXPECT_NE(boxes_.Shown.back().find("THListen.CHM could not be found"), std::string::npos);
+}
+
+/// What the windows say, against what the help says.
+class HelpTextTest : public HelpKeysTest {
+protected:
+    void SetUp() override {
+        const auto book = HelpBook::Open(TALLYHORN_HELP);
+        ASSERT_NE(book, nullptr);
+        const HelpPageView view(*book, nullptr);
+        for (const std::string& page : book->Pages())
+            helpText_ += view.PlainText(page).simplified() + '\n';
+    }
+    void ExpectExplained(QString caption) {
+        caption = WithoutAccessKey(caption).simplified();
+        if (caption.endsWith(QLatin1Char(':')) && !helpText_.contains(caption))
+            caption.chop(1);
+        EXPECT_TRUE(caption.size() < 2 || helpText_.contains(caption)) << caption.toStdString();
+        ++captions_;
+    }
+    void ExpectAllExplained(const QWidget& window) {
+        ExpectExplained(window.windowTitle());
+        for (const auto* const action : window.findChildren<QAction*>())
+            ExpectExplained(action->text());
+        for (const auto* const button : window.findChildren<QAbstractButton*>()) {
+            ExpectExplained(button->text());
+            if (button->objectName().startsWith(QStringLiteral("cmd")))
+                ExpectExplained(button->toolTip());
+        }
+        for (const auto* const frame : window.findChildren<QGroupBox*>())
+            ExpectExplained(frame->title());
+        for (const auto* const label : window.findChildren<QLabel*>())
+            if (!label->objectName().startsWith(QStringLiteral("stbMain")))
+                ExpectExplained(label->text());
+    }
+    void ExpectDialogExplained(const std::string& command, const std::vector<std::string>& first = {}) {
+        InDialog([this, first](QWidget& dialog) {
+            for (const std::string& button : first)
+                dialog.findChild<QAbstractButton*>(QString::fromStdString(button))->click();
+            ExpectAllExplained(dialog);
+            dialog.close();
+        });
+        Command(command);
+    }
+
+    QString helpText_;
+    int captions_ = 0;
+};
+
+TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
+    Start();
+    Arrive("Disk fault", "Error");
+    Poll();
+    AwaitShown();
+    ClickRow(List(0), 0);
+    Command("mnuFile_ViewMsg");
+    auto* const tabs = Find<QTabWidget>("tabMessageTypes");
+    for (int page = 0; page < tabs->count(); ++page)
+        ExpectExplained(tabs->tabText(page));
+    ExpectAllExplained(Dialog());  // the detail window is a part of it
+    Command("pause");
+    ExpectAllExplained(Dialog());
+    ExpectDialogExplained("mnuOptions_Preferences");
+    ExpectDialogExplained("mnuEdit_DropFilters");
+    ExpectDialogExplained("mnuEdit_DropFilters", {"cmdAdd"});
+    ExpectDialogExplained("filter");
+    InDialog([](QWidget& dialog) {
+        dialog.findChild<QAbstractButton*>("chkFilterOn1")->click();
+        dialog.findChild<QAbstractButton*>("cmdApply")->click();
+    });
+    Command("filter");
+    ExpectAllExplained(Dialog());
+    Command("filter");
+    ExpectAllExplained(Dialog());
+    for (const auto* const action : console_->PopUpMenu().actions())
+        ExpectExplained(action->text());
+    EXPECT_GT(captions_, 200);
+}
+
+/// The console's own help window over the help file as it was built.
+class FrmHelpTest : public DialogFixture {
+protected:
+    void SetUp() override { Open(10); }
+    QWidget& Dialog() override { return *window_; }
+    void Open(unsigned context) {
+        ASSERT_EQ(viewer_.OpenHtmlHelp({TALLYHORN_HELP, 15, context, 0}), HelpOutcome::Shown);
+        for (QWidget* const window : QApplication::topLevelWidgets())
+            if (window->objectName() == QStringLiteral("frmHelp"))
+                window_ = window;
+        ASSERT_NE(window_, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+    }
+    std::string Page() { return Find<HelpPageView>("txtPage")->ShownPage(); }
+    void ClickLink(const QString& link) {
+        emit Find<HelpPageView>("txtPage")->anchorClicked(
+            Find<HelpPageView>("txtPage")->source().resolved(QUrl(link)));
+    }
+
+    OwnHelpViewer viewer_;
+    QPointer<QWidget> window_;
+};
+
+TEST_F(FrmHelpTest, LeadsThroughThePagesByLinkContentsAndKeys) {
+    EXPECT_EQ(Page(), "main-window.html");
+    EXPECT_GT(Find<HelpPageView>("txtPage")->document()->size().height(), 500);
+    ClickLink(QStringLiteral("troubles.html#delete"));
+    EXPECT_EQ(Page(), "troubles.html");
+    Press(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(Page(), "main-window.html");
+    Press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(Page(), "troubles.html");
+    Press(Qt::Key_Home, Qt::AltModifier);
+    EXPECT_EQ(Page(), "welcome.html");
+    auto* const contents = Find<QTreeWidget>("tvwContents");
+    EXPECT_EQ(contents->currentItem()->text(0), QStringLiteral("Welcome"));
+    contents->setFocus();
+    Press(Qt::Key_Down);
+    EXPECT_EQ(Page(), "first-steps.html");
+    for (const char* const elsewhere :
+         {"http://example.org/", "file:///etc/passwd", "ftp://x/y", "javascript:0"}) {
+        ClickLink(QString::fromLatin1(elsewhere));
+        EXPECT_EQ(Page(), "first-steps.html") << elsewhere;
+    }
+    Open(HelpNumber(HelpContext::Tree));
+    EXPECT_EQ(Page(), "tree.html");
+    Press(Qt::Key_Escape);
+    AWAIT(window_ == nullptr);
+}
+
+TEST_F(FrmHelpTest, FindsInThePageAndThroughAllOfThem) {
+    Press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(Focus(), "txtFind");
+    Type("txtFind", QStringLiteral("sound.WAV"));
+    auto* const found = Find<QListWidget>("lvwFound");
+    ASSERT_EQ(found->count(), 4);
+    std::set<std::string> pages;
+    for (int i = 0; i < 30; ++i) {
+        Press(Qt::Key_F3);
+        EXPECT_EQ(Find<HelpPageView>("txtPage")->textCursor().selectedText().toLower(),
+                  QStringLiteral("sound.wav"));
+        pages.insert(Page());
+    }
+    EXPECT_EQ(pages.size(), 4U);
+    const std::string last = Page();
+    Press(Qt::Key_F3);
+    Press(Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(Page(), last);
+    Type("txtFind", QStringLiteral("no such words"));
+    Press(Qt::Key_Return);
+    EXPECT_EQ(found->count(), 0);
+    EXPECT_EQ(Page(), last);
+}
+
+TEST_F(FrmHelpTest, WorksBesideAModalDialog) {
+    QDialog dialog;
+    InDialog([this](QWidget& modal) {
+        QCoreApplication::processEvents();
+        ClickLink(QStringLiteral("tree.html"));
+        auto* const contents = Find<QTreeWidget>("tvwContents");
+        const QPoint first = contents->visualItemRect(contents->topLevelItem(0)).center();
+        // As the window system has it: what is sent to a widget itself passes by the dialog.
+        QTest::mouseClick(window_->windowHandle(), Qt::LeftButton, {},
+                          contents->viewport()->mapTo(window_.data(), first));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(Page(), "welcome.html");
+        modal.close();
+    });
+    dialog.exec();
+    EXPECT_TRUE(window_->isVisible());
+}
+
+TEST_F(FrmHelpTest, TakesNothingFromOutsideTheHelpFile) {
+    auto* const page = Find<HelpPageView>("txtPage");
+    const TemporaryFolder folder;
+    const std::string picture = folder / "outside.png";
+    QImage red(40, 40, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(QString::fromStdString(picture)));
+    for (const std::string& name : {picture, "file://" + picture, "../../../" + picture}) {
+        const QVariant taken =
+            page->document()->resource(QTextDocument::ImageResource, QUrl(QString::fromStdString(name)));
+        EXPECT_EQ(taken.value<QImage>().size(), QSize(1, 1)) << name;
+    }
+    const QVariant text = page->document()->resource(QTextDocument::StyleSheetResource,
+                                                     QUrl(QStringLiteral("file:///etc/hostname")));
+    EXPECT_EQ(text.toString(), QString());
+}
+
+TEST(OwnHelpViewer, RefusesWhatIsNoHelpFile) {
+    const TemporaryFolder folder;
+    OwnHelpViewer viewer;
+    EXPECT_EQ(viewer.OpenHtmlHelp({folder / "none.CHM", 15, 10, 0}), HelpOutcome::NoFile);
+    std::ofstream(folder / "bad.CHM") << "ITSF and no more";
+    EXPECT_EQ(viewer.OpenHtmlHelp({folder / "bad.CHM", 15, 10, 0}), HelpOutcome::BadFile);
+    EXPECT_EQ(viewer.OpenWinHelp({TALLYHORN_HELP, 1, 10, 0}), HelpOutcome::NoViewer);
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,165 @@
+#include <QCheckBox>
+#include <QMenu>
+
+#include "tests/forms/ConsoleFixture.h"
+
+namespace tallyhorn {
+namespace {
+
+/// The notification-area icon and the window that hides behind it, in the whole console.
+class TrayIconTest : public ConsoleFixture {
+protected:
+    void StartQuietly() {
+        Start("MessageViews=7\r\nSyslogUDPPort=5514\r\nSoundOn=1\r\n");
+        EXPECT_EQ(area_.TakeCalls(), "add 0") << "beside the window until it is displayed the next time";
+    }
+    frmServer& Window() { return console_->Window(); }
+    QAction& Item(int index) { return *console_->PopUpMenu().actions().at(index); }
+    QTimer& Timer(const char* name) {
+        return *console_->PopUpMenu().parent()->findChild<QTimer*>(QLatin1String(name));
+    }
+    void Tick(const char* timer) { QMetaObject::invokeMethod(&Timer(timer), "timeout"); }
+    void Minimize() {
+        Window().setWindowState(Window().windowState() | Qt::WindowMinimized);
+        QCoreApplication::processEvents();
+    }
+    /// What can be seen of the main window, and where the user has it.
+    std::string Place() {
+        if (!Window().isVisible())
+            return "hidden";
+        return Window().isMinimized() ? "task bar" : Window().isMaximized() ? "maximised" : "normal";
+    }
+};
+
+TEST_F(TrayIconTest, TheMenuIsCompleteAndItsMarkFollowsTheSound) {
+    StartQuietly();
+    std::string captions;
+    for (const QAction* const item : console_->PopUpMenu().actions())
+        captions += (item->isSeparator() ? "-" : item->text().toStdString()) + "|";
+    EXPECT_EQ(captions, "&Display Messages|&Sound|-|&About the Tallyhorn Listener Console|&Help|-|E&xit|");
+    EXPECT_TRUE(Item(1).isChecked());
+    Item(1).trigger();
+    EXPECT_FALSE(Item(1).isChecked());
+    EXPECT_NE(SettingsText().find("SoundOn=0"), std::string::npos) << SettingsText();
+    InDialog([](QWidget& preferences) {
+        auto* const sound = preferences.findChild<QCheckBox*>(QStringLiteral("chkSound"));
+        EXPECT_FALSE(sound->isChecked());
+        sound->setChecked(true);
+        QTest::keyClick(&preferences, Qt::Key_Return);
+    });
+    Command("mnuOptions_Preferences");
+    EXPECT_TRUE(Item(1).isChecked());
+    InDialog<frmStartup>([](frmStartup& about) { about.close(); });
+    Item(3).trigger();
+    Item(4).trigger();
+    ASSERT_EQ(help_.Requests.size(), 1U);
+    EXPECT_EQ(help_.Requests[0].What.Context, HelpNumber(HelpContext::Contents));
+    EXPECT_EQ(area_.TakeCalls(), "") << "nothing of this concerns the icon";
+}
+
+TEST_F(TrayIconTest, HidesFlashesAndComesBackAsItWas) {
+    StartQuietly();
+    Arrive("seen", "Error");
+    Poll();
+    EXPECT_FALSE(Timer("timFlash").isActive()) << "the window is in front";
+    List(0)->selectAll();
+    Command("mnuFile_ViewMsg");
+    auto* const details = Find("frmMessage");
+    for (const char* const place : {"maximised", "normal"}) {
+        if (place == std::string("normal"))
+            Window().showNormal();
+        const QRect geometry = Window().geometry();
+        ASSERT_EQ(Place(), place);
+        Minimize();
+        EXPECT_EQ(Place(), "hidden");
+        EXPECT_FALSE(details->isVisible()) << "it goes with its window";
+        EXPECT_EQ(area_.TakeCalls(), "add 0");
+        EXPECT_FALSE(Timer("timFlash").isActive());
+        if (place == std::string("normal"))
+            Send(Datagram("new", "Error", "pc"));
+        else
+            Arrive("new", "Error");
+        Poll();
+        AWAIT(Timer("timFlash").isActive());
+        EXPECT_EQ(Timer("timFlash").interval(), 500);
+        Tick("timFlash");
+        Tick("timFlash");
+        EXPECT_EQ(area_.TakeCalls(), "modify 2, modify 1");
+        area_.At.DoubleClick();
+        EXPECT_EQ(Place(), place);
+        EXPECT_EQ(Window().geometry(), geometry) << place;
+        EXPECT_TRUE(details->isVisible());
+        EXPECT_FALSE(Timer("timFlash").isActive());
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(area_.TakeCalls().starts_with("delete"));
+    }
+}
+
+TEST_F(TrayIconTest, IsReachableWhateverTheAreaDoes) {
+    StartQuietly();
+    area_.Available = false;
+    Minimize();
+    EXPECT_EQ(Place(), "task bar");
+    Arrive("new", "Error");
+    Poll();
+    EXPECT_TRUE(Timer("timFlash").isActive()) << "for an area that comes later";
+    EXPECT_TRUE(Timer("timWatch").isActive());
+    area_.Available = true;
+    Tick("timWatch");
+    EXPECT_FALSE(Timer("timWatch").isActive()) << "nothing depends on the area";
+    EXPECT_EQ(Place(), "task bar");
+    Window().showMaximized();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(Timer("timFlash").isActive()) << "the user has it before him";
+
+    Minimize();
+    ASSERT_EQ(Place(), "hidden");
+    // An area may be away for a moment.
+    for (const bool available : {false, true, false}) {
+        area_.Available = available;
+        Tick("timWatch");
+        EXPECT_EQ(Place(), "hidden");
+        EXPECT_TRUE(Timer("timWatch").isActive());
+    }
+    area_.TakeCalls();
+    Tick("timWatch");
+    EXPECT_EQ(Place(), "maximised");
+    EXPECT_EQ(area_.TakeCalls(), "delete");
+    Minimize();
+    EXPECT_EQ(Place(), "task bar");
+}
+
+TEST_F(TrayIconTest, ADialogKeepsItOnTheTaskBarAndTheMenuWorksBesideIt) {
+    StartQuietly();
+    InDialog([this](QWidget& preferences) {
+        Minimize();
+        EXPECT_EQ(Place(), "task bar");
+        EXPECT_TRUE(preferences.isVisible());
+        Item(0).trigger();
+        EXPECT_EQ(Place(), "maximised");
+        Minimize();
+        preferences.close();
+    });
+    Command("mnuOptions_Preferences");
+    AWAIT(Place() == "hidden");
+    Item(0).trigger();
+    ASSERT_EQ(Place(), "maximised");
+
+    InDialog([this](QWidget& /*preferences*/) {
+        Item(4).trigger();
+        EXPECT_TRUE(boxes_.Shown.empty()) << "help waits for the dialog";
+        area_.TakeCalls();
+        Item(6).trigger();
+        EXPECT_FALSE(console_->HasEnded()) << "not in the middle of the dialog";
+    });
+    Command("mnuOptions_Preferences");
+    AWAIT(console_->HasEnded());
+    EXPECT_TRUE(boxes_.Shown.empty()) << "nothing is asked";
+    EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "all is saved";
+    EXPECT_EQ(area_.TakeCalls(), "delete");
+    area_.At.DoubleClick();
+    EXPECT_EQ(Place(), "hidden") << "nothing acts any more";
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include "platform/DataFolder.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(DataFolderTest, FollowsTheCustomOfTheDesktop) {
+    const struct {
+        const char* Data;
+        const char* Home;
+        const char* AccountHome;
+        const char* Expected;
+    } cases[] = {
+        {"/data", "/home/ann", "/home/account", "/data"},
+        {"", "/home/ann", "/home/account", "/home/ann/.local/share"},
+        {"data", "/home/ann", "/home/account", "/home/ann/.local/share"},
+        {"../data", "", "/home/account", "/home/account/.local/share"},
+        {"", "ann", "/home/account", "/home/account/.local/share"},
+        {"", "", "", ""},
+    };
+    for (const auto& [data, home, accountHome, expected] : cases)
+        EXPECT_EQ(DesktopDataFolder(data, home, accountHome), expected) << data << ' ' << home;
+}
+
+TEST(DataFolderTest, IsTheProgramsWhereThatMayBeWritten) {
+    const TemporaryFolder home;
+    WriteBytes(home / "file", "x");
+    const fs::path users = UserDataFolder() / "tallyhorn-console";
+    EXPECT_TRUE(users.is_absolute());
+    const struct {
+        fs::path Program;
+        fs::path Expected;
+    } cases[] = {{home.Path(), home.Path()}, {home.Path() / "none", users}, {home.Path() / "file", users}};
+    for (const auto& [program, expected] : cases)
+        EXPECT_EQ(ChooseDataFolder(program), expected);
+    EXPECT_EQ(CountFiles(home.Path()), 1U) << "asking leaves nothing behind";
+}
+
+TEST(DataFolderTest, IsMadeForItsUserAlone) {
+    const TemporaryFolder home;
+    WriteBytes(home / "file", "x");
+    for (const char* const name : {"one/two/three", "one/two", "one/two/four"}) {
+        EXPECT_FALSE(MakeDataFolder(home.Path() / name)) << name;
+        EXPECT_TRUE(fs::is_directory(home.Path() / name)) << name;
+    }
+    if (!TALLYHORN_WINE) {
+        for (const char* const name : {"one", "one/two/three"})
+            EXPECT_EQ(fs::status(home.Path() / name).permissions(), fs::perms::owner_all) << name;
+    }
+    for (const char* const name : {"file", "file/below"}) {
+        const std::optional<SystemError> error = MakeDataFolder(home.Path() / name);
+        ASSERT_TRUE(error) << name;
+        EXPECT_NE(error->Number, 0) << name;
+    }
+    EXPECT_EQ(ReadBytes(home / "file"), "x");
+}
+
+TEST(DataFolderTest, AFileOfTheUsersIsFoundBeforeTheProgramsOwn) {
+    const TemporaryFolder data;
+    const TemporaryFolder program;
+    const auto found = [&](const char* name) { return FindOwnFile({data.Path(), program.Path()}, name); };
+    fs::create_directory(data / "sound.wav");
+    EXPECT_EQ(found("sound.wav"), program.Path() / "sound.wav") << "there is none";
+    WriteBytes(data / "mine", "");
+    WriteBytes(program / "both", "");
+    WriteBytes(data / "both", "");
+    EXPECT_EQ(found("mine"), data.Path() / "mine");
+    EXPECT_EQ(found("both"), data.Path() / "both");
+}
+
+TEST(DataFolderTest, TheProfileFunctionsAreGivenAPathThatTheyFind) {
+    const TemporaryFolder home;
+    for (const std::u8string_view name : {u8"plain", u8"J\u00fcrgen", u8"\u03a9\u8a9e"}) {
+        const fs::path folder = home.Path() / name;
+        fs::create_directory(folder);
+        WriteBytes(folder / "file", "x");
+        std::FILE* const file = std::fopen(NarrowPath(folder / "file").c_str(), "rb");
+        EXPECT_NE(file, nullptr) << folder;
+        if (file != nullptr)
+            std::fclose(file);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

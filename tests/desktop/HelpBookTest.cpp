@@ -56,8 +56,10 @@ TEST_F(HelpBookTest, EveryLinkPictureAndLineOfTheContentsLeadsSomewhere) {
         for (const std::string& picture : Named(html, "src"))
             EXPECT_TRUE(book_->Read(picture).starts_with("\x89PNG")) << picture;
     }
-    for (const HelpEntry& entry : book_->Contents())
+    for (const HelpEntry& entry : book_->Contents()) {
         ExpectPlace(entry.Local, "the contents");
+        EXPECT_EQ(entry.Name.find('&'), std::string::npos) << entry.Name;
+    }
     EXPECT_EQ(book_->Title(), "Tallyhorn Listener Console Help");
     EXPECT_EQ(book_->StartPage(), pages.front());
 }
@@ -92,6 +94,8 @@ TEST_F(HelpBookTest, BrokenFilesAreReadOrRefused) {
     EXPECT_GT(read, 20'000U);
     for (const std::size_t length : {0U, 1U, 0x37U, 0x60U, 0x100U})
         EXPECT_FALSE(look(whole.substr(0, length)).first) << length;
+    // A broken directory may tell any lengths.
+    constexpr std::size_t MostTaken = 16ULL * 1024 * 1024;
     std::mt19937 random(7);
     // Headers and the directory stand in front.
     std::uniform_int_distribution<std::size_t> anywhere(0, whole.size() - 1);
@@ -100,7 +104,7 @@ TEST_F(HelpBookTest, BrokenFilesAreReadOrRefused) {
         std::string broken = whole;
         for (int change = 0; change < 3; ++change)
             broken[i % 4 == 0 ? anywhere(random) : early(random)] = static_cast<char>(random());
-        EXPECT_LE(look(broken).second, 2 * read);
+        EXPECT_LE(look(broken).second, MostTaken);
     }
     EXPECT_EQ(HelpBook::Open(folder.Path()), nullptr);
     EXPECT_EQ(HelpBook::Open("/dev/zero"), nullptr);

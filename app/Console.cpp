@@ -1,7 +1,6 @@
 #include "app/Console.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -47,14 +46,10 @@ constexpr std::chrono::seconds UnattendedBox{10};
 /// unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
-/// With what comes with the program.
-std::filesystem::path ProgramFolder() {
-    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
-}
-
 }  // namespace
 
-Console::Console(const Machine& machine, const std::filesystem::path& folder)
+Console::Console(const Machine& machine, const std::filesystem::path& folder,
+                 const std::filesystem::path& programFolder)
     : machine_(machine),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
@@ -76,11 +71,11 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
-      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, ProgramFolder()}),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
     // There is help beside the first message box too.
-    help_.SetHelpFile(FindOwnFile({folder, ProgramFolder()}, HelpFileName));
+    help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
 }
 
 Console::~Console() {
@@ -113,7 +108,7 @@ bool Console::Start() {
     tray_->ShowServerWindowMax();
     if (!portFailed_)
         ShowSplash();
-    if (portFailed_)
+    else
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
 }

@@ -67,8 +67,9 @@ public:
         UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup, and perhaps the help file and the sound.
-    Console(const Machine& machine, const std::filesystem::path& folder);
+    /// `folder` holds settings, filters and the backup; help file and sound lie there or in `programFolder`.
+    Console(const Machine& machine, const std::filesystem::path& folder,
+            const std::filesystem::path& programFolder);
     ~Console() override;
 
     /// Shows the console; false where another one runs already, after saying so.

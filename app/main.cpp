@@ -15,7 +15,6 @@
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
 #include "config/MakeProfileFunctions.h"
-#include "desktop/ProgramVersion.h"
 #include "desktop/forms/OwnHelpViewer.h"
 #include "desktop/forms/QtNotificationArea.h"
 #include "forms/AnsiString.h"
@@ -30,6 +29,11 @@ namespace {
 using namespace tallyhorn;
 
 constexpr int BadUsage = 2;
+
+/// With what comes with the program.
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
 
 /// Runs the console until it is closed; gives the exit status.
 int RunConsole(QApplication& application, TerminationSignals& termination,
@@ -50,7 +54,7 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     const auto names = MakeUserNames();
     Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area,
                      *sound, *help, *names},
-                    folder);
+                    folder, ProgramFolder());
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
@@ -64,10 +68,6 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
         status = QApplication::exec();
     termination.Stop();
     return status;
-}
-
-std::filesystem::path ProgramFolder() {
-    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
 }
 
 /// Why the console cannot keep its files in the folder; empty where it can.
@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
             std::cout << HelpText();
             return EXIT_SUCCESS;
         case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " << ProgramVersion() << "\n";
+            std::cout << "tallyhorn-console " TALLYHORN_VERSION "\n";
             return EXIT_SUCCESS;
         case CommandLine::Wish::Refuse:
             std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
@@ -115,7 +115,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
-    QApplication::setApplicationVersion(ToQString(ProgramVersion()));
+    QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("tallyhorn-console"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());

@@ -38,7 +38,7 @@ public:
         console_ = std::make_unique<Console>(
             Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_, datagrams, programs_,
                              saveDialog_, area_, sound_, help_, names_},
-            folder.Path());
+            folder.Path(), folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());

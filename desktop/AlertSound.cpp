@@ -1,7 +1,6 @@
 #include "desktop/AlertSound.h"
 
 #include <chrono>
-#include <system_error>
 #include <utility>
 
 #include "config/Settings.h"
@@ -35,7 +34,7 @@ void AlertSound::SoundMode() {
 void AlertSound::PlayAlertSound() {
     if (!SoundOn() || TooSoon())
         return;
-    if (const std::filesystem::path file = SoundFile(); !file.empty())
+    if (const std::filesystem::path file = FindOwnFile(folders_, SoundFileName); !file.empty())
         Play(file);
 }
 
@@ -51,14 +50,6 @@ bool AlertSound::TooSoon() {
         return true;
     lastAlert_ = now;
     return false;
-}
-
-/// Empty where there is none.  The file is not opened for that: something that is no regular file might never
-/// answer.
-std::filesystem::path AlertSound::SoundFile() const {
-    std::error_code error;
-    std::filesystem::path file = FindOwnFile(folders_, SoundFileName);
-    return std::filesystem::is_regular_file(file, error) ? file : std::filesystem::path();
 }
 
 void AlertSound::Play(const std::filesystem::path& file) {

@@ -41,7 +41,6 @@ public:
 
 private:
     bool TooSoon();
-    std::filesystem::path SoundFile() const;
     void Play(const std::filesystem::path& file);
 
     Parts parts_;

@@ -5,7 +5,7 @@
 
 namespace tallyhorn {
 
-/// What the system calls the user and the machine, as ANSI; empty where it does not tell.  Asked anew each
+/// What the system calls the user and the machine, in UTF-8; empty where it does not tell.  Asked anew each
 /// time, from one thread at a time.
 class UserNames {
 public:

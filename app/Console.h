@@ -152,8 +152,6 @@ private:
     MessageExport export_;
     Help help_;
     AlertSound sound_;
-    const std::filesystem::path folder_;
-    const std::filesystem::path programFolder_;
     HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;

@@ -51,6 +51,7 @@ TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
                                                          {HelpOutcome::BadFile, "is damaged"},
                                                          {HelpOutcome::NoViewer, "has no viewer"}};
     help_.SetHelpFile("THListen.CHM");
+    boxes_.WhileAsked = [this] { help_.ShowHelp(HelpContext::Troubles, 0); };
     for (const auto& [outcome, words] : cases) {
         viewer_.Outcome = outcome;
         boxes_.Shown.clear();

@@ -57,8 +57,23 @@ TEST_F(HelpKeysTest, F1AsksForThePageOfTheWindowThatHasTheFocus) {
     menu->popup(QPoint(10, 10));
     EXPECT_EQ(F1In(*menu), HelpNumber(HelpContext::MainWindow));
     EXPECT_FALSE(menu->isVisible());
+    EXPECT_EQ(F1In(console_->PopUpMenu()), HelpNumber(HelpContext::NotificationArea));
     QTest::keyClick(&Dialog(), Qt::Key_F1, Qt::ShiftModifier);
     EXPECT_EQ(help_.Requests.size(), 1U);
+}
+
+TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
+    std::ofstream(folder_ / "THListen.CHM").close();
+    help_.Outcome = HelpOutcome::NoFile;
+    mailslots_.Slots["TallyhornEngine"];  // so that the start has something to say
+    boxes_.WhileAsked = [this] {
+        if (help_.Requests.empty())
+            QTest::keyClick(&Dialog(), Qt::Key_F1);
+    };
+    Start();
+    ASSERT_EQ(boxes_.Shown.size(), 2U);
+    EXPECT_EQ(help_.Requests[0].What.File.filename(), "THListen.CHM");
+    EXPECT_NE(boxes_.Shown[1].find("THListen.CHM could not be found"), std::string::npos);
 }
 
 /// What the windows say, against what the help says.

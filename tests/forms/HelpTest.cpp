@@ -23,7 +23,7 @@ protected:
         return help_.Requests.size() == 1 ? help_.Requests[0].What.Context : 0;
     }
     void ExpectInDialog(const std::string& command, HelpContext context, const char* first = nullptr) {
-        InDialog([=](QWidget& dialog) {
+        InDialog([this, first, context](QWidget& dialog) {
             if (first != nullptr)
                 dialog.findChild<QAbstractButton*>(QLatin1String(first))->click();
             EXPECT_EQ(F1In(dialog), HelpNumber(context));

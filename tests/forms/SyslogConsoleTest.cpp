@@ -185,9 +185,12 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
     for (int i = 0; i < 600; ++i) {
         // A removal cuts a name that has a parenthesis; all else survives.
         const std::string alarm = bytes("()");
-        const std::string source = bytes(",") + (i % 10 == 0 ? "\r\nType Of Event: Error\r\nEventID: 5" : "");
-        Send("Event raised (" + alarm + "): System Log, 1/2/2008 3:04:05, " + source +
-             ", Warning, None, 7, joe, pc, " + std::string(12, static_cast<char>(i)));
+        std::string source = bytes(",");
+        if (i % 10 == 0)
+            source += "\r\nType Of Event: Error\r\nEventID: 5";
+        std::string datagram = "Event raised (";
+        datagram.append(alarm).append("): System Log, 1/2/2008 3:04:05, ").append(source);
+        Send(datagram.append(", Warning, None, 7, joe, pc, ").append(12, static_cast<char>(i)));
     }
     Handle();
     Tree()->setFocus();

@@ -47,16 +47,6 @@ CleanUp() {
     fi
 }
 
-# WaitFor SECONDS COMMAND...: false when the command has not succeeded within that time.
-WaitFor() {
-    local end=$((SECONDS + $1))
-    shift
-    until "$@"; do
-        ((SECONDS < end)) || return 1
-        sleep 0.1
-    done
-}
-
 # The demonstration has a runtime folder of its own, so that it never meets the user's console.
 # An absolute WAYLAND_DISPLAY keeps the way to the user's screen.
 PrepareRuntime() {
@@ -75,14 +65,6 @@ WriteSettings() {
             >"$folder/thlisten.ini"
     fi
     rm -f "$folder"/{summary,sent,sent-syslog}.txt
-}
-
-# PortTaken PORT: whether a program of this machine listens there by UDP.
-PortTaken() {
-    local tables=(/proc/net/udp)
-    [[ ! -e /proc/net/udp6 ]] || tables+=(/proc/net/udp6)
-    awk -v port="$(printf '%04X' "$1")" 'split($2, address, ":") == 2 && address[2] == port { found = 1 }
-        END { exit !found }' "${tables[@]}"
 }
 
 # A port that nobody has; another may take it before the console does, which then says so.

@@ -1,7 +1,6 @@
 #include "app/Console.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "config/forms/frmPreferences.h"
+#include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
 #include "filters/forms/frmFilter.h"
 #include "platform/DataFolder.h"
@@ -22,6 +22,7 @@ namespace {
 constexpr const char* SettingsFileName = "thlisten.ini";
 constexpr const char* FilterFileName = "SavedFilters.dat";
 constexpr const char* BackupFileName = "Backup.dat";
+constexpr const char* HelpFileName = "THListen.CHM";
 
 constexpr std::string_view OneInstanceText =
     "Only one instance of the Tallyhorn Listener Console can be running at a time.  If you are logged into a "
@@ -47,7 +48,8 @@ constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
 }  // namespace
 
-Console::Console(const Machine& machine, const std::filesystem::path& folder)
+Console::Console(const Machine& machine, const std::filesystem::path& folder,
+                 const std::filesystem::path& programFolder)
     : machine_(machine),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
@@ -69,9 +71,11 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder)
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
-      folder_(folder),
+      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
+    // There is help beside the first message box too.
+    help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
 }
 
 Console::~Console() {
@@ -102,7 +106,9 @@ bool Console::Start() {
     started_ = true;
     tray_->Initialize();
     tray_->ShowServerWindowMax();
-    if (portFailed_)
+    if (!portFailed_)
+        ShowSplash();
+    else
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
 }
@@ -119,9 +125,8 @@ void Console::End() {
 }
 
 void Console::LoadMainWindow() {
-    help_.SetHelpFile(folder_, QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath());
     settings_ = ReadSettings(profile_);
-    tray_->ShowSound(settings_.SoundOn);
+    tray_->ShowSound(sound_.SoundOn());
     window_->Load(
         {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
     Run();
@@ -178,6 +183,13 @@ void Console::LoadBackup() {
     Run();
 }
 
+/// In front of the main window, which is then made the active one.
+void Console::ShowSplash() {
+    splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
+    splash_->show();
+    window_->activateWindow();
+}
+
 void Console::ApplyMessageViews() {
     const std::array<bool, MessagePageCount> shown = VisibleMessageViews(settings_.MessageViews);
     for (std::size_t page = 0; page < shown.size(); ++page)
@@ -231,7 +243,10 @@ void Console::ShutDown() {
         QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
+    sound_.Close();
     tray_->Unload();
+    machine_.Help.Close();
+    delete splash_.data();
     {
         frmSavingMessages saving;
         saving.show();
@@ -269,12 +284,12 @@ void Console::Leave() {
 }
 
 void Console::ToggleSound() {
-    SetSoundOn(!settings_.SoundOn);
-    WriteSetting(profile_, "SoundOn", settings_.SoundOn ? "1" : "0");
+    sound_.SoundMode();
+    tray_->ShowSound(sound_.SoundOn());
 }
 
 void Console::SetSoundOn(bool on) {
-    settings_.SoundOn = on;
+    sound_.SetSoundOn(on);
     tray_->ShowSound(on);
 }
 
@@ -336,8 +351,8 @@ void Console::OpenHelp(HelpContext context) {
 }
 
 void Console::ShowAbout() {
-    machine_.Boxes.Tell("Tallyhorn Listener Console\r\n\r\nVersion:  " +
-                        QCoreApplication::applicationVersion().toStdString());
+    frmStartup about(frmStartup::Role::AboutBox, machine_.Names, machine_.Time, window_.get());
+    about.exec();
 }
 
 void Console::Run() {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <filesystem>
 #include <memory>
 
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "desktop/AlertSound.h"
 #include "desktop/Help.h"
 #include "desktop/forms/HelpKeys.h"
 #include "desktop/forms/frmTrayIcon.h"
@@ -22,7 +24,9 @@
 #include "platform/ProfileFunctions.h"
 #include "platform/ProgramLauncher.h"
 #include "platform/SaveDialog.h"
+#include "platform/SoundDevice.h"
 #include "platform/TimeSlices.h"
+#include "platform/UserNames.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
@@ -35,6 +39,8 @@
 #include "views/forms/frmServer.h"
 
 namespace tallyhorn {
+
+class frmStartup;
 
 /// The running console: holds the module-level state, starts it in order and shuts it down in order.
 /// User-interface thread only.
@@ -56,11 +62,14 @@ public:
         ProgramLauncher& Programs;
         SaveDialog& AskFile;
         NotificationArea& Area;
+        SoundDevice& Sound;
         HelpViewer& Help;
+        UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup, and perhaps the help file.
-    Console(const Machine& machine, const std::filesystem::path& folder);
+    /// `folder` holds settings, filters and the backup; help file and sound lie there or in `programFolder`.
+    Console(const Machine& machine, const std::filesystem::path& folder,
+            const std::filesystem::path& programFolder);
     ~Console() override;
 
     /// Shows the console; false where another one runs already, after saying so.
@@ -79,7 +88,7 @@ private:
     void Unload() override;
     bool Minimized() override { return tray_->MainWindowMinimized(); }
     void Restored() override { tray_->MainWindowRestored(); }
-    void PlayAlertSound() override {}
+    void PlayAlertSound() override { sound_.PlayAlertSound(); }
     void StartFlash() override;
     void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
     void UncoverMainWindow() override { window_->Hiding().Uncover(); }
@@ -114,6 +123,7 @@ private:
     void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
+    void ShowSplash();
     void ApplyMessageViews();
     void ApplySettings();
     void ShowFilterDialog();
@@ -141,8 +151,9 @@ private:
     EventViewer eventViewer_;
     MessageExport export_;
     Help help_;
-    const std::filesystem::path folder_;
+    AlertSound sound_;
     HelpKeys helpKeys_;
+    QPointer<frmStartup> splash_;
     bool portFailed_ = false;
     bool started_ = false;
     bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked

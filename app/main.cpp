@@ -30,6 +30,11 @@ using namespace tallyhorn;
 
 constexpr int BadUsage = 2;
 
+/// With what comes with the program.
+std::filesystem::path ProgramFolder() {
+    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
+}
+
 /// Runs the console until it is closed; gives the exit status.
 int RunConsole(QApplication& application, TerminationSignals& termination,
                const std::filesystem::path& folder) {
@@ -42,12 +47,14 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     QtNotificationArea area;
     const auto datagrams = MakeDatagramSockets();
     const auto programs = MakeProgramLauncher();
+    const auto sound = MakeSoundDevice();
     std::unique_ptr<HelpViewer> help = MakeSystemHelpViewer();
     if (help == nullptr)
         help = std::make_unique<OwnHelpViewer>();
-    Console console(
-        {instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area, *help},
-        folder);
+    const auto names = MakeUserNames();
+    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area,
+                     *sound, *help, *names},
+                    folder, ProgramFolder());
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
     saveDialog.SetOwner(&console.Window());
@@ -61,10 +68,6 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
         status = QApplication::exec();
     termination.Stop();
     return status;
-}
-
-std::filesystem::path ProgramFolder() {
-    return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
 }
 
 /// Why the console cannot keep its files in the folder; empty where it can.
@@ -102,7 +105,7 @@ int main(int argc, char** argv) {
             std::cout << HelpText();
             return EXIT_SUCCESS;
         case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " << TALLYHORN_VERSION << "\n";
+            std::cout << "tallyhorn-console " TALLYHORN_VERSION "\n";
             return EXIT_SUCCESS;
         case CommandLine::Wish::Refuse:
             std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";

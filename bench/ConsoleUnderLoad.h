@@ -17,6 +17,8 @@
 #include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FakeSoundDevice.h"
+#include "tests/fakes/FakeUserNames.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"
@@ -33,10 +35,10 @@ public:
         setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
         std::ofstream(folder / "thlisten.ini") << "[General]\nMessageViews=7\n";
         mailslots_ = MakeMailslotTransport();
-        console_ =
-            std::make_unique<Console>(Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_,
-                                                       datagrams, programs_, saveDialog_, area_, help_},
-                                      folder.Path());
+        console_ = std::make_unique<Console>(
+            Console::Machine{instance_, *mailslots_, *profiles_, clock_, boxes_, datagrams, programs_,
+                             saveDialog_, area_, sound_, help_, names_},
+            folder.Path(), folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());
@@ -80,6 +82,8 @@ private:
     FakeMessageBoxes boxes_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeSoundDevice sound_;
+    FakeUserNames names_;
     FakeHelpViewer help_;
     FakeNotificationArea area_;
     std::unique_ptr<Console> console_;

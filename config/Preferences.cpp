@@ -24,7 +24,8 @@ bool FitsIn16Bits(std::int32_t number) {
            number <= std::numeric_limits<std::int16_t>::max();
 }
 
-/// Digits, with a sign before them, decimals behind them and blanks around them if need be.
+/// Digits, with a sign before them, decimals behind them and blanks around them if need be: the profile
+/// functions would read any other way to write a number as another one.
 bool IsNumeric(std::string_view text) {
     text = Trim(text);
     if (text.starts_with('-') || text.starts_with('+'))

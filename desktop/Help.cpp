@@ -3,12 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/DataFolder.h"
-
 namespace tallyhorn {
 namespace {
-
-constexpr const char* HelpFileName = "THListen.CHM";
 
 constexpr unsigned WinHelpContext = 1;
 constexpr unsigned WinHelpFinder = 11;  ///< its contents
@@ -36,11 +32,9 @@ std::string_view Explanation(HelpOutcome outcome) {
 
 }  // namespace
 
-void Help::SetHelpFile(const std::filesystem::path& folder, const std::filesystem::path& programFolder) {
-    helpFile_ = FindOwnFile({folder, programFolder}, HelpFileName);
-}
-
 void Help::ShowHelp(HelpContext context, std::uintptr_t owner) {
+    if (explaining_)
+        return;
     HelpViewer::Request request{helpFile_, HtmlHelpContext, HelpNumber(context), owner};
     HelpOutcome outcome = HelpOutcome::Shown;
     if (helpFile_.string().ends_with("HLP")) {
@@ -49,8 +43,11 @@ void Help::ShowHelp(HelpContext context, std::uintptr_t owner) {
     } else {
         outcome = viewer_.OpenHtmlHelp(request);
     }
-    if (outcome != HelpOutcome::Shown)
-        boxes_.Warn(Explanation(outcome));
+    if (outcome == HelpOutcome::Shown)
+        return;
+    explaining_ = true;
+    boxes_.Warn(Explanation(outcome));
+    explaining_ = false;
 }
 
 }  // namespace tallyhorn

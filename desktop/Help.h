@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <utility>
 
 #include "desktop/HelpContexts.h"
 #include "platform/HelpViewer.h"
@@ -15,19 +16,17 @@ public:
     /// Both outlive this.
     Help(HelpViewer& viewer, MessageBoxes& boxes) : viewer_(viewer), boxes_(boxes) {}
 
-    /// "THListen.CHM" in the console's folder, or in the program's own where only that has one.
-    void SetHelpFile(const std::filesystem::path& folder, const std::filesystem::path& programFolder);
-    /// For help in a file of another name.
-    void SetHelpFile(const std::filesystem::path& file) { helpFile_ = file; }
-    const std::filesystem::path& HelpFile() const { return helpFile_; }
+    /// The end of its name tells which kind of help it holds.
+    void SetHelpFile(std::filesystem::path file) { helpFile_ = std::move(file); }
 
-    /// Opens the page, or a message box that says why it does not.
+    /// Opens the page, or a message box that says why it does not; nothing while that box stands open.
     void ShowHelp(HelpContext context, std::uintptr_t owner);
 
 private:
     HelpViewer& viewer_;
     MessageBoxes& boxes_;
     std::filesystem::path helpFile_;
+    bool explaining_ = false;
 };
 
 }  // namespace tallyhorn

@@ -135,4 +135,8 @@ QIcon TrayPicture(int image) {
     return MakeIcon(QStringLiteral("tray%1").arg(image));
 }
 
+QIcon StartupPicture() {
+    return MakeIcon(QStringLiteral("startup"));
+}
+
 }  // namespace tallyhorn

@@ -41,5 +41,7 @@ QIcon CommandIcon(CommandPicture picture);
 QIcon ConsoleIcon();
 /// The notification area's icon: 0 as it is, 1 and 2 while it flashes.  None where there is no such number.
 QIcon TrayPicture(int image);
+/// A horn that sounds, for a dark ground.
+QIcon StartupPicture();
 
 }  // namespace tallyhorn

@@ -46,14 +46,12 @@ std::optional<SystemError> MakeDataFolder(const fs::path& folder) {
 }
 
 fs::path FindOwnFile(const std::vector<fs::path>& folders, const std::string& name) {
-    fs::path path;
     for (const fs::path& folder : folders) {
-        path = folder / name;
         std::error_code none;
-        if (fs::is_regular_file(path, none))
-            break;
+        if (fs::is_regular_file(folder / name, none))
+            return folder / name;
     }
-    return path;
+    return {};
 }
 
 std::string DesktopDataFolder(std::string_view data, std::string_view home, std::string_view accountHome) {

@@ -21,8 +21,8 @@ std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 /// already but may not be written, too.
 std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 
-/// The first regular file of that name in the folders, which are asked in their order; the path in the last
-/// one where there is none, for whoever tells what is missing.
+/// The first regular file of that name in the folders, which are asked in their order; empty where there is
+/// none.  It is not opened: something that is no regular file might never answer.
 std::filesystem::path FindOwnFile(const std::vector<std::filesystem::path>& folders, const std::string& name);
 
 /// Whether this user may make files in the folder; nothing is written to find out.  Where not,

@@ -28,6 +28,8 @@ public:
     virtual HelpOutcome OpenWinHelp(const Request& request) = 0;
     /// For compiled HTML.
     virtual HelpOutcome OpenHtmlHelp(const Request& request) = 0;
+    /// Takes its window away, if there is one.
+    virtual void Close() = 0;
 };
 
 /// The system's own viewer.  Null where systems of this kind have none: the console's own takes its place.

@@ -11,10 +11,10 @@ class NotificationArea {
 public:
     struct Events {
         /// What opens the program: a double click, or what the area has in its place.
-        std::function<void()> DoubleClick;
+        std::function<void()> DoubleClick = [] {};
         /// The right button was let go over the icon.  An area that shows the icon's menu by itself never
         /// tells.
-        std::function<void()> MenuWanted;
+        std::function<void()> MenuWanted = [] {};
     };
 
     virtual ~NotificationArea() = default;

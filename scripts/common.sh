@@ -4,11 +4,12 @@
 
 # Debian's packages, by task.
 declare -A Packages=(
-    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [headless]="xvfb openbox xdotool imagemagick"
-    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [sound]="pulseaudio pulseaudio-utils python3"
     [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64 fp-utils python3"
-    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev"
+    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libpulse-dev"
     [package]="dpkg-dev file gzip librsvg2-bin"
     [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
     [checks]="g++ clang-format clang-tidy libclang-14-dev llvm-14-dev git python3"
@@ -19,6 +20,24 @@ Say() { printf '==> %s\n' "$*"; }
 Fail() {
     printf 'error: %s\n' "$*" >&2
     exit 1
+}
+
+# WaitFor SECONDS COMMAND...: false when the command has not succeeded within that time.
+WaitFor() {
+    local end=$((SECONDS + $1))
+    shift
+    until "$@"; do
+        ((SECONDS < end)) || return 1
+        sleep 0.1
+    done
+}
+
+# PortTaken PORT: whether a program of this machine listens there by UDP.
+PortTaken() {
+    local tables=(/proc/net/udp)
+    [[ ! -e /proc/net/udp6 ]] || tables+=(/proc/net/udp6)
+    awk -v port="$(printf '%04X' "$1")" 'split($2, address, ":") == 2 && address[2] == port { found = 1 }
+        END { exit !found }' "${tables[@]}"
 }
 
 # MissingPackages PACKAGE...: those that are not installed, one a line.

@@ -8,6 +8,12 @@ namespace tallyhorn {
 
 /// Looks whether the desktop has a notification area that Qt's icon can appear in, now.
 /// User-interface thread only; never blocks but for half a second at its making.
+///
+/// It exists for what Qt 6.4 does on X11.  Qt decides once in a program's life between status notifier items
+/// (D-Bus) and the X tray, with its first icon or question; says that an area is there where one of the other
+/// sort came in its place; holds an icon for shown whose tray died and came again; and asks D-Bus without a
+/// limit of time.  So Qt is asked nothing before an area was found here, afterwards only the sort that it
+/// decided on counts, an icon is made anew for each owner of the X tray, and the bus is listened to instead.
 class AreaPresence {
 public:
     virtual ~AreaPresence() = default;

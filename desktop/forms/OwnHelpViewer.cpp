@@ -5,10 +5,6 @@
 
 namespace tallyhorn {
 
-OwnHelpViewer::~OwnHelpViewer() {
-    delete window_.data();
-}
-
 HelpOutcome OwnHelpViewer::OpenWinHelp(const Request& /*request*/) {
     return HelpOutcome::NoViewer;
 }
@@ -26,6 +22,11 @@ HelpOutcome OwnHelpViewer::OpenHtmlHelp(const Request& request) {
     }
     window_->ShowContext(request.Context, request.Owner);
     return HelpOutcome::Shown;
+}
+
+void OwnHelpViewer::Close() {
+    if (window_ != nullptr)
+        window_->close();
 }
 
 }  // namespace tallyhorn

@@ -10,10 +10,11 @@ namespace tallyhorn {
 /// The console's own help window, for systems that bring none; one at a time.  User-interface thread only.
 class OwnHelpViewer final : public HelpViewer {
 public:
-    ~OwnHelpViewer() override;
+    ~OwnHelpViewer() override { delete window_.data(); }
 
     HelpOutcome OpenWinHelp(const Request& request) override;
     HelpOutcome OpenHtmlHelp(const Request& request) override;
+    void Close() override;
 
 private:
     QPointer<frmHelp> window_;

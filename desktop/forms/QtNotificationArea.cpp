@@ -66,7 +66,9 @@ void QtNotificationArea::MakeIcon() {
     icon_->setToolTip(tip_);
     if (presence_->ShowsMenu())
         icon_->setContextMenu(menu_);
-    connect(icon_.get(), &QSystemTrayIcon::activated, this, &QtNotificationArea::HandleActivation);
+    // Not from within the icon, which may go with its area by what follows.
+    connect(icon_.get(), &QSystemTrayIcon::activated, this, &QtNotificationArea::HandleActivation,
+            Qt::QueuedConnection);
     ShowIcon();
 }
 
@@ -76,6 +78,7 @@ void QtNotificationArea::ShowIcon() {
         if (window->objectName() != QStringLiteral("QSystemTrayIconSysWindow"))
             continue;
         window->installEventFilter(this);
+        window_ = window;
         KeepOpen(*window);
     }
 }
@@ -93,10 +96,9 @@ void QtNotificationArea::HandleActivation(QSystemTrayIcon::ActivationReason reas
         return events_.DoubleClick();
     if (reason != QSystemTrayIcon::Context || presence_->ShowsMenu())
         return;
-    // Told as the button goes down, and the menu belongs to its way up.
-    if (QGuiApplication::mouseButtons().testFlag(Qt::RightButton))
-        QCoreApplication::instance()->installEventFilter(this);
-    else
+    // Told as the button goes down, and the menu belongs to its way up, which the same window hears of.
+    pressed_ = window_ != nullptr && QGuiApplication::mouseButtons().testFlag(Qt::RightButton);
+    if (!pressed_)
         events_.MenuWanted();
 }
 
@@ -105,8 +107,8 @@ bool QtNotificationArea::eventFilter(QObject* watched, QEvent* event) {
         if (auto* const window = qobject_cast<QWindow*>(watched))
             KeepOpen(*window);
     } else if (event->type() == QEvent::MouseButtonRelease &&
-               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton) {
-        QCoreApplication::instance()->removeEventFilter(this);
+               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton &&
+               std::exchange(pressed_, false)) {
         emit RightButtonReleased();
     }
     return QObject::eventFilter(watched, event);

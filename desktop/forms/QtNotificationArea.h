@@ -4,12 +4,11 @@
 #include <QObject>
 #include <QPointer>
 #include <QSystemTrayIcon>
+#include <QWindow>
 #include <memory>
 
 #include "desktop/forms/AreaPresence.h"
 #include "platform/NotificationArea.h"
-
-class QWindow;
 
 namespace tallyhorn {
 
@@ -52,7 +51,9 @@ private:
     QIcon picture_;
     QString tip_;
     std::optional<std::uint32_t> area_;  ///< the one that the icon was made in
+    QPointer<QWindow> window_;           ///< the icon's, where it is one of this program's
     bool added_ = false;
+    bool pressed_ = false;  ///< the right button, over the icon, and not yet let go
 };
 
 }  // namespace tallyhorn

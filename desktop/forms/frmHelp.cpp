@@ -24,6 +24,7 @@ enum Side { ContentsSide, SearchSide };
 constexpr int LocalRole = Qt::UserRole;
 constexpr QSize FirstSize(980, 680);
 constexpr int SideWidth = 290;
+constexpr int RowPadding = 8;  ///< in pixels, around a line of the contents
 
 std::string LocalOf(const QTreeWidgetItem& item) {
     return FromQString(item.data(0, LocalRole).toString());
@@ -44,35 +45,11 @@ frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
     setWindowIcon(ConsoleIcon());
     txtPage->setObjectName(QStringLiteral("txtPage"));
     txtPage->setAccessibleName(QStringLiteral("Page"));
-    auto* const bar = new QToolBar(this);
-    mnuBack = AddCommand("mnuBack", tr("&Back"), {QKeySequence(Qt::ALT | Qt::Key_Left)}, &frmHelp::Back);
-    mnuForward =
-        AddCommand("mnuForward", tr("&Forward"), {QKeySequence(Qt::ALT | Qt::Key_Right)}, &frmHelp::Forward);
-    bar->addActions({mnuBack, mnuForward});
-    bar->addAction(
-        AddCommand("mnuHome", tr("&Home"), {QKeySequence(Qt::ALT | Qt::Key_Home)}, &frmHelp::Home));
-    bar->addSeparator();
-    bar->addAction(
-        AddCommand("mnuFind", tr("Fi&nd"), {QKeySequence(Qt::CTRL | Qt::Key_F)}, &frmHelp::StartSearch));
-    AddCommand("mnuFindNext", tr("Find Next"), {QKeySequence(Qt::Key_F3)}, &frmHelp::FindNext);
-    AddCommand("mnuFindPrevious", tr("Find Previous"), {QKeySequence(Qt::SHIFT | Qt::Key_F3)},
-               &frmHelp::FindPrevious);
-    connect(AddCommand("mnuClose", tr("Close"), {QKeySequence(Qt::Key_Escape)}, nullptr), &QAction::triggered,
-            this, &QWidget::close);
+    connect(txtPage, &QTextBrowser::sourceChanged, this, &frmHelp::FollowPage);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(bar);
-    auto* const parts = new QSplitter(this);
-    parts->addWidget(BuildSides());
-    parts->addWidget(txtPage);
-    parts->setStretchFactor(1, 1);
-    parts->setSizes({SideWidth, FirstSize.width() - SideWidth});
-    layout->addWidget(parts, 1);
-    connect(txtPage, &QTextBrowser::sourceChanged, this, &frmHelp::FollowPage);
-    connect(txtPage, &QTextBrowser::backwardAvailable, mnuBack, &QAction::setEnabled);
-    connect(txtPage, &QTextBrowser::forwardAvailable, mnuForward, &QAction::setEnabled);
-    mnuBack->setEnabled(false);
-    mnuForward->setEnabled(false);
+    layout->addWidget(BuildBar());
+    layout->addWidget(BuildParts(), 1);
     FillContents();
     resize(FirstSize);
 }
@@ -82,15 +59,42 @@ frmHelp::~frmHelp() {
     delete txtPage;
 }
 
-QAction* frmHelp::AddCommand(const char* name, const QString& text, const std::vector<QKeySequence>& keys,
+QWidget* frmHelp::BuildBar() {
+    auto* const bar = new QToolBar(this);
+    auto* const back = AddCommand("mnuBack", tr("&Back"), Qt::ALT | Qt::Key_Left, &frmHelp::Back);
+    auto* const forward =
+        AddCommand("mnuForward", tr("&Forward"), Qt::ALT | Qt::Key_Right, &frmHelp::Forward);
+    bar->addActions({back, forward});
+    bar->addAction(AddCommand("mnuHome", tr("&Home"), Qt::ALT | Qt::Key_Home, &frmHelp::Home));
+    bar->addSeparator();
+    bar->addAction(AddCommand("mnuFind", tr("Fi&nd"), Qt::CTRL | Qt::Key_F, &frmHelp::StartSearch));
+    AddCommand("mnuFindNext", tr("Find Next"), Qt::Key_F3, &frmHelp::FindNext);
+    AddCommand("mnuFindPrevious", tr("Find Previous"), Qt::SHIFT | Qt::Key_F3, &frmHelp::FindPrevious);
+    AddCommand("mnuClose", tr("Close"), Qt::Key_Escape, &frmHelp::Leave);
+    connect(txtPage, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(txtPage, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    back->setEnabled(false);
+    forward->setEnabled(false);
+    return bar;
+}
+
+QWidget* frmHelp::BuildParts() {
+    auto* const parts = new QSplitter(this);
+    parts->addWidget(BuildSides());
+    parts->addWidget(txtPage);
+    parts->setStretchFactor(1, 1);
+    parts->setSizes({SideWidth, FirstSize.width() - SideWidth});
+    return parts;
+}
+
+QAction* frmHelp::AddCommand(const char* name, const QString& text, const QKeySequence& key,
                              void (frmHelp::*routine)()) {
     auto* const action = new QAction(text, this);
     action->setObjectName(QString::fromLatin1(name));
-    action->setShortcuts(QList<QKeySequence>(keys.begin(), keys.end()));
-    action->setToolTip(QStringLiteral("%1 (%2)").arg(WithoutAccessKey(text),
-                                                     keys.front().toString(QKeySequence::NativeText)));
-    if (routine != nullptr)
-        connect(action, &QAction::triggered, this, routine);
+    action->setShortcut(key);
+    action->setToolTip(
+        QStringLiteral("%1 (%2)").arg(WithoutAccessKey(text), key.toString(QKeySequence::NativeText)));
+    connect(action, &QAction::triggered, this, routine);
     addAction(action);
     return action;
 }
@@ -138,6 +142,7 @@ void frmHelp::FillContents() {
         open.resize(depth);
         auto* const item = depth == 0 ? new QTreeWidgetItem(tvwContents) : new QTreeWidgetItem(open.back());
         item->setText(0, ToShownLine(entry.Name));
+        item->setSizeHint(0, QSize(0, fontMetrics().height() + RowPadding));
         item->setData(0, LocalRole, ToQString(entry.Local));
         open.push_back(item);
     }

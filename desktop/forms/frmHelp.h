@@ -35,11 +35,14 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    QAction* AddCommand(const char* name, const QString& text, const std::vector<QKeySequence>& keys,
+    QWidget* BuildBar();
+    QWidget* BuildParts();
+    QAction* AddCommand(const char* name, const QString& text, const QKeySequence& key,
                         void (frmHelp::*routine)());
     QWidget* BuildSides();
     QWidget* BuildSearch();
     void FillContents();
+    void Leave() { close(); }
     void Home();
     void Back();
     void Forward();
@@ -63,8 +66,6 @@ private:
     QTreeWidget* tvwContents;
     QLineEdit* txtFind;
     QListWidget* lvwFound;
-    QAction* mnuBack;
-    QAction* mnuForward;
 };
 
 }  // namespace tallyhorn

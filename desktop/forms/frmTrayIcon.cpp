@@ -5,6 +5,8 @@
 #include <QMenu>
 #include <QTimer>
 
+#include "desktop/HelpContexts.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -49,6 +51,7 @@ frmTrayIcon::frmTrayIcon(NotificationArea& area, TrayHost& host)
 
 void frmTrayIcon::BuildMenu() {
     mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
+    mnuPopUp->setProperty(HelpContextProperty, HelpNumber(HelpContext::NotificationArea));
     for (std::size_t i = 0; i < mnuPop.size(); ++i) {
         const char* const caption = Captions.at(i);
         QAction* const item =
@@ -106,7 +109,7 @@ void frmTrayIcon::DisplayMainWindow() {
     MainWindowRestored();
 }
 
-/// Behind a dialog that stands open the command has to wait, and the user sees for what.
+/// A dialog that stands open is brought to the front: "about" has to wait for it, and help comes beside it.
 void frmTrayIcon::AskFor(void (TrayHost::*command)()) {
     if (QApplication::activeModalWidget() != nullptr)
         DisplayMainWindow();

@@ -21,6 +21,7 @@ public:
     enum MenuItem { DisplayMessages, Sound, FirstLine, About, Help, SecondLine, Exit, MenuItemCount };
 
     frmTrayIcon(NotificationArea& area, TrayHost& host);
+    ~frmTrayIcon() override { area_.Listen({}); }
 
     void Initialize();
     void Shutdown();

@@ -1,12 +1,12 @@
 #include "platform/DataFolder.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdlib>
+
+#include "platform/linux/Account.h"
 
 namespace tallyhorn {
 namespace {
@@ -18,15 +18,6 @@ std::string Variable(const char* name) {
     return value != nullptr ? value : "";
 }
 
-std::string AccountHome() {
-    passwd entry{};
-    passwd* found = nullptr;
-    std::array<char, 16384> texts;
-    return getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) == 0 && found != nullptr
-               ? found->pw_dir
-               : "";
-}
-
 }  // namespace
 
 bool MayWriteInto(const std::filesystem::path& folder) {
@@ -35,7 +26,8 @@ bool MayWriteInto(const std::filesystem::path& folder) {
 }
 
 std::filesystem::path UserDataFolder() {
-    return DesktopDataFolder(Variable("XDG_DATA_HOME"), Variable("HOME"), AccountHome());
+    return DesktopDataFolder(Variable("XDG_DATA_HOME"), Variable("HOME"),
+                             AccountText(geteuid(), &passwd::pw_dir));
 }
 
 bool MakePrivateFolder(const std::filesystem::path& folder) {

@@ -2,11 +2,14 @@
 
 #include <chm_lib.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -24,7 +27,8 @@ namespace {
 constexpr std::uint64_t LargestFile = 1024ULL * 1024;
 constexpr std::size_t LargestWhole = 16ULL * 1024 * 1024;
 constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
-constexpr rlim_t MostSeconds = 5;
+constexpr rlim_t MostSeconds = 5;                ///< of the processor's time
+constexpr std::chrono::seconds LongestWait{10};  ///< for a child that does not even use that
 
 bool WriteAll(int to, const void* bytes, std::size_t size) {
     const char* rest = static_cast<const char*>(bytes);
@@ -83,18 +87,33 @@ void Limit(__rlimit_resource what, rlim_t most) {
     _exit(sent ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
-std::string ReadAll(int from) {
+/// False where there is nothing to read by then.
+bool AwaitBytes(int from, std::chrono::steady_clock::time_point deadline) {
+    pollfd wanted{.fd = from, .events = POLLIN, .revents = 0};
+    int ready = -1;
+    do {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        ready = poll(&wanted, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+/// Nothing where the other end is not closed in time or sends too much.
+std::optional<std::string> ReadAll(int from) {
+    const auto deadline = std::chrono::steady_clock::now() + LongestWait;
     std::string all;
     std::vector<char> some(64ULL * 1024);
-    while (all.size() < LargestWhole) {
+    while (all.size() < LargestWhole && AwaitBytes(from, deadline)) {
         const ssize_t read = ::read(from, some.data(), some.size());
-        if (read < 0 && errno == EINTR)
-            continue;
-        if (read <= 0)
+        if (read == 0)
+            return all;
+        if (read > 0)
+            all.append(some.data(), static_cast<std::size_t>(read));
+        else if (errno != EINTR)
             break;
-        all.append(some.data(), static_cast<std::size_t>(read));
     }
-    return all;
+    return std::nullopt;
 }
 
 std::optional<std::string_view> TakeText(std::string_view& bytes) {
@@ -114,7 +133,8 @@ HelpFiles TakeFiles(std::string_view bytes) {
     HelpFiles files;
     while (auto path = TakeText(bytes)) {
         const auto content = TakeText(bytes);
-        if (!content)
+        // What the child says is as little to be trusted as the file.
+        if (!content || !path->starts_with('/'))
             break;
         files.emplace(path->substr(1), *content);
     }
@@ -138,14 +158,14 @@ HelpFiles UnpackHelpFile(const std::filesystem::path& file) {
     to.reset();
     if (child < 0)
         return {};
-    const std::string sent = ReadAll(from.Get());
-    if (sent.size() >= LargestWhole)
-        kill(child, SIGKILL);
+    const std::optional<std::string> sent = ReadAll(from.Get());
+    // Does nothing to a child that has ended; one that goes on without a word is not waited for.
+    kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     const bool whole = WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
-    return whole ? TakeFiles(sent) : HelpFiles();
+    return whole && sent ? TakeFiles(*sent) : HelpFiles();
 }
 
 }  // namespace tallyhorn

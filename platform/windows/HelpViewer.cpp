@@ -11,6 +11,8 @@ namespace {
 
 using HtmlHelpFunction = HWND(WINAPI*)(HWND owner, const char* file, UINT command, DWORD_PTR data);
 
+constexpr UINT CloseAllCommand = 18;
+
 HWND OwnerOf(const HelpViewer::Request& request) {
     return reinterpret_cast<HWND>(request.Owner);
 }
@@ -42,13 +44,22 @@ public:
     HelpOutcome OpenHtmlHelp(const Request& request) override {
         if (!IsThere(request.File))
             return HelpOutcome::NoFile;
-        static const HtmlHelpFunction HtmlHelp = FindHtmlHelp();
-        if (HtmlHelp == nullptr)
+        if (htmlHelp_ == nullptr)
+            htmlHelp_ = FindHtmlHelp();
+        if (htmlHelp_ == nullptr)
             return HelpOutcome::NoViewer;
         const HWND shown =
-            HtmlHelp(OwnerOf(request), NarrowPath(request.File).c_str(), request.Command, request.Context);
+            htmlHelp_(OwnerOf(request), NarrowPath(request.File).c_str(), request.Command, request.Context);
         return shown != nullptr ? HelpOutcome::Shown : HelpOutcome::BadFile;
     }
+
+    void Close() override {
+        if (htmlHelp_ != nullptr)
+            htmlHelp_(nullptr, nullptr, CloseAllCommand, 0);
+    }
+
+private:
+    HtmlHelpFunction htmlHelp_ = nullptr;
 };
 
 }  // namespace

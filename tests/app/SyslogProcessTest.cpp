@@ -40,10 +40,7 @@ class SyslogProcessTest : public ProcessTest {
 protected:
     void SetUp() override {
         ProcessTest::SetUp();
-        WriteSettings(folder_);
-    }
-    void WriteSettings(const TemporaryFolder& folder) const {
-        WriteBytes(folder / "thlisten.ini",
+        WriteBytes(folder_ / "thlisten.ini",
                    "[General]\r\nMessageViews=7\r\nSyslogUDPPort=" + Port() + "\r\n");
     }
     pid_t StartListening() {
@@ -137,24 +134,6 @@ TEST_F(SyslogProcessTest, AFeedIsKeptInOrderThroughRestarts) {
 
     EXPECT_EQ(End(StartListening()), "Syslog 0" + first.substr("Syslog 2000"s.size()));
     EXPECT_TRUE(Backup() == backup);
-}
-
-TEST_F(SyslogProcessTest, AConsoleWhosePortIsTakenAsksAndEndsWhenItIsTold) {
-    const pid_t first = StartListening();
-    TemporaryFolder runtime;
-    TemporaryFolder folder;
-    std::filesystem::permissions(runtime.Path(), std::filesystem::perms::owner_all);
-    WriteSettings(folder);
-    setenv("XDG_RUNTIME_DIR", runtime.Path().c_str(), 1);
-    setenv("TALLYHORN_SUMMARY", (folder / "summary").c_str(), 1);
-    const pid_t second = Spawn(TALLYHORN_CONSOLE, {"--folder", folder.Path().string()});
-    std::this_thread::sleep_for(Settling);
-    EXPECT_EQ(waitpid(second, nullptr, WNOHANG), 0) << "its question stands open";
-    SendSyslog({"Event (x): y"});
-    kill(second, SIGTERM);
-    EXPECT_EQ(ExitStatus(second), 0);
-    EXPECT_NE(ReadBytes(folder / "summary").find("\nSyslog 0 received"), std::string::npos);
-    EXPECT_TRUE(End(first).starts_with("Syslog 1 received, 1 kept"));
 }
 
 }  // namespace

@@ -50,19 +50,5 @@ TEST(TextProfileFunctions, TooLargeFilesAreLeftAlone) {
     EXPECT_EQ(fs::file_size(path), TextProfileFunctions::MaximumFileSize + 1);
 }
 
-/// A null pointer where there should be a text or a buffer is answered, not followed.
-TEST(TextProfileFunctions, NullPointers) {
-    TextProfileFunctions functions;
-    char byte = '#';
-    EXPECT_EQ(functions.GetPrivateProfileString("s", "k", "d", nullptr, 9, "none.ini"), 0U);
-    EXPECT_EQ(functions.GetPrivateProfileString("s", nullptr, "d", &byte, 0, nullptr), 0U);
-    EXPECT_EQ(functions.GetPrivateProfileInt(nullptr, "k", 3, "none.ini"), 3U);
-    EXPECT_EQ(functions.GetPrivateProfileSection(nullptr, &byte, 0, "none.ini"), 0U);
-    EXPECT_EQ(byte, '#');
-    EXPECT_EQ(functions.GetPrivateProfileSectionNames(&byte, 1, nullptr), 0U);
-    EXPECT_EQ(byte, '\0');
-    EXPECT_FALSE(functions.WritePrivateProfileString("s", "k", "v", nullptr));
-}
-
 }  // namespace
 }  // namespace tallyhorn

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "desktop/Help.h"
 #include "tests/fakes/FakeHelpViewer.h"
 #include "tests/fakes/FakeWindow.h"
@@ -48,24 +46,12 @@ TEST_F(HelpTest, TheEndOfTheFilesNameChoosesTheViewerAndItsCommand) {
     EXPECT_TRUE(boxes_.Shown.empty());
 }
 
-TEST_F(HelpTest, TheFileLiesInTheConsolesFolderOrElseInTheProgramsOwn) {
-    const TemporaryFolder folder;
-    const TemporaryFolder program;
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile().filename(), "THListen.CHM");
-    std::ofstream(program / "THListen.CHM") << "x";
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile(), program / "THListen.CHM");
-    std::ofstream(folder / "THListen.CHM") << "x";
-    help_.SetHelpFile(folder.Path(), program.Path());
-    EXPECT_EQ(help_.HelpFile(), folder / "THListen.CHM");
-}
-
 TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
     const std::pair<HelpOutcome, const char*> cases[] = {{HelpOutcome::NoFile, "could not be found"},
                                                          {HelpOutcome::BadFile, "is damaged"},
                                                          {HelpOutcome::NoViewer, "has no viewer"}};
     help_.SetHelpFile("THListen.CHM");
+    boxes_.WhileAsked = [this] { help_.ShowHelp(HelpContext::Troubles, 0); };
     for (const auto& [outcome, words] : cases) {
         viewer_.Outcome = outcome;
         boxes_.Shown.clear();

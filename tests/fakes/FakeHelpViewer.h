@@ -17,6 +17,7 @@ public:
 
     HelpOutcome OpenWinHelp(const Request& request) override { return Keep("WinHelp", request); }
     HelpOutcome OpenHtmlHelp(const Request& request) override { return Keep("HtmlHelp", request); }
+    void Close() override { Requests.push_back({.Kind = "close", .What = {}}); }
 
     HelpOutcome Outcome = HelpOutcome::Shown;
     std::vector<Asked> Requests;

@@ -20,7 +20,7 @@ namespace tallyhorn {
 class FakeMessageBoxes final : public MessageBoxes {
 public:
     void Tell(std::string_view text) override { Shown.emplace_back(text); }
-    void Warn(std::string_view text) override { Shown.emplace_back(text); }
+    void Warn(std::string_view text) override { Confirm(text); }
     bool Confirm(std::string_view text) override {
         Shown.emplace_back(text);
         if (WhileAsked)

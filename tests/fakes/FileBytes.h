@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -24,6 +25,14 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
 inline std::string ReadText(const std::filesystem::path& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The number's lowest bytes, the lowest first.
+inline std::string LittleEndian(std::uint32_t number, int size) {
+    std::string bytes;
+    for (int i = 0; i < size; ++i)
+        bytes += static_cast<char>(number >> (8 * i));
+    return bytes;
 }
 
 /// The entries of a folder itself, of every kind.

@@ -182,22 +182,6 @@ TEST(FilterMatcher, TestsTheDateRange) {
     }
 }
 
-TEST(FilterMatcher, MeetsEverySecondOfADayExactly) {
-    SuppressionFilter filter = AnyFilter();
-    filter.UseDateRange = FilterTrue;
-    for (const char* day : {"1/1/0100", "12/28/1899", "6/15/2004", "12/31/9999"}) {
-        const AlarmDate midnight = *ParseAlarmDate(day);
-        for (std::int64_t second = 0; second < 86400; second += 61) {
-            AlarmRecord alarm;
-            alarm.DateTime.Seconds = midnight.Seconds + second;
-            filter.BeginDate = filter.EndDate = DaysFromAlarmDate(alarm.DateTime);
-            ASSERT_TRUE(Matches({filter}, alarm)) << day << ' ' << second;
-            alarm.DateTime.Seconds += 1;
-            ASSERT_FALSE(Matches({filter}, alarm)) << day << ' ' << second;
-        }
-    }
-}
-
 TEST(FilterMatcher, TriesEveryFilterOfALargeTable) {
     std::vector<SuppressionFilter> table(1);
     for (int i = 0; i < 2000; ++i) {

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -43,16 +41,6 @@ TEST(SuppressionFilter, TakesTheBytesOfItsFileLayout) {
     const FilterSlot encoded = EncodeFilter(filter);
     EXPECT_EQ(std::string(encoded.data(), encoded.size()), slot);
     EXPECT_EQ(DecodeFilter(std::span<const char, FilterDataSize>(slot.data(), FilterDataSize)), filter);
-}
-
-TEST(SuppressionFilter, KeepsEveryBitOfItsData) {
-    for (const int step : {1, 7, 255}) {
-        std::array<char, FilterDataSize> data;
-        for (std::size_t i = 0; i < data.size(); ++i)
-            data[i] = static_cast<char>(static_cast<unsigned char>(255U - i * static_cast<unsigned>(step)));
-        const FilterSlot encoded = EncodeFilter(DecodeFilter(data));
-        EXPECT_EQ(std::memcmp(encoded.data(), data.data(), data.size()), 0) << "step " << step;
-    }
 }
 
 AlarmRecord AlarmFrom(std::string_view source) {
@@ -186,17 +174,6 @@ TEST_F(SuppressionFiltersTest, ReadsAFileThatItMayNotWrite) {
     EXPECT_TRUE(filters_.IsSuppressed(AlarmFrom("a")));
     filters_.CloseFilterFile();
     std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
-}
-
-TEST_F(SuppressionFiltersTest, LoadsRandomBytesUpToItsLimit) {
-    std::mt19937 random(7);
-    std::string bytes((std::size_t{SuppressionFilters::MaxRecords} + 10) * FilterSlotSize, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(random());
-    WriteBytes(path_, bytes);
-    Start();
-    EXPECT_EQ(filters_.FilterCount, SuppressionFilters::MaxRecords);
-    EXPECT_EQ(filters_.CountRecords(), SuppressionFilters::MaxRecords + 10);
 }
 
 }  // namespace

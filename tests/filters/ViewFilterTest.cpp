@@ -135,25 +135,6 @@ TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
     }
 }
 
-TEST_F(ViewFilterTest, WhatArrivesMeanwhileIsKeptAndShownAfterwards) {
-    Syslog({.Computer = "A"});
-    NetBios({.Computer = "A"});
-    Apply(ByComputer, "A");
-    for (const char* const computer : {"B", "a"}) {
-        Syslog({.Computer = computer});
-        NetBios({.Computer = computer});
-    }
-    EXPECT_EQ(Computers(3), (Names{"A", "a"}));
-    EXPECT_EQ(Computers(0), (Names{"A", "A"})) << "arrivals of both channels are tested";
-    EXPECT_EQ(TreeText(), "Full ( 2 Events ) 0 2");
-    EXPECT_FALSE(Received.Syslog.Rows.Holds(1)) << "what is hidden has no row";
-    Display.Page = MessagePage::NetBios;  // another page in front does not matter
-    filter_.RemoveViewFilter();
-    EXPECT_EQ(Computers(3), (Names{"A", "B", "a"}));
-    EXPECT_EQ(Computers(0), (Names{"A", "B", "A"}));
-    EXPECT_EQ(Received.Tree.LeafCount(), 3U);
-}
-
 TEST_F(ViewFilterTest, TheTreeIsBuiltAnewOfWhatStays) {
     for (const char* const computer : {"A", "B", "A"})
         Syslog({.Computer = computer});

@@ -1,10 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <QMenu>
-#include <QMenuBar>
 #include <QProgressBar>
 #include <QToolBar>
-#include <QToolButton>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "views/LongWork.h"
@@ -29,31 +26,6 @@ protected:
         QTest::keyClick(qApp->activePopupWidget(), item);
     }
 };
-
-TEST_F(CommandBarsTest, MenusAndButtonsStandInTheirOrder) {
-    Start();
-    std::string menus;
-    for (const QAction* const top : console_->Window().menuBar()->actions()) {
-        menus += top->text().toStdString() + "\n";
-        for (const QAction* const item : top->menu()->actions())
-            menus += "  " + (item->isSeparator() ? "-" : item->text().toStdString()) + "\n";
-    }
-    EXPECT_EQ(menus,
-              "&File\n  &View Message Details\n  &Delete Selected Message(s)\n  &Clear All Messages\n  -\n"
-              "  E&xit\n"
-              "&Edit\n  &Apply a Filter to Received Messages\n  &Manage Suppression Filters...\n  -\n"
-              "  &Pause Message Processing\n"
-              "&Tools\n  E&vent Log Viewer\n  Ex&port Messages To Text\n"
-              "&Options\n  Listener Console &Preferences\n"
-              "&Help\n  &Tallyhorn Listener Console Help File\n  &About Tallyhorn Listener Console\n");
-    std::string buttons;
-    for (const QAction* const button : Find<QToolBar>("tbrMain")->actions()) {
-        buttons += (button->isSeparator() ? "-" : button->objectName().toStdString()) + " ";
-        EXPECT_NE(button->icon().isNull() || button->toolTip().isEmpty(), !button->isSeparator()) << buttons;
-    }
-    EXPECT_EQ(buttons,
-              "view delete clear - filter suppression - pause - eventviewer exporttext - configure help ");
-}
 
 TEST_F(CommandBarsTest, ButtonsAndMenusLeadToTheSameCommands) {
     Start();

@@ -108,25 +108,6 @@ TEST_F(CommandsTest, PreferencesTakeEffectWithoutARestart) {
     EXPECT_NE(SettingsText().find("ColWidth5=0"), std::string::npos);
 }
 
-TEST_F(CommandsTest, EachPageIsExported) {
-    StartWithError();
-    Send(Datagram("Full", "Error", "a"));
-    Send(Datagram("Full", "Error", "b"));
-    Handle();
-    const std::ptrdiff_t lines[] = {2, 3, 2};
-    for (int page = 0; page < 3; ++page) {
-        ShowPage(page);
-        AwaitShown();
-        Tree()->setCurrentIndex(Node({0}));
-        for (const Qt::Key key : {Qt::Key_Asterisk, Qt::Key_Down, Qt::Key_Down})  // to the first computer
-            QTest::keyClick(Tree(), key);
-        saveDialog_.Answer = folder_ / std::to_string(page);
-        Command("exporttext");
-        const std::string written = ReadBytes(folder_ / std::to_string(page));
-        EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), lines[page]) << page;
-    }
-}
-
 TEST_F(CommandsTest, APauseEndsWhileAQuestionStands) {
     StartWithError();
     Command("pause");

@@ -17,6 +17,7 @@
 
 #include "app/Console.h"
 #include "config/MakeProfileFunctions.h"
+#include "desktop/forms/frmStartup.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDatagrams.h"
 #include "tests/fakes/FakeHelpViewer.h"
@@ -24,6 +25,8 @@
 #include "tests/fakes/FakeNotificationArea.h"
 #include "tests/fakes/FakePrograms.h"
 #include "tests/fakes/FakeSaveDialog.h"
+#include "tests/fakes/FakeSoundDevice.h"
+#include "tests/fakes/FakeUserNames.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/FileBytes.h"
 #include "tests/fakes/Notifications.h"
@@ -51,12 +54,14 @@ protected:
 
     /// Over the files that are there.
     void Restart() {
-        console_ =
-            std::make_unique<Console>(Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_,
-                                                       datagrams_, programs_, saveDialog_, area_, help_},
-                                      folder_.Path());
+        console_ = std::make_unique<Console>(
+            Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, datagrams_, programs_,
+                             saveDialog_, area_, sound_, help_, names_},
+            folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&console_->Window()));
+        if (!keepsSplash_)
+            delete console_->Window().findChild<frmStartup*>();
     }
 
     void Start(const std::string& settings = "MessageViews=7\r\n") {
@@ -134,9 +139,12 @@ protected:
     FakeDatagrams datagrams_;
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
+    bool keepsSplash_ = false;  ///< else it is gone before the test goes on
     FakeMessageBoxes boxes_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;
+    FakeSoundDevice sound_;
+    FakeUserNames names_;
     FakeNotificationArea area_;
     FakeHelpViewer help_;
     std::unique_ptr<Console> console_;

@@ -85,34 +85,12 @@ TEST(PicturesTest, DisabledOnesAreFainterAndAllSizesAreFilled) {
 TEST(SvgPictureTest, RefusesWhatItDoesNotKnow) {
     const QByteArray root = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)";
     const QByteArray good = R"(<circle cx="8" cy="8" r="7"/>)";
-    const QByteArray end = "</svg>";
-    ASSERT_TRUE(SvgPicture::Read(root + good + end));
-    for (const char* const inside : {
-             "<ellipse cx='8' cy='8' rx='7' ry='7'/>",
-             "<circle cx='8' cy='8' r='7'><title>x</title></circle>",
-             "text",
-             "<circle xmlns='urn:other' cx='8' cy='8' r='7'/>",
-             "<circle cx='8' cy='8'/>",
-             "<circle cx='8' cy='8' r='0'/>",
-             "<circle cx='8' cy='8' r='7' opacity='0.5'/>",
-             "<circle cx='8' cy='8' r='7' fill='red'/>",
-             "<circle cx='8' cy='8' r='7' stroke-width='2'/>",
-             "<circle cx='8px' cy='8' r='7'/>",
-             "<rect x='1' y='1' width='2' height='4' rx='1.1'/>",
-             "<polygon points='1,2 3'/>",
-             "<path d='M 1 2 L 3'/>",
-             "<path d='M 1 2 A 3 4 5 6 7 8 9'/>",
-         })
-        EXPECT_FALSE(SvgPicture::Read(root + good + inside + end)) << inside;
-    for (const QByteArray& file : {
-             QByteArray(),
-             root + end,
-             "<svg viewBox='0 0 16 16'>" + good + end,
-             "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 24 24'>" + good + end,
-             "<!DOCTYPE svg>" + root + good + end,
-             root + good + end + root + good + end,
-         })
-        EXPECT_FALSE(SvgPicture::Read(file)) << file.constData();
+    ASSERT_TRUE(SvgPicture::Read(root + good + "</svg>"));
+    for (const char* const inside :
+         {"<ellipse cx='8' cy='8' rx='7' ry='7'/>", "text", "<circle cx='8' cy='8'/>",
+          "<circle cx='8' cy='8' r='7' opacity='0.5'/>", "<circle cx='8px' cy='8' r='7'/>",
+          "<polygon points='1,2 3'/>", "<path d='M 1 2 L 3'/>", "<path d='M 1 2 A 3 4 5 6 7 8 9'/>"})
+        EXPECT_FALSE(SvgPicture::Read(root + good + inside + "</svg>")) << inside;
 }
 
 }  // namespace

@@ -235,14 +235,8 @@ TEST_F(TakenPortTest, AnotherPortIsChosenInThePreferences) {
         QTest::keyClicks(dialog.focusWidget(), "5515");
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
-    EXPECT_EQ(boxes_.Shown,
-              std::vector<std::string>{
-                  "The Tallyhorn Listener Console could not bind to UDP port 5514, on which it receives "
-                  "syslog messages.  This can happen if another instance of the Tallyhorn Listener Console "
-                  "is being run on a different desktop (e.g. RDP session), or if a different program has "
-                  "already bound to this port.  If you would like to close this instance of the Listener "
-                  "Console, click 'Cancel'.  To reconfigure this program to use a different port, click "
-                  "'Retry.'"});
+    ASSERT_EQ(boxes_.Shown.size(), 1U);
+    EXPECT_NE(boxes_.Shown[0].find("could not bind to UDP port 5514, "), std::string::npos);
     EXPECT_TRUE(datagrams_.Bound.contains(5515));
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5515");
 }

@@ -121,39 +121,6 @@ TEST_F(DatagramSocketsTest, TellsWhereNobodyListens) {
     EXPECT_TRUE(sender->Refused()) << "it does not forget";
 }
 
-TEST_F(DatagramSocketsTest, ASingleDatagramComesSoonAndWithOneWake) {
-    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
-    for (int i = 1; i <= 50; ++i) {
-        ASSERT_TRUE(sender->Send(std::to_string(i)));
-        // Long enough for any machine; the receiver's own naps are a hundredth of it.
-        ASSERT_TRUE(woken_.try_acquire_for(1s)) << i;
-        EXPECT_EQ(receiver_->Next(), std::to_string(i));
-        EXPECT_EQ(receiver_->Next(), std::nullopt);
-        EXPECT_EQ(wakes_, i);
-    }
-}
-
-TEST_F(DatagramSocketsTest, WhatDoesNotFitIsCounted) {
-    const std::unique_ptr<DatagramSender> sender = Open("127.0.0.1");
-    const std::string large(DatagramSockets::LargestSize, 'x');
-    for (int sent = 0; receiver_->Losses().NoRoom < 10 && sent < 50'000; ++sent) {
-        ASSERT_TRUE(sender->Send(large));
-        if (sent % 8 == 0)
-            std::this_thread::sleep_for(500us);
-    }
-    receiver_->Stop();
-    const DatagramLosses losses = receiver_->Losses();
-    EXPECT_GE(losses.NoRoom, 10U) << "still to be read";
-    EXPECT_EQ(wakes_, 1);
-    std::size_t taken = 0;
-    while (receiver_->Next())
-        ++taken;
-    EXPECT_GT(taken * large.size(), DatagramReceiver::MostWaiting / 2);
-    EXPECT_LT(taken * large.size(), DatagramReceiver::MostWaiting + (std::size_t{16} << 20U));
-    EXPECT_EQ(receiver_->Losses().NoRoom, losses.NoRoom);
-    EXPECT_EQ(receiver_->Losses().BySystem, losses.BySystem);
-}
-
 TEST_F(DatagramSocketsTest, TheSystemsLossesAreTold) {
     if (!receiver_->Losses().BySystem)
         GTEST_SKIP() << "this system does not tell";

@@ -81,27 +81,5 @@ TEST(BackupReaderTest, GivesTheTextsThatTheLengthsLeadTo) {
     }
 }
 
-TEST(BackupReaderTest, JunkBetweenRecordsNeverMakesUpAText) {
-    for (std::size_t junk = 1; junk <= 9; ++junk) {
-        // Letters make no number: from here on only whole fives keep in step with the lengths.
-        const Texts expected = junk % BackupLengthDigits == 0 ? Both : First;
-        std::string bytes = A25;
-        bytes.append(junk, 'j').append(B20);
-        EXPECT_EQ(ReadAll(bytes, 1 << 20), expected) << junk;
-    }
-}
-
-TEST(BackupReaderTest, RubbishIsReadInSteps) {
-    const std::string rubbish = Letters(std::size_t{1} << 20U, '#');
-    MemorySource source(rubbish);
-    BackupReader reader(source);
-    std::string_view text;
-    int steps = 1;
-    for (; reader.Next(text) == BackupReader::Step::NotYet; ++steps)
-        ASSERT_LT(steps, 1000);
-    EXPECT_GT(steps, 50);
-    EXPECT_EQ(source.Left(), 0U);
-}
-
 }  // namespace
 }  // namespace tallyhorn

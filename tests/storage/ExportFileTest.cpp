@@ -12,8 +12,8 @@ namespace {
 class ExportFileTest : public ExportFixture {
 protected:
     /// The line behind the header.
-    std::string LineOf(const AlarmRecord& record, bool dayFirst = false) {
-        ExportFile file(file_, dayFirst);
+    std::string LineOf(const AlarmRecord& record) {
+        ExportFile file(file_, false);
         EXPECT_TRUE(file.Write(record));
         EXPECT_FALSE(file.Finish());
         const std::string bytes = ReadBytes(file_);
@@ -30,25 +30,6 @@ protected:
         return line.substr(before.size());
     }
 };
-
-TEST_F(ExportFileTest, WritesDatesInBothOrdersWithTheSystemsSeparator) {
-    const struct {
-        CivilDateTime Date;
-        const char* MonthFirst;
-        const char* DayFirst;
-    } cases[] = {
-        {{2008, 12, 25, 15, 4, 5}, "12/25/2008 3:04:05 PM", "25/12/2008 3:04:05 PM"},
-        {{2009, 1, 2, 0, 0, 0}, "01/02/2009 12:00:00 AM", "02/01/2009 12:00:00 AM"},
-        {{2009, 1, 2, 12, 0, 0}, "01/02/2009 12:00:00 PM", "02/01/2009 12:00:00 PM"},
-        {{100, 2, 3, 10, 0, 1}, "02/03/0100 10:00:01 AM", "03/02/0100 10:00:01 AM"},
-    };
-    for (const auto& [date, monthFirst, dayFirst] : cases) {
-        AlarmRecord record = Record("n");
-        record.DateTime = MakeAlarmDate(date).value();
-        EXPECT_TRUE(LineOf(record, false).starts_with(std::string(monthFirst) + ",n,System,"));
-        EXPECT_TRUE(LineOf(record, true).starts_with(std::string(dayFirst) + ",n,System,"));
-    }
-}
 
 TEST_F(ExportFileTest, PutsADescriptionOnOneLineBetweenQuotes) {
     const std::pair<std::string, std::string> cases[] = {

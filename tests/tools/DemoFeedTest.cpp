@@ -12,7 +12,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr int Texts = 20'000;
+constexpr int Texts = 10'000;
 
 bool IsWhole(const AlarmRecord& alarm, DemoType type) {
     // Some types are not as they should be, as an engine's are.

@@ -55,15 +55,5 @@ TEST_F(MailslotRunTest, CountsADemoByTypesAsFarAsItWasTaken) {
     }
 }
 
-TEST_F(MailslotRunTest, TellsWhereNobodyListens) {
-    server_.reset();
-    for (const SendMode mode : {SendMode::Text, SendMode::Raw, SendMode::Demo}) {
-        arguments_.Mode = mode;
-        MailslotRun run(arguments_, mailslots_, clock_);
-        EXPECT_EQ(mode == SendMode::Demo ? run.SendDemo() : run.Send({"text"}), Outcome::Refused);
-        EXPECT_EQ(run.Counts().Datagrams, 0U);
-    }
-}
-
 }  // namespace
 }  // namespace tallyhorn

@@ -48,16 +48,6 @@ TEST_F(SyslogRunTest, CountsAndNumbersADemoAndKeepsItsRate) {
     EXPECT_EQ(run.Counts().ByType, types);
 }
 
-TEST_F(SyslogRunTest, StopsWhereADatagramIsNotTaken) {
-    SyslogRun run(arguments_, *sender_);
-    EXPECT_EQ(run.Send({"a", std::string(65508, 'x'), "c"}), SyslogRun::Outcome::NotTaken);
-    EXPECT_EQ(Waiting(), std::deque<std::string>{"a"});
-    EXPECT_EQ(run.Counts().Datagrams, 1U);
-    EXPECT_EQ(run.Counts().Bytes, 1U);
-    EXPECT_EQ(run.Send({"", std::string(65507, 'x')}), SyslogRun::Outcome::Sent);
-    EXPECT_EQ(run.Counts().Bytes, 65508U);
-}
-
 TEST_F(SyslogRunTest, ADemoWithoutEndEndsWhenNobodyListens) {
     receiver_.reset();
     SyslogRun run(arguments_, *sender_);

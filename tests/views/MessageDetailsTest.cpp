@@ -216,14 +216,5 @@ TEST(IsTabularTest, AsksForColumnsOnlyInsideLines) {
         EXPECT_FALSE(IsTabular(text)) << text;
 }
 
-TEST(LongestWordTest, CountsFromGapToGap) {
-    const struct {
-        const char* Text;
-        std::size_t Length;
-    } cases[] = {{"", 0}, {"  \r\n", 0}, {"word", 4}, {"a bcd\tef", 3}, {"a\r\nlast", 4}, {"first a ", 5}};
-    for (const auto& [text, length] : cases)
-        EXPECT_EQ(LongestWord(text), length) << text;
-}
-
 }  // namespace
 }  // namespace tallyhorn

@@ -23,16 +23,30 @@ void WindowHiding::Minimized() {
         Hide();
 }
 
+/// What the window system keeps in front of it: its own windows, and the help window, which is nobody's
+/// child.
+bool WindowHiding::BelongsToIt(const QWidget& other) const {
+    if (!other.isVisible() || other.windowType() == Qt::Popup || other.windowType() == Qt::ToolTip)
+        return false;
+    const QWindow* const owner = other.windowHandle()->transientParent();
+    return owner != nullptr && owner == window_.windowHandle();
+}
+
 void WindowHiding::Hide() {
     hidden_ = true;
     maximized_ = window_.isMaximized();
     normalGeometry_ = maximized_ ? window_.normalGeometry() : window_.geometry();
     framePosition_ = window_.frameGeometry().topLeft();
+    screen_ = window_.screen();
     companions_.clear();
-    for (QObject* const child : window_.children()) {
-        auto* const widget = qobject_cast<QWidget*>(child);
-        if (widget == nullptr || !widget->isWindow() || !widget->isVisible())
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (!BelongsToIt(*widget))
             continue;
+        // A greeting has had its time by when the window comes back.
+        if (widget->windowType() == Qt::SplashScreen) {
+            widget->close();
+            continue;
+        }
         companions_.emplace_back(widget);
         widget->hide();
     }
@@ -60,6 +74,9 @@ void WindowHiding::Uncover() {
 
 /// Told before the window is shown: a window manager seeks a place of its own choice otherwise.
 void WindowHiding::GiveBackPlace() {
+    // A window that was moved while maximised has its other place still on the screen that it came from.
+    if (maximized_ && screen_ != nullptr && !screen_->geometry().contains(normalGeometry_.center()))
+        normalGeometry_.moveCenter(screen_->availableGeometry().center());
     window_.setGeometry(normalGeometry_);
     if (QWindow* const handle = window_.windowHandle(); handle != nullptr && !maximized_)
         handle->setFramePosition(framePosition_);
@@ -76,8 +93,11 @@ void WindowHiding::BringBack() {
     window_.setWindowState(maximized_ ? Qt::WindowMaximized : Qt::WindowNoState);
     window_.show();
     for (const QPointer<QWidget>& companion : std::exchange(companions_, {})) {
-        if (companion != nullptr)
-            companion->show();
+        if (companion == nullptr)
+            continue;
+        // Window managers minimise what belongs to a window with it.
+        companion->setWindowState(companion->windowState() & ~Qt::WindowMinimized);
+        companion->show();
     }
 }
 

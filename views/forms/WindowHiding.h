@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QRect>
+#include <QScreen>
 #include <QWidget>
 #include <vector>
 
@@ -25,6 +26,7 @@ public:
 
 private:
     void Minimized();
+    bool BelongsToIt(const QWidget& other) const;
     void Hide();
     void BringBack();
     void GiveBackPlace();
@@ -32,6 +34,7 @@ private:
     QWidget& window_;
     ServerLifetime& lifetime_;
     std::vector<QPointer<QWidget>> companions_;  ///< what was hidden with it
+    QPointer<QScreen> screen_;
     QRect normalGeometry_;
     QPoint framePosition_;  ///< of the window that is not maximised
     bool maximized_ = false;

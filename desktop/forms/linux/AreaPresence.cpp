@@ -45,23 +45,18 @@ class LinuxPresence final : public AreaPresence {
 public:
     std::optional<std::uint32_t> Area() override {
         // Qt sees by itself to it that its item is registered with each new host.
-        const std::optional<std::uint32_t> items = hosts_.HasHost() ? std::optional(0U) : std::nullopt;
-        if (decided_)
-            return itemsDecided_ ? items : XTray();
-        return items ? items : XTray();
+        const bool host = hosts_.HasHost();
+        if (!items_.value_or(host))
+            return XTray();
+        return host ? std::optional(0U) : std::nullopt;
     }
-    void Decide() override {
-        if (!decided_)
-            itemsDecided_ = hosts_.HasHost();
-        decided_ = true;
-    }
-    bool ShowsMenu() const override { return itemsDecided_; }
-    bool OpensAtOnce() const override { return itemsDecided_; }
+    void Decide() override { items_ = items_.value_or(hosts_.HasHost()); }
+    bool ShowsMenu() const override { return items_.value_or(false); }
+    bool OpensAtOnce() const override { return items_.value_or(false); }
 
 private:
     ItemHosts hosts_;
-    bool decided_ = false;
-    bool itemsDecided_ = false;
+    std::optional<bool> items_;  ///< whether it was hosts of items that were decided on
 };
 
 }  // namespace

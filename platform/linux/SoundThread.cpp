@@ -1,0 +1,117 @@
+#include "platform/linux/SoundThread.h"
+
+#include <pulse/simple.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/WholeFile.h"
+#include "platform/linux/StartWithoutSignals.h"
+#include "platform/linux/WaveFile.h"
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::chrono::milliseconds Patience{500};
+
+/// All of a sound is kept in memory.
+constexpr std::size_t LargestFile = std::size_t{16} << 20U;
+
+/// What the server is given ahead: all of a usual sound, so that no write waits for it, and the end of the
+/// stream still silences it at once.
+constexpr std::uint32_t AheadSize = std::uint32_t{1} << 20U;
+constexpr std::size_t PieceSize = 8192;  ///< of whole frames, whatever their size
+
+/// For the server to play on what it has got.
+constexpr std::chrono::seconds LongestTail{2};
+
+struct CloseStream {
+    void operator()(pa_simple* stream) const { pa_simple_free(stream); }
+};
+using Stream = std::unique_ptr<pa_simple, CloseStream>;
+
+/// Null where there is no server.
+Stream OpenStream(const WaveSamples& wave) {
+    const pa_sample_spec format{wave.Bits == 8    ? PA_SAMPLE_U8
+                                : wave.Bits == 16 ? PA_SAMPLE_S16LE
+                                                  : PA_SAMPLE_S32LE,
+                                wave.Rate, static_cast<std::uint8_t>(wave.Channels)};
+    constexpr auto Default = static_cast<std::uint32_t>(-1);
+    // Begins with the first samples: the shortest sound never fills what the server would wait for.
+    const pa_buffer_attr buffer{.maxlength = Default,
+                                .tlength = AheadSize,
+                                .prebuf = FrameSize(wave),
+                                .minreq = Default,
+                                .fragsize = Default};
+    return Stream(pa_simple_new(nullptr, "Tallyhorn Listener Console", PA_STREAM_PLAYBACK, nullptr, "Alert",
+                                &format, nullptr, &buffer, nullptr));
+}
+
+}  // namespace
+
+std::shared_ptr<SoundThread> SoundThread::Start() {
+    auto sound = std::make_shared<SoundThread>();
+    StartWithoutSignals([sound] { sound->Run(); }).detach();
+    return sound;
+}
+
+void SoundThread::Want(const std::filesystem::path& file) {
+    const std::lock_guard lock(mutex_);
+    wanted_ = file;
+    changed_.notify_all();
+}
+
+void SoundThread::End() {
+    std::unique_lock lock(mutex_);
+    ending_ = true;
+    changed_.notify_all();
+    changed_.wait_for(lock, Patience, [this] { return ended_; });
+}
+
+void SoundThread::Run() {
+    std::unique_lock lock(mutex_);
+    while (!ending_) {
+        const std::optional<std::filesystem::path> file = std::exchange(wanted_, std::nullopt);
+        if (!file) {
+            changed_.wait(lock);
+            continue;
+        }
+        lock.unlock();
+        Play(*file);
+        lock.lock();
+    }
+    ended_ = true;
+    changed_.notify_all();
+}
+
+/// Every time the file, the server and its device are those of the moment.  The end of the stream ends what
+/// is heard.
+void SoundThread::Play(const std::filesystem::path& file) {
+    std::string bytes;
+    if (file.empty() || ReadWholeFile(file.string(), LargestFile, bytes) != ReadOutcome::Complete)
+        return;
+    const std::optional<WaveSamples> wave = ReadWave(bytes);
+    const Stream stream = wave ? OpenStream(*wave) : nullptr;
+    if (stream == nullptr)
+        return;
+    for (std::string_view left = wave->Data; !left.empty();) {
+        const std::string_view piece = left.substr(0, PieceSize);
+        if (IsInterrupted({}) || pa_simple_write(stream.get(), piece.data(), piece.size(), nullptr) < 0)
+            return;
+        left.remove_prefix(piece.size());
+    }
+    // No more than that is left to play.
+    const std::size_t left = std::min<std::size_t>(wave->Data.size(), AheadSize);
+    IsInterrupted(std::chrono::seconds(left / FrameSize(*wave) / wave->Rate) + LongestTail);
+}
+
+bool SoundThread::IsInterrupted(std::chrono::milliseconds time) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, time, [this] { return wanted_ || ending_; });
+}
+
+}  // namespace tallyhorn

@@ -1,0 +1,111 @@
+#include <QElapsedTimer>
+#include <QPushButton>
+
+#include "desktop/forms/frmStartup.h"
+#include "tests/forms/ConsoleFixture.h"
+#include "tests/forms/ControlChecks.h"
+
+namespace tallyhorn {
+namespace {
+
+class frmStartupTest : public ConsoleFixture {
+protected:
+    frmStartupTest() { keepsSplash_ = true; }
+    frmStartup* Splash() { return console_->Window().findChild<frmStartup*>(); }
+    static QString Label(const QWidget& window, const char* name) {
+        return window.findChild<QLabel*>(QString::fromLatin1(name))->text();
+    }
+    /// By the menu; `act` has to close the box.
+    template <class Act>
+    void InAbout(Act act) {
+        bool closed = false;
+        InDialog<frmStartup>([&](frmStartup& about) {
+            act(about);
+            closed = !about.isVisible();
+        });
+        Command("mnuHelp_About");
+        EXPECT_TRUE(closed);
+    }
+};
+
+TEST_F(frmStartupTest, TheAboutBoxTellsVersionNamesAndYear) {
+    names_.User = "<b>J\xC3\xB6rg</b>";
+    names_.Computer = "console-pc";
+    Start();
+    struct Case {
+        std::int64_t LocalSeconds;
+        const char* Year;
+    };
+    for (const Case& day : {Case{1'798'761'599, " 2026 "}, {1'798'761'600, " 2027 "}}) {
+        clock_.Local = day.LocalSeconds;
+        InAbout([&](frmStartup& about) {
+            ExpectSoundControls(about);
+            EXPECT_EQ(Label(about, "lblVersion"), QStringLiteral("Version:  4.7.11"));
+            EXPECT_EQ(Label(about, "lblStartupInfo0"), QStringLiteral("Username: <b>J\u00F6rg</b>"));
+            EXPECT_EQ(Label(about, "lblStartupInfo1"), QStringLiteral("Computer: console-pc"));
+            EXPECT_EQ(about.findChild<QLabel*>(QStringLiteral("lblStartupInfo0"))->textFormat(),
+                      Qt::PlainText);
+            const QString notice = Label(about, "lblCopyright");
+            EXPECT_TRUE(notice.contains(QLatin1String(day.Year))) << notice.toStdString();
+            QTest::keyClick(&about, Qt::Key_Escape);
+        });
+    }
+}
+
+TEST_F(frmStartupTest, TheAboutBoxIsClosedByButtonAndClick) {
+    Start();
+    InAbout([](QWidget& about) {
+        QTest::mouseClick(about.findChild<QPushButton*>(QStringLiteral("cmdClose")), Qt::LeftButton);
+    });
+    InAbout([](QWidget& about) { QTest::mouseClick(&about, Qt::LeftButton, {}, QPoint(10, 10)); });
+}
+
+TEST_F(frmStartupTest, TheSplashGoesByItselfAndTakesNoFocus) {
+    QElapsedTimer shown;
+    shown.start();
+    Start();
+    ASSERT_NE(Splash(), nullptr);
+    EXPECT_TRUE(Splash()->isVisible());
+    EXPECT_FALSE(Splash()->isModal());
+    AWAIT(QApplication::activeWindow() == &console_->Window());
+    AWAIT(Splash() == nullptr);
+    EXPECT_GE(shown.elapsed(), 1900);
+}
+
+TEST_F(frmStartupTest, TheSplashMakesWay) {
+    Start();
+    QTest::mouseClick(Splash(), Qt::LeftButton, {}, QPoint(10, 10));
+    AWAIT(Splash() == nullptr);
+
+    console_.reset();
+    Restart();
+    InAbout([this](QWidget& about) {
+        const auto all = console_->Window().findChildren<frmStartup*>();
+        EXPECT_EQ(std::count_if(all.begin(), all.end(), [](auto* window) { return window->isVisible(); }), 1);
+        about.close();
+    });
+
+    console_.reset();
+    Restart();
+    console_->Window().setWindowState(Qt::WindowMinimized);
+    AWAIT(!console_->Window().isVisible() && Splash() == nullptr);
+
+    console_.reset();
+    datagrams_.Taken.insert(Port);
+    Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
+    EXPECT_EQ(Splash(), nullptr) << "there is a question";
+    EXPECT_EQ(boxes_.Shown.size(), 1U);
+}
+
+TEST_F(frmStartupTest, ArrivalsSoundWhereTheUserWantsIt) {
+    std::ofstream(folder_ / "sound.wav") << "wave";
+    Start("MessageViews=7\r\nSoundOn=1\r\n");
+    Arrive("Full", "Error");
+    Poll();
+    EXPECT_EQ(sound_.Commands, "Open Prev Play ");
+    console_->End();
+    EXPECT_EQ(sound_.Commands, "Open Prev Play Close ");
+}
+
+}  // namespace
+}  // namespace tallyhorn

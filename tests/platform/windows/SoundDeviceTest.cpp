@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include "platform/SoundDevice.h"
+#include "tests/fakes/FileBytes.h"
+#include "tests/fakes/TemporaryFolder.h"
+
+namespace tallyhorn {
+namespace {
+
+using Mode = SoundDevice::Mode;
+
+constexpr std::uint32_t Rate = 44'100;
+
+/// Half a second of one channel, each sample one more than that before.
+std::string RisingSamples() {
+    std::string samples;
+    for (std::uint32_t i = 1; i <= Rate / 2; ++i)
+        samples += LittleEndian(i, 2);
+    return samples;
+}
+
+std::string Wave(const std::string& samples) {
+    const std::string format = LittleEndian(1, 2) + LittleEndian(1, 2) + LittleEndian(Rate, 4) +
+                               LittleEndian(Rate * 2, 4) + LittleEndian(2, 2) + LittleEndian(16, 2);
+    const std::string chunks = "WAVEfmt " + LittleEndian(16, 4) + format + "data" +
+                               LittleEndian(static_cast<std::uint32_t>(samples.size()), 4) + samples;
+    return "RIFF" + LittleEndian(static_cast<std::uint32_t>(chunks.size()), 4) + chunks;
+}
+
+class SoundDeviceTest : public ::testing::Test {
+protected:
+    SoundDeviceTest() {
+        std::ofstream(folder_ / "sound.wav", std::ios::binary) << Wave(RisingSamples());
+        std::ofstream(folder_ / "broken.wav", std::ios::binary) << Wave(RisingSamples()).substr(0, 30);
+    }
+    bool Open(const std::string& name) {
+        device_->SetFileName(folder_ / name);
+        return device_->Open();
+    }
+
+    TemporaryFolder folder_;
+    std::unique_ptr<SoundDevice> device_ = MakeSoundDevice();
+};
+
+TEST_F(SoundDeviceTest, TellsItsMode) {
+    EXPECT_EQ(device_->CurrentMode(), Mode::NotOpen);
+    EXPECT_FALSE(device_->Play());
+    EXPECT_FALSE(Open("none.wav"));
+    EXPECT_FALSE(Open("broken.wav") && device_->Play());
+    EXPECT_TRUE(device_->Close());
+    ASSERT_TRUE(Open("sound.wav"));
+    EXPECT_EQ(device_->CurrentMode(), Mode::Stopped);
+    EXPECT_TRUE(device_->Prev());
+    EXPECT_TRUE(device_->Close());
+    EXPECT_EQ(device_->CurrentMode(), Mode::NotOpen);
+}
+
+/// The sound device of the test's surroundings keeps what it played last.
+TEST_F(SoundDeviceTest, PlaysAndBeginsAnew) {
+    const char* const played = std::getenv("TALLYHORN_PLAYED");
+    if (played == nullptr)
+        GTEST_SKIP() << "nothing keeps what is played";
+    for (const bool cutShort : {true, false, false}) {
+        ASSERT_TRUE(device_->Close());
+        std::filesystem::remove(played);
+        ASSERT_TRUE(Open("sound.wav") && device_->Prev() && device_->Play());
+        EXPECT_NE(device_->CurrentMode(), Mode::NotOpen);
+        if (cutShort)
+            continue;
+        for (int i = 0; i < 2000 && device_->CurrentMode() == Mode::Playing; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(device_->CurrentMode(), Mode::Stopped);
+        EXPECT_NE(ReadBytes(played).find(RisingSamples()), std::string::npos);
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

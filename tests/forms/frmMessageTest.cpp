@@ -22,7 +22,8 @@ protected:
     /// Errors in a NetBIOS list, named and dated by the minute.
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
-            const std::string number = (minute < 10 ? "0" : "") + std::to_string(minute);
+            std::string number = std::to_string(minute);
+            number.insert(0, 2 - number.size(), '0');
             std::string text = "Date: 08/21/2008 14:";
             text.append(number).append(":00\r\n\r\n\r\n(m").append(number);
             ArriveText(text.append(")\r\n\r\n\r\nLog: System\r\nSource: Disk\r\nType: Error\r\n"));

@@ -75,7 +75,8 @@ private:
     void ActOnceModal(const QWidget* before, const std::function<void(QWidget&)>& act) {
         QTimer::singleShot(10, &actor_, [this, before, act] {
             QWidget* const modal = QApplication::activeModalWidget();
-            if (modal == nullptr || modal == before || !modal->isVisible())
+            // The user waits until it has the focus.
+            if (modal == nullptr || modal == before || !modal->isVisible() || !modal->isActiveWindow())
                 return ActOnceModal(before, act);
             --waitingActs_;
             act(*modal);

@@ -144,7 +144,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             // List by list, in the order of the rows.
             std::sort(covered.begin(), covered.end(), [this](Slot a, Slot b) {
                 const auto place = [this](Slot slot) {
-                    const std::int16_t in = Received.Syslog.Rows[slot].List;
+                    const auto in = Received.Syslog.Rows[slot].List;
                     return std::pair(in,
                                      Received.Syslog.Lists.at(static_cast<std::size_t>(in)).PositionOf(slot));
                 };

@@ -3,6 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source scripts/common.sh
+source scripts/wine.sh
 
 Usage() {
     cat <<'END'
@@ -47,23 +48,9 @@ PackagesFor() {
 }
 
 CleanUp() {
-    if [[ -n ${WINEPREFIX:-} ]]; then
-        wineserver -k 2>/dev/null || true
-    fi
+    EndWine
     if [[ -n $runtime ]]; then
         rm -rf "$runtime"
-    fi
-}
-
-# The tests get a prefix of their own, ready before two of them would make it at once.
-PrepareWine() {
-    export WINEPREFIX=$PWD/build/windows/wine WINEDEBUG=-all
-    export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
-    if [[ ! -e $WINEPREFIX/.ready ]]; then
-        Say "Making a Wine prefix"
-        rm -rf "$WINEPREFIX"
-        wine wineboot --init >"$runtime/wineboot.log" 2>&1 || Fail "$(tail -n 5 "$runtime/wineboot.log")"
-        touch "$WINEPREFIX/.ready"
     fi
 }
 
@@ -75,7 +62,8 @@ PrepareSurroundings() {
     trap CleanUp EXIT
     trap 'exit 130' INT TERM HUP
     if [[ $preset == windows ]]; then
-        PrepareWine
+        # Ready before two tests would make it at once.
+        PrepareWine build/windows/wine
     fi
 }
 

@@ -8,7 +8,8 @@ declare -A Packages=(
     [headless]="xvfb openbox xdotool imagemagick"
     [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [sound]="pulseaudio pulseaudio-utils python3"
-    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix googletest wine wine64 fp-utils python3"
+    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix qt6-base-dev googletest wine wine64 fonts-dejavu-core fp-utils python3"
+    [windows-qt]="cmake ninja-build dpkg-dev perl xz-utils g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools"
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libpulse-dev"
     [package]="dpkg-dev file gzip librsvg2-bin"
     [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
@@ -94,6 +95,9 @@ EnsurePackages() {
 # itself notices everything else.
 Configure() {
     local folder=build/$1
+    if [[ $1 == windows ]]; then
+        packaging/windows/build-qt.sh  # at once where that Qt is there
+    fi
     if [[ -f $folder/build.ninja && $folder/.configured -nt CMakePresets.json ]]; then
         return
     fi

@@ -1,0 +1,111 @@
+#!/usr/bin/env bash
+# Cross-builds the Qt that the console's Windows build links: Core, Gui, Widgets and Test, static, from
+# Debian's own source package and with Debian's compiler.  It takes about twenty minutes on two cores, once:
+# the result lies in a cache folder named after everything it was made of, and build/qt-windows leads there.
+#
+# The cache is TALLYHORN_CACHE, else tallyhorn/ in XDG_CACHE_HOME, else ~/.cache/tallyhorn.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+source scripts/common.sh
+
+readonly link=build/qt-windows toolchain=cmake/mingw.cmake
+cache=${TALLYHORN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tallyhorn}
+
+# The modules and features that no form of the console uses.  tabletevent: Debian's source comes without
+# the header that it needs.  direct2d stays, since the fonts of the platform's plugin need it.
+readonly without=(sql dbus xml concurrent printsupport network androiddeployqt
+    vulkan direct2d1_1 tabletevent ssl zstd icu glib jpeg textmarkdownreader textmarkdownwriter)
+readonly bundled=(zlib pcre2 doubleconversion png freetype harfbuzz)
+
+Version() { dpkg-query -W -f='${source:Version}' "$1"; }
+
+# Recipe: what decides the result.
+Recipe() {
+    Version qt6-base-dev
+    Version g++-mingw-w64-x86-64-posix
+    Version mingw-w64-x86-64-dev
+    cat packaging/windows/build-qt.sh "$toolchain"
+}
+
+# SourceLists FOLDER: this machine's own package sources, as sources of source packages.
+SourceLists() {
+    mkdir -p "$1"
+    local list
+    for list in /etc/apt/sources.list.d/*.sources; do
+        [[ ! -e $list ]] || sed 's/^Types:.*/Types: deb-src/' "$list" >"$1/${list##*/}"
+    done
+    for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+        [[ ! -e $list ]] || sed -n 's/^deb /deb-src /p' "$list" >"$1/$(basename "$list" .list).list"
+    done
+}
+
+# FetchSource: the source of the very version whose generators are installed, in $work/source.  The
+# machine's own lists of packages stay as they are.
+FetchSource() {
+    local apt=$work/apt
+    SourceLists "$apt/parts"
+    mkdir -p "$apt/lists/partial" "$apt/cache/archives/partial" "$work/fetched"
+    local options=(-qq -o Dir::Etc::sourcelist=/dev/null -o "Dir::Etc::sourceparts=$apt/parts"
+        -o "Dir::State::lists=$apt/lists" -o "Dir::Cache=$apt/cache" -o APT::Sandbox::User="$(id -un)")
+    apt-get "${options[@]}" update
+    (cd "$work/fetched" && apt-get "${options[@]}" source --download-only "qt6-base=$(Version qt6-base-dev)")
+    dpkg-source --no-check -x "$work"/fetched/qt6-base_*.dsc "$work/source"
+}
+
+ConfigureQt() {
+    local options=() name
+    for name in "${without[@]}"; do
+        options+=("-DFEATURE_$name=OFF")
+    done
+    for name in "${bundled[@]}"; do
+        options+=("-DFEATURE_system_$name=OFF")
+    done
+    if command -v ccache >/dev/null; then
+        options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    fi
+    cmake -G Ninja -S "$work/source" -B "$work/build" -DCMAKE_TOOLCHAIN_FILE="$PWD/$toolchain" \
+        -DCMAKE_INSTALL_PREFIX="$work/qt" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF \
+        -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
+        -DQT_QMAKE_TARGET_MKSPEC=win32-g++ -DQT_QMAKE_DEVICE_OPTIONS=CROSS_COMPILE=x86_64-w64-mingw32- \
+        -DQT_BUILD_EXAMPLES=OFF -DQT_BUILD_TESTS=OFF -DFEATURE_pkg_config=OFF \
+        -DINPUT_opengl=no -DINPUT_openssl=no -DINPUT_ssl=no "${options[@]}"
+}
+
+BuildQt() {
+    FetchSource
+    ConfigureQt
+    cmake --build "$work/build"
+    cmake --install "$work/build"
+    find "$work/qt" -name '*.prl' -delete  # they name this folder, and serve another build system
+    # What has to travel with a program that holds this code.
+    mkdir -p "$work/qt/licences"
+    cp "$work/source/debian/copyright" "$work/qt/licences/"
+    Version qt6-base-dev >"$work/qt/licences/version"
+}
+
+# Once, while others who want the same wait.
+MakeQt() {
+    mkdir -p "$cache"
+    exec 9>"$qt.lock"
+    flock 9
+    if [[ -d $qt ]]; then
+        return
+    fi
+    work=$(mktemp -d "$cache/building.XXXXXX")
+    trap 'rm -rf "$work"' EXIT
+    Say "Building Qt for Windows, once, in about twenty minutes"
+    # In a process of its own, where a failure ends it.
+    BuildQt >"$qt.log" 2>&1 9>&- &
+    if ! wait $!; then
+        tail -n 40 "$qt.log" >&2
+        Fail "Qt could not be built; $qt.log tells more"
+    fi
+    mv "$work/qt" "$qt"
+}
+
+EnsurePackages windows-qt
+hash=$(Recipe | sha256sum)
+qt=$cache/qt-windows-${hash:0:16}
+[[ -d $qt ]] || MakeQt
+mkdir -p build
+ln -sfn "$qt" "$link"

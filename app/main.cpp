@@ -66,6 +66,8 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     int status = console.HasEnded() ? EXIT_SUCCESS : EXIT_FAILURE;
     if (started && !console.HasEnded())
         status = QApplication::exec();
+    // The end of the session on Windows may end the event loop by itself, past a question that stands open.
+    console.End();
     termination.Stop();
     return status;
 }

@@ -8,10 +8,12 @@ declare -A Packages=(
     [headless]="xvfb openbox xdotool imagemagick"
     [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [sound]="pulseaudio pulseaudio-utils python3"
-    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix qt6-base-dev googletest wine wine64 fonts-dejavu-core fp-utils python3"
+    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix qt6-base-dev googletest wine wine64 fonts-dejavu-core fp-utils python3 icoutils librsvg2-bin"
     [windows-qt]="cmake ninja-build dpkg-dev perl xz-utils g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools"
     [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libpulse-dev"
     [package]="dpkg-dev file gzip librsvg2-bin"
+    [windows-package]="nsis zip"
+    [windows-package-checks]="xvfb openbox unzip icoutils gcc-mingw-w64-x86-64-posix"
     [package-checks]="lintian desktop-file-utils appstream man-db groff debootstrap xvfb xdotool iproute2"
     [checks]="g++ clang-format clang-tidy libclang-14-dev llvm-14-dev git python3"
 )

@@ -41,8 +41,12 @@ Var note  ; what the last page tells
 
 !define MUI_ICON "${icon}"
 !define MUI_UNICON "${icon}"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${NSISDIR}/Contrib/Graphics/Wizard/nsis3-metro.bmp"
+!define MUI_UNWELCOMEFINISHPAGE_BITMAP "${MUI_WELCOMEFINISHPAGE_BITMAP}"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
+!define MUI_WELCOMEPAGE_TEXT "This installs the ${product} ${version} for you alone, in your own folder of programs. \
+Settings, filters and messages that you have there stay as they are.$\r$\n$\r$\nWhoever wants it elsewhere takes the zip file."
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
@@ -106,14 +110,16 @@ Section "${product}" ConsoleSection
 SectionEnd
 
 ; The rule is remembered where it was made, so that it is not asked for again, and goes with the program.
-Section "Let syslog in through the firewall (asks for an administrator)" FirewallSection
-  nsExec::Exec '${netsh} show rule name="${product}"'
-  Pop $0
+Section "Rule of the firewall for syslog" FirewallSection
   ReadRegStr $1 HKCU "${key}" FirewallRule
-  ${If} $0 == 0
-  ${AndIf} $1 == "${program}"
-    Return
+  ${If} $1 == "${program}"
+    nsExec::Exec '${netsh} show rule name="${product}"'
+    Pop $0
+    ${If} $0 == 0
+      Return
+    ${EndIf}
   ${EndIf}
+  DeleteRegValue HKCU "${key}" FirewallRule
   DetailPrint "Asking for an administrator, who lets syslog in through the firewall"
   !insertmacro AsAdministrator `${deleteRule} & ${addRule}`
   ${IfNot} ${Errors}
@@ -133,7 +139,7 @@ SectionEnd
   !insertmacro MUI_DESCRIPTION_TEXT ${ConsoleSection} \
     "The console, its help, and tallyhorn-send, for you alone, with an entry in the start menu."
   !insertmacro MUI_DESCRIPTION_TEXT ${FirewallSection} \
-    "A rule that lets UDP datagrams of private and domain networks reach the console, and no other program."
+    "Lets UDP datagrams of private and domain networks reach the console. Asks for an administrator."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 Function .onInit

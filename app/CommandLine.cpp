@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+#include "platform/PathText.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -11,7 +13,7 @@ CommandLine Refuse(std::string why) {
 
 /// Empty where the folder serves.
 std::string WhyUnreadable(const std::filesystem::path& folder) {
-    const std::string name = std::string("'").append(folder.string()).append("'");
+    const std::string name = std::string("'").append(Utf8FromPath(folder)).append("'");
     std::error_code error;
     if (!std::filesystem::exists(folder, error))
         return "the folder " + name + " does not exist";
@@ -34,13 +36,13 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
         if (argument == "--version")
             return {CommandLine::Wish::Version, {}, {}};
         if (argument.starts_with("--folder="))
-            line.Folder = argument.substr(FolderOption.size() + 1);
+            line.Folder = PathFromUtf8(argument.substr(FolderOption.size() + 1));
         else if (argument != FolderOption)
             return Refuse("unknown option '" + argument + "'");
         else if (i + 1 == arguments.size())
             return Refuse("--folder needs the name of a folder");
         else
-            line.Folder = arguments[++i];
+            line.Folder = PathFromUtf8(arguments[++i]);
         if (std::string why = WhyUnreadable(line.Folder); !why.empty())
             return Refuse(std::move(why));
         line.Folder = std::filesystem::absolute(line.Folder);

@@ -15,7 +15,8 @@ struct CommandLine {
     std::string Refusal;           ///< why, where Asked is Refuse
 };
 
-/// Reads the arguments after the program's name and holds a folder that they name against the file system.
+/// Reads the arguments after the program's name, in UTF-8, and holds a folder that they name against the file
+/// system.
 CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 
 std::string HelpText();

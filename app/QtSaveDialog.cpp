@@ -35,6 +35,8 @@ std::optional<std::filesystem::path> QtSaveDialog::AskFile(const std::filesystem
     const QFileInfo proposed(proposal);
     const QStringList filters = NameFilters(fileTypes);
     QFileDialog dialog(DialogOwner(owner_));
+    // Not every system's own dialog has a title where none is given.
+    dialog.setWindowTitle(QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(filters);

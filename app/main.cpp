@@ -1,14 +1,12 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMetaObject>
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "app/CommandLine.h"
 #include "app/Console.h"
@@ -17,12 +15,14 @@
 #include "config/MakeProfileFunctions.h"
 #include "desktop/forms/OwnHelpViewer.h"
 #include "desktop/forms/QtNotificationArea.h"
-#include "forms/AnsiString.h"
 #include "forms/HeldKeys.h"
 #include "forms/Pictures.h"
+#include "platform/CommandLineProgram.h"
 #include "platform/DataFolder.h"
 #include "platform/Heap.h"
+#include "platform/PathText.h"
 #include "platform/TerminationSignals.h"
+#include "records/AnsiText.h"
 
 namespace {
 
@@ -66,6 +66,8 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     int status = console.HasEnded() ? EXIT_SUCCESS : EXIT_FAILURE;
     if (started && !console.HasEnded())
         status = QApplication::exec();
+    // The end of the session on Windows may end the event loop by itself, past a question that stands open.
+    console.End();
     termination.Stop();
     return status;
 }
@@ -76,10 +78,26 @@ std::string PrepareDataFolder(const std::filesystem::path& folder) {
     if (folder.empty())
         return "There is no folder in which settings, filters and messages could be kept. " + advice;
     const std::optional<SystemError> error = MakeDataFolder(folder);
-    return error ? "The folder '" + folder.string() +
+    return error ? "The folder '" + Utf8FromPath(folder) +
                        "', in which settings, filters and messages are to be kept, could not be made: " +
                        error->Text + ". " + advice
                  : "";
+}
+
+/// What the command line asks for instead of the console; in a box where nobody sees the outputs.
+int Answer(const CommandLine& line, int argc, char** argv) {
+    const bool refused = line.Asked == CommandLine::Wish::Refuse;
+    const std::string text =
+        refused ? "tallyhorn-console: " + line.Refusal + "\nTry 'tallyhorn-console --help'.\n"
+        : line.Asked == CommandLine::Wish::Help ? HelpText()
+                                                : "tallyhorn-console " TALLYHORN_VERSION "\n";
+    if (OutputIsSeen()) {
+        (refused ? std::cerr : std::cout) << text;
+    } else {
+        const QApplication application(argc, argv);
+        QtMessageBoxes().Tell(AnsiFromUtf8(text));
+    }
+    return refused ? BadUsage : EXIT_SUCCESS;
 }
 
 /// Says why on the screen too: who started the console from a menu sees nothing else.
@@ -89,7 +107,7 @@ int RefuseToRun(QApplication& application, TerminationSignals& termination, cons
         QMetaObject::invokeMethod(
             &application, [] { frmServer::DismissQuestions(); }, Qt::QueuedConnection);
     });
-    QtMessageBoxes().Warn(FromQString(QString::fromStdString(why)));
+    QtMessageBoxes().Warn(AnsiFromUtf8(why));
     termination.Stop();
     return EXIT_FAILURE;
 }
@@ -99,20 +117,9 @@ int RefuseToRun(QApplication& application, TerminationSignals& termination, cons
 int main(int argc, char** argv) {
     GrowHeapInLargeSteps();
     const auto termination = MakeTerminationSignals();
-    const CommandLine line = ReadCommandLine(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
-    switch (line.Asked) {
-        case CommandLine::Wish::Help:
-            std::cout << HelpText();
-            return EXIT_SUCCESS;
-        case CommandLine::Wish::Version:
-            std::cout << "tallyhorn-console " TALLYHORN_VERSION "\n";
-            return EXIT_SUCCESS;
-        case CommandLine::Wish::Refuse:
-            std::cerr << "tallyhorn-console: " << line.Refusal << "\nTry 'tallyhorn-console --help'.\n";
-            return BadUsage;
-        case CommandLine::Wish::Run:
-            break;
-    }
+    const CommandLine line = ReadCommandLine(ProgramArguments(argc, argv));
+    if (line.Asked != CommandLine::Wish::Run)
+        return Answer(line, argc, argv);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
     QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));

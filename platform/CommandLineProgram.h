@@ -1,11 +1,18 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace tallyhorn {
 
-// What a program of the command line needs of its system.  Called from the main thread.
+// What a program needs of its system where it is started by a command line.  Called from the main thread.
 
-/// Whether the arguments of `main` are UTF-8; otherwise they are ANSI.
-bool ArgumentsAreUtf8();
+/// The arguments of `main` without the program's name, in UTF-8.
+std::vector<std::string> ProgramArguments(int argc, char** argv);
+
+/// Whether somebody sees what goes to the standard output and to that for errors.  A windowed program on
+/// Windows has none of its own and takes those of the program that started it, where that has a console.
+bool OutputIsSeen();
 
 /// Keeps the system from translating line ends on standard input.
 void ReadStandardInputAsBytes();

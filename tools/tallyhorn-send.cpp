@@ -13,6 +13,7 @@
 #include "platform/CommandLineProgram.h"
 #include "platform/DatagramSockets.h"
 #include "platform/MailslotTransport.h"
+#include "platform/PathText.h"
 #include "records/AnsiText.h"
 #include "tools/DemoFeed.h"
 #include "tools/MailslotRun.h"
@@ -29,10 +30,6 @@ int Fail(ExitStatus status, const std::string& message) {
     return status;
 }
 
-std::string ToAnsi(const std::string& argument) {
-    return ArgumentsAreUtf8() ? AnsiFromUtf8(argument) : argument;
-}
-
 std::optional<std::string> ReadAll(std::istream& stream) {
     std::string bytes{std::istreambuf_iterator<char>(stream), {}};
     if (stream.bad())
@@ -45,7 +42,7 @@ std::optional<std::string> ReadFileBytes(const std::string& path) {
         ReadStandardInputAsBytes();
         return ReadAll(std::cin);
     }
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(PathFromUtf8(path), std::ios::binary);
     // A folder opens, but has no first byte to look at and does not say that it ends.
     if (!file || (file.peek() == std::ifstream::traits_type::eof() && file.bad()))
         return std::nullopt;
@@ -65,7 +62,7 @@ std::optional<std::vector<std::string>> TextsToSend(const SendArguments& argumen
             return std::nullopt;
         texts.push_back(std::move(*bytes));
     }
-    std::transform(arguments.Texts.begin(), arguments.Texts.end(), std::back_inserter(texts), ToAnsi);
+    std::transform(arguments.Texts.begin(), arguments.Texts.end(), std::back_inserter(texts), AnsiFromUtf8);
     return texts;
 }
 
@@ -145,7 +142,7 @@ int Run(const std::vector<std::string>& words) {
 
 int main(int argc, char** argv) {
     try {
-        return tallyhorn::Run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+        return tallyhorn::Run(tallyhorn::ProgramArguments(argc, argv));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tallyhorn-send: %s\n", error.what());
         return tallyhorn::NobodyListens;

@@ -73,8 +73,8 @@ frmPreferences::frmPreferences(const Preferences::Parts& parts, QWidget* parent)
     setProperty(HelpContextProperty, HelpNumber(HelpContext::Preferences));
     auto* const layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    // Wide enough for the whole title beside the window's picture and buttons.
-    layout->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + 8 * fontMetrics().height());
+    // Wide enough for the whole title beside the window's picture and buttons; a title may be bold.
+    layout->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + 12 * fontMetrics().height());
     // Tab order is the order of making.
     layout->addWidget(BuildPort());
     layout->addWidget(BuildSound());

@@ -1,5 +1,6 @@
 #include "platform/CommandLineProgram.h"
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 
@@ -15,7 +16,11 @@ extern "C" void NoteEndRequest(int /*signal*/) {
 
 }  // namespace
 
-bool ArgumentsAreUtf8() {
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+
+bool OutputIsSeen() {
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include "platform/PathText.h"
 #include "platform/windows/OwnedHandle.h"
 
 namespace tallyhorn {
@@ -58,12 +59,12 @@ bool MakePrivateFolder(const std::filesystem::path& folder) {
 
 std::string NarrowPath(const std::filesystem::path& path) {
     if (GetACP() == CP_UTF8)
-        return path.string();
+        return Utf8FromPath(path);
     if (std::string ansi = ToAnsi(path.wstring()); !ansi.empty())
         return ansi;
     // The file itself need not exist yet, but its folder does.
     const std::filesystem::path folder = ShortName(path.parent_path());
-    return folder.empty() ? path.string() : ToAnsi((folder / path.filename()).wstring());
+    return folder.empty() ? Utf8FromPath(path) : ToAnsi((folder / path.filename()).wstring());
 }
 
 }  // namespace tallyhorn

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+// Needs the one above.
+#include <shellapi.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -11,6 +14,8 @@
 
 namespace tallyhorn {
 namespace {
+
+constexpr DWORD ElevationRequired = 740;  // not every compiler's headers know it
 
 std::string EnvironmentPath() {
     std::vector<char> value(GetEnvironmentVariableA("PATH", nullptr, 0));
@@ -62,6 +67,27 @@ void AppendQuoted(std::string& line, std::string_view word) {
     line += '"';
 }
 
+/// For a program that runs with more rights than this one: the user is asked for them.
+bool StartElevated(const std::string& file, const std::string& arguments) {
+    SHELLEXECUTEINFOA start{};
+    start.cbSize = sizeof start;
+    start.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
+    start.lpFile = file.c_str();
+    start.lpParameters = arguments.c_str();
+    start.nShow = SW_SHOWNORMAL;
+    return ShellExecuteExA(&start) != 0;
+}
+
+/// Each up to its first NUL.
+std::string JoinQuoted(std::span<const std::string> arguments) {
+    std::string line;
+    for (const std::string& argument : arguments) {
+        line += ' ';
+        AppendQuoted(line, std::string_view(argument).substr(0, argument.find('\0')));
+    }
+    return line;
+}
+
 class WindowsProgramLauncher final : public ProgramLauncher {
 public:
     explicit WindowsProgramLauncher(std::string folders) : folders_(std::move(folders)) {}
@@ -71,12 +97,10 @@ public:
             FindProgram(program, AbsoluteFolders(folders_.empty() ? EnvironmentPath() : folders_));
         if (file.empty())
             return false;
+        const std::string words = JoinQuoted(arguments);
         std::string line;
         AppendQuoted(line, file);
-        for (const std::string& argument : arguments) {
-            line += ' ';
-            AppendQuoted(line, std::string_view(argument).substr(0, argument.find('\0')));
-        }
+        line += words;
         STARTUPINFOA startup{};
         startup.cb = sizeof startup;
         startup.dwFlags = STARTF_USESHOWWINDOW;
@@ -84,7 +108,7 @@ public:
         PROCESS_INFORMATION process{};
         if (CreateProcessA(file.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                            &process) == 0)
-            return false;
+            return GetLastError() == ElevationRequired && StartElevated(file, words);
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
         return true;

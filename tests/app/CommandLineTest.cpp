@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "app/CommandLine.h"
+#include "platform/PathText.h"
 #include "tests/fakes/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -18,15 +19,15 @@ TEST(CommandLine, RunsHelpsOrRefuses) {
         std::string Said;
     } cases[] = {
         {{}, Wish::Run, ""},
-        {{"--folder", folder.Path().string()}, Wish::Run, ""},
-        {{"--folder=" + folder.Path().string()}, Wish::Run, ""},
+        {{"--folder", Utf8FromPath(folder.Path())}, Wish::Run, ""},
+        {{"--folder=" + Utf8FromPath(folder.Path())}, Wish::Run, ""},
         {{"--help"}, Wish::Help, ""},
         {{"--version"}, Wish::Version, ""},
         {{"--fodler", "x"}, Wish::Refuse, "unknown option '--fodler'"},
         {{"x"}, Wish::Refuse, "unknown option 'x'"},
         {{"--folder"}, Wish::Refuse, "--folder needs the name of a folder"},
-        {{"--folder", folder / "none"}, Wish::Refuse, "does not exist"},
-        {{"--folder", folder / "file"}, Wish::Refuse, "is not a folder"},
+        {{"--folder", Utf8FromPath(folder / "none")}, Wish::Refuse, "does not exist"},
+        {{"--folder", Utf8FromPath(folder / "file")}, Wish::Refuse, "is not a folder"},
         {{"--folder="}, Wish::Refuse, "does not exist"},
     };
     for (const auto& [arguments, asked, said] : cases) {

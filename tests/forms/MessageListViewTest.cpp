@@ -22,7 +22,7 @@ protected:
             view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         view_->resize(900, 300);
         view_->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(view_.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(view_.get(), 30'000));
     }
     void Add(int count) {
         for (int i = 0; i < count; ++i, ++next_) {

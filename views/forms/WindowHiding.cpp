@@ -83,7 +83,10 @@ void WindowHiding::GiveBackPlace() {
 }
 
 void WindowHiding::BringBack() {
-    if (std::exchange(hidden_, false)) {
+    // Windows itself keeps both for a hidden window; given anew, a maximised one would come back with the
+    // contents of the smaller size.
+    const bool keepsPlace = QGuiApplication::platformName() == QLatin1String("windows");
+    if (std::exchange(hidden_, false) && !keepsPlace) {
         GiveBackPlace();
         // Maximised in a second step: a window manager does not hear of a state that the hidden window had
         // already.

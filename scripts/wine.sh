@@ -22,13 +22,13 @@ PrepareWine() {
     # Where there is no display, windows that nobody sees.
     env -u DISPLAY wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
         Fail "$(tail -n 5 "$log")"
-    # For the programs from now on: the desktop that there is came up without it.
+    # The running desktop came up without these settings.
     wineserver -k
     touch "$WINEPREFIX/.prepared"
 }
 
-# KeepWineRunning: without a display, until EndWine.  Else the first of several programs starts what they all
-# share, such as the desktop, and its output stays open until the last of them has ended.
+# KeepWineRunning: starts what all Wine programs share (desktop, services) apart from the first test, whose
+# output would stay open as long as they run.  Without a display, until EndWine.
 KeepWineRunning() {
     env -u DISPLAY wine notepad >/dev/null 2>&1 &
     env -u DISPLAY wine rundll32 user32.dll,MessageBeep >/dev/null 2>&1 || true  # until the desktop is there

@@ -75,9 +75,6 @@ MakeInstaller() {
 }
 
 EnsurePackages windows windows-package
-if grep -qE 'TALLYHORN_(RSVG|ICOTOOL).*NOTFOUND' "$built/CMakeCache.txt" 2>/dev/null; then
-    rm -f "$built/.configured"  # the tools that make the icon have come since
-fi
 Build windows tallyhorn-console tallyhorn-send help-file
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$built/CMakeCache.txt")
 qt=$(<build/qt-windows/licences/version)

@@ -45,7 +45,7 @@ public:
 private:
     void Listen(std::promise<HWND>& made) {
         WNDCLASSW kind{};
-        kind.lpfnWndProc = Answer;
+        kind.lpfnWndProc = WindowProcedure;
         kind.hInstance = GetModuleHandleW(nullptr);
         kind.lpszClassName = ClassName;
         RegisterClassW(&kind);
@@ -59,16 +59,16 @@ private:
             DispatchMessageW(&message);
     }
 
-    static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM isEnd, LPARAM more) {
+    static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* const self = reinterpret_cast<SessionEnd*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (message == WM_ENDSESSION && isEnd != 0 && self != nullptr)
+        if (message == WM_ENDSESSION && wParam != 0 && self != nullptr)
             self->End(window);
         else if (message == StopListening)
             DestroyWindow(window);
         else if (message == WM_DESTROY)
             PostQuitMessage(0);
         else if (message != WM_CLOSE)
-            return DefWindowProcW(window, message, isEnd, more);
+            return DefWindowProcW(window, message, wParam, lParam);
         return 0;
     }
 

@@ -60,7 +60,7 @@ protected:
                              saveDialog_, area_, sound_, help_, names_},
             folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
-        // Who gives up a taken port has ended it by now, or soon.
+        // A test that gives up a taken port ends the console before its window shows.
         AWAIT(console_->HasEnded() || console_->Window().windowHandle()->isExposed());
         if (!keepsSplash_)
             delete console_->Window().findChild<frmStartup*>();

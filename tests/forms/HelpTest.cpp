@@ -159,7 +159,7 @@ protected:
             if (window->objectName() == QStringLiteral("frmHelp"))
                 window_ = window;
         ASSERT_NE(window_, nullptr);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window_, 30'000));
+        AWAIT(window_->isActiveWindow());
     }
     std::string Page() { return Find<HelpPageView>("txtPage")->ShownPage(); }
     void ClickLink(const QString& link) {

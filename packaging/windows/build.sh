@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the zip and the installer of the preset windows in build/package-windows/, on a fresh Debian 12 too.
+# Makes the programs of the preset windows, stripped, with their zip and installer, in build/package-windows/,
+# on a fresh Debian 12 too.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
@@ -82,6 +83,7 @@ rm -rf "$result"
 CollectFiles
 MakeZip
 MakeInstaller
+mv "$files"/*.exe "$result/"
 rm -r "$files" "$result/files.nsh" "$result/starter-settings.ini"
 Say "The packages are:"
 printf '    %s\n' "$result"/*

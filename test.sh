@@ -64,6 +64,7 @@ PrepareSurroundings() {
     if [[ $preset == windows ]]; then
         # Ready before two tests would make it at once.
         PrepareWine build/windows/wine
+        KeepWineRunning
     fi
 }
 

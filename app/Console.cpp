@@ -240,7 +240,7 @@ void Console::Unload() {
 void Console::ShutDown() {
     // With nobody there a box that tells of a failure must not keep the console from ending.
     if (!attended_)
-        QTimer::singleShot(UnattendedBox, [] { frmServer::DismissQuestions(); });
+        QTimer::singleShot(UnattendedBox, &wakeTarget_, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
     syslog_.Close();
     sound_.Close();

@@ -85,13 +85,13 @@ std::string PrepareDataFolder(const std::filesystem::path& folder) {
 }
 
 /// What the command line asks for instead of the console; in a box where nobody sees the outputs.
-int Answer(const CommandLine& line, int argc, char** argv) {
+int TellAndQuit(const CommandLine& line, int argc, char** argv) {
     const bool refused = line.Asked == CommandLine::Wish::Refuse;
     const std::string text =
         refused ? "tallyhorn-console: " + line.Refusal + "\nTry 'tallyhorn-console --help'.\n"
         : line.Asked == CommandLine::Wish::Help ? HelpText()
                                                 : "tallyhorn-console " TALLYHORN_VERSION "\n";
-    if (OutputIsSeen()) {
+    if (AttachOutput()) {
         (refused ? std::cerr : std::cout) << text;
     } else {
         const QApplication application(argc, argv);
@@ -119,7 +119,7 @@ int main(int argc, char** argv) {
     const auto termination = MakeTerminationSignals();
     const CommandLine line = ReadCommandLine(ProgramArguments(argc, argv));
     if (line.Asked != CommandLine::Wish::Run)
-        return Answer(line, argc, argv);
+        return TellAndQuit(line, argc, argv);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tallyhorn-console"));
     QApplication::setApplicationVersion(QStringLiteral(TALLYHORN_VERSION));

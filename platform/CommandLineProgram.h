@@ -10,9 +10,10 @@ namespace tallyhorn {
 /// The arguments of `main` without the program's name, in UTF-8.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-/// Whether somebody sees what goes to the standard output and to that for errors.  A windowed program on
-/// Windows has none of its own and takes those of the program that started it, where that has a console.
-bool OutputIsSeen();
+/// Sees to it that what goes to the standard output and to that for errors is seen; false where nobody would
+/// see it.  A windowed program on Windows has none of its own and takes those of the program that started it,
+/// where that has a console.
+bool AttachOutput();
 
 /// Keeps the system from translating line ends on standard input.
 void ReadStandardInputAsBytes();

@@ -6,7 +6,7 @@ PrepareWine() {
     export WINEPREFIX=$PWD/$1 WINEDEBUG=-all
     # Without the offers to install what no program here needs, and without menu entries for the user.
     export WINEDLLOVERRIDES="mscoree,mshtml,winemenubuilder.exe="
-    if [[ -e $WINEPREFIX/.ready ]]; then
+    if [[ -e $WINEPREFIX/.prepared ]]; then
         return
     fi
     Say "Making a Wine prefix"
@@ -19,7 +19,19 @@ PrepareWine() {
         env -u DISPLAY wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
             /v "$font" /d "DejaVu Sans" /f >>"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
     done
-    touch "$WINEPREFIX/.ready"
+    # Where there is no display, windows that nobody sees.
+    env -u DISPLAY wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
+        Fail "$(tail -n 5 "$log")"
+    # The running desktop came up without these settings.
+    wineserver -k
+    touch "$WINEPREFIX/.prepared"
+}
+
+# KeepWineRunning: starts what all Wine programs share (desktop, services) apart from the first test, whose
+# output would stay open as long as they run.  Without a display, until EndWine.
+KeepWineRunning() {
+    env -u DISPLAY wine notepad >/dev/null 2>&1 &
+    env -u DISPLAY wine rundll32 user32.dll,MessageBeep >/dev/null 2>&1 || true  # until the desktop is there
 }
 
 # EndWine: whatever still runs in the prefix.

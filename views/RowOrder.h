@@ -27,6 +27,13 @@ struct RowEntry {
     }
 };
 
+/// Lets the processor fetch the memory there, where the compiler has a word for it.
+inline void FetchForWriting([[maybe_unused]] const void* place) {
+#ifdef __GNUC__
+    __builtin_prefetch(place, 1);
+#endif
+}
+
 /// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million
 /// as into its place among a thousand.  Equal entries stay in the order in which they came.  User-interface
 /// thread only.
@@ -52,18 +59,14 @@ public:
     void Append(const RowEntry& entry);
     /// Lets the processor fetch where Append will write.
     void FetchEnd() const {
-#ifdef __GNUC__
         if (!blocks_.empty())
-            __builtin_prefetch(blocks_.back().Entries.data() + blocks_.back().Entries.size(), 1);
-#endif
+            FetchForWriting(blocks_.back().Entries.data() + blocks_.back().Entries.size());
     }
     /// Puts the entry behind all that it does not belong before.
     void Insert(const RowEntry& entry, const Rule& rule);
     /// Takes `entries`, which are in order, instead of what was there.
     void Assign(const std::vector<RowEntry>& entries);
-    void Clear() {
-        Assign({});
-    }
+    void Clear() { Assign({}); }
     /// Makes each entry anew, its selection apart, and puts all of them in order.
     void Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals);
 
@@ -71,9 +74,7 @@ public:
     std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
                                           const Arrivals& arrivals) const;
 
-    std::size_t SelectedCount() const {
-        return selectedCount_;
-    }
+    std::size_t SelectedCount() const { return selectedCount_; }
     /// Positions first to last, both within the list.
     void Select(std::size_t first, std::size_t last, bool selected);
     void ClearSelection();

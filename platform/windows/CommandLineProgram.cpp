@@ -10,8 +10,8 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
-
-#include "platform/PathText.h"
+#include <memory>
+#include <string_view>
 
 namespace tallyhorn {
 namespace {
@@ -22,6 +22,15 @@ extern "C" void NoteEndRequest(int signal) {
     endRequested = true;
     // The runtime falls back to the default after each.
     std::signal(signal, NoteEndRequest);
+}
+
+/// Half a character becomes the one for what cannot be told.
+std::string ToUtf8(std::wstring_view text) {
+    std::string utf8(3 * text.size(), '\0');
+    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
+                                           utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr);
+    utf8.resize(static_cast<std::size_t>(length));
+    return utf8;
 }
 
 /// Where it leads somewhere.
@@ -35,15 +44,16 @@ bool IsOpen(DWORD stream) {
 /// Those of `main` lack what the code page lacks.
 std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
     int count = 0;
-    wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    const auto free = [](wchar_t** words) { LocalFree(words); };
+    const std::unique_ptr<wchar_t*, decltype(free)> words(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                          free);
     std::vector<std::string> arguments;
     for (int i = 1; words != nullptr && i < count; ++i)
-        arguments.push_back(Utf8FromPath(words[i]));
-    LocalFree(words);
+        arguments.push_back(ToUtf8(words.get()[i]));
     return arguments;
 }
 
-bool OutputIsSeen() {
+bool AttachOutput() {
     const bool output = IsOpen(STD_OUTPUT_HANDLE);
     const bool errors = IsOpen(STD_ERROR_HANDLE);
     if (output && errors)

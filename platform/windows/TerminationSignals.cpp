@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <future>
 #include <thread>
 #include <utility>
@@ -11,6 +10,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr const wchar_t* ClassName = L"TallyhornSessionEnd";
+/// Not WM_CLOSE, which programs that end others send to every window: the user may answer No.
+constexpr UINT StopListening = WM_APP;
 
 /// Hears of the end of the log-on session in a window of its own, which is never shown, in a thread of its
 /// own: the system ends the process as soon as its windows have answered, and this one answers once all is
@@ -37,14 +38,14 @@ public:
         if (!thread_.joinable())
             return;
         done_.set_value();
-        PostMessageW(window_, WM_CLOSE, 0, 0);
+        PostMessageW(window_, StopListening, 0, 0);
         thread_.join();
     }
 
 private:
     void Listen(std::promise<HWND>& made) {
         WNDCLASSW kind{};
-        kind.lpfnWndProc = Answer;
+        kind.lpfnWndProc = WindowProcedure;
         kind.hInstance = GetModuleHandleW(nullptr);
         kind.lpszClassName = ClassName;
         RegisterClassW(&kind);
@@ -58,14 +59,16 @@ private:
             DispatchMessageW(&message);
     }
 
-    static LRESULT CALLBACK Answer(HWND window, UINT message, WPARAM isEnd, LPARAM more) {
+    static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* const self = reinterpret_cast<SessionEnd*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-        if (message == WM_ENDSESSION && isEnd != 0 && self != nullptr)
+        if (message == WM_ENDSESSION && wParam != 0 && self != nullptr)
             self->End(window);
+        else if (message == StopListening)
+            DestroyWindow(window);
         else if (message == WM_DESTROY)
             PostQuitMessage(0);
-        else
-            return DefWindowProcW(window, message, isEnd, more);
+        else if (message != WM_CLOSE)
+            return DefWindowProcW(window, message, wParam, lParam);
         return 0;
     }
 

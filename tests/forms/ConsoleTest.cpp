@@ -136,7 +136,7 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
 
 TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     Start();
-    InstanceLock second("console", folder_ / "locks");
+    InstanceLock second(InstanceName(), folder_ / "locks");
     FakeMessageBoxes boxes;
     {
         Console other({second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_,
@@ -145,7 +145,7 @@ TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
         EXPECT_FALSE(other.Start());
     }
     EXPECT_THAT(boxes.Shown, ElementsAre(HasSubstr("Only one instance")));
-    InstanceLock third("elsewhere", folder_ / "locks");
+    InstanceLock third(InstanceName() + "2", folder_ / "locks");
     boxes.Shown.clear();
     Console deaf({third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_,
                   sound_, help_, names_},

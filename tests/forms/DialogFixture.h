@@ -37,7 +37,7 @@ protected:
     void ShowDialog() {
         Dialog().show();
         Dialog().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&Dialog()));
+        AWAIT(Dialog().isActiveWindow());
     }
     template <class Control = QWidget>
     Control* Find(const std::string& name) {

@@ -80,6 +80,8 @@ TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
 class HelpTextTest : public HelpKeysTest {
 protected:
     void SetUp() override {
+        if (MakeSystemHelpViewer() != nullptr)
+            GTEST_SKIP() << "this system reads help files itself";
         const auto book = HelpBook::Open(TALLYHORN_HELP);
         ASSERT_NE(book, nullptr);
         const HelpPageView view(*book, nullptr);
@@ -145,7 +147,11 @@ TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
 /// The console's own help window over the help file as it was built.
 class FrmHelpTest : public DialogFixture {
 protected:
-    void SetUp() override { Open(10); }
+    void SetUp() override {
+        if (MakeSystemHelpViewer() != nullptr)
+            GTEST_SKIP() << "this system shows help files itself";
+        Open(10);
+    }
     QWidget& Dialog() override { return *window_; }
     void Open(unsigned context) {
         ASSERT_EQ(viewer_.OpenHtmlHelp({TALLYHORN_HELP, 15, context, 0}), HelpOutcome::Shown);
@@ -153,7 +159,7 @@ protected:
             if (window->objectName() == QStringLiteral("frmHelp"))
                 window_ = window;
         ASSERT_NE(window_, nullptr);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window_));
+        AWAIT(window_->isActiveWindow());
     }
     std::string Page() { return Find<HelpPageView>("txtPage")->ShownPage(); }
     void ClickLink(const QString& link) {

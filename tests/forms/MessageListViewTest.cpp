@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <memory>
 
 #include "tests/forms/Await.h"
@@ -22,7 +23,7 @@ protected:
             view_->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         view_->resize(900, 300);
         view_->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(view_.get()));
+        AWAIT(view_->windowHandle()->isExposed());
     }
     void Add(int count) {
         for (int i = 0; i < count; ++i, ++next_) {

@@ -1,7 +1,7 @@
 #include <chrono>
 #include <thread>
 
-#include "tests/app/ConsoleProcess.h"
+#include "tests/app/linux/ConsoleProcess.h"
 
 namespace tallyhorn {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <thread>
 
-#include "tests/app/ConsoleProcess.h"
+#include "tests/app/linux/ConsoleProcess.h"
 
 namespace tallyhorn {
 namespace {

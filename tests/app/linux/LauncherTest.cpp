@@ -1,4 +1,4 @@
-#include "tests/app/ConsoleProcess.h"
+#include "tests/app/linux/ConsoleProcess.h"
 
 namespace tallyhorn {
 namespace {

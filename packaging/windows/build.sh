@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# Makes the zip and the installer of the preset windows in build/package-windows/, on a fresh Debian 12 too.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+source scripts/common.sh
+
+readonly here=packaging/windows built=build/windows result=build/package-windows
+readonly files=$result/files  # what zip and installer share; the list of it is made once, of this folder
+
+# Text FROM TO: with the versions in it, and the line ends of Windows.
+Text() { sed "s/@version@/$version/g; s/@qt@/$qt/g; s/\r*\$/\r/" "$1" >"$2"; }
+
+# The notices of all that is linked in, with the texts that they refer to.
+CollectLicences() {
+    local doc=/usr/share/doc name file
+    local -A notices=([Qt]=build/qt-windows/licences/copyright [mingw-w64]=$doc/mingw-w64-x86-64-dev/copyright
+        [GCC]=$doc/gcc-mingw-w64-base/copyright [NSIS]=$doc/nsis/copyright)
+    for name in "${!notices[@]}"; do
+        file=${notices[$name]}
+        [[ -f $file ]] || Fail "$file is missing, without which the packages may not go to anybody"
+        Text "$file" "$files/licences/$name.txt"
+    done
+    for name in GPL-2 GPL-3 LGPL-2.1 LGPL-3; do
+        Text "/usr/share/common-licenses/$name" "$files/licences/$name.txt"
+    done
+    Text "$here/NOTICE.txt" "$files/licences/NOTICE.txt"
+}
+
+CollectFiles() {
+    local program
+    mkdir -p "$files/licences"
+    for program in tallyhorn-console tallyhorn-send; do
+        x86_64-w64-mingw32-strip -o "$files/$program.exe" "$built/bin/$program.exe"
+    done
+    cp "$built/bin/THListen.CHM" "$files/"
+    Text "$here/README.txt" "$files/README.txt"
+    Text "$here/starter-settings.ini" "$result/starter-settings.ini"
+    CollectLicences
+}
+
+# What is for the zip alone: an installer lays the settings itself.
+MakeZip() {
+    local folder=tallyhorn-console-$version-windows
+    cp -r "$files" "$result/$folder"
+    cp "$result/starter-settings.ini" "$result/$folder/"
+    Text "$here/start.cmd" "$result/$folder/start.cmd"
+    (cd "$result" && find "$folder" | sort | zip -q -9 -X "$folder.zip" -@)
+    rm -r "${result:?}/$folder"
+}
+
+# ListFiles: the macros LayFiles and RemoveFiles, from the one list.
+ListFiles() {
+    local folder file
+    echo '!macro LayFiles'
+    while read -r folder; do
+        # shellcheck disable=SC2016  # the installer puts it in
+        printf '  SetOutPath "$INSTDIR%s"\n' "${folder:+\\$folder}"
+        find "$files/$folder" -maxdepth 1 -type f -printf '  File "%p"\n' | sort
+    done < <(find "$files" -type d -printf '%P\n' | sort)
+    printf '!macroend\n!macro RemoveFiles\n'
+    while read -r file; do
+        # shellcheck disable=SC2016
+        printf '  Delete "$INSTDIR\\%s"\n' "${file//\//\\}"
+    done < <(find "$files" -type f -printf '%P\n' | sort)
+    # shellcheck disable=SC2016
+    find "$files" -mindepth 1 -type d -printf '%P\n' | sort -r | sed 's|.*|  RMDir "$INSTDIR\\&"|; s|/|\\|g'
+    echo '!macroend'
+}
+
+MakeInstaller() {
+    ListFiles >"$result/files.nsh"
+    makensis -V2 -WX -NOCD -Dversion="$version" -Dicon="$built/packaging/windows/console.ico" \
+        -Dfolder="$result" -Dsize="$(du -sk --apparent-size "$files" | cut -f 1)" "$here/installer.nsi" ||
+        Fail "the installer could not be made"
+}
+
+EnsurePackages windows windows-package
+Build windows tallyhorn-console tallyhorn-send help-file
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$built/CMakeCache.txt")
+qt=$(<build/qt-windows/licences/version)
+rm -rf "$result"
+CollectFiles
+MakeZip
+MakeInstaller
+rm -r "$files" "$result/files.nsh" "$result/starter-settings.ini"
+Say "The packages are:"
+printf '    %s\n' "$result"/*

@@ -34,6 +34,9 @@ KeepWineRunning() {
     env -u DISPLAY wine rundll32 user32.dll,MessageBeep >/dev/null 2>&1 || true  # until the desktop is there
 }
 
+# EndWineSession: as logging off does, which asks the programs and lets them save.
+EndWineSession() { timeout 60 wine wineboot --end-session --force || true; }
+
 # EndWine: whatever still runs in the prefix.
 EndWine() {
     if [[ -n ${WINEPREFIX:-} ]]; then

@@ -13,11 +13,14 @@ End() {
     wait "$1" 2>/dev/null || true
 }
 
-# EndStarted: newest first, what the script has noted as started and nothing else.
+# EndStarted: newest first, what the script has noted as started and nothing else: the number of a process that
+# has been waited for may be another's by now.
 EndStarted() {
     local i
     for ((i = ${#started[@]} - 1; i >= 0; --i)); do
-        End "${started[i]}"
+        if jobs -p | grep -qx "${started[i]}"; then
+            End "${started[i]}"
+        fi
     done
 }
 

@@ -21,7 +21,7 @@ CollectLicences() {
         [[ -f $file ]] || Fail "$file is missing, without which the packages may not go to anybody"
         Text "$file" "$files/licences/$name.txt"
     done
-    for name in GPL-2 GPL-3 LGPL-2.1 LGPL-3; do
+    for name in GPL-2 GPL-3 LGPL-2 LGPL-2.1 LGPL-3 GFDL-1.3 Apache-2.0; do
         Text "/usr/share/common-licenses/$name" "$files/licences/$name.txt"
     done
     Text "$here/NOTICE.txt" "$files/licences/NOTICE.txt"

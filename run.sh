@@ -3,6 +3,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source scripts/common.sh
+source scripts/display.sh
 
 Usage() {
     cat <<'END'
@@ -24,24 +25,9 @@ runtime=""
 console=""
 folder=demo  # where the console keeps its files
 port=""      # on which it takes syslog; empty for nobody knows
-started=()  # the processes to end, in the order of their start
 
-Runs() { kill -0 "$1" 2>/dev/null; }
-Ended() { ! Runs "$1"; }
-
-# End PROCESS: politely, and by force when that takes over 10 seconds.
-End() {
-    kill "$1" 2>/dev/null || true
-    WaitFor 10 Ended "$1" || kill -KILL "$1" 2>/dev/null || true
-    wait "$1" 2>/dev/null || true
-}
-
-# Ends, newest first, what this script started and nothing else.
 CleanUp() {
-    local i
-    for ((i = ${#started[@]} - 1; i >= 0; --i)); do
-        End "${started[i]}"
-    done
+    EndStarted
     if [[ -n $runtime ]]; then
         rm -rf "$runtime"
     fi
@@ -65,19 +51,6 @@ WriteSettings() {
             >"$folder/thlisten.ini"
     fi
     rm -f "$folder"/{summary,sent,sent-syslog}.txt
-}
-
-# A port that nobody has; another may take it before the console does, which then says so.
-FreePort() {
-    local candidate
-    for _ in {1..100}; do
-        candidate=$((20000 + RANDOM % 10000))
-        if ! PortTaken "$candidate"; then
-            echo "$candidate"
-            return
-        fi
-    done
-    Fail "no free UDP port among a hundred"
 }
 
 # The port of the settings, where the feed may send to it.
@@ -154,19 +127,6 @@ RunOnDisplay() {
     ShowSummary
 }
 
-StartDisplay() {
-    unset WAYLAND_DISPLAY
-    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$runtime/display" 2>"$runtime/xvfb.log" &
-    started+=("$!")
-    WaitFor 20 test -s "$runtime/display" || Fail "Xvfb does not start: $(tail -n 3 "$runtime/xvfb.log")"
-    DISPLAY=:$(<"$runtime/display")
-    export DISPLAY
-    openbox >"$runtime/openbox.log" 2>&1 &
-    started+=("$!")
-    WaitFor 20 WindowManagerRuns || Fail "openbox does not start: $(tail -n 3 "$runtime/openbox.log")"
-}
-
-WindowManagerRuns() { xdotool get_num_desktops >/dev/null 2>&1; }
 WindowShows() { xdotool search --all --onlyvisible --pid "$console" --name . >/dev/null 2>&1; }
 
 EndConsole() {
@@ -248,7 +208,7 @@ RunHeadless() {
     rm -rf "$folder"
     port=$(FreePort)
     WriteSettings "$port"
-    StartDisplay
+    StartDisplay "$runtime"
     StartConsole
     WaitFor 20 WindowShows || Fail "the console shows no window"
     Say "Feeding $burst at once, then $steady at 5 a second, by mailslot and by syslog"

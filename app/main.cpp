@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMetaObject>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -91,7 +92,7 @@ int TellAndQuit(const CommandLine& line, int argc, char** argv) {
         refused ? "tallyhorn-console: " + line.Refusal + "\nTry 'tallyhorn-console --help'.\n"
         : line.Asked == CommandLine::Wish::Help ? HelpText()
                                                 : "tallyhorn-console " TALLYHORN_VERSION "\n";
-    if (AttachOutput()) {
+    if (AttachOutput(refused ? stderr : stdout)) {
         (refused ? std::cerr : std::cout) << text;
     } else {
         const QApplication application(argc, argv);

@@ -39,7 +39,7 @@ void Help::ShowHelp(HelpContext context, std::uintptr_t owner) {
         return;
     HelpViewer::Request request{helpFile_, HtmlHelpContext, HelpNumber(context), owner};
     HelpOutcome outcome = HelpOutcome::Shown;
-    if (Utf8FromPath(helpFile_).ends_with("HLP")) {
+    if (Utf8FromPath(helpFile_.filename()).ends_with("HLP")) {
         request.Command = context == HelpContext::Contents ? WinHelpFinder : WinHelpContext;
         outcome = viewer_.OpenWinHelp(request);
     } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -10,10 +11,10 @@ namespace tallyhorn {
 /// The arguments of `main` without the program's name, in UTF-8.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-/// Sees to it that what goes to the standard output and to that for errors is seen; false where nobody would
-/// see it.  A windowed program on Windows has none of its own and takes those of the program that started it,
-/// where that has a console.
-bool AttachOutput();
+/// Sees to it that what goes to `stream`, stdout or stderr, is seen; false where nobody would see it.  A
+/// windowed program on Windows has neither of its own and takes the console of the program that started it,
+/// if any.
+bool AttachOutput(std::FILE* stream);
 
 /// Keeps the system from translating line ends on standard input.
 void ReadStandardInputAsBytes();

@@ -1,6 +1,8 @@
 # shellcheck shell=bash
 # Windows programs under Wine, in a prefix of their own: never the user's.  To be sourced behind common.sh.
 
+unset WINEPREFIX
+
 # PrepareWine FOLDER: the prefix that later calls of wine use; made where it is missing.
 PrepareWine() {
     export WINEPREFIX=$PWD/$1 WINEDEBUG=-all
@@ -13,17 +15,17 @@ PrepareWine() {
     local log=$WINEPREFIX.log font
     rm -rf "$WINEPREFIX"
     mkdir -p "$(dirname "$WINEPREFIX")"
-    env -u DISPLAY wine wineboot --init >"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
+    env -u DISPLAY timeout 120 wine wineboot --init >"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
     # The fonts of the dialogs, which would be a serif otherwise.
     for font in "MS Shell Dlg" "MS Shell Dlg 2" "Segoe UI" Tahoma; do
-        env -u DISPLAY wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
+        env -u DISPLAY timeout 60 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
             /v "$font" /d "DejaVu Sans" /f >>"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
     done
     # Where there is no display, windows that nobody sees.
-    env -u DISPLAY wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
+    env -u DISPLAY timeout 60 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
         Fail "$(tail -n 5 "$log")"
     # The running desktop came up without these settings.
-    wineserver -k
+    wineserver -k || true
     touch "$WINEPREFIX/.prepared"
 }
 
@@ -33,6 +35,9 @@ KeepWineRunning() {
     env -u DISPLAY wine notepad >/dev/null 2>&1 &
     env -u DISPLAY wine rundll32 user32.dll,MessageBeep >/dev/null 2>&1 || true  # until the desktop is there
 }
+
+# EndWineSession: as logging off does, which asks the programs and lets them save.
+EndWineSession() { timeout 60 wine wineboot --end-session --force || true; }
 
 # EndWine: whatever still runs in the prefix.
 EndWine() {

@@ -33,8 +33,10 @@ constexpr int Margin = 24;        ///< the same
 constexpr QRgb BandTop = 0xFF2D7DD2;
 constexpr QRgb BandBottom = 0xFF174A85;
 
-/// The year takes the place of "XXXX".
-constexpr const char* Notice = "Copyright \xA9 XXXX the makers of the Tallyhorn Listener Console";
+/// The year takes the place of "XXXX".  Qt's licence asks to be told of wherever such a notice is shown.
+constexpr const char* Notice =
+    "Copyright \xA9 XXXX the makers of the Tallyhorn Listener Console\n"
+    "Uses Qt, copyright The Qt Company Ltd. and others, under the LGPL 3,\nwhich comes with this program";
 
 std::string YearOf(std::int64_t localSeconds) {
     using namespace std::chrono;

@@ -5,11 +5,14 @@
 #
 # The cache is TALLYHORN_CACHE, else tallyhorn/ in XDG_CACHE_HOME, else ~/.cache/tallyhorn.
 set -euo pipefail
+shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
 
 readonly link=build/qt-windows toolchain=cmake/mingw.cmake
-cache=${TALLYHORN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tallyhorn}
+cache=$(realpath -m "${TALLYHORN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tallyhorn}")
+work=""
+builder=""  # the process that builds, with all that it starts
 
 # The modules and features that no form of the console uses.  tabletevent: Debian's source comes without
 # the header that it needs.  direct2d stays, since the fonts of the platform's plugin need it.
@@ -21,10 +24,13 @@ Version() { dpkg-query -W -f='${source:Version}' "$1"; }
 
 # Recipe: what decides the result.
 Recipe() {
-    Version qt6-base-dev
-    Version g++-mingw-w64-x86-64-posix
-    Version mingw-w64-x86-64-dev
-    cat packaging/windows/build-qt.sh "$toolchain"
+    local package
+    for package in qt6-base-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev binutils-mingw-w64-x86-64; do
+        Version "$package"
+    done
+    declare -p without bundled
+    declare -f FetchSource ConfigureQt BuildQt
+    cat "$toolchain"
 }
 
 # SourceLists FOLDER: this machine's own package sources, as sources of source packages.
@@ -83,20 +89,37 @@ BuildQt() {
     Version qt6-base-dev >"$work/qt/licences/version"
 }
 
+CleanUp() {
+    if [[ -n $builder ]]; then
+        kill -- "-$builder" 2>/dev/null || true
+        wait "$builder" 2>/dev/null || true
+    fi
+    [[ -z $work ]] || rm -rf "$work"
+}
+
 # Once, while others who want the same wait.
 MakeQt() {
     mkdir -p "$cache"
     exec 9>"$qt.lock"
-    flock 9
+    if ! flock --nonblock 9; then
+        Say "Waiting for another process that builds Qt for Windows"
+        flock 9
+    fi
     if [[ -d $qt ]]; then
         return
     fi
-    work=$(mktemp -d "$cache/building.XXXXXX")
-    trap 'rm -rf "$work"' EXIT
+    trap CleanUp EXIT
+    trap 'exit 130' INT TERM HUP
+    work=$qt.building
+    rm -rf "$work"  # left by a crash
+    mkdir "$work"
     Say "Building Qt for Windows, once, in about twenty minutes"
-    # In a process of its own, where a failure ends it.
-    BuildQt >"$qt.log" 2>&1 9>&- &
-    if ! wait $!; then
+    # A process group of its own, in which a failure ends all and which can be ended as a whole.
+    set -m
+    BuildQt >"$qt.log" 2>&1 9>&- </dev/null &
+    builder=$!
+    set +m
+    if ! wait "$builder"; then
         tail -n 40 "$qt.log" >&2
         Fail "Qt could not be built; $qt.log tells more"
     fi
@@ -108,4 +131,5 @@ hash=$(Recipe | sha256sum)
 qt=$cache/qt-windows-${hash:0:16}
 [[ -d $qt ]] || MakeQt
 mkdir -p build
-ln -sfn "$qt" "$link"
+[[ -L $link ]] || rm -rf "$link"
+ln -sfnT "$qt" "$link"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes the zip and the installer of the preset windows in build/package-windows/, on a fresh Debian 12 too.
+# Makes the programs of the preset windows, stripped, with their zip and installer, in build/package-windows/,
+# on a fresh Debian 12 too.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
@@ -20,7 +21,7 @@ CollectLicences() {
         [[ -f $file ]] || Fail "$file is missing, without which the packages may not go to anybody"
         Text "$file" "$files/licences/$name.txt"
     done
-    for name in GPL-2 GPL-3 LGPL-2.1 LGPL-3; do
+    for name in GPL-2 GPL-3 LGPL-2 LGPL-2.1 LGPL-3 GFDL-1.3 Apache-2.0; do
         Text "/usr/share/common-licenses/$name" "$files/licences/$name.txt"
     done
     Text "$here/NOTICE.txt" "$files/licences/NOTICE.txt"
@@ -82,6 +83,7 @@ rm -rf "$result"
 CollectFiles
 MakeZip
 MakeInstaller
+mv "$files"/*.exe "$result/"
 rm -r "$files" "$result/files.nsh" "$result/starter-settings.ini"
 Say "The packages are:"
 printf '    %s\n' "$result"/*

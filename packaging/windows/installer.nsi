@@ -2,7 +2,8 @@
 ; and defines version, icon, folder (with what it has collected) and size (of all files, in KiB).
 ;
 ; Exit status: 0 done, 1 cancelled, 2 failed, 3 the console runs, 4 done but for the rule of the firewall.
-; /S asks and shows nothing; /FIREWALL=1 with it wants the rule as well.
+; /S asks and shows nothing, but that Windows asks for an administrator where a rule is wanted (/FIREWALL=1) or
+; one that was made goes with the program.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -14,9 +15,11 @@ ManifestSupportedOS Win10
 !define program "$INSTDIR\tallyhorn-console.exe"
 !define shortcut "$SMPROGRAMS\${product}.lnk"
 !define key "Software\Microsoft\Windows\CurrentVersion\Uninstall\TallyhornListenerConsole"
+; Named after the folder: another user has one of his own.
+!define rule "${product} in $INSTDIR"
 !define netsh '"$SYSDIR\netsh.exe" advfirewall firewall'
-!define deleteRule `${netsh} delete rule name="${product}" program="${program}"`
-!define addRule `${netsh} add rule name="${product}" dir=in action=allow program="${program}" protocol=UDP profile=private,domain enable=yes`
+!define deleteRule `${netsh} delete rule name="${rule}" program="${program}"`
+!define addRule `${netsh} add rule name="${rule}" dir=in action=allow program="${program}" protocol=UDP profile=private,domain enable=yes`
 
 Name "${product}"
 OutFile "${folder}/tallyhorn-console-${version}-setup.exe"
@@ -88,7 +91,14 @@ Settings, filters and messages that you have there stay as they are.$\r$\n$\r$\n
 Section "${product}" ConsoleSection
   SectionIn RO
   Call RefuseWhileRunning
+  ClearErrors
   !insertmacro LayFiles
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONEXCLAMATION "Not all files of the ${product} could be replaced in $INSTDIR. Please close all \
+programs that run from there, and install again." /SD IDOK
+    SetErrorLevel 2
+    Quit
+  ${EndIf}
   SetOutPath "$INSTDIR"
   ${IfNot} ${FileExists} "$INSTDIR\thlisten.ini"
     File /oname=thlisten.ini "${folder}/starter-settings.ini"
@@ -113,7 +123,7 @@ SectionEnd
 Section "Rule of the firewall for syslog" FirewallSection
   ReadRegStr $1 HKCU "${key}" FirewallRule
   ${If} $1 == "${program}"
-    nsExec::Exec '${netsh} show rule name="${product}"'
+    nsExec::Exec '${netsh} show rule name="${rule}"'
     Pop $0
     ${If} $0 == 0
       Return
@@ -123,7 +133,7 @@ Section "Rule of the firewall for syslog" FirewallSection
   DetailPrint "Asking for an administrator, who lets syslog in through the firewall"
   !insertmacro AsAdministrator `${deleteRule} & ${addRule}`
   ${IfNot} ${Errors}
-    nsExec::Exec '${netsh} show rule name="${product}"'
+    nsExec::Exec '${netsh} show rule name="${rule}"'
     Pop $0
     ${If} $0 == 0
       WriteRegStr HKCU "${key}" FirewallRule "${program}"
@@ -159,6 +169,15 @@ FunctionEnd
 
 Section Uninstall
   Call un.RefuseWhileRunning
+  ClearErrors
+  Delete "$INSTDIR\tallyhorn-send.exe"
+  Delete "${program}"
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONEXCLAMATION "The programs in $INSTDIR could not be removed. Please close them, and \
+uninstall again." /SD IDOK
+    SetErrorLevel 2
+    Quit
+  ${EndIf}
   StrCpy $note "The ${product} is removed."
   ReadRegStr $0 HKCU "${key}" FirewallRule
   ${If} $0 == "${program}"
@@ -166,7 +185,7 @@ Section Uninstall
     !insertmacro AsAdministrator `${deleteRule}`
     ${If} ${Errors}
       SetErrorLevel 4
-      StrCpy $note '$note$\r$\n$\r$\nThe firewall still has the rule "${product}"; an administrator can remove it.'
+      StrCpy $note '$note$\r$\n$\r$\nThe firewall still has the rule "${rule}"; an administrator can remove it.'
     ${EndIf}
   ${EndIf}
   !insertmacro RemoveFiles

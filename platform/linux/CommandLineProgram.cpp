@@ -20,7 +20,7 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
     return {argv + std::min(argc, 1), argv + argc};
 }
 
-bool AttachOutput() {
+bool AttachOutput(std::FILE* /*stream*/) {
     return true;
 }
 

@@ -33,8 +33,7 @@ std::string ToUtf8(std::wstring_view text) {
     return utf8;
 }
 
-/// Where it leads somewhere.
-bool IsOpen(DWORD stream) {
+bool LeadsSomewhere(DWORD stream) {
     const HANDLE handle = GetStdHandle(stream);
     return handle != nullptr && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
 }
@@ -53,15 +52,10 @@ std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
     return arguments;
 }
 
-bool AttachOutput() {
-    const bool output = IsOpen(STD_OUTPUT_HANDLE);
-    const bool errors = IsOpen(STD_ERROR_HANDLE);
-    if (output && errors)
+bool AttachOutput(std::FILE* stream) {
+    if (LeadsSomewhere(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE))
         return true;
-    if (AttachConsole(ATTACH_PARENT_PROCESS) == 0)
-        return false;
-    return (output || std::freopen("CONOUT$", "w", stdout) != nullptr) &&
-           (errors || std::freopen("CONOUT$", "w", stderr) != nullptr);
+    return AttachConsole(ATTACH_PARENT_PROCESS) != 0 && std::freopen("CONOUT$", "w", stream) != nullptr;
 }
 
 void ReadStandardInputAsBytes() {

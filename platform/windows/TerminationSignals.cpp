@@ -6,6 +6,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/windows/OwnedHandle.h"
+
 namespace tallyhorn {
 namespace {
 
@@ -26,8 +28,7 @@ public:
     void Start(std::function<void()> ended) override {
         Stop();
         ended_ = std::move(ended);
-        done_ = std::promise<void>();
-        isDone_ = done_.get_future();
+        ResetEvent(done_.Get());
         std::promise<HWND> made;
         std::future<HWND> window = made.get_future();
         thread_ = std::thread([this, &made] { Listen(made); });
@@ -37,7 +38,7 @@ public:
     void Stop() override {
         if (!thread_.joinable())
             return;
-        done_.set_value();
+        SetEvent(done_.Get());
         PostMessageW(window_, StopListening, 0, 0);
         thread_.join();
     }
@@ -61,8 +62,12 @@ private:
 
     static LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* const self = reinterpret_cast<SessionEnd*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message == WM_QUERYENDSESSION)
+            return AskForTime(window);
         if (message == WM_ENDSESSION && wParam != 0 && self != nullptr)
-            self->End(window);
+            self->End();
+        else if (message == WM_ENDSESSION)
+            ShutdownBlockReasonDestroy(window);
         else if (message == StopListening)
             DestroyWindow(window);
         else if (message == WM_DESTROY)
@@ -72,17 +77,25 @@ private:
         return 0;
     }
 
-    /// The reason keeps the system from ending what takes its time, and is shown to the user.
-    void End(HWND window) {
+    /// Agrees to the end.  The reason keeps the system from ending what takes its time, and is shown to the
+    /// user.
+    static LRESULT AskForTime(HWND window) {
         ShutdownBlockReasonCreate(window, L"Saving messages");
+        return TRUE;
+    }
+
+    /// Whoever sends messages to all windows meanwhile, this program too, gets an answer.
+    void End() {
         ended_();
-        isDone_.wait();
-        ShutdownBlockReasonDestroy(window);
+        const HANDLE done = done_.Get();
+        MSG message{};
+        while (MsgWaitForMultipleObjects(1, &done, FALSE, INFINITE, QS_SENDMESSAGE) == WAIT_OBJECT_0 + 1)
+            PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
     }
 
     std::function<void()> ended_;
-    std::promise<void> done_;  ///< kept once the program is through
-    std::future<void> isDone_;
+    const OwnedHandle done_{
+        CreateEventW(nullptr, TRUE, FALSE, nullptr)};  ///< set once the program is through
     HWND window_ = nullptr;
     std::thread thread_;
 };

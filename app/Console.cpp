@@ -106,8 +106,10 @@ bool Console::Start() {
     started_ = true;
     tray_->Initialize();
     tray_->ShowServerWindowMax();
+    // Once the event loop runs: before, Qt lets events run while it shows a splash, and the one that ends it may
+    // be among them.
     if (!portFailed_)
-        ShowSplash();
+        QMetaObject::invokeMethod(&wakeTarget_, [this] { ShowSplash(); }, Qt::QueuedConnection);
     else
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;
@@ -183,8 +185,10 @@ void Console::LoadBackup() {
     Run();
 }
 
-/// In front of the main window, which is then made the active one.
+/// In front of the main window, which is then made the active one, and never of a question.
 void Console::ShowSplash() {
+    if (ended_ || QApplication::activeModalWidget() != nullptr)
+        return;
     splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
     splash_->show();
     window_->activateWindow();

@@ -62,6 +62,7 @@ protected:
         ASSERT_TRUE(console_->Start());
         // A test that gives up a taken port ends the console before its window shows.
         AWAIT(console_->HasEnded() || console_->Window().windowHandle()->isExposed());
+        QCoreApplication::processEvents();
         if (!keepsSplash_)
             delete console_->Window().findChild<frmStartup*>();
     }

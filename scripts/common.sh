@@ -100,10 +100,10 @@ Configure() {
     local folder=build/$1
     if [[ $1 == windows ]]; then
         packaging/windows/build-qt.sh  # at once where that Qt is there
-        if [[ $(readlink build/qt-windows) != $(cat "$folder/.qt" 2>/dev/null) ]]; then
+        if [[ $(readlink build/qt-windows) != $(cat "$folder/.made-with" 2>/dev/null) ]]; then
             rm -rf "$folder"  # made with another: the times of its headers tell nobody
             mkdir -p "$folder"
-            readlink build/qt-windows >"$folder/.qt"
+            readlink build/qt-windows >"$folder/.made-with"
         fi
     fi
     if [[ -f $folder/build.ninja && $folder/.configured -nt CMakePresets.json ]]; then

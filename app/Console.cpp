@@ -106,10 +106,10 @@ bool Console::Start() {
     started_ = true;
     tray_->Initialize();
     tray_->ShowServerWindowMax();
-    // Once the event loop runs: before, Qt lets events run while it shows a splash, and the one that ends it may
-    // be among them.
+    // The splash once the event loop runs: before, Qt lets events run inside its showing.
     if (!portFailed_)
-        QMetaObject::invokeMethod(&wakeTarget_, [this] { ShowSplash(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &wakeTarget_, [this] { ShowSplash(); }, Qt::QueuedConnection);
     else
         window_->Commands().Run([this] { AskAboutPort(); }, CommandQueue::Kind::Dialog);
     return true;

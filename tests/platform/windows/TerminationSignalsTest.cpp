@@ -1,20 +1,32 @@
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <future>
 
 #include "platform/TerminationSignals.h"
 #include "tests/fakes/TestMailslot.h"
 
+// Of the system, whose header stays with the back ends.
+extern "C" {
+__declspec(dllimport) void* __stdcall FindWindowExW(void* parent, void* after, const wchar_t* kind,
+                                                    const wchar_t* title);
+__declspec(dllimport) unsigned long __stdcall GetWindowThreadProcessId(void* window, unsigned long* process);
+__declspec(dllimport) unsigned long __stdcall GetCurrentProcessId();
+__declspec(dllimport) std::intptr_t
+    __stdcall SendMessageW(void* window, unsigned message, std::uintptr_t wParam, std::intptr_t lParam);
+}
+
 namespace tallyhorn {
 namespace {
 
+constexpr unsigned Close = 0x10, QueryEndSession = 0x11, EndSession = 0x16;  // WM_ and so on
+
 /// This process's own: a console may be running.
-HWND SessionEndWindow() {
-    HWND window = nullptr;
-    DWORD process = 0;
+void* SessionEndWindow() {
+    void* window = nullptr;
+    unsigned long process = 0;
     do {
         window = FindWindowExW(nullptr, window, L"TallyhornSessionEnd", nullptr);
         GetWindowThreadProcessId(window, &process);
@@ -27,15 +39,15 @@ TEST(TerminationSignalsTest, TheEndOfTheSessionWaitsForTheProgram) {
     for (const bool again : {false, true}) {
         std::atomic<int> ends = 0;
         termination->Start([&ends] { ++ends; });
-        const HWND window = SessionEndWindow();
+        void* const window = SessionEndWindow();
         ASSERT_NE(window, nullptr) << again;
-        SendMessageW(window, WM_CLOSE, 0, 0);
-        EXPECT_EQ(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), TRUE);
-        SendMessageW(window, WM_ENDSESSION, FALSE, 0);
+        SendMessageW(window, Close, 0, 0);
+        EXPECT_EQ(SendMessageW(window, QueryEndSession, 0, 0), 1);
+        SendMessageW(window, EndSession, 0, 0);
         EXPECT_EQ(ends, 0) << "another program has said no";
-        EXPECT_EQ(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), TRUE);
-        const std::future<LRESULT> answer =
-            std::async(std::launch::async, [window] { return SendMessageW(window, WM_ENDSESSION, TRUE, 0); });
+        EXPECT_EQ(SendMessageW(window, QueryEndSession, 0, 0), 1);
+        const std::future<std::intptr_t> answer =
+            std::async(std::launch::async, [window] { return SendMessageW(window, EndSession, 1, 0); });
         EXPECT_TRUE(Eventually([&ends] { return ends == 1; }));
         EXPECT_EQ(answer.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
         termination->Stop();

@@ -9,9 +9,9 @@
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "desktop/AlertSound.h"
-#include "desktop/Help.h"
-#include "desktop/forms/HelpKeys.h"
 #include "desktop/forms/frmTrayIcon.h"
+#include "desktop/help/Help.h"
+#include "desktop/help/forms/HelpKeys.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
 #include "platform/Clock.h"
@@ -35,8 +35,8 @@
 #include "storage/MessageExport.h"
 #include "views/EventViewer.h"
 #include "views/MessageCommands.h"
-#include "views/ReceivedMessages.h"
 #include "views/forms/frmServer.h"
+#include "views/messages/ReceivedMessages.h"
 
 namespace tallyhorn {
 

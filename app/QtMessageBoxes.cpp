@@ -3,8 +3,8 @@
 #include <QMessageBox>
 
 #include "app/DialogOwner.h"
-#include "desktop/HelpContexts.h"
-#include "forms/AnsiString.h"
+#include "desktop/help/HelpContexts.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

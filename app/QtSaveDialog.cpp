@@ -5,7 +5,7 @@
 #include <QStringList>
 
 #include "app/DialogOwner.h"
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -14,16 +14,16 @@
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
 #include "config/MakeProfileFunctions.h"
-#include "desktop/forms/OwnHelpViewer.h"
 #include "desktop/forms/QtNotificationArea.h"
-#include "forms/HeldKeys.h"
-#include "forms/Pictures.h"
+#include "desktop/help/forms/OwnHelpViewer.h"
 #include "platform/CommandLineProgram.h"
 #include "platform/DataFolder.h"
 #include "platform/Heap.h"
 #include "platform/PathText.h"
 #include "platform/TerminationSignals.h"
 #include "records/AnsiText.h"
+#include "ui/HeldKeys.h"
+#include "ui/Pictures.h"
 
 namespace {
 

@@ -13,14 +13,14 @@
 
 #include "app/Console.h"
 #include "config/MakeProfileFunctions.h"
-#include "tests/fakes/FakeHelpViewer.h"
-#include "tests/fakes/FakeNotificationArea.h"
-#include "tests/fakes/FakePrograms.h"
-#include "tests/fakes/FakeSaveDialog.h"
-#include "tests/fakes/FakeSoundDevice.h"
-#include "tests/fakes/FakeUserNames.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeHelpViewer.h"
+#include "tests/support/FakeNotificationArea.h"
+#include "tests/support/FakePrograms.h"
+#include "tests/support/FakeSaveDialog.h"
+#include "tests/support/FakeSoundDevice.h"
+#include "tests/support/FakeUserNames.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"
 
 namespace tallyhorn {

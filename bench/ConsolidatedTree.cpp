@@ -1,7 +1,7 @@
 // What a leaf costs in a tree of a million against one of ten thousand: to add, and to take away among
 // 50,000.
 
-#include "views/ConsolidatedTree.h"
+#include "views/messages/ConsolidatedTree.h"
 
 #include <benchmark/benchmark.h>
 

@@ -12,10 +12,10 @@
 #include "platform/Heap.h"
 #include "records/SyslogFormat.h"
 #include "storage/MessageExport.h"
-#include "tests/fakes/FakeSaveDialog.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/MessagesInMemory.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeSaveDialog.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tools/DemoFeed.h"
 
 namespace tallyhorn {

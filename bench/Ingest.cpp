@@ -22,7 +22,7 @@
 #include "bench/DatagramLoad.h"
 #include "bench/ProcessorTime.h"
 #include "platform/Heap.h"
-#include "tests/fakes/FileBytes.h"
+#include "tests/support/FileBytes.h"
 #include "views/forms/frmServer.h"
 
 namespace tallyhorn {

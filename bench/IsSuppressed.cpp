@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "filters/SuppressionFilters.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

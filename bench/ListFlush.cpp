@@ -12,10 +12,10 @@
 #include <array>
 #include <vector>
 
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
 #include "records/NetBiosFormat.h"
 #include "tools/DemoFeed.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 #include "views/forms/MessageListView.h"
 
 namespace tallyhorn {

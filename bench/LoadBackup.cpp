@@ -7,7 +7,7 @@
 
 #include "platform/Heap.h"
 #include "storage/MessageBackup.h"
-#include "tests/fakes/ReceptionInMemory.h"
+#include "tests/support/ReceptionInMemory.h"
 #include "tools/DemoFeed.h"
 
 namespace tallyhorn {

@@ -17,8 +17,8 @@
 #include "bench/ProcessorTime.h"
 #include "platform/Clock.h"
 #include "reception/cvbMailslot.h"
-#include "tests/fakes/FakeMailslots.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/FakeMailslots.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

@@ -11,10 +11,10 @@
 
 #include "bench/BesideYardstick.h"
 #include "storage/BackupReader.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

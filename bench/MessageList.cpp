@@ -11,10 +11,10 @@
 
 #include "platform/TimeSlices.h"
 #include "records/NetBiosFormat.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeWindow.h"
 #include "tools/DemoFeed.h"
-#include "views/ReceivedMessages.h"
+#include "views/messages/ReceivedMessages.h"
 
 namespace tallyhorn {
 namespace {

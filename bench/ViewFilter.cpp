@@ -11,7 +11,7 @@
 
 #include "platform/Heap.h"
 #include "records/SyslogFormat.h"
-#include "tests/fakes/MessagesInMemory.h"
+#include "tests/support/MessagesInMemory.h"
 #include "tools/DemoFeed.h"
 
 namespace tallyhorn {

@@ -10,7 +10,7 @@
 #include "filters/SuppressionFilters.h"
 #include "platform/MessageBoxes.h"
 #include "records/AlarmRecord.h"
-#include "views/ChangeObserver.h"
+#include "views/messages/ChangeObserver.h"
 
 namespace tallyhorn {
 

@@ -11,10 +11,10 @@
 #include "platform/Clock.h"
 #include "platform/TimeSlices.h"
 #include "records/AlarmRecord.h"
-#include "views/LongWork.h"
-#include "views/ReceivedMessages.h"
-#include "views/ServerDisplay.h"
-#include "views/ViewFilterState.h"
+#include "views/messages/LongWork.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ServerDisplay.h"
+#include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
 

@@ -8,7 +8,7 @@
 
 #include "fuzz/Require.h"
 #include "records/AnsiText.h"
-#include "tests/fakes/MemorySource.h"
+#include "tests/support/MemorySource.h"
 
 namespace tallyhorn {
 namespace {

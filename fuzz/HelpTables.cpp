@@ -1,7 +1,7 @@
 // What a help file tells about itself: whatever its bytes are, reading ends, stays within the bounds, and
 // gives nothing that does not stand in them.
 
-#include "desktop/HelpTables.h"
+#include "desktop/help/HelpTables.h"
 
 #include <algorithm>
 

@@ -4,8 +4,8 @@
 #include "platform/Clock.h"
 #include "reception/ArrivalSignals.h"
 #include "records/AlarmRecord.h"
-#include "views/ReceivedMessages.h"
-#include "views/ViewFilterState.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
 

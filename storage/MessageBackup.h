@@ -10,7 +10,7 @@
 #include "platform/SystemError.h"
 #include "platform/TimeSlices.h"
 #include "storage/BackupProgress.h"
-#include "views/MessageStore.h"
+#include "views/messages/MessageStore.h"
 
 namespace tallyhorn {
 

@@ -10,7 +10,7 @@
 #include "records/NetBiosFormat.h"
 #include "records/SyslogFormat.h"
 #include "storage/ExportFile.h"
-#include "views/LongWork.h"
+#include "views/messages/LongWork.h"
 
 namespace tallyhorn {
 namespace {

@@ -11,8 +11,8 @@
 #include "platform/SystemError.h"
 #include "platform/TimeSlices.h"
 #include "records/AlarmRecord.h"
-#include "views/ReceivedMessages.h"
-#include "views/ServerDisplay.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ServerDisplay.h"
 
 namespace tallyhorn {
 

@@ -4,8 +4,8 @@
 
 #include "platform/MessageBoxes.h"
 #include "platform/ProgramLauncher.h"
-#include "views/ReceivedMessages.h"
-#include "views/ServerDisplay.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ServerDisplay.h"
 
 namespace tallyhorn {
 

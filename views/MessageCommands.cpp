@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "views/LongWork.h"
+#include "views/messages/LongWork.h"
 
 namespace tallyhorn {
 namespace {

@@ -5,9 +5,9 @@
 #include "platform/Clock.h"
 #include "platform/MessageBoxes.h"
 #include "platform/TimeSlices.h"
-#include "views/ReceivedMessages.h"
-#include "views/ServerDisplay.h"
-#include "views/ViewFilterState.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ServerDisplay.h"
+#include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
 

@@ -7,7 +7,7 @@
 
 #include "records/AlarmRecord.h"
 #include "records/EventTypes.h"
-#include "views/ReceivedMessages.h"
+#include "views/messages/ReceivedMessages.h"
 
 namespace tallyhorn {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "views/MessageColumn.h"
+#include "views/messages/MessageColumn.h"
 
 namespace tallyhorn {
 

@@ -14,8 +14,8 @@
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
-#include "desktop/HelpContexts.h"
-#include "forms/AnsiString.h"
+#include "desktop/help/HelpContexts.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

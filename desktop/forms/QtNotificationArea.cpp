@@ -5,8 +5,8 @@
 #include <QWindow>
 #include <utility>
 
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 

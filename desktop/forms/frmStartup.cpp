@@ -15,12 +15,12 @@
 #include <chrono>
 #include <string>
 
-#include "desktop/HelpContexts.h"
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "desktop/help/HelpContexts.h"
 #include "platform/Clock.h"
 #include "platform/UserNames.h"
 #include "records/AnsiText.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {

@@ -5,7 +5,7 @@
 #include <QMenu>
 #include <QTimer>
 
-#include "desktop/HelpContexts.h"
+#include "desktop/help/HelpContexts.h"
 
 namespace tallyhorn {
 namespace {

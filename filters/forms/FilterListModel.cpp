@@ -1,6 +1,6 @@
 #include "filters/forms/FilterListModel.h"
 
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 

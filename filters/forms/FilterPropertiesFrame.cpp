@@ -12,7 +12,7 @@
 #include <QVBoxLayout>
 
 #include "filters/forms/AccessKeyFrame.h"
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -13,10 +13,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "desktop/HelpContexts.h"
+#include "desktop/help/HelpContexts.h"
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterPropertiesFrame.h"
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -15,10 +15,10 @@
 #include <string_view>
 #include <utility>
 
-#include "desktop/HelpContexts.h"
+#include "desktop/help/HelpContexts.h"
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterValuesModel.h"
-#include "forms/AnsiString.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

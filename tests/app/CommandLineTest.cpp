@@ -4,7 +4,7 @@
 
 #include "app/CommandLine.h"
 #include "platform/PathText.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

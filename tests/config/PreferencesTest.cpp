@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "config/Preferences.h"
-#include "tests/fakes/PreferencesParts.h"
+#include "tests/support/PreferencesParts.h"
 
 namespace tallyhorn {
 namespace {

@@ -4,9 +4,9 @@
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "config/TextProfileFunctions.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

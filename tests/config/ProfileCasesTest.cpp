@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "config/TextProfileFunctions.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

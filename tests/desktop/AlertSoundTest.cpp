@@ -7,10 +7,10 @@
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "desktop/AlertSound.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeSoundDevice.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeSoundDevice.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

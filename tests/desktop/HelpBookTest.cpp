@@ -5,10 +5,10 @@
 #include <regex>
 #include <set>
 
-#include "desktop/HelpBook.h"
+#include "desktop/help/HelpBook.h"
 #include "platform/HelpViewer.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "desktop/Help.h"
-#include "tests/fakes/FakeHelpViewer.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "desktop/help/Help.h"
+#include "tests/support/FakeHelpViewer.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

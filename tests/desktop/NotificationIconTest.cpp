@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/NotificationIcon.h"
-#include "tests/fakes/FakeNotificationArea.h"
+#include "tests/support/FakeNotificationArea.h"
 
 namespace tallyhorn {
 namespace {

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "filters/DropFilterEditor.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/FilterSlots.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/FilterSlots.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

@@ -5,9 +5,9 @@
 
 #include "filters/SuppressionFilters.h"
 #include "records/AnsiText.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/FilterSlots.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/FilterSlots.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "filters/ViewFilter.h"
-#include "tests/fakes/MessagesInMemory.h"
-#include "tests/fakes/Notifications.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/Notifications.h"
 
 namespace tallyhorn {
 namespace {

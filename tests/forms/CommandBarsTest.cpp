@@ -4,7 +4,7 @@
 #include <QToolBar>
 
 #include "tests/forms/ConsoleFixture.h"
-#include "views/LongWork.h"
+#include "views/messages/LongWork.h"
 
 namespace tallyhorn {
 namespace {

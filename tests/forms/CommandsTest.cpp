@@ -2,8 +2,8 @@
 #include <QLineEdit>
 #include <QMessageBox>
 
-#include "tests/fakes/FileBytes.h"
 #include "tests/forms/ConsoleFixture.h"
+#include "tests/support/FileBytes.h"
 #include "views/forms/CommandQueue.h"
 
 namespace tallyhorn {

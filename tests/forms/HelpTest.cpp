@@ -5,10 +5,10 @@
 #include <set>
 
 #include "app/QtMessageBoxes.h"
-#include "desktop/forms/HelpPageView.h"
-#include "desktop/forms/OwnHelpViewer.h"
-#include "forms/AnsiString.h"
+#include "desktop/help/forms/HelpPageView.h"
+#include "desktop/help/forms/OwnHelpViewer.h"
 #include "tests/forms/ConsoleFixture.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,10 +6,10 @@
 #include <QPlainTextEdit>
 #include <QTextDocumentFragment>
 
-#include "forms/AnsiString.h"
 #include "records/AnsiText.h"
-#include "tests/fakes/FileBytes.h"
 #include "tests/forms/ConsoleFixture.h"
+#include "tests/support/FileBytes.h"
+#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,8 +6,8 @@
 #include <map>
 #include <string>
 
-#include "forms/Pictures.h"
-#include "forms/SvgPicture.h"
+#include "ui/Pictures.h"
+#include "ui/SvgPicture.h"
 
 namespace tallyhorn {
 namespace {

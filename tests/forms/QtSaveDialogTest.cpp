@@ -4,9 +4,9 @@
 #include <QPushButton>
 
 #include "app/QtSaveDialog.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
 #include "tests/forms/DialogFixture.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 #include "views/forms/frmServer.h"
 
 namespace tallyhorn {

@@ -2,8 +2,8 @@
 #include <QScrollBar>
 #include <random>
 
-#include "tests/fakes/FileBytes.h"
 #include "tests/forms/ConsoleFixture.h"
+#include "tests/support/FileBytes.h"
 
 namespace tallyhorn {
 namespace {

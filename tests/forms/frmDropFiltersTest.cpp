@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "filters/forms/frmDropFilters.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/FilterSlots.h"
-#include "tests/fakes/TemporaryFolder.h"
 #include "tests/forms/ControlChecks.h"
 #include "tests/forms/DialogFixture.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/FilterSlots.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

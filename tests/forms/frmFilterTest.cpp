@@ -3,10 +3,10 @@
 #include <QComboBox>
 
 #include "filters/forms/frmFilter.h"
-#include "tests/fakes/MessagesInMemory.h"
-#include "tests/fakes/Notifications.h"
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/Notifications.h"
 
 namespace tallyhorn {
 namespace {

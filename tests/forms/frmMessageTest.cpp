@@ -7,11 +7,11 @@
 #include <QScrollBar>
 #include <optional>
 
-#include "forms/AnsiString.h"
-#include "tests/fakes/Notifications.h"
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
+#include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
+#include "ui/AnsiString.h"
 #include "views/forms/frmMessage.h"
 
 namespace tallyhorn {

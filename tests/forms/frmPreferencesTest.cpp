@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "config/forms/frmPreferences.h"
-#include "tests/fakes/PreferencesParts.h"
 #include "tests/forms/ControlChecks.h"
 #include "tests/forms/DialogFixture.h"
+#include "tests/support/PreferencesParts.h"
 
 namespace tallyhorn {
 namespace {

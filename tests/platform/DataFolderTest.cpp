@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/DataFolder.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

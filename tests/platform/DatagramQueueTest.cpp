@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/DatagramQueue.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

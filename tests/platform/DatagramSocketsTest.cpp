@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/DatagramSockets.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "platform/InstanceLock.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

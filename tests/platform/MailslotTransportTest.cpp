@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/MailslotTransport.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "platform/OutputFile.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/OtherUser.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/OtherUser.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

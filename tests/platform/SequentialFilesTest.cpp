@@ -8,8 +8,8 @@
 #include "platform/BufferedWriter.h"
 #include "platform/InputFile.h"
 #include "platform/OutputFile.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "reception/FragmentStore.h"
-#include "tests/fakes/FakeClock.h"
+#include "tests/support/FakeClock.h"
 
 namespace tallyhorn {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "tests/fakes/Notifications.h"
-#include "tests/fakes/ReceptionInMemory.h"
+#include "tests/support/Notifications.h"
+#include "tests/support/ReceptionInMemory.h"
 
 namespace tallyhorn {
 namespace {

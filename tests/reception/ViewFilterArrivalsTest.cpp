@@ -4,8 +4,8 @@
 #include <random>
 #include <string>
 
-#include "tests/fakes/Notifications.h"
-#include "tests/fakes/ReceptionInMemory.h"
+#include "tests/support/Notifications.h"
+#include "tests/support/ReceptionInMemory.h"
 
 namespace tallyhorn {
 namespace {

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "reception/cvbMailslot.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeMailslots.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeMailslots.h"
 
 namespace tallyhorn {
 namespace {

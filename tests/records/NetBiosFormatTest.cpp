@@ -4,7 +4,7 @@
 #include <string>
 
 #include "records/NetBiosFormat.h"
-#include "tests/fakes/FileBytes.h"
+#include "tests/support/FileBytes.h"
 
 namespace tallyhorn {
 namespace {

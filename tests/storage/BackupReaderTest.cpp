@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "storage/BackupReader.h"
-#include "tests/fakes/MemorySource.h"
+#include "tests/support/MemorySource.h"
 
 namespace tallyhorn {
 namespace {

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "storage/MessageExport.h"
-#include "tests/fakes/FakeSaveDialog.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/MessagesInMemory.h"
-#include "tests/fakes/Notifications.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeSaveDialog.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/Notifications.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "storage/MessageBackup.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeWindow.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeWindow.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "storage/MessageExport.h"
-#include "tests/fakes/FileSizeLimit.h"
 #include "tests/storage/ExportFixture.h"
+#include "tests/support/FileSizeLimit.h"
 
 namespace tallyhorn {
 namespace {

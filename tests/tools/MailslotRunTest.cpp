@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeMailslots.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeMailslots.h"
 #include "tools/MailslotRun.h"
 
 namespace tallyhorn {

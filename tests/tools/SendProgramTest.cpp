@@ -9,8 +9,8 @@
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
 #include "reception/cvbMailslot.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

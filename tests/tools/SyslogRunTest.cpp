@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/fakes/FakeDatagrams.h"
+#include "tests/support/FakeDatagrams.h"
 #include "tools/SyslogRun.h"
 
 namespace tallyhorn {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/fakes/MessagesInMemory.h"
+#include "tests/support/MessagesInMemory.h"
 #include "views/MessageCommands.h"
 
 namespace tallyhorn {

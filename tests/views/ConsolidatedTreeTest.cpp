@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "records/AnsiText.h"
-#include "views/ConsolidatedTree.h"
+#include "views/messages/ConsolidatedTree.h"
 
 namespace tallyhorn {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tests/fakes/Notifications.h"
+#include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
 #include "views/ServerLayout.h"
 

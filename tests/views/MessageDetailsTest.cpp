@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "records/CanonicalText.h"
-#include "tests/fakes/Notifications.h"
+#include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
 #include "views/MessageDetails.h"
 

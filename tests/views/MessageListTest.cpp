@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "records/AnsiText.h"
-#include "views/MessageList.h"
+#include "views/messages/MessageList.h"
 
 namespace tallyhorn {
 namespace {

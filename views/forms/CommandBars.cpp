@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "forms/Pictures.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {

@@ -4,8 +4,8 @@
 #include <QGuiApplication>
 #include <vector>
 
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <unordered_map>
 
-#include "views/ConsolidatedTree.h"
+#include "views/messages/ConsolidatedTree.h"
 
 namespace tallyhorn {
 

@@ -7,9 +7,9 @@
 #include "platform/MessageBoxes.h"
 #include "records/AlarmRecord.h"
 #include "views/MessageCommands.h"
-#include "views/ReceivedMessages.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
+#include "views/messages/ReceivedMessages.h"
 
 class QAbstractItemModel;
 class QRect;

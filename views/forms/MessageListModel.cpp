@@ -3,8 +3,8 @@
 #include <QIcon>
 #include <limits>
 
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "views/MessageList.h"
+#include "views/messages/MessageList.h"
 
 namespace tallyhorn {
 

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {

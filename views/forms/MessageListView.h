@@ -9,11 +9,11 @@
 #include <string>
 #include <unordered_map>
 
-#include "forms/Pictures.h"
 #include "records/SeededHash.h"
-#include "views/MessageList.h"
+#include "ui/Pictures.h"
 #include "views/forms/MessageListModel.h"
 #include "views/forms/Pacer.h"
+#include "views/messages/MessageList.h"
 
 class QHeaderView;
 

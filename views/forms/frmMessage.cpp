@@ -15,9 +15,9 @@
 #include <algorithm>
 #include <string>
 
-#include "desktop/HelpContexts.h"
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "desktop/help/HelpContexts.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {

@@ -14,9 +14,9 @@
 #include <QToolBar>
 #include <algorithm>
 
-#include "desktop/HelpContexts.h"
-#include "forms/AnsiString.h"
-#include "forms/Pictures.h"
+#include "desktop/help/HelpContexts.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
 #include "views/forms/ArrivalTimer.h"
 #include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/DetailWindow.h"

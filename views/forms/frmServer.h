@@ -9,13 +9,13 @@
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
 #include "views/MessageCommands.h"
-#include "views/ReceivedMessages.h"
-#include "views/ServerDisplay.h"
 #include "views/ServerLayout.h"
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
 #include "views/forms/WindowHiding.h"
+#include "views/messages/ReceivedMessages.h"
+#include "views/messages/ServerDisplay.h"
 
 class QGroupBox;
 class QLabel;

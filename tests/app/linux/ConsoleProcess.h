@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 

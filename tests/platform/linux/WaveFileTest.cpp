@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/linux/WaveFile.h"
-#include "tests/fakes/FileBytes.h"
+#include "tests/support/FileBytes.h"
 
 namespace tallyhorn {
 namespace {

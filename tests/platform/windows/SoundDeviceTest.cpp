@@ -6,9 +6,9 @@
 #include <thread>
 
 #include "platform/SoundDevice.h"
-#include "tests/fakes/FileBytes.h"
-#include "tests/fakes/TemporaryFolder.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {

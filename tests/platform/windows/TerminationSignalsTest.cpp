@@ -6,7 +6,7 @@
 #include <future>
 
 #include "platform/TerminationSignals.h"
-#include "tests/fakes/TestMailslot.h"
+#include "tests/support/TestMailslot.h"
 
 // Of the system, whose header stays with the back ends.
 extern "C" {

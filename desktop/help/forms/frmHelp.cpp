@@ -1,0 +1,279 @@
+#include "desktop/help/forms/frmHelp.h"
+
+#include <QAction>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <algorithm>
+
+#include "desktop/help/HelpContexts.h"
+#include "desktop/help/forms/HelpPageView.h"
+#include "ui/AnsiString.h"
+#include "ui/Pictures.h"
+
+namespace tallyhorn {
+namespace {
+
+enum Side { ContentsSide, SearchSide };
+constexpr int LocalRole = Qt::UserRole;
+constexpr QSize FirstSize(980, 680);
+constexpr int SideWidth = 290;
+constexpr int RowPadding = 8;  ///< in pixels, around a line of the contents
+
+std::string LocalOf(const QTreeWidgetItem& item) {
+    return FromQString(item.data(0, LocalRole).toString());
+}
+
+}  // namespace
+
+frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
+    : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                           Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
+      book_(std::move(book)),
+      pages_(book_->Pages()),
+      txtPage(new HelpPageView(*book_, this)) {
+    setObjectName(QStringLiteral("frmHelp"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setProperty(HelpContextProperty, HelpNumber(HelpContext::Contents));
+    setWindowTitle(ToVisibleLine(book_->Title()));
+    setWindowIcon(ConsoleIcon());
+    txtPage->setObjectName(QStringLiteral("txtPage"));
+    txtPage->setAccessibleName(QStringLiteral("Page"));
+    connect(txtPage, &QTextBrowser::sourceChanged, this, &frmHelp::FollowPage);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(BuildBar());
+    layout->addWidget(BuildParts(), 1);
+    FillContents();
+    resize(FirstSize);
+}
+
+frmHelp::~frmHelp() {
+    // The page's view looks into the book, which goes before its widgets would.
+    delete txtPage;
+}
+
+QWidget* frmHelp::BuildBar() {
+    auto* const bar = new QToolBar(this);
+    auto* const back = AddCommand("mnuBack", tr("&Back"), Qt::ALT | Qt::Key_Left, &frmHelp::Back);
+    auto* const forward =
+        AddCommand("mnuForward", tr("&Forward"), Qt::ALT | Qt::Key_Right, &frmHelp::Forward);
+    bar->addActions({back, forward});
+    bar->addAction(AddCommand("mnuHome", tr("&Home"), Qt::ALT | Qt::Key_Home, &frmHelp::Home));
+    bar->addSeparator();
+    bar->addAction(AddCommand("mnuFind", tr("Fi&nd"), Qt::CTRL | Qt::Key_F, &frmHelp::StartSearch));
+    AddCommand("mnuFindNext", tr("Find Next"), Qt::Key_F3, &frmHelp::FindNext);
+    AddCommand("mnuFindPrevious", tr("Find Previous"), Qt::SHIFT | Qt::Key_F3, &frmHelp::FindPrevious);
+    AddCommand("mnuClose", tr("Close"), Qt::Key_Escape, &frmHelp::Leave);
+    connect(txtPage, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(txtPage, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    back->setEnabled(false);
+    forward->setEnabled(false);
+    return bar;
+}
+
+QWidget* frmHelp::BuildParts() {
+    auto* const parts = new QSplitter(this);
+    parts->addWidget(BuildSides());
+    parts->addWidget(txtPage);
+    parts->setStretchFactor(1, 1);
+    parts->setSizes({SideWidth, FirstSize.width() - SideWidth});
+    return parts;
+}
+
+QAction* frmHelp::AddCommand(const char* name, const QString& text, const QKeySequence& key,
+                             void (frmHelp::*routine)()) {
+    auto* const action = new QAction(text, this);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(key);
+    action->setToolTip(
+        QStringLiteral("%1 (%2)").arg(WithoutAccessKey(text), key.toString(QKeySequence::NativeText)));
+    connect(action, &QAction::triggered, this, routine);
+    addAction(action);
+    return action;
+}
+
+QWidget* frmHelp::BuildSides() {
+    tabSides = new QTabWidget(this);
+    tabSides->setObjectName(QStringLiteral("tabSides"));
+    tvwContents = new QTreeWidget(tabSides);
+    tvwContents->setObjectName(QStringLiteral("tvwContents"));
+    tvwContents->setAccessibleName(tr("Contents"));
+    tvwContents->setHeaderHidden(true);
+    connect(tvwContents, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
+        if (item != nullptr && !LocalOf(*item).empty())
+            txtPage->ShowPage(LocalOf(*item));
+    });
+    tabSides->addTab(tvwContents, tr("&Contents"));
+    tabSides->addTab(BuildSearch(), tr("&Search"));
+    return tabSides;
+}
+
+QWidget* frmHelp::BuildSearch() {
+    auto* const side = new QWidget(tabSides);
+    txtFind = new QLineEdit(side);
+    txtFind->setObjectName(QStringLiteral("txtFind"));
+    txtFind->setAccessibleName(tr("Find in all pages"));
+    txtFind->setPlaceholderText(tr("Find in all pages"));
+    txtFind->setClearButtonEnabled(true);
+    lvwFound = new QListWidget(side);
+    lvwFound->setObjectName(QStringLiteral("lvwFound"));
+    lvwFound->setAccessibleName(tr("Pages found"));
+    auto* const layout = new QVBoxLayout(side);
+    layout->addWidget(txtFind);
+    layout->addWidget(lvwFound);
+    connect(txtFind, &QLineEdit::textChanged, this, &frmHelp::Search);
+    connect(txtFind, &QLineEdit::returnPressed, this, &frmHelp::FindNext);
+    connect(lvwFound, &QListWidget::itemActivated, this, [this] { ShowFoundPage(lvwFound->currentRow()); });
+    connect(lvwFound, &QListWidget::itemClicked, this, [this] { ShowFoundPage(lvwFound->currentRow()); });
+    return side;
+}
+
+void frmHelp::FillContents() {
+    std::vector<QTreeWidgetItem*> open;  // the item of each depth that later ones belong below
+    for (const HelpEntry& entry : book_->Contents()) {
+        const auto depth = std::min(static_cast<std::size_t>(entry.Depth), open.size());
+        open.resize(depth);
+        auto* const item = depth == 0 ? new QTreeWidgetItem(tvwContents) : new QTreeWidgetItem(open.back());
+        item->setText(0, ToShownLine(entry.Name));
+        item->setSizeHint(0, QSize(0, fontMetrics().height() + RowPadding));
+        item->setData(0, LocalRole, ToQString(entry.Local));
+        open.push_back(item);
+    }
+}
+
+void frmHelp::ShowContext(unsigned context, WId owner) {
+    owner_ = owner;
+    txtPage->ShowPage(book_->PageOf(context));
+    if (isMinimized())
+        showNormal();
+    create();
+    // What the window system hears of it, it hears as the window is shown.
+    if (const QWidget* const owned = find(owner); owned != nullptr)
+        windowHandle()->setTransientParent(owned->windowHandle());
+    show();
+    StayInFront();
+    raise();
+    activateWindow();
+    txtPage->setFocus();
+}
+
+void frmHelp::Home() {
+    txtPage->ShowPage(book_->StartPage());
+}
+
+void frmHelp::Back() {
+    txtPage->backward();
+}
+
+void frmHelp::Forward() {
+    txtPage->forward();
+}
+
+/// The contents show where the page stands, without leading anywhere themselves.
+void frmHelp::FollowPage(const QUrl& source) {
+    const std::string page = HelpPageView::PageOf(source);
+    const std::string local = source.hasFragment() ? page + "#" + FromQString(source.fragment()) : page;
+    QTreeWidgetItem* best = nullptr;
+    for (QTreeWidgetItemIterator item(tvwContents); *item != nullptr; ++item) {
+        if (LocalOf(**item) == local || (best == nullptr && LocalOf(**item) == page))
+            best = *item;
+    }
+    const QSignalBlocker quiet(tvwContents);
+    tvwContents->setCurrentItem(best);
+    if (best != nullptr)
+        tvwContents->scrollToItem(best);
+}
+
+// ---- search
+
+void frmHelp::StartSearch() {
+    tabSides->setCurrentIndex(SearchSide);
+    txtFind->setFocus();
+    txtFind->selectAll();
+}
+
+/// The pages that have the text, with the page in front among them or not.
+void frmHelp::Search() {
+    const QString text = txtFind->text();
+    for (std::size_t i = static_cast<std::size_t>(texts_.size()); i < pages_.size(); ++i)
+        texts_.append(txtPage->PlainText(pages_[i]));
+    lvwFound->clear();
+    foundPages_.clear();
+    for (std::size_t i = 0; i < pages_.size() && !text.isEmpty(); ++i) {
+        const QString& said = texts_.at(static_cast<qsizetype>(i));
+        const auto count = said.count(text, Qt::CaseInsensitive);
+        if (count == 0)
+            continue;
+        const QString title = said.section(QLatin1Char('\n'), 0, 0);
+        lvwFound->addItem(QStringLiteral("%1 (%2)").arg(ToShownLine(FromQString(title))).arg(count));
+        foundPages_.push_back(pages_[i]);
+    }
+}
+
+bool frmHelp::FindInPage(bool onward) {
+    const QString text = txtFind->text();
+    return !text.isEmpty() &&
+           txtPage->find(text, onward ? QTextDocument::FindFlags() : QTextDocument::FindBackward);
+}
+
+/// On through the page, then through the next one that has the text, and round again.
+void frmHelp::Find(bool onward) {
+    if (FindInPage(onward) || foundPages_.empty())
+        return;
+    const auto shown = std::find(foundPages_.begin(), foundPages_.end(), txtPage->ShownPage());
+    const auto count = static_cast<int>(foundPages_.size());
+    const auto place = static_cast<int>(shown - foundPages_.begin());
+    if (shown == foundPages_.end())
+        ShowFoundPage(onward ? 0 : count - 1);
+    else
+        ShowFoundPage((place + (onward ? 1 : count - 1)) % count);
+    if (!onward) {
+        txtPage->moveCursor(QTextCursor::End);
+        FindInPage(false);
+    }
+}
+
+void frmHelp::ShowFoundPage(int row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= foundPages_.size())
+        return;
+    lvwFound->setCurrentRow(row);
+    const std::string& page = foundPages_[static_cast<std::size_t>(row)];
+    if (txtPage->ShownPage() != page)
+        txtPage->ShowPage(page);
+    txtPage->moveCursor(QTextCursor::Start);
+    FindInPage(true);
+}
+
+// ---- beside other windows
+
+bool frmHelp::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked)
+        QMetaObject::invokeMethod(this, &frmHelp::StayInFront, Qt::QueuedConnection);
+    return QWidget::event(event);
+}
+
+/// A modal dialog takes all windows out of use but those that belong to it; so the help belongs to it as long
+/// as it is there.
+void frmHelp::StayInFront() {
+    const QWidget* const owner = find(owner_);
+    QWindow* const dialog = QGuiApplication::modalWindow();
+    QWindow* const front = dialog != nullptr ? dialog : owner != nullptr ? owner->windowHandle() : nullptr;
+    if (windowHandle() == nullptr || front == windowHandle())
+        return;
+    windowHandle()->setTransientParent(front);
+    if (dialog != nullptr) {
+        connect(dialog, &QWindow::visibleChanged, this, &frmHelp::StayInFront,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+        connect(dialog, &QObject::destroyed, this, &frmHelp::StayInFront,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+    }
+}
+
+}  // namespace tallyhorn

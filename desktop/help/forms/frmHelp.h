@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/help/HelpBook.h"
+
+class QAction;
+class QLineEdit;
+class QListWidget;
+class QTabWidget;
+class QUrl;
+class QTreeWidget;
+
+namespace tallyhorn {
+
+class HelpPageView;
+
+/// The console's own help window: contents, pages, and a search through all of them.  User-interface thread
+/// only; it remembers nothing, works beside a modal dialog too, and deletes itself once closed.
+class frmHelp final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit frmHelp(std::unique_ptr<const HelpBook> book);
+    ~frmHelp() override;
+
+    /// Brings the page of that number to the front, and the window before the one of `owner`, where it stays.
+    void ShowContext(unsigned context, WId owner);
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    QWidget* BuildBar();
+    QWidget* BuildParts();
+    QAction* AddCommand(const char* name, const QString& text, const QKeySequence& key,
+                        void (frmHelp::*routine)());
+    QWidget* BuildSides();
+    QWidget* BuildSearch();
+    void FillContents();
+    void Leave() { close(); }
+    void Home();
+    void Back();
+    void Forward();
+    void StartSearch();
+    void Search();
+    void FindNext() { Find(true); }
+    void FindPrevious() { Find(false); }
+    void Find(bool onward);
+    bool FindInPage(bool onward);
+    void ShowFoundPage(int row);
+    void FollowPage(const QUrl& source);
+    void StayInFront();
+
+    std::unique_ptr<const HelpBook> book_;
+    WId owner_ = 0;
+    std::vector<std::string> pages_;
+    QStringList texts_;                    ///< what the pages say, once something was sought
+    std::vector<std::string> foundPages_;  ///< those that have what is sought
+    HelpPageView* txtPage;
+    QTabWidget* tabSides;
+    QTreeWidget* tvwContents;
+    QLineEdit* txtFind;
+    QListWidget* lvwFound;
+};
+
+}  // namespace tallyhorn

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "records/NetBiosFormat.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/FakeWindow.h"
+#include "views/messages/ReceivedMessages.h"
+
+namespace tallyhorn {
+
+/// A console's messages with a window, a user and events that a test governs.
+template <typename ClockType>
+struct MessagesOver {
+    /// As a notification that comes by syslog and passes its filters.
+    void KeepSyslog(AlarmRecord record, bool shown = true) { Received.KeepSyslogMessage(record, shown); }
+    /// The text alone, without a row.
+    Slot StoreNetBios(const std::string& text) {
+        MessageStore& messages = Received.NetBios.Messages;
+        const std::optional<Slot> freed = messages.TakeFreeSlot();
+        const Slot slot = freed ? *freed : messages.Grow();
+        messages.Put(slot, text);
+        return slot;
+    }
+    /// As a notification that comes by mailslot and passes its filters.
+    Slot KeepNetBios(const std::string& text) {
+        ParseCurrentAlarm(text, Alarm);
+        const Slot slot = StoreNetBios(text);
+        Received.ParseMessageAdd(slot, Alarm);
+        return slot;
+    }
+    std::size_t RowCount(const MessageChannel& channel) const {
+        std::size_t rows = 0;
+        for (const MessageList& list : channel.Lists)
+            rows += list.Size();
+        return rows;
+    }
+
+    ClockType Time;
+    FakePendingEvents Events;
+    FakeDisplay Display;
+    FakeMessageBoxes Boxes;
+    AlarmRecord Alarm;  ///< the current one
+    TimeSlices Slices{Time, Events};
+    ReceivedMessages Received{Display, Slices};
+};
+
+using MessagesInMemory = MessagesOver<FakeClock>;
+
+}  // namespace tallyhorn

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+
+#include "filters/ViewFilter.h"
+#include "reception/ProcessingCycle.h"
+#include "reception/SyslogEndpoint.h"
+#include "tests/support/FakeDatagrams.h"
+#include "tests/support/FakeMailslots.h"
+#include "tests/support/FilterSlots.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tallyhorn {
+
+/// Both channels over a mailslot and a port in memory, which are listened to, with filters of their own.
+template <typename ClockType>
+struct ReceptionOver : MessagesOver<ClockType> {
+    static constexpr std::uint16_t Port = 5514;
+
+    ReceptionOver() {
+        Mailslot.InitializeMailslot("engine", true);
+        Syslog.InitializeWinsock(Port);
+        Suppression.OpenFilterFile();
+        Suppression.LoadSuppressionFilters();
+    }
+    FakeMailslots::Slot& Engine() { return Mailslots.Slots["engine"]; }
+    void Suppress(const std::string& computer) {
+        Suppression.CurrentFilter = FilterOn("one", "");
+        Suppression.CurrentFilter.Computer = computer;
+        Suppression.WriteFilterRecord(1);
+        Suppression.LoadSuppressionFilters();
+    }
+    void ArriveText(const std::string& text) { Engine().Waiting.push_back(text + '\0'); }
+    void ArriveDatagram(const std::string& text) { Datagrams.Arrive(Port, text); }
+
+    TemporaryFolder Folder;
+    FakeMailslots Mailslots;
+    FakeDatagrams Datagrams;
+    FakeSignals Signals;
+    bool Paused = false;
+    int Wakes = 0;
+    SuppressionFilters Suppression{Folder.Path() / "SavedFilters.dat"};
+    ViewFilter Filter{this->Received, this->Display, this->Slices, this->Time, this->Alarm};
+    cvbMailslot Mailslot{Mailslots, this->Time};
+    ReceptionParts Parts{Suppression,  Filter,     this->Received, this->Display, Signals,
+                         this->Slices, this->Time, this->Alarm,    Paused};
+    SyslogEndpoint Syslog{Datagrams, Parts, [this] { ++Wakes; }};
+    ProcessingCycle Cycle{Mailslot, Syslog, Parts};
+};
+
+using ReceptionInMemory = ReceptionOver<FakeClock>;
+
+}  // namespace tallyhorn

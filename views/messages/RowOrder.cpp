@@ -1,0 +1,289 @@
+#include "views/messages/RowOrder.h"
+
+#include <algorithm>
+
+namespace tallyhorn {
+namespace {
+
+constexpr std::size_t BlockSize = 512;
+/// Entries of a block as it is filled in one go: were it full, the next row into each would split it.
+constexpr std::size_t FilledSize = BlockSize * 3 / 4;
+/// An insertion may go over the size for a moment.
+constexpr std::size_t BlockRoom = BlockSize + 1;
+
+bool IsSelected(const RowEntry& entry) {
+    return entry.Selected != 0;
+}
+
+}  // namespace
+
+int RowOrder::Rule::Compare(const RowEntry& a, const RowEntry& b) const {
+    int order = TextFirst ? Texts->Compare(a.Text, b.Text) : 0;
+    if (order == 0 && a.Key != b.Key)
+        order = a.Key < b.Key ? -1 : 1;
+    else if (order == 0 && !TextFirst && Texts != nullptr)
+        order = Texts->Compare(a.Text, b.Text);
+    return Descending ? -order : order;
+}
+
+const RowEntry& RowOrder::At(std::size_t position) const {
+    const Place place = Find(position);
+    return blocks_[place.Block].Entries[place.Offset];
+}
+
+/// Full blocks stay full, and a new one begins.
+void RowOrder::Append(const RowEntry& entry) {
+    if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
+        // The first block grows as it needs to: most of a tree's orders never hold more than a few.
+        const bool first = blocks_.empty();
+        blocks_.emplace_back();
+        if (!first)
+            blocks_.back().Entries.reserve(BlockRoom);
+        starts_.clear();
+    }
+    blocks_.back().Entries.push_back(entry);
+    blocks_.back().Selected += entry.Selected;
+    ++size_;
+    selectedCount_ += entry.Selected;
+}
+
+void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
+    // Rows mostly come in order.
+    if (blocks_.empty() || rule.Compare(entry, blocks_.back().Entries.back()) >= 0) {
+        Append(entry);
+        return;
+    }
+    ++size_;
+    selectedCount_ += entry.Selected;
+    const Place place = Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; });
+    Block& block = blocks_[place.Block];
+    block.Entries.insert(block.Entries.begin() + static_cast<std::ptrdiff_t>(place.Offset), entry);
+    block.Selected += entry.Selected;
+    starts_.clear();
+    if (block.Entries.size() > BlockSize)
+        SplitBlock(place.Block);
+}
+
+void RowOrder::Assign(const std::vector<RowEntry>& entries) {
+    blocks_.clear();
+    starts_.clear();
+    size_ = entries.size();
+    selectedCount_ = 0;
+    for (std::size_t first = 0; first < entries.size(); first += FilledSize) {
+        const std::size_t last = std::min(first + FilledSize, entries.size());
+        Block block;
+        block.Entries.reserve(BlockRoom);
+        block.Entries.assign(entries.begin() + static_cast<std::ptrdiff_t>(first),
+                             entries.begin() + static_cast<std::ptrdiff_t>(last));
+        block.Selected =
+            static_cast<std::uint32_t>(std::count_if(block.Entries.begin(), block.Entries.end(), IsSelected));
+        selectedCount_ += block.Selected;
+        blocks_.push_back(std::move(block));
+    }
+}
+
+void RowOrder::Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals) {
+    std::vector<RowEntry> entries = Entries();
+    for (RowEntry& entry : entries) {
+        const std::uint32_t selected = entry.Selected;
+        entry = make(static_cast<Slot>(entry.Slot));
+        entry.Selected = selected & 1U;
+    }
+    std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
+        const int order = rule.Compare(a, b);
+        return order != 0 ? order < 0 : arrivals(a.Slot) < arrivals(b.Slot);
+    });
+    Assign(entries);
+}
+
+RowOrder::Range RowOrder::EqualRange(const RowEntry& entry, const Rule& rule) const {
+    return {Position(Partition([&](const RowEntry& other) { return rule.Compare(other, entry) < 0; })),
+            Position(Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; }))};
+}
+
+std::optional<std::size_t> RowOrder::PositionOf(const RowEntry& entry, const Rule& rule,
+                                                const Arrivals& arrivals) const {
+    const Range range = EqualRange(entry, rule);
+    const std::uint64_t arrival = range.Last - range.First > 1 ? arrivals(entry.Slot) : 0;
+    std::size_t first = range.First;
+    for (std::size_t count = range.Last - range.First; count > 1;) {
+        const std::size_t half = count / 2;
+        if (arrivals(At(first + half).Slot) <= arrival) {
+            first += half;
+            count -= half;
+        } else {
+            count = half;
+        }
+    }
+    if (first >= range.Last || At(first).Slot != entry.Slot)
+        return std::nullopt;
+    return first;
+}
+
+void RowOrder::Select(std::size_t first, std::size_t last, bool selected) {
+    Place place = Find(first);
+    for (std::size_t left = last - first + 1; left > 0; ++place.Block, place.Offset = 0) {
+        Block& block = blocks_[place.Block];
+        for (; left > 0 && place.Offset < block.Entries.size(); ++place.Offset, --left) {
+            RowEntry& entry = block.Entries[place.Offset];
+            if (IsSelected(entry) == selected)
+                continue;
+            entry.Selected = selected ? 1 : 0;
+            block.Selected = selected ? block.Selected + 1 : block.Selected - 1;
+            selectedCount_ = selected ? selectedCount_ + 1 : selectedCount_ - 1;
+        }
+    }
+}
+
+void RowOrder::ClearSelection() {
+    for (Block& block : blocks_) {
+        if (block.Selected == 0)
+            continue;
+        for (RowEntry& entry : block.Entries)
+            entry.Selected = 0;
+        block.Selected = 0;
+    }
+    selectedCount_ = 0;
+}
+
+std::vector<Slot> RowOrder::SelectedSlots() const {
+    std::vector<Slot> slots;
+    slots.reserve(selectedCount_);
+    for (const Block& block : blocks_) {
+        if (block.Selected == 0)
+            continue;
+        for (const RowEntry& entry : block.Entries) {
+            if (IsSelected(entry))
+                slots.push_back(static_cast<Slot>(entry.Slot));
+        }
+    }
+    return slots;
+}
+
+std::vector<Slot> RowOrder::RemoveSelected() {
+    std::vector<Slot> slots;
+    slots.reserve(selectedCount_);
+    for (Block& block : blocks_) {
+        if (block.Selected == 0)
+            continue;
+        auto kept = block.Entries.begin();
+        for (const RowEntry& entry : block.Entries) {
+            if (IsSelected(entry))
+                slots.push_back(static_cast<Slot>(entry.Slot));
+            else
+                *kept++ = entry;
+        }
+        block.Entries.erase(kept, block.Entries.end());
+        block.Selected = 0;
+    }
+    size_ -= selectedCount_;
+    selectedCount_ = 0;
+    JoinSmallBlocks();
+    return slots;
+}
+
+std::vector<Slot> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
+    std::vector<Slot> slots;
+    slots.reserve(positions.size());
+    std::size_t start = 0;
+    for (Block& block : blocks_) {
+        const std::size_t size = block.Entries.size();
+        if (slots.size() < positions.size() && positions[slots.size()] < start + size) {
+            auto kept = block.Entries.begin();
+            for (std::size_t i = 0; i < size; ++i) {
+                const RowEntry& entry = block.Entries[i];
+                if (slots.size() == positions.size() || positions[slots.size()] != start + i) {
+                    *kept++ = entry;
+                    continue;
+                }
+                slots.push_back(static_cast<Slot>(entry.Slot));
+                block.Selected -= entry.Selected;
+                selectedCount_ -= entry.Selected;
+            }
+            block.Entries.erase(kept, block.Entries.end());
+        }
+        start += size;
+    }
+    size_ -= slots.size();
+    JoinSmallBlocks();
+    return slots;
+}
+
+std::vector<RowEntry> RowOrder::Entries() const {
+    std::vector<RowEntry> entries;
+    entries.reserve(size_);
+    for (const Block& block : blocks_)
+        entries.insert(entries.end(), block.Entries.begin(), block.Entries.end());
+    return entries;
+}
+
+RowOrder::Place RowOrder::Find(std::size_t position) const {
+    const std::vector<std::size_t>& starts = Starts();
+    const auto after = std::upper_bound(starts.begin(), starts.end(), position);
+    const auto block = static_cast<std::size_t>(after - starts.begin()) - 1;
+    return {block, position - starts[block]};
+}
+
+/// The place of the first entry that does not belong before; behind the last entry where all do.
+template <typename Belongs>
+RowOrder::Place RowOrder::Partition(Belongs belongsBefore) const {
+    const auto after = std::partition_point(blocks_.begin(), blocks_.end(), [&](const Block& block) {
+        return belongsBefore(block.Entries.front());
+    });
+    if (after == blocks_.begin())
+        return {};
+    const Block& block = *(after - 1);
+    const auto entry = std::partition_point(block.Entries.begin(), block.Entries.end(), belongsBefore);
+    return {static_cast<std::size_t>(after - blocks_.begin()) - 1,
+            static_cast<std::size_t>(entry - block.Entries.begin())};
+}
+
+std::size_t RowOrder::Position(Place place) const {
+    return blocks_.empty() ? 0 : Starts()[place.Block] + place.Offset;
+}
+
+void RowOrder::SplitBlock(std::size_t index) {
+    Block& block = blocks_[index];
+    const auto middle = block.Entries.begin() + static_cast<std::ptrdiff_t>(block.Entries.size() / 2);
+    Block half;
+    half.Entries.reserve(BlockRoom);
+    half.Entries.assign(middle, block.Entries.end());
+    half.Selected =
+        static_cast<std::uint32_t>(std::count_if(half.Entries.begin(), half.Entries.end(), IsSelected));
+    block.Entries.erase(middle, block.Entries.end());
+    block.Selected -= half.Selected;
+    blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(index) + 1, std::move(half));
+    starts_.clear();
+}
+
+void RowOrder::JoinSmallBlocks() {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < blocks_.size(); ++i) {
+        Block& block = blocks_[i];
+        if (kept > 0 && blocks_[kept - 1].Entries.size() + block.Entries.size() <= BlockSize / 2) {
+            Block& before = blocks_[kept - 1];
+            before.Entries.insert(before.Entries.end(), block.Entries.begin(), block.Entries.end());
+            before.Selected += block.Selected;
+        } else if (!block.Entries.empty()) {
+            if (kept != i)
+                blocks_[kept] = std::move(block);
+            ++kept;
+        }
+    }
+    blocks_.resize(kept);
+    starts_.clear();
+}
+
+const std::vector<std::size_t>& RowOrder::Starts() const {
+    if (starts_.size() == blocks_.size())
+        return starts_;
+    starts_.clear();
+    std::size_t start = 0;
+    for (const Block& block : blocks_) {
+        starts_.push_back(start);
+        start += block.Entries.size();
+    }
+    return starts_;
+}
+
+}  // namespace tallyhorn

@@ -3,17 +3,18 @@
 #include <QApplication>
 #include <QFont>
 
-/// The forms' tests run without a display, whatever the machine has.  Variables of the environment do not do:
-/// Wine keeps Qt's from the programs that it runs.
+/// Runs the tests of the forms without a display.  The Qt variables are set here and not by CTest, because
+/// Wine does not pass variables that begin with QT_ to the programs that it runs.
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-#ifdef TALLYHORN_FONTS
-    // Without a display Qt asks no system for fonts, and shows boxes where it finds none.
-    qputenv("QT_QPA_FONTDIR", TALLYHORN_FONTS);
-    QFont::insertSubstitutions(QStringLiteral("Sans Serif"), {"DejaVu Sans", "Arial"});
-    QFont::insertSubstitutions(QStringLiteral("monospace"), {"DejaVu Sans Mono", "Courier New"});
-#endif
+    if (*TALLYHORN_FONTS != '\0') {
+        // On Windows the "offscreen" plug-in does not ask the system for fonts: without a folder of fonts it
+        // draws boxes.
+        qputenv("QT_QPA_FONTDIR", TALLYHORN_FONTS);
+        QFont::insertSubstitutions(QStringLiteral("Sans Serif"), {"DejaVu Sans", "Arial"});
+        QFont::insertSubstitutions(QStringLiteral("monospace"), {"DejaVu Sans Mono", "Courier New"});
+    }
     QApplication application(argc, argv);
     QApplication::setApplicationVersion(QStringLiteral("4.7.11"));
     QApplication::setQuitOnLastWindowClosed(false);

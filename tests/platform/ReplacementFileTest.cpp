@@ -2,12 +2,10 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "platform/OutputFile.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/OtherUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -109,32 +107,6 @@ TEST(ReplacementFileTest, KeepsPermissionsAndLinks) {
     fs::create_symlink("round", folder / "round");
     EXPECT_NE(Replace(folder / "round", "never"), 0);
     EXPECT_EQ(CountFiles(folder / "real"), 2U);
-}
-
-/// A folder that takes no new file may still hold one that can be written.
-TEST(ReplacementFileTest, WritesOnlyWhatMayBeWritten) {
-    const TemporaryFolder folder;
-    for (const char* const name : {"guarded", "open"})
-        WriteBytes(folder / name, "what stood there before");
-    fs::permissions(folder / "guarded", fs::perms::owner_read);
-    fs::permissions(folder / "open", fs::perms::all);
-    for (const bool takesNewFiles : {true, false}) {
-        fs::permissions(folder.Path(), takesNewFiles ? fs::perms::all : fs::perms{0555});
-        const OtherUser user;
-        if (std::ofstream(folder / "guarded", std::ios::app) ||
-            (!takesNewFiles && std::ofstream(folder / "probe")))
-            GTEST_SKIP() << "everything may be written here";
-        EXPECT_NE(Replace(folder / "guarded", "never"), 0);
-        EXPECT_EQ(Replace(folder / "new", "made") == 0, takesNewFiles);
-        if (takesNewFiles)
-            fs::remove(folder / "new");
-        EXPECT_EQ(Replace(folder / "open", "over"), 0);
-    }
-    fs::permissions(folder.Path(), fs::perms::owner_all);
-    fs::permissions(folder / "guarded", fs::perms::owner_all);
-    EXPECT_EQ(ReadBytes(folder / "guarded"), "what stood there before");
-    EXPECT_EQ(ReadBytes(folder / "open"), "over");
-    EXPECT_EQ(CountFiles(folder.Path()), 2U);
 }
 
 }  // namespace

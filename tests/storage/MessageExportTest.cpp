@@ -7,7 +7,6 @@
 
 #include "storage/MessageExport.h"
 #include "tests/storage/ExportFixture.h"
-#include "tests/support/FileSizeLimit.h"
 
 namespace tallyhorn {
 namespace {
@@ -242,19 +241,6 @@ TEST_F(MessageExportTest, TellsAFileThatCannotBeMade) {
     dialog_.Answer = folder_.Path() / "." / "Backup.dat";
     ExpectFailure();
     EXPECT_EQ(ReadBytes(folder_ / "Backup.dat"), "the console's own");
-}
-
-TEST_F(MessageExportTest, AFullDiskLeavesWhatStoodThere) {
-    StoreNamed(std::string(1'000'000, 'x'));
-    WriteBytes(file_, "old");
-    {
-        const FileSizeLimit limit(600'000);
-        if (!limit.IsInForce())
-            GTEST_SKIP() << "files may always grow here";
-        ExpectFailure();
-    }
-    EXPECT_EQ(ReadBytes(file_), "old");
-    EXPECT_TRUE(Exported() == Header + Line(std::string(1'000'000, 'x'))) << "replaced whole";
 }
 
 }  // namespace

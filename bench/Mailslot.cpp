@@ -108,7 +108,7 @@ void ReadMessagesAlone(benchmark::State& state) {
     std::vector<std::string> messages;
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
-        mailslots.Slots["Bench"].Waiting.assign(Waiting, std::string(TextLength, 'x') + '\0');
+        mailslots.ByName["Bench"].Waiting.assign(Waiting, std::string(TextLength, 'x') + '\0');
         state.ResumeTiming();
         mailslot.ReadMessages(messages);
     }

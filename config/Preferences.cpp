@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <string_view>
 
 #include "config/Settings.h"
@@ -14,10 +13,6 @@ namespace {
 constexpr std::string_view PortNotNumericText = "You must set the UDP Port to a numeric value.";
 constexpr std::string_view ResetQuestion =
     "Are you sure you want to reset the main window dimensions and column widths?";
-
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
 
 bool FitsIn16Bits(std::int32_t number) {
     return number >= std::numeric_limits<std::int16_t>::min() &&
@@ -68,15 +63,15 @@ bool Preferences::Save(const PreferenceFields& fields) {
 
 /// The port in the file is the text as typed; only the comparison and what is kept are numbers.
 bool Preferences::SavePort(const std::string& text) {
-    const std::optional<std::int32_t> port = ToInt32(text);
-    if (!port)
+    std::int32_t port = 0;
+    if (!ReadInt32(text, port))
         return false;
-    if (*port == shownPort_)
+    if (port == shownPort_)
         return true;
     WriteSetting(parts_.Profile, "SyslogUDPPort", text);
-    if (!FitsIn16Bits(*port))
+    if (!FitsIn16Bits(port))
         return false;
-    shownPort_ = *port;
+    shownPort_ = port;
     parts_.Host.InitializeWinsock();
     return true;
 }

@@ -32,7 +32,8 @@ std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) 
 std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= BackupLengthDigits) {
-        const std::int32_t length = ToInt32(bytes.substr(0, BackupLengthDigits)).value_or(0);
+        std::int32_t length = 0;
+        ReadInt32(bytes.substr(0, BackupLengthDigits), length);
         bytes.remove_prefix(BackupLengthDigits);
         if (length < static_cast<std::int32_t>(ShortestBackupText))
             continue;

@@ -18,7 +18,7 @@ namespace {
 
 AlarmRecord FixedAlarm() {
     AlarmRecord alarm;
-    alarm.DateTime = *ParseAlarmDate("6/15/2004 10:30:15 AM");
+    alarm.DateTime = *MakeAlarmDate({2004, 6, 15, 10, 30, 15});
     alarm.Source = "Service Control Manager";
     alarm.TypeOfEvent = "Failure Audit";
     alarm.Category = "None";

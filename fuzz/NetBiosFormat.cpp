@@ -9,6 +9,7 @@
 
 #include "fuzz/Require.h"
 #include "records/EventTypes.h"
+#include "tests/support/DateTexts.h"
 
 namespace tallyhorn {
 namespace {

@@ -54,12 +54,4 @@ fs::path FindOwnFile(const std::vector<fs::path>& folders, const std::string& na
     return {};
 }
 
-std::string DesktopDataFolder(std::string_view data, std::string_view home, std::string_view accountHome) {
-    if (data.starts_with('/'))
-        return std::string(data);
-    if (!home.starts_with('/'))
-        home = accountHome;
-    return home.starts_with('/') ? std::string(home) + "/.local/share" : "";
-}
-
 }  // namespace tallyhorn

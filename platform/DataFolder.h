@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/SystemError.h"
@@ -34,10 +33,6 @@ std::filesystem::path UserDataFolder();
 
 /// One folder below one that exists, for this user alone; false where anything stands there.
 bool MakePrivateFolder(const std::filesystem::path& folder);
-
-/// UserDataFolder by the custom of the Linux desktops: the folder of data where it is absolute, else below
-/// the home that the environment names, else below the one of the account; empty where all are missing.
-std::string DesktopDataFolder(std::string_view data, std::string_view home, std::string_view accountHome);
 
 /// The path as the profile functions take it: bytes in the system's own encoding.  Where that lacks a
 /// character of the path, its folder goes by the short name that the system may have for it.

@@ -10,7 +10,7 @@ DatagramInbox::DatagramInbox(std::size_t limit, std::function<void()> wake)
 void DatagramInbox::Put(std::span<const std::string_view> datagrams) {
     const std::size_t put = queue_.AppendWhileRoom(datagrams);
     noRoom_.fetch_add(datagrams.size() - put, std::memory_order_relaxed);
-    // After the append, see Rest.
+    // After the append, see AllowNextWake.
     if (put > 0 && !awake_.exchange(true, std::memory_order_acq_rel))
         wake_();
 }
@@ -26,7 +26,7 @@ std::optional<std::string_view> DatagramInbox::Next() {
 }
 
 bool DatagramInbox::HasWaiting() {
-    return !IsEmpty() || !Rest();
+    return !IsEmpty() || !AllowNextWake();
 }
 
 bool DatagramInbox::IsEmpty() const {
@@ -39,7 +39,7 @@ bool DatagramInbox::IsEmpty() const {
 /// comes before the other.  Where it is the pump's, the pump did not wake, but what it appended before is
 /// seen here.  Where it is the reader's, the pump finds the reader at rest and wakes; the second exchange
 /// tells, and the reader leaves what waits to that wake, so that never two of them are on their way.
-bool DatagramInbox::Rest() {
+bool DatagramInbox::AllowNextWake() {
     awake_.exchange(false, std::memory_order_acq_rel);
     return IsEmpty() || awake_.exchange(true, std::memory_order_acq_rel);
 }

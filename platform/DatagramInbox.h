@@ -29,7 +29,7 @@ public:
 
 private:
     bool IsEmpty() const;
-    bool Rest();
+    bool AllowNextWake();
 
     const std::function<void()> wake_;
     DatagramQueue queue_;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -11,6 +12,10 @@
 #include <string_view>
 
 namespace tallyhorn {
+
+constexpr bool IsUdpPort(std::int32_t number) {
+    return number >= 0 && number <= std::numeric_limits<std::uint16_t>::max();
+}
 
 /// Datagrams that arrived at a port and never came to its reader.
 struct DatagramLosses {

@@ -16,10 +16,6 @@ constexpr std::int64_t SecondsPerMinute = 60;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// Cuts the pieces of a date off the front of a text.  Each step says whether the piece was there.
 class DateReader {
 public:
@@ -136,23 +132,6 @@ bool ReadTime(DateReader& reader, CivilDateTime& parts) {
     return true;
 }
 
-/// False, and `date` stays, where a part is outside its range.
-bool SetDate(AlarmDate& date, const CivilDateTime& parts) {
-    using namespace std::chrono;
-    if (parts.Year < FirstYear || parts.Year > LastYear || parts.Month < 1 || parts.Day < 1)
-        return false;
-    const year_month_day day{year(parts.Year), month(static_cast<unsigned>(parts.Month)),
-                             std::chrono::day(static_cast<unsigned>(parts.Day))};
-    const bool timeFits = parts.Hour >= 0 && parts.Hour < 24 && parts.Minute >= 0 && parts.Minute < 60 &&
-                          parts.Second >= 0 && parts.Second < 60;
-    if (!day.ok() || !timeFits)
-        return false;
-    const std::int64_t days = sys_days(day).time_since_epoch().count();
-    date.Seconds =
-        days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute + parts.Second;
-    return true;
-}
-
 /// The characters of a date one after the other: snprintf would take longer than all else about a text that
 /// is kept.
 class GeneralDateText {
@@ -178,10 +157,18 @@ private:
 }  // namespace
 
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts) {
-    AlarmDate date;
-    if (!SetDate(date, parts))
+    using namespace std::chrono;
+    if (parts.Year < FirstYear || parts.Year > LastYear || parts.Month < 1 || parts.Day < 1)
         return std::nullopt;
-    return date;
+    const year_month_day day{year(parts.Year), month(static_cast<unsigned>(parts.Month)),
+                             std::chrono::day(static_cast<unsigned>(parts.Day))};
+    const bool timeFits = parts.Hour >= 0 && parts.Hour < 24 && parts.Minute >= 0 && parts.Minute < 60 &&
+                          parts.Second >= 0 && parts.Second < 60;
+    if (!day.ok() || !timeFits)
+        return std::nullopt;
+    const std::int64_t days = sys_days(day).time_since_epoch().count();
+    return AlarmDate{days * SecondsPerDay + parts.Hour * SecondsPerHour + parts.Minute * SecondsPerMinute +
+                     parts.Second};
 }
 
 CivilDateTime SplitAlarmDate(AlarmDate date) {
@@ -211,20 +198,9 @@ bool ReadAlarmDate(std::string_view text, AlarmDate& date) {
     if (reader.SkipBlanks() && !reader.AtEnd() && !ReadTime(reader, parts))
         return false;
     reader.SkipBlanks();
-    return reader.AtEnd() && SetDate(date, parts);
-}
-
-std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
-    AlarmDate date;
-    if (!ReadAlarmDate(text, date))
-        return std::nullopt;
-    return date;
-}
-
-std::string FormatGeneralDate(AlarmDate date) {
-    std::string text;
-    AppendGeneralDate(text, date);
-    return text;
+    const std::optional<AlarmDate> read = reader.AtEnd() ? MakeAlarmDate(parts) : std::nullopt;
+    date = read.value_or(date);
+    return read.has_value();
 }
 
 void AppendGeneralDate(std::string& text, AlarmDate date) {
@@ -238,7 +214,7 @@ void AppendGeneralDate(std::string& text, AlarmDate date) {
     written.AddTwoDigits(parts.Year % 100);
     if (parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0) {
         written.Add(' ');
-        written.Add(parts.Hour % 12 == 0 ? 12 : parts.Hour % 12);
+        written.Add(HourOfTwelve(parts.Hour));
         written.Add(':');
         written.AddTwoDigits(parts.Minute);
         written.Add(':');

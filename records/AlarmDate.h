@@ -40,6 +40,11 @@ struct CivilDateTime {
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts);
 CivilDateTime SplitAlarmDate(AlarmDate date);
 
+/// The hour on a clock of twelve hours, 1 to 12, for an hour of the day from 0 to 23.
+constexpr int HourOfTwelve(int hour) {
+    return hour % 12 == 0 ? 12 : hour % 12;
+}
+
 /// The year that is written with two digits: 00 to 29 are 20xx, the others 19xx.
 constexpr int YearOfTwoDigits(int digits) {
     return digits + (digits < 30 ? 2000 : 1900);
@@ -47,12 +52,9 @@ constexpr int YearOfTwoDigits(int digits) {
 
 /// Reads a date in the console's one locale, US English; see ARCHITECTURE.md for the forms.  Stops at the
 /// first CR or LF; nothing for any text that is not wholly a date.
-std::optional<AlarmDate> ParseAlarmDate(std::string_view text);
-/// The same into `date`; false, and `date` stays, for any other text.
 bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 
 /// `M/d/yyyy h:mm:ss AM/PM`, or the date alone at midnight; ParseAlarmDate reads it back.
-std::string FormatGeneralDate(AlarmDate date);
 void AppendGeneralDate(std::string& text, AlarmDate date);
 
 /// Days since 1899-12-30 with the time of day as the fraction, the form of the dates in the filter file.

@@ -37,10 +37,6 @@ constexpr std::array<char, Bytes> LowerTable = MakeLowerTable();
 static_assert(UpperTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 static_assert(LowerTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 
-constexpr bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 /// Whether the fraction's digits are more than, exactly or less than a half: 1, 0 or -1.
 int CompareWithHalf(std::string_view digits) {
     if (digits.empty() || digits.front() < '5')
@@ -105,12 +101,6 @@ char ToLower(char character) {
 std::string UpperCase(std::string_view text) {
     std::string result;
     AssignUpperCase(result, text);
-    return result;
-}
-
-std::string LowerCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), ToLower);
     return result;
 }
 
@@ -180,13 +170,6 @@ bool ReadInt32(std::string_view text, std::int32_t& number) {
     return true;
 }
 
-std::optional<std::int32_t> ToInt32(std::string_view text) {
-    std::int32_t number = 0;
-    if (!ReadInt32(text, number))
-        return std::nullopt;
-    return number;
-}
-
 char16_t UnicodeFromAnsi(char character) {
     const std::size_t index = Index(character);
     return index >= 0x80 && index < 0xA0 ? HighControls[index - 0x80] : static_cast<char16_t>(index);
@@ -207,24 +190,6 @@ std::string AnsiFromUtf8(std::string_view utf8) {
         const std::optional<Utf8Character> character = FirstCharacter(utf8);
         result += character ? AnsiFromUnicode(character->Value).value_or('?') : '?';
         utf8.remove_prefix(character ? character->Length : 1);
-    }
-    return result;
-}
-
-std::string Utf8FromAnsi(std::string_view ansi) {
-    std::string result;
-    for (const char character : ansi) {
-        const unsigned value = UnicodeFromAnsi(character);
-        if (value < 0x80) {
-            result += static_cast<char>(value);
-        } else if (value < 0x800) {
-            result += static_cast<char>(0xC0U | (value >> 6U));
-            result += static_cast<char>(0x80U | (value & 0x3FU));
-        } else {
-            result += static_cast<char>(0xE0U | (value >> 12U));
-            result += static_cast<char>(0x80U | ((value >> 6U) & 0x3FU));
-            result += static_cast<char>(0x80U | (value & 0x3FU));
-        }
     }
     return result;
 }

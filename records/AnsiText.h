@@ -34,7 +34,6 @@ inline char ToUpper(char character) {
 }
 char ToLower(char character);
 std::string UpperCase(std::string_view text);
-std::string LowerCase(std::string_view text);
 /// Replaces `to` by `text` in upper case, without a new allocation where its room suffices.
 void AssignUpperCase(std::string& to, std::string_view text);
 
@@ -54,10 +53,14 @@ std::string StripNulls(std::string_view text);
 /// Less than, equal to or greater than zero, as the upper-case texts compare byte by byte.
 int CompareNoCase(std::string_view a, std::string_view b);
 
-/// A whole number with blanks around, a sign and a decimal fraction, which rounds to the nearest and halves
-/// to even.  Nothing outside 32 bits or for any other text.
-std::optional<std::int32_t> ToInt32(std::string_view text);
-/// The same into `number`; false, and `number` stays, for any other text.
+/// Whether the character is one of the ten ASCII digits.
+constexpr bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// Reads a number into `number`: blanks around it, a sign and a decimal fraction are allowed; the fraction is
+/// rounded, a half to the even neighbour (2.5 is 2, 3.5 is 4).  Returns false and leaves `number` unchanged
+/// for any other text and for a number outside 32 bits.
 bool ReadInt32(std::string_view text, std::int32_t& number);
 
 /// Unicode for one byte; the five undefined ones give the control character of the same value.
@@ -66,6 +69,5 @@ char16_t UnicodeFromAnsi(char character);
 std::optional<char> AnsiFromUnicode(char32_t character);
 /// UTF-8 to ANSI, with "?" for what Windows-1252 lacks or what is not UTF-8.
 std::string AnsiFromUtf8(std::string_view utf8);
-std::string Utf8FromAnsi(std::string_view ansi);
 
 }  // namespace tallyhorn

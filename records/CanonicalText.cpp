@@ -45,53 +45,54 @@ struct MessageFields {
 /// Cuts a message text at its labels from the front; every step says whether its label was there.
 class LabelledText {
 public:
-    explicit LabelledText(std::string_view text) : rest_(text) {}
+    explicit LabelledText(std::string_view text) : remaining_(text) {}
 
     bool Begin(std::string_view label) {
-        if (!rest_.starts_with(label))
+        if (!remaining_.starts_with(label))
             return false;
-        rest_.remove_prefix(label.size());
+        remaining_.remove_prefix(label.size());
         return true;
     }
 
     /// What stands before the next `label`.
     bool TakeUntil(std::string_view label, std::string_view& field) {
-        const std::size_t end = rest_.find(label);
+        const std::size_t end = remaining_.find(label);
         if (end == std::string_view::npos)
             return false;
-        field = rest_.substr(0, end);
-        rest_.remove_prefix(end + label.size());
+        field = remaining_.substr(0, end);
+        remaining_.remove_prefix(end + label.size());
         return true;
     }
 
     /// What stands before the next event id, that id, and the label behind it.
     bool TakeUntilEventID(std::string_view& field, std::int32_t& number) {
-        std::size_t end = rest_.find(EventIDLabel);
-        for (; end != std::string_view::npos; end = rest_.find(EventIDLabel, end + 1)) {
-            LabelledText behind(rest_.substr(end + EventIDLabel.size()));
+        std::size_t end = remaining_.find(EventIDLabel);
+        for (; end != std::string_view::npos; end = remaining_.find(EventIDLabel, end + 1)) {
+            LabelledText behind(remaining_.substr(end + EventIDLabel.size()));
             if (behind.TakeNumber(number) && behind.Begin(AccountLabel)) {
-                field = rest_.substr(0, end);
-                rest_ = behind.rest_;
+                field = remaining_.substr(0, end);
+                remaining_ = behind.remaining_;
                 return true;
             }
         }
         return false;
     }
 
-    std::string_view Rest() const { return rest_; }
+    std::string_view Remaining() const { return remaining_; }
 
 private:
     /// A number spelled as std::to_string does it.
     bool TakeNumber(std::int32_t& number) {
-        const char* const end = std::from_chars(rest_.data(), rest_.data() + rest_.size(), number).ptr;
-        const auto length = static_cast<std::size_t>(end - rest_.data());
-        if (length == 0 || rest_.substr(0, length) != std::to_string(number))
+        const char* const end =
+            std::from_chars(remaining_.data(), remaining_.data() + remaining_.size(), number).ptr;
+        const auto length = static_cast<std::size_t>(end - remaining_.data());
+        if (length == 0 || remaining_.substr(0, length) != std::to_string(number))
             return false;
-        rest_.remove_prefix(length);
+        remaining_.remove_prefix(length);
         return true;
     }
 
-    std::string_view rest_;
+    std::string_view remaining_;
 };
 
 bool CutMessageText(std::string_view text, MessageFields& fields) {
@@ -104,7 +105,7 @@ bool CutMessageText(std::string_view text, MessageFields& fields) {
                        labelled.TakeUntilEventID(fields.Category, fields.EventID) &&
                        labelled.TakeUntil(ComputerLabel, fields.AccountName) &&
                        labelled.TakeUntil(DescriptionLabel, fields.Computer);
-    fields.Description = labelled.Rest();
+    fields.Description = labelled.Remaining();
     return whole;
 }
 

@@ -40,7 +40,7 @@ std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilD
     }
     if (!pattern.starts_with('h'))
         return 0;
-    text += std::to_string(parts.Hour % 12 == 0 ? 12 : parts.Hour % 12);
+    text += std::to_string(HourOfTwelve(parts.Hour));
     return 1;
 }
 
@@ -84,8 +84,7 @@ std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::strin
     std::string text = Format(SplitAlarmDate(date), pattern);
     if (text.size() < 3)
         return text;
-    const bool digit = text[2] >= '0' && text[2] <= '9';
-    const char written = digit ? text[1] : text[2];
+    const char written = IsDigit(text[2]) ? text[1] : text[2];
     if (separator.size() == 1 && separator.front() == written)
         return text;
     return ReplaceAll(text, written, separator);
@@ -99,7 +98,7 @@ const char* ShortMonthName(int month) {
 
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
     const CivilDateTime parts = SplitAlarmDate(date);
-    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
+    const int hour = HourOfTwelve(parts.Hour);
     const int hourRank = hour >= 10 ? hour - 10 : hour + 2;
     std::uint64_t order = 0;
     const auto append = [&order](int number, unsigned limit) {

@@ -42,7 +42,7 @@ public:
         return Next(line) && Value(line, value);
     }
     /// The same of all that is left, as if it were one line.
-    bool RestValue(std::string_view& value) const {
+    bool RemainingValue(std::string_view& value) const {
         return next_ <= text_.size() && Value(text_.substr(next_), value);
     }
 
@@ -98,7 +98,7 @@ void ParseCurrentAlarm(std::string_view text, AlarmRecord& alarm) {
         if (lines.NextValue(value))
             AssignUpperCase(*field, value);
     }
-    if (lines.RestValue(value))
+    if (lines.RemainingValue(value))
         alarm.Description.assign(value);
 }
 

@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::string_view Unknown = "???";
 
-bool IsDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 bool IsDateSeparator(char character, char own) {
     return character == '/' || character == ' ' || character == ':' || character == own;
 }
@@ -54,7 +50,7 @@ public:
         return std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
     }
     bool AtEnd() const { return next_ == end_; }
-    std::string_view Rest() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
+    std::string_view Remaining() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
 
 private:
     const char* next_;
@@ -62,8 +58,9 @@ private:
     const char own_;  ///< no digit
 };
 
-/// The hour of the day for an hour that stands before "PM" or anything else.
-int HourOfTwelve(int hour, std::string_view mark) {
+/// The hour of the day for the `hour` of a date whose last part is `mark`: "PM" adds twelve hours, any other
+/// mark means the morning.
+int HourOfDay(int hour, std::string_view mark) {
     const bool afternoon = mark.size() == 2 && ToUpper(mark[0]) == 'P' && ToUpper(mark[1]) == 'M';
     return (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);
 }
@@ -85,7 +82,7 @@ bool CutDate(std::string_view text, char own, bool dayFirst, CivilDateTime& mome
         return false;
     // Seven parts exactly, else the hour is one of 24.
     if (numbers.IsPart())
-        moment.Hour = HourOfTwelve(moment.Hour, numbers.Rest());
+        moment.Hour = HourOfDay(moment.Hour, numbers.Remaining());
     return true;
 }
 
@@ -113,28 +110,28 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
 /// format's reader, for speed.
 class DatagramFields {
 public:
-    explicit DatagramFields(std::string_view text) : rest_(text) {}
+    explicit DatagramFields(std::string_view text) : remaining_(text) {}
 
     /// The text in parentheses; empty, and nothing is passed over, where there are none.
     std::string_view TakeName() {
-        const std::size_t open = rest_.find('(');
+        const std::size_t open = remaining_.find('(');
         if (open == std::string_view::npos)
             return {};
-        const std::size_t close = rest_.find(')', open + 1);
+        const std::size_t close = remaining_.find(')', open + 1);
         if (close == std::string_view::npos)
             return {};
-        const std::string_view name = rest_.substr(open + 1, close - open - 1);
-        rest_.remove_prefix(close + 1);
+        const std::string_view name = remaining_.substr(open + 1, close - open - 1);
+        remaining_.remove_prefix(close + 1);
         return name;
     }
 
     /// What ends before the next `delimiter`; false, and nothing is passed over, where there is none.
     bool Take(char delimiter, std::string_view& field) {
-        const std::size_t end = rest_.find(delimiter);
+        const std::size_t end = remaining_.find(delimiter);
         if (end == std::string_view::npos)
             return false;
-        field = rest_.substr(0, end);
-        rest_.remove_prefix(end + 1);
+        field = remaining_.substr(0, end);
+        remaining_.remove_prefix(end + 1);
         return true;
     }
     bool TakeTrimmed(std::string_view& field) {
@@ -144,10 +141,10 @@ public:
         return true;
     }
 
-    std::string_view Rest() const { return rest_; }
+    std::string_view Remaining() const { return remaining_; }
 
 private:
-    std::string_view rest_;
+    std::string_view remaining_;
 };
 
 /// All that follows the name, up to the first field that has no end.
@@ -174,7 +171,7 @@ void ReadFields(DatagramFields& fields, bool dayFirst, AlarmRecord& alarm) {
             return;
         AssignUpperCase(*text, field);
     }
-    alarm.Description.assign(Trim(fields.Rest()));
+    alarm.Description.assign(Trim(fields.Remaining()));
 }
 
 /// What a notification gets that tells neither where nor when it happened.

@@ -151,11 +151,10 @@ std::string SyslogHeader(AlarmDate date, DemoType type) {
 
 std::string TwelveHourDateText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
-    const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
     std::array<char, 80> text{};
-    const int length =
-        std::snprintf(text.data(), text.size(), "%d/%d/%04d %d:%02d:%02d %s", parts.Month, parts.Day,
-                      parts.Year, hour, parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
+    const int length = std::snprintf(text.data(), text.size(), "%d/%d/%04d %d:%02d:%02d %s", parts.Month,
+                                     parts.Day, parts.Year, HourOfTwelve(parts.Hour), parts.Minute,
+                                     parts.Second, parts.Hour < 12 ? "AM" : "PM");
     return {text.data(), static_cast<std::size_t>(length)};
 }
 

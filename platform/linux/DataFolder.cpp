@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "platform/linux/Account.h"
+#include "platform/linux/DesktopDataFolder.h"
 
 namespace tallyhorn {
 namespace {
@@ -23,6 +24,14 @@ std::string Variable(const char* name) {
 bool MayWriteInto(const std::filesystem::path& folder) {
     // The trailing dot is found in a folder alone.
     return faccessat(AT_FDCWD, (folder / ".").c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+std::string DesktopDataFolder(std::string_view data, std::string_view home, std::string_view accountHome) {
+    if (data.starts_with('/'))
+        return std::string(data);
+    if (!home.starts_with('/'))
+        home = accountHome;
+    return home.starts_with('/') ? std::string(home) + "/.local/share" : "";
 }
 
 std::filesystem::path UserDataFolder() {

@@ -8,60 +8,50 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <limits>
 #include <optional>
 #include <utility>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/LinuxDatagramReceiver.h"
+#include "platform/linux/SocketAddress.h"
 
 namespace tallyhorn {
 namespace {
-
-bool IsPort(std::int32_t port) {
-    return port >= 0 && port <= std::numeric_limits<std::uint16_t>::max();
-}
-
-/// The layouts of addresses share their start, as the interface has it.
-template <typename Address>
-const sockaddr* Generic(const Address& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
 
 FileDescriptor MakeSocket(int family) {
     return FileDescriptor(socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
 }
 
-/// A socket on all addresses of both families; `lacksFamily` tells that there is none because the machine
+/// A socket on all addresses of both families; `lacksIPv6` tells that there is none because the machine
 /// does without the newer one, and not because somebody else has the port.
-FileDescriptor BindBoth(std::uint16_t port, bool& lacksFamily) {
+FileDescriptor BindDualStack(std::uint16_t port, bool& lacksIPv6) {
     FileDescriptor bound = MakeSocket(AF_INET6);
     const int off = 0;
-    lacksFamily = !bound || setsockopt(bound.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off) != 0;
-    if (lacksFamily)
+    lacksIPv6 = !bound || setsockopt(bound.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off) != 0;
+    if (lacksIPv6)
         return {};
     sockaddr_in6 address{};
     address.sin6_family = AF_INET6;
     address.sin6_port = htons(port);
-    if (bind(bound.Get(), Generic(address), sizeof address) == 0)
+    if (bind(bound.Get(), AsSockaddr(address), sizeof address) == 0)
         return bound;
-    lacksFamily = errno == EADDRNOTAVAIL || errno == EAFNOSUPPORT;
+    lacksIPv6 = errno == EADDRNOTAVAIL || errno == EAFNOSUPPORT;
     return {};
 }
 
-FileDescriptor BindOld(std::uint16_t port) {
+FileDescriptor BindIPv4(std::uint16_t port) {
     FileDescriptor bound = MakeSocket(AF_INET);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    return bound && bind(bound.Get(), Generic(address), sizeof address) == 0 ? std::move(bound)
-                                                                             : FileDescriptor();
+    return bound && bind(bound.Get(), AsSockaddr(address), sizeof address) == 0 ? std::move(bound)
+                                                                                : FileDescriptor();
 }
 
 FileDescriptor Bind(std::uint16_t port) {
-    bool lacksFamily = false;
-    FileDescriptor both = BindBoth(port, lacksFamily);
-    return lacksFamily ? BindOld(port) : std::move(both);
+    bool lacksIPv6 = false;
+    FileDescriptor both = BindDualStack(port, lacksIPv6);
+    return lacksIPv6 ? BindIPv4(port) : std::move(both);
 }
 
 /// The two families' addresses have the port at the same place.
@@ -85,7 +75,7 @@ struct AddressDeleter {
 using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
 
 /// Null where the name means nothing.
-Addresses Find(const std::string& host, std::int32_t port) {
+Addresses Resolve(const std::string& host, std::int32_t port) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_DGRAM;
     hints.ai_flags = AI_NUMERICSERV;
@@ -150,22 +140,22 @@ private:
 class LinuxDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
-        if (!IsPort(port))
+        if (!IsUdpPort(port))
             return nullptr;
         FileDescriptor bound = Bind(static_cast<std::uint16_t>(port));
         FileDescriptor stop(eventfd(0, EFD_CLOEXEC));
         if (!bound || !stop)
             return nullptr;
         AskForLargestBuffer(bound.Get());
-        const std::uint16_t really = BoundPort(bound.Get());
-        return std::make_unique<LinuxDatagramReceiver>(std::move(bound), std::move(stop), really,
+        const std::uint16_t boundPort = BoundPort(bound.Get());
+        return std::make_unique<LinuxDatagramReceiver>(std::move(bound), std::move(stop), boundPort,
                                                        std::move(wake));
     }
 
     std::unique_ptr<DatagramSender> Open(const std::string& host, std::int32_t port) override {
-        if (!IsPort(port) || port == 0)
+        if (!IsUdpPort(port) || port == 0)
             return nullptr;
-        const Addresses addresses = Find(host, port);
+        const Addresses addresses = Resolve(host, port);
         for (const addrinfo* address = addresses.get(); address != nullptr; address = address->ai_next) {
             FileDescriptor connected = MakeSocket(address->ai_family);
             if (connected && connect(connected.Get(), address->ai_addr, address->ai_addrlen) == 0)

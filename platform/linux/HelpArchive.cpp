@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/FileWriting.h"
 
 namespace tallyhorn {
 namespace {
@@ -30,20 +31,10 @@ constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
 constexpr rlim_t MostSeconds = 5;                ///< of the processor's time
 constexpr std::chrono::seconds LongestWait{10};  ///< for a child that does not even use that
 
-bool WriteAll(int to, const void* bytes, std::size_t size) {
-    const char* rest = static_cast<const char*>(bytes);
-    while (size > 0) {
-        const ssize_t written = write(to, rest, size);
-        if (written <= 0)
-            return false;
-        rest += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-bool WriteText(int to, const char* bytes, std::uint64_t size) {
-    return WriteAll(to, &size, sizeof size) && WriteAll(to, bytes, size);
+/// Writes a text after its length, as TakeText reads it.
+bool WriteText(int to, std::string_view text) {
+    const std::uint64_t size = text.size();
+    return WriteAll(to, {reinterpret_cast<const char*>(&size), sizeof size}) && WriteAll(to, text);
 }
 
 /// What the library calls for each file.
@@ -57,9 +48,8 @@ int SendFile(chmFile* archive, chmUnitInfo* unit, void* context) {
         chm_retrieve_object(archive, unit, bytes.data(), 0, static_cast<LONGINT64>(bytes.size()));
     if (size != static_cast<LONGINT64>(bytes.size()))
         return CHM_ENUMERATOR_CONTINUE;
-    const std::string_view path(unit->path);
-    return WriteText(to, path.data(), path.size()) &&
-                   WriteText(to, reinterpret_cast<const char*>(bytes.data()), bytes.size())
+    return WriteText(to, unit->path) &&
+                   WriteText(to, {reinterpret_cast<const char*>(bytes.data()), bytes.size()})
                ? CHM_ENUMERATOR_CONTINUE
                : CHM_ENUMERATOR_FAILURE;
 }

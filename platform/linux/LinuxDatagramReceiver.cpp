@@ -26,7 +26,7 @@ int Receive(DatagramBatch& batch, int socket) {
 
 /// How long a pump may be away from a socket: longer naps cost less, but what comes meanwhile has to fit into
 /// the receive buffer, of which not every system grants much.
-int NapMillisecondsFor(int socket) {
+int ShortDelayFor(int socket) {
     constexpr int Small = 2 << 20;
     constexpr int Large = 8 << 20;
     int size = 0;
@@ -43,7 +43,7 @@ LinuxDatagramReceiver::LinuxDatagramReceiver(FileDescriptor socket, FileDescript
     : socket_(std::move(socket)),
       stop_(std::move(stop)),
       port_(port),
-      napMilliseconds_(NapMillisecondsFor(socket_.Get())),
+      shortDelay_(ShortDelayFor(socket_.Get())),
       inbox_(MostWaiting, std::move(wake)),
       pump_(StartWithoutSignals([this] { Pump(); })) {}
 
@@ -82,7 +82,10 @@ void LinuxDatagramReceiver::Pump() {
         // After a batch that was not full more are on their way, perhaps: waking up for each of them would
         // cost more than all else.
         const bool full = batch.Size() == static_cast<std::size_t>(got);
-        Wait(got < 0 ? Pause::Trouble : got == 0 ? Pause::UntilReadable : full ? Pause::None : Pause::Nap);
+        Wait(got < 0    ? Delay::AfterError
+             : got == 0 ? Delay::UntilReadable
+             : full     ? Delay::None
+                        : Delay::Short);
     }
     // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
     for (int i = 0; i < LastBatches && Receive(batch, socket_.Get()) > 0; ++i)
@@ -90,17 +93,17 @@ void LinuxDatagramReceiver::Pump() {
 }
 
 /// In every pause the end is noticed at once.
-void LinuxDatagramReceiver::Wait(Pause pause) {
+void LinuxDatagramReceiver::Wait(Delay delay) {
     // A machine short of memory will have some again.
-    constexpr int TroubleMilliseconds = 10;
-    if (pause == Pause::None)
+    constexpr int ErrorDelay = 10;
+    if (delay == Delay::None)
         return;
     std::array<pollfd, 2> descriptors{{{.fd = stop_.Get(), .events = POLLIN, .revents = 0},
                                        {.fd = socket_.Get(), .events = POLLIN, .revents = 0}}};
-    if (pause == Pause::UntilReadable)
+    if (delay == Delay::UntilReadable)
         poll(descriptors.data(), 2, -1);
     else
-        poll(descriptors.data(), 1, pause == Pause::Nap ? napMilliseconds_ : TroubleMilliseconds);
+        poll(descriptors.data(), 1, delay == Delay::Short ? shortDelay_ : ErrorDelay);
 }
 
 }  // namespace tallyhorn

@@ -32,15 +32,15 @@ public:
     DatagramLosses Losses() const override;
 
 private:
-    enum class Pause { None, Nap, Trouble, UntilReadable };
+    enum class Delay { None, Short, AfterError, UntilReadable };
 
     void Pump();
-    void Wait(Pause pause);
+    void Wait(Delay delay);
 
     FileDescriptor socket_;
     const FileDescriptor stop_;
     const std::uint16_t port_;
-    const int napMilliseconds_;
+    const int shortDelay_;
     DatagramInbox inbox_;
     std::atomic<bool> stopping_ = false;
     DatagramLosses finalLosses_;  ///< once the socket is closed

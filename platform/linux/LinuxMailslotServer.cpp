@@ -22,7 +22,7 @@ std::size_t BatchSizeFor(std::size_t maximumSize) {
 }
 
 /// A machine short of memory will have some again; a pump that gave up would leave the senders waiting.
-bool MayPass(int error) {
+bool WaitOutShortage(int error) {
     if (error == ENOMEM || error == ENOBUFS)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return error == EINTR || error == ENOMEM || error == ENOBUFS;
@@ -31,7 +31,7 @@ bool MayPass(int error) {
 /// Blocks until a datagram is there and takes what else waits, but drops what is longer than the mailslot
 /// takes, by a sender that did not ask; false where the socket is done for.
 bool Receive(DatagramBatch& batch, int socket) {
-    return batch.Receive(socket, MSG_WAITFORONE) >= 0 || MayPass(errno);
+    return batch.Receive(socket, MSG_WAITFORONE) >= 0 || WaitOutShortage(errno);
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/LinuxMailslotServer.h"
 #include "platform/linux/MailslotFolder.h"
+#include "platform/linux/SocketAddress.h"
 
 namespace tallyhorn {
 namespace {
@@ -35,11 +36,6 @@ std::optional<sockaddr_un> AddressOf(const std::string& path) {
 
 FileDescriptor MakeSocket() {
     return FileDescriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-}
-
-/// sockaddr_un is one of sockaddr's layouts, as the interface has it.
-const sockaddr* Generic(const sockaddr_un& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
 }
 
 bool PublishSize(int lock, std::size_t size) {
@@ -108,7 +104,7 @@ std::unique_ptr<MailslotServer> LinuxMailslotTransport::Create(std::string_view 
         return nullptr;
     FileDescriptor bound = MakeSocket();
     if (!bound || fchmod(bound.Get(), OwnerOnly) != 0 ||
-        bind(bound.Get(), Generic(*address), sizeof *address) != 0)
+        bind(bound.Get(), AsSockaddr(*address), sizeof *address) != 0)
         return nullptr;
     return std::make_unique<LinuxMailslotServer>(std::move(lock), std::move(bound), socketPath, maximumSize);
 }
@@ -119,7 +115,7 @@ std::unique_ptr<MailslotClient> LinuxMailslotTransport::Open(std::string_view pa
         return nullptr;
     const std::optional<sockaddr_un> address = AddressOf(folder_ + '/' + std::string(*name));
     FileDescriptor connected = MakeSocket();
-    if (!address || !connected || connect(connected.Get(), Generic(*address), sizeof *address) != 0)
+    if (!address || !connected || connect(connected.Get(), AsSockaddr(*address), sizeof *address) != 0)
         return nullptr;
     // Read after connecting: the size is published before the socket that answered was bound.
     const std::optional<std::size_t> size = PublishedSize(LockPath(*name));

@@ -40,9 +40,9 @@ std::optional<std::string> FindProgram(const std::string& program, std::string_v
 
 /// How the new process starts: none of the console's ways with signals, none of
 /// its files, a session of its own, and no input.
-class SpawnWays {
+class SpawnSettings {
 public:
-    SpawnWays() {
+    SpawnSettings() {
         posix_spawnattr_init(&Attributes);
         posix_spawn_file_actions_init(&Files);
         sigset_t signals;
@@ -55,12 +55,12 @@ public:
         posix_spawn_file_actions_addopen(&Files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addclosefrom_np(&Files, STDERR_FILENO + 1);
     }
-    ~SpawnWays() {
+    ~SpawnSettings() {
         posix_spawn_file_actions_destroy(&Files);
         posix_spawnattr_destroy(&Attributes);
     }
-    SpawnWays(const SpawnWays&) = delete;
-    SpawnWays& operator=(const SpawnWays&) = delete;
+    SpawnSettings(const SpawnSettings&) = delete;
+    SpawnSettings& operator=(const SpawnSettings&) = delete;
 
     posix_spawnattr_t Attributes{};
     posix_spawn_file_actions_t Files{};
@@ -83,10 +83,10 @@ public:
         for (std::string& word : words)
             pointers.push_back(word.data());
         pointers.push_back(nullptr);
-        const SpawnWays ways;
+        const SpawnSettings settings;
         pid_t process = 0;
-        if (posix_spawn(&process, file->c_str(), &ways.Files, &ways.Attributes, pointers.data(), environ) !=
-            0)
+        if (posix_spawn(&process, file->c_str(), &settings.Files, &settings.Attributes, pointers.data(),
+                        environ) != 0)
             return false;
         started_.push_back(process);
         return true;

@@ -16,7 +16,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr std::chrono::milliseconds Patience{500};
+constexpr std::chrono::milliseconds LongestEnd{500};
 
 /// All of a sound is kept in memory.
 constexpr std::size_t LargestFile = std::size_t{16} << 20U;
@@ -69,7 +69,7 @@ void SoundThread::End() {
     std::unique_lock lock(mutex_);
     ending_ = true;
     changed_.notify_all();
-    changed_.wait_for(lock, Patience, [this] { return ended_; });
+    changed_.wait_for(lock, LongestEnd, [this] { return ended_; });
 }
 
 void SoundThread::Run() {

@@ -33,7 +33,7 @@ std::string ToUtf8(std::wstring_view text) {
     return utf8;
 }
 
-bool LeadsSomewhere(DWORD stream) {
+bool HasTarget(DWORD stream) {
     const HANDLE handle = GetStdHandle(stream);
     return handle != nullptr && handle != INVALID_HANDLE_VALUE && GetFileType(handle) != FILE_TYPE_UNKNOWN;
 }
@@ -53,7 +53,7 @@ std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
 }
 
 bool AttachOutput(std::FILE* stream) {
-    if (LeadsSomewhere(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE))
+    if (HasTarget(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE))
         return true;
     return AttachConsole(ATTACH_PARENT_PROCESS) != 0 && std::freopen("CONOUT$", "w", stream) != nullptr;
 }

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <chrono>
-#include <limits>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -20,10 +19,6 @@
 
 namespace tallyhorn {
 namespace {
-
-bool IsPort(std::int32_t port) {
-    return port >= 0 && port <= std::numeric_limits<std::uint16_t>::max();
-}
 
 /// One use of the system's socket library, which counts them; whoever owns a socket has one.
 /// Any thread may make and end one.
@@ -101,12 +96,12 @@ bool BindTo(const OwnedSocket& socket, const Address& address) {
     return bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-/// A socket on all addresses of both families; `lacksFamily` tells that there is none because the machine
+/// A socket on all addresses of both families; `lacksIPv6` tells that there is none because the machine
 /// does without the newer one, and not because somebody else has the port.
-OwnedSocket BindBoth(std::uint16_t port, bool& lacksFamily) {
+OwnedSocket BindDualStack(std::uint16_t port, bool& lacksIPv6) {
     OwnedSocket bound(AF_INET6);
-    lacksFamily = !bound || !bound.Set(IPPROTO_IPV6, IPV6_V6ONLY, DWORD{0});
-    if (lacksFamily)
+    lacksIPv6 = !bound || !bound.Set(IPPROTO_IPV6, IPV6_V6ONLY, DWORD{0});
+    if (lacksIPv6)
         return {};
     // Without it another program could take the port over.
     bound.Set(SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
@@ -116,14 +111,14 @@ OwnedSocket BindBoth(std::uint16_t port, bool& lacksFamily) {
     if (BindTo(bound, address))
         return bound;
     const int error = WSAGetLastError();
-    lacksFamily = error == WSAEADDRNOTAVAIL || error == WSAEAFNOSUPPORT;
+    lacksIPv6 = error == WSAEADDRNOTAVAIL || error == WSAEAFNOSUPPORT;
     return {};
 }
 
 OwnedSocket Bind(std::uint16_t port) {
-    bool lacksFamily = false;
-    OwnedSocket both = BindBoth(port, lacksFamily);
-    if (!lacksFamily)
+    bool lacksIPv6 = false;
+    OwnedSocket both = BindDualStack(port, lacksIPv6);
+    if (!lacksIPv6)
         return both;
     OwnedSocket old(AF_INET);
     if (!old)
@@ -197,8 +192,8 @@ private:
             if (error == WSAEWOULDBLOCK)
                 return true;
             // Any other trouble may pass.
-            constexpr DWORD TroubleMilliseconds = 10;
-            if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : TroubleMilliseconds) == WAIT_OBJECT_0)
+            constexpr DWORD ErrorDelayMilliseconds = 10;
+            if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : ErrorDelayMilliseconds) == WAIT_OBJECT_0)
                 return false;
         }
     }
@@ -228,7 +223,7 @@ struct AddressDeleter {
 using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
 
 /// Null where the name means nothing.
-Addresses Find(const std::string& host, std::int32_t port) {
+Addresses Resolve(const std::string& host, std::int32_t port) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_DGRAM;
     addrinfo* list = nullptr;
@@ -297,7 +292,7 @@ private:
 class WindowsDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
-        if (!IsPort(port))
+        if (!IsUdpPort(port))
             return nullptr;
         OwnedSocket bound = Bind(static_cast<std::uint16_t>(port));
         if (!bound)
@@ -312,9 +307,9 @@ public:
     }
 
     std::unique_ptr<DatagramSender> Open(const std::string& host, std::int32_t port) override {
-        if (!IsPort(port) || port == 0)
+        if (!IsUdpPort(port) || port == 0)
             return nullptr;
-        const Addresses addresses = Find(host, port);
+        const Addresses addresses = Resolve(host, port);
         for (const addrinfo* address = addresses.get(); address != nullptr; address = address->ai_next) {
             OwnedSocket connected(address->ai_family);
             if (connected &&

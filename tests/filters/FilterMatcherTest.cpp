@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "filters/FilterMatcher.h"
+#include "tests/support/DateTexts.h"
 
 namespace tallyhorn {
 namespace {

@@ -75,7 +75,7 @@ protected:
         ArriveText(NetBiosText({.Name = name, .Account = "N/A", .Computer = "pc", .Type = type}));
     }
     void ArriveText(const std::string& text) {
-        mailslots_.Slots["TallyhornEngine"].Waiting.push_back(text + '\0');
+        mailslots_.ByName["TallyhornEngine"].Waiting.push_back(text + '\0');
     }
     void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
     /// What came is shown at once or very soon: waits until it is.

@@ -108,7 +108,7 @@ TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
         QCoreApplication::processEvents();
         EXPECT_TRUE(console_->HasEnded());
         EXPECT_TRUE(boxes_.Shown.empty());
-        EXPECT_FALSE(mailslots_.Slots.contains("TallyhornEngine")) << "the mailslot is closed";
+        EXPECT_FALSE(mailslots_.ByName.contains("TallyhornEngine")) << "the mailslot is closed";
         EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
         console_.reset();
     }

@@ -65,7 +65,7 @@ TEST_F(HelpKeysTest, F1AsksForThePageOfTheWindowThatHasTheFocus) {
 TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
     std::ofstream(folder_ / "THListen.CHM").close();
     help_.Outcome = HelpOutcome::NoFile;
-    mailslots_.Slots["TallyhornEngine"];  // so that the start has something to say
+    mailslots_.ByName["TallyhornEngine"];  // so that the start has something to say
     boxes_.WhileAsked = [this] {
         if (help_.Requests.empty())
             QTest::keyClick(&Dialog(), Qt::Key_F1);

@@ -9,10 +9,10 @@ namespace tallyhorn {
 namespace {
 
 TEST(InstanceLockTest, TheFirstHoldsItUntilItEnds) {
-    TestMailslot slot;
-    std::optional<InstanceLock> first(std::in_place, slot.Name, slot.Folder);
-    InstanceLock second(slot.Name, slot.Folder);
-    InstanceLock other(slot.Name + "2", slot.Folder);
+    TestMailslot mailslot;
+    std::optional<InstanceLock> first(std::in_place, mailslot.Name, mailslot.Folder);
+    InstanceLock second(mailslot.Name, mailslot.Folder);
+    InstanceLock other(mailslot.Name + "2", mailslot.Folder);
     EXPECT_TRUE(first->Acquire());
     EXPECT_TRUE(first->Acquire()) << "asking again changes nothing";
     EXPECT_FALSE(second.Acquire());
@@ -22,16 +22,17 @@ TEST(InstanceLockTest, TheFirstHoldsItUntilItEnds) {
 }
 
 TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
-    TestMailslot slot;
-    InstanceLock lock(slot.Name, slot.Folder);
+    TestMailslot mailslot;
+    InstanceLock lock(mailslot.Name, mailslot.Folder);
     EXPECT_TRUE(lock.Acquire());
-    EXPECT_NE(slot.Transport->Create(slot.Path, 401), nullptr);
-    EXPECT_NE(slot.Transport->Create(std::string(MailslotPrefix) + "instance-" + slot.Name, 401), nullptr);
+    EXPECT_NE(mailslot.Transport->Create(mailslot.Path, 401), nullptr);
+    EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + "instance-" + mailslot.Name, 401),
+              nullptr);
 }
 
 TEST(InstanceLockTest, ASystemThatGivesNoLockStopsNobody) {
-    TestMailslot slot;
-    InstanceLock lock(slot.Name, slot.Home / "missing/folder");
+    TestMailslot mailslot;
+    InstanceLock lock(mailslot.Name, mailslot.Home / "missing/folder");
     EXPECT_TRUE(lock.Acquire());
 }
 

@@ -52,32 +52,32 @@ protected:
     }
 
     const WineWays ways_{};
-    TestMailslot slot_;
-    std::unique_ptr<MailslotServer> server_ = slot_.Transport->Create(slot_.Path, Size);
-    std::unique_ptr<MailslotClient> client_ = slot_.Transport->Open(slot_.Path);
+    TestMailslot mailslot_;
+    std::unique_ptr<MailslotServer> server_ = mailslot_.Transport->Create(mailslot_.Path, Size);
+    std::unique_ptr<MailslotClient> client_ = mailslot_.Transport->Open(mailslot_.Path);
 };
 
 TEST_F(MailslotTransportTest, ANameHasOneReaderAtATime) {
     ASSERT_NE(server_, nullptr);
-    EXPECT_EQ(MakeMailslotTransport(slot_.Folder)->Create(slot_.Path, Size), nullptr);
+    EXPECT_EQ(MakeMailslotTransport(mailslot_.Folder)->Create(mailslot_.Path, Size), nullptr);
     ASSERT_TRUE(client_->Write("the failed creation took nothing away"));
     EXPECT_TRUE(Eventually([&] { return Waiting() == 1; }));
-    EXPECT_NE(slot_.Transport->Create(slot_.Path + "2", Size), nullptr);
+    EXPECT_NE(mailslot_.Transport->Create(mailslot_.Path + "2", Size), nullptr);
     client_.reset();
     server_.reset();
-    server_ = slot_.Transport->Create(slot_.Path, Size);
+    server_ = mailslot_.Transport->Create(mailslot_.Path, Size);
     ASSERT_NE(server_, nullptr);
     EXPECT_EQ(Waiting(), 0U);
 }
 
 TEST_F(MailslotTransportTest, WithoutAReaderNothingOpensOrIsWritten) {
-    EXPECT_EQ(slot_.Transport->Open(slot_.Path + "2"), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Open(mailslot_.Path + "2"), nullptr);
     EXPECT_NE(client_->Handle(), -1);
     EXPECT_NE(server_->Handle(), -1);
     server_.reset();
     EXPECT_EQ(client_->Write("too late"), ways_.OutlivesItsReader);
     client_.reset();
-    EXPECT_EQ(slot_.Transport->Open(slot_.Path), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Open(mailslot_.Path), nullptr);
 }
 
 TEST_F(MailslotTransportTest, RefusesWhatIsNoMailslotOfItsOwn) {
@@ -87,12 +87,12 @@ TEST_F(MailslotTransportTest, RefusesWhatIsNoMailslotOfItsOwn) {
         prefix + ".x", prefix + "a/b",   prefix + "a\\b",
         "name",        "\\\\.\\pipe\\a", prefix + std::string("a\0b", 3)};
     for (const std::string& path : refused) {
-        EXPECT_EQ(slot_.Transport->Create(path, Size), nullptr) << path;
-        EXPECT_EQ(slot_.Transport->Open(path), nullptr) << path;
+        EXPECT_EQ(mailslot_.Transport->Create(path, Size), nullptr) << path;
+        EXPECT_EQ(mailslot_.Transport->Open(path), nullptr) << path;
     }
-    EXPECT_EQ(slot_.Transport->Create(prefix + std::string(300, 'n'), Size), nullptr);
-    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", 0), nullptr);
-    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", MailslotTransport::LargestSize + 1), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Create(prefix + std::string(300, 'n'), Size), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Create(mailslot_.Path + "2", 0), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Create(mailslot_.Path + "2", MailslotTransport::LargestSize + 1), nullptr);
 }
 
 TEST_F(MailslotTransportTest, TakesTextsUpToItsSizeAndNoneLonger) {
@@ -121,11 +121,12 @@ TEST_F(MailslotTransportTest, TakesTextsUpToItsSizeAndNoneLonger) {
 
 TEST_F(MailslotTransportTest, TheReaderDropsWhatASenderShouldNotHaveSent) {
     // A sender that learnt the size of an earlier reader of the same name, in a folder of sockets.
-    const std::filesystem::path sizeFile = std::filesystem::path(slot_.Folder) / (".mailslot-" + slot_.Name);
+    const std::filesystem::path sizeFile =
+        std::filesystem::path(mailslot_.Folder) / (".mailslot-" + mailslot_.Name);
     if (!std::filesystem::exists(sizeFile))
         GTEST_SKIP() << "mailslots are no files on this system";
     std::ofstream(sizeFile) << 5000;
-    client_ = slot_.Transport->Open(slot_.Path);
+    client_ = mailslot_.Transport->Open(mailslot_.Path);
     EXPECT_TRUE(client_->Write(std::string(402, 'x')));
     EXPECT_TRUE(client_->Write("after"));
     ASSERT_TRUE(Eventually([&] { return Waiting() > 0; }));
@@ -161,7 +162,7 @@ TEST_F(MailslotTransportTest, ManySendersAtOnceLoseNothingAndKeepTheirOwnOrder) 
     std::vector<std::jthread> senders;
     for (std::size_t sender = 0; sender < Senders; ++sender) {
         senders.emplace_back([&, sender] {
-            const std::unique_ptr<MailslotClient> client = slot_.Transport->Open(slot_.Path);
+            const std::unique_ptr<MailslotClient> client = mailslot_.Transport->Open(mailslot_.Path);
             for (std::size_t i = 0; i < texts; ++i)
                 client->Write(std::to_string(sender) + ' ' + std::to_string(i));
         });
@@ -200,8 +201,8 @@ protected:
         if (!std::filesystem::exists(socket_))
             GTEST_SKIP() << "mailslots are no files on this system";
     }
-    const std::filesystem::path folder_ = slot_.Folder;
-    const std::filesystem::path socket_ = folder_ / slot_.Name;
+    const std::filesystem::path folder_ = mailslot_.Folder;
+    const std::filesystem::path socket_ = folder_ / mailslot_.Name;
 };
 
 TEST_F(MailslotFolderTest, IsForItsOwnerAlone) {
@@ -209,28 +210,28 @@ TEST_F(MailslotFolderTest, IsForItsOwnerAlone) {
     EXPECT_EQ(std::filesystem::status(folder_).permissions(), perms::owner_all);
     EXPECT_EQ(std::filesystem::status(socket_).permissions(), perms::owner_read | perms::owner_write);
     std::filesystem::permissions(folder_, perms::owner_all | perms::group_exec);
-    EXPECT_EQ(slot_.Transport->Create(slot_.Path + "2", Size), nullptr);
-    EXPECT_EQ(slot_.Transport->Open(slot_.Path), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Create(mailslot_.Path + "2", Size), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Open(mailslot_.Path), nullptr);
     std::filesystem::permissions(folder_, perms::owner_all);
-    std::filesystem::create_directory_symlink(folder_, slot_.Home / "link");
-    EXPECT_EQ(MakeMailslotTransport(slot_.Home / "link")->Create(slot_.Path + "2", Size), nullptr);
-    EXPECT_EQ(MakeMailslotTransport(slot_.Home / "none/below")->Create(slot_.Path, Size), nullptr);
+    std::filesystem::create_directory_symlink(folder_, mailslot_.Home / "link");
+    EXPECT_EQ(MakeMailslotTransport(mailslot_.Home / "link")->Create(mailslot_.Path + "2", Size), nullptr);
+    EXPECT_EQ(MakeMailslotTransport(mailslot_.Home / "none/below")->Create(mailslot_.Path, Size), nullptr);
 }
 
 TEST_F(MailslotFolderTest, ASocketLeftByACrashIsReplacedAndAForeignFileIsNot) {
     // A second name for the socket outlives the reader, as the first one would outlive a crash.
-    const std::string stale = slot_.Path + "-stale";
-    std::filesystem::create_hard_link(socket_, folder_ / (slot_.Name + "-stale"));
+    const std::string stale = mailslot_.Path + "-stale";
+    std::filesystem::create_hard_link(socket_, folder_ / (mailslot_.Name + "-stale"));
     server_.reset();
     EXPECT_FALSE(std::filesystem::exists(socket_));
-    EXPECT_EQ(slot_.Transport->Open(stale), nullptr);
-    server_ = slot_.Transport->Create(stale, Size);
+    EXPECT_EQ(mailslot_.Transport->Open(stale), nullptr);
+    server_ = mailslot_.Transport->Create(stale, Size);
     ASSERT_NE(server_, nullptr);
-    ASSERT_TRUE(slot_.Transport->Open(stale)->Write("here"));
+    ASSERT_TRUE(mailslot_.Transport->Open(stale)->Write("here"));
     ASSERT_TRUE(Eventually([&] { return Waiting() == 1; }));
 
     std::ofstream(socket_) << "precious";
-    EXPECT_EQ(slot_.Transport->Create(slot_.Path, Size), nullptr);
+    EXPECT_EQ(mailslot_.Transport->Create(mailslot_.Path, Size), nullptr);
     EXPECT_TRUE(std::filesystem::is_regular_file(socket_));
 }
 

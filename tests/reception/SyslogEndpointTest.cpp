@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "records/CanonicalText.h"
+#include "tests/support/DateTexts.h"
 #include "tests/support/Notifications.h"
 #include "tests/support/ReceptionInMemory.h"
 

@@ -19,8 +19,8 @@ protected:
         ASSERT_TRUE(server_.InitializeMailslot("Test", true));
         ASSERT_TRUE(client_.InitializeMailslot("Test", false));
     }
-    FakeMailslots::Slot& Slot() { return mailslots_.Slots["Test"]; }
-    void Waits(const Texts& datagrams) { Slot().Waiting.assign(datagrams.begin(), datagrams.end()); }
+    FakeMailslots::Mailslot& Mailslot() { return mailslots_.ByName["Test"]; }
+    void Waits(const Texts& datagrams) { Mailslot().Waiting.assign(datagrams.begin(), datagrams.end()); }
     /// What ReadMessages places, with its result checked against it.
     Texts Read() {
         Texts messages{"left", "from", "before"};
@@ -30,7 +30,7 @@ protected:
         messages.erase(messages.begin());
         return messages;
     }
-    Texts Sent() { return {Slot().Waiting.begin(), Slot().Waiting.end()}; }
+    Texts Sent() { return {Mailslot().Waiting.begin(), Mailslot().Waiting.end()}; }
 
     FakeMailslots mailslots_;
     FakeClock clock_;
@@ -46,7 +46,7 @@ TEST_F(cvbMailslotTest, TellsWhatItWasAskedFor) {
     EXPECT_EQ(fresh.Handle(), -1);
     EXPECT_FALSE(fresh.InitializeMailslot("Nobody", false));
     EXPECT_FALSE(fresh.SendMessage("lost"));
-    EXPECT_EQ(Slot().MaximumSize, 401U);
+    EXPECT_EQ(Mailslot().MaximumSize, 401U);
     EXPECT_NE(server_.Handle(), -1);
     server_.Terminate();
     EXPECT_EQ(server_.Handle(), -1);
@@ -92,27 +92,27 @@ TEST_F(cvbMailslotTest, WholeTextsComeBeforeThoseInParts) {
 
 TEST_F(cvbMailslotTest, AFailingReadEndsWithNothingCounted) {
     Waits({"one\0"s, "*5-0-1-a\0"s, "two\0"s});
-    Slot().ReadsBeforeFailure = 2;
+    Mailslot().ReadsBeforeFailure = 2;
     Texts messages;
     EXPECT_EQ(server_.ReadMessages(messages), 0);
     EXPECT_EQ(messages, (Texts{"", "one"}));
-    Slot().ReadsBeforeFailure.reset();
+    Mailslot().ReadsBeforeFailure.reset();
     EXPECT_EQ(Read(), Texts{"two"});
 }
 
 TEST_F(cvbMailslotTest, BelievesNothingThatTheMailslotTells) {
     Waits({"one\0"s});
-    Slot().NextSize = std::size_t{0} - 1;
+    Mailslot().NextSize = std::size_t{0} - 1;
     EXPECT_EQ(Read(), Texts{"one"});
     Waits({"one\0"s});
-    Slot().NextSize = 1;
+    Mailslot().NextSize = 1;
     EXPECT_EQ(Read(), Texts{}) << "the system refuses to cut a text";
-    Slot().NextSize.reset();
-    Slot().Count = 3;
+    Mailslot().NextSize.reset();
+    Mailslot().Count = 3;
     Texts messages;
     EXPECT_EQ(server_.ReadMessages(messages), 0);
     EXPECT_EQ(messages, (Texts{"", "one"}));
-    Slot().InfoFails = true;
+    Mailslot().InfoFails = true;
     EXPECT_EQ(server_.CheckForMessages(), 0);
 }
 
@@ -126,11 +126,11 @@ TEST_F(cvbMailslotTest, TheCountEndsAtItsLimitAndTheRestWaits) {
 
 TEST_F(cvbMailslotTest, SendsShortTextsAsTheyAre) {
     for (const std::string& text : {""s, "a"s, "a\0b\xFF"s, std::string(400, 'x')}) {
-        Slot().Waiting.clear();
+        Mailslot().Waiting.clear();
         EXPECT_TRUE(client_.SendMessage(text));
         EXPECT_EQ(Sent(), Texts{text});
     }
-    Slot().WritesBeforeFailure = 0;
+    Mailslot().WritesBeforeFailure = 0;
     EXPECT_FALSE(client_.SendMessage("a"));
 }
 
@@ -153,7 +153,7 @@ TEST_F(cvbMailslotTest, SendsLongTextsInParts) {
         std::string text;
         for (std::size_t i = 0; i < row.Length; ++i)
             text += static_cast<char>(1 + i % 255);
-        Slot().Waiting.clear();
+        Mailslot().Waiting.clear();
         EXPECT_TRUE(client_.SendMessage(text));
         ++number;
         Texts expected;
@@ -168,7 +168,7 @@ TEST_F(cvbMailslotTest, SendsLongTextsInParts) {
 TEST_F(cvbMailslotTest, NumbersTextsFrom1To30000) {
     for (int i = 1; i < 30'000; ++i) {
         client_.SendMessage("counted though sent whole");
-        Slot().Waiting.clear();
+        Mailslot().Waiting.clear();
     }
     const std::string text(401, 'x');
     client_.SendMessage(text);
@@ -178,7 +178,7 @@ TEST_F(cvbMailslotTest, NumbersTextsFrom1To30000) {
 }
 
 TEST_F(cvbMailslotTest, APartThatCannotBeWrittenIsAnError) {
-    Slot().WritesBeforeFailure = 1;
+    Mailslot().WritesBeforeFailure = 1;
     EXPECT_THROW(client_.SendMessage(std::string(600, 'x')), MailslotWriteError);
     EXPECT_EQ(Sent().size(), 1U);
     client_.Terminate();

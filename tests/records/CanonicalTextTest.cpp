@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "records/AnsiText.h"
 #include "records/CanonicalText.h"
@@ -11,54 +10,47 @@ namespace {
 
 using namespace std::string_literals;
 
-AlarmRecord Plain() {
-    return {*MakeAlarmDate({2008, 8, 21, 14, 5, 9}),
-            "name",
-            "log",
-            "source",
-            "Warning",
-            "category",
-            42,
-            "ACCOUNT",
-            "COMPUTER",
-            "text\r\nmore"};
-}
+const AlarmRecord Plain = {*MakeAlarmDate({2008, 8, 21, 14, 5, 9}),
+                           "name",
+                           "log",
+                           "source",
+                           "Warning",
+                           "category",
+                           42,
+                           "ACCOUNT",
+                           "COMPUTER",
+                           "text\r\nmore"};
 
 const std::string PlainText =
     "Date: 8/21/2008 2:05:09 PM\r\nAlarm Name: name\r\nLog Type: log\r\nSource: source\r\n"
     "Type Of Event: Warning\r\nCategory: category\r\nEventID: 42\r\nAccount: ACCOUNT\r\n"
     "Computer: COMPUTER\r\nDescription: \r\ntext\r\nmore";
 
-/// What a save to the file and a load from it make of a text.
-std::string SavedAndLoaded(const std::string& text) {
-    std::string saved(Trim(text));
-    std::erase(saved, '\0');
-    return saved;
-}
-
-/// The record and its text are one: reading, saving, loading and settling again change neither.
-void ExpectSettled(AlarmRecord alarm, const std::string& note) {
+/// Settles `alarm` and checks that reading the text, saving and loading it, and settling it again change
+/// neither the record nor the text.
+AlarmRecord ExpectSettled(AlarmRecord alarm, const std::string& note) {
     const std::string text = SettleMessage(alarm);
-    EXPECT_EQ(SavedAndLoaded(text), text) << note;
+    EXPECT_EQ(StripNulls(text), text) << note << ": saving drops these";
     AlarmRecord read;
-    ASSERT_TRUE(ReadMessageText(text, read)) << note;
+    EXPECT_TRUE(ReadMessageText(text, read)) << note;
     EXPECT_EQ(read, alarm) << note;
     EXPECT_EQ(SettleMessage(read), text) << note;
     EXPECT_EQ(read, alarm) << note;
+    return alarm;
 }
 
 TEST(MessageText, IsWrittenAndReadBack) {
-    EXPECT_EQ(BuildMessageText(Plain()), PlainText);
-    AlarmRecord read;
-    ASSERT_TRUE(ReadMessageText(PlainText, read));
-    EXPECT_EQ(read, Plain());
+    EXPECT_EQ(BuildMessageText(Plain), PlainText);
     AlarmRecord empty;
     empty.EventID = INT32_MIN;
-    ASSERT_TRUE(ReadMessageText(BuildMessageText(empty), read));
-    EXPECT_EQ(read, empty);
+    for (const AlarmRecord& written : {Plain, empty}) {
+        AlarmRecord read;
+        ASSERT_TRUE(ReadMessageText(BuildMessageText(written), read));
+        EXPECT_EQ(read, written);
+    }
 }
 
-TEST(ReadMessageText, RefusesWhatIsNone) {
+TEST(MessageText, IsRefusedWithOneLabelOrValueWrong) {
     const struct {
         const char* Wanted;
         const char* Instead;
@@ -96,7 +88,7 @@ TEST(ReadMessageText, RefusesWhatIsNone) {
         EXPECT_FALSE(ReadMessageText(PlainText.substr(0, length), read)) << length;
 }
 
-TEST(ReadMessageText, TakesTheFirstEventIDThatFits) {
+TEST(MessageText, EndsTheCategoryAtTheFirstEventIDThatFits) {
     std::string text = PlainText;
     text.replace(text.find("category"), 8, "c\r\nEventID: 5\r\nEventID: -7\r\nAccount: A\r\nEventID: 8");
     AlarmRecord read;
@@ -106,32 +98,26 @@ TEST(ReadMessageText, TakesTheFirstEventIDThatFits) {
     EXPECT_EQ(read.AccountName, "A\r\nEventID: 8\r\nEventID: 42\r\nAccount: ACCOUNT");
 }
 
-TEST(SettleMessage, GivesTheTypeItsStoredForm) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"FAILUREAUDIT", "Failure Audit"}, {" ", "questionmark"}, {"S u c c", "succ"}};
-    for (const auto& [type, stored] : cases) {
-        AlarmRecord alarm = Plain();
-        alarm.TypeOfEvent = type;
-        ExpectSettled(alarm, type);
-        SettleMessage(alarm);
-        EXPECT_EQ(alarm.TypeOfEvent, stored);
+TEST(SettleMessage, GivesFieldsTheirStoredForm) {
+    const struct {
+        std::string AlarmRecord::*Field;
+        std::string Before;
+        std::string After;
+    } cases[] = {
+        {&AlarmRecord::TypeOfEvent, "FAILUREAUDIT", "Failure Audit"},
+        {&AlarmRecord::TypeOfEvent, " ", "questionmark"},
+        {&AlarmRecord::TypeOfEvent, "S u c c", "succ"},
+        {&AlarmRecord::TypeOfEvent, "warn\0ing"s, "Warning"},
+        {&AlarmRecord::Computer, " K\0 "s, " K "},
+        {&AlarmRecord::Description, " a\0 \0  "s, " a"},
+        {&AlarmRecord::Description, " \r\n x   ", " \r\n x"},
+        {&AlarmRecord::Description, "   ", ""},
+    };
+    for (const auto& [field, before, after] : cases) {
+        AlarmRecord alarm = Plain;
+        alarm.*field = before;
+        EXPECT_EQ(ExpectSettled(alarm, before).*field, after);
     }
-}
-
-TEST(SettleMessage, DropsWhatSavingDrops) {
-    AlarmRecord alarm = Plain();
-    alarm.TypeOfEvent = "warn\0ing"s;
-    alarm.Computer = " K\0 "s;
-    alarm.Description = " a\0 \0  "s;
-    SettleMessage(alarm);
-    EXPECT_EQ(alarm.TypeOfEvent, "Warning");
-    EXPECT_EQ(alarm.Computer, " K ");
-    EXPECT_EQ(alarm.Description, " a");
-    alarm.Description = " \r\n x   ";
-    SettleMessage(alarm);
-    EXPECT_EQ(alarm.Description, " \r\n x");
-    alarm.Description = "   ";
-    ExpectSettled(alarm, "blanks alone");
 }
 
 TEST(SettleMessage, KeepsTheTextShortEnoughForTheBackup) {
@@ -139,16 +125,18 @@ TEST(SettleMessage, KeepsTheTextShortEnoughForTheBackup) {
         std::size_t Description, Name, Computer;
     } cases[] = {{65'000, 65'000, 0}, {0, 60'000, 60'000}, {65'000, 65'000, 65'000}, {99'000, 1'000, 0}};
     for (const auto& [description, name, computer] : cases) {
-        AlarmRecord alarm = Plain();
+        AlarmRecord alarm = Plain;
         alarm.Description = std::string(description, 'd');
         alarm.AlarmName = std::string(name, 'n');
         alarm.Computer = std::string(computer, 'C');
-        EXPECT_EQ(SettleMessage(alarm).size(), LongestMessageText);
-        ExpectSettled(alarm, "long");
+        EXPECT_EQ(BuildMessageText(ExpectSettled(alarm, "long")).size(), LongestMessageText);
     }
+    AlarmRecord alarm = Plain;
+    alarm.Description = "end" + std::string(LongestMessageText, ' ') + "beyond the limit";
+    EXPECT_EQ(ExpectSettled(alarm, "blanks before the cut").Description, "end");
 }
 
-TEST(SettleMessage, MakesTheRecordWhatItsTextSays) {
+TEST(SettleMessage, CutsAFieldAtTheLabelsThatItHolds) {
     const std::string whole =
         "\r\nAlarm Name: a\r\nLog Type: b\r\nSource: c\r\nType Of Event: D E\r\nCategory: f\r\nEventID: 5\r\n"
         "Account: g\r\nComputer: h\r\nDescription: \r\ni";
@@ -171,19 +159,18 @@ TEST(SettleMessage, MakesTheRecordWhatItsTextSays) {
                                                 &AlarmRecord::Category,  &AlarmRecord::AccountName,
                                                 &AlarmRecord::Computer,  &AlarmRecord::Description};
     for (const std::string& text : hostile) {
-        AlarmRecord all = Plain();
+        AlarmRecord all = Plain;
         for (const auto field : fields) {
-            AlarmRecord alarm = Plain();
+            AlarmRecord alarm = Plain;
             alarm.*field = text;
             ExpectSettled(alarm, text);
             all.*field = text;
         }
         ExpectSettled(all, text);
     }
-    AlarmRecord alarm = Plain();
+    AlarmRecord alarm = Plain;
     alarm.Category = "c" + hostile[0];
-    SettleMessage(alarm);
-    EXPECT_EQ(alarm.EventID, 5) << "shown now as it will be after a restart";
+    EXPECT_EQ(ExpectSettled(alarm, "two ids").EventID, 5) << "shown now as it will be after a restart";
 }
 
 }  // namespace

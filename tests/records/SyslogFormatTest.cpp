@@ -22,7 +22,7 @@ AlarmRecord Parsed(const std::string& text, bool dayFirst = false) {
     return alarm;
 }
 
-TEST(IsAlarmNotification, WantsTheWordWithItsBlankAndAColon) {
+TEST(IsAlarmNotification, RequiresTheWordWithItsBlankAndAColon) {
     for (const char* const text : {"Event :", ":EEvent ", "EvenEvent 5: x"})
         EXPECT_TRUE(IsAlarmNotification(text)) << text;
     for (const char* const text : {"Event:", "event 5: x", "Event 5", "<13>sshd[1]: ok", "", "Events: none"})
@@ -30,7 +30,7 @@ TEST(IsAlarmNotification, WantsTheWordWithItsBlankAndAColon) {
 }
 
 TEST(ParseSyslogText, ReadsAWholeNotification) {
-    // The name goes up to the next parenthesis as it stands; commas belong to the description.
+    // The name ends at the first closing parenthesis and is not trimmed; commas belong to the description.
     EXPECT_EQ(
         Parsed("<131>Aug 21 mon: Event: )( Logon failed)):  Security Log, 08/21/2008 2:05:09 PM , Micro soft,"
                "FAILUREAUDIT, Logon/Logoff , 4625 , acme\\m\xFCller ,lon-dc-1, A, b:\r\n\tc,  "),
@@ -38,35 +38,37 @@ TEST(ParseSyslogText, ReadsAWholeNotification) {
                      "Failure Audit", "Logon/Logoff", 4625, "ACME\\M\xDCLLER", "LON-DC-1", "A, b:\r\n\tc,"}));
 }
 
-/// The text is cut before each of its delimiters in turn: what lies before stands, all else is kept.
+/// The text grows by one delimiter at a time: fields before the missing one are read, the others keep their
+/// values.
 TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
-    const std::string pieces[] = {"(a)", ":l Log", ",1/2/2003 4:05:06", ",s", ",t", ",c", ",7", ",u",
-                                  ",k",  ",d"};
+    const struct {
+        const char* Piece;
+        void (*Expect)(AlarmRecord&);
+    } steps[] = {
+        {"(a)", [](AlarmRecord& a) { a.AlarmName = "a"; }},
+        {":l Log", [](AlarmRecord&) {}},
+        {",1/2/2003 4:05:06", [](AlarmRecord& a) { a.LogType = "l"; }},
+        {",s",
+         [](AlarmRecord& a) {
+             a.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
+         }},
+        {",t", [](AlarmRecord& a) { a.Source = "s"; }},
+        {",c", [](AlarmRecord& a) { a.TypeOfEvent = "t"; }},
+        {",7", [](AlarmRecord& a) { a.Category = "c"; }},
+        {",u", [](AlarmRecord& a) { a.EventID = 7; }},
+        {",k", [](AlarmRecord& a) { a.AccountName = "U"; }},
+        {",d", [](AlarmRecord& a) { a.Computer = "K", a.Description = "d"; }},
+    };
     std::string text;
     AlarmRecord expected = Before();
-    expected.AlarmName = "a"s;
-    void (*const steps[])(AlarmRecord&) = {
-        [](AlarmRecord&) {},
-        [](AlarmRecord&) {},
-        [](AlarmRecord& a) { a.LogType = "l"s; },
-        [](AlarmRecord& a) {
-            a.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
-        },
-        [](AlarmRecord& a) { a.Source = "s"s; },
-        [](AlarmRecord& a) { a.TypeOfEvent = "t"s; },
-        [](AlarmRecord& a) { a.Category = "c"s; },
-        [](AlarmRecord& a) { a.EventID = 7; },
-        [](AlarmRecord& a) { a.AccountName = "U"s; },
-        [](AlarmRecord& a) { a.Computer = "K"s, a.Description = "d"s; },
-    };
-    for (std::size_t i = 0; i < std::size(pieces); ++i) {
-        text += pieces[i];
-        steps[i](expected);
+    for (const auto& [piece, expect] : steps) {
+        text += piece;
+        expect(expected);
         EXPECT_EQ(Parsed(text), expected) << text;
     }
     text.replace(text.find('7'), 1, "seven");
     expected.EventID = 42;
-    EXPECT_EQ(Parsed(text), expected) << "a number that does not read spoils its own field alone";
+    EXPECT_EQ(Parsed(text), expected) << "only the field that is no number keeps its value";
 }
 
 TEST(ParseSyslogText, CutsTheLogType) {
@@ -85,28 +87,28 @@ TEST(ParseSyslogText, CutsTheLogType) {
         ParseSyslogText("(a):"s + field + ",", false, AlarmDate(), alarm);
         EXPECT_EQ(alarm.LogType, expected) << field;
     }
-    EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon behind the name counts";
+    EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon after the name counts";
 }
 
-TEST(ParseSyslogText, GivesWhatHasNoNameTheTimeOfArrival) {
-    const std::string rest = ": System Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, d";
+TEST(ParseSyslogText, GivesANotificationWithoutNameTheTimeOfArrival) {
+    const std::string fields = ": System Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, d";
     for (const char* const head : {"no parentheses", ")(", "x ) y (", "(never closed", "()", "(   )", ""}) {
-        const AlarmRecord alarm = Parsed(head + rest);
+        const AlarmRecord alarm = Parsed(head + fields);
         const AlarmRecord expected = {Now, "???", "???", "s", "", "c", 7, "???", "???", "d"};
         EXPECT_EQ(alarm, expected) << head;
     }
-    EXPECT_EQ(Parsed("(\t)" + rest).AlarmName, "\t") << "only blanks are trimmed";
+    EXPECT_EQ(Parsed("(\t)" + fields).AlarmName, "\t") << "only blanks are trimmed";
     EXPECT_EQ(Parsed("").AlarmName, "???");
     EXPECT_EQ(Parsed("").Source, "source");
 }
 
-TEST(ParseSyslogText, KnowsATestMessageAnywhere) {
+TEST(ParseSyslogText, RecognisesATestMessageAnywhere) {
     const AlarmRecord expected = {Now, "Test Notification", "???", "s", "", "c", 7, "???", "???", ""};
     AlarmRecord alarm = Parsed("(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, Test Message");
     EXPECT_EQ(alarm.Description, "Test Message");
     alarm.Description.clear();
     EXPECT_EQ(alarm, expected);
-    EXPECT_EQ(Parsed("TTest Message").AlarmName, "Test Notification") << "before the missing name is";
+    EXPECT_EQ(Parsed("TTest Message").AlarmName, "Test Notification") << "although the name is missing";
     EXPECT_EQ(Parsed("(test message)").AlarmName, "test message");
     EXPECT_EQ(Parsed("(Test  Message)").AlarmName, "Test  Message");
 }
@@ -135,9 +137,9 @@ TEST(ParseSyslogText, ReadsDates) {
         {"8x21x2008x14x5x9", false, at(14, 5, 9)},
         {"8/21/29 1:2:3", false, MakeAlarmDate({2029, 8, 21, 1, 2, 3}).value()},
         {"8/21/30 1:2:3", false, MakeAlarmDate({1930, 8, 21, 1, 2, 3}).value()},
-        // The third character is the separator, whatever it is, and counts everywhere.
+        // The third character is a separator throughout the date, even if it is a digit: here it is 9.
         {"0192192008 14:05:06", false, MakeAlarmDate({2008, 1, 21, 14, 5, 6}).value()},
-        // A seventh part other than PM is the morning, and counts only if it is the last.
+        // A seventh part other than PM means the morning, but only if no eighth part follows.
         {"08/21/2008 12:05:09 x", false, at(0, 5, 9)},
         {"08/21/2008 13:05:09 AM", false, at(13, 5, 9)},
         {"08/21/2008 12:05:09:", false, at(0, 5, 9)},

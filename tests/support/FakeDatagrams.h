@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <functional>
-#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -53,18 +52,18 @@ public:
 
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
         Asked.push_back(port);
-        if (port < 0 || port > std::numeric_limits<std::uint16_t>::max() || Taken.contains(port))
+        if (!IsUdpPort(port) || Taken.contains(port))
             return nullptr;
-        const std::uint16_t really = port == 0 ? NextChosen++ : static_cast<std::uint16_t>(port);
-        if (!Bound.try_emplace(really).second)
+        const std::uint16_t bound = port == 0 ? NextChosen++ : static_cast<std::uint16_t>(port);
+        if (!Bound.try_emplace(bound).second)
             return nullptr;
-        Bound[really].Wake = std::move(wake);
-        return std::make_unique<Receiver>(*this, really);
+        Bound[bound].Wake = std::move(wake);
+        return std::make_unique<Receiver>(*this, bound);
     }
 
     /// Every host is this machine.
     std::unique_ptr<DatagramSender> Open(const std::string& /*host*/, std::int32_t port) override {
-        if (port <= 0 || port > std::numeric_limits<std::uint16_t>::max())
+        if (!IsUdpPort(port) || port == 0)
             return nullptr;
         return std::make_unique<Sender>(*this, static_cast<std::uint16_t>(port));
     }

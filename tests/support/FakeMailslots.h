@@ -17,7 +17,7 @@ namespace tallyhorn {
 class FakeMailslots final : public MailslotTransport {
 public:
     /// What one mailslot holds; tests read and set it as they like.
-    struct Slot {
+    struct Mailslot {
         std::size_t MaximumSize = 0;
         std::deque<std::string> Waiting;
         bool InfoFails = false;
@@ -31,19 +31,19 @@ public:
         std::optional<int> WritesBeforeFailure;
     };
 
-    std::map<std::string, Slot, std::less<>> Slots;
+    std::map<std::string, Mailslot, std::less<>> ByName;
 
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override {
         const std::optional<std::string_view> name = MailslotNameFromPath(path);
-        if (!name || Slots.contains(*name))
+        if (!name || ByName.contains(*name))
             return nullptr;
-        Slots[std::string(*name)].MaximumSize = maximumSize;
+        ByName[std::string(*name)].MaximumSize = maximumSize;
         return std::make_unique<Server>(*this, std::string(*name));
     }
 
     std::unique_ptr<MailslotClient> Open(std::string_view path) override {
         const std::optional<std::string_view> name = MailslotNameFromPath(path);
-        if (!name || !Slots.contains(*name))
+        if (!name || !ByName.contains(*name))
             return nullptr;
         return std::make_unique<Client>(*this, std::string(*name));
     }
@@ -54,25 +54,26 @@ private:
     class Server final : public MailslotServer {
     public:
         Server(FakeMailslots& owner, std::string name) : owner_(owner), name_(std::move(name)) {}
-        ~Server() override { owner_.Slots.erase(name_); }
+        ~Server() override { owner_.ByName.erase(name_); }
         Server(const Server&) = delete;
         Server& operator=(const Server&) = delete;
 
         std::int32_t Handle() const override { return 7; }
         bool GetInfo(MailslotInfo& info) override {
-            const Slot& slot = owner_.Slots[name_];
-            const std::size_t next = slot.Waiting.empty() ? 0 : slot.Waiting.front().size();
-            info = {slot.MaximumSize, slot.NextSize.value_or(next), slot.Count.value_or(slot.Waiting.size())};
-            return !slot.InfoFails;
+            const Mailslot& mailslot = owner_.ByName[name_];
+            const std::size_t next = mailslot.Waiting.empty() ? 0 : mailslot.Waiting.front().size();
+            info = {mailslot.MaximumSize, mailslot.NextSize.value_or(next),
+                    mailslot.Count.value_or(mailslot.Waiting.size())};
+            return !mailslot.InfoFails;
         }
         bool Read(std::span<char> buffer, std::size_t& read) override {
-            Slot& slot = owner_.Slots[name_];
-            if (slot.Waiting.empty() || slot.Waiting.front().size() > buffer.size() ||
-                Fails(slot.ReadsBeforeFailure))
+            Mailslot& mailslot = owner_.ByName[name_];
+            if (mailslot.Waiting.empty() || mailslot.Waiting.front().size() > buffer.size() ||
+                Fails(mailslot.ReadsBeforeFailure))
                 return false;
-            read = slot.Waiting.front().size();
-            std::copy(slot.Waiting.front().begin(), slot.Waiting.front().end(), buffer.begin());
-            slot.Waiting.pop_front();
+            read = mailslot.Waiting.front().size();
+            std::copy(mailslot.Waiting.front().begin(), mailslot.Waiting.front().end(), buffer.begin());
+            mailslot.Waiting.pop_front();
             return true;
         }
 
@@ -86,11 +87,11 @@ private:
         Client(FakeMailslots& owner, std::string name) : owner_(owner), name_(std::move(name)) {}
         std::int32_t Handle() const override { return 8; }
         bool Write(std::string_view text) override {
-            const auto slot = owner_.Slots.find(name_);
-            if (slot == owner_.Slots.end() || text.size() > slot->second.MaximumSize ||
-                Fails(slot->second.WritesBeforeFailure))
+            const auto mailslot = owner_.ByName.find(name_);
+            if (mailslot == owner_.ByName.end() || text.size() > mailslot->second.MaximumSize ||
+                Fails(mailslot->second.WritesBeforeFailure))
                 return false;
-            slot->second.Waiting.emplace_back(text);
+            mailslot->second.Waiting.emplace_back(text);
             return true;
         }
 

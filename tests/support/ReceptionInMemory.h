@@ -24,7 +24,7 @@ struct ReceptionOver : MessagesOver<ClockType> {
         Suppression.OpenFilterFile();
         Suppression.LoadSuppressionFilters();
     }
-    FakeMailslots::Slot& Engine() { return Mailslots.Slots["engine"]; }
+    FakeMailslots::Mailslot& Engine() { return Mailslots.ByName["engine"]; }
     void Suppress(const std::string& computer) {
         Suppression.CurrentFilter = FilterOn("one", "");
         Suppression.CurrentFilter.Computer = computer;

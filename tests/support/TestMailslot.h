@@ -16,7 +16,7 @@ namespace tallyhorn {
 struct TestMailslot {
     TemporaryFolder Home;
     /// Not there yet, so that the transport makes it.
-    std::string Folder = Home / "slots";
+    std::string Folder = Home / "mailslots";
     std::string Name = Home.Path().filename().string();
     std::string Path = std::string(MailslotPrefix) + Name;
     std::unique_ptr<MailslotTransport> Transport = MakeMailslotTransport(Folder);

@@ -17,7 +17,7 @@ using Texts = std::vector<std::string>;
 
 class MailslotRunTest : public testing::Test {
 protected:
-    FakeMailslots::Slot& Slot() { return mailslots_.Slots[arguments_.Mailslot]; }
+    FakeMailslots::Mailslot& Mailslot() { return mailslots_.ByName[arguments_.Mailslot]; }
 
     SendArguments arguments_;
     FakeMailslots mailslots_;
@@ -30,7 +30,7 @@ TEST_F(MailslotRunTest, SendsRawDatagramsAsTheyAreUpToOneThatIsNotTaken) {
     arguments_.Mode = SendMode::Raw;
     MailslotRun run(arguments_, mailslots_, clock_);
     EXPECT_EQ(run.Send({"*1-0-1-a", std::string(600, 'x'), "c"}), Outcome::NotTaken);
-    EXPECT_EQ(Slot().Waiting, std::deque<std::string>{std::string("*1-0-1-a\0", 9)});
+    EXPECT_EQ(Mailslot().Waiting, std::deque<std::string>{std::string("*1-0-1-a\0", 9)});
     EXPECT_EQ(run.Counts().Texts, 1U);
     EXPECT_EQ(run.Counts().Datagrams, 1U);
     EXPECT_EQ(run.Counts().Bytes, 9U);
@@ -42,7 +42,7 @@ TEST_F(MailslotRunTest, CountsADemoByTypesAsFarAsItWasTaken) {
     arguments_.Seed = 5;
     for (const bool fails : {false, true}) {
         if (fails)
-            Slot().WritesBeforeFailure = 50;
+            Mailslot().WritesBeforeFailure = 50;
         MailslotRun run(arguments_, mailslots_, clock_);
         EXPECT_EQ(run.SendDemo(), fails ? Outcome::NotTaken : Outcome::Sent);
         const std::uint64_t texts = run.Counts().Texts.value_or(0);

@@ -36,8 +36,8 @@ protected:
     /// No argument may hold a double quote, a dollar sign, a backquote or a percent sign: within double
     /// quotes all else means itself to every shell.
     Result Send(const Texts& arguments, const std::string& redirection = {}) const {
-        const std::string out = slot_.Home / "out";
-        const std::string err = slot_.Home / "err";
+        const std::string out = testMailslot_.Home / "out";
+        const std::string err = testMailslot_.Home / "err";
         // Starts with no quote: one system's shell removes a first and a last one.
         std::string command = "cd . && \"" TALLYHORN_SEND "\"";
         for (const std::string& argument : arguments)
@@ -48,7 +48,8 @@ protected:
         return {status > MostOfAByte ? status >> 8 : status, ReadText(out), ReadText(err)};
     }
     Result SendByMailslot(Texts arguments, const std::string& redirection = {}) const {
-        arguments.insert(arguments.begin(), {"--mailslot", slot_.Name, "--mailslot-folder", slot_.Folder});
+        arguments.insert(arguments.begin(),
+                         {"--mailslot", testMailslot_.Name, "--mailslot-folder", testMailslot_.Folder});
         return Send(arguments, redirection);
     }
     Result SendBySyslog(Texts arguments) const {
@@ -72,22 +73,22 @@ protected:
         return texts;
     }
 
-    TestMailslot slot_;
+    TestMailslot testMailslot_;
     SystemClock clock_;
-    cvbMailslot mailslot_{*slot_.Transport, clock_};
+    cvbMailslot mailslot_{*testMailslot_.Transport, clock_};
     std::unique_ptr<DatagramReceiver> receiver_ = MakeDatagramSockets()->Listen(0, [] {});
     std::string target_ = "127.0.0.1:" + std::to_string(receiver_->Port());
 };
 
 TEST_F(SendProgramTest, SendsTextsByMailslot) {
-    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
+    ASSERT_TRUE(mailslot_.InitializeMailslot(testMailslot_.Name, true));
     // The longest that goes whole has no room for a NUL; only the first of a batch ends without one.
     EXPECT_EQ(SendByMailslot({std::string(400, 'y')}).Status, 0);
     EXPECT_EQ(SendByMailslot({"a text of 22 bytes: ok"}),
-              (Result{0, "sent 1 text, 1 datagram, 23 bytes to " + slot_.Name + "\n", ""}));
+              (Result{0, "sent 1 text, 1 datagram, 23 bytes to " + testMailslot_.Name + "\n", ""}));
     EXPECT_EQ(SendByMailslot({"--", "--help"}).Status, 0);
     EXPECT_EQ(SendByMailslot({std::string(600, 'z')}).Output,
-              "sent 1 text, 3 datagrams, 624 bytes to " + slot_.Name + "\n");
+              "sent 1 text, 3 datagrams, 624 bytes to " + testMailslot_.Name + "\n");
     EXPECT_EQ(ReadMailslot(6), (Texts{std::string(400, 'y'), "a text of 22 bytes: ok", "--help"}));
     const std::string demo = SendByMailslot({"--demo", "--count", "50"}).Output;
     EXPECT_TRUE(demo.starts_with("sent 50 texts, ")) << demo;
@@ -106,8 +107,8 @@ TEST_F(SendProgramTest, SendsTextsBySyslog) {
 }
 
 TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
-    ASSERT_TRUE(mailslot_.InitializeMailslot(slot_.Name, true));
-    const std::string file = slot_.Home / "text";
+    ASSERT_TRUE(mailslot_.InitializeMailslot(testMailslot_.Name, true));
+    const std::string file = testMailslot_.Home / "text";
     std::string bytes = "first line\r\nsecond\n\x1A";
     for (int byte = 1; byte < 256; ++byte)
         bytes += static_cast<char>(byte);
@@ -124,13 +125,13 @@ TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
               (Result{1, "sent 0 datagrams, 0 bytes to " + target_ + "\n",
                       "tallyhorn-send: the system did not take a datagram for " + target_ +
                           ": it is too long or there is no way\n"}));
-    EXPECT_EQ(SendByMailslot({"--file", slot_.Home / "missing"}).Status, 2);
-    EXPECT_EQ(SendByMailslot({"--file", slot_.Home.Path().string()}).Status, 2);
+    EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home / "missing"}).Status, 2);
+    EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home.Path().string()}).Status, 2);
 }
 
 TEST_F(SendProgramTest, SaysWhatIsWrong) {
     EXPECT_EQ(SendByMailslot({"text"}),
-              (Result{1, "", "tallyhorn-send: nobody listens at the mailslot " + slot_.Name + "\n"}));
+              (Result{1, "", "tallyhorn-send: nobody listens at the mailslot " + testMailslot_.Name + "\n"}));
     receiver_.reset();
     const Result nobody = SendBySyslog({"text"});
     EXPECT_EQ(nobody.Status, 1);

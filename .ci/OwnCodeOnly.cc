@@ -1,6 +1,5 @@
-// A plugin of clang-tidy, built by check-naming: keeps the checks from walking through what comes from system
-// headers.  They find nothing there that would be told, and it is nine tenths of what they would walk
-// through.
+// A plug-in for clang-tidy, built by check-tidy.  It restricts all checks to declarations outside system
+// headers: clang-tidy would report nothing from those headers, but they are nine tenths of the syntax tree.
 
 #include <clang-tidy/ClangTidyCheck.h>
 #include <clang-tidy/ClangTidyModule.h>
@@ -12,7 +11,8 @@
 
 namespace tallyhorn {
 
-/// Matches the first node of all, before anything below it is walked through.
+/// Matches the root of the syntax tree, which is visited first, and sets the traversal scope for all other
+/// checks.
 class OwnCodeOnly final : public clang::tidy::ClangTidyCheck {
 public:
     using ClangTidyCheck::ClangTidyCheck;

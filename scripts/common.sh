@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# What run.sh, test.sh and the steps of .ci/ share: the packages that each task needs, and how a
-# preset is configured and built.  To be sourced with the repository's root as current folder.
+# Functions that run.sh, test.sh, packaging/ and .ci/ share: which packages each task needs, and how a preset is
+# configured and built.  Scripts source this file with the root of the repository as current folder.
 
-# Debian's packages, by task.
+# The Debian packages that each task needs.
 declare -A Packages=(
     [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
     [headless]="xvfb openbox xdotool imagemagick"
@@ -26,7 +26,11 @@ Fail() {
     exit 1
 }
 
-# WaitFor SECONDS COMMAND...: false when the command has not succeeded within that time.
+# Prints the folder for results that later runs and other checkouts reuse: TALLYHORN_CACHE, else tallyhorn/ in
+# XDG_CACHE_HOME, else ~/.cache/tallyhorn.
+CacheFolder() { realpath -m "${TALLYHORN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tallyhorn}"; }
+
+# WaitFor SECONDS COMMAND...: repeats the command until it succeeds; fails after that time.
 WaitFor() {
     local end=$((SECONDS + $1))
     shift
@@ -36,7 +40,7 @@ WaitFor() {
     done
 }
 
-# PortTaken PORT: whether a program of this machine listens there by UDP.
+# PortTaken PORT: succeeds if a program on this machine listens on that UDP port.
 PortTaken() {
     local tables=(/proc/net/udp)
     [[ ! -e /proc/net/udp6 ]] || tables+=(/proc/net/udp6)
@@ -44,7 +48,7 @@ PortTaken() {
         END { exit !found }' "${tables[@]}"
 }
 
-# MissingPackages PACKAGE...: those that are not installed, one a line.
+# MissingPackages PACKAGE...: prints those that are not installed, one per line.
 MissingPackages() {
     comm -13 <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
         sed -n 's/^installed //p' | sort -u) <(printf '%s\n' "$@" | sort -u)
@@ -58,11 +62,11 @@ AsRoot() {
     fi
 }
 
-# InstallPackages PACKAGE...: what apt-get says is shown only when it fails.
+# InstallPackages PACKAGE...: shows the output of apt-get only if it fails.
 InstallPackages() {
     local log
     log=$(mktemp)
-    AsRoot apt-get update -qq >"$log" 2>&1 || Say "apt-get update failed; going on with the lists at hand"
+    AsRoot apt-get update -qq >"$log" 2>&1 || Say "apt-get update failed; using the package lists that are already here"
     if ! AsRoot env DEBIAN_FRONTEND=noninteractive apt-get install -qq --no-install-recommends \
         -o DPkg::Lock::Timeout=300 "$@" >>"$log" 2>&1; then
         tail -n 40 "$log" >&2
@@ -72,7 +76,7 @@ InstallPackages() {
     rm -f "$log"
 }
 
-# EnsurePackages TASK...: installs what the tasks need and the machine lacks.
+# EnsurePackages TASK...: installs the packages of these tasks that are missing.
 EnsurePackages() {
     local task list names=() missing
     for task in "$@"; do
@@ -80,7 +84,7 @@ EnsurePackages() {
         names+=("${list[@]}")
     done
     if ! command -v dpkg-query >/dev/null; then
-        Say "Not a Debian machine: taking it that it has the equivalents of ${names[*]}"
+        Say "Not a Debian machine: assuming that the equivalents of these packages are installed: ${names[*]}"
         return
     fi
     mapfile -t missing < <(MissingPackages "${names[@]}")
@@ -88,20 +92,20 @@ EnsurePackages() {
         return
     fi
     if ((EUID != 0)) && ! command -v sudo >/dev/null; then
-        Fail "neither root nor sudo: have these packages installed first: ${missing[*]}"
+        Fail "installing packages needs root or sudo; these are missing: ${missing[*]}"
     fi
     Say "Installing ${missing[*]}"
     InstallPackages "${missing[@]}"
 }
 
-# Configure PRESET: only when it never was, or when the presets have changed since; the build
-# itself notices everything else.
+# Configure PRESET: runs CMake if the preset was never configured or CMakePresets.json has changed since.  The build
+# itself notices all other changes.
 Configure() {
     local folder=build/$1
     if [[ $1 == windows ]]; then
-        packaging/windows/build-qt.sh  # at once where that Qt is there
+        packaging/windows/build-qt.sh  # returns at once if that Qt is in the cache
         if [[ $(readlink build/qt-windows) != $(cat "$folder/.made-with" 2>/dev/null) ]]; then
-            rm -rf "$folder"  # made with another: the times of its headers tell nobody
+            rm -rf "$folder"  # made with another Qt, whose headers may look older or newer than these
             mkdir -p "$folder"
             readlink build/qt-windows >"$folder/.made-with"
         fi
@@ -118,7 +122,7 @@ Configure() {
     touch "$folder/.configured"
 }
 
-# Build PRESET [TARGET...]: every target when none is named.
+# Build PRESET [TARGET...]: builds these targets, or all.
 Build() {
     local preset=$1 arguments=(--preset "$1")
     shift

@@ -1,28 +1,27 @@
 #!/usr/bin/env bash
-# Cross-builds the Qt that the console's Windows build links: Core, Gui, Widgets and Test, static, from
-# Debian's own source package and with Debian's compiler.  It takes about twenty minutes on two cores, once:
-# the result lies in a cache folder named after everything it was made of, and build/qt-windows leads there.
-#
-# The cache is TALLYHORN_CACHE, else tallyhorn/ in XDG_CACHE_HOME, else ~/.cache/tallyhorn.
+# Cross-builds the static Qt (Core, Gui, Widgets and Test) for the console's Windows build, from Debian's source
+# package and with Debian's compiler.  This takes about twenty minutes on two cores, once: the result is kept in the
+# user's cache folder (CacheFolder in scripts/common.sh) under a hash of everything that went into it.
+# build/qt-windows is a link to it.
 set -euo pipefail
 shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
 
 readonly link=build/qt-windows toolchain=cmake/mingw.cmake
-cache=$(realpath -m "${TALLYHORN_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tallyhorn}")
+cache=$(CacheFolder)
 work=""
-builder=""  # the process that builds, with all that it starts
+builder=""  # the process that builds Qt; also the id of its process group
 
-# The modules and features that no form of the console uses.  tabletevent: Debian's source comes without
-# the header that it needs.  direct2d stays, since the fonts of the platform's plugin need it.
+# Modules and features that the console does not use.  tabletevent is here because Debian's source lacks a header
+# that it needs.  direct2d must stay: the font code of the Windows platform plug-in needs it.
 readonly without=(sql dbus xml concurrent printsupport network androiddeployqt
     vulkan direct2d1_1 tabletevent ssl zstd icu glib jpeg textmarkdownreader textmarkdownwriter)
 readonly bundled=(zlib pcre2 doubleconversion png freetype harfbuzz)
 
 Version() { dpkg-query -W -f='${source:Version}' "$1"; }
 
-# Recipe: what decides the result.
+# Prints everything that decides the result: versions, options, build functions, toolchain file.
 Recipe() {
     local package
     for package in qt6-base-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev binutils-mingw-w64-x86-64; do
@@ -33,7 +32,7 @@ Recipe() {
     cat "$toolchain"
 }
 
-# SourceLists FOLDER: this machine's own package sources, as sources of source packages.
+# SourceLists FOLDER: writes this machine's package sources there, changed from binary to source packages.
 SourceLists() {
     mkdir -p "$1"
     local list
@@ -45,8 +44,8 @@ SourceLists() {
     done
 }
 
-# FetchSource: the source of the very version whose generators are installed, in $work/source.  The
-# machine's own lists of packages stay as they are.
+# Unpacks into $work/source the Qt source of the same version as the installed generators (moc, rcc).  Leaves the
+# package lists of the machine unchanged.
 FetchSource() {
     local apt=$work/apt
     SourceLists "$apt/parts"
@@ -97,7 +96,7 @@ CleanUp() {
     [[ -z $work ]] || rm -rf "$work"
 }
 
-# Once, while others who want the same wait.
+# Builds Qt unless another process is doing so: then waits for that one.
 MakeQt() {
     mkdir -p "$cache"
     exec 9>"$qt.lock"
@@ -111,17 +110,17 @@ MakeQt() {
     trap CleanUp EXIT
     trap 'exit 130' INT TERM HUP
     work=$qt.building
-    rm -rf "$work"  # left by a crash
+    rm -rf "$work"  # may be left from a crash
     mkdir "$work"
-    Say "Building Qt for Windows, once, in about twenty minutes"
-    # A process group of its own, in which a failure ends all and which can be ended as a whole.
+    Say "Building Qt for Windows (once, about twenty minutes)"
+    # set -m gives the job its own process group, which CleanUp can end as a whole.
     set -m
     BuildQt >"$qt.log" 2>&1 9>&- </dev/null &
     builder=$!
     set +m
     if ! wait "$builder"; then
         tail -n 40 "$qt.log" >&2
-        Fail "Qt could not be built; $qt.log tells more"
+        Fail "Qt could not be built; see $qt.log"
     fi
     mv "$work/qt" "$qt"
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The yardstick of datagrams: what a bare receiving loop takes, and what it costs.
+// The yardstick for datagrams: the rate and the processor time of a bare receiving loop.
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -17,20 +17,20 @@
 
 namespace tallyhorn {
 
-/// What a run of a receiver came to.
+/// The result of one run of a receiver.
 struct LoadResult {
     std::uint64_t Sent = 0;
     std::uint64_t Received = 0;
     double SendingSeconds = 0;
-    double ProcessorSeconds = 0;  ///< the receiver's
+    double ProcessorSeconds = 0;  ///< of the receiving thread or process
 
     double Rate() const { return static_cast<double>(Sent) / SendingSeconds; }
     double NanosecondsEach() const { return ProcessorSeconds * 1e9 / static_cast<double>(Received); }
     double Lost() const { return static_cast<double>(Sent - Received); }
 };
 
-/// A blocking recvmmsg loop with the receive buffer of the console's and nothing behind it; nothing where
-/// sending failed.
+/// Receives `count` datagrams in a blocking recvmmsg loop, with a receive buffer as large as the console's,
+/// and discards them.  Returns nothing if sending failed.
 inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t rate) {
     constexpr unsigned Batch = 64;
     constexpr std::size_t Length = 2048;
@@ -47,7 +47,7 @@ inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t 
     const FileDescriptor socket(::socket(AF_INET6, SOCK_DGRAM, 0));
     const int off = 0;
     const int largest = 1 << 30;
-    // So that what was lost does not leave the loop waiting for ever.
+    // Ends the loop if datagrams were lost.
     const timeval patience{.tv_sec = 0, .tv_usec = 500'000};
     setsockopt(socket.Get(), IPPROTO_IPV6, IPV6_V6ONLY, &off, sizeof off);
     setsockopt(socket.Get(), SOL_SOCKET, SO_RCVBUF, &largest, sizeof largest);
@@ -76,8 +76,9 @@ inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t 
     return result;
 }
 
-/// The highest rate, in steps of a tenth down from what one sender can, at which the yardstick loses nothing
-/// in a second; nothing where each of them loses some.
+/// Returns the highest rate, in datagrams per second, at which the yardstick loses none in one second. Starts
+/// at the highest rate of one sender and lowers it by a tenth at each step; returns nothing if all 20 steps
+/// lose some.
 inline std::optional<double> LossFreeRate() {
     std::optional<LoadResult> result = BareReceive(500'000, 0);
     for (int step = 0; step < 20 && result && result->Lost() > 0; ++step) {

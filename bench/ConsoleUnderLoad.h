@@ -25,11 +25,11 @@
 
 namespace tallyhorn {
 
-/// A whole console over the machine's own mailslots and ports, with its window shown.
-/// User-interface thread only.
+/// Owns a whole console with a visible window, which receives from real mailslots and a real UDP port. Sound,
+/// help, message boxes and the notification area are fakes.
 class ConsoleUnderLoad {
 public:
-    /// `folder` is the console's own and the one of the mailslots.
+    /// `folder` holds the console's files and the mailslots.
     ConsoleUnderLoad(const TemporaryFolder& folder, DatagramSockets& datagrams)
         : instance_("bench", folder / "locks") {
         setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
@@ -46,7 +46,7 @@ public:
 
     frmServer& Window() { return console_->Window(); }
 
-    /// The rows that all lists show.
+    /// Returns the number of rows in all lists together.
     int Rows() const {
         int rows = 0;
         for (const QAbstractItemModel* const model : models_)
@@ -54,12 +54,13 @@ public:
         return rows;
     }
 
-    /// Lets the window work until `done`; false where two minutes do not do.
+    /// Runs pending events until `done` returns true.  Returns false if that takes more than two minutes.
     [[nodiscard]] static bool WorkUntil(const std::function<bool()>& done) {
         QTimer watch;
         watch.start(5);
         const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
-        // No loop of its own: the end of a console ends all loops, those that begin later too.
+        // Not a QEventLoop: the end of one console quits the application, which would end the loops of later
+        // ones.
         do {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             if (done())
@@ -68,7 +69,7 @@ public:
         return false;
     }
 
-    /// Saves and ends; false where it does not come to its end.
+    /// Saves the messages and ends the console.  Returns false if it does not end within two minutes.
     [[nodiscard]] bool End() {
         console_->End();
         return WorkUntil([this] { return console_->HasEnded(); });

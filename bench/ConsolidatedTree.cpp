@@ -1,5 +1,4 @@
-// What a leaf costs in a tree of a million against one of ten thousand: to add, and to take away among
-// 50,000.
+// Adds and removes leaves in a tree of 1,000,000 leaves and, as the yardstick, in one of 10,000.
 
 #include "views/messages/ConsolidatedTree.h"
 
@@ -20,7 +19,8 @@ constexpr std::size_t Computers = 5000;
 constexpr Slot FewLeaves = 10'000;
 constexpr Slot ManyLeaves = 1'000'000;
 
-/// Each computer raises one kind of alarm of one type, so that the tree has exactly as many computers.
+/// A tree in which each computer raises one kind of alarm of one type, so that it has exactly as many groups
+/// of computers as there are computers.
 struct LeafyTree {
     explicit LeafyTree(Slot leaves) {
         for (Slot slot = 0; slot < leaves; ++slot)
@@ -31,7 +31,8 @@ struct LeafyTree {
         Tree.AddMessageToConsolidatedTree(slot, Record);
     }
     void MakeRow(Slot slot) {
-        // Scattered, and all of them early: the few leaves have as many groups as the many.
+        // Spreads the leaves over all computers from the start, so that the small tree has as many groups as
+        // the large one.
         const std::size_t computer = static_cast<std::size_t>(slot) * 1237 % Computers;
         Record.AlarmName = "Alarm number " + std::to_string(computer % Alarms);
         Record.Computer = "LON-SRV-" + std::to_string(computer);
@@ -52,7 +53,7 @@ struct LeafyTree {
     ConsolidatedTree Tree{Rows};
 };
 
-/// The rows are made beforehand: they are there anyway, and not the tree's.
+/// Makes the rows outside the measured time, because the lists need them too.
 void AddLeaves(benchmark::State& state, Slot leaves) {
     constexpr Slot Added = 10'000;
     const auto tree = std::make_unique<LeafyTree>(leaves);
@@ -77,7 +78,7 @@ void AddLeaves(benchmark::State& state, Slot leaves) {
     state.SetItemsProcessed(state.iterations() * Added);
 }
 
-/// `removed` of the leaves, scattered; what stays of the smaller tree is a tenth of it, as of the larger one.
+/// Removes `removed` leaves at random positions in one call.
 void RemoveLeaves(benchmark::State& state, Slot leaves, std::size_t removed) {
     const auto tree = std::make_unique<LeafyTree>(leaves);
     std::vector<Slot> slots(static_cast<std::size_t>(leaves));

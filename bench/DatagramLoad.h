@@ -24,34 +24,34 @@ namespace tallyhorn {
 inline constexpr int ReceivingCore = 0;
 inline constexpr int SendingCore = 1;
 
-/// Whether the machine lets this process have both; asked before PinTo.  Says so where it does not.
+/// Returns whether this process may use both cores, and prints a note if not.  Call it before PinTo.
 inline bool HasBothCores() {
     cpu_set_t cores;
     CPU_ZERO(&cores);
     const bool both = sched_getaffinity(0, sizeof cores, &cores) == 0 && CPU_ISSET(ReceivingCore, &cores) &&
                       CPU_ISSET(SendingCore, &cores);
     if (!both)
-        std::fputs("left out: datagrams are measured with the sender on a core of its own\n", stderr);
+        std::fputs("skipped: datagrams are measured with sender and receiver on different cores\n", stderr);
     return both;
 }
 
-/// The calling thread, and all that it starts from then on, in threads and processes.
+/// Restricts the calling thread, and every thread and process that it starts later, to one core.
 inline void PinTo(int core) {
     cpu_set_t cores;
     CPU_ZERO(&cores);
     CPU_SET(static_cast<unsigned>(core), &cores);
     if (sched_setaffinity(0, sizeof cores, &cores) != 0) {
-        std::fprintf(stderr, "core %d is out of reach\n", core);
+        std::fprintf(stderr, "cannot run on core %d\n", core);
         std::exit(1);
     }
 }
 
-/// Owns a process that sends numbered notifications in the syslog layout, " #00000001" and on at their ends,
-/// to a port of this machine.  It is forked off at once, best before much memory is in use, and sends when
-/// told. For one thread.
+/// Owns a process that sends notifications by syslog to a port on this machine; each ends with its number,
+/// from " #00000001".  The process is forked in the constructor, which should run before much memory is in
+/// use, and starts to send at Start.  For one thread.
 class DatagramLoad {
 public:
-    /// `rate` a second, evenly, or as fast as one sender can for 0.
+    /// Sends `rate` datagrams per second, evenly spaced; 0 means as fast as possible.
     DatagramLoad(std::uint64_t count, std::uint64_t rate) : count_(count), rate_(rate) {
         if (pipe(orders_.data()) != 0 || pipe(answers_.data()) != 0)
             std::abort();
@@ -70,7 +70,7 @@ public:
     DatagramLoad& operator=(const DatagramLoad&) = delete;
 
     void Start(std::uint16_t port) { (void)!write(orders_[1], &port, sizeof port); }
-    /// Waits until all is sent, and tells the seconds that it took; nothing where sending failed.
+    /// Waits until all datagrams are sent and returns the seconds that sending took, or nothing if it failed.
     std::optional<double> Wait() {
         double seconds = 0;
         if (read(answers_[0], &seconds, sizeof seconds) != sizeof seconds)
@@ -107,7 +107,7 @@ private:
     }
 
     bool SendAll(DatagramSender& sender, std::vector<std::string>& texts, Clock::time_point start) const {
-        // Small, where the rate is to be even.
+        // Small batches keep a given rate even.
         const std::uint64_t batchSize = rate_ == 0 ? 64 : 8;
         std::vector<std::string_view> batch;
         for (std::uint64_t sent = 0; sent < count_; sent += batch.size()) {
@@ -116,7 +116,7 @@ private:
                 batch.push_back(Number(texts[i % texts.size()], i + 1));
             const auto due = start + std::chrono::nanoseconds(rate_ == 0 ? 0 : sent * 1'000'000'000 / rate_);
             while (Clock::now() < due) {
-                // The core is this process's own, and a sleep would be too coarse.
+                // Spins, because a sleep is too coarse; the core is not needed by anything else.
             }
             if (sender.SendBatch(batch) != batch.size())
                 return false;

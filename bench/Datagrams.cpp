@@ -1,6 +1,6 @@
-// From another process's UDP datagrams to a reader that takes and counts them: the rate that goes without a
-// loss, and the processor time of a datagram (all threads, the kernel's share included), with the sender on
-// one core and the receiver on the other.  The yardstick is a bare receiving loop over the same datagrams.
+// Receives UDP datagrams from another process and counts them: the highest rate without a loss, and the
+// processor time per datagram (all threads, kernel time included).  Sender and receiver run on different
+// cores.  The yardstick is a bare receiving loop over the same datagrams.
 
 #include <benchmark/benchmark.h>
 
@@ -17,7 +17,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The argument of a benchmark for a rate that only the machine knows.
+/// The argument that means "as fast as possible".
 constexpr std::int64_t Unpaced = 0;
 constexpr std::uint64_t Seconds = 2;
 
@@ -58,7 +58,7 @@ void LossFree(benchmark::State& state) {
     }
 }
 
-/// The reader, in a thread of this process as the window's would be, sleeps until it is woken.
+/// The reader sleeps until the receiver wakes it, like the console's user-interface thread.
 void Receiver(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
         LoadResult result{.Sent = CountFor(state.range(0))};
@@ -86,8 +86,8 @@ void Receiver(benchmark::State& state) {
     }
 }
 
-/// A reader that is busy on the receiver's own core, and comes to take what waits but once a second: what is
-/// lost then is lost because the pump did not get the core in time.
+/// The reader keeps the receiver's core busy and takes the waiting datagrams only once per second.  Losses
+/// then mean that the pump thread did not get the core in time.
 void BusyReader(benchmark::State& state) {
     using Clock = std::chrono::steady_clock;
     for ([[maybe_unused]] auto _ : state) {

@@ -1,5 +1,5 @@
-// Export to a text file, each time beside writing the bytes of the same file with the same buffer and the
-// same wait for the disk.
+// Exports messages to a text file.  The yardstick writes the same bytes with the same buffer and waits for
+// the disk in the same way.
 
 #include <benchmark/benchmark.h>
 
@@ -21,10 +21,10 @@
 namespace tallyhorn {
 namespace {
 
-/// A console's messages without its window.
+/// The messages of a console without a window.
 struct Filled : MessagesOver<SystemClock> {
     explicit Filled(int count) {
-        GrowHeapInLargeSteps();  // as the console does
+        GrowHeapInLargeSteps();  // the console does this too
         Dialog.Answer = Folder.Path() / "export.txt";
         DemoFeed feed(1);
         for (int i = 0; i < count; ++i) {
@@ -59,7 +59,8 @@ void SelectLargestBranch(ConsolidatedTree& tree) {
     tree.SelectNode(largest);
 }
 
-/// By page and number of messages; `ratio` is the median of the export's times by that of the yardstick's.
+/// Takes the page and the number of messages.  `ratio` is the median time of the exports divided by that of
+/// the yardstick.
 void ExportBesideBareWriting(benchmark::State& state) {
     Filled filled(static_cast<int>(state.range(1)));
     filled.Display.Page = static_cast<MessagePage>(state.range(0));

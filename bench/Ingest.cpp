@@ -1,7 +1,7 @@
-// Syslog storms against the whole console with its window, the sender on one core and the console on another.
-// The yardsticks, of the same cores in the same run since a machine's speed varies: the rate that a bare
-// receiving loop takes without a loss, and the processor time that it takes for a datagram. With a display
-// (DISPLAY, e.g. by xvfb-run) the window is really drawn, else on nothing.
+// Sends storms of syslog datagrams to a whole console with its window; sender and console run on different
+// cores. The yardsticks are a bare receiving loop's highest rate without a loss and its processor time per
+// datagram.  They are measured in the same run, because the speed of a shared machine varies.  If DISPLAY is
+// set (e.g. by xvfb-run), the window is drawn there, else on Qt's "offscreen" platform.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -30,14 +30,14 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// The yardsticks are measured when first asked for; without one there is nothing to tell.
+/// Ends the program if a yardstick could not be measured, because the results mean nothing without it.
 template <typename Value>
 Value OrRefuse(const std::optional<Value>& value, const char* what) {
     if (value)
         return *value;
     std::fprintf(stderr, "the machine is too busy to measure %s\n", what);
     std::fflush(nullptr);
-    // Not the ordinary way out, which would wait for the window's end.
+    // exit() would wait for the window to close.
     std::_Exit(1);
 }
 
@@ -51,7 +51,7 @@ double BareLoopNanoseconds() {
     return Bare.NanosecondsEach();
 }
 
-/// The system's sockets, with a look at the receiver that the console was given.
+/// The system's sockets; remembers the receiver that the console got from them.
 class WatchedSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
@@ -70,9 +70,9 @@ private:
 };
 
 constexpr const char* SendingFailed = "sending failed";
-constexpr const char* Missing = "datagrams are missing that nobody counts as dropped";
+constexpr const char* Missing = "datagrams are missing that were not counted as dropped";
 
-/// One storm against one console.
+/// Owns one console and the sender of one storm.
 class Storm {
 public:
     Storm(std::uint64_t count, std::uint64_t rate, int page) : load_(Forked(count, rate)) {
@@ -87,7 +87,7 @@ public:
         start_ = SteadyClock::now();
         load_.Start(Port());
     }
-    /// Until everything is shown, or what is missing was dropped.
+    /// Waits until every datagram is either shown or counted as dropped.
     void Finish() {
         finished_ = WorkUntilAccounted(load_.Count());
         seconds_ = Elapsed();
@@ -95,7 +95,7 @@ public:
         usedHere_ = UsedProcessorSeconds(RUSAGE_THREAD) - beforeHere_;
         sent_ = HasSent();
     }
-    /// False where datagrams are missing that nobody counts as dropped.
+    /// Returns false if datagrams are missing that neither the receiver nor the system counts as dropped.
     [[nodiscard]] bool WorkUntilAccounted(std::uint64_t count) const {
         return ConsoleUnderLoad::WorkUntil([&] { return Received() + Dropped() >= count; }) &&
                Received() + Dropped() == count;
@@ -103,19 +103,20 @@ public:
     std::uint16_t Port() const { return sockets_.Receiver->Port(); }
     double Elapsed() const { return std::chrono::duration<double>(SteadyClock::now() - start_).count(); }
     std::uint64_t Received() const { return static_cast<std::uint64_t>(console_.Rows()); }
-    /// By whomever.
+    /// Returns how many datagrams the receiver or the system dropped.
     std::uint64_t Dropped() const {
         const DatagramLosses losses = sockets_.Receiver->Losses();
         return losses.NoRoom + losses.BySystem.value_or(0);
     }
-    /// Waits for the sender; false where sending failed.
+    /// Waits for the sender.  Returns false if sending failed.
     [[nodiscard]] bool HasSent() {
         sendingSeconds_ = load_.Wait();
         return sendingSeconds_.has_value();
     }
     double SendingRate() const { return static_cast<double>(load_.Count()) / sendingSeconds_.value_or(0); }
     double ProcessorMicroseconds() const { return used_ * 1e6 / static_cast<double>(Received()); }
-    /// Ends the console; gives what it saved, or nothing where it does not end.
+    /// Ends the console.  Returns the bytes of the backup that it saved, or an empty string if it does not
+    /// end.
     std::string Save() { return console_.End() ? ReadBytes(folder_ / "Backup.dat") : std::string(); }
 
     void Report(benchmark::State& state) const {
@@ -131,7 +132,8 @@ public:
     }
 
 private:
-    /// Nothing that an earlier console gave back may be copied for the sender.
+    /// Returns freed memory to the system before the fork: pages shared with the sender would have to be
+    /// copied when the console writes to them.
     static DatagramLoad Forked(std::uint64_t count, std::uint64_t rate) {
         malloc_trim(0);
         return {count, rate};
@@ -152,7 +154,7 @@ private:
     bool finished_ = false;
 };
 
-/// At a share of the yardstick's rate, given in hundredths.
+/// Sends at a percentage of the yardstick's rate.
 void AtAShareOfTheYardstick(benchmark::State& state) {
     for (auto _ : state) {
         const auto rate =
@@ -192,7 +194,7 @@ BENCHMARK(At50000ASecond)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
-/// The user-interface thread does nothing for a second in the middle.
+/// Blocks the user-interface thread for one second in the middle of the storm.
 void AStallOfASecond(benchmark::State& state) {
     constexpr std::uint64_t Rate = 50'000;
     for (auto _ : state) {
@@ -202,7 +204,7 @@ void AStallOfASecond(benchmark::State& state) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         const auto stalled = SteadyClock::now();
         const bool caughtUp = ConsoleUnderLoad::WorkUntil([&] {
-            // No more behind than an arrival's interval.
+            // At most 0.1 s behind the sender.
             return static_cast<double>(storm.Received()) > (storm.Elapsed() - 0.1) * Rate;
         });
         if (!caughtUp)
@@ -214,7 +216,7 @@ void AStallOfASecond(benchmark::State& state) {
 }
 BENCHMARK(AStallOfASecond)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/// One unpaced burst while the window is busy with the one before it: nothing of them may be lost.
+/// Sends a burst as fast as possible while the window is busy with an earlier one.  No datagram may be lost.
 void TwoBurstsOf20000(benchmark::State& state) {
     constexpr std::uint64_t Burst = 20'000;
     constexpr std::uint64_t Both = 2 * Burst;
@@ -232,12 +234,13 @@ void TwoBurstsOf20000(benchmark::State& state) {
         else if (!begun || !accounted)
             state.SkipWithError(Missing);
         else if (storm.Received() < Both)
-            state.SkipWithError("a burst that fits was not taken whole");
+            state.SkipWithError("datagrams were lost although the bursts fit into the queue");
     }
 }
 BENCHMARK(TwoBurstsOf20000)->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
 
-/// As fast as one sender can: what the system delivered is kept, in order, in the backup too.
+/// Sends as fast as one sender can.  Whatever the system delivers must be in the backup, in the order of
+/// sending.
 void Unpaced200000(benchmark::State& state) {
     for (auto _ : state) {
         Storm storm(200'000, 0, static_cast<int>(state.range(0)));
@@ -249,7 +252,7 @@ void Unpaced200000(benchmark::State& state) {
         std::uint64_t last = 0;
         std::uint64_t saved = 0;
         for (std::size_t at = backup.find(" #"); at != std::string::npos; at = backup.find(" #", at + 1)) {
-            // The number's eight digits, and the five of the next text's length.
+            // Real numbers have eight digits and are followed by the five digits of the next text's length.
             if (std::min(backup.find_first_not_of("0123456789", at + 2), backup.size()) - at < 10)
                 continue;
             const std::uint64_t number = std::stoull(backup.substr(at + 2, 8));
@@ -277,7 +280,7 @@ BENCHMARK(Unpaced200000)
 int main(int argc, char** argv) {
     if (!tallyhorn::HasBothCores())
         return 0;
-    tallyhorn::GrowHeapInLargeSteps();  // as the console does
+    tallyhorn::GrowHeapInLargeSteps();  // the console does this too
     if (qEnvironmentVariableIsEmpty("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);

@@ -1,5 +1,5 @@
-// One notification against 100 filters of which none matches, beside a loop that compares ready-made integers
-// for the same tests.
+// Tests a notification against 100 suppression filters, none of which matches.  The yardstick is a loop that
+// makes the same tests on precomputed integers.
 
 #include <benchmark/benchmark.h>
 
@@ -41,7 +41,7 @@ std::size_t Roll(std::mt19937& random, std::size_t below) {
     return random() % below;
 }
 
-/// What the same test costs when nothing is left to look up: each field a number, with 0 for "not tested".
+/// The yardstick's filter: each text is a precomputed number, and 0 means "not tested".
 struct ReadyTests {
     std::int64_t Begin = 0, End = 0;
     std::int32_t EventID = AnyEventID;
@@ -71,7 +71,7 @@ bool ReadyMatch(const ReadyTests& tests, const ReadyAlarm& alarm) {
     return tests.Types == 0 || (tests.Types & alarm.Type) != 0;
 }
 
-/// The feed and the filters, as texts and as ready-made numbers.
+/// The notifications and the filters, each as texts and as precomputed numbers.
 struct Scene {
     Scene();
     void AddFilter(std::mt19937& random);
@@ -90,10 +90,12 @@ std::string ComputerName(std::size_t number) {
 
 constexpr std::size_t ComputerTotal = 40;
 constexpr std::int64_t FeedStart = 1'750'000'000;
-constexpr std::int32_t FirstFilterID = 100'000;  // beyond every id in the feed, so that no filter matches
+constexpr std::int32_t FirstFilterID =
+    100'000;  // larger than every ID in the notifications, so that no filter matches
 
-/// Most filters come from the suppress command (event id, source, type); some add an account, a computer or a
-/// category; a few are of a computer or a range of dates alone, for computers and days not in the feed.
+/// Most filters are like those of the suppress command (event ID, source and type).  Some also test an
+/// account, a computer or a category.  A few test only a computer or a range of dates that does not occur in
+/// the notifications.
 void Scene::AddFilter(std::mt19937& random) {
     SuppressionFilter& filter = Filters.CurrentFilter;
     filter = SuppressionFilter();

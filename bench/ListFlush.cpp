@@ -1,5 +1,5 @@
-// A batch of rows comes into a list that is on show: taken in, scrolled to, painted.  Beside it the barest
-// widget that paints the same rows.  A run in which a batch was not painted by itself has failed.
+// Adds batches of rows to a visible list, which scrolls to the newest row and paints it.  The yardstick is a
+// minimal widget that paints the same rows.  The run fails if a batch was not painted separately.
 
 #include <benchmark/benchmark.h>
 
@@ -39,7 +39,7 @@ const std::vector<AlarmRecord>& Alarms() {
 
 constexpr std::array<int, SizedColumnCount> Widths = {276, 264, 180, 252, 180};
 
-/// Rows of ready strings, painted cell by cell; nothing can be selected, sorted or resized.
+/// The yardstick: paints rows of ready-made strings cell by cell, without selection, sorting or resizing.
 class BareArea final : public QAbstractScrollArea {
 public:
     using Row = std::array<QString, SizedColumnCount>;
@@ -87,7 +87,7 @@ public:
     std::int64_t Painted = 0;
 };
 
-/// The newest row stands at the lower end, and every batch was painted.
+/// Fails the run unless the newest row is at the bottom and every batch was painted.
 void Check(benchmark::State& state, const QScrollBar& bar, const PaintCounter& paints) {
     if (bar.maximum() == 0 || bar.value() != bar.maximum())
         state.SkipWithError("the newest row is not in view");
@@ -145,7 +145,7 @@ void FlushList(benchmark::State& state) {
         for (Slot slot = first; slot < next; ++slot)
             list.Add(slot);
         view.TakeInRows();
-        // The list would let some time go by before it shows them, together with what came meanwhile.
+        // The list waits a moment to show several batches together; this fires its timer at once.
         if (pacer->isActive()) {
             pacer->start(0);
             QCoreApplication::processEvents();

@@ -1,4 +1,4 @@
-// What a message of the backup costs from the file into store, lists and tree.
+// Loads messages from the backup file into the store, the lists and the tree.
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,7 @@ public:
     void Show(std::uint64_t /*done*/, std::uint64_t /*total*/) override {}
 };
 
-/// Everything of a console but its window.
+/// All parts of a console except its window.
 struct Rules : ReceptionOver<SystemClock> {
     explicit Rules(const TemporaryFolder& folder)
         : Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices) {}
@@ -29,7 +29,7 @@ struct Rules : ReceptionOver<SystemClock> {
 };
 
 void IntoListsAndTree(benchmark::State& state) {
-    GrowHeapInLargeSteps();  // as the console does
+    GrowHeapInLargeSteps();  // the console does this too
     const TemporaryFolder folder;
     {
         Rules rules(folder);

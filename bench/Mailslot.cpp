@@ -1,6 +1,6 @@
-// From another process's mailslot texts to strings: what the pump, the queue and ReadMessages cost together,
-// in this process's processor time (all its threads, the kernel's share included).  The yardstick is a bare
-// loop over the same datagrams: what the system asks for them before any line of ours runs.
+// Receives texts that another process writes into a mailslot: the processor time of the pump thread, the
+// queue and ReadMessages together (all threads of this process, kernel time included).  The yardstick is a
+// bare receiving loop over the same datagrams, which is what the system alone costs.
 
 #include <benchmark/benchmark.h>
 #include <sys/socket.h>
@@ -26,7 +26,7 @@ namespace {
 constexpr int Texts = 200'000;
 constexpr std::size_t TextLength = 380;
 
-/// Runs `send` in a process of its own.
+/// Runs `send` in a child process.
 template <typename Function>
 pid_t StartSender(Function send) {
     const pid_t child = fork();
@@ -37,7 +37,7 @@ pid_t StartSender(Function send) {
     return child;
 }
 
-/// Forks once for each iteration, so the time is set by hand: processor seconds a text.
+/// Reports processor time instead of elapsed time, because each iteration waits for a child process.
 void ReportPerText(benchmark::State& state, double seconds) {
     state.SetIterationTime(seconds);
     state.counters["ns_per_text"] =
@@ -98,7 +98,7 @@ void BareReceive(benchmark::State& state) {
 }
 BENCHMARK(BareReceive)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// The share of ReadMessages alone, over mailslots in memory.
+/// ReadMessages alone, over mailslots in memory.
 void ReadMessagesAlone(benchmark::State& state) {
     constexpr std::size_t Waiting = 32'000;
     FakeMailslots mailslots;

@@ -1,5 +1,5 @@
-// The backup file: saving 100,000 texts beside `cp` of the same file and `sync` of the copy (an fsync of that
-// file, which is what a save waits for too), and reading it back.
+// Saves 100,000 texts to the backup file and reads them back.  The yardstick of saving is `cp` of the same
+// file and `sync` of the copy: an fsync, which a save waits for too.
 
 #include "storage/MessageBackup.h"
 
@@ -27,7 +27,7 @@ public:
     void Show(std::uint64_t /*done*/, std::uint64_t /*total*/) override {}
 };
 
-/// A full store, and a backup of it in a folder of its own.
+/// A full store and its backup file, in a temporary folder.
 struct FilledBackup {
     FilledBackup() {
         for (int i = 0; i < TextCount; ++i) {
@@ -35,7 +35,7 @@ struct FilledBackup {
             text.resize(TextSize, static_cast<char>('a' + i % 26));
             Messages.Put(Messages.Grow(), std::move(text));
         }
-        WriteBytes(File, "");  // a save deletes the file that stood there
+        WriteBytes(File, "");  // a save deletes the earlier file
         Backup.SaveMessageBackup();
     }
 
@@ -49,8 +49,8 @@ struct FilledBackup {
     MessageBackup Backup{File, Messages, Boxes, Slices};
 };
 
-/// Both in turns, each over the file that it wrote before; `ratio` is the median of the save's times by that
-/// of the yardstick's, and 2 is half its speed.
+/// Runs both in turn, each over the file that it wrote before.  `ratio` is the median time of the saves
+/// divided by that of the copies.
 void SaveBesideCopy(benchmark::State& state) {
     FilledBackup filled;
     const std::string copy = filled.Folder / "copy";
@@ -70,7 +70,7 @@ void SaveBesideCopy(benchmark::State& state) {
 }
 BENCHMARK(SaveBesideCopy)->Iterations(21)->Unit(benchmark::kMillisecond);
 
-/// Counting and reading, with nothing done with the texts.
+/// Counts and reads the texts without using them.
 void Load(benchmark::State& state) {
     FilledBackup filled;
     NoProgress progress;
@@ -83,7 +83,7 @@ void Load(benchmark::State& state) {
 }
 BENCHMARK(Load)->Unit(benchmark::kMillisecond);
 
-/// One pass over the file, and `ReadAlone`: the same reads without looking at what they bring.
+/// Reads all texts in one pass over the file.  The yardstick is `ReadAlone`, which reads the bytes only.
 void ReadTexts(benchmark::State& state) {
     FilledBackup filled;
     const auto file = OpenInputFile(filled.File);

@@ -1,4 +1,5 @@
-// Lists of 10,000 and of 1,000,000 rows: what one row costs, and what a kept notification holds.
+// Adds and deletes rows in lists of 10,000 and of 1,000,000 rows, and measures the memory that a message
+// takes.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -22,7 +23,7 @@ namespace {
 constexpr std::size_t TextCount = 4096;
 constexpr int AddedRows = 5000;
 
-/// Lifelike notifications, parsed beforehand.
+/// Realistic records, parsed in advance.
 const std::vector<AlarmRecord>& Alarms() {
     static const std::vector<AlarmRecord> Parsed = [] {
         DemoFeed feed(1);
@@ -34,7 +35,7 @@ const std::vector<AlarmRecord>& Alarms() {
     return Parsed;
 }
 
-/// One list with `size` rows in it whose dates and alarms are mixed.
+/// A list of `size` rows with dates and alarms in random order.
 struct FilledList {
     explicit FilledList(int size, std::optional<MessageColumn> sortedBy) {
         for (int i = 0; i < size; ++i)
@@ -56,7 +57,7 @@ struct FilledList {
     Slot Next = 0;
 };
 
-/// Rows added one by one into a sorted list; the time is that of one row.
+/// Adds rows one by one to a sorted list and reports the time per row.
 void AddSorted(benchmark::State& state, MessageColumn column) {
     const auto list = std::make_unique<FilledList>(static_cast<int>(state.range(0)), column);
     for (auto _ : state)
@@ -71,7 +72,7 @@ BENCHMARK_CAPTURE(AddSorted, ByAlarm, MessageColumn::Alarm)
     ->Arg(1'000'000)
     ->Iterations(AddedRows);
 
-/// One row in twenty is selected all over the list and deleted; the time is that of one deleted row.
+/// Deletes one row in twenty, spread over the list, and reports the time per deleted row.
 void DeleteScattered(benchmark::State& state) {
     const auto size = static_cast<std::size_t>(state.range(0));
     for (auto _ : state) {
@@ -88,7 +89,7 @@ void DeleteScattered(benchmark::State& state) {
 BENCHMARK(DeleteScattered)->Arg(10'000)->Iterations(50)->UseManualTime();
 BENCHMARK(DeleteScattered)->Arg(1'000'000)->Iterations(3)->UseManualTime();
 
-/// What 200,000 kept notifications hold beyond the bytes of their texts, measured at the allocator.
+/// Reports the heap bytes per message, without its text's own bytes, for 200,000 messages.
 void BytesHeld(benchmark::State& state, std::optional<MessageColumn> sortedBy) {
     constexpr int Kept = 200'000;
     for (auto _ : state) {

@@ -1,4 +1,5 @@
-// The NetBIOS parse beside the least that any reader of such a text must do: copy it and look for ten bytes.
+// Parses a NetBIOS notification.  The yardstick is the least that any parser must do: copy the text and
+// search it for ten bytes.
 
 #include <benchmark/benchmark.h>
 

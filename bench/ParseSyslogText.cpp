@@ -1,5 +1,5 @@
-// The syslog parse beside the least that any reader of such a text must do: copy it and look for ten bytes;
-// and what keeping the notification costs beyond that.
+// Parses a syslog notification, makes the text that the console keeps of it, and reads that text back.  The
+// yardstick is the least that any parser must do: copy the text and search it for ten bytes.
 
 #include <benchmark/benchmark.h>
 

@@ -4,7 +4,8 @@
 
 namespace tallyhorn {
 
-/// Of the whole process (RUSAGE_SELF) or of the calling thread (RUSAGE_THREAD), the kernel's share included.
+/// Returns the processor time, kernel time included, of the process (RUSAGE_SELF) or of the calling thread
+/// (RUSAGE_THREAD).
 inline double UsedProcessorSeconds(int whose) {
     rusage usage{};
     getrusage(whose, &usage);

@@ -1,5 +1,5 @@
-// The whole road, from texts that another process writes into a real mailslot to rows in a real window
-// without a screen: the processor time of a text, and how soon a click is answered meanwhile.
+// Receives texts that another process writes into a real mailslot and shows them as rows of a window on Qt's
+// "offscreen" platform: the processor time per text, and how long a click waits meanwhile.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -29,16 +29,17 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// A console over a mailslot folder of its own, with a sender in another process.
+/// Owns a console with its own mailslot folder, and a sending process.
 class Road {
 public:
-    /// The sender will write `count` texts, `rate` a second or as fast as can be for 0.  It is forked off
-    /// before the console holds anything, so that the two share no pages which one would have to copy later.
+    /// The sender will write `count` texts, `rate` per second; 0 means as fast as possible.  It is forked
+    /// before the console exists: pages shared with it would have to be copied when the console writes to
+    /// them.
     Road(int count, int rate) {
         setenv("XDG_RUNTIME_DIR", folder_.Path().c_str(), 1);
         if (pipe(start_.data()) != 0)
             std::abort();
-        // Nor what an earlier run gave back to the allocator.
+        // Memory freed by an earlier run must not be shared with the sender either.
         malloc_trim(0);
         sender_ = fork();
         if (sender_ == 0)
@@ -48,10 +49,10 @@ public:
 
     frmServer& Window() { return console_->Window(); }
 
-    /// Lets the sender write.
+    /// Lets the sender start.
     void Send() { (void)!write(start_[1], "", 1); }
 
-    /// Lets the window work until the status bar counts `count` texts; false where they do not all come.
+    /// Runs pending events until the lists show `count` rows.  Returns false if they do not.
     [[nodiscard]] bool AwaitRows(int count) {
         const bool all = ConsoleUnderLoad::WorkUntil([&] { return Rows() >= count; });
         waitpid(sender_, nullptr, 0);
@@ -107,7 +108,7 @@ void MailslotToRow(benchmark::State& state) {
 }
 BENCHMARK(MailslotToRow)->UseManualTime()->Iterations(3)->Unit(benchmark::kMicrosecond);
 
-/// Clicks come from another thread, so that they fall into whatever the window is doing.
+/// Posts clicks from another thread, so that they arrive while the window is busy.
 void ClickUnderLoad(benchmark::State& state) {
     constexpr int Rate = 20'000;
     constexpr int Seconds = 5;
@@ -128,7 +129,7 @@ void ClickUnderLoad(benchmark::State& state) {
         std::thread hand([&] {
             while (!over) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(23));
-                // A list without rows is disabled and hears no click.
+                // A list without rows is disabled and ignores clicks.
                 if (sent != 0 || !listening)
                     continue;
                 sent = SteadyClock::now().time_since_epoch().count();
@@ -163,7 +164,7 @@ BENCHMARK(ClickUnderLoad)->UseManualTime()->Iterations(1)->Unit(benchmark::kMill
 }  // namespace tallyhorn
 
 int main(int argc, char** argv) {
-    tallyhorn::GrowHeapInLargeSteps();  // as the console does
+    tallyhorn::GrowHeapInLargeSteps();  // the console does this too
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -1,5 +1,5 @@
-// A view filter over a million notifications: to put on, to take off, and what it costs an arrival.  Each
-// beside what the same work costs without lists and tree.
+// Applies a view filter to 1,000,000 messages, removes it, and tests an arrival against it.  The yardsticks
+// do the same work without lists and tree.
 
 #include "filters/ViewFilter.h"
 
@@ -21,10 +21,10 @@ constexpr int Messages = 1'000'000;
 constexpr std::size_t ByLog = 1;
 constexpr std::size_t ByComputer = 3;
 
-/// A channel full of lifelike notifications, and the filter over it.
+/// A channel full of realistic messages, and its view filter.
 struct Full : MessagesOver<SystemClock> {
     explicit Full(MessagePage page) {
-        GrowHeapInLargeSteps();  // as the console does
+        GrowHeapInLargeSteps();  // the console does this too
         Display.Page = page;
         DemoFeed feed(1);
         for (int i = 0; i < Messages; ++i) {
@@ -44,7 +44,7 @@ struct Full : MessagesOver<SystemClock> {
     ViewFilter Filter{Received, Display, Slices, Time, Alarm};
 };
 
-/// The one that most rows have, or one that few have.
+/// Returns criteria that ask for the last of the values that occur in `column`.
 ViewFilter::Criteria Choose(const ViewFilter& filter, std::size_t column) {
     ViewFilter::Criteria criteria;
     const ViewFilter::Values values = filter.ValuesOnShow();
@@ -77,7 +77,7 @@ void TakeOff(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// The texts alone, read one after the other.
+/// The yardstick of removing a filter: reads all texts and does nothing with them.
 void ReadAll(benchmark::State& state, MessagePage page) {
     const auto full = std::make_unique<Full>(page);
     const MessageStore& messages = full->Channel().Messages;
@@ -92,7 +92,8 @@ void ReadAll(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// Rows of four plain texts, those with another one in a column taken out.
+/// The yardstick of applying a filter: erases from an array of plain rows those with another text in
+/// `column`.
 void EraseOthers(benchmark::State& state, MessagePage page, std::size_t column) {
     const auto full = std::make_unique<Full>(page);
     const std::string wanted = Choose(full->Filter, column).at(column).value();
@@ -113,14 +114,15 @@ void EraseOthers(benchmark::State& state, MessagePage page, std::size_t column) 
     }
 }
 
-/// What the dialog asks for as it opens.
+/// Collects the values that the dialog offers when it opens.
 void CollectValues(benchmark::State& state) {
     const auto full = std::make_unique<Full>(MessagePage::Syslog);
     for (auto _ : state)
         benchmark::DoNotOptimize(full->Filter.ValuesOnShow());
 }
 
-/// One arrival that passes all four criteria; the second does not, by its last letter.
+/// Tests two arrivals in turn: one passes all four criteria, the other differs from them in its last
+/// character only.
 void TestArrival(benchmark::State& state) {
     MessagesOver<SystemClock> none;
     ViewFilter filter(none.Received, none.Display, none.Slices, none.Time, none.Alarm);

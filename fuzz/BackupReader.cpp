@@ -1,5 +1,5 @@
-// Any bytes as the backup file: every text stands in it behind its length, in order, the end comes, and what
-// was written as whole records comes back as it was.
+// Reads any bytes as the backup file.  The texts must be those that follow their lengths in the file, in
+// order, reading must end, and complete records must be read back unchanged.
 
 #include "storage/BackupReader.h"
 
@@ -28,7 +28,7 @@ std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) 
     return texts;
 }
 
-/// The same answer without a buffer and without steps.
+/// The reference: the same result, read from memory in one go.
 std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= BackupLengthDigits) {
@@ -46,7 +46,7 @@ std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     return texts;
 }
 
-/// The bytes as texts of 20 characters and more, whose ends the bytes decide.
+/// Cuts the bytes into texts of at least ShortestBackupText bytes; the first byte of each decides its length.
 std::vector<std::string> CutIntoTexts(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= ShortestBackupText) {

@@ -1,5 +1,6 @@
-// Any bytes as a message text that was kept: nothing is read past the end, a text that is none leaves the
-// record alone, and one that is gives fields that write it again but for the spelling of its date.
+// Reads any bytes as the text of a kept message.  Nothing may be read past the end, a text in another layout
+// must leave the record unchanged, and the fields of a valid one must give the same text again, except for
+// the spelling of the date.
 
 #include "records/CanonicalText.h"
 

@@ -1,5 +1,5 @@
-// Any bytes as the filter file: loading keeps to what is there, matching gives the same answer as the rules
-// taken word for word, and a record survives the way to the file and back.
+// Loads any bytes as the filter file.  The filters must be those in the file, IsSuppressed must agree with a
+// literal implementation of the rules, and encoding a decoded record must give the same bytes.
 
 #include <unistd.h>
 
@@ -28,7 +28,7 @@ AlarmRecord FixedAlarm() {
     return alarm;
 }
 
-/// One filter against the fixed alarm, test by test.
+/// The reference: the rules for one filter, test by test.
 bool MatchesByTheRules(const SuppressionFilter& filter, const AlarmRecord& alarm) {
     bool verdict = false;
     const std::string_view texts[][2] = {{filter.Source.View(), alarm.Source},
@@ -57,7 +57,8 @@ bool MatchesByTheRules(const SuppressionFilter& filter, const AlarmRecord& alarm
     return filter.EventTypes == 0 ? verdict : (filter.EventTypes & FilterFailureAudit) != 0;
 }
 
-/// The records that the bytes hold, read without the file.
+/// Returns whether a filter in the bytes suppresses the fixed alarm.  Adds the number of named filters to
+/// `named`.
 bool SuppressedByTheRules(const char* data, std::size_t size, std::int32_t& named) {
     bool suppressed = false;
     for (std::size_t start = 0; start + FilterDataSize <= size; start += FilterSlotSize) {

@@ -1,5 +1,5 @@
-// Feeds the part store one datagram a line (NUL ends one too), with the store's other verbs in between, and
-// holds what must be true of it whatever came.
+// Feeds datagrams to the store of text parts, one per line (NUL ends a line too), mixed with calls of the
+// store's other functions, and checks its invariants.
 
 #include "reception/FragmentStore.h"
 
@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(store.SlotsTaken() <= added && store.SlotsTaken() <= store.UpperBound());
     }
     collect();
-    // Nothing comes out that did not come in, neither texts nor bytes.
+    // The store must not return more texts or bytes than it was given.
     Require(taken <= added && received <= size);
     store.Reset();
     Require(store.SlotsTaken() == 0 && store.UpperBound() == 1000);

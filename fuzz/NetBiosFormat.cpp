@@ -1,4 +1,5 @@
-// Any bytes as a NetBIOS notification: nothing is read past the end, and what a record takes in it can show.
+// Parses any bytes as a NetBIOS notification.  Nothing may be read past the end, and the fields of the record
+// must survive formatting and parsing again.
 
 #include "records/NetBiosFormat.h"
 
@@ -14,7 +15,7 @@
 namespace tallyhorn {
 namespace {
 
-/// A notification that carries the record's fields gives the same record.
+/// Requires that a notification made of the record's fields gives the same record.
 void RequireReadsBack(const AlarmRecord& alarm) {
     const std::string text = "Date: \r\n\r\n\r\n(" + alarm.AlarmName + ")\r\n\r\n\r\n: " + alarm.LogType +
                              "\r\n: " + alarm.Source + "\r\n: " + alarm.TypeOfEvent +
@@ -32,7 +33,7 @@ void RequireReadsBack(const AlarmRecord& alarm) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tallyhorn;
-    // A block of its own, so that a read past the end is seen.
+    // A separate heap block, so that AddressSanitizer sees a read past the end.
     const std::string text(reinterpret_cast<const char*>(data), size);
     static AlarmRecord carried;
     ParseCurrentAlarm(text, carried);
@@ -41,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(again == carried);
     const std::string key = EventTypeIconKey(carried.TypeOfEvent);
     Require(EventTypeListIndex(carried.TypeOfEvent) == ListForIconKey(key));
-    // A name for the screen stands for the same type.
+    // The displayed name must denote the same type.
     Require(EventTypeIconKey(EventTypeDisplayName(carried.TypeOfEvent)) == key);
     Require(ParseAlarmDate(FormatGeneralDate(carried.DateTime)) == carried.DateTime);
     RequireReadsBack(carried);

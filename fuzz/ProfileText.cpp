@@ -1,5 +1,5 @@
-// The profile text code on any bytes: the first line is the section, key and value to work with, the rest the
-// file.
+// Reads and changes any bytes as an INI file.  The first line of the input gives a section, a key and a
+// value, the rest is the file.
 
 #include "config/ProfileText.h"
 
@@ -25,7 +25,7 @@ std::string TakeField(std::string_view& text) {
 
 namespace {
 
-/// What is set is read back, and taking it out again leaves the bytes as they were but for the line end that
+/// Requires that a new value is read back and that deleting it restores the file, except for a line end that
 /// the last line may have lacked.
 void RequireUnharmed(const std::string& bytes) {
     for (const char* const section : {"", "k", "\xE4 new"}) {
@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tallyhorn::ProfileInteger(profile.Value(section, key).value_or(value));
 
     profile.SetValue(section, key, value);
-    // A plain name is found again, whatever the file holds.
+    // A key without special characters must be found again in any file.
     if (key.find_first_of("=;[]") == std::string::npos && section.find_first_of("[]") == std::string::npos)
         Require(profile.Value(section, key).has_value());
     Require(profile.Bytes().size() <= text.size() + section.size() + key.size() + value.size() + 9);

@@ -4,8 +4,8 @@
 
 namespace tallyhorn {
 
-/// Ends the fuzzer with a report of its input unless the condition holds; any build keeps it, unlike an
-/// assert.
+/// Aborts the fuzzer, which then reports its input, unless the condition holds.  Unlike assert, it is active
+/// in every build.
 inline void Require(bool holds) {
     if (!holds)
         std::abort();

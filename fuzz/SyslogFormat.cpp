@@ -1,5 +1,5 @@
-// Any bytes as a syslog datagram: nothing is read past the end, and what is kept of it is the same record for
-// ever after.
+// Parses any bytes as a syslog datagram.  Nothing may be read past the end, and the kept text must give the
+// same record however often it is saved and loaded.
 
 #include "records/SyslogFormat.h"
 
@@ -15,7 +15,7 @@
 namespace tallyhorn {
 namespace {
 
-/// What a save to the file and a load from it make of a text.
+/// Returns the text as saving it to the backup file and loading it would change it.
 std::string SavedAndLoaded(const std::string& text) {
     std::string saved(Trim(text));
     std::erase(saved, '\0');
@@ -37,10 +37,10 @@ void RequireSettled(AlarmRecord alarm) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tallyhorn;
-    // A block of its own, so that a read past the end is seen.
+    // A separate heap block, so that AddressSanitizer sees a read past the end.
     const std::string text(reinterpret_cast<const char*>(data), size);
     const bool dayFirst = size % 2 == 0;
-    // Carried over from datagram to datagram, as the console does.
+    // The console too reuses the record of the previous datagram.
     static AlarmRecord carried;
     IsAlarmNotification(text);
     ParseSyslogText(text, dayFirst, AlarmDate{}, carried);

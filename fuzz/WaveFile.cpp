@@ -1,5 +1,5 @@
-// The wave file reader on any bytes: what it takes lies within them, in whole frames of a format that is
-// played.
+// Reads any bytes as a WAVE file.  The samples found must lie within the bytes and consist of whole frames in
+// a format that the console plays.
 
 #include "platform/linux/WaveFile.h"
 

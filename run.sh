@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the console on a demonstration folder with a live feed.  See Usage below.
+# Builds the console and runs it with demonstration data.  See Usage below.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source scripts/common.sh
@@ -9,13 +9,14 @@ Usage() {
     cat <<'END'
 usage: ./run.sh [--build | --help]
 
-Sets up this machine, builds the console and runs it on the folder demo/ with a live feed of
-notifications, by mailslot and by syslog; close the window (or press Ctrl+C here) to end all of it.
-Without a display the same runs on an invisible one for some twenty seconds, in the folder
-demo/headless/ that is made anew; the console is started twice, since it has to come back with what
-it held.  That run leaves screenshots and summaries, and fails where something is missing.
+Installs missing packages, builds the console and runs it with its files in the folder demo/ and a
+live feed of notifications by mailslot and by syslog.  Close the window or press Ctrl+C here to end it.
 
-  --build   only set up and build the preset release, everything in it
+Without a display, the console runs under Xvfb for about twenty seconds, with its files in
+demo/headless/, which is emptied first.  It is started twice, to check that the second start restores
+all messages.  The run leaves screenshots and summaries, and fails if something is missing.
+
+  --build   only install missing packages and build everything of the preset release
 END
 }
 
@@ -23,8 +24,8 @@ readonly bin=build/release/bin
 readonly burst=210 steady=40
 runtime=""
 console=""
-folder=demo  # where the console keeps its files
-port=""      # on which it takes syslog; empty for nobody knows
+folder=demo  # for the files of the console
+port=""      # the UDP port for syslog; empty if syslog cannot be sent
 
 CleanUp() {
     EndStarted
@@ -33,8 +34,8 @@ CleanUp() {
     fi
 }
 
-# The demonstration has a runtime folder of its own, so that it never meets the user's console.
-# An absolute WAYLAND_DISPLAY keeps the way to the user's screen.
+# Uses a separate XDG_RUNTIME_DIR, so that a console that the user runs does not receive the feed.  A relative
+# WAYLAND_DISPLAY refers to the old XDG_RUNTIME_DIR, so it is made absolute.
 PrepareRuntime() {
     if [[ -n ${WAYLAND_DISPLAY:-} && $WAYLAND_DISPLAY != /* ]]; then
         export WAYLAND_DISPLAY=${XDG_RUNTIME_DIR:-}/$WAYLAND_DISPLAY
@@ -43,7 +44,7 @@ PrepareRuntime() {
     export XDG_RUNTIME_DIR=$runtime
 }
 
-# WriteSettings PORT: a settings file that is there stays as it is.
+# WriteSettings PORT: writes a settings file unless there is one.
 WriteSettings() {
     mkdir -p "$folder"
     if [[ ! -e $folder/thlisten.ini ]]; then
@@ -53,55 +54,55 @@ WriteSettings() {
     rm -f "$folder"/{summary,sent,sent-syslog}.txt
 }
 
-# The port of the settings, where the feed may send to it.
+# Sets `port` to the one in the settings, or to nothing if that is missing or taken.
 FindPort() {
     port=$(sed -nE 's/^SyslogUDPPort *= *([0-9]+).*/\1/p' "$folder/thlisten.ini" | tail -n 1)
     if [[ -z $port || $port == 0 ]]; then
-        Say "No SyslogUDPPort in $folder/thlisten.ini: feeding by mailslot alone"
+        Say "No SyslogUDPPort in $folder/thlisten.ini: no notifications are sent by syslog"
         port=""
     elif PortTaken "$port"; then
-        Say "UDP port $port is another program's: the console will ask; feeding by mailslot alone"
+        Say "Another program uses UDP port $port: the console will ask about it; nothing is sent by syslog"
         port=""
     fi
 }
 
 ConsoleListens() {
-    Runs "$console" || Fail "the console ended at its start"
+    Runs "$console" || Fail "the console ended while starting"
     [[ -S $runtime/mailslot/TallyhornEngine ]] && { [[ -z $port ]] || PortTaken "$port"; }
 }
 
 StartConsole() {
-    Say "Starting the console on the folder $folder/${port:+, with syslog on UDP port $port}"
+    Say "Starting the console with the folder $folder/${port:+ and syslog on UDP port $port}"
     TALLYHORN_SUMMARY=$PWD/$folder/summary.txt "$bin/tallyhorn-console" --folder "$folder" &
     console=$!
     started+=("$console")
-    WaitFor 20 ConsoleListens || Fail "the console does not listen after 20 seconds"
+    WaitFor 20 ConsoleListens || Fail "the console does not listen within 20 seconds"
 }
 
-# Send FILE COUNT RATE SEED [OPTION...]: what was sent is added to FILE.
+# Send FILE COUNT RATE SEED [OPTION...]: appends the report of tallyhorn-send to FILE.
 Send() {
     local file=$folder/$1 count=$2 rate=$3 seed=$4
     shift 4
     "$bin/tallyhorn-send" "$@" --demo --count "$count" --rate "$rate" --seed "$seed" >>"$file" 2>&1
 }
 
-# SendBoth COUNT RATE SEED: to the mailslot, and at the same time to the port where there is one.
+# SendBoth COUNT RATE SEED: sends to the mailslot and, if there is a port, to that at the same time.
 SendBoth() {
     local syslog=""
     if [[ -n $port ]]; then
         Send sent-syslog.txt "$1" "$2" "$(($3 + 100))" --syslog "127.0.0.1:$port" &
         syslog=$!
     fi
-    Send sent.txt "$@" || Fail "the feed by mailslot failed: $(tail -n 1 "$folder/sent.txt")"
+    Send sent.txt "$@" || Fail "sending to the mailslot failed: $(tail -n 1 "$folder/sent.txt")"
     [[ -z $syslog ]] || wait "$syslog" ||
-        Fail "the feed by syslog failed: $(tail -n 1 "$folder/sent-syslog.txt")"
+        Fail "sending by syslog failed: $(tail -n 1 "$folder/sent-syslog.txt")"
 }
 
 ShowSummary() {
     Say "Sent:"
     cat "$folder"/sent*.txt
     Say "Received:"
-    cat "$folder/summary.txt" || Fail "the console left no summary"
+    cat "$folder/summary.txt" || Fail "the console wrote no summary"
 }
 
 RunOnDisplay() {
@@ -109,8 +110,8 @@ RunOnDisplay() {
     WriteSettings 5514
     FindPort
     StartConsole
-    Say "Feeding a burst, then a few a second until the console ends"
-    Say "More by hand: XDG_RUNTIME_DIR=$runtime $bin/tallyhorn-send --help"
+    Say "Sending a burst of notifications, then four per second on each channel until the console ends"
+    Say "To send more: XDG_RUNTIME_DIR=$runtime $bin/tallyhorn-send --help"
     SendBoth "$burst" 2000 1
     "$bin/tallyhorn-send" --demo --rate 4 --seed 2 >>demo/sent.txt 2>&1 &
     feeds+=("$!")
@@ -137,39 +138,39 @@ EndConsole() {
     ((status == 0)) || Fail "the console ended with status $status"
 }
 
-# Sums FILE PATTERN: the sums of the two numbers that PATTERN finds in each line of it.
+# Sums FILE PATTERN: prints the sums of the two numbers that PATTERN captures in the lines of FILE.
 Sums() { sed -nE "s/$2/\1 \2/p" "$1" | awk '{ some += $1; more += $2 } END { print some + 0, more + 0 }'; }
 
-# What was sent has to be received.  A text of several datagrams may be missing: the console drops
-# one whose parts it reads all at once, as the protocol has it.
+# Checks that the console received what was sent to the mailslot.  A text that was sent in several datagrams may be
+# missing: by the protocol, the console drops it if it reads all parts in one poll.
 CheckMailslot() {
     local texts datagrams received
     read -r texts datagrams < <(Sums "$folder/sent.txt" '^sent ([0-9]+) texts?, ([0-9]+) datagrams?,.*')
     received=$(sed -nE 's/^NetBIOS ([0-9]+) received.*/\1/p' "$folder/summary.txt")
-    ((texts == burst + steady)) || Fail "the feed sent $texts texts and not $((burst + steady))"
+    ((texts == burst + steady)) || Fail "the feed sent $texts texts instead of $((burst + steady))"
     ((${received:-0} >= 2 * texts - datagrams && ${received:-0} <= texts)) ||
-        Fail "of $texts texts by mailslot the console received ${received:-none}"
+        Fail "the console received ${received:-none} of $texts texts sent to the mailslot"
 }
 
-# CheckSyslog RECEIVED: what the summary has to tell of what was sent.  An event type that the console
-# does not know ("other") stands in a list and not in the tree.
+# CheckSyslog RECEIVED: checks the line of the summary about syslog.  The console shows an event type that it does not
+# know ("other" in the report of tallyhorn-send) in a list and not in the tree.
 CheckSyslog() {
     local sent others expected line
     read -r sent _ < <(Sums "$folder/sent-syslog.txt" '^sent ([0-9]+) datagrams?, ([0-9]+) bytes.*')
     read -r others _ < <(Sums "$folder/sent-syslog.txt" '^  other: ([0-9]+)()$')
-    ((sent == burst + steady)) || Fail "the feed sent $sent datagrams and not $((burst + steady))"
+    ((sent == burst + steady)) || Fail "the feed sent $sent datagrams instead of $((burst + steady))"
     line=$(sed -n '/^Syslog /p' "$folder/summary.txt")
     expected="Syslog $1 received, $sent kept, rows: *, leaves: $((sent - others))"
-    # shellcheck disable=SC2053  # the star is a pattern
-    [[ $line == $expected ]] || Fail "expected of the console '$expected' but it says '$line'"
+    # shellcheck disable=SC2053  # $expected is a pattern
+    [[ $line == $expected ]] || Fail "the summary of the console says '$line' instead of '$expected'"
 }
 
-# Keys KEY...: pressed one after the other in the console's window.
+# Keys KEY...: presses the keys, one after the other.
 Keys() { xdotool key --delay 60 "$@"; }
 
-# By its path: other tools of that name may come first on PATH.
+# Called by its path, because another program named import may be first on PATH.
 Screenshot() {
-    sleep 0.7  # a page needs its moment to be painted
+    sleep 0.7  # until the page is painted
     /usr/bin/import -window root "$folder/$1.png" || Fail "no screenshot of $1"
 }
 
@@ -179,31 +180,31 @@ TakeScreenshots() {
     Screenshot syslog
     Keys alt+y alt+d Home
     Screenshot tree-closed
-    # Two alarms, each down to the notifications of its first computer.
+    # Opens two alarms, each down to the notifications of its first computer.
     Keys Down Right Down Right Down Right
     xdotool type --delay 60 'Logon f'
     Keys Right Down Right Down Right Down
     Screenshot tree
-    cmp -s "$folder/tree-closed.png" "$folder/tree.png" && Fail "the tree does not open by keyboard"
+    cmp -s "$folder/tree-closed.png" "$folder/tree.png" && Fail "the keyboard does not open the tree"
     return 0
 }
 
-# A second start has to bring back what the first had, and its end to write the same file.
+# Checks that a second start restores the messages and that its end writes the same Backup.dat.
 CheckRestart() {
     cp "$folder/Backup.dat" "$folder/Backup.first"
-    Say "Starting it again: what it kept has to come back"
+    Say "Starting the console again: it must restore its messages"
     StartConsole
     WaitFor 20 WindowShows || Fail "the console shows no window at its second start"
     Keys alt+s
     Screenshot restarted
     EndConsole
     CheckSyslog 0
-    cmp "$folder/Backup.first" "$folder/Backup.dat" || Fail "Backup.dat is not the same after a second start"
-    Say "All came back, and Backup.dat is the same byte for byte"
+    cmp "$folder/Backup.first" "$folder/Backup.dat" || Fail "Backup.dat has changed after a second start"
+    Say "All messages were restored, and Backup.dat is the same byte for byte"
 }
 
 RunHeadless() {
-    Say "No display here: running under Xvfb for some twenty seconds"
+    Say "There is no display: running under Xvfb for about twenty seconds"
     folder=demo/headless
     rm -rf "$folder"
     port=$(FreePort)
@@ -211,18 +212,18 @@ RunHeadless() {
     StartDisplay "$runtime"
     StartConsole
     WaitFor 20 WindowShows || Fail "the console shows no window"
-    Say "Feeding $burst at once, then $steady at 5 a second, by mailslot and by syslog"
+    Say "Sending $burst notifications at once, then $steady at 5 per second, by mailslot and by syslog"
     SendBoth "$burst" 2000 1
     SendBoth "$steady" 5 2
-    sleep 2  # the console reads its mailslot by a timer
+    sleep 2  # the console polls its mailslot every half second
     TakeScreenshots
     EndConsole
     ShowSummary
     CheckMailslot
     CheckSyslog "$((burst + steady))"
-    Say "Received and kept is what was sent"
+    Say "The console received and kept everything that was sent"
     CheckRestart
-    Say "The window as it was: $folder/screenshot.png, syslog.png, tree-closed.png, tree.png, restarted.png"
+    Say "Screenshots: $folder/screenshot.png, syslog.png, tree-closed.png, tree.png, restarted.png"
 }
 
 BuildOnly() {

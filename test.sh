@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds and runs this system's tests.  See Usage below.
+# Builds and runs the tests.  See Usage below.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 source scripts/common.sh
@@ -9,11 +9,12 @@ Usage() {
     cat <<'END'
 usage: ./test.sh [--preset NAME | --windows] [--area NAME]... [-- CTEST ARGUMENTS]
 
-Sets up this machine, builds the tests and runs them, all of them unless told otherwise.
+Installs missing packages, builds the tests and runs them.
 
-  --preset NAME   instead of dev-asan, which looks for bad addresses, leaks and undefined behaviour
-  --windows       the tests of the Windows build, under Wine
-  --area NAME     only the tests in tests/NAME
+  --preset NAME   the preset to build and run instead of dev-asan, which finds invalid memory accesses,
+                  leaks and undefined behaviour
+  --windows       the preset windows: the tests of the Windows build, under Wine
+  --area NAME     only the tests in tests/NAME; may be repeated
 END
 }
 
@@ -54,7 +55,7 @@ CleanUp() {
     fi
 }
 
-# No test reaches the user's own mailslots or display.
+# Keeps the tests away from the user's mailslots, display and Wine prefix.
 PrepareSurroundings() {
     runtime=$(mktemp -d)
     export XDG_RUNTIME_DIR=$runtime
@@ -62,7 +63,7 @@ PrepareSurroundings() {
     trap CleanUp EXIT
     trap 'exit 130' INT TERM HUP
     if [[ $preset == windows ]]; then
-        # Ready before two tests would make it at once.
+        # Made here, because two tests that start at the same time would both make it.
         PrepareWine build/windows/wine
         KeepWineRunning
     fi

@@ -1,20 +1,20 @@
 # shellcheck shell=bash
-# What a script starts and ends again, and a display that nobody sees.  To be sourced behind common.sh.
+# Functions to end the processes that a script starts, and to run an invisible display.  Sourced after common.sh.
 
-started=()  # the processes to end, in the order of their start
+started=()  # the processes that EndStarted ends, in the order of their start
 
 Runs() { kill -0 "$1" 2>/dev/null; }
 Ended() { ! Runs "$1"; }
 
-# End PROCESS: politely, and by force when that takes over 10 seconds.
+# End PROCESS: sends SIGTERM, and SIGKILL if the process still runs after 10 seconds.
 End() {
     kill "$1" 2>/dev/null || true
     WaitFor 10 Ended "$1" || kill -KILL "$1" 2>/dev/null || true
     wait "$1" 2>/dev/null || true
 }
 
-# EndStarted: newest first, what the script has noted as started and nothing else: the number of a process that
-# has been waited for may be another's by now.
+# Ends the processes in `started`, the newest first.  Skips those that are no longer jobs of this shell, because the
+# system may have given their ids to other processes.
 EndStarted() {
     local i
     for ((i = ${#started[@]} - 1; i >= 0; --i)); do
@@ -24,7 +24,7 @@ EndStarted() {
     done
 }
 
-# StartDisplay FOLDER: with a window manager; both leave their logs in the folder.
+# StartDisplay FOLDER: starts Xvfb and the window manager openbox, with their logs in the folder, and sets DISPLAY.
 StartDisplay() {
     unset WAYLAND_DISPLAY
     Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset 3>"$1/display" 2>"$1/xvfb.log" &
@@ -39,7 +39,7 @@ StartDisplay() {
 
 WindowManagerRuns() { xdotool get_num_desktops >/dev/null 2>&1; }
 
-# FreePort [BUT]: a port that nobody has; another may take it before the console does, which then says so.
+# FreePort [EXCEPT]: prints a free UDP port other than EXCEPT.  Another program may still take it before its use.
 FreePort() {
     local candidate
     for _ in {1..100}; do
@@ -49,5 +49,5 @@ FreePort() {
             return
         fi
     done
-    Fail "no free UDP port among a hundred"
+    Fail "none of 100 UDP ports is free"
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the Debian package of the preset release in build/package/, on a fresh Debian 12 too.
+# Makes the Debian package from the preset release, in build/package/.  Works on a fresh Debian 12.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
@@ -13,5 +13,5 @@ if ! cpack --config build/release/CPackConfig.cmake -B build/package >build/rele
 fi
 rm -rf build/package/_CPack_Packages
 packages=(build/package/*.deb)
-[[ -f ${packages[0]} ]] || Fail "there is no package"
-Say "The package is ${packages[0]}; sudo apt-get install ./${packages[0]} installs it"
+[[ -f ${packages[0]} ]] || Fail "cpack made no package"
+Say "Made ${packages[0]}; install it with: sudo apt-get install ./${packages[0]}"

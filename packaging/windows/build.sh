@@ -1,24 +1,24 @@
 #!/usr/bin/env bash
-# Makes the programs of the preset windows, stripped, with their zip and installer, in build/package-windows/,
-# on a fresh Debian 12 too.
+# Makes the zip file and the installer from the preset windows, in build/package-windows/, and puts the stripped programs
+# beside them.  Works on a fresh Debian 12.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
 
 readonly here=packaging/windows built=build/windows result=build/package-windows
-readonly files=$result/files  # what zip and installer share; the list of it is made once, of this folder
+readonly files=$result/files  # the files that zip file and installer share
 
-# Text FROM TO: with the versions in it, and the line ends of Windows.
+# Text FROM TO: copies a text, inserts the versions and converts it to the line ends of Windows.
 Text() { sed "s/@version@/$version/g; s/@qt@/$qt/g; s/\r*\$/\r/" "$1" >"$2"; }
 
-# The notices of all that is linked in, with the texts that they refer to.
+# Copies the notices of all libraries in the programs, and the licence texts that they refer to.
 CollectLicences() {
     local doc=/usr/share/doc name file
     local -A notices=([Qt]=build/qt-windows/licences/copyright [mingw-w64]=$doc/mingw-w64-x86-64-dev/copyright
         [GCC]=$doc/gcc-mingw-w64-base/copyright [NSIS]=$doc/nsis/copyright)
     for name in "${!notices[@]}"; do
         file=${notices[$name]}
-        [[ -f $file ]] || Fail "$file is missing, without which the packages may not go to anybody"
+        [[ -f $file ]] || Fail "$file is missing; the packages must not be distributed without it"
         Text "$file" "$files/licences/$name.txt"
     done
     for name in GPL-2 GPL-3 LGPL-2 LGPL-2.1 LGPL-3 GFDL-1.3 Apache-2.0; do
@@ -39,7 +39,7 @@ CollectFiles() {
     CollectLicences
 }
 
-# What is for the zip alone: an installer lays the settings itself.
+# The zip file also contains start.cmd and the settings that it copies; the installer writes those itself.
 MakeZip() {
     local folder=tallyhorn-console-$version-windows
     cp -r "$files" "$result/$folder"
@@ -49,12 +49,12 @@ MakeZip() {
     rm -r "${result:?}/$folder"
 }
 
-# ListFiles: the macros LayFiles and RemoveFiles, from the one list.
+# Prints the macros LayFiles and RemoveFiles for installer.nsi, both from the files in $files.
 ListFiles() {
     local folder file
     echo '!macro LayFiles'
     while read -r folder; do
-        # shellcheck disable=SC2016  # the installer puts it in
+        # shellcheck disable=SC2016  # the installer expands $INSTDIR
         printf '  SetOutPath "$INSTDIR%s"\n' "${folder:+\\$folder}"
         find "$files/$folder" -maxdepth 1 -type f -printf '  File "%p"\n' | sort
     done < <(find "$files" -type d -printf '%P\n' | sort)

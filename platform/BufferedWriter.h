@@ -8,18 +8,18 @@
 
 namespace tallyhorn {
 
-/// Owns the buffer before a file that is written in many small pieces; the first failure ends all writing.
-/// Called from one thread at a time; the file must outlive it.
+/// Owns a buffer that combines many small writes to a file into few large ones.  After the first failure
+/// nothing more is written.  The file must outlive the writer.  For one thread at a time.
 class BufferedWriter {
 public:
     static constexpr std::size_t BufferSize = std::size_t{256} << 10U;
 
     explicit BufferedWriter(OutputFile& file);
 
-    /// False from the first failure on.
+    /// Returns false if this or an earlier write failed.
     bool Write(std::string_view bytes);
-    /// Writes what waits and finishes the file, after a failure too; returns the first failure.  Without it
-    /// what waits is lost.
+    /// Writes the buffer and finishes the file, even after a failure.  Returns the first failure.  The
+    /// destructor does not write the buffer.
     std::optional<SystemError> Finish();
 
 private:

@@ -5,12 +5,13 @@
 
 namespace tallyhorn {
 
-/// Bytes that come one after the other and end some time: a file, or a text in memory.
-/// Called from one thread at a time.
+/// A finite sequence of bytes that is read from front to back: a file, or a text in memory.  For one thread
+/// at a time.
 class ByteSource {
 public:
     virtual ~ByteSource() = default;
-    /// The number of bytes put into `buffer`, which is not empty; 0 at the end, and from a failure on.
+    /// Reads up to the size of `buffer`, which must not be empty.  Returns the number of bytes read, and 0 at
+    /// the end and after a failure.
     virtual std::size_t Read(std::span<char> buffer) = 0;
 };
 

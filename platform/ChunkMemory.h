@@ -5,15 +5,15 @@
 
 namespace tallyhorn {
 
-/// Gives a chunk back to where MakeChunkMemory took it from.
+/// Frees memory that MakeChunkMemory allocated.
 struct ChunkDeleter {
     void operator()(char* memory) const;
 };
-/// Owns one large piece of memory; any thread may make and free one.
+/// Owns one large block of memory.  Any thread may allocate and free one.
 using ChunkMemory = std::unique_ptr<char[], ChunkDeleter>;
 
-/// `size` bytes, a multiple of 2 MiB, which nobody has written to yet.  Where the system has pages of that
-/// size the memory is made of them: taking it over page by small page costs more than filling it.
+/// Allocates `size` uninitialised bytes; `size` is a multiple of 2 MiB.  Linux is asked for huge pages of
+/// that size: the page faults of small pages cost more than filling the memory does.
 ChunkMemory MakeChunkMemory(std::size_t size);
 
 }  // namespace tallyhorn

@@ -6,21 +6,22 @@
 
 namespace tallyhorn {
 
-// What a program needs of its system where it is started by a command line.  Called from the main thread.
+// What the command-line programs need from the operating system.  For the main thread.
 
-/// The arguments of `main` without the program's name, in UTF-8.
+/// Returns the arguments of `main` in UTF-8, without the program's name.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-/// Sees to it that what goes to `stream`, stdout or stderr, is seen; false where nobody would see it.  A
-/// windowed program on Windows has neither of its own and takes the console of the program that started it,
-/// if any.
+/// Makes sure that output to `stream` (stdout or stderr) appears somewhere.  On Windows a program with a
+/// graphical interface has no such streams; it attaches `stream` to the console of the process that started
+/// it.  Returns false if there is no such console either.
 bool AttachOutput(std::FILE* stream);
 
-/// Keeps the system from translating line ends on standard input.
+/// Switches standard input to binary mode, so that line ends are read unchanged.
 void ReadStandardInputAsBytes();
 
-/// From now on an interrupt or a request to terminate does not end the process but is told by EndRequested. A
-/// write to a mailslot that waits for room when one comes fails.
+/// Installs handlers for SIGINT and SIGTERM: from now on these signals do not end the process but make
+/// EndRequested return true.  A MailslotClient::Write that is blocked when a signal arrives returns false
+/// (Linux).
 void CatchEndRequests();
 bool EndRequested();
 

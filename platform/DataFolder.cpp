@@ -9,13 +9,12 @@ namespace fs = std::filesystem;
 
 constexpr const char* FolderName = "tallyhorn-console";
 
-/// Null or an error stands for none.
 bool IsFolder(const fs::path& path) {
     std::error_code none;
     return fs::is_directory(path, none);
 }
 
-/// Also where another program is quicker.
+/// Succeeds too if another program creates a folder at the same time.
 std::optional<SystemError> MakeFolders(const fs::path& folder) {
     if (IsFolder(folder))
         return std::nullopt;

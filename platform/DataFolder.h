@@ -9,33 +9,35 @@
 
 namespace tallyhorn {
 
-// The folders that the console's own files lie in: the program's, with what came with it, and the one for
-// what its user makes.  Holds nothing; called from the user-interface thread.
+// The folders of the console's files: the program folder has the installed files, the data folder the user's
+// (settings, filters, backups).  In many installations they are one folder.
 
-/// The program's folder where the user may write there, else a folder of the console's own below
-/// UserDataFolder, which need not exist; empty where there is no such place.
+/// Returns the data folder: `program`, the program folder, if the user may create files there, otherwise a
+/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder does.
 std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 
-/// Makes the folder, and those above it that are missing, for this user alone.  A failure where it stands
-/// already but may not be written, too.
+/// Creates the folder and its missing parents with access for this user only.  Fails too if the folder exists
+/// but the user may not create files in it.
 std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 
-/// The first regular file of that name in the folders, which are asked in their order; empty where there is
-/// none.  It is not opened: something that is no regular file might never answer.
+/// Returns the path of the regular file `name` in the first of the folders that has one, or an empty path. No
+/// file is opened, since opening a pipe could block forever.
 std::filesystem::path FindOwnFile(const std::vector<std::filesystem::path>& folders, const std::string& name);
 
-/// Whether this user may make files in the folder; nothing is written to find out.  Where not,
-/// LastSystemError tells why.
+/// Returns whether the user may create files in the folder; asks for the permission and creates nothing.  If
+/// the result is false, LastSystemError returns the reason.
 bool MayWriteInto(const std::filesystem::path& folder);
 
-/// Where programs keep the user's data, each in a folder of its own; empty where the system knows no place.
+/// Returns the folder in which each program has a folder for the user's data, for example ~/.local/share.
+/// Returns an empty path if the system has none.
 std::filesystem::path UserDataFolder();
 
-/// One folder below one that exists, for this user alone; false where anything stands there.
+/// Creates one folder with access for this user only.  Its parent must exist.  Returns false if anything
+/// exists at that path.
 bool MakePrivateFolder(const std::filesystem::path& folder);
 
-/// The path as the profile functions take it: bytes in the system's own encoding.  Where that lacks a
-/// character of the path, its folder goes by the short name that the system may have for it.
+/// Returns the path in the byte encoding of the system, as the profile functions require.  On Windows, if the
+/// code page lacks a character of the path, the folder is replaced by its 8.3 short name, if it has one.
 std::string NarrowPath(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

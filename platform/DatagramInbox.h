@@ -12,17 +12,18 @@
 
 namespace tallyhorn {
 
-/// Owns the datagrams that a pump thread has taken from a socket, counts those it had no room for, and wakes
-/// the reader once for all that comes while it has not looked.
-/// One thread puts in and one takes out, which may be the same one.
+/// Owns the datagrams between a pump thread and the reader.  Counts those that it had no room for, and calls
+/// `wake` once for all datagrams that arrive until the reader has found the inbox empty.  One thread, the
+/// pump, calls Put, and one thread, the reader, all else; both may be the same one.
 class DatagramInbox {
 public:
     DatagramInbox(std::size_t limit, std::function<void()> wake);
 
-    // The pump's side.
+    // For the pump.
+    /// Adds the datagrams, wakes the reader if it is not awake, and drops those that exceed the limit.
     void Put(std::span<const std::string_view> datagrams);
 
-    // The reader's side; as DatagramReceiver has it.
+    // For the reader; DatagramReceiver describes Next and HasWaiting.
     std::optional<std::string_view> Next();
     bool HasWaiting();
     std::uint64_t NoRoom() const { return noRoom_.load(std::memory_order_relaxed); }
@@ -33,9 +34,9 @@ private:
 
     const std::function<void()> wake_;
     DatagramQueue queue_;
-    bool taken_ = false;  ///< the reader's own: the queue's first is the one that Next gave last
+    bool taken_ = false;  ///< used by the reader only: Next has returned the front of queue_
     std::atomic<std::uint64_t> noRoom_ = 0;
-    /// Whether the reader has been woken and not yet found nothing.
+    /// Set while the reader has been woken and has not yet found the inbox empty.
     std::atomic<bool> awake_ = false;
 };
 

@@ -8,10 +8,11 @@
 namespace tallyhorn {
 namespace {
 
-/// Stands before each text in a chunk.
+/// Precedes each text in a chunk.
 using Length = std::uint32_t;
 
-/// Enough for a steady feed to go round without the allocator; more is given back after a flood.
+/// The number of free chunks to keep, so that a steady stream of texts needs no allocation.  After a flood,
+/// further chunks are freed.
 constexpr std::size_t SpareChunks = 8;
 
 }  // namespace
@@ -64,7 +65,7 @@ std::optional<std::string_view> DatagramQueue::Front() {
 void DatagramQueue::Pop() {
     frontOffset_ += sizeof(Length) + FrontSize();
     --frontCount_;
-    // At once, so that what has been read never keeps the appending side waiting.
+    // At once, so that the appending thread never waits for a chunk that has been read.
     if (frontOffset_ == front_[frontChunk_].Used)
         ReleaseFront();
 }
@@ -104,7 +105,7 @@ DatagramQueue::Chunk DatagramQueue::TakeChunk() {
     return chunk;
 }
 
-/// Makes the front hold the oldest text; false where none waits.
+/// Makes the oldest text the first of front_.  Returns false if the queue is empty.
 bool DatagramQueue::Advance() {
     if (frontCount_ > 0)
         return true;

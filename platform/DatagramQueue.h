@@ -13,37 +13,40 @@
 
 namespace tallyhorn {
 
-/// The texts that a back end has taken out of the system and that nobody has read yet, in large chunks of
-/// memory so that a text costs no allocation of its own.
-/// One thread appends and one reads, which may be the same one; Stop may come from any.
+/// Owns the texts between a pump thread and the reader, in the order of their arrival.  They are stored in
+/// large chunks, so that a text needs no allocation.  One thread appends and one thread reads, and both may
+/// be the same one.  Any thread may call Stop.
 class DatagramQueue {
 public:
     static constexpr std::size_t ChunkSize = std::size_t{2} << 20U;
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20U;
     static constexpr std::size_t LargestText = 65536;
 
-    /// `limit`, in bytes, holds to within two chunks: it is tested before an append, never in the middle.
+    /// `limit` is in bytes.  It may be exceeded by up to two chunks, since Append does not check it for each
+    /// text.
     explicit DatagramQueue(std::size_t limit = DefaultLimit);
 
-    // The appending side.
+    // For the appending thread.
     bool HasRoom() const;
-    /// Blocks until there is room; false once Stop was called.
+    /// Waits until there is room.  Returns false after Stop.
     bool WaitForRoom();
-    /// Every text at most LargestText long.
+    /// Appends all texts, regardless of the limit.  No text may be longer than LargestText.
     void Append(std::span<const std::string_view> texts);
-    /// Appends as many of `texts`, from the first on, as there is room for, and tells how many.
+    /// Appends texts from the front of `texts` while there is room, and returns their number.
     std::size_t AppendWhileRoom(std::span<const std::string_view> texts);
     void Stop();
 
-    // The reading side.
+    // For the reading thread.
     std::size_t Count() const;
-    /// The oldest text where it lies, which stays there, valid until Pop or Read.
+    /// Returns the oldest text without removing it.  The view is valid until Pop or Read.
     std::optional<std::string_view> Front();
-    /// Takes the oldest text away; one has to wait.
+    /// Removes the oldest text.  The queue must not be empty, and Front or NextSize must have been called for
+    /// it.
     void Pop();
-    /// Size of the oldest text, 0 where none waits.
+    /// Returns the size of the oldest text, or 0 if the queue is empty.
     std::size_t NextSize();
-    /// False, and the text stays, where none waits or `buffer` is too short for it.
+    /// Moves the oldest text to `buffer` and sets `read` to its size.  Returns false and leaves the queue
+    /// unchanged if it is empty or `buffer` is too small.
     bool Read(std::span<char> buffer, std::size_t& read);
 
 private:
@@ -61,14 +64,14 @@ private:
 
     const std::size_t chunkLimit_;
 
-    // The reader's own.
+    // Used by the reading thread only.
     std::vector<Chunk> front_;
     std::size_t frontChunk_ = 0;
     std::size_t frontOffset_ = 0;
     std::size_t frontCount_ = 0;
 
     std::atomic<std::size_t> backCount_ = 0;
-    mutable std::mutex mutex_;  // guards all below, and changes of backCount_
+    mutable std::mutex mutex_;  // guards all members below, and changes of backCount_
     std::condition_variable room_;
     std::vector<Chunk> back_;
     std::vector<Chunk> spare_;

@@ -2,8 +2,9 @@
 
 namespace tallyhorn {
 
-/// Has the heap grow in large steps: a storm of notifications otherwise asks the system for more memory some
-/// thousand times a second, and that costs as much as reading them.  Called once, before there are threads.
+/// Makes the heap grow by 64 MiB at a time (Linux).  With the default step, a storm of notifications makes
+/// thousands of system calls a second for more memory, which cost as much as reading the notifications.  Call
+/// it once, before any thread starts.
 void GrowHeapInLargeSteps();
 
 }  // namespace tallyhorn

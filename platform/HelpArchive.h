@@ -6,12 +6,12 @@
 
 namespace tallyhorn {
 
-/// Contents by name, written as in links within the help: "page.html".
+/// The contents of the files by their paths, written as in links of the help: "page.html".
 using HelpFiles = std::map<std::string, std::string>;
 
-/// The files that a compiled help file (CHM) holds, as far as they are of bounded size and number.  None for
-/// what is no regular file, no such archive, or damaged; always none on systems that bring a viewer of their
-/// own.  Safe in any thread; the file may hold anything.
+/// Returns the files in a compiled help file (CHM), without those over 1 MiB.  Returns none if the files
+/// exceed 16 MiB together, if `file` is not a regular file, not such an archive, or damaged, and always on
+/// Windows, which has a viewer.  Safe for untrusted files.
 HelpFiles UnpackHelpFile(const std::filesystem::path& file);
 
 }  // namespace tallyhorn

@@ -8,31 +8,33 @@ namespace tallyhorn {
 
 enum class HelpOutcome {
     Shown,
-    NoFile,   ///< there is no such file
-    BadFile,  ///< it is no help file, or damaged
-    NoViewer  ///< nothing here shows files of this kind
+    NoFile,   ///< the file does not exist
+    BadFile,  ///< not a help file, or a damaged one
+    NoViewer  ///< no viewer for this kind of file is installed
 };
 
-/// What shows help files in a window of its own that nobody waits for.  User-interface thread only.
+/// The port for the viewer of help files.  The viewer has its own window, and no call waits until that is
+/// closed.
 class HelpViewer {
 public:
     virtual ~HelpViewer() = default;
 
     struct Request {
         std::filesystem::path File;
-        unsigned Command = 0;      ///< of the viewer's own numbering
-        unsigned Context = 0;      ///< the number of a page
-        std::uintptr_t Owner = 0;  ///< the main window, as the window system knows it
+        unsigned Command = 0;      ///< the HELP_ or HH_ constant of the viewer
+        unsigned Context = 0;      ///< the number of the page to show
+        std::uintptr_t Owner = 0;  ///< the handle of the main window
     };
-    /// For files of the older kind.
+    /// Shows a WinHelp file (.hlp).
     virtual HelpOutcome OpenWinHelp(const Request& request) = 0;
-    /// For compiled HTML.
+    /// Shows a compiled HTML help file (.chm).
     virtual HelpOutcome OpenHtmlHelp(const Request& request) = 0;
-    /// Takes its window away, if there is one.
+    /// Closes the viewer's window, if it is open.
     virtual void Close() = 0;
 };
 
-/// The system's own viewer.  Null where systems of this kind have none: the console's own takes its place.
+/// Returns the viewer of the system, or null on Linux, which has none: there the console shows the help
+/// itself.
 std::unique_ptr<HelpViewer> MakeSystemHelpViewer();
 
 }  // namespace tallyhorn

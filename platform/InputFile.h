@@ -7,16 +7,16 @@
 
 namespace tallyhorn {
 
-/// Owns one regular file that is read from its start, no further than its size when it was opened: who
-/// appends to it meanwhile cannot make it endless.  Called from one thread at a time.
+/// Owns one open regular file.  It is read up to the size that it had when it was opened, so that a program
+/// that keeps appending cannot make reading endless.  For one thread at a time.
 class InputFile : public ByteSource {
 public:
-    /// The next read begins at the start again.
+    /// Makes the next read begin at the start of the file.
     virtual void Rewind() = 0;
 };
 
-/// Creates an empty file where nothing stands.  Null where that fails, where the file may not be read, and
-/// for what is no regular file, which is never waited for.
+/// Opens the file, and creates an empty one if it does not exist.  Returns null if that fails or `path` is
+/// not a regular file; a pipe does not make it wait.
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

@@ -5,19 +5,19 @@
 
 namespace tallyhorn {
 
-/// Owns the sign that one instance of the program runs in this log-on session; the system takes it back
-/// however the process ends. Called from the user-interface thread.
+/// Owns the lock that shows that an instance of the program is running in this log-on session.  The system
+/// releases it however the process ends.
 class InstanceLock {
 public:
-    /// `folder` stands in for the user's mailslot folder where the lock is a file; elsewhere it means
-    /// nothing.
+    /// On Linux the lock is a file in `folder`, or in the user's mailslot folder if `folder` is empty.
+    /// Windows ignores `folder`.
     explicit InstanceLock(std::string name, std::string folder = {});
     ~InstanceLock();
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
 
-    /// Whether this is the first instance, which it stays until it is destroyed.  Where the system gives no
-    /// lock at all the answer is yes: better two consoles than none.
+    /// Returns whether this is the first instance, which it then stays until it is destroyed.  Returns true
+    /// as well if the system cannot provide a lock: two consoles are better than none.
     bool Acquire();
 
 private:

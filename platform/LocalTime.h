@@ -4,8 +4,8 @@
 
 namespace tallyhorn {
 
-/// The parts of a moment where the machine stands.  Safe in any thread; all parts are 0 where the system
-/// knows none for it.
+/// Splits a moment into calendar fields of local time.  Safe in any thread.  If the system cannot convert the
+/// moment, all fields are 0.
 std::tm LocalTime(std::time_t moment);
 
 }  // namespace tallyhorn

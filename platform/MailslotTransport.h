@@ -12,56 +12,60 @@ namespace tallyhorn {
 
 inline constexpr std::string_view MailslotPrefix = R"(\\.\mailslot\)";
 
-/// The name at the end of a mailslot's path.  Nothing for another path, an empty name, one that starts with a
-/// dot or one that holds a slash, a backslash or a NUL: no transport takes those.
+/// Returns the name at the end of a mailslot's path, or nothing if `path` is not such a path or the name is
+/// invalid: empty, beginning with a dot, or containing a slash, a backslash or a NUL.
 std::optional<std::string_view> MailslotNameFromPath(std::string_view path);
 
-/// What a mailslot tells of itself; sizes in bytes.
+/// The state of a mailslot; sizes are in bytes.
 struct MailslotInfo {
     std::size_t MaximumSize = 0;
-    std::size_t NextSize = 0;  ///< of the text that Read gives next; 0 where none waits
-    std::size_t Waiting = 0;   ///< number of texts
+    std::size_t NextSize = 0;  ///< the size of the text that Read returns next, or 0 if none is waiting
+    std::size_t Waiting = 0;   ///< the number of waiting texts
 };
 
-/// The receiving end of a mailslot: owns the name as long as it lives, and every text that waits.
-/// Called from the user-interface thread alone; nothing here ever blocks.
+/// The receiving end of a mailslot: owns its name and all waiting texts.  No function blocks.
 class MailslotServer {
 public:
     virtual ~MailslotServer() = default;
-    /// The system's own number for the open mailslot.
+    /// The descriptor or handle that the system assigned to the mailslot.
     virtual std::int32_t Handle() const = 0;
+    /// Returns false if the mailslot cannot be queried.
     virtual bool GetInfo(MailslotInfo& info) = 0;
-    /// Takes the oldest text; false, and the text stays, where none waits or `buffer` is too short for it.
+    /// Moves the oldest text to `buffer` and sets `read` to its size.  Returns false and keeps the text if
+    /// none is waiting or `buffer` is too small.
     virtual bool Read(std::span<char> buffer, std::size_t& read) = 0;
 };
 
-/// The sending end of a mailslot that somebody else reads.
-/// One thread at a time; several clients may send to one mailslot at once.
+/// The sending end of a mailslot.  For one thread at a time; several clients may send to one mailslot at
+/// once.
 class MailslotClient {
 public:
     virtual ~MailslotClient() = default;
     virtual std::int32_t Handle() const = 0;
-    /// Sends `text` as one datagram, whole or not at all; false where it is longer than the mailslot takes,
-    /// the reader is gone or a signal came while waiting for room.
+    /// Sends `text` as one datagram, and waits while the mailslot has no room.  Returns false, with nothing
+    /// sent, if the text is longer than the mailslot's maximum, the server no longer exists, or a signal
+    /// interrupted the wait.
     virtual bool Write(std::string_view text) = 0;
 };
 
-/// Creates and opens mailslots by their path, `\\.\mailslot\NAME`; what it returns closes itself.
-/// Called from any one thread; the objects that it makes do not need it any more.
+/// Creates and opens mailslots by their path, `\\.\mailslot\NAME`.  The returned objects close them when they
+/// are destroyed, and may outlive this object.  For one thread at a time.
 class MailslotTransport {
 public:
-    /// The longest text that a mailslot can be created for.
+    /// The largest `maximumSize` of a mailslot.
     static constexpr std::size_t LargestSize = 65536;
 
     virtual ~MailslotTransport() = default;
-    /// Null where the name is taken or no name, or `maximumSize` is 0 or over LargestSize.
+    /// Creates a mailslot for texts of up to `maximumSize` bytes.  Returns null if the name is in use or
+    /// invalid, or `maximumSize` is 0 or over LargestSize.
     virtual std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) = 0;
-    /// Null where nobody has created the mailslot.
+    /// Opens a mailslot for sending.  Returns null if it does not exist.
     virtual std::unique_ptr<MailslotClient> Open(std::string_view path) = 0;
 };
 
-/// The system's own mailslots.  `folder` stands in for the user's mailslot folder on a system that keeps
-/// mailslots in one (so that two consoles can live side by side); elsewhere it means nothing.
+/// Returns the back end of the system.  On Linux mailslots are sockets in `folder`, or in the user's mailslot
+/// folder if `folder` is empty; with different folders, two consoles can run side by side.  Windows ignores
+/// `folder`.
 std::unique_ptr<MailslotTransport> MakeMailslotTransport(const std::string& folder = {});
 
 }  // namespace tallyhorn

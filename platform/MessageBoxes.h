@@ -4,19 +4,19 @@
 
 namespace tallyhorn {
 
-/// The message boxes that the rules may show, all under the caption "Tallyhorn Listener Console".
-/// Called from the user-interface thread; a call returns when the user has answered, and window
-/// events (timer ticks too) run meanwhile.  Texts are ANSI and never read as markup.
+/// The port for message boxes, all with the caption "Tallyhorn Listener Console".  A call returns when the
+/// user has answered; until then other window events and timers run.  Texts are Windows-1252 and never
+/// interpreted as markup.
 class MessageBoxes {
 public:
     virtual ~MessageBoxes() = default;
-    /// An OK button and no icon.
+    /// Shows an OK button and no icon.
     virtual void Tell(std::string_view text) = 0;
-    /// Exclamation icon and an OK button.
+    /// Shows an exclamation icon and an OK button.
     virtual void Warn(std::string_view text) = 0;
-    /// Question icon, Yes and No; true for Yes.
+    /// Shows a question icon, Yes and No.  Returns true for Yes.
     virtual bool Confirm(std::string_view text) = 0;
-    /// Exclamation icon, Retry and Cancel; true for Retry.
+    /// Shows an exclamation icon, Retry and Cancel.  Returns true for Retry.
     virtual bool Retry(std::string_view text) = 0;
 };
 

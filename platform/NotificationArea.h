@@ -5,28 +5,27 @@
 
 namespace tallyhorn {
 
-/// The desktop's notification area and the one icon that the console has in it.
-/// Called from the user-interface thread, which the events come to as well; nothing here lets events run.
+/// The port for the notification area of the desktop, in which the console has one icon.
 class NotificationArea {
 public:
     struct Events {
-        /// What opens the program: a double click, or what the area has in its place.
+        /// The user activated the icon by a double click, or as the desktop defines it.
         std::function<void()> DoubleClick = [] {};
-        /// The right button was let go over the icon.  An area that shows the icon's menu by itself never
-        /// tells.
+        /// The user released the right button over the icon.  Never called if the desktop shows the icon's
+        /// menu itself.
         std::function<void()> MenuWanted = [] {};
     };
 
     virtual ~NotificationArea() = default;
-    /// Tells what happens at the icon from now on.
+    /// Sets the functions to call for events of the icon.
     virtual void Listen(Events events) = 0;
-    /// Whether there is an area that shows the icon, or would.  It may go and come at any time without a
-    /// word, so whoever depends on it asks again; an icon that was added meanwhile appears at the latest with
-    /// the question that finds an area.
+    /// Returns whether a notification area exists.  It can disappear and reappear at any time without an
+    /// event, so ask again before relying on it.  An icon that was added while none existed appears at the
+    /// latest during the call that returns true again.
     virtual bool IsAvailable() = 0;
-    /// Adds the icon, or gives the one that is there another picture and tip.
+    /// Adds the icon, or changes its picture and tool tip if it exists.
     virtual void Add(int image, std::string_view tip) = 0;
-    /// Does nothing where no icon was added.
+    /// Changes the picture and tool tip.  Does nothing if no icon was added.
     virtual void Modify(int image, std::string_view tip) = 0;
     virtual void Delete() = 0;
 };

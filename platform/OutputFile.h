@@ -9,28 +9,28 @@
 
 namespace tallyhorn {
 
-/// Owns one file that is written from its start.  Called from one thread at a time.
+/// Owns one open file that is written from its start.  For one thread at a time.
 class OutputFile {
 public:
     virtual ~OutputFile() = default;
-    /// Hands all the bytes to the system; BufferedWriter makes large pieces of small ones.
+    /// Writes all the bytes with system calls.  For many small writes use a BufferedWriter.
     virtual std::optional<SystemError> Write(std::string_view bytes) = 0;
-    /// Waits until what was written is on the disk, the file's name too, and closes the file.
+    /// Closes the file after its content and its name have reached the disk.
     virtual std::optional<SystemError> Finish() = 0;
 };
 
-/// A new file; what was written stays whatever fails later.  Null, and the reason in `error`, where it fails;
-/// what stands there already is such a failure and stays.
+/// Creates a new file.  It stays, with what was written, even if a later call fails.  Returns null and sets
+/// `error` if that fails, in particular if `path` exists.
 std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error);
 
-/// A file that comes to be at `path`, or replaces the one there, in one step when it is finished and nothing
-/// failed; otherwise all is as it was.  A symbolic link keeps pointing to the file, whose permissions stay.
-/// Where the folder takes no new file, one that is there and may be written is written over instead, and a
-/// failure costs it.  Null, and the reason in `error`, for a file that may not be written, or none that is
-/// regular.
+/// Creates a temporary file that replaces the one at `path`, or becomes a new one, in one step when Finish
+/// succeeds; otherwise `path` stays unchanged.  Symbolic links are followed, and the permissions of the old
+/// file are kept. If the folder does not allow new files, an existing writable file is overwritten instead
+/// and is lost if that fails.  Returns null and sets `error` if the file is not writable or not a regular
+/// file.
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error);
 
-/// Removes a file, never a folder; a missing one is an error like any other.
+/// Removes a file.  A missing file is an error, and so is a folder.
 std::optional<SystemError> RemoveFile(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

@@ -6,8 +6,7 @@
 
 namespace tallyhorn {
 
-// Paths as text: UTF-8 on Windows whatever its code page is, and on Linux the bytes that they are made of.
-// Safe in any thread.
+// Conversion between paths and UTF-8.  On Linux the bytes of a path are not changed.
 
 inline std::filesystem::path PathFromUtf8(std::string_view text) {
     return std::u8string(text.begin(), text.end());

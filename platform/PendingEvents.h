@@ -2,8 +2,8 @@
 
 namespace tallyhorn {
 
-/// Lets window events that wait run now, whatever they lead to: timer ticks, clicks, repainting.
-/// Called from the user-interface thread in the middle of long work; TimeSlices says how often.
+/// The port through which long work runs the pending window events: timers, clicks, repainting.  TimeSlices
+/// decides how often.  The events may start further work.
 class PendingEvents {
 public:
     virtual ~PendingEvents() = default;

@@ -5,36 +5,38 @@
 
 namespace tallyhorn {
 
-/// Windows' five functions for initialisation (INI) files, with the contracts of their "A" forms: texts are
-/// NUL-terminated ANSI, the file is named at each call, and nothing is kept between calls.
-/// Called from the user-interface thread; other programs may read the file meanwhile.
+/// The port for the five functions of Windows for initialisation (INI) files.  They behave like their "A"
+/// forms: texts are NUL-terminated Windows-1252, each call names the file, and nothing is cached between
+/// calls.  Other programs may read the file at the same time.
 ///
-/// A buffer of `size` bytes always ends in a NUL where `size` is over 0.  The count returned leaves the last
-/// NUL out; a text that did not fit is cut and gives size - 1, a list (each name followed by a NUL, and one
-/// more NUL after the last) that did not fit gives size - 2.
+/// Functions with a buffer of `size` bytes write a terminating NUL if `size` is not 0, and return the number
+/// of bytes before it.  A text that does not fit is cut, and the result is size - 1.  A list consists of
+/// names that each end with a NUL, and one more NUL; if it does not fit, the result is size - 2.
 class ProfileFunctions {
 public:
     virtual ~ProfileFunctions() = default;
-    /// The value with the blanks and one pair of quotes around it removed, or `defaultText` (null: empty).  A
-    /// null key lists the section's keys, a null section the file's sections.
+    /// Reads a value without surrounding blanks and one pair of quotes, or `defaultText` if there is none;
+    /// null means an empty text.  If `key` is null, lists the keys of the section; if `section` is null,
+    /// lists the sections.
     virtual std::uint32_t GetPrivateProfileString(const char* section, const char* key,
                                                   const char* defaultText, char* buffer, std::uint32_t size,
                                                   const char* file) = 0;
-    /// The number at the value's start, modulo 2^32; 0 where there is none, the default where there is no
-    /// key.
+    /// Returns the number at the start of the value, modulo 2^32.  Returns 0 if the value does not begin with
+    /// a number, and `defaultValue` if the key does not exist.
     virtual std::uint32_t GetPrivateProfileInt(const char* section, const char* key,
                                                std::int32_t defaultValue, const char* file) = 0;
-    /// Creates file, section and key as needed.  A null value deletes the key, a null key the section.
+    /// Writes a value and creates the file, the section and the key as needed.  Deletes the key if `value` is
+    /// null, and the section if `key` is null.
     virtual bool WritePrivateProfileString(const char* section, const char* key, const char* value,
                                            const char* file) = 0;
     virtual std::uint32_t GetPrivateProfileSectionNames(char* buffer, std::uint32_t size,
                                                         const char* file) = 0;
-    /// The section's lines but comments, as key=value.
+    /// Lists the lines of the section as key=value, without comments.
     virtual std::uint32_t GetPrivateProfileSection(const char* section, char* buffer, std::uint32_t size,
                                                    const char* file) = 0;
 };
 
-/// Windows' own; null on a system that has none.
+/// Returns the functions of Windows, or null on Linux, which has none.
 std::unique_ptr<ProfileFunctions> MakeSystemProfileFunctions();
 
 }  // namespace tallyhorn

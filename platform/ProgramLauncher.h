@@ -6,18 +6,19 @@
 
 namespace tallyhorn {
 
-/// Starts other programs and does not wait for them.  Called from one thread at a time.
+/// The port for starting other programs.  Does not wait until they end.  For one thread at a time.
 class ProgramLauncher {
 public:
     virtual ~ProgramLauncher() = default;
-    /// Looks for `program`, a plain name, in the folders of the path alone, never in the one that happens to
-    /// be current, and starts it with a window of its own.  Each of `arguments` (ANSI bytes) arrives as one,
-    /// whatever stands in it, up to its first NUL; no shell is asked.  False where that fails.
+    /// Starts `program`, a file name, in its own window.  It is searched for in the absolute folders of the
+    /// PATH variable, never in the current folder.  The program receives each of `arguments` (Windows-1252)
+    /// unchanged up to its first NUL, since no shell interprets them.  Returns false if the program cannot be
+    /// started.
     virtual bool Start(const std::string& program, std::span<const std::string> arguments) = 0;
 };
 
-/// The system's own programs.  `folders`, separated as the system does it, stands in for the path of the
-/// environment.
+/// Returns the back end of the system.  If `folders` is not empty, it replaces the value of the PATH
+/// variable.
 std::unique_ptr<ProgramLauncher> MakeProgramLauncher(const std::string& folders = {});
 
 }  // namespace tallyhorn

@@ -6,13 +6,13 @@
 
 namespace tallyhorn {
 
-/// The system's own dialog that asks for the name of a file to write; it also asks whether an existing file
-/// may be replaced.  Called from the user-interface thread; returns when the user has answered, and window
-/// events run meanwhile.
+/// The port for the dialog that asks for the file to save to.  It also asks whether to replace an existing
+/// file. Until the user has answered, other window events run.
 class SaveDialog {
 public:
     virtual ~SaveDialog() = default;
-    /// `fileTypes` is a list of "DESCRIPTION|PATTERN" pairs joined by "|".  Nothing where the user cancels.
+    /// Returns the file, or nothing if the user cancels.  `fileTypes` has the form
+    /// "DESCRIPTION|PATTERN|DESCRIPTION|PATTERN".
     virtual std::optional<std::filesystem::path> AskFile(const std::filesystem::path& proposal,
                                                          std::string_view fileTypes) = 0;
 };

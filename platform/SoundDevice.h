@@ -5,11 +5,11 @@
 
 namespace tallyhorn {
 
-/// Plays one wave file at a time, in the terms of the multimedia control interface; closes as it goes.
-/// Called from the user-interface thread alone, which no call holds up: what takes time goes on behind it.
+/// The port for playing a wave file, with the commands of the Media Control Interface (MCI) of Windows.  No
+/// call waits until a file has been played.  The destructor closes the device.
 class SoundDevice {
 public:
-    /// The interface's own numbers.
+    /// The values are those of the MCI_MODE_ constants.
     enum class Mode {
         NotOpen = 524,
         Stopped = 525,
@@ -22,19 +22,20 @@ public:
 
     virtual ~SoundDevice() = default;
     virtual Mode CurrentMode() const = 0;
-    /// Counts from the next `Open`.
+    /// Sets the file that the next Open opens.
     virtual void SetFileName(const std::filesystem::path& file) = 0;
-    // The commands: false where one fails.  A failure that shows only later is silence.
+    // The commands return false if they fail.  An error that occurs after a command has returned is not
+    // reported.
     virtual bool Open() = 0;
-    /// Ends what is playing.
+    /// Stops playing and closes the file.
     virtual bool Close() = 0;
-    /// Back to the start.
+    /// Returns to the start of the file.
     virtual bool Prev() = 0;
-    /// Begins to play and does not wait for the end.
+    /// Starts playing.
     virtual bool Play() = 0;
 };
 
-/// The machine's own.
+/// Returns the back end of the system.
 std::unique_ptr<SoundDevice> MakeSoundDevice();
 
 }  // namespace tallyhorn

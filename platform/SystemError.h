@@ -5,14 +5,14 @@
 
 namespace tallyhorn {
 
-/// A failure as the operating system tells it.  A plain value.
+/// An error of the operating system.
 struct SystemError {
     std::int32_t Number = 0;
-    /// One line in ANSI, without a line break at its end.
+    /// One line in Windows-1252, without a line end.
     std::string Text;
 };
 
-/// Why the system's last call in this thread failed; asked before any other call.
+/// Returns the error of the last failed system call of this thread.  Call it before any other system call.
 SystemError LastSystemError();
 
 }  // namespace tallyhorn

@@ -5,15 +5,16 @@
 
 namespace tallyhorn {
 
-/// Turns the system's requests to end the program (SIGTERM, SIGINT, SIGHUP on Linux; on Windows the end of
-/// the log-on session) into one call each.  Made in main before any thread starts, since threads inherit that
-/// the signals are held back for it.
+/// Calls a function for each request of the system to end the program: SIGTERM, SIGINT and SIGHUP on Linux,
+/// the end of the log-on session on Windows.  Create it before any other thread starts: the constructor
+/// blocks the signals, and only later threads inherit that.
 class TerminationSignals {
 public:
     virtual ~TerminationSignals() = default;
-    /// `ended` is called from a thread of this object's own, until Stop.
+    /// Calls `ended` for each request, until Stop, from a thread of this object.
     virtual void Start(std::function<void()> ended) = 0;
-    /// Windows waits for it before it ends the program: to be called once all is saved.
+    /// Ends the calls.  Windows delays the end of the session until Stop is called, so call it when
+    /// everything has been saved.
     virtual void Stop() = 0;
 };
 

@@ -5,16 +5,24 @@
 
 namespace tallyhorn {
 
-/// Decides how often long work lets pending window events run: after every 10 ms of it, so that a flood is
-/// not slowed by repainting and the window still answers at once.  User-interface thread only; events that
-/// run inside may start work of their own and come back here.
+/// Divides long work into slices of 10 ms, after each of which the pending window events run: often enough
+/// for the window to respond at once, and seldom enough not to slow the work.  Example:
+///
+///     for (const std::string& text : batch) {
+///         Handle(text);
+///         slices.LetRun();
+///     }
+///     slices.RunNow();
+///
+/// An event may itself call these functions.
 class TimeSlices {
 public:
     TimeSlices(const Clock& clock, PendingEvents& events);
 
-    /// Called after each small step of work; true when the slice was over and events ran.
+    /// Runs the events if 10 ms have passed since they last ran, and returns whether they did.  Call it after
+    /// each small step of the work.
     bool LetRun();
-    /// Lets events run whatever the time, at the end of a batch.
+    /// Runs the events at once, as at the end of a batch.
     void RunNow();
 
 private:

@@ -5,12 +5,12 @@
 
 namespace tallyhorn {
 
-/// What the system calls the user and the machine, in UTF-8; empty where it does not tell.  Asked anew each
-/// time, from one thread at a time.
+/// The port for the names of the user and the machine, in UTF-8.  They are queried at each call and empty if
+/// the system does not provide them.  For one thread at a time.
 class UserNames {
 public:
     virtual ~UserNames() = default;
-    /// The name that the user has logged on with.
+    /// The log-on name of the user.
     virtual std::string UserName() const = 0;
     virtual std::string ComputerName() const = 0;
 };

@@ -6,19 +6,19 @@
 
 namespace tallyhorn {
 
-// Small files, read and replaced in one piece.  Paths are in the system's own narrow form.  Safe in any
-// thread; failures come back as results, and nothing throws but an allocation.
+// Small files that are read and written in one call.  Paths are in the byte encoding of the system; see
+// NarrowPath. Safe in any thread.
 
 enum class ReadOutcome { Complete, Missing, Failed };
 
-/// Fills `bytes` with the file's content.  `Failed` for a file of more than `maximum` bytes, for what is no
-/// regular file (which is never waited for), and for one that is there and cannot be read.
+/// Sets `bytes` to the content of the file.  Returns `Failed` if the file is larger than `maximum` bytes,
+/// cannot be read, or is not a regular file; a pipe does not make it wait.
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes);
 
-/// Puts a file with this content in the place of `path` in one step, so that others see the old file or the
-/// whole new one, after a power failure too.  The permissions stay, and a symbolic link keeps pointing to the
-/// file (Linux).  False leaves the old file as it was, and nothing beside it; a file that may not be written
-/// is such a failure.
+/// Replaces the file at `path`, or creates it, in one step: other programs see the old file or the complete
+/// new one, and so does the next start after a power failure.  On Linux symbolic links are followed and the
+/// permissions are kept.  Returns false and leaves the old file unchanged if that fails, for example if the
+/// file is not writable.
 bool ReplaceWholeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tallyhorn

@@ -16,12 +16,13 @@ constexpr std::int64_t SecondsPerMinute = 60;
 constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
-/// Cuts the pieces of a date off the front of a text.  Each step says whether the piece was there.
+/// Reads the elements of a date one after another from the front of a text.  Each Take function returns false
+/// if the element is not next.
 class DateReader {
 public:
     explicit DateReader(std::string_view text) : next_(text.data()), end_(text.data() + text.size()) {}
 
-    /// A line end ends the text.
+    /// CR and LF count as the end of the text.
     bool AtEnd() const { return next_ == end_ || *next_ == '\r' || *next_ == '\n'; }
 
     bool SkipBlanks() {
@@ -38,7 +39,7 @@ public:
         return true;
     }
 
-    /// One to four digits; their number in `digits`.
+    /// Takes one to four digits and stores their count in `digits`.  Fails if a fifth digit follows.
     bool TakeNumber(int& value, std::size_t& digits) {
         const char* const first = next_;
         const char* const stop = end_ - first > 4 ? first + 4 : end_;
@@ -59,7 +60,7 @@ public:
         return true;
     }
 
-    /// "AM" or "PM" in either case; `afternoon` says which.
+    /// Takes "AM" or "PM" in either case.
     bool TakeHalfDay(bool& afternoon) {
         if (end_ - next_ < 2 || ToUpper(next_[1]) != 'M')
             return false;
@@ -89,7 +90,8 @@ int FullYear(Number year) {
     return year.Digits == 4 ? year.Value : YearOfTwoDigits(year.Value);
 }
 
-/// Month first, day first where the first number cannot be a month, or year first.
+/// Accepts month/day/year, day/month/year if the first number is over 12, and year/month/day if the first
+/// number has four digits.
 bool ReadDay(DateReader& reader, CivilDateTime& parts) {
     std::array<Number, 3> numbers;
     char separator = 0;
@@ -132,8 +134,8 @@ bool ReadTime(DateReader& reader, CivilDateTime& parts) {
     return true;
 }
 
-/// The characters of a date one after the other: snprintf would take longer than all else about a text that
-/// is kept.
+/// Collects the characters of a date in a fixed buffer.  With snprintf instead, formatting the date took
+/// longer than all other work on a message text.
 class GeneralDateText {
 public:
     void Add(char character) { characters_[length_++] = character; }
@@ -141,7 +143,7 @@ public:
         Add(static_cast<char>('0' + number / 10 % 10));
         Add(static_cast<char>('0' + number % 10));
     }
-    /// A number below 100 without a leading zero.
+    /// Adds a number below 100 without a leading zero.
     void Add(int number) {
         if (number >= 10)
             Add(static_cast<char>('0' + number / 10));
@@ -237,7 +239,7 @@ std::optional<std::int64_t> MillisecondsFromDays(double days) {
     if (std::isnan(days))
         return std::nullopt;
     const double whole = std::trunc(days);
-    // An infinity is whole: less itself it would be not-a-number.
+    // For an infinity, days - whole would be a NaN.
     const double fraction = std::isinf(days) ? 0.0 : std::fabs(days - whole);
     const double moment = whole + fraction;
     const double milliseconds = (moment * SecondsPerDay + AlarmDate::DefaultSeconds) * 1000.0;

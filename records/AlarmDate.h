@@ -9,22 +9,22 @@
 
 namespace tallyhorn {
 
-/// A moment of local time, to the second, as notifications tell it; exact for the years 100 to 9999.
-/// A plain value without a time zone, safe in any thread.
+/// A moment in whole seconds of local time, as notifications contain it: it has no time zone.  Valid for the
+/// years 100 to 9999.
 struct AlarmDate {
-    /// Seconds since 1970-01-01 00:00:00 on the same calendar, negative before it.
+    /// Seconds since 1970-01-01 00:00:00 local time; negative for earlier moments.
     std::int64_t Seconds = DefaultSeconds;
 
-    /// 1899-12-30 00:00, the zero of the dates in the filter file: what a date holds that was never set.
+    /// The value of a date that was never set: 1899-12-30 00:00, which is 0 in the filter file.
     static constexpr std::int64_t DefaultSeconds = -25569LL * 86400;
 
-    /// Whole days since 1970-01-01.
+    /// The whole days since 1970-01-01, rounded down: -1 for 1969-12-31 at any time of day.
     std::int64_t Day() const { return (Seconds < 0 ? Seconds - 86399 : Seconds) / 86400; }
 
     auto operator<=>(const AlarmDate&) const = default;
 };
 
-/// The day and time of day that an AlarmDate stands for.
+/// An AlarmDate split into calendar fields.
 struct CivilDateTime {
     int Year = 1970;
     int Month = 1;
@@ -36,7 +36,7 @@ struct CivilDateTime {
     bool operator==(const CivilDateTime&) const = default;
 };
 
-/// Nothing where a part is outside its range: the year 100 to 9999, the day within its month.
+/// Returns nothing if a field is out of range: years run from 100 to 9999, and the month must have the day.
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts);
 CivilDateTime SplitAlarmDate(AlarmDate date);
 
@@ -45,24 +45,27 @@ constexpr int HourOfTwelve(int hour) {
     return hour % 12 == 0 ? 12 : hour % 12;
 }
 
-/// The year that is written with two digits: 00 to 29 are 20xx, the others 19xx.
+/// The full year for one written with two digits: 2000 to 2029 for 0 to 29, else 1930 to 1999.
 constexpr int YearOfTwoDigits(int digits) {
     return digits + (digits < 30 ? 2000 : 1900);
 }
 
-/// Reads a date in the console's one locale, US English; see ARCHITECTURE.md for the forms.  Stops at the
-/// first CR or LF; nothing for any text that is not wholly a date.
+/// Reads a date in US English form into `date`; ARCHITECTURE.md lists the accepted forms.  The text ends at
+/// its first CR or LF.  Returns false and leaves `date` unchanged unless all of the text up to there is a
+/// date.
 bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 
-/// `M/d/yyyy h:mm:ss AM/PM`, or the date alone at midnight; ParseAlarmDate reads it back.
+/// Appends the date as `M/d/yyyy h:mm:ss AM/PM`, or as `M/d/yyyy` if its time is 00:00:00.  ReadAlarmDate
+/// reads both.
 void AppendGeneralDate(std::string& text, AlarmDate date);
 
-/// Days since 1899-12-30 with the time of day as the fraction, the form of the dates in the filter file.
-/// Before that day the fraction still counts forward from midnight, so that -1.25 is 1899-12-29 06:00.
+/// The days since 1899-12-30 with the time of day as fraction, the form of dates in the filter file.
+/// Compatibility: in negative numbers, too, the fraction counts forward from midnight, so -1.25 is 1899-12-29
+/// 06:00.  Filter files contain such dates.
 double DaysFromAlarmDate(AlarmDate date);
 
-/// The moment that `days` stands for in milliseconds since 1970-01-01, rounded; saturates at the limits of
-/// the type, and not-a-number has no moment.
+/// Converts `days`, in the form that DaysFromAlarmDate returns, to milliseconds since 1970-01-01, rounded and
+/// clamped to the limits of the type.  Returns nothing for a NaN.
 std::optional<std::int64_t> MillisecondsFromDays(double days);
 
 }  // namespace tallyhorn

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// One alarm notification in ten fields, in the order of the export header; texts are ANSI bytes as they
-/// arrived.  A plain value: the parsers fill it, and a field that a parse cannot set keeps what it held.
+/// The ten fields of a notification, in the column order of an export.  Texts are Windows-1252.  The parsers
+/// leave a field unchanged if the notification has no valid value for it.
 struct AlarmRecord {
     AlarmDate DateTime;
     std::string AlarmName;
@@ -17,8 +17,8 @@ struct AlarmRecord {
     std::string TypeOfEvent;
     std::string Category;
     std::int32_t EventID = 0;
-    std::string AccountName;  ///< upper case after a parse
-    std::string Computer;     ///< upper case after a parse
+    std::string AccountName;  ///< the parsers store it in upper case
+    std::string Computer;     ///< the parsers store it in upper case
     std::string Description;
 
     bool operator==(const AlarmRecord&) const = default;

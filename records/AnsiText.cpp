@@ -14,7 +14,7 @@ constexpr std::size_t Index(char character) {
     return static_cast<unsigned char>(character);
 }
 
-/// Windows-1252's own characters at 0x80 to 0x9F; the rest of the page is Latin-1.
+/// The characters of Windows-1252 at 0x80 to 0x9F.  All others are those of Latin-1.
 constexpr std::array<char16_t, 32> HighControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -37,7 +37,7 @@ constexpr std::array<char, Bytes> LowerTable = MakeLowerTable();
 static_assert(UpperTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 static_assert(LowerTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 
-/// Whether the fraction's digits are more than, exactly or less than a half: 1, 0 or -1.
+/// Compares the fraction with these digits to one half: returns 1 if it is larger, 0 if equal, -1 if smaller.
 int CompareWithHalf(std::string_view digits) {
     if (digits.empty() || digits.front() < '5')
         return -1;
@@ -48,7 +48,8 @@ int CompareWithHalf(std::string_view digits) {
 
 constexpr std::size_t WordSize = sizeof(std::uint64_t);
 
-/// Upper case of eight bytes, at once where all are ASCII: names go through here for every notification.
+/// Writes eight bytes in upper case, in one step if all are ASCII, as in nearly all names of accounts and
+/// computers.  Every notification has such names.
 void UpperCaseWord(const char* from, char* to) {
     constexpr std::uint64_t Each = 0x0101010101010101U;
     constexpr std::uint64_t HighBits = Each * 0x80U;
@@ -58,7 +59,8 @@ void UpperCaseWord(const char* from, char* to) {
         std::transform(from, from + WordSize, to, ToUpper);
         return;
     }
-    // A sum reaches its byte's high bit from "a" on, or beyond "z"; 0x20 is the difference of the cases.
+    // Each addition sets the high bit of a byte that is at least "a", or above "z".  Shifted right by two,
+    // the high bit is 0x20, the difference between lower and upper case.
     const std::uint64_t fromA = word + Each * (0x80U - 'a');
     const std::uint64_t beyondZ = word + Each * (0x80U - 'z' - 1);
     word ^= (fromA & ~beyondZ & HighBits) >> 2U;
@@ -70,7 +72,7 @@ struct Utf8Character {
     std::size_t Length;
 };
 
-/// The character at the start of `utf8`, or nothing where it is cut short, overlong, or no character at all.
+/// Decodes the first character of `utf8`.  Returns nothing if its bytes are incomplete, overlong or invalid.
 std::optional<Utf8Character> FirstCharacter(std::string_view utf8) {
     const auto lead = static_cast<unsigned char>(utf8.front());
     if (lead < 0x80)
@@ -146,7 +148,7 @@ bool ReadInt32(std::string_view text, std::int32_t& number) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
-    // Larger numbers stop here and are refused below.
+    // The value stays at this limit for larger numbers, which the test at the end refuses.
     constexpr std::int64_t Beyond = std::int64_t{1} << 32U;
     std::int64_t value = 0;
     std::size_t digits = 0;

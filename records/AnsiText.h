@@ -9,10 +9,10 @@
 
 namespace tallyhorn {
 
-// The console's text: single bytes of Windows-1252, all 256 of them kept.  The functions are pure and safe in
-// any thread; nothing here allocates but the strings that are returned.
+// The console's texts are Windows-1252, one byte per character.  All 256 byte values are valid characters
+// here, those that Windows-1252 leaves undefined too, and no conversion loses one of them.
 
-/// Upper case of all 256 bytes.
+/// The upper-case character of each of the 256 bytes.
 inline constexpr std::array<char, 256> UpperTable = [] {
     constexpr std::size_t DivisionSign = 0xF7;
     std::array<char, 256> table{};
@@ -27,17 +27,18 @@ inline constexpr std::array<char, 256> UpperTable = [] {
     return table;
 }();
 
-/// Upper and lower case in Windows-1252, accented letters included; a byte without the other case is kept.
-/// Inline, because matching a notification folds some sixty bytes and little else.
+/// Upper and lower case in Windows-1252, accented letters included.  Other characters are returned unchanged.
+/// ToUpper is inline because matching a notification against filters does little else than call it.
 inline char ToUpper(char character) {
     return UpperTable[static_cast<unsigned char>(character)];
 }
 char ToLower(char character);
 std::string UpperCase(std::string_view text);
-/// Replaces `to` by `text` in upper case, without a new allocation where its room suffices.
+/// Sets `to` to `text` in upper case.  Allocates only if the capacity of `to` is too small.
 void AssignUpperCase(std::string& to, std::string_view text);
 
-/// Leading and trailing blanks (0x20 alone) removed.  Inline, because most fields have one blank or none.
+/// Returns `text` without leading and trailing blanks.  Only 0x20 is a blank, here and below.  Inline because
+/// most fields have at most one blank to remove.
 inline std::string_view Trim(std::string_view text) {
     while (text.starts_with(' '))
         text.remove_prefix(1);
@@ -45,12 +46,13 @@ inline std::string_view Trim(std::string_view text) {
         text.remove_suffix(1);
     return text;
 }
-/// Every blank (0x20) removed.
+/// Returns `text` without any of its blanks.
 std::string RemoveBlanks(std::string_view text);
-/// Every NUL removed, then leading and trailing blanks.
+/// Returns `text` without its NULs, and then without leading and trailing blanks.
 std::string StripNulls(std::string_view text);
 
-/// Less than, equal to or greater than zero, as the upper-case texts compare byte by byte.
+/// Compares the texts in upper case by their unsigned byte values.  Returns a number below 0 if `a` sorts
+/// first, 0 if both are equal, and above 0 otherwise.
 int CompareNoCase(std::string_view a, std::string_view b);
 
 /// Whether the character is one of the ten ASCII digits.
@@ -63,11 +65,13 @@ constexpr bool IsDigit(char character) {
 /// for any other text and for a number outside 32 bits.
 bool ReadInt32(std::string_view text, std::int32_t& number);
 
-/// Unicode for one byte; the five undefined ones give the control character of the same value.
+/// Returns the Unicode character of a byte.  The five bytes that Windows-1252 leaves undefined become the
+/// control character with the same value.
 char16_t UnicodeFromAnsi(char character);
-/// Nothing where Windows-1252 lacks the character.
+/// Returns nothing if Windows-1252 does not contain the character.
 std::optional<char> AnsiFromUnicode(char32_t character);
-/// UTF-8 to ANSI, with "?" for what Windows-1252 lacks or what is not UTF-8.
+/// Converts UTF-8 to Windows-1252, with a "?" for each character that Windows-1252 does not contain and for
+/// each byte that is not valid UTF-8.
 std::string AnsiFromUtf8(std::string_view utf8);
 
 }  // namespace tallyhorn

@@ -25,7 +25,7 @@ constexpr std::string_view DescriptionLabel = "\r\nDescription: \r\n";
 
 constexpr std::size_t LongestDate = std::string_view("12/31/9999 12:59:59 PM").size();
 constexpr std::size_t LongestNumber = std::string_view("-2147483648").size();
-/// What a text holds beside the fields, at most.
+/// The largest size of everything in a text that is neither a name nor the description.
 constexpr std::size_t MostBesideFields = [] {
     std::size_t size = LongestDate + LongestNumber;
     for (const std::string_view label :
@@ -35,14 +35,15 @@ constexpr std::size_t MostBesideFields = [] {
     return size;
 }();
 
-/// The parts of a message text as views of it.
+/// The fields of a message text, as views into it.
 struct MessageFields {
     std::string_view Date, AlarmName, LogType, Source, TypeOfEvent, Category;
     std::int32_t EventID = 0;
     std::string_view AccountName, Computer, Description;
 };
 
-/// Cuts a message text at its labels from the front; every step says whether its label was there.
+/// Splits a message text at its labels, from front to back.  Each function returns false if its label is not
+/// found.
 class LabelledText {
 public:
     explicit LabelledText(std::string_view text) : remaining_(text) {}
@@ -54,7 +55,7 @@ public:
         return true;
     }
 
-    /// What stands before the next `label`.
+    /// Takes the text before the next `label`, and the label.
     bool TakeUntil(std::string_view label, std::string_view& field) {
         const std::size_t end = remaining_.find(label);
         if (end == std::string_view::npos)
@@ -64,14 +65,14 @@ public:
         return true;
     }
 
-    /// What stands before the next event id, that id, and the label behind it.
+    /// Takes the text before the next valid event id, the id, and the account's label that must follow it.
     bool TakeUntilEventID(std::string_view& field, std::int32_t& number) {
         std::size_t end = remaining_.find(EventIDLabel);
         for (; end != std::string_view::npos; end = remaining_.find(EventIDLabel, end + 1)) {
-            LabelledText behind(remaining_.substr(end + EventIDLabel.size()));
-            if (behind.TakeNumber(number) && behind.Begin(AccountLabel)) {
+            LabelledText after(remaining_.substr(end + EventIDLabel.size()));
+            if (after.TakeNumber(number) && after.Begin(AccountLabel)) {
                 field = remaining_.substr(0, end);
-                remaining_ = behind.remaining_;
+                remaining_ = after.remaining_;
                 return true;
             }
         }
@@ -81,7 +82,7 @@ public:
     std::string_view Remaining() const { return remaining_; }
 
 private:
-    /// A number spelled as std::to_string does it.
+    /// Takes a number if it is written as std::to_string writes it: "042" and "+42" are not.
     bool TakeNumber(std::int32_t& number) {
         const char* const end =
             std::from_chars(remaining_.data(), remaining_.data() + remaining_.size(), number).ptr;
@@ -123,14 +124,15 @@ auto FieldsBeforeDescription(Alarm& alarm) {
                       &alarm.Category,  &alarm.AccountName, &alarm.Computer};
 }
 
-/// Only a line's start can be taken for a label's.
+/// Without a line feed, no field can contain a line that looks like a label.
 bool HoldsLineFeed(const AlarmRecord& alarm) {
     const auto fields = FieldsBeforeDescription(alarm);
     return std::any_of(fields.begin(), fields.end(),
                        [](const std::string* field) { return field->find('\n') != std::string::npos; });
 }
 
-/// Takes `excess` bytes off the ends of fields, from the description's first and then from the longest's.
+/// Removes `excess` bytes: from the end of the description, and if that is empty, from the end of the longest
+/// other field, repeatedly.
 void Shorten(AlarmRecord& alarm, std::size_t excess) {
     std::string* field = &alarm.Description;
     while (excess > 0) {
@@ -167,7 +169,7 @@ std::string BuildMessageText(const AlarmRecord& alarm) {
 
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm) {
     MessageFields fields;
-    // A date's reader stops at a line end, but here the whole line must be the date.
+    // ReadAlarmDate would ignore everything after a line end.
     if (!CutMessageText(text, fields) || fields.Date.find_first_of("\r\n") != std::string_view::npos ||
         !ReadAlarmDate(fields.Date, alarm.DateTime))
         return false;
@@ -193,7 +195,8 @@ std::string SettleMessage(AlarmRecord& alarm) {
     }
     if (!HoldsLineFeed(alarm) && text.find('\0') == std::string::npos)
         return text;
-    // Reading takes the labels in order, so a type that is settled afterwards moves no other label.
+    // Reading may have changed the type.  Settling it again cannot change where the other fields begin and
+    // end, since labels are searched for in order.
     if (!ReadMessageText(StripNulls(text), alarm))
         return text;
     SettleType(alarm);

@@ -8,29 +8,41 @@
 
 namespace tallyhorn {
 
-// The one text in which the console keeps a notification that did not arrive in the NetBIOS layout: ten
-// labelled lines ended by CR LF, the description on the lines after its label.  Pure functions, safe in any
-// thread.
+// The message text, in which the console keeps syslog notifications: ten labelled lines that end with CR LF.
+// The description begins on the line after its label:
+//
+//     Date: 8/21/2008 2:05:09 PM
+//     Alarm Name: Logon failed
+//     ...
+//     Computer: LON-DC-1
+//     Description:
+//     Unknown user name
 
-/// The type is written as it stands in the record.
 std::string BuildMessageText(const AlarmRecord& alarm);
 
-/// Reads such a text; false, and `alarm` stays, for any other.  Each label counts at the first line's start
-/// where it fits, that of the EventID only with a number behind it that BuildMessageText could have written
-/// and the account's line after that.  Fields are taken as they stand.
+/// Reads a message text into `alarm`.  Returns false and leaves `alarm` unchanged for any other text.
+///
+/// Labels are searched for in their order, and a field ends at the first line that begins with the next
+/// label.  "EventID: " is accepted only if a number as BuildMessageText writes it and the line of the account
+/// follow.  Fields are neither trimmed nor converted.
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm);
 
-/// A longer text's length would not fit where the backup has it, and all that stands behind it could not be
-/// read back.  No datagram is that long, but fields kept from one before may make a text that is.
+/// The largest size of a message text.  The backup writes a size with five digits; after a longer text,
+/// nothing in the file could be read back.  Datagrams are shorter than this, but fields that a record keeps
+/// from the datagram before can make the text longer.
 constexpr std::size_t LongestMessageText = 99'999;
 
-/// The text to keep for `alarm`, which becomes exactly the record that the text tells, so that what is shown
-/// now is what is shown after the text was saved and read back; settling that again changes nothing.
+/// Returns the message text of `alarm` and changes `alarm` to the record that ReadMessageText reads from that
+/// text, so that a message looks the same before and after a restart.  Settling the result again changes
+/// nothing.
 ///
-/// The type gets the form of EventTypeDisplayName(EventTypeIconKey(type)).  NULs and the description's
-/// trailing blanks go, since saving drops them.  A field that holds other fields' labels at the start of a
-/// line is cut there.  A text that would be too long loses the end of its description, then of its longest
-/// fields.
+/// - The type becomes EventTypeDisplayName(EventTypeIconKey(type)).
+/// - NULs and trailing blanks of the description are removed, since the backup does not keep them.
+/// - A field ends at a line in it that looks like the label of the next field.  Example: with the alarm name
+///   "a\r\nLog Type: b" and the log type "c", the text contains "Log Type: " twice, and reading it gives the
+///   alarm name "a" and the log type "b\r\nLog Type: c".
+/// - A text longer than LongestMessageText loses the end of its description, then the ends of its longest
+///   fields.
 std::string SettleMessage(AlarmRecord& alarm);
 
 }  // namespace tallyhorn

@@ -17,7 +17,8 @@ void AppendPadded(std::string& text, int number, int digits) {
     text += plain;
 }
 
-/// Appends the part that `pattern` begins with; gives the length of its name, or 0 where it begins with none.
+/// Appends the value of the placeholder at the start of `pattern`.  Returns the length of that placeholder,
+/// or 0 if there is none.
 std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilDateTime& parts) {
     if (pattern.starts_with("AM/PM")) {
         text += parts.Hour < 12 ? "AM" : "PM";
@@ -115,7 +116,7 @@ std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
 }
 
 double AlarmSortKey(AlarmDate date) {
-    // Both parts are exact in a double for every year that a date can have, so one division serves.
+    // A double holds the seconds of every valid date exactly, so a single division is rounded only once.
     return static_cast<double>(date.Seconds) / 60.0;
 }
 

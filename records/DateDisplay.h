@@ -8,37 +8,40 @@
 
 namespace tallyhorn {
 
-/// How dates are shown: the order of day and month and what stands between them, as the user set it.  A plain
-/// value, safe in any thread.
+/// The user's settings for displayed dates: the order of day and month, and the text between the numbers.
 struct DateStyle {
     bool DayFirst = false;
     std::string Separator = "/";
 
     bool operator==(const DateStyle&) const = default;
 
-    /// "MM/dd/yyyy h:nn:ss AM/PM" or the same with the day first, with the separator in place of "/".
+    /// The pattern for FormatAlarmDate: "MM/dd/yyyy h:nn:ss AM/PM", or "dd/MM/yyyy ..." if DayFirst is set,
+    /// with Separator in place of "/".
     std::string Pattern() const;
 };
 
-/// The separator in force for the setting: "/" where it is empty or blank.
+/// Returns the separator to use for the setting: "/" if the setting is empty or blank.
 std::string DateSeparator(std::string_view setting);
 
-/// The date after `pattern`, in which `dd`, `MM`, `yyyy`, `h` (of twelve), `nn` (minutes), `ss` and `AM/PM`
-/// stand for parts and everything else for itself.  Whatever the third character of the result is (the second
-/// where that is a digit) then counts as the separator and becomes `separator` wherever it stands.
+/// Formats the date by `pattern`: `dd`, `MM`, `yyyy`, `h` (1 to 12), `nn` (minutes), `ss` and `AM/PM` are
+/// replaced; other characters are copied.
+///
+/// Compatibility: the third character of the result, or the second if the third is a digit, is then taken for
+/// the separator, and each occurrence of it becomes `separator`.  With the pattern "MM dd h" and the
+/// separator "-", "08 21 2" becomes "08-21-2".  This decides how separators other than one character look.
 std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator);
 
-/// "Jan" to "Dec" for 1 to 12, whatever the system speaks.
+/// Returns "Jan" to "Dec" for 1 to 12, in English on every system.
 const char* ShortMonthName(int month);
 
-/// Orders dates as the texts of FormatAlarmDate for the two usual patterns order: by the first number, the
-/// second, the year, then the hour of twelve as a text, with "10:" to "12:" before "1:".
+/// Returns a number that orders dates as the texts of FormatAlarmDate are ordered: by the first number, the
+/// second, the year, then the hour as a text, so that "10:" to "12:" come before "1:".
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst);
 
-/// Minutes since 1970-01-01 00:00, seconds as their fraction.
+/// The minutes since 1970-01-01 00:00, with the seconds as fraction.
 double AlarmSortKey(AlarmDate date);
 
-/// The sort key with nine digits or more before the point and four after it, e.g. "000000001.5000".
+/// The sort key as text, with at least nine digits before the point and four after it: "000000001.5000".
 std::string FormatSortKey(AlarmDate date);
 
 }  // namespace tallyhorn

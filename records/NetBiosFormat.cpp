@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t DateStart = 6;
 constexpr std::size_t DateLength = 20;
 
-/// Cuts a text into its lines from the front.  Small enough to be kept in registers, and views come back
-/// through references: either one handed from function to function in memory costs more than its search.
+/// Splits a text into lines, from front to back.  Results are returned through references because returning
+/// them as optional values made parsing measurably slower.
 class Lines {
 public:
     explicit Lines(std::string_view text) : text_(text) {}
 
-    /// The next line without its end; false after the last.
+    /// Takes the next line without its line end.  Returns false after the last line.
     bool Next(std::string_view& line) {
         if (next_ > text_.size())
             return false;
@@ -36,18 +36,19 @@ public:
             Next(skipped);
     }
 
-    /// Of the next line, what follows the first ":" and one character more; false where there is none.
+    /// Takes the next line and sets `value` to what follows its first ":" and one more character.  Returns
+    /// false if the line is missing or has no ":".
     bool NextValue(std::string_view& value) {
         std::string_view line;
         return Next(line) && Value(line, value);
     }
-    /// The same of all that is left, as if it were one line.
+    /// Like NextValue, for all remaining lines as one.
     bool RemainingValue(std::string_view& value) const {
         return next_ <= text_.size() && Value(text_.substr(next_), value);
     }
 
 private:
-    /// The next CR LF, or the end of the text.
+    /// The position of the next CR LF, or the end of the text.
     std::size_t LineEnd() const {
         std::size_t from = next_;
         while (const void* const found = std::memchr(text_.data() + from, '\r', text_.size() - from)) {
@@ -67,7 +68,7 @@ private:
     }
 
     const std::string_view text_;
-    std::size_t next_ = 0;  ///< beyond the text's size after the last line
+    std::size_t next_ = 0;  ///< larger than the text's size after the last line
 };
 
 void SetAlarmName(std::string_view line, std::string& field) {

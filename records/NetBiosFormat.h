@@ -6,13 +6,12 @@
 
 namespace tallyhorn {
 
-/// Reads a NetBIOS notification into `alarm`.  Only the position of a line and of its first ":" counts,
-/// labels are never compared; a field whose line is missing or does not convert keeps what it held, so that
-/// one record serves from notification to notification.  Pure and safe in any thread.
+/// Reads a NetBIOS notification into `alarm`.  A field keeps its value if its line is missing or invalid.
 ///
-/// Lines end with CR LF.  Line 1 holds the date, in the 20 characters from the 7th on; line 4 the alarm's
-/// name between its first "(" and its last ")"; lines 7 to 13 LogType, Source, TypeOfEvent, Category,
-/// EventID, AccountName and Computer; line 14 and all that follows the description.
+/// Lines end with CR LF and are found by their number; labels are not compared.  Line 1 has the date in its
+/// characters 7 to 26, line 4 the alarm name between its first "(" and its last ")".  Lines 7 to 13 have
+/// LogType, Source, TypeOfEvent, Category, EventID, AccountName and Computer, and everything from line 14 on
+/// is the description.  In lines 7 to 14 the value begins two characters after the first ":".
 void ParseCurrentAlarm(std::string_view text, AlarmRecord& alarm);
 
 }  // namespace tallyhorn

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// A hash of texts and numbers with a secret of the process in it, so that nobody who sends notifications can
-/// choose texts that all fall into one bucket.  Safe in any thread.
+/// Hashes texts and numbers with a random seed that each process chooses at its start, so that a sender
+/// cannot construct notifications whose texts all have the same hash.
 class SeededHash {
 public:
     std::size_t operator()(std::string_view text) const {
@@ -31,7 +31,7 @@ private:
             std::memcpy(&word, bytes, size);
         return word;
     }
-    /// The product's lower half with its upper half over it.
+    /// Multiplies to 128 bits and combines the two halves by exclusive or.
     static std::uint64_t Fold(std::uint64_t a, std::uint64_t b) {
 #ifdef __SIZEOF_INT128__
         __extension__ using Wide = unsigned __int128;
@@ -44,7 +44,7 @@ private:
         return (a * b) ^ ((a >> 32U) * (b >> 32U) + (cross >> 32U) + (middle >> 32U));
 #endif
     }
-    /// The seed is in both factors.
+    /// Both factors depend on `hash`, and so on the seed.
     static std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
         constexpr std::uint64_t Odd = 0x9E3779B97F4A7C15U;
         return Fold(hash ^ word ^ Odd, (hash | 1U) + Odd);

@@ -18,13 +18,15 @@ bool IsDateSeparator(char character, char own) {
     return character == '/' || character == ' ' || character == ':' || character == own;
 }
 
-/// Cuts the numbers of a date off the front of its text.
+/// Reads the numbers of a date one after another from the front of its text.  `own` is the separator that
+/// this date uses beside the usual ones.
 class DateNumbers {
 public:
     DateNumbers(std::string_view text, char own)
         : next_(text.data()), end_(text.data() + text.size()), own_(own) {}
 
-    /// At most nine digits, which cannot overflow; their count, 0 where there is no number.
+    /// Takes a number of at most nine digits, which cannot overflow.  Returns the count of its digits, or 0
+    /// if it is missing or longer.
     std::size_t TakeNumber(int& number) {
         constexpr std::size_t MostDigits = 9;
         const char* const first = next_;
@@ -42,10 +44,10 @@ public:
         ++next_;
         return true;
     }
-    /// A number and the separator that ends it.
+    /// Takes a number and the separator after it.
     bool TakePart(int& number) { return TakeNumber(number) > 0 && TakeSeparator(); }
 
-    /// Whether what is left is one part.
+    /// Whether the remaining text contains no separator.
     bool IsPart() const {
         return std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
     }
@@ -55,7 +57,7 @@ public:
 private:
     const char* next_;
     const char* const end_;
-    const char own_;  ///< no digit
+    const char own_;  ///< never a digit
 };
 
 /// The hour of the day for the `hour` of a date whose last part is `mark`: "PM" adds twelve hours, any other
@@ -80,20 +82,21 @@ bool CutDate(std::string_view text, char own, bool dayFirst, CivilDateTime& mome
         return true;
     if (!numbers.TakeSeparator())
         return false;
-    // Seven parts exactly, else the hour is one of 24.
+    // A seventh part may be AM or PM; with an eighth part, the hour is one of 24.
     if (numbers.IsPart())
         moment.Hour = HourOfDay(moment.Hour, numbers.Remaining());
     return true;
 }
 
-/// A date's own separator is its second character, or the third where the second is a digit.
+/// The date's own separator is the character after the first number: its second character, or its third if
+/// the second is a digit.  Leaves `date` unchanged if the text is not a date.
 void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
     const std::size_t position = text.size() > 1 && IsDigit(text[1]) ? 2 : 1;
     if (position >= text.size())
         return;
     const char own = text[position];
     if (IsDigit(own)) {
-        // A date may name one; it then separates wherever it stands.
+        // Compatibility: a third digit is the separator, in the whole date.  "0192192008" is 01/21/2008.
         std::string other(text);
         std::replace(other.begin(), other.end(), own, '/');
         ReadDatagramDate(other, dayFirst, date);
@@ -106,13 +109,14 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
         date = *read;
 }
 
-/// Cuts a datagram into its fields from the front.  Views come back through references, as in the other
-/// format's reader, for speed.
+/// Splits a datagram into its fields, from front to back.  The object is small and results are returned
+/// through references: passing either through memory costs more than the search.
 class DatagramFields {
 public:
     explicit DatagramFields(std::string_view text) : remaining_(text) {}
 
-    /// The text in parentheses; empty, and nothing is passed over, where there are none.
+    /// Takes everything up to the first text in parentheses and returns that text.  Takes nothing and returns
+    /// an empty text if there are no parentheses.
     std::string_view TakeName() {
         const std::size_t open = remaining_.find('(');
         if (open == std::string_view::npos)
@@ -125,7 +129,8 @@ public:
         return name;
     }
 
-    /// What ends before the next `delimiter`; false, and nothing is passed over, where there is none.
+    /// Takes the text before the next `delimiter`, and the delimiter.  Takes nothing and returns false if
+    /// there is none.
     bool Take(char delimiter, std::string_view& field) {
         const std::size_t end = remaining_.find(delimiter);
         if (end == std::string_view::npos)
@@ -147,7 +152,7 @@ private:
     std::string_view remaining_;
 };
 
-/// All that follows the name, up to the first field that has no end.
+/// Reads the fields that follow the name, up to the first one whose delimiter is missing.
 void ReadFields(DatagramFields& fields, bool dayFirst, AlarmRecord& alarm) {
     constexpr std::size_t LogWord = 3;
     std::string_view field;
@@ -174,7 +179,7 @@ void ReadFields(DatagramFields& fields, bool dayFirst, AlarmRecord& alarm) {
     alarm.Description.assign(Trim(fields.Remaining()));
 }
 
-/// What a notification gets that tells neither where nor when it happened.
+/// Sets the fields of a notification that does not say where and when its event happened.
 void SetUnknown(AlarmRecord& alarm, std::string_view name, AlarmDate now) {
     alarm.DateTime = now;
     alarm.AlarmName = name;

@@ -6,24 +6,26 @@
 
 namespace tallyhorn {
 
-// What a syslog datagram tells and what a stored text tells.  Pure functions, safe in any thread.
-
-/// Whether a datagram is an alarm notification at all: it holds "Event " and a ":".
+/// Returns whether a datagram is an alarm notification: whether it contains "Event " and a ":".
 bool IsAlarmNotification(std::string_view text);
 
-/// Reads a datagram into `alarm`: the alarm's name between the first "(" and the next ")", then from the
-/// first
-/// ":" after that (of the text, where there are no such parentheses) LogType with " Log" behind it, DateTime,
-/// Source, TypeOfEvent, Category, EventID, AccountName and Computer, each ended by ",", and the description.
-/// A field whose delimiter is missing keeps what it held, and so do all after it; a date or number that does
-/// not read keeps its own value alone.  A test message, and one without a name, happened at `now`.
+/// Reads a syslog datagram into `alarm`.  Its form is
 ///
-/// The date is month, day (or day, month), year, hour, minute, second and perhaps AM or PM, one of the
-/// separators "/", ":", blank and the date's own between each two; all six numbers must be there.
+///     ... (AlarmName) ... : LogType Log, DateTime, Source, TypeOfEvent, Category, EventID, AccountName,
+///     Computer, Description
+///
+/// The name ends at the first ")".  The fields begin after the first ":" that follows the name, or after the
+/// first ":" of the text if there are no parentheses.  If the delimiter of a field is missing, that field and
+/// all later ones keep their values; an invalid date or event id keeps only its own.  A test message and a
+/// notification without a name get the date `now`.
+///
+/// The date has six numbers: month and day (day and month if `dayFirst` is set), year, hour, minute, second;
+/// AM or PM may follow.  Each is separated from the next by "/", ":", a blank, or the date's own
+/// separator: the character after its first one or two digits.
 void ParseSyslogText(std::string_view text, bool dayFirst, AlarmDate now, AlarmRecord& alarm);
 
-/// Reads a text that was kept: as a message text, which gives back the record that was stored, or as a
-/// datagram where it is none, since another program may have written it.
+/// Reads the text of a kept syslog message: a message text, or a datagram, which a backup written by another
+/// program may contain.
 void ReadStoredText(std::string_view text, bool dayFirst, AlarmDate now, AlarmRecord& alarm);
 
 }  // namespace tallyhorn

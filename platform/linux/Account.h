@@ -8,8 +8,8 @@
 
 namespace tallyhorn {
 
-/// What the system's list of accounts tells of a user in one of its texts; empty where it has no such user.
-/// Any thread.
+/// Returns one text of the user's entry in the account database, for example `&passwd::pw_dir`.  Returns an
+/// empty text if there is no such user.  Safe in any thread.
 inline std::string AccountText(uid_t user, char* passwd::*text) {
     std::array<char, 16384> memory;
     passwd entry{};

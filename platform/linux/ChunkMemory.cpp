@@ -20,7 +20,7 @@ ChunkMemory MakeChunkMemory(std::size_t size) {
     void* const memory = std::aligned_alloc(LargePage, size);
     if (memory == nullptr)
         throw std::bad_alloc();
-    // Refused, the pages are small ones.
+    // If this fails, the memory has small pages.
     static_cast<void>(madvise(memory, size, MADV_HUGEPAGE));
     return ChunkMemory(static_cast<char*>(memory));
 }

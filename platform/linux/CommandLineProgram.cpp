@@ -8,7 +8,7 @@ namespace tallyhorn {
 namespace {
 
 std::atomic<bool> endRequested = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch nothing else");
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may access only lock-free atomics");
 
 extern "C" void NoteEndRequest(int /*signal*/) {
     endRequested = true;
@@ -28,7 +28,7 @@ void ReadStandardInputAsBytes() {}
 
 void CatchEndRequests() {
     struct sigaction action {};
-    action.sa_handler = NoteEndRequest;  // without SA_RESTART, so that a blocked write ends
+    action.sa_handler = NoteEndRequest;  // without SA_RESTART, so that a blocked write fails with EINTR
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }

@@ -22,7 +22,7 @@ std::string Variable(const char* name) {
 }  // namespace
 
 bool MayWriteInto(const std::filesystem::path& folder) {
-    // The trailing dot is found in a folder alone.
+    // A path that ends in "/." exists only if it names a folder.
     return faccessat(AT_FDCWD, (folder / ".").c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 

@@ -11,21 +11,21 @@
 
 namespace tallyhorn {
 
-/// Owns the buffers and headers of one recvmmsg call, set up once.
-/// For one thread.
+/// Owns the buffers and headers for calls of recvmmsg.  For one thread.
 class DatagramBatch {
 public:
     static constexpr std::size_t MostDatagrams = 64;
 
-    /// For `count` datagrams (MostDatagrams at most) of up to `length` bytes.
+    /// Prepares for `count` datagrams (at most MostDatagrams) of up to `length` bytes.
     explicit DatagramBatch(std::size_t length, std::size_t count = MostDatagrams);
     DatagramBatch(const DatagramBatch&) = delete;
     DatagramBatch& operator=(const DatagramBatch&) = delete;
 
-    /// One call with these flags.  Tells how many datagrams it took, those that are too long included; -1,
-    /// and the reason in errno, where it failed.
+    /// Calls recvmmsg.  Returns the number of datagrams that it received, including those that were too long,
+    /// or -1 with the error in errno.
     int Receive(int socket, int flags);
-    /// What it took, without those that are too long; valid until the next call.
+    /// The datagrams that the last call received, without those that were too long.  Valid until the next
+    /// call.
     std::span<const std::string_view> Texts() const { return texts_; }
     std::size_t Size() const { return size_; }
 

@@ -22,8 +22,8 @@ FileDescriptor MakeSocket(int family) {
     return FileDescriptor(socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
 }
 
-/// A socket on all addresses of both families; `lacksIPv6` tells that there is none because the machine
-/// does without the newer one, and not because somebody else has the port.
+/// Binds an IPv6 socket that also receives IPv4.  If that fails, `lacksIPv6` is true if the machine has no
+/// IPv6, and false if the port is in use or not allowed.
 FileDescriptor BindDualStack(std::uint16_t port, bool& lacksIPv6) {
     FileDescriptor bound = MakeSocket(AF_INET6);
     const int off = 0;
@@ -54,7 +54,7 @@ FileDescriptor Bind(std::uint16_t port) {
     return lacksIPv6 ? BindIPv4(port) : std::move(both);
 }
 
-/// The two families' addresses have the port at the same place.
+/// Addresses of IPv4 and IPv6 have the port at the same offset.
 std::uint16_t BoundPort(int socket) {
     sockaddr_in6 address{};
     socklen_t size = sizeof address;
@@ -63,7 +63,8 @@ std::uint16_t BoundPort(int socket) {
     return ntohs(address.sin6_port);
 }
 
-/// The system grants as much of this as it may; what is not used costs nothing.
+/// Requests a receive buffer of 1 GiB, which the system reduces to its limit.  Unused parts of it occupy no
+/// memory.
 void AskForLargestBuffer(int socket) {
     const int size = 1 << 30;
     setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
@@ -74,7 +75,7 @@ struct AddressDeleter {
 };
 using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
 
-/// Null where the name means nothing.
+/// Returns the addresses of the host, or null if its name cannot be resolved.
 Addresses Resolve(const std::string& host, std::int32_t port) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_DGRAM;
@@ -85,8 +86,7 @@ Addresses Resolve(const std::string& host, std::int32_t port) {
     return Addresses(list);
 }
 
-/// Owns a connected socket, so that the system tells what it hears of the other side.
-/// Any one thread may call it.
+/// Owns a connected socket: only for those does the system report ICMP errors.
 class LinuxDatagramSender final : public DatagramSender {
 public:
     explicit LinuxDatagramSender(FileDescriptor socket) : socket_(std::move(socket)) {}
@@ -111,14 +111,14 @@ public:
     }
 
 private:
-    /// Sends one system call's worth.
+    /// Sends up to 64 datagrams by one system call, and returns how many the system accepted.
     std::size_t SendPart(std::span<const std::string_view> texts) {
         constexpr std::size_t Most = 64;
         std::array<iovec, Most> vectors{};
         std::array<mmsghdr, Most> messages{};
         const std::size_t count = std::min(texts.size(), Most);
         for (std::size_t i = 0; i < count; ++i) {
-            // The interface takes what it only reads as writable.
+            // iovec has no const pointer, but sendmmsg does not write.
             vectors[i] = {.iov_base = const_cast<char*>(texts[i].data()), .iov_len = texts[i].size()};
             messages[i].msg_hdr.msg_iov = &vectors[i];
             messages[i].msg_hdr.msg_iovlen = 1;
@@ -135,8 +135,6 @@ private:
     bool refused_ = false;
 };
 
-/// Owns nothing.
-/// Any one thread may call it.
 class LinuxDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {

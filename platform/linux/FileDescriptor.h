@@ -6,8 +6,7 @@
 
 namespace tallyhorn {
 
-/// Owns one open file descriptor and closes it; -1 stands for none.
-/// A plain value that moves, safe in any one thread.
+/// Owns one open file descriptor, or none (-1), and closes it.  Movable.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -23,7 +22,7 @@ public:
 
     int Get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
-    /// False where the system held back a write's failure until now.
+    /// Returns false if the system reports only now that an earlier write failed.
     bool Close() {
         const int descriptor = std::exchange(descriptor_, -1);
         return descriptor < 0 || close(descriptor) == 0;

@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 constexpr int MostLinks = 40;
 constexpr int MostAttempts = 100;
 
-/// The file that a chain of links ends at, there or not; nothing, and errno, for a chain without an end.
+/// Returns the path at the end of a chain of symbolic links; no file need exist there.  Returns nothing and
+/// sets errno if the chain does not end.
 std::optional<fs::path> FollowLinks(fs::path path) {
     std::error_code error;
     for (int i = 0; i < MostLinks; ++i) {
@@ -37,7 +38,7 @@ std::optional<fs::path> FollowLinks(fs::path path) {
     return std::nullopt;
 }
 
-/// A rename asks for the folder's permission alone; the file's own would be passed over.
+/// Checks the permission of the file itself, since a rename requires only that of the folder.
 bool MayReplace(const fs::path& path, const struct stat& old) {
     if (S_ISREG(old.st_mode))
         return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
@@ -45,8 +46,8 @@ bool MayReplace(const fs::path& path, const struct stat& old) {
     return false;
 }
 
-/// A name in the same folder, since a rename cannot leave the file system; short, so that it fits where
-/// `path` does.
+/// Returns a path in the same folder, since a rename cannot move a file to another file system.  The name is
+/// short, so that the path is not too long if `path` is not.
 fs::path TemporaryName(const fs::path& path) {
     static std::atomic<unsigned> count{0};
     std::string name = ".";
@@ -54,7 +55,7 @@ fs::path TemporaryName(const fs::path& path) {
     return path.parent_path() / name;
 }
 
-/// Creates a file under a name that is free; after a crash some names may not be.
+/// Creates a file with an unused name.  Some names may be in use since a crash.
 FileDescriptor CreateTemporary(const fs::path& target, fs::path& temporary) {
     for (int i = 0; i < MostAttempts; ++i) {
         const fs::path name = TemporaryName(target);
@@ -67,7 +68,8 @@ FileDescriptor CreateTemporary(const fs::path& target, fs::path& temporary) {
     return {};
 }
 
-/// Owner and permissions of the old file on the new one; an owner that may not be set stays the writer.
+/// Gives the new file the owner and the permissions of the old one.  If the user is not allowed to set the
+/// owner, the file belongs to the user.
 bool KeepPermissions(int file, const struct stat& old) {
     struct stat now {};
     if (fstat(file, &now) != 0)
@@ -106,7 +108,7 @@ bool FileReplacement::Commit() {
     if (fsync(file_.Get()) != 0 || !file_.Close() || std::rename(temporary_.c_str(), target_.c_str()) != 0)
         return false;
     temporary_.clear();
-    // The renaming itself has to last too.
+    // The rename must survive a power failure too.
     SyncFolderOf(target_);
     return true;
 }

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// Owns a new file that takes another one's place in one step, and removes it unless it came to that.  Called
-/// from one thread at a time; each function tells a failure by false and its reason in errno.
+/// Owns a temporary file that replaces another file in one step, and removes it if that did not happen.  Each
+/// function returns false with the error in errno if it fails.  For one thread at a time.
 class FileReplacement {
 public:
     FileReplacement() = default;
@@ -16,17 +16,18 @@ public:
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
-    /// Makes the new file beside the one that `path` names or links to, with its owner and permissions.  What
-    /// stands there has to be a regular file that may be written, or nothing.
+    /// Creates the temporary file in the folder of the file that `path` names or links to, with its owner and
+    /// permissions.  That file must be a writable regular file, or not exist.
     bool Begin(const std::filesystem::path& path);
     bool Write(std::string_view bytes);
-    /// The new file is on the disk and in its place, also after a power failure.
+    /// Replaces the old file.  After a power failure the path has either the old file or the complete new
+    /// one.
     bool Commit();
 
 private:
     FileDescriptor file_;
     std::filesystem::path target_;
-    std::filesystem::path temporary_;  ///< empty where there is none
+    std::filesystem::path temporary_;  ///< empty if there is none
 };
 
 }  // namespace tallyhorn

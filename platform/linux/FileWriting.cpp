@@ -14,7 +14,7 @@ bool WriteAll(int file, std::string_view bytes) {
         const ssize_t count = write(file, bytes.data(), bytes.size());
         if (count < 0 && errno == EINTR)
             continue;
-        // The system gives no reason for a write of nothing.
+        // A write of 0 bytes does not set errno.
         if (count == 0)
             errno = EIO;
         if (count <= 0)

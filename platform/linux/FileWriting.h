@@ -5,13 +5,11 @@
 
 namespace tallyhorn {
 
-// What all writing of files shares.  Safe in any thread.
-
-/// Hands all the bytes to the system; false where it fails, for a reason that LastSystemError tells.
+/// Writes all the bytes.  Returns false if that fails; LastSystemError returns the reason.
 bool WriteAll(int file, std::string_view bytes);
 
-/// Makes the name of the file at `path` last.  Some file systems cannot, and a folder need not be readable;
-/// the content is safe by then.
+/// Makes the name of the file at `path` survive a power failure.  Errors are ignored: some file systems
+/// cannot do that, the folder may be unreadable, and the content is already on the disk.
 void SyncFolderOf(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

@@ -5,7 +5,7 @@
 namespace tallyhorn {
 
 void GrowHeapInLargeSteps() {
-    // Addresses, not memory: pages that nobody touches cost nothing.
+    // This reserves addresses; memory is used only for pages that are written to.
     constexpr int Step = 64 << 20;
     mallopt(M_TOP_PAD, Step);
 }

@@ -28,8 +28,8 @@ namespace {
 constexpr std::uint64_t LargestFile = 1024ULL * 1024;
 constexpr std::size_t LargestWhole = 16ULL * 1024 * 1024;
 constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
-constexpr rlim_t MostSeconds = 5;                ///< of the processor's time
-constexpr std::chrono::seconds LongestWait{10};  ///< for a child that does not even use that
+constexpr rlim_t MostSeconds = 5;                ///< of processor time
+constexpr std::chrono::seconds LongestWait{10};  ///< for a child that hangs without using processor time
 
 /// Writes a text after its length, as TakeText reads it.
 bool WriteText(int to, std::string_view text) {
@@ -37,10 +37,10 @@ bool WriteText(int to, std::string_view text) {
     return WriteAll(to, {reinterpret_cast<const char*>(&size), sizeof size}) && WriteAll(to, text);
 }
 
-/// What the library calls for each file.
+/// The callback of chm_enumerate: sends the path and the content of one file.
 int SendFile(chmFile* archive, chmUnitInfo* unit, void* context) {
     const int to = *static_cast<const int*>(context);
-    // What begins otherwise is the archive's own.
+    // Paths that do not begin with a slash are internal to the archive.
     if (unit->path[0] != '/' || unit->length == 0 || unit->length > LargestFile)
         return CHM_ENUMERATOR_CONTINUE;
     std::vector<unsigned char> bytes(unit->length);
@@ -59,14 +59,14 @@ void Limit(__rlimit_resource what, rlim_t most) {
     setrlimit(what, &limit);
 }
 
-/// The child's whole life.
+/// Runs in the child process: sends all files to the descriptor `to`, and exits.
 [[noreturn]] void SendFiles(const char* file, int to) {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
     Limit(RLIMIT_AS, pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + MostMemory);
     Limit(RLIMIT_CPU, MostSeconds);
     Limit(RLIMIT_CORE, 0);
-    // Nobody has to read how it failed.
+    // Hides error messages of the library.
     if (const int nowhere = open("/dev/null", O_WRONLY); nowhere >= 0)
         dup2(nowhere, STDERR_FILENO);
     for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT})
@@ -77,7 +77,7 @@ void Limit(__rlimit_resource what, rlim_t most) {
     _exit(sent ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
-/// False where there is nothing to read by then.
+/// Waits until `from` is readable.  Returns false if it is not by `deadline`.
 bool AwaitBytes(int from, std::chrono::steady_clock::time_point deadline) {
     pollfd wanted{.fd = from, .events = POLLIN, .revents = 0};
     int ready = -1;
@@ -89,7 +89,8 @@ bool AwaitBytes(int from, std::chrono::steady_clock::time_point deadline) {
     return ready > 0;
 }
 
-/// Nothing where the other end is not closed in time or sends too much.
+/// Reads until the child closes the pipe.  Returns nothing if it does not within LongestWait, or sends too
+/// much.
 std::optional<std::string> ReadAll(int from) {
     const auto deadline = std::chrono::steady_clock::now() + LongestWait;
     std::string all;
@@ -123,7 +124,7 @@ HelpFiles TakeFiles(std::string_view bytes) {
     HelpFiles files;
     while (auto path = TakeText(bytes)) {
         const auto content = TakeText(bytes);
-        // What the child says is as little to be trusted as the file.
+        // The library in the child may have been compromised by the file, so its output is checked too.
         if (!content || !path->starts_with('/'))
             break;
         files.emplace(path->substr(1), *content);
@@ -133,8 +134,8 @@ HelpFiles TakeFiles(std::string_view bytes) {
 
 }  // namespace
 
-/// The library trusts what it reads: lengths, pages that follow each other, divisors.  So a child process
-/// unpacks, within limits of memory and time, and whatever becomes of it this one goes on.
+/// The CHM library does not validate what it reads and can crash or loop on a damaged file.  So a child
+/// process with limits for memory and time unpacks the file and sends the contents through a pipe.
 HelpFiles UnpackHelpFile(const std::filesystem::path& file) {
     std::error_code error;
     int ends[2];
@@ -149,7 +150,7 @@ HelpFiles UnpackHelpFile(const std::filesystem::path& file) {
     if (child < 0)
         return {};
     const std::optional<std::string> sent = ReadAll(from.Get());
-    // Does nothing to a child that has ended; one that goes on without a word is not waited for.
+    // Has no effect if the child has ended; ends a child that hangs.
     kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {

@@ -35,7 +35,7 @@ private:
     off_t position_ = 0;
 };
 
-/// Never waits for the other end of a pipe.
+/// O_NONBLOCK: opening a pipe does not wait for its other end.
 FileDescriptor Open(const std::filesystem::path& path, int more) {
     return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0666));
 }

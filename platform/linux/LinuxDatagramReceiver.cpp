@@ -18,20 +18,21 @@ namespace {
 
 constexpr int LastBatches = DatagramReceiver::LastDatagrams / DatagramBatch::MostDatagrams;
 
-/// Takes what waits, without waiting for it; -1 where the system has trouble.
+/// Receives without blocking.  Returns 0 if nothing is waiting, and -1 for an error.
 int Receive(DatagramBatch& batch, int socket) {
     const int got = batch.Receive(socket, MSG_DONTWAIT);
     return got < 0 && (errno == EAGAIN || errno == EINTR) ? 0 : got;
 }
 
-/// How long a pump may be away from a socket: longer naps cost less, but what comes meanwhile has to fit into
-/// the receive buffer, of which not every system grants much.
+/// Returns how long the pump may sleep while datagrams arrive, in milliseconds.  A longer sleep costs less
+/// processor time, but everything that arrives meanwhile must fit into the receive buffer, which many systems
+/// keep small.
 int ShortDelayFor(int socket) {
     constexpr int Small = 2 << 20;
     constexpr int Large = 8 << 20;
     int size = 0;
     socklen_t length = sizeof size;
-    // Told is twice what was granted, since each datagram takes up more than its bytes.
+    // SO_RCVBUF returns twice the size that was set, since each datagram occupies more than its bytes.
     getsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, &length);
     return size < Small ? 1 : size < Large ? 2 : 4;
 }
@@ -79,22 +80,23 @@ void LinuxDatagramReceiver::Pump() {
         const int got = Receive(batch, socket_.Get());
         if (got > 0)
             inbox_.Put(batch.Texts());
-        // After a batch that was not full more are on their way, perhaps: waking up for each of them would
-        // cost more than all else.
+        // After a batch that was not full, a short sleep lets several datagrams arrive: waking up for each of
+        // them would cost more than all other work.
         const bool full = batch.Size() == static_cast<std::size_t>(got);
         Wait(got < 0    ? Delay::AfterError
              : got == 0 ? Delay::UntilReadable
              : full     ? Delay::None
                         : Delay::Short);
     }
-    // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
+    // Takes over what the socket still holds, but no more than LastDatagrams, so that a flood cannot keep the
+    // thread running.
     for (int i = 0; i < LastBatches && Receive(batch, socket_.Get()) > 0; ++i)
         inbox_.Put(batch.Texts());
 }
 
-/// In every pause the end is noticed at once.
+/// Stop ends every delay at once.
 void LinuxDatagramReceiver::Wait(Delay delay) {
-    // A machine short of memory will have some again.
+    // In milliseconds.  Most errors are shortages of memory, which pass.
     constexpr int ErrorDelay = 10;
     if (delay == Delay::None)
         return;

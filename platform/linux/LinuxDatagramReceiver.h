@@ -13,12 +13,11 @@
 
 namespace tallyhorn {
 
-/// Owns a bound socket and the thread that moves datagrams from it into the inbox, whatever the reader is
-/// doing: what the system lets wait in a socket is soon full.
-/// Called from the reader's thread; the pump thread is its own affair.
+/// Owns a bound socket, and a pump thread that moves datagrams from it into the inbox at once, since the
+/// receive buffer of a socket is small.  For the reader's thread.
 class LinuxDatagramReceiver final : public DatagramReceiver {
 public:
-    /// `stop` is an eventfd that nobody has written to.
+    /// `stop` is an unsignalled eventfd, with which Stop wakes the pump thread.
     LinuxDatagramReceiver(FileDescriptor socket, FileDescriptor stop, std::uint16_t port,
                           std::function<void()> wake);
     ~LinuxDatagramReceiver() override;
@@ -43,7 +42,7 @@ private:
     const int shortDelay_;
     DatagramInbox inbox_;
     std::atomic<bool> stopping_ = false;
-    DatagramLosses finalLosses_;  ///< once the socket is closed
+    DatagramLosses finalLosses_;  ///< valid when the socket is closed
     std::thread pump_;
 };
 

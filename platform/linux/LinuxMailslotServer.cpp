@@ -16,20 +16,23 @@
 namespace tallyhorn {
 namespace {
 
-/// The system lets few datagrams wait in a socket (10 by default), so large batches would seldom be used.
+/// Limits the buffers of a batch to the size of one chunk.  More would seldom be used: a socket holds only
+/// few datagrams (10 by default).
 std::size_t BatchSizeFor(std::size_t maximumSize) {
     return std::clamp<std::size_t>(DatagramQueue::ChunkSize / maximumSize, 1, DatagramBatch::MostDatagrams);
 }
 
-/// A machine short of memory will have some again; a pump that gave up would leave the senders waiting.
+/// Returns whether to try again after `error`, and first waits for 10 ms if the system is short of memory.  A
+/// pump that gave up would leave the senders blocked.
 bool WaitOutShortage(int error) {
     if (error == ENOMEM || error == ENOBUFS)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return error == EINTR || error == ENOMEM || error == ENOBUFS;
 }
 
-/// Blocks until a datagram is there and takes what else waits, but drops what is longer than the mailslot
-/// takes, by a sender that did not ask; false where the socket is done for.
+/// Blocks until a datagram arrives and receives the others that are waiting.  Drops datagrams that are longer
+/// than the mailslot's maximum, which a sender can send that ignores it.  Returns false if the socket has
+/// failed or was shut down.
 bool Receive(DatagramBatch& batch, int socket) {
     return batch.Receive(socket, MSG_WAITFORONE) >= 0 || WaitOutShortage(errno);
 }
@@ -47,7 +50,7 @@ LinuxMailslotServer::LinuxMailslotServer(FileDescriptor lock, FileDescriptor soc
 LinuxMailslotServer::~LinuxMailslotServer() {
     unlink(socketPath_.c_str());
     queue_.Stop();
-    // Ends a blocked receive too; senders that wait are told that the reader is gone.
+    // Ends a blocked receive, and makes the writes of blocked senders fail.
     shutdown(socket_.Get(), SHUT_RDWR);
     pump_.join();
 }
@@ -66,12 +69,13 @@ bool LinuxMailslotServer::Read(std::span<char> buffer, std::size_t& read) {
 }
 
 void LinuxMailslotServer::Pump() {
-    // Marked as work that need not run at once when woken, it finds more datagrams each time: a wake-up costs
-    // more than a datagram.  Refused, it is only dearer.
+    // SCHED_BATCH lets the thread start a little later after a wake-up, so that each wake-up finds more
+    // datagrams: a wake-up costs more than reading one.  If the call fails, the pump only uses more processor
+    // time.
     const sched_param noPriority{};
     pthread_setschedparam(pthread_self(), SCHED_BATCH, &noPriority);
     DatagramBatch batch(maximumSize_, BatchSizeFor(maximumSize_));
-    // While the queue has no room the datagrams stay in the socket, and senders wait there.
+    // While the queue is full, datagrams stay in the socket and senders block.
     while (queue_.WaitForRoom() && Receive(batch, socket_.Get()))
         queue_.Append(batch.Texts());
 }

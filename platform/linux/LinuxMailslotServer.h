@@ -10,12 +10,11 @@
 
 namespace tallyhorn {
 
-/// Owns a mailslot's socket, its name in the folder, and the thread that moves datagrams from the socket into
-/// the queue, so that a sender never waits for the console. Called from the user-interface thread; the pump
-/// thread is its own affair.
+/// Owns a mailslot's socket, its file in the folder, and a pump thread that moves datagrams from the socket
+/// into the queue, so that senders do not wait for the console.
 class LinuxMailslotServer final : public MailslotServer {
 public:
-    /// Takes over the bound `socket` at `socketPath` and the `lock` that makes the name its own.
+    /// `socket` is bound to `socketPath`; `lock` reserves the name.
     LinuxMailslotServer(FileDescriptor lock, FileDescriptor socket, std::string socketPath,
                         std::size_t maximumSize);
     ~LinuxMailslotServer() override;

@@ -21,10 +21,10 @@ namespace tallyhorn {
 namespace {
 
 constexpr mode_t OwnerOnly = 0600;
-/// What a sender may have on its way; the system grants less where its own limit is lower.
+/// The size of a sender's buffer; the system reduces it to its own limit.
 constexpr int SendBuffer = 1 << 20;
 
-/// Nothing where the path is longer than a socket's may be.
+/// Returns nothing if the path is too long for a socket address.
 std::optional<sockaddr_un> AddressOf(const std::string& path) {
     sockaddr_un address{};
     if (path.size() >= sizeof address.sun_path)
@@ -54,7 +54,7 @@ std::optional<std::size_t> PublishedSize(const std::string& lockPath) {
     return size;
 }
 
-/// Removes what a crashed holder of the name left; false where something other than a socket is there.
+/// Removes the socket that a crashed server left behind.  Returns false if another kind of file exists there.
 bool RemoveStaleSocket(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0)
@@ -62,8 +62,7 @@ bool RemoveStaleSocket(const std::string& path) {
     return S_ISSOCK(status.st_mode) && unlink(path.c_str()) == 0;
 }
 
-/// Owns the socket that sends to one mailslot, and refuses what is longer than the mailslot takes.
-/// Any one thread may call it.
+/// Owns the socket that sends to one mailslot, and refuses texts that are longer than the mailslot's maximum.
 class LinuxMailslotClient final : public MailslotClient {
 public:
     LinuxMailslotClient(FileDescriptor socket, std::size_t maximumSize)
@@ -97,7 +96,7 @@ std::unique_ptr<MailslotServer> LinuxMailslotTransport::Create(std::string_view 
     if (!address)
         return nullptr;
 
-    // Whoever holds the lock has the name to itself, so the steps below race with nobody.
+    // The lock reserves the name, so no other process takes the following steps for it at the same time.
     bool reachable = false;
     FileDescriptor lock = TakeLock(LockPath(*name), reachable);
     if (!lock || !RemoveStaleSocket(socketPath) || !PublishSize(lock.Get(), maximumSize))
@@ -117,7 +116,8 @@ std::unique_ptr<MailslotClient> LinuxMailslotTransport::Open(std::string_view pa
     FileDescriptor connected = MakeSocket();
     if (!address || !connected || connect(connected.Get(), AsSockaddr(*address), sizeof *address) != 0)
         return nullptr;
-    // Read after connecting: the size is published before the socket that answered was bound.
+    // Must follow connect: a server publishes its size before it binds its socket, so this is the size of the
+    // server that connect found.
     const std::optional<std::size_t> size = PublishedSize(LockPath(*name));
     if (!size)
         return nullptr;

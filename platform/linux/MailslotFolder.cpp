@@ -23,7 +23,7 @@ std::string UserMailslotFolder() {
 }
 
 bool PrepareMailslotFolder(const std::string& folder) {
-    // A folder that is there already makes this fail, and is looked at all the same.
+    // Fails if the folder exists, which is checked either way.
     static_cast<void>(mkdir(folder.c_str(), OwnerOnlyFolder));
     return IsPrivateFolder(folder);
 }

@@ -6,20 +6,20 @@
 
 namespace tallyhorn {
 
-// The folder that holds the user's mailslots as sockets, and the locks beside them.  Lock files start with a
-// dot and stay behind, empty of meaning, when their holder ends: removing one would race with the next
-// holder.
+// The folder that contains the user's mailslots as sockets, and their lock files, whose names begin with a
+// dot.  Lock files are never removed: another process could be locking the file at that moment, and would
+// then hold a lock that nobody else can see.
 
-/// `$XDG_RUNTIME_DIR/mailslot`, or `/tmp/mailslot-UID` where that variable is not set.
+/// Returns `$XDG_RUNTIME_DIR/mailslot`, or `/tmp/mailslot-UID` if that variable is not set.
 std::string UserMailslotFolder();
 
-/// Makes the folder (its parent must exist) unless it is there; false where it is not a folder of this user's
-/// own that nobody else may enter.
+/// Creates the folder if it does not exist; its parent must.  Returns IsPrivateFolder.
 bool PrepareMailslotFolder(const std::string& folder);
+/// Returns whether the folder belongs to this user and nobody else may enter it.
 bool IsPrivateFolder(const std::string& folder);
 
-/// Takes the lock file at `path` for as long as the descriptor is open; an empty one where another holds it.
-/// `reachable` tells whether the file could be opened at all.
+/// Locks the file at `path` until the returned descriptor is closed.  Returns an empty descriptor if another
+/// process has locked it, or if it cannot be opened; `reachable` is false only in the latter case.
 FileDescriptor TakeLock(const std::string& path, bool& reachable);
 
 }  // namespace tallyhorn

@@ -41,7 +41,7 @@ private:
 
 class LinuxReplacementFile final : public OutputFile {
 public:
-    /// False for a reason that LastSystemError tells.
+    /// Returns false if that fails; LastSystemError returns the reason.
     bool Begin(const std::filesystem::path& path) { return replacement_.Begin(path); }
 
     std::optional<SystemError> Write(std::string_view bytes) override {
@@ -79,7 +79,7 @@ std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& p
     error = LastSystemError();
     if (error.Number != EACCES)
         return nullptr;
-    // A folder that takes no new file may still hold one that can be written.
+    // A file can be writable although its folder does not allow new files.
     FileDescriptor file(open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file)
         return nullptr;

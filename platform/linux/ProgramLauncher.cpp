@@ -22,12 +22,12 @@ std::string EnvironmentPath() {
     return path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin";
 }
 
-/// Nothing where none of the folders has such a program.
+/// Returns the path of the program in the first folder that has it, or nothing.
 std::optional<std::string> FindProgram(const std::string& program, std::string_view folders) {
     while (!folders.empty()) {
         const std::string_view folder = folders.substr(0, folders.find(':'));
         folders.remove_prefix(std::min(folders.size(), folder.size() + 1));
-        // A relative folder, an empty one too, is below whichever is current.
+        // Relative folders, and empty ones, would depend on the current folder.
         if (!folder.starts_with('/'))
             continue;
         std::string file = std::string(folder) + '/' + program;
@@ -38,8 +38,8 @@ std::optional<std::string> FindProgram(const std::string& program, std::string_v
     return std::nullopt;
 }
 
-/// How the new process starts: none of the console's ways with signals, none of
-/// its files, a session of its own, and no input.
+/// Owns the settings for posix_spawn: the new process has the default signal handlers, no blocked signals, no
+/// open files of the console, an own session, and /dev/null as its input.
 class SpawnSettings {
 public:
     SpawnSettings() {
@@ -71,7 +71,7 @@ public:
     explicit LinuxProgramLauncher(std::string folders) : folders_(std::move(folders)) {}
 
     bool Start(const std::string& program, std::span<const std::string> arguments) override {
-        ForgetEnded();
+        ReapEnded();
         const std::optional<std::string> file =
             FindProgram(program, folders_.empty() ? EnvironmentPath() : folders_);
         if (!file)
@@ -93,8 +93,8 @@ public:
     }
 
 private:
-    /// A process that has ended keeps its number until its parent has asked.
-    void ForgetEnded() {
+    /// Reaps the processes that have ended, which are zombies until then.
+    void ReapEnded() {
         std::erase_if(started_, [](pid_t process) { return waitpid(process, nullptr, WNOHANG) != 0; });
     }
 

@@ -5,7 +5,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The mode tells what was asked for, not what is heard.
+/// Plays through a SoundThread.  CurrentMode reflects the commands, not what can be heard.
 class LinuxSoundDevice final : public SoundDevice {
 public:
     LinuxSoundDevice() = default;
@@ -29,9 +29,9 @@ public:
             thread_->Want({});
         return true;
     }
-    /// Every `Play` begins at the start.
+    /// Does nothing else, since Play always begins at the start of the file.
     bool Prev() override { return mode_ != Mode::NotOpen; }
-    /// The first one starts the thread: who wants no sound has none.
+    /// The first call starts the thread, so that there is none if no sound is ever played.
     bool Play() override {
         if (mode_ == Mode::NotOpen)
             return false;

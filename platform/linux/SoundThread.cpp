@@ -18,15 +18,15 @@ namespace {
 
 constexpr std::chrono::milliseconds LongestEnd{500};
 
-/// All of a sound is kept in memory.
+/// Larger files are not played, since a sound is read into memory as a whole.
 constexpr std::size_t LargestFile = std::size_t{16} << 20U;
 
-/// What the server is given ahead: all of a usual sound, so that no write waits for it, and the end of the
-/// stream still silences it at once.
+/// The size of the server's buffer.  All of a usual sound fits, so that no write blocks.  Closing the stream
+/// silences the buffered part at once.
 constexpr std::uint32_t AheadSize = std::uint32_t{1} << 20U;
-constexpr std::size_t PieceSize = 8192;  ///< of whole frames, whatever their size
+constexpr std::size_t PieceSize = 8192;  ///< a multiple of every frame size
 
-/// For the server to play on what it has got.
+/// The time to wait, beyond the length of the sound, until the server has played its buffer.
 constexpr std::chrono::seconds LongestTail{2};
 
 struct CloseStream {
@@ -34,14 +34,15 @@ struct CloseStream {
 };
 using Stream = std::unique_ptr<pa_simple, CloseStream>;
 
-/// Null where there is no server.
+/// Returns null if there is no sound server.
 Stream OpenStream(const WaveSamples& wave) {
     const pa_sample_spec format{wave.Bits == 8    ? PA_SAMPLE_U8
                                 : wave.Bits == 16 ? PA_SAMPLE_S16LE
                                                   : PA_SAMPLE_S32LE,
                                 wave.Rate, static_cast<std::uint8_t>(wave.Channels)};
     constexpr auto Default = static_cast<std::uint32_t>(-1);
-    // Begins with the first samples: the shortest sound never fills what the server would wait for.
+    // prebuf: playing begins with the first frame.  By default the server waits for more bytes than a short
+    // sound has.
     const pa_buffer_attr buffer{.maxlength = Default,
                                 .tlength = AheadSize,
                                 .prebuf = FrameSize(wave),
@@ -88,8 +89,8 @@ void SoundThread::Run() {
     changed_.notify_all();
 }
 
-/// Every time the file, the server and its device are those of the moment.  The end of the stream ends what
-/// is heard.
+/// Opens the file and the stream for each sound, so that changes of the file, the server and its devices take
+/// effect. Closing the stream at the end stops the sound.
 void SoundThread::Play(const std::filesystem::path& file) {
     std::string bytes;
     if (file.empty() || ReadWholeFile(file.string(), LargestFile, bytes) != ReadOutcome::Complete)
@@ -104,7 +105,7 @@ void SoundThread::Play(const std::filesystem::path& file) {
             return;
         left.remove_prefix(piece.size());
     }
-    // No more than that is left to play.
+    // At most the server's buffer remains to be played.
     const std::size_t left = std::min<std::size_t>(wave->Data.size(), AheadSize);
     IsInterrupted(std::chrono::seconds(left / FrameSize(*wave) / wave->Rate) + LongestTail);
 }

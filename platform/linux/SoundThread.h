@@ -9,29 +9,28 @@
 
 namespace tallyhorn {
 
-/// Plays one file at a time through the sound server in a thread of its own, since a server that hangs keeps
-/// whoever asks it for half a minute.  Any thread may call it; what was wanted last counts, and no wish waits
-/// behind another.
+/// Plays one file at a time through the sound server, in its own thread, since a call to a server that hangs
+/// blocks for half a minute.  Each request replaces the one before.  Safe in any thread.
 class SoundThread {
 public:
-    /// Runs until `End`, and keeps itself until then.
+    /// Starts the thread, which owns a reference to the object until End.
     static std::shared_ptr<SoundThread> Start();
 
-    /// Plays the file from its start in place of what is playing; silence where the path is empty.
+    /// Stops the current sound and plays the file from its start, or nothing if the path is empty.
     void Want(const std::filesystem::path& file);
-    /// Ends the thread, and waits for that for half a second: where the server hangs it is left to the end of
-    /// the process.
+    /// Asks the thread to end and waits up to half a second for it.  If the server hangs, the thread runs on
+    /// until the process ends.
     void End();
 
 private:
     void Run();
     void Play(const std::filesystem::path& file);
-    /// Waits so long for another wish; false where none comes.
+    /// Waits up to `time` for another request or End, and returns whether there was one.
     bool IsInterrupted(std::chrono::milliseconds time);
 
-    std::mutex mutex_;  ///< guards what follows
+    std::mutex mutex_;  ///< guards all members below
     std::condition_variable changed_;
-    std::optional<std::filesystem::path> wanted_;  ///< until the thread takes it
+    std::optional<std::filesystem::path> wanted_;  ///< empty if the thread has taken the last request
     bool ending_ = false;
     bool ended_ = false;
 };

@@ -8,7 +8,7 @@
 
 namespace tallyhorn {
 
-/// Starts a thread that no signal is delivered to: they are the user-interface thread's.
+/// Starts a thread that blocks all signals, so that they are delivered to other threads.
 template <typename Function>
 std::thread StartWithoutSignals(Function function) {
     sigset_t all;

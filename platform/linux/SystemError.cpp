@@ -7,7 +7,7 @@ namespace tallyhorn {
 
 SystemError LastSystemError() {
     const int number = errno;
-    // Unlike strerror's, these texts are ASCII whatever language the user has.
+    // Unlike those of strerror, these texts are not translated, and so are ASCII.
     const char* const text = strerrordesc_np(number);
     return {number, text != nullptr ? text : "Unknown error"};
 }

@@ -10,7 +10,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Waits for the signals in a thread, where any code may run, unlike in a handler.
+/// Receives the signals by sigwait in a thread, since a signal handler may call only few functions.
 class WaitedSignals final : public TerminationSignals {
 public:
     WaitedSignals() {
@@ -45,7 +45,8 @@ private:
     static constexpr int Wake = SIGUSR1;
 
     sigset_t signals_{};
-    std::atomic<bool> stopping_{false};  ///< the signal alone may come from anybody
+    std::atomic<bool> stopping_{
+        false};  ///< Wake means Stop only if this is set, since other processes can send it too
     std::thread thread_;
 };
 

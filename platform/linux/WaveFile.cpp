@@ -13,7 +13,7 @@ constexpr std::uint32_t UncompressedSamples = 1;
 constexpr std::uint32_t LowestRate = 4'000;
 constexpr std::uint32_t HighestRate = 192'000;
 
-/// A number of `size` bytes, the lowest first.
+/// Reads a little-endian number of `size` bytes.
 std::uint32_t Number(std::string_view bytes, std::size_t position, std::size_t size) {
     std::uint32_t number = 0;
     for (std::size_t i = size; i-- > 0;)
@@ -21,7 +21,7 @@ std::uint32_t Number(std::string_view bytes, std::size_t position, std::size_t s
     return number;
 }
 
-/// Without its samples yet.
+/// Reads the format chunk; the result has no samples yet.
 std::optional<WaveSamples> ReadFormat(std::string_view format) {
     if (format.size() < FormatSize || Number(format, 0, 2) != UncompressedSamples)
         return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<WaveSamples> ReadWave(std::string_view file) {
         }
         if (name == "fmt " && !(wave = ReadFormat(file.substr(0, size))))
             return std::nullopt;
-        // Chunks begin at even positions.
+        // Chunks are padded to an even size.
         file.remove_prefix(std::min(file.size(), size + size % 2));
     }
     return std::nullopt;

@@ -6,20 +6,20 @@
 
 namespace tallyhorn {
 
-/// What a wave file holds: the samples, which lie in the file's own bytes, and how to play them.
+/// The samples of a wave file, as a view into the file's bytes, and their format.
 struct WaveSamples {
     std::uint32_t Channels = 0;
-    std::uint32_t Rate = 0;  ///< samples a second
-    std::uint32_t Bits = 0;  ///< of one sample: 8, which has no sign, 16 or 32
+    std::uint32_t Rate = 0;  ///< frames per second
+    std::uint32_t Bits = 0;  ///< per sample: 8 (unsigned), 16 or 32 (signed)
     std::string_view Data;
 };
 
-/// In bytes, of the samples of one moment.
+/// The size of a frame, the samples of all channels for one moment, in bytes.
 std::uint32_t FrameSize(const WaveSamples& wave);
 
-/// Reads a whole wave file of the plain kind: uncompressed samples of 8, 16 or 32 bits, one or two channels,
-/// 4,000 to 192,000 samples a second.  Nothing for any other, whose numbers a player might not come back
-/// from. Pure.
+/// Reads an uncompressed wave file with samples of 8, 16 or 32 bits, one or two channels and 4,000 to 192,000
+/// frames per second.  Returns nothing for any other file: the sound server is not given a format that it
+/// might not handle.
 std::optional<WaveSamples> ReadWave(std::string_view file);
 
 }  // namespace tallyhorn

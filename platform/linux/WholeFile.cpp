@@ -13,7 +13,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Read at once behind what the file's size promised.
+/// The bytes to read at once if the file is longer than its size was.
 constexpr std::size_t MoreRoom = 65536;
 
 }  // namespace
@@ -26,7 +26,7 @@ ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::str
     struct stat status {};
     if (fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
         return ReadOutcome::Failed;
-    // The size is a guess at what will be read: the file may change meanwhile.
+    // The size is only a hint, since the file may be changing.
     std::size_t room = std::min(static_cast<std::size_t>(status.st_size), maximum) + 1;
     while (true) {
         const std::size_t filled = bytes.size();

@@ -4,7 +4,7 @@
 #include <io.h>
 #include <windows.h>
 
-// Needs the one above.
+// Must follow windows.h.
 #include <shellapi.h>
 
 #include <atomic>
@@ -20,11 +20,11 @@ std::atomic<bool> endRequested = false;
 
 extern "C" void NoteEndRequest(int signal) {
     endRequested = true;
-    // The runtime falls back to the default after each.
+    // The runtime restores the default handler before each call.
     std::signal(signal, NoteEndRequest);
 }
 
-/// Half a character becomes the one for what cannot be told.
+/// An unpaired surrogate becomes U+FFFD.
 std::string ToUtf8(std::wstring_view text) {
     std::string utf8(3 * text.size(), '\0');
     const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
@@ -40,7 +40,7 @@ bool HasTarget(DWORD stream) {
 
 }  // namespace
 
-/// Those of `main` lack what the code page lacks.
+/// Ignores the arguments of `main`, in which characters outside the code page are lost.
 std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
     int count = 0;
     const auto free = [](wchar_t** words) { LocalFree(words); };

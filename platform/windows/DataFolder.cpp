@@ -9,7 +9,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Empty where a character has no byte in the ANSI code page.
+/// Returns an empty text if the ANSI code page lacks one of the characters.
 std::string ToAnsi(const std::wstring& text) {
     const int size = static_cast<int>(text.size());
     BOOL lacking = FALSE;
@@ -20,7 +20,7 @@ std::string ToAnsi(const std::wstring& text) {
     return ansi;
 }
 
-/// The name of eight characters and three, which is plain; empty where the volume keeps none.
+/// Returns the 8.3 short name, which is ASCII, or an empty text if the volume has none.
 std::wstring ShortName(const std::filesystem::path& folder) {
     std::wstring name(GetShortPathNameW(folder.c_str(), nullptr, 0), L'\0');
     const DWORD length = GetShortPathNameW(folder.c_str(), name.data(), static_cast<DWORD>(name.size()));
@@ -53,7 +53,7 @@ std::filesystem::path UserDataFolder() {
 }
 
 bool MakePrivateFolder(const std::filesystem::path& folder) {
-    // What lies in the user's profile is his alone by inheritance.
+    // The folder is in the user's profile and inherits its access rights.
     return CreateDirectoryW(folder.c_str(), nullptr) != 0;
 }
 
@@ -62,7 +62,7 @@ std::string NarrowPath(const std::filesystem::path& path) {
         return Utf8FromPath(path);
     if (std::string ansi = ToAnsi(path.wstring()); !ansi.empty())
         return ansi;
-    // The file itself need not exist yet, but its folder does.
+    // Only the folder has a short name: the file may not exist yet.
     const std::filesystem::path folder = ShortName(path.parent_path());
     return folder.empty() ? Utf8FromPath(path) : ToAnsi((folder / path.filename()).wstring());
 }

@@ -1,5 +1,5 @@
 #include <winsock2.h>
-// After winsock2.h, which it builds on.
+// Must follow winsock2.h.
 #include <mstcpip.h>
 #include <ws2tcpip.h>
 
@@ -20,8 +20,7 @@
 namespace tallyhorn {
 namespace {
 
-/// One use of the system's socket library, which counts them; whoever owns a socket has one.
-/// Any thread may make and end one.
+/// Owns one reference to the socket library, which counts them.  Each socket needs one.  Safe in any thread.
 class SocketLibrary {
 public:
     SocketLibrary() {
@@ -39,8 +38,7 @@ private:
     bool started_ = false;
 };
 
-/// Owns one socket and the library's use that it needs.
-/// A plain value that moves, safe in any one thread.
+/// Owns one socket, or none, and its reference to the socket library.  Movable.
 class OwnedSocket {
 public:
     OwnedSocket() = default;
@@ -71,8 +69,7 @@ private:
     SOCKET socket_ = INVALID_SOCKET;
 };
 
-/// Owns one event of the system.
-/// Any thread may set it and wait for it.
+/// Owns one event object.  Any thread may set it and wait for it.
 class OwnedEvent {
 public:
     OwnedEvent() : event_(WSACreateEvent()) {}
@@ -90,20 +87,19 @@ private:
     const WSAEVENT event_;
 };
 
-/// The layouts of addresses share their start, as the interface has it.
 template <typename Address>
 bool BindTo(const OwnedSocket& socket, const Address& address) {
     return bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-/// A socket on all addresses of both families; `lacksIPv6` tells that there is none because the machine
-/// does without the newer one, and not because somebody else has the port.
+/// Binds an IPv6 socket that also receives IPv4.  If that fails, `lacksIPv6` is true if the machine has no
+/// IPv6, and false if the port is in use or not allowed.
 OwnedSocket BindDualStack(std::uint16_t port, bool& lacksIPv6) {
     OwnedSocket bound(AF_INET6);
     lacksIPv6 = !bound || !bound.Set(IPPROTO_IPV6, IPV6_V6ONLY, DWORD{0});
     if (lacksIPv6)
         return {};
-    // Without it another program could take the port over.
+    // Without this option, another program could bind the same port and take it over.
     bound.Set(SOL_SOCKET, SO_EXCLUSIVEADDRUSE, BOOL{TRUE});
     sockaddr_in6 address{};
     address.sin6_family = AF_INET6;
@@ -132,14 +128,13 @@ OwnedSocket Bind(std::uint16_t port) {
     return old;
 }
 
-/// Owns a bound socket and the thread that moves datagrams from it into the inbox, whatever the reader is
-/// doing: what the system lets wait in a socket is soon full.
-/// Called from the reader's thread; the pump thread is its own affair.
+/// Owns a bound socket, and a pump thread that moves datagrams from it into the inbox at once, since the
+/// receive buffer of a socket is small.  For the reader's thread.
 class WindowsDatagramReceiver final : public DatagramReceiver {
 public:
     WindowsDatagramReceiver(OwnedSocket socket, std::function<void()> wake)
         : socket_(std::move(socket)), inbox_(MostWaiting, std::move(wake)) {
-        // The two families' addresses have the port at the same place.
+        // Addresses of IPv4 and IPv6 have the port at the same offset.
         sockaddr_in6 address{};
         int size = sizeof address;
         getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
@@ -149,7 +144,7 @@ public:
     WindowsDatagramReceiver(const WindowsDatagramReceiver&) = delete;
     WindowsDatagramReceiver& operator=(const WindowsDatagramReceiver&) = delete;
 
-    /// False where the system lacks what the pump needs.
+    /// Starts the pump thread.  Returns false if an event object could not be created.
     bool Start() {
         if (!stop_ || !readable_ || WSAEventSelect(socket_.Get(), readable_.Get(), FD_READ) != 0)
             return false;
@@ -169,7 +164,7 @@ public:
     DatagramLosses Losses() const override { return {.NoRoom = inbox_.NoRoom(), .BySystem = std::nullopt}; }
 
 private:
-    /// A thread blocked in a receive cannot be ended for certain, so the pump waits for two events.
+    /// Waits for events, since a thread that is blocked in recvfrom cannot be ended reliably.
     void Pump() {
         const std::array<WSAEVENT, 2> events{stop_.Get(), readable_.Get()};
         while (WSAWaitForMultipleEvents(2, events.data(), FALSE, WSA_INFINITE, FALSE) != WSA_WAIT_EVENT_0) {
@@ -177,7 +172,8 @@ private:
             if (!Drain())
                 break;
         }
-        // What the system has delivered already is not lost; a flood that goes on does not hold the end up.
+        // Takes over what the socket still holds, but within limits, so that a flood cannot keep the thread
+        // running.
         const auto end = std::chrono::steady_clock::now() + LongestStop;
         for (std::size_t i = 0; i < LastDatagrams && std::chrono::steady_clock::now() < end; ++i) {
             if (TakeOne() == WSAEWOULDBLOCK)
@@ -185,20 +181,20 @@ private:
         }
     }
 
-    /// Takes what waits; false at the end.
+    /// Receives all waiting datagrams.  Returns false if Stop was called.
     bool Drain() {
         while (true) {
             const int error = TakeOne();
             if (error == WSAEWOULDBLOCK)
                 return true;
-            // Any other trouble may pass.
+            // Other errors may pass.
             constexpr DWORD ErrorDelayMilliseconds = 10;
             if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : ErrorDelayMilliseconds) == WAIT_OBJECT_0)
                 return false;
         }
     }
 
-    /// 0, or why there is none; WSAEWOULDBLOCK where none waits.
+    /// Receives one datagram.  Returns 0 or the error, which is WSAEWOULDBLOCK if none is waiting.
     int TakeOne() {
         const int length =
             recvfrom(socket_.Get(), buffer_.data(), static_cast<int>(buffer_.size()), 0, nullptr, nullptr);
@@ -222,7 +218,7 @@ struct AddressDeleter {
 };
 using Addresses = std::unique_ptr<addrinfo, AddressDeleter>;
 
-/// Null where the name means nothing.
+/// Returns the addresses of the host, or null if its name cannot be resolved.
 Addresses Resolve(const std::string& host, std::int32_t port) {
     addrinfo hints{};
     hints.ai_socktype = SOCK_DGRAM;
@@ -236,8 +232,7 @@ bool IsRefusal(int error) {
     return error == WSAECONNRESET || error == WSAECONNREFUSED;
 }
 
-/// Owns a connected socket, so that the system tells what it hears of the other side.
-/// Any one thread may call it.
+/// Owns a connected socket: only for those does the system report ICMP errors.
 class WindowsDatagramSender final : public DatagramSender {
 public:
     explicit WindowsDatagramSender(OwnedSocket socket) : socket_(std::move(socket)) {}
@@ -255,7 +250,7 @@ public:
     }
 
 private:
-    /// Windows tells a reader alone what it has heard.
+    /// Windows reports an ICMP error only to a receive call.
     int ReadError() const {
         u_long unblocked = 1;
         u_long blocked = 0;
@@ -267,7 +262,7 @@ private:
         return error;
     }
 
-    /// And Wine keeps it here.
+    /// Wine reports it as SO_ERROR.
     int SocketError() const {
         int error = 0;
         int size = sizeof error;
@@ -287,8 +282,7 @@ private:
     bool refused_ = false;
 };
 
-/// Owns a use of the socket library, which names are looked up with.
-/// Any one thread may call it.
+/// Owns a reference to the socket library, which resolving names needs.
 class WindowsDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
@@ -298,7 +292,7 @@ public:
         if (!bound)
             return nullptr;
         bound.Set(SOL_SOCKET, SO_RCVBUF, int{64 << 20});
-        // Otherwise what somebody sent back would come up here as an error of receiving.
+        // Otherwise recvfrom would fail whenever an ICMP error arrives for a datagram sent from this port.
         DWORD done = 0;
         BOOL off = FALSE;
         WSAIoctl(bound.Get(), SIO_UDP_CONNRESET, &off, sizeof off, nullptr, 0, &done, nullptr, nullptr);

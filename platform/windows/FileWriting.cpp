@@ -13,7 +13,7 @@ bool WriteAll(void* file, std::string_view bytes) {
         const auto wanted = static_cast<DWORD>(std::min(bytes.size(), LargestPiece));
         if (WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0)
             return false;
-        // The system gives no reason for a write of nothing.
+        // A write of 0 bytes does not set an error.
         if (count == 0) {
             SetLastError(ERROR_WRITE_FAULT);
             return false;

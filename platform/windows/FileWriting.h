@@ -4,8 +4,8 @@
 
 namespace tallyhorn {
 
-/// Hands all the bytes to the system; false where it fails, for a reason that LastSystemError tells.
-/// `file` is a HANDLE.  Safe in any thread.
+/// Writes all the bytes to `file`, a HANDLE.  Returns false if that fails; LastSystemError returns the
+/// reason.
 bool WriteAll(void* file, std::string_view bytes);
 
 }  // namespace tallyhorn

@@ -2,7 +2,7 @@
 
 namespace tallyhorn {
 
-/// Windows' heap takes its steps by itself.
+/// The heap of Windows chooses suitable steps itself.
 void GrowHeapInLargeSteps() {}
 
 }  // namespace tallyhorn

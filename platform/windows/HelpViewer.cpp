@@ -22,8 +22,8 @@ bool IsThere(const std::filesystem::path& file) {
     return std::filesystem::is_regular_file(file, error);
 }
 
-/// Null where the system has no such viewer, which it may do without: so it is not linked.  Never given back,
-/// since its window may be open.
+/// Returns null if the viewer is not installed; it is optional, and therefore loaded at run time.  The
+/// library is never unloaded, since its window may be open.
 HtmlHelpFunction FindHtmlHelp() {
     const HMODULE library = LoadLibraryExA("hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (library == nullptr)

@@ -21,7 +21,7 @@ InstanceLock::~InstanceLock() = default;
 bool InstanceLock::Acquire() {
     if (held_ != nullptr)
         return true;
-    // "Local\" is the log-on session's own name space.
+    // Names that begin with "Local\" are visible only in this log-on session.
     HANDLE mutex = CreateMutexA(nullptr, FALSE, ("Local\\" + name_).c_str());
     const DWORD error = GetLastError();
     if (mutex == nullptr)

@@ -51,7 +51,7 @@ std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& p
     error = *failure;
     if (error.Number != ERROR_ACCESS_DENIED)
         return nullptr;
-    // A folder that takes no new file may still hold one that can be written.
+    // A file can be writable although its folder does not allow new files.
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, TRUNCATE_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)

@@ -4,21 +4,20 @@
 
 namespace tallyhorn {
 
-/// Owns one handle of the system and closes it; null and INVALID_HANDLE_VALUE both stand for none.
-/// Stays where it was made, safe in any one thread.
+/// Owns one HANDLE and closes it.  Null and INVALID_HANDLE_VALUE both mean that there is none.
 class OwnedHandle {
 public:
-    /// A HANDLE; that name needs a header which stays out of headers of ours.
+    /// The parameter is a HANDLE, a name that only windows.h defines.
     explicit OwnedHandle(void* handle) : handle_(handle) {}
     ~OwnedHandle() { Close(); }
     OwnedHandle(const OwnedHandle&) = delete;
     OwnedHandle& operator=(const OwnedHandle&) = delete;
 
-    /// There is none from then on.
+    /// Closes the handle; after that there is none.
     void Close();
     void* Get() const { return handle_; }
     explicit operator bool() const;
-    /// Handles have 32 significant bits on every Windows.
+    /// The handle as a number; only 32 bits of a handle are significant, also on 64-bit Windows.
     std::int32_t Number() const;
 
 private:

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// The methods bear the names that the header gives to its "A" functions by macro.
+// windows.h defines these names as macros for the "A" or "W" functions; here they are names of methods.
 #undef GetPrivateProfileString
 #undef GetPrivateProfileInt
 #undef WritePrivateProfileString
@@ -12,8 +12,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Windows' profile functions themselves; holds nothing.
-/// Called from the user-interface thread.
+/// Calls the functions of Windows.
 class WindowsProfileFunctions final : public ProfileFunctions {
 public:
     std::uint32_t GetPrivateProfileString(const char* section, const char* key, const char* defaultText,

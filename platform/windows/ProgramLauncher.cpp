@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Needs the one above.
+// Must follow windows.h.
 #include <shellapi.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr DWORD ElevationRequired = 740;  // not every compiler's headers know it
+constexpr DWORD ElevationRequired = 740;  // missing in the headers of some compilers
 
 std::string EnvironmentPath() {
     std::vector<char> value(GetEnvironmentVariableA("PATH", nullptr, 0));
@@ -24,7 +24,7 @@ std::string EnvironmentPath() {
     return length < value.size() ? std::string(value.data(), length) : std::string();
 }
 
-/// The folders without those that are below whichever is current.
+/// Returns the folders without the relative ones, which would depend on the current folder.
 std::string AbsoluteFolders(std::string_view folders) {
     std::string absolute;
     while (!folders.empty()) {
@@ -39,7 +39,7 @@ std::string AbsoluteFolders(std::string_view folders) {
     return absolute;
 }
 
-/// Empty where none of the folders has such a program.
+/// Returns the path of the program in the first folder that has it, or an empty text.
 std::string FindProgram(const std::string& program, const std::string& folders) {
     std::array<char, MAX_PATH> found{};
     const DWORD length = folders.empty()
@@ -49,8 +49,8 @@ std::string FindProgram(const std::string& program, const std::string& folders) 
     return length < found.size() ? std::string(found.data(), length) : std::string();
 }
 
-/// One word of a command line as programs take it apart: in quotes, where backslashes count only before a
-/// quote and are doubled there.
+/// Appends one argument in quotes, as programs split their command line: backslashes are special only before
+/// a quote, where they must be doubled.
 void AppendQuoted(std::string& line, std::string_view word) {
     line += '"';
     std::size_t backslashes = 0;
@@ -67,7 +67,7 @@ void AppendQuoted(std::string& line, std::string_view word) {
     line += '"';
 }
 
-/// For a program that runs with more rights than this one: the user is asked for them.
+/// Starts a program that requires administrator rights; Windows asks the user for them.
 bool StartElevated(const std::string& file, const std::string& arguments) {
     SHELLEXECUTEINFOA start{};
     start.cbSize = sizeof start;
@@ -78,7 +78,7 @@ bool StartElevated(const std::string& file, const std::string& arguments) {
     return ShellExecuteExA(&start) != 0;
 }
 
-/// Each up to its first NUL.
+/// Joins the arguments, each up to its first NUL, to the end of a command line.
 std::string JoinQuoted(std::span<const std::string> arguments) {
     std::string line;
     for (const std::string& argument : arguments) {

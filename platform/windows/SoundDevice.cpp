@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Needs the one above.
+// Must follow windows.h.
 #include <mmsystem.h>
 
 namespace tallyhorn {
@@ -35,7 +35,7 @@ public:
         return true;
     }
 
-    /// Whatever comes of it, the device is not used again.
+    /// The device is not used again, even if closing it fails.
     bool Close() override {
         MCI_GENERIC_PARMS close{};
         const bool closed = device_ == 0 || Send(MCI_CLOSE, 0, &close);
@@ -60,7 +60,7 @@ private:
     }
 
     std::filesystem::path fileName_;
-    MCIDEVICEID device_ = 0;  ///< 0: none is open
+    MCIDEVICEID device_ = 0;  ///< 0 if none is open
 };
 
 }  // namespace

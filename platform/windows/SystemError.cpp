@@ -9,7 +9,7 @@ namespace tallyhorn {
 SystemError LastSystemError() {
     const DWORD number = GetLastError();
     std::array<char, 512> text;
-    // The last flag makes blanks of line breaks.
+    // FORMAT_MESSAGE_MAX_WIDTH_MASK replaces line ends by blanks.
     const DWORD length = FormatMessageA(
         FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
         number, 0, text.data(), static_cast<DWORD>(text.size()), nullptr);

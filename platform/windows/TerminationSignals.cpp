@@ -12,12 +12,12 @@ namespace tallyhorn {
 namespace {
 
 constexpr const wchar_t* ClassName = L"TallyhornSessionEnd";
-/// Not WM_CLOSE, which programs that end others send to every window: the user may answer No.
+/// WM_CLOSE is not used, since a program that closes others, such as taskkill, sends it to every window, and
+/// the user may then choose not to close the console.
 constexpr UINT StopListening = WM_APP;
 
-/// Hears of the end of the log-on session in a window of its own, which is never shown, in a thread of its
-/// own: the system ends the process as soon as its windows have answered, and this one answers once all is
-/// done.
+/// Owns a hidden window, and a thread for it, that receives WM_ENDSESSION.  Windows ends the process as soon
+/// as all its windows have handled that message, and this window does so only when Stop is called.
 class SessionEnd final : public TerminationSignals {
 public:
     SessionEnd() = default;
@@ -50,7 +50,7 @@ private:
         kind.hInstance = GetModuleHandleW(nullptr);
         kind.lpszClassName = ClassName;
         RegisterClassW(&kind);
-        // A window that only takes messages would not be told.
+        // Not a message-only window (HWND_MESSAGE): those do not receive WM_ENDSESSION.
         const HWND window = CreateWindowExW(0, ClassName, L"Tallyhorn Listener Console", WS_POPUP, 0, 0, 0, 0,
                                             nullptr, nullptr, kind.hInstance, nullptr);
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
@@ -77,14 +77,15 @@ private:
         return 0;
     }
 
-    /// Agrees to the end.  The reason keeps the system from ending what takes its time, and is shown to the
-    /// user.
+    /// Agrees to the end of the session.  With a block reason, which Windows shows to the user, Windows does
+    /// not end the process after a few seconds.
     static LRESULT AskForTime(HWND window) {
         ShutdownBlockReasonCreate(window, L"Saving messages");
         return TRUE;
     }
 
-    /// Whoever sends messages to all windows meanwhile, this program too, gets an answer.
+    /// Calls `ended_` and waits for Stop.  Meanwhile handles sent messages, since a program that sends one to
+    /// all windows would hang otherwise, this one included.
     void End() {
         ended_();
         const HANDLE done = done_.Get();
@@ -94,8 +95,7 @@ private:
     }
 
     std::function<void()> ended_;
-    const OwnedHandle done_{
-        CreateEventW(nullptr, TRUE, FALSE, nullptr)};  ///< set once the program is through
+    const OwnedHandle done_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};  ///< set by Stop
     HWND window_ = nullptr;
     std::thread thread_;
 };

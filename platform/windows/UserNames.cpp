@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Needs the one above.
+// Must follow windows.h.
 #include <lmcons.h>
 
 #include <array>
@@ -10,7 +10,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Of a name in the ANSI code page; empty where it cannot be converted.
+/// Converts a name from the ANSI code page.  Returns an empty text if that fails.
 std::string Utf8Name(const char* ansi) {
     std::array<wchar_t, UNLEN + 1> wide{};
     std::array<char, 3 * wide.size()> utf8{};

@@ -10,9 +10,9 @@
 namespace tallyhorn {
 namespace {
 
-/// Owns the mailslot and the texts that it has taken out of it.  They are taken whenever somebody asks how
-/// many wait, and counted here: a count that holds on every system, and a sender that finds room again.
-/// Called from the user-interface thread.
+/// Owns the mailslot and a queue of the texts taken out of it.  GetInfo moves all waiting texts to the queue
+/// and counts them there, since the count that GetMailslotInfo returns is wrong on some systems (Wine), and
+/// senders get room.
 class WindowsMailslotServer final : public MailslotServer {
 public:
     WindowsMailslotServer(HANDLE handle, std::size_t maximumSize)
@@ -30,12 +30,11 @@ public:
     bool Read(std::span<char> buffer, std::size_t& read) override { return queue_.Read(buffer, read); }
 
 private:
-    /// More than a reader counts at once.  Without an end, a sender that keeps pace would hold the reader
-    /// here.
+    /// More than a reader handles at once.  Without a limit, a fast sender would keep GetInfo from returning.
     static constexpr std::size_t TakenAhead = 40'000;
 
-    /// Moves what the system holds into the queue, as far as that goes; false where the mailslot does not
-    /// answer.
+    /// Moves waiting texts to the queue, up to TakenAhead.  Returns false if the mailslot cannot be queried
+    /// or read.
     bool TakeAll() {
         while (queue_.Count() < TakenAhead && queue_.HasRoom()) {
             DWORD next = MAILSLOT_NO_MESSAGE;
@@ -49,12 +48,13 @@ private:
         return true;
     }
 
-    /// `size` is at most the mailslot's own: longer texts are refused to the sender (and cut by Wine).
+    /// Moves one text of `size` bytes to the queue.  No text is longer than the mailslot's maximum: writing a
+    /// longer one fails, and Wine cuts it.
     bool TakeOne(DWORD size) {
         DWORD read = 0;
         const BOOL done =
             ReadFile(handle_.Get(), buffer_.data(), static_cast<DWORD>(buffer_.size()), &read, nullptr);
-        // Wine's answer to a text of no bytes, which it has then taken.
+        // Wine reads an empty text but reports ERROR_BROKEN_PIPE.
         if (!done && (size != 0 || GetLastError() != ERROR_BROKEN_PIPE))
             return false;
         const std::array<std::string_view, 1> text{std::string_view(buffer_.data(), read)};
@@ -68,8 +68,8 @@ private:
     DatagramQueue queue_;
 };
 
-/// Owns one connection to a mailslot; the system itself refuses what is too long for it.
-/// Any one thread may call it.
+/// Owns the handle that writes to one mailslot.  Windows itself refuses texts that are longer than its
+/// maximum.
 class WindowsMailslotClient final : public MailslotClient {
 public:
     explicit WindowsMailslotClient(HANDLE handle) : handle_(handle) {}
@@ -86,8 +86,7 @@ private:
     const OwnedHandle handle_;
 };
 
-/// The system's own mailslots; owns nothing.
-/// Any one thread may call it.
+/// The mailslots of Windows.
 class WindowsMailslotTransport final : public MailslotTransport {
 public:
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override {
@@ -101,7 +100,7 @@ public:
     }
 
     std::unique_ptr<MailslotClient> Open(std::string_view path) override {
-        // Without the check any file that can be written would do.
+        // Without this check, CreateFile would open any writable file.
         if (!MailslotNameFromPath(path))
             return nullptr;
         HANDLE handle = CreateFileA(std::string(path).c_str(), GENERIC_WRITE,

@@ -11,7 +11,8 @@ namespace {
 
 constexpr int MostAttempts = 100;
 
-/// Where the file really lies, behind all links; nothing on a file system that does not tell.
+/// Returns the path of the file with all links resolved, or an empty text if the file system cannot resolve
+/// them.
 std::wstring FinalPath(HANDLE file) {
     std::wstring path(GetFinalPathNameByHandleW(file, nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
     const DWORD length =
@@ -20,8 +21,8 @@ std::wstring FinalPath(HANDLE file) {
     return path;
 }
 
-/// A name in the same folder, since a rename cannot leave the volume; short, so that it fits where `path`
-/// does.
+/// Returns a path in the same folder, since a rename cannot move a file to another volume.  The name is
+/// short, so that the path is not too long if `path` is not.
 std::wstring TemporaryName(const std::wstring& path) {
     static std::atomic<unsigned> count{0};
     const std::size_t separator = path.find_last_of(L"\\/:");
@@ -63,7 +64,7 @@ std::optional<SystemError> WindowsReplacementFile::FindTarget(const std::filesys
     return std::nullopt;
 }
 
-/// Under a name that is free; after a crash some names may not be.
+/// Creates the file with an unused name.  Some names may be in use since a crash.
 std::optional<SystemError> WindowsReplacementFile::CreateTemporary() {
     for (int i = 0; i < MostAttempts; ++i) {
         const std::wstring name = TemporaryName(target_);
@@ -95,7 +96,7 @@ std::optional<SystemError> WindowsReplacementFile::TakePlace() {
     if (FlushFileBuffers(file_->Get()) == 0)
         return LastSystemError();
     file_->Close();
-    // Replacing keeps the old file's permissions, and a rename does where the file system cannot do that.
+    // ReplaceFile keeps the permissions of the old file.  File systems that do not support it get a rename.
     constexpr DWORD Ignored = REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS;
     const bool replaced =
         exists_ && ReplaceFileW(target_.c_str(), temporary_.c_str(), nullptr, Ignored, nullptr, nullptr) != 0;

@@ -11,8 +11,8 @@
 
 namespace tallyhorn {
 
-/// Owns a new file that takes another one's place once it is finished without a failure, and removes it
-/// otherwise.  Called from one thread at a time.
+/// Owns a temporary file that replaces another file when it is finished without a failure, and removes it
+/// otherwise. For one thread at a time.
 class WindowsReplacementFile final : public OutputFile {
 public:
     WindowsReplacementFile() = default;
@@ -20,11 +20,11 @@ public:
     WindowsReplacementFile(const WindowsReplacementFile&) = delete;
     WindowsReplacementFile& operator=(const WindowsReplacementFile&) = delete;
 
-    /// Makes the new file beside the one that `path` names or links to.  What stands there has to be a
-    /// regular file that may be written, or nothing.
+    /// Creates the temporary file in the folder of the file that `path` names or links to.  That file must be
+    /// a writable regular file, or not exist.
     std::optional<SystemError> Begin(const std::filesystem::path& path);
     std::optional<SystemError> Write(std::string_view bytes) override;
-    /// The new file is on the disk and in its place, with the permissions of the old one.
+    /// Replaces the old file when all bytes are on the disk, and keeps its permissions.
     std::optional<SystemError> Finish() override;
 
 private:
@@ -34,8 +34,8 @@ private:
 
     std::unique_ptr<OwnedHandle> file_;
     std::wstring target_;
-    std::wstring temporary_;  ///< empty where there is none
-    bool exists_ = false;     ///< the file to replace
+    std::wstring temporary_;  ///< empty if there is none
+    bool exists_ = false;     ///< whether there is a file to replace
     std::optional<SystemError> failure_;
 };
 

@@ -4,7 +4,7 @@
 
 namespace tallyhorn {
 
-/// A clock that a test moves on by hand or by a step a look; a sleep moves it too and is added up.
+/// A clock that advances when a test calls Advance, by PerLook with each call of Now, and by each Sleep.
 class FakeClock final : public Clock {
 public:
     TimePoint Now() const override { return now_ += PerLook; }

@@ -15,28 +15,28 @@
 
 namespace tallyhorn {
 
-/// UDP ports in memory, with failures to order; it must outlive what it makes.
-/// For one thread: who lets a datagram arrive is also who is woken for it.
+/// UDP ports in memory, with failures on request.  Must outlive the objects that it makes.  For one thread:
+/// Arrive calls `wake` itself.
 class FakeDatagrams final : public DatagramSockets {
 public:
-    /// A bound port; tests read and set it as they like.
+    /// The state of a bound port, which tests may read and change.
     struct Endpoint {
         std::deque<std::string> Waiting;
         DatagramLosses Losses;
         std::function<void()> Wake;
-        bool Awake = false;  ///< woken, and nothing found yet
+        bool Awake = false;  ///< the reader was woken and has not yet found nothing waiting
         int Wakes = 0;
     };
 
     std::map<std::uint16_t, Endpoint> Bound;
-    /// Ports that somebody else has.
+    /// The ports that another program has bound.
     std::set<std::int32_t> Taken;
-    /// Every port that was asked for, in order.
+    /// The ports of all calls of Listen, in order.
     std::vector<std::int32_t> Asked;
-    /// What the system chooses next for port 0.
+    /// The next port to choose for port 0.
     std::uint16_t NextChosen = 49152;
 
-    /// Lets a datagram come in; false where nobody listens.
+    /// Delivers a datagram.  Returns false if nobody listens at the port.
     bool Arrive(std::uint16_t port, std::string_view text) {
         const auto bound = Bound.find(port);
         if (bound == Bound.end())
@@ -61,7 +61,7 @@ public:
         return std::make_unique<Receiver>(*this, bound);
     }
 
-    /// Every host is this machine.
+    /// Every host means this machine.
     std::unique_ptr<DatagramSender> Open(const std::string& /*host*/, std::int32_t port) override {
         if (!IsUdpPort(port) || port == 0)
             return nullptr;
@@ -93,7 +93,7 @@ private:
         }
         bool HasWaiting() override {
             Endpoint& endpoint = State();
-            // A no lets the next arrival wake again.
+            // After a result of false, the next arrival calls wake again.
             endpoint.Awake = endpoint.Awake && !endpoint.Waiting.empty();
             return !endpoint.Waiting.empty();
         }

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Shows nothing and remembers what it was asked to show.
+/// Records the requests and shows nothing.
 class FakeHelpViewer final : public HelpViewer {
 public:
     struct Asked {

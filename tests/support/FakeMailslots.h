@@ -12,22 +12,21 @@
 
 namespace tallyhorn {
 
-/// Mailslots in memory, by name, with failures to order; it must outlive what it makes.
-/// For one thread.
+/// Mailslots in memory, with failures on request.  Must outlive the objects that it makes.  For one thread.
 class FakeMailslots final : public MailslotTransport {
 public:
-    /// What one mailslot holds; tests read and set it as they like.
+    /// The state of one mailslot, which tests may read and change.
     struct Mailslot {
         std::size_t MaximumSize = 0;
         std::deque<std::string> Waiting;
         bool InfoFails = false;
-        /// Reads that still succeed before one fails.
+        /// The number of reads that succeed before one fails.
         std::optional<int> ReadsBeforeFailure;
-        /// Told as the next text's size in place of the true one.
+        /// Reported as the size of the next text in place of the true one.
         std::optional<std::size_t> NextSize;
-        /// Told as the number that waits in place of the true one.
+        /// Reported as the number of waiting texts in place of the true one.
         std::optional<std::size_t> Count;
-        /// Writes that still succeed before one fails.
+        /// The number of writes that succeed before one fails.
         std::optional<int> WritesBeforeFailure;
     };
 

@@ -4,7 +4,7 @@
 
 namespace tallyhorn {
 
-/// The names that a test gives.
+/// Returns the names that a test sets.
 class FakeUserNames final : public UserNames {
 public:
     std::string UserName() const override { return User; }

@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-// Whole files as a test writes and reads them.  A file that is not there is an empty text.
+// Reading and writing of whole files.  A missing file reads as an empty text.
 
 inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary | std::ios::trunc)
@@ -21,13 +21,13 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The same with "\n" for each of the system's line ends, as a program's output is read.
+/// Reads a file with "\n" for each line end of the system, as for the output of a program.
 inline std::string ReadText(const std::filesystem::path& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The number's lowest bytes, the lowest first.
+/// The `size` lowest bytes of the number, lowest first.
 inline std::string LittleEndian(std::uint32_t number, int size) {
     std::string bytes;
     for (int i = 0; i < size; ++i)
@@ -35,7 +35,7 @@ inline std::string LittleEndian(std::uint32_t number, int size) {
     return bytes;
 }
 
-/// The entries of a folder itself, of every kind.
+/// The number of entries of a folder, without those of its subfolders.
 inline std::size_t CountFiles(const std::filesystem::path& folder) {
     return static_cast<std::size_t>(
         std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));

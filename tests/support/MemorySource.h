@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Bytes in memory, given in pieces of one size; the bytes must outlive it.  For one thread.
+/// Reads bytes in memory, which must outlive it, in pieces of one size.
 class MemorySource final : public ByteSource {
 public:
     explicit MemorySource(std::string_view bytes, std::size_t pieceSize = std::string_view::npos)

@@ -6,7 +6,7 @@
 
 namespace tallyhorn {
 
-/// Owns an empty folder of its own for one test and removes it with everything in it.
+/// Owns a new, empty folder and removes it with its contents.
 class TemporaryFolder {
 public:
     TemporaryFolder()

@@ -11,18 +11,19 @@
 
 namespace tallyhorn {
 
-/// The system's mailslots where no other test and no user meets them: a folder of its own, and a name of its
-/// own where there is no folder.
+/// A mailslot of the system with a random name, in a temporary folder (Linux), so that tests that run at the
+/// same time do not share it.
 struct TestMailslot {
     TemporaryFolder Home;
-    /// Not there yet, so that the transport makes it.
+    /// Does not exist yet, so that the transport creates it.
     std::string Folder = Home / "mailslots";
     std::string Name = Home.Path().filename().string();
     std::string Path = std::string(MailslotPrefix) + Name;
     std::unique_ptr<MailslotTransport> Transport = MakeMailslotTransport(Folder);
 };
 
-/// Repeats `done` for up to half a minute: datagrams take their time from a sender to the queue.
+/// Calls `done` repeatedly for up to half a minute and returns whether it became true.  Datagrams take some
+/// time from the sender to the queue.
 template <typename Condition>
 bool Eventually(Condition done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);

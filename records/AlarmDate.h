@@ -50,7 +50,7 @@ constexpr int YearOfTwoDigits(int digits) {
     return digits + (digits < 30 ? 2000 : 1900);
 }
 
-/// Reads a date in US English form into `date`; ARCHITECTURE.md lists the accepted forms.  The text ends at
+/// Reads a date in US English form into `date`; docs/decisions.md lists the accepted forms.  The text ends at
 /// its first CR or LF.  Returns false and leaves `date` unchanged unless all of the text up to there is a
 /// date.
 bool ReadAlarmDate(std::string_view text, AlarmDate& date);

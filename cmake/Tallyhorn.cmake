@@ -1,4 +1,4 @@
-# Settings and functions that every folder uses.
+# Settings and functions for all folders.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -26,7 +26,7 @@ if(TALLYHORN_SANITIZE)
   target_link_options(tallyhorn_options INTERFACE -fsanitize=${TALLYHORN_SANITIZE})
 endif()
 if(NOT WIN32 AND NOT TALLYHORN_SANITIZE)
-  # What is shipped reads what anybody sends.
+  # The released programs read input from the network, so they are hardened.
   target_compile_options(tallyhorn_options INTERFACE
     $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2 -fstack-protector-strong -fPIE>)
   target_link_options(tallyhorn_options INTERFACE $<$<CONFIG:Release>:-pie -Wl,-z,relro -Wl,-z,now>)
@@ -36,13 +36,13 @@ if(WIN32)
   target_compile_definitions(tallyhorn_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 else()
   set(TALLYHORN_SYSTEM linux)
-  # A program needs no library of which it uses nothing.
+  # Drops libraries that a program does not use from the list of those that it needs.
   target_link_options(tallyhorn_options INTERFACE -Wl,--as-needed)
 endif()
 
-# tallyhorn_library(NAME [libraries it may see]): every source of the folder that the
-# caller is in, as the static library tallyhorn_NAME.  Sources below linux/ and windows/
-# are taken for that system only; main.cpp and tallyhorn-*.cpp are programs and left out.
+# tallyhorn_library(NAME [LIBRARY...]): builds the static library tallyhorn_NAME from the sources of the caller's folder,
+# and from those below linux/ or windows/, whichever the target system is.  main.cpp and tallyhorn-*.cpp are left out:
+# they are programs.
 function(tallyhorn_library name)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h ${TALLYHORN_SYSTEM}/*.cpp ${TALLYHORN_SYSTEM}/*.h)
   list(FILTER sources EXCLUDE REGEX "/(main|tallyhorn-[a-z]+)[.]cpp$")
@@ -50,7 +50,7 @@ function(tallyhorn_library name)
   target_link_libraries(tallyhorn_${name} PUBLIC tallyhorn_options ${ARGN})
 endfunction()
 
-# The same of classes that Qt has to generate code for.
+# Like tallyhorn_library, for sources that need Qt and its generated code (moc).
 function(tallyhorn_forms_library name)
   set(CMAKE_AUTOMOC ON)
   tallyhorn_library(${name} ${ARGN} Qt6::Widgets)

@@ -49,10 +49,10 @@ MakeZip() {
     rm -r "${result:?}/$folder"
 }
 
-# Prints the macros LayFiles and RemoveFiles for installer.nsi, both from the files in $files.
+# Prints the macros InstallFiles and RemoveFiles for installer.nsi, both from the files in $files.
 ListFiles() {
     local folder file
-    echo '!macro LayFiles'
+    echo '!macro InstallFiles'
     while read -r folder; do
         # shellcheck disable=SC2016  # the installer expands $INSTDIR
         printf '  SetOutPath "$INSTDIR%s"\n' "${folder:+\\$folder}"

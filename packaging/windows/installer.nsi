@@ -1,9 +1,9 @@
-; The installer for one user, without an administrator but for the rule of the firewall.  build.sh makes it
-; and defines version, icon, folder (with what it has collected) and size (of all files, in KiB).
+; The installer.  It installs for one user; only the firewall rule needs an administrator.  build.sh compiles it and defines
+; version, icon, folder (the one with the collected files) and size (of all files, in KiB).
 ;
-; Exit status: 0 done, 1 cancelled, 2 failed, 3 the console runs, 4 done but for the rule of the firewall.
-; /S asks and shows nothing, but that Windows asks for an administrator where a rule is wanted (/FIREWALL=1) or
-; one that was made goes with the program.
+; Exit status: 0 done, 1 cancelled, 2 failed, 3 the console is running, 4 done except for the firewall rule.
+; With /S it shows nothing.  Windows still asks for an administrator if a rule is to be made (/FIREWALL=1) or if one that the
+; installer made is to be removed.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -15,7 +15,7 @@ ManifestSupportedOS Win10
 !define program "$INSTDIR\tallyhorn-console.exe"
 !define shortcut "$SMPROGRAMS\${product}.lnk"
 !define key "Software\Microsoft\Windows\CurrentVersion\Uninstall\TallyhornListenerConsole"
-; Named after the folder: another user has one of his own.
+; The name contains the folder, so that several users can have a rule each.
 !define rule "${product} in $INSTDIR"
 !define netsh '"$SYSDIR\netsh.exe" advfirewall firewall'
 !define deleteRule `${netsh} delete rule name="${rule}" program="${program}"`
@@ -35,7 +35,7 @@ VIAddVersionKey FileDescription "${product}, installer"
 VIAddVersionKey CompanyName "${authors}"
 VIAddVersionKey LegalCopyright "Copyright 2026 the authors of the ${product}"
 
-Var note  ; what the last page tells
+Var note  ; the text of the last page
 
 !include MUI2.nsh
 !include FileFunc.nsh
@@ -48,8 +48,8 @@ Var note  ; what the last page tells
 !define MUI_UNWELCOMEFINISHPAGE_BITMAP "${MUI_WELCOMEFINISHPAGE_BITMAP}"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
-!define MUI_WELCOMEPAGE_TEXT "This installs the ${product} ${version} for you alone, in your own folder of programs. \
-Settings, filters and messages that you have there stay as they are.$\r$\n$\r$\nWhoever wants it elsewhere takes the zip file."
+!define MUI_WELCOMEPAGE_TEXT "This installs the ${product} ${version} for you only, in your personal programs folder. \
+Settings, filters and messages that are already there are kept.$\r$\n$\r$\nTo use another folder, take the zip file instead."
 !insertmacro MUI_PAGE_WELCOME
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
@@ -65,13 +65,13 @@ Settings, filters and messages that you have there stay as they are.$\r$\n$\r$\n
 !insertmacro MUI_UNPAGE_FINISH
 !insertmacro MUI_LANGUAGE English
 
-; The error flag is set where the administrator was refused.
+; Runs commands as an administrator.  Sets the error flag if the user refuses.
 !macro AsAdministrator commands
   ClearErrors
   ExecShellWait "runas" "$SYSDIR\cmd.exe" `/d /s /c "${commands}"` SW_HIDE
 !macroend
 
-; The mutex is the console's own lock, whose name app/main.cpp gives it.
+; The mutex is the lock of a running console; app/main.cpp defines its name.
 !macro RefuseWhileRunning prefix
   Function ${prefix}RefuseWhileRunning
     again:
@@ -79,7 +79,7 @@ Settings, filters and messages that you have there stay as they are.$\r$\n$\r$\n
       ${If} $0 P<> 0
         System::Call 'kernel32::CloseHandle(p r0)'
         MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION \
-          "The ${product} is running. Please close it (File, Exit) and choose Retry." /SD IDCANCEL IDRETRY again
+          "The ${product} is running. Please close it (File > Exit) and choose Retry." /SD IDCANCEL IDRETRY again
         SetErrorLevel 3
         Quit
       ${EndIf}
@@ -92,10 +92,10 @@ Section "${product}" ConsoleSection
   SectionIn RO
   Call RefuseWhileRunning
   ClearErrors
-  !insertmacro LayFiles
+  !insertmacro InstallFiles
   ${If} ${Errors}
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Not all files of the ${product} could be replaced in $INSTDIR. Please close all \
-programs that run from there, and install again." /SD IDOK
+    MessageBox MB_OK|MB_ICONEXCLAMATION "Some files of the ${product} in $INSTDIR could not be replaced. Please close all \
+programs that run from there and install again." /SD IDOK
     SetErrorLevel 2
     Quit
   ${EndIf}
@@ -116,11 +116,12 @@ programs that run from there, and install again." /SD IDOK
   WriteRegDWORD HKCU "${key}" EstimatedSize ${size}
   WriteRegDWORD HKCU "${key}" NoModify 1
   WriteRegDWORD HKCU "${key}" NoRepair 1
-  StrCpy $note "The ${product} stands in the start menu. It keeps its settings and messages in $INSTDIR."
+  StrCpy $note "The ${product} is in the start menu. It keeps its settings and messages in $INSTDIR."
 SectionEnd
 
-; The rule is remembered where it was made, so that it is not asked for again, and goes with the program.
-Section "Rule of the firewall for syslog" FirewallSection
+; The registry records that the rule was made, so that a later installation does not make it again and the uninstaller
+; removes it.
+Section "Firewall rule for syslog" FirewallSection
   ReadRegStr $1 HKCU "${key}" FirewallRule
   ${If} $1 == "${program}"
     nsExec::Exec '${netsh} show rule name="${rule}"'
@@ -130,7 +131,7 @@ Section "Rule of the firewall for syslog" FirewallSection
     ${EndIf}
   ${EndIf}
   DeleteRegValue HKCU "${key}" FirewallRule
-  DetailPrint "Asking for an administrator, who lets syslog in through the firewall"
+  DetailPrint "Asking for an administrator to allow syslog through the firewall"
   !insertmacro AsAdministrator `${deleteRule} & ${addRule}`
   ${IfNot} ${Errors}
     nsExec::Exec '${netsh} show rule name="${rule}"'
@@ -141,15 +142,15 @@ Section "Rule of the firewall for syslog" FirewallSection
     ${EndIf}
   ${EndIf}
   SetErrorLevel 4
-  StrCpy $note "$note$\r$\n$\r$\nThe firewall's rule was not made: syslog from other computers may not come in. README.txt \
-tells how an administrator makes it. All else is installed."
+  StrCpy $note "$note$\r$\n$\r$\nThe firewall rule was not made, so syslog from other computers may be blocked. README.txt \
+explains how an administrator can make the rule. Everything else is installed."
 SectionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
   !insertmacro MUI_DESCRIPTION_TEXT ${ConsoleSection} \
-    "The console, its help, and tallyhorn-send, for you alone, with an entry in the start menu."
+    "The console, its help and tallyhorn-send, for you only, with an entry in the start menu."
   !insertmacro MUI_DESCRIPTION_TEXT ${FirewallSection} \
-    "Lets UDP datagrams of private and domain networks reach the console. Asks for an administrator."
+    "Allows UDP datagrams from private and domain networks to reach the console. Needs an administrator."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 Function .onInit
@@ -173,15 +174,15 @@ Section Uninstall
   Delete "$INSTDIR\tallyhorn-send.exe"
   Delete "${program}"
   ${If} ${Errors}
-    MessageBox MB_OK|MB_ICONEXCLAMATION "The programs in $INSTDIR could not be removed. Please close them, and \
+    MessageBox MB_OK|MB_ICONEXCLAMATION "The programs in $INSTDIR could not be removed. Please close them and \
 uninstall again." /SD IDOK
     SetErrorLevel 2
     Quit
   ${EndIf}
-  StrCpy $note "The ${product} is removed."
+  StrCpy $note "The ${product} has been removed."
   ReadRegStr $0 HKCU "${key}" FirewallRule
   ${If} $0 == "${program}"
-    DetailPrint "Asking for an administrator, who removes the firewall's rule"
+    DetailPrint "Asking for an administrator to remove the firewall rule"
     !insertmacro AsAdministrator `${deleteRule}`
     ${If} ${Errors}
       SetErrorLevel 4
@@ -192,17 +193,17 @@ uninstall again." /SD IDOK
   Delete "$INSTDIR\uninstall.exe"
   Delete "${shortcut}"
   DeleteRegKey HKCU "${key}"
-  SetOutPath "$TEMP"  ; a folder that is somebody's current one cannot go
+  SetOutPath "$TEMP"  ; a folder that is the current one of a process cannot be removed
   RMDir "$INSTDIR"
-  Call un.TellWhatIsLeft
+  Call un.ListRemainingFiles
 SectionEnd
 
-; The settings too, from the start: nobody can tell any more whose they are.
-Function un.TellWhatIsLeft
+; thlisten.ini is listed even if the user never changed it: the uninstaller cannot know that.
+Function un.ListRemainingFiles
   ${IfNot} ${FileExists} "$INSTDIR\*.*"
     Return
   ${EndIf}
-  StrCpy $note "$note$\r$\n$\r$\nYour own files are left in $INSTDIR, and yours to delete:"
+  StrCpy $note "$note$\r$\n$\r$\nYour own files are still in $INSTDIR. You can delete them:"
   FindFirst $0 $1 "$INSTDIR\*.*"
   ${While} $1 != ""
     ${If} $1 != "."

@@ -1,5 +1,6 @@
-// Writes the arguments behind the first one into the file that the first one names, each with a NUL behind
-// it, in one step: whoever waits for the file finds all of it.
+// usage: show-arguments FILE [ARGUMENT...]
+// Writes the arguments to FILE, each followed by a NUL.  FILE appears complete, by renaming: a test that
+// waits for it can read it at once.
 
 #include <filesystem>
 #include <fstream>

@@ -177,8 +177,9 @@ void Console::LoadBackup() {
     Run();
     {
         const HoldArrivals hold(received_);
-        backup_.LoadMessageBackup([this](std::string_view text) { syslog_.RestoreBackupMessage(text); },
-                                  loading);
+        backup_.LoadMessageBackup(
+            [this](std::string_view text) { syslog_.RestoreBackupMessage(text); },
+            [&loading](std::uint64_t done, std::uint64_t total) { loading.ShowProgress(done, total); });
     }
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();

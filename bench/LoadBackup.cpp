@@ -15,10 +15,7 @@ namespace {
 
 constexpr int Messages = 100'000;
 
-class NoProgress final : public BackupProgress {
-public:
-    void Show(std::uint64_t /*done*/, std::uint64_t /*total*/) override {}
-};
+void ShowNoProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
 
 /// All parts of a console except its window.
 struct Rules : ReceptionOver<SystemClock> {
@@ -33,8 +30,7 @@ void IntoListsAndTree(benchmark::State& state) {
     const TemporaryFolder folder;
     {
         Rules rules(folder);
-        NoProgress none;
-        rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, none);
+        rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, ShowNoProgress);
         DemoFeed feed(1);
         for (int i = 0; i < Messages; ++i)
             rules.ArriveDatagram(feed.NextSyslog().Text);
@@ -44,10 +40,9 @@ void IntoListsAndTree(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         auto rules = std::make_unique<Rules>(folder);
-        NoProgress none;
         state.ResumeTiming();
         rules->Backup.LoadMessageBackup(
-            [&rules](std::string_view text) { rules->Syslog.RestoreBackupMessage(text); }, none);
+            [&rules](std::string_view text) { rules->Syslog.RestoreBackupMessage(text); }, ShowNoProgress);
         state.PauseTiming();
         if (rules->Received.Syslog.Messages.MessageCount() != Messages)
             state.SkipWithError("messages are missing");

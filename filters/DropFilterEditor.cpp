@@ -8,7 +8,8 @@
 namespace tallyhorn {
 namespace {
 
-/// A sender's text may hold what would break a message's lines.
+/// Replaces control characters, which a proposed name can contain and which would split the message box's
+/// line.
 std::string OnOneLine(std::string text) {
     constexpr char MiddleDot = '\xB7';
     std::replace_if(
@@ -17,7 +18,7 @@ std::string OnOneLine(std::string text) {
 }
 
 constexpr std::size_t LongestName = 30;
-/// What Edit reads where nothing is selected: no record has this number.
+/// The record number if no entry is selected; no record has it.
 constexpr std::int32_t NoRecord = 0;
 
 }  // namespace
@@ -61,7 +62,7 @@ void DropFilterEditor::Sort(Order order) {
 
 void DropFilterEditor::Arrange(std::int32_t selectedRecord) {
     const auto before = [order = order_](const Entry& a, const Entry& b) {
-        const int compared = order == Order::OfFile       ? 0
+        const int compared = order == Order::ByRecord     ? 0
                              : order == Order::Descending ? CompareNoCase(b.FilterName, a.FilterName)
                                                           : CompareNoCase(a.FilterName, b.FilterName);
         return compared != 0 ? compared < 0 : a.RecordNumber < b.RecordNumber;
@@ -104,7 +105,7 @@ DropFilterEditor::Answer DropFilterEditor::Save(FilterFields& fields) {
         boxes_.Warn("You must enter a name for this suppression filter before you can save it.");
         return Answer::NoName;
     }
-    // The filter being edited is among them: it can be saved under another name alone.
+    // compatibility: the filter that is being edited counts too, so it can be saved only under a new name.
     const bool inUse = std::any_of(entries_.begin(), entries_.end(), [&name](const Entry& entry) {
         return CompareNoCase(entry.FilterName, name) == 0;
     });
@@ -129,7 +130,7 @@ DropFilterEditor::Answer DropFilterEditor::Save(FilterFields& fields) {
 
 void DropFilterEditor::AddFilter(const std::string& name) {
     if (filters_.FilterCount == std::numeric_limits<std::int32_t>::max())
-        return;  // No number is left that would not overwrite another's slot.
+        return;  // There is no record number left.
     ++filters_.FilterCount;
     filters_.WriteFilterRecord(filters_.FilterCount);
     const Change change(observer_);

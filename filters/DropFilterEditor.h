@@ -15,61 +15,63 @@
 namespace tallyhorn {
 
 enum class DialogMode : std::int16_t {
-    Plain = 1,    ///< about to be given one of the others
-    Manage = 2,   ///< the list is shown
-    Adding = 3,   ///< the fields are a new filter's
-    Editing = 4,  ///< the fields are the selected filter's
+    Plain = 1,    ///< before InitFormAsManager or InitFormAsQuickAdd
+    Manage = 2,   ///< the list of filters is shown
+    Adding = 3,   ///< the fields describe a new filter
+    Editing = 4,  ///< the fields describe the selected filter
 };
 
-/// Owns what the suppression filter dialog knows: its mode, the entries of its list and the selected one, and
-/// writes each change to the filter file at once.  The user-interface thread alone may call it; the table
-/// that notifications are matched against follows with Unload, and files that fail are never reported.
+/// Owns the state of the suppression filter dialog: its mode, the entries of its list and the selected entry.
+/// Writes each change to the filter file at once; notifications are matched against the old filters until
+/// Unload. File errors are not reported.
 class DropFilterEditor {
 public:
-    /// A record that is not blank.
+    /// A record of the filter file that is not blank.
     struct Entry {
         std::string FilterName;
         std::int32_t RecordNumber = 0;
     };
-    enum class Order { OfFile, Ascending, Descending };
-    /// What became of OK, and so where the focus goes.
+    enum class Order { ByRecord, Ascending, Descending };
+    /// The outcome of OK, which decides where the form sets the focus.
     enum class Answer { Saved, NoName, NameInUse, NameTooLong, NoEventID };
 
     DropFilterEditor(SuppressionFilters& filters, MessageBoxes& boxes) : filters_(filters), boxes_(boxes) {}
 
-    /// Hears of every change of the entries.
+    /// The observer is told before and after every change of the entries; nullptr removes it.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     void InitForm() { mode_ = DialogMode::Plain; }
     void InitFormAsManager();
-    /// The fields that it proposes for the notification.
+    /// Returns the fields that it proposes for this notification.
     FilterFields InitFormAsQuickAdd(const AlarmRecord& alarm);
 
     DialogMode Mode() const { return mode_; }
-    /// At most as many records are listed as are matched; an added one is listed all the same.
+    /// Contains the filters among the first SuppressionFilters::MaxRecords records, and all that were added
+    /// since.
     const std::vector<Entry>& Entries() const { return entries_; }
-    /// The entry that Edit, Delete and OK are about: one is selected as long as there is any.
+    /// The entry that Edit, Delete and Save act on.  One is always selected unless the list is empty.
     std::optional<std::size_t> Selected() const { return selected_; }
     void Select(std::size_t entry);
-    /// By name without regard to case; later changes keep the order.
+    /// Sorts by name without regard to case, and keeps that order as entries change.
     void Sort(Order order);
 
     void Add() { mode_ = DialogMode::Adding; }
-    /// The selected filter's fields.
+    /// Returns the fields of the selected filter.
     FilterFields Edit();
     void Delete();
-    /// OK: saves the fields as a new filter or as the selected one, or tells why not and stays.
+    /// Saves the fields as a new filter or as the selected one, depending on the mode, and returns to Manage.
+    /// If it refuses them, it shows the reason and keeps the mode.
     Answer Save(FilterFields& fields);
-    /// Whether the dialog is to close; otherwise it goes back to its list.
+    /// Returns true if the dialog is to close; otherwise the mode is now Manage.
     bool Cancel();
-    /// The dialog has closed: the table follows the file.
+    /// Loads the filters again.  Call it when the dialog closes.
     void Unload();
 
 private:
     void FillFilterList();
     void AddFilter(const std::string& name);
     void UpdateFilter(const std::string& name);
-    /// Puts the entries into their order and selects the one of that record.
+    /// Sorts the entries and selects the one with that record number, or else the first.
     void Arrange(std::int32_t selectedRecord);
     std::int32_t SelectedRecord() const;
 
@@ -78,7 +80,7 @@ private:
     DialogMode mode_ = DialogMode::Plain;
     std::vector<Entry> entries_;
     std::optional<std::size_t> selected_;
-    Order order_ = Order::OfFile;
+    Order order_ = Order::ByRecord;
     ChangeObserver* observer_ = nullptr;
 };
 

@@ -10,7 +10,7 @@
 namespace tallyhorn {
 namespace {
 
-/// With an event id of up to seven digits and "_" a name that may be saved.
+/// Leaves room for "_" and an event id of up to seven digits in a name of 30 characters.
 constexpr std::size_t LongestSourceInName = 22;
 
 AlarmDate TypedDate(std::int64_t seconds) {

@@ -9,36 +9,37 @@
 
 namespace tallyhorn {
 
-/// A suppression filter as it is typed: texts of any length, the event id a text too, dates to the second.
-/// A plain value, safe in any thread.
+/// A suppression filter as the user types it: texts of any length, the event id as text, dates in whole
+/// seconds.
 struct FilterFields {
     std::string FilterName;
     std::string Source;
     std::string Category;
     std::string AccountName;
     std::string Computer;
-    std::string EventID;          ///< empty for any
-    std::int32_t EventTypes = 0;  ///< FilterEventTypes
+    std::string EventID;          ///< empty to accept every event id
+    std::int32_t EventTypes = 0;  ///< bits of FilterEventTypes
     bool UseDateRange = false;
-    AlarmDate BeginDate;  ///< means nothing without UseDateRange, as does EndDate
+    AlarmDate BeginDate;  ///< ignored without UseDateRange, like EndDate
     AlarmDate EndDate;
 
     bool operator==(const FilterFields&) const = default;
 };
 
-/// The dates that can be typed.
+/// The range of dates that the dialog's date boxes accept: years 100 to 9999.
 inline constexpr AlarmDate FirstTypedDate{-59'011'459'200};
 inline constexpr AlarmDate LastTypedDate{253'402'300'799};
 
-/// What is shown of a record that is to be edited: texts without NULs and blanks around, as matching reads
-/// them, and dates within those that can be typed.
+/// Returns the fields to edit: texts without NULs and surrounding blanks, as matching reads them, and dates
+/// limited to those that can be typed.
 FilterFields ShowRecord(const SuppressionFilter& record);
 
-/// Puts the fields into the record, which keeps its dates where no range is in force.  An event id that is
-/// blank becomes "-1".  False, and the record stays, where the event id is no 32-bit number.
+/// Copies the fields into the record; its dates change only if the fields have a date range.  Sets a blank
+/// `fields.EventID` to "-1".  Returns false and leaves the record unchanged if EventID is not a 32-bit
+/// number.
 bool StoreFieldsInRecord(FilterFields& fields, SuppressionFilter& record);
 
-/// The filter that suppresses what is like this notification: its event id, source and type.
+/// Returns a filter for notifications like this one: with its event id, source and type.
 FilterFields ProposeFilter(const AlarmRecord& alarm);
 
 }  // namespace tallyhorn

@@ -7,8 +7,8 @@
 namespace tallyhorn {
 namespace {
 
-std::streamoff SlotStart(std::int32_t recordNumber) {
-    return (std::streamoff{recordNumber} - 1) * static_cast<std::streamoff>(FilterSlotSize);
+std::streamoff RecordStart(std::int32_t recordNumber) {
+    return (std::streamoff{recordNumber} - 1) * static_cast<std::streamoff>(FilterRecordSize);
 }
 
 }  // namespace
@@ -16,7 +16,7 @@ std::streamoff SlotStart(std::int32_t recordNumber) {
 void FilterFile::Open() {
     Close();
     std::error_code ignored;
-    // Appending creates the file and can never empty one that someone else has just created.
+    // Appending creates the file, but never empties one that another program has created since the check.
     if (std::filesystem::status(path_, ignored).type() == std::filesystem::file_type::not_found)
         std::ofstream(path_, std::ios::binary | std::ios::app);
     if (!std::filesystem::is_regular_file(path_, ignored))
@@ -32,7 +32,7 @@ void FilterFile::Close() {
 
 bool FilterFile::TryOpen(std::ios::openmode mode) {
     file_.clear();
-    // Without a buffer a read takes the bytes of one record, as they are in the file now.
+    // With no buffer, each read takes one record's bytes from the file as they are now.
     file_.rdbuf()->pubsetbuf(nullptr, 0);
     file_.open(path_, mode | std::ios::binary);
     return file_.is_open();
@@ -41,10 +41,10 @@ bool FilterFile::TryOpen(std::ios::openmode mode) {
 std::int32_t FilterFile::CountRecords() {
     file_.clear();
     const std::streamoff size = file_.seekg(0, std::ios::end).tellg();
-    // The last slot may end with its data; a size of -1 is that of no file.
-    constexpr std::streamoff Unused = FilterSlotSize - FilterDataSize;
+    // The last record may lack its unused bytes.  tellg returns -1 if no file is open.
+    constexpr std::streamoff Unused = FilterRecordSize - FilterDataSize;
     const std::streamoff records =
-        (std::max(size, std::streamoff{0}) + Unused) / std::streamoff{FilterSlotSize};
+        (std::max(size, std::streamoff{0}) + Unused) / std::streamoff{FilterRecordSize};
     return static_cast<std::int32_t>(
         std::min(records, std::streamoff{std::numeric_limits<std::int32_t>::max()}));
 }
@@ -54,7 +54,7 @@ std::optional<SuppressionFilter> FilterFile::Read(std::int32_t recordNumber) {
         return std::nullopt;
     std::array<char, FilterDataSize> data;
     file_.clear();
-    file_.seekg(SlotStart(recordNumber));
+    file_.seekg(RecordStart(recordNumber));
     if (!file_.read(data.data(), data.size()))
         return std::nullopt;
     return DecodeFilter(data);
@@ -63,10 +63,10 @@ std::optional<SuppressionFilter> FilterFile::Read(std::int32_t recordNumber) {
 bool FilterFile::Write(std::int32_t recordNumber, const SuppressionFilter& filter) {
     if (recordNumber < 1)
         return false;
-    const FilterSlot slot = EncodeFilter(filter);
+    const FilterRecord record = EncodeFilter(filter);
     file_.clear();
-    file_.seekp(SlotStart(recordNumber));
-    file_.write(slot.data(), slot.size());
+    file_.seekp(RecordStart(recordNumber));
+    file_.write(record.data(), record.size());
     return static_cast<bool>(file_.flush());
 }
 

@@ -9,24 +9,23 @@
 
 namespace tallyhorn {
 
-/// Owns the open file of suppression filters, slots of one size at random access by record number from 1.
-/// The user-interface thread alone may call it.  No failure throws or tells more than that nothing was read
-/// or written: what stands in the file's place may be anything.
+/// Owns the open file of suppression filters: records of one size, numbered from 1.  No function throws; a
+/// failure means only that nothing is read or written.
 class FilterFile {
 public:
     explicit FilterFile(std::filesystem::path path) : path_(std::move(path)) {}
 
-    /// Closes the file if it is open and opens it anew, creating it where nothing stands.  A file without the
-    /// right to write is opened for reading alone; only a regular file is opened at all, since reading a pipe
-    /// in its place could wait for ever.
+    /// Opens the file, closing it first if it is open; creates it if nothing has its name.  A file that may
+    /// not be written is opened for reading only.  Anything but a regular file stays closed, because reading
+    /// a pipe could block for ever.
     void Open();
     void Close();
 
-    /// How many records the file holds now, told by its size alone.
+    /// Returns the number of records that fit the file's present size, blank ones included.
     std::int32_t CountRecords();
-    /// Nothing where the record's data are not all there; the slot's unused rest may be missing.
+    /// Returns nothing if any of the record's 236 data bytes is missing; the unused rest may be.
     std::optional<SuppressionFilter> Read(std::int32_t recordNumber);
-    /// Writes the whole slot in place, or past the end; the file has it when this returns true.
+    /// Replaces the record, or extends the file by it.  Returns true once the system has taken the bytes.
     bool Write(std::int32_t recordNumber, const SuppressionFilter& filter);
 
 private:

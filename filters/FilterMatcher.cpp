@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "filters/FilterDates.h"
 #include "records/AnsiText.h"
@@ -10,16 +11,12 @@
 namespace tallyhorn {
 namespace {
 
-/// The text test that is not in force.  A text that no filter wants is FoldedTexts::Unknown as well, which
-/// passes only here.
-constexpr FoldedTexts::Id AnyText = FoldedTexts::Unknown;
-
-constexpr std::uint32_t RecognisedTypes =
+constexpr std::uint32_t KnownTypes =
     FilterInformation | FilterWarning | FilterError | FilterFailureAudit | FilterSuccessAudit;
-/// Stands beside the bits of the five event types for every other type text.
-constexpr std::uint32_t UnrecognisedType = 32;
+/// The bit for every type text that names none of the five event types.
+constexpr std::uint32_t OtherType = 32;
 
-/// The bit of an alarm's type text, compared without blanks and in upper case.
+/// The bit of an alarm's type text, which is compared in upper case and without its blanks.
 std::uint32_t TypeBit(std::string_view text) {
     constexpr std::string_view Names[] = {"INFORMATION", "WARNING", "ERROR", "FAILUREAUDIT", "SUCCESSAUDIT"};
     std::array<char, 12> folded;
@@ -28,7 +25,7 @@ std::uint32_t TypeBit(std::string_view text) {
         if (character == ' ')
             continue;
         if (size == folded.size())
-            return UnrecognisedType;
+            return OtherType;
         folded[size++] = ToUpper(character);
     }
     std::uint32_t bit = FilterInformation;
@@ -37,83 +34,60 @@ std::uint32_t TypeBit(std::string_view text) {
             return bit;
         bit <<= 1U;
     }
-    return UnrecognisedType;
+    return OtherType;
+}
+
+/// Whether `text` equals `wanted`, which is in upper case, apart from case; an empty `wanted` accepts all.
+bool Accepts(const std::string& wanted, const std::string& text) {
+    return wanted.empty() ||
+           (wanted.size() == text.size() &&
+            std::equal(wanted.begin(), wanted.end(), text.begin(),
+                       [](char upper, char character) { return upper == ToUpper(character); }));
 }
 
 }  // namespace
 
-FilterMatcher::FilterMatcher(std::span<const SuppressionFilter> table) {
-    for (const SuppressionFilter& filter : table) {
-        if (StripNulls(filter.FilterName.View()).empty())
-            continue;
-        const Tests tests = MakeTests(filter);
-        if (tests.EventTypes != 0)
-            GroupOf(tests).push_back(tests);
+FilterMatcher::FilterMatcher(std::span<const SuppressionFilter> filters) {
+    for (const SuppressionFilter& filter : filters) {
+        if (Tests tests = MakeTests(filter); tests.EventTypes != 0)
+            filters_.push_back(std::move(tests));
     }
 }
 
 FilterMatcher::Tests FilterMatcher::MakeTests(const SuppressionFilter& filter) {
-    Tests tests{FirstSecond(filter), LastSecond(filter), {}, filter.EventID, 0};
-    bool others = filter.UseDateRange != FilterFalse || filter.EventID != AnyEventID;
-    const std::array<std::string_view, TextFields> fields = {
-        filter.Source.View(), filter.Category.View(), filter.AccountName.View(), filter.Computer.View()};
-    for (std::size_t field = 0; field < TextFields; ++field) {
-        const std::string text = StripNulls(fields[field]);
-        tests.Wanted[field] = text.empty() ? AnyText : texts_[field].Add(text);
-        others = others || !text.empty();
-    }
-    // The type test overrules the others for the types that it knows and leaves any other type to them: with
-    // no other test in force nothing speaks for a match there.
-    tests.EventTypes = filter.EventTypes == 0
-                           ? RecognisedTypes
-                           : static_cast<std::uint32_t>(filter.EventTypes) & RecognisedTypes;
-    if (others)
-        tests.EventTypes |= UnrecognisedType;
-    else if (filter.EventTypes == 0)
-        tests.EventTypes = 0;
+    Tests tests{
+        filter.EventID,
+        0,
+        FirstSecond(filter),
+        LastSecond(filter),
+        {UpperCase(StripNulls(filter.Source.View())), UpperCase(StripNulls(filter.Category.View())),
+         UpperCase(StripNulls(filter.AccountName.View())), UpperCase(StripNulls(filter.Computer.View()))}};
+    const bool testsMore = filter.UseDateRange != FilterFalse || filter.EventID != AnyEventID ||
+                           std::any_of(tests.Texts.begin(), tests.Texts.end(),
+                                       [](const std::string& text) { return !text.empty(); });
+    // compatibility: an alarm of another type than the five skips the type test, so it matches if the filter
+    // has other tests; a filter that tests the type alone never matches it.
+    if (testsMore)
+        tests.EventTypes = OtherType;
+    if (filter.EventTypes != 0)
+        tests.EventTypes |= static_cast<std::uint32_t>(filter.EventTypes) & KnownTypes;
+    else if (testsMore)
+        tests.EventTypes |= KnownTypes;
     return tests;
 }
 
-FilterMatcher::Group& FilterMatcher::GroupOf(const Tests& tests) {
-    for (std::size_t field = 0; field < TextFields; ++field) {
-        const FoldedTexts::Id wanted = tests.Wanted[field];
-        if (wanted == AnyText)
-            continue;
-        std::vector<Group>& groups = byText_[field];
-        groups.resize(std::max<std::size_t>(groups.size(), std::size_t{wanted} + 1));
-        return groups[wanted];
-    }
-    return withoutText_;
-}
-
-bool FilterMatcher::Pass(const Tests& tests, const Facts& facts) {
-    if (tests.EventID != AnyEventID && tests.EventID != facts.EventID)
-        return false;
-    for (std::size_t field = 0; field < TextFields; ++field) {
-        if (tests.Wanted[field] != AnyText && tests.Wanted[field] != facts.Held[field])
-            return false;
-    }
-    return (tests.EventTypes & facts.EventType) != 0 && tests.FirstSecond <= facts.Second &&
-           facts.Second <= tests.LastSecond;
-}
-
-bool FilterMatcher::AnyPasses(const Group& group, const Facts& facts) {
-    return std::any_of(group.begin(), group.end(), [&](const Tests& tests) { return Pass(tests, facts); });
+bool FilterMatcher::Pass(const Tests& tests, const AlarmRecord& alarm, std::uint32_t eventType) {
+    return (tests.EventID == AnyEventID || tests.EventID == alarm.EventID) &&
+           (tests.EventTypes & eventType) != 0 && tests.FirstSecond <= alarm.DateTime.Seconds &&
+           alarm.DateTime.Seconds <= tests.LastSecond && Accepts(tests.Texts[3], alarm.Computer) &&
+           Accepts(tests.Texts[2], alarm.AccountName) && Accepts(tests.Texts[0], alarm.Source) &&
+           Accepts(tests.Texts[1], alarm.Category);
 }
 
 bool FilterMatcher::Matches(const AlarmRecord& alarm) const {
-    const Facts facts{alarm.DateTime.Seconds,
-                      {texts_[0].Find(alarm.Source), texts_[1].Find(alarm.Category),
-                       texts_[2].Find(alarm.AccountName), texts_[3].Find(alarm.Computer)},
-                      alarm.EventID,
-                      TypeBit(alarm.TypeOfEvent)};
-    if (AnyPasses(withoutText_, facts))
-        return true;
-    for (std::size_t field = 0; field < TextFields; ++field) {
-        if (facts.Held[field] < byText_[field].size() && AnyPasses(byText_[field][facts.Held[field]], facts))
-            return true;
-    }
-    return false;
+    const std::uint32_t eventType = TypeBit(alarm.TypeOfEvent);
+    return std::any_of(filters_.begin(), filters_.end(),
+                       [&](const Tests& tests) { return Pass(tests, alarm, eventType); });
 }
 
 }  // namespace tallyhorn

@@ -4,58 +4,42 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
-#include "filters/FoldedTexts.h"
 #include "filters/SuppressionFilter.h"
 #include "records/AlarmRecord.h"
 
 namespace tallyhorn {
 
-/// Owns the tests of a table of suppression filters in the form that matches fastest: each text is a number,
-/// each date a whole second.  Any thread may call it, since it never changes after its making.
+/// Owns the tests of all suppression filters: texts trimmed and in upper case, dates as whole seconds.  It
+/// never changes after its construction. Texts are compared as they are: filing them in a hash table saved at
+/// most 40 of the 2,800 ns per notification with 100 filters.
 class FilterMatcher {
 public:
     FilterMatcher() = default;
-    explicit FilterMatcher(std::span<const SuppressionFilter> table);
+    explicit FilterMatcher(std::span<const SuppressionFilter> filters);
 
-    /// Whether at least one filter of the table matches: it has a test in force, and no test of it fails.
+    /// Whether at least one filter matches: it tests something, and none of its tests fails.
     bool Matches(const AlarmRecord& alarm) const;
 
 private:
-    /// Source, Category, AccountName and Computer, in the order of their numbers.
-    static constexpr std::size_t TextFields = 4;
-    using Texts = std::array<FoldedTexts::Id, TextFields>;
+    /// Source, Category, AccountName and Computer.
+    static constexpr std::size_t TextCount = 4;
 
-    /// The tests of one filter; a test not in force holds what every alarm passes.
+    /// The tests of one filter.  A test that is not in force has the value that lets every alarm pass.
     struct Tests {
+        std::int32_t EventID;
+        std::uint32_t EventTypes;  ///< the types that pass, as bits; OtherType is one of them
         std::int64_t FirstSecond;
         std::int64_t LastSecond;
-        Texts Wanted;
-        std::int32_t EventID;
-        /// The event types that pass, UnrecognisedType among them.
-        std::uint32_t EventTypes;
-    };
-    using Group = std::vector<Tests>;
-
-    /// An alarm in the same form.
-    struct Facts {
-        std::int64_t Second;
-        Texts Held;
-        std::int32_t EventID;
-        std::uint32_t EventType;
+        std::array<std::string, TextCount> Texts;
     };
 
-    Tests MakeTests(const SuppressionFilter& filter);
-    Group& GroupOf(const Tests& tests);
-    static bool AnyPasses(const Group& group, const Facts& facts);
-    static bool Pass(const Tests& tests, const Facts& facts);
+    static Tests MakeTests(const SuppressionFilter& filter);
+    static bool Pass(const Tests& tests, const AlarmRecord& alarm, std::uint32_t eventType);
 
-    std::array<FoldedTexts, TextFields> texts_;
-    /// Each filter stands once: under the number of the first text that it tests, so that an alarm meets only
-    /// filters that want one of its texts, or here where it tests none.
-    Group withoutText_;
-    std::array<std::vector<Group>, TextFields> byText_;
+    std::vector<Tests> filters_;
 };
 
 }  // namespace tallyhorn

@@ -5,7 +5,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The one place that knows the order of the fields in the file.
+/// Calls `visit` for each field in the order of the file.  Encoding and decoding both use it.
 template <class Filter, class Visitor>
 void VisitFields(Filter& filter, Visitor&& visit) {
     visit(filter.FilterName);
@@ -20,7 +20,7 @@ void VisitFields(Filter& filter, Visitor&& visit) {
     visit(filter.EventID);
 }
 
-/// Puts fields one after the other, numbers little-endian whatever the machine's order.
+/// Writes fields one after the other; numbers are little-endian on every machine.
 class Encoder {
 public:
     explicit Encoder(char* to) : to_(to) {}
@@ -68,10 +68,10 @@ private:
 
 }  // namespace
 
-FilterSlot EncodeFilter(const SuppressionFilter& filter) {
-    FilterSlot slot{};
-    VisitFields(filter, Encoder(slot.data()));
-    return slot;
+FilterRecord EncodeFilter(const SuppressionFilter& filter) {
+    FilterRecord record{};
+    VisitFields(filter, Encoder(record.data()));
+    return record;
 }
 
 SuppressionFilter DecodeFilter(std::span<const char, FilterDataSize> data) {

@@ -10,7 +10,6 @@
 namespace tallyhorn {
 
 /// A text of exactly `Size` ANSI characters: a longer value is cut, a shorter one padded with blanks.
-/// A plain value, safe in any thread.
 template <std::size_t Size>
 class FixedText {
 public:
@@ -24,7 +23,7 @@ public:
         return *this;
     }
 
-    /// All `Size` characters, padding included.
+    /// Returns all `Size` characters, including the padding.
     std::string_view View() const { return {characters_.data(), Size}; }
 
     bool operator==(const FixedText&) const = default;
@@ -33,7 +32,7 @@ private:
     std::array<char, Size> characters_;
 };
 
-/// The 16-bit booleans of the filter file; any value but False reads as true.
+/// The 16-bit booleans of the filter file.  Every value except FilterFalse is read as true.
 inline constexpr std::int16_t FilterTrue = -1;
 inline constexpr std::int16_t FilterFalse = 0;
 
@@ -46,18 +45,18 @@ enum FilterEventTypes : std::int32_t {
     FilterSuccessAudit = 16,
 };
 
-/// An event id that a filter does not test.
+/// The value of SuppressionFilter::EventID for a filter that accepts every event id.
 inline constexpr std::int32_t AnyEventID = -1;
 
-/// One suppression filter as its file holds it, fields in the file's order; a new one is blank.
-/// A plain value, safe in any thread; every value of every field survives the way to the file and back.
+/// One suppression filter as the filter file stores it, with the fields in the order of the file.  A new one
+/// is blank.  Encoding and decoding preserve every value of every field, even one that makes no sense.
 struct SuppressionFilter {
-    FixedText<50> FilterName;  ///< blank (blanks and NULs alone): a free slot, never matched
+    FixedText<50> FilterName;  ///< only blanks and NULs: a deleted filter, which is never matched
     std::int16_t UseDateRange = FilterFalse;
     double BeginDate = 0;         ///< days since 1899-12-30, inclusive
-    double EndDate = 0;           ///< the same, inclusive
-    std::int32_t EventTypes = 0;  ///< FilterEventTypes, or 0 for any
-    FixedText<30> Source;         ///< blank for any, as in the next three
+    double EndDate = 0;           ///< days since 1899-12-30, inclusive
+    std::int32_t EventTypes = 0;  ///< bits of FilterEventTypes, or 0 to accept every type
+    FixedText<30> Source;         ///< this text and the next three: blank to accept every text
     FixedText<50> Category;
     FixedText<50> AccountName;
     FixedText<30> Computer;
@@ -66,12 +65,13 @@ struct SuppressionFilter {
     bool operator==(const SuppressionFilter&) const = default;
 };
 
-/// A record's bytes in the file, and the slot that holds them; the slot's rest is zeros and never read.
+/// A filter takes 448 bytes of the file.  The fields fill the first 236; the rest is written as zeros and
+/// never read.
 inline constexpr std::size_t FilterDataSize = 236;
-inline constexpr std::size_t FilterSlotSize = 448;
-using FilterSlot = std::array<char, FilterSlotSize>;
+inline constexpr std::size_t FilterRecordSize = 448;
+using FilterRecord = std::array<char, FilterRecordSize>;
 
-FilterSlot EncodeFilter(const SuppressionFilter& filter);
+FilterRecord EncodeFilter(const SuppressionFilter& filter);
 SuppressionFilter DecodeFilter(std::span<const char, FilterDataSize> data);
 
 }  // namespace tallyhorn

@@ -1,24 +1,22 @@
 #include "filters/SuppressionFilters.h"
 
 #include <utility>
+#include <vector>
 
 #include "records/AnsiText.h"
 
 namespace tallyhorn {
 
-SuppressionFilters::SuppressionFilters(std::filesystem::path filterFile)
-    : file_(std::move(filterFile)), table_(1) {}
+SuppressionFilters::SuppressionFilters(std::filesystem::path filterFile) : file_(std::move(filterFile)) {}
 
 void SuppressionFilters::LoadSuppressionFilters() {
-    table_.assign(1, SuppressionFilter());
-    FilterCount = 0;
+    std::vector<SuppressionFilter> filters;
     for (std::int32_t record = 1; record <= MaxRecords && ReadFilterRecord(record); ++record) {
-        if (StripNulls(CurrentFilter.FilterName.View()).empty())
-            continue;
-        table_.push_back(CurrentFilter);
-        ++FilterCount;
+        if (!StripNulls(CurrentFilter.FilterName.View()).empty())
+            filters.push_back(CurrentFilter);
     }
-    matcher_ = FilterMatcher(table_);
+    FilterCount = static_cast<std::int32_t>(filters.size());
+    loaded_ = FilterMatcher(filters);
 }
 
 bool SuppressionFilters::ReadFilterRecord(std::int32_t recordNumber) {

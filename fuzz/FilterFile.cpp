@@ -61,7 +61,7 @@ bool MatchesByTheRules(const SuppressionFilter& filter, const AlarmRecord& alarm
 /// `named`.
 bool SuppressedByTheRules(const char* data, std::size_t size, std::int32_t& named) {
     bool suppressed = false;
-    for (std::size_t start = 0; start + FilterDataSize <= size; start += FilterSlotSize) {
+    for (std::size_t start = 0; start + FilterDataSize <= size; start += FilterRecordSize) {
         const std::span<const char, FilterDataSize> record(data + start, FilterDataSize);
         const SuppressionFilter filter = DecodeFilter(record);
         Require(std::memcmp(EncodeFilter(filter).data(), record.data(), record.size()) == 0);

@@ -8,11 +8,11 @@
 namespace tallyhorn {
 namespace {
 
-/// Larger than the longest text that five digits can tell.
+/// Room for the longest text whose length has five digits.
 constexpr std::size_t BufferSize = std::size_t{256} << 10U;
-constexpr int MostLengthsAStep = 2000;
+constexpr int LengthsPerCall = 2000;
 
-/// 0 for what is less, and for what is no number.
+/// Returns 0 for a negative number and for digits that are no number.
 std::size_t LengthFrom(std::string_view digits) {
     std::int32_t length = 0;
     ReadInt32(digits, length);
@@ -24,7 +24,7 @@ std::size_t LengthFrom(std::string_view digits) {
 BackupReader::BackupReader(ByteSource& source) : source_(source), buffer_(BufferSize) {}
 
 BackupReader::Step BackupReader::Next(std::string_view& text) {
-    for (int i = 0; i < MostLengthsAStep; ++i) {
+    for (int i = 0; i < LengthsPerCall; ++i) {
         const std::string_view digits = Take(BackupLengthDigits);
         if (digits.empty())
             return Step::End;
@@ -37,7 +37,7 @@ BackupReader::Step BackupReader::Next(std::string_view& text) {
     return Step::NotYet;
 }
 
-/// The next bytes, or none where the source ends before; then nothing is left.
+/// Returns the next `count` bytes, or nothing if the source ends before; the rest is then discarded.
 std::string_view BackupReader::Take(std::size_t count) {
     while (end_ - begin_ < count) {
         if (!ReadMore()) {

@@ -7,22 +7,24 @@
 
 namespace tallyhorn {
 
-/// Characters of the decimal length before each text of a backup file.
+/// Each text of a backup file follows its length in so many decimal digits.
 constexpr std::size_t BackupLengthDigits = 5;
-/// A shorter text is not taken for one: what follows its length is read as the next length.
+/// compatibility: after a smaller length there is no text; the next length is read directly behind it.
 constexpr std::size_t ShortestBackupText = 20;
 
-/// Cuts a backup file into its texts, in the memory of one buffer whatever the file holds; a damaged file
-/// gives what the lengths in it lead to.  One thread at a time; the source must outlive it.
+/// Splits a backup file into its texts.  The memory it needs does not depend on the file's contents.  Of a
+/// damaged file it returns whatever texts the bytes that look like lengths lead to.  The source must outlive
+/// it.
 class BackupReader {
 public:
     enum class Step { Text, NotYet, End };
 
     explicit BackupReader(ByteSource& source);
 
-    /// `text` is one record's and holds until the next call.  `NotYet` after some ten thousand bytes without
-    /// any, so that a caller can do something else in between.  A length that is no number counts as 0; a
-    /// record that the file ends within gives no text.
+    /// Sets `text` to the next text, which stays valid until the next call.  Returns `NotYet` after ten
+    /// thousand bytes without a text, so that the caller can let events run.  A length that is not a number
+    /// counts as 0, so the search goes on with the next five bytes.  A text that the file cuts off is not
+    /// returned.
     Step Next(std::string_view& text);
 
 private:

@@ -9,10 +9,10 @@ namespace {
 constexpr std::string_view Header =
     "DateTime,AlarmName,LogType,Source,TypeOfEvent,Category,EventID,AccountName,Computer,Description\r\n";
 constexpr std::string_view LineEnd = "\r\n";
-/// The separator of the console's one locale, whatever the lists have.
+/// compatibility: always "/", whatever separator the lists use.
 constexpr std::string_view Separator = "/";
 
-/// The text with a blank for each line end; it lies in `buffer` where there are any.
+/// Returns the text with each line end replaced by a blank; uses `buffer` only if there is one to replace.
 std::string_view OnOneLine(std::string_view text, std::string& buffer) {
     std::size_t end = text.find(LineEnd);
     if (end == std::string_view::npos)

@@ -11,26 +11,26 @@
 
 namespace tallyhorn {
 
-/// Owns the text file that an export writes: a header, then a line for each alarm, ended by CR LF.  Called
-/// from one thread at a time.
+/// Owns the text file that an export writes: a header, then one line per alarm, each ended by CR LF.
 ///
-/// A line holds the ten fields of the record between commas, the description in double quotes with a blank
-/// for each line end.  Nothing is escaped: what reads these files has always had it so.
+/// A line consists of the record's ten fields, separated by commas.  The description is in double quotes,
+/// with a blank in place of each line end.  compatibility: nothing is escaped, as the programs that read
+/// these files expect.
 class ExportFile {
 public:
-    /// What stands at `path` is replaced once Finish is done; a failure here is one that Write and Finish
-    /// tell.
+    /// Creates the file that Finish puts at `path`.  If that fails, Write returns false and Finish the error.
     ExportFile(const std::filesystem::path& path, bool dayFirst);
 
-    /// False from the first failure on.
+    /// Returns false after the first failure.
     bool Write(const AlarmRecord& alarm);
-    /// Puts the file in its place, or leaves all as it was and tells the first failure.
+    /// Replaces the file at `path` by what was written.  After a failure, leaves the file at `path` unchanged
+    /// and returns the first error.
     std::optional<SystemError> Finish();
 
 private:
     SystemError openError_;
     std::unique_ptr<OutputFile> file_;
-    std::optional<BufferedWriter> writer_;  ///< none where the file could not be made
+    std::optional<BufferedWriter> writer_;  ///< empty if the file could not be created
     const std::string datePattern_;
     std::string line_;
     std::string description_;

@@ -16,10 +16,11 @@ namespace {
 constexpr std::string_view SaveFailure =
     "The following error occurred when attempting to save received messages to disk.\r\nError # ";
 
-/// Telling the progress costs as much as restoring a text, so not after each.
-constexpr std::uint64_t TextsATelling = 100;
+/// Showing the progress takes as long as restoring a text, so it is shown after every hundredth.
+constexpr std::uint64_t TextsPerShow = 100;
 
-/// More than five digits for a text that five cannot tell; no reader finds such a record's end.
+/// compatibility: five digits, but more for a text of 100,000 bytes or more, which no reader can then read
+/// back.
 std::string LengthDigits(std::size_t length) {
     std::string digits = std::to_string(length);
     digits.insert(0, BackupLengthDigits - std::min(digits.size(), BackupLengthDigits), '0');
@@ -67,26 +68,26 @@ std::optional<SystemError> MessageBackup::Save() const {
 }
 
 void MessageBackup::LoadMessageBackup(const std::function<void(std::string_view)>& restore,
-                                      BackupProgress& progress) {
+                                      const std::function<void(std::uint64_t, std::uint64_t)>& showProgress) {
     const std::unique_ptr<InputFile> file = OpenInputFile(file_);
     if (!file || loading_)
         return;
     loading_ = true;
     std::uint64_t total = 0;
     ForEachText(*file, [&total](std::string_view) { ++total; });
-    progress.Show(0, total);
+    showProgress(0, total);
     file->Rewind();
     std::uint64_t done = 0;
     ForEachText(*file, [&](std::string_view text) {
         restore(text);
-        if (++done % TextsATelling == 0)
-            progress.Show(done, total);
+        if (++done % TextsPerShow == 0)
+            showProgress(done, total);
     });
-    progress.Show(done, total);
+    showProgress(done, total);
     loading_ = false;
 }
 
-/// Runs events after a text as well as where there is none for long.
+/// Lets pending events run after every text, and while a damaged file has none for long.
 template <typename Handle>
 void MessageBackup::ForEachText(InputFile& file, Handle handle) {
     BackupReader reader(file);

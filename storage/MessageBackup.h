@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -9,27 +10,28 @@
 #include "platform/MessageBoxes.h"
 #include "platform/SystemError.h"
 #include "platform/TimeSlices.h"
-#include "storage/BackupProgress.h"
 #include "views/messages/MessageStore.h"
 
 namespace tallyhorn {
 
-/// Writes the texts of a store to the backup file and reads them back; owns nothing but the file's name.
-/// User-interface thread only; what it is given must outlive it.
+/// Saves the texts of a message store in the backup file and loads them back.  All arguments of the
+/// constructor must outlive it.
 class MessageBackup {
 public:
     MessageBackup(std::filesystem::path file, const MessageStore& messages, MessageBoxes& boxes,
                   TimeSlices& slices);
 
-    /// Puts a new file in the place of the old one, with every text that is not blank in the order of the
-    /// slots; it is on the disk when this returns.  A failure, a missing old file too, is told to the user
-    /// and ends it.  Does nothing inside LoadMessageBackup: the file then still holds what the store lacks.
+    /// Deletes the file and writes a new one with every text that is not blank, in the order of the slots.
+    /// The bytes are on the disk when this returns.  The first failure ends the save and is shown to the
+    /// user. compatibility: that there is no old file to delete is such a failure.  Does nothing during
+    /// LoadMessageBackup, because the file then contains messages that are not yet in the store.
     void SaveMessageBackup();
 
-    /// Hands each text of the file that is not blank to `restore`, in between lets events run, and tells
-    /// `progress` every so often.  Creates the file where there is none; what cannot be read is left out
-    /// without a word.
-    void LoadMessageBackup(const std::function<void(std::string_view)>& restore, BackupProgress& progress);
+    /// Calls `restore` for each text of the file that is not blank, and `showProgress` now and then with the
+    /// number of texts restored so far and in all.  Lets pending events run in between.  Creates the file if
+    /// there is none, and skips what cannot be read without telling the user.
+    void LoadMessageBackup(const std::function<void(std::string_view)>& restore,
+                           const std::function<void(std::uint64_t done, std::uint64_t total)>& showProgress);
 
 private:
     std::optional<SystemError> Save() const;

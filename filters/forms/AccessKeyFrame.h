@@ -4,13 +4,13 @@
 
 namespace tallyhorn {
 
-/// A frame whose access key always leads to the same control inside it; Qt's own leads to the one that had
-/// the focus last.  User-interface thread only.
+/// A frame whose access key always moves the focus to the same control inside it.  In a QGroupBox it moves
+/// the focus to the control that had it last.
 class AccessKeyFrame final : public QGroupBox {
 public:
     using QGroupBox::QGroupBox;
 
-    /// A control inside the frame.  Where it is disabled the key does what Qt's does.
+    /// Sets the control, which is inside the frame.  While it is disabled, the key acts as in a QGroupBox.
     void SetFirst(QWidget* first) { first_ = first; }
 
 protected:

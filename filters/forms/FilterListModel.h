@@ -6,8 +6,7 @@
 
 namespace tallyhorn {
 
-/// The editor's entries as Qt's views want them, in one column.  User-interface thread only; the editor
-/// outlives the model.
+/// The editor's entries as a Qt model with one column.  The editor must outlive it.
 class FilterListModel final : public QAbstractTableModel, private ChangeObserver {
     Q_OBJECT
 

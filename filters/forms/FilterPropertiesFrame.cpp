@@ -19,7 +19,7 @@ namespace {
 
 enum DateOption : std::size_t { WithDates, WithoutDates };
 
-/// A moment of the calendar alone, which no time zone has a gap in.
+/// In UTC, so that no daylight saving time makes an hour invalid.
 QDateTime ToQDateTime(AlarmDate date) {
     return QDateTime::fromSecsSinceEpoch(date.Seconds, Qt::UTC);
 }
@@ -122,7 +122,7 @@ void FilterPropertiesFrame::AddTexts(QVBoxLayout* layout) {
     txtUser = addText("txtUser", "lblUser", "&User:");
     txtComputer = addText("txtComputer", "lblComputer", "Com&puter:");
     txtEventID = addText("txtEventID", "lblEventID", "E&vent ID:");
-    // What cannot be saved is refused without a message.
+    // OK refuses any other text with a beep and no message, so the tip has to say what is valid.
     txtEventID->setToolTip(QStringLiteral("A whole number from -2147483648 to 2147483647"));
 }
 

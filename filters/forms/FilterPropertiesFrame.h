@@ -14,25 +14,23 @@ class QVBoxLayout;
 
 namespace tallyhorn {
 
-/// The frame `fraFilterProps`: all that a filter has besides its name, as controls.  User-interface thread
-/// only.
+/// The frame `fraFilterProps`, with a control for each property of a filter except its name.
 class FilterPropertiesFrame final : public QGroupBox {
     Q_OBJECT
 
 public:
     explicit FilterPropertiesFrame(QWidget* parent = nullptr);
 
-    /// Empties and unchecks everything; the dates stay, out of use.
+    /// Empties and unchecks all controls; disables the dates, which keep their values.
     void ClearFilterFields();
-    /// Shows all fields but the name; without a date range the dates stay, out of use.
+    /// Shows all fields except the name.  Without a date range, disables the dates, which keep their values.
     void ShowFields(const FilterFields& fields);
-    /// All fields but the name.
+    /// Returns all fields except the name.
     FilterFields Fields() const;
     void ShowEventID(const std::string& text);
-    /// Where an event id is to be typed anew.
+    /// Moves the focus to the event id and selects its text.
     void FocusEventID();
     void UseDateRange(bool use);
-    /// Both ends of the range.
     void SetDates(AlarmDate begin, AlarmDate end);
 
 private:

@@ -7,8 +7,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Longer ones may not fit on the line, and a tip tells them.
-constexpr qsizetype LongestAtAGlance = 30;
+/// A longer text may be cut off on its line, so a tool tip shows all of it.
+constexpr qsizetype LongestWithoutTip = 30;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ QVariant FilterValuesModel::data(const QModelIndex& index, int role) const {
     const QString text = ToShownLine(value);
     if (role == Qt::DisplayRole)
         return text;
-    return text.size() > LongestAtAGlance ? ToToolTip(text) : QVariant();
+    return text.size() > LongestWithoutTip ? ToToolTip(text) : QVariant();
 }
 
 }  // namespace tallyhorn

@@ -6,8 +6,8 @@
 
 namespace tallyhorn {
 
-/// The texts that one combo box offers, as they are and as the screen shows them.  User-interface thread
-/// only; tens of thousands cost no more than their bytes until they are looked at.
+/// The texts that a combo box offers.  A text is converted for the screen only when its row is painted, so
+/// tens of thousands of texts are no burden.
 class FilterValuesModel final : public QAbstractListModel {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     explicit FilterValuesModel(std::vector<std::string> values, QObject* parent = nullptr)
         : QAbstractListModel(parent), values_(std::move(values)) {}
 
-    /// The bytes of a row; nothing where there is no such row.
+    /// Returns the text of a row as its sender wrote it, or an empty text if there is no such row.
     std::string Value(int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;

@@ -21,7 +21,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr int LeastRowsShown = 3;  ///< where the screen has no room for more
+constexpr int LeastRowsShown = 3;  ///< of the list, on a small screen
 
 QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
     auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
@@ -40,7 +40,7 @@ QLabel* Label(const char* name, const char* caption, QWidget* buddy, QWidget* pa
 
 }  // namespace
 
-// Controls that share an access key take turns in the order in which they are made.
+// Controls with the same access key get the focus in turn, in the order of their construction.
 frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes, const Clock& clock,
                                QWidget* parent)
     : QDialog(parent),
@@ -70,7 +70,7 @@ frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes,
 }
 
 frmDropFilters::~frmDropFilters() {
-    // The view outlives this part of the object, and would tell it of its end.
+    // Qt destroys the view after listModel_; a view must not keep a model that is gone.
     lvwManageFilters->setModel(nullptr);
 }
 
@@ -91,16 +91,16 @@ void frmDropFilters::BuildList() {
     lvwManageFilters->setMinimumHeight(header->sizeHint().height() + LeastRowsShown * (metrics.height() + 2));
     connect(header, &QHeaderView::sortIndicatorChanged, this,
             [this](int, Qt::SortOrder order) { SortList(order); });
-    // By keyboard as in the lists of the main window.
+    // The lists of the main window have the same key for their first column.
     auto* const sort = new QShortcut(Qt::CTRL | Qt::Key_1, lvwManageFilters);
     connect(sort, &QShortcut::activated, this, [header] {
-        const bool turns =
+        const bool isAscending =
             header->sortIndicatorSection() == 0 && header->sortIndicatorOrder() == Qt::AscendingOrder;
-        header->setSortIndicator(0, turns ? Qt::DescendingOrder : Qt::AscendingOrder);
+        header->setSortIndicator(0, isAscending ? Qt::DescendingOrder : Qt::AscendingOrder);
     });
     const QItemSelectionModel* const selection = lvwManageFilters->selectionModel();
     connect(selection, &QItemSelectionModel::currentChanged, this, &frmDropFilters::SelectInEditor);
-    // A click with Ctrl takes the selection away, but what Delete would delete must be seen.
+    // A click with Ctrl unselects the row.  Select it again, so that the user sees what Delete will delete.
     connect(selection, &QItemSelectionModel::selectionChanged, this, [this, selection] {
         if (!selection->hasSelection())
             ShowSelection();
@@ -134,7 +134,7 @@ void frmDropFilters::LayOut() {
     layout->addWidget(lblInstructions);
     layout->addLayout(nameLayout);
     layout->addWidget(fraFilterProps);
-    // Takes the room that the list leaves where that is away.
+    // Fills the dialog's height while the list is hidden.
     layout->addStretch();
     layout->addWidget(buttons);
 }

@@ -16,8 +16,8 @@ namespace tallyhorn {
 class AccessKeyFrame;
 class FilterPropertiesFrame;
 
-/// The dialog that lists, makes, changes and deletes suppression filters; one of the three routines prepares
-/// it, then it is shown modally.  User-interface thread only; what it is given outlives it.
+/// The modal dialog that lists, adds, edits and deletes suppression filters.  Call InitFormAsManager or
+/// InitFormAsQuickAdd before showing it.  All arguments of the constructor must outlive it.
 class frmDropFilters final : public QDialog {
     Q_OBJECT
 
@@ -27,19 +27,19 @@ public:
 
     ~frmDropFilters() override;
 
-    /// In no mode yet; a new dialog is so.
+    /// Puts the dialog into the mode Plain, which a new dialog has.
     void InitForm();
     void InitFormAsManager();
-    /// About to add a filter for what is like this notification, which need not live on.
+    /// Shows the fields of a new filter for notifications like this one.
     void InitFormAsQuickAdd(const AlarmRecord& alarm);
 
-    /// Every way of closing comes through here, and lets the filter table follow the file.
+    /// Loads the filters again.  Qt calls this in whatever way the dialog is closed.
     void done(int result) override;
-    /// Escape does what cmdCancel does.
+    /// Acts as cmdCancel.  Qt calls this for the Escape key.
     void reject() override;
 
 protected:
-    /// The window's own button closes the dialog in every mode.
+    /// Closes the dialog in every mode.  Qt calls this for the close button of the window frame.
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -73,7 +73,7 @@ private:
     FilterPropertiesFrame* fraFilterProps;
     QPushButton* cmdOK;
     QPushButton* cmdCancel;
-    int managerHeight_ = 0;  ///< as the user left it, while the list is away
+    int managerHeight_ = 0;  ///< the height to restore when the list is shown again
 };
 
 }  // namespace tallyhorn

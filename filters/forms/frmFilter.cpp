@@ -26,12 +26,12 @@ namespace {
 constexpr std::array<const char*, ViewFilter::CriterionCount> GroupCaptions = {
     "&Alarm Name", "&Log Type", "Acc&ount Name", "&Computer Name"};
 constexpr std::string_view NothingCheckedText = "You must select at least one item to filter by.";
-/// What the combo boxes have room for, in letters; longer texts are cut off with an ellipsis.
+/// The least width of the combo boxes, in average characters.  Longer texts end in an ellipsis.
 constexpr int LettersInView = 32;
 constexpr int RowsInView = 16;
 
-/// Lines of one height, none wider than the view whatever its text is: a long one ends in an ellipsis, and no
-/// text has to be measured.
+/// Gives every line the same size without measuring its text, which would take long for tens of thousands of
+/// texts. The view cuts long texts off with an ellipsis.
 class LineDelegate final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -40,7 +40,7 @@ public:
     }
 };
 
-/// The text in the box itself ends in an ellipsis as well.
+/// A combo box that shows a long current text with an ellipsis, like its list.
 class LineComboBox final : public QComboBox {
 public:
     using QComboBox::QComboBox;
@@ -78,7 +78,7 @@ frmFilter::frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent)
 void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
     const QString caption = QString::fromLatin1(GroupCaptions.at(index));
     const QString name = WithoutAccessKey(caption);
-    // Controls count from 1, as the lists' columns behind the date do.
+    // The names of the controls count from 1.
     const QString number = QString::number(index + 1);
     auto* const group = new AccessKeyFrame(caption, this);
     group->setObjectName(QStringLiteral("fraGroup") + number);
@@ -92,7 +92,7 @@ void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(LettersInView);
     combo->setMaxVisibleItems(RowsInView);
-    // A list of its own below the box; as a menu it would be as high as the screen.
+    // Opens the list below the box.  In some styles it is a menu otherwise, as high as the screen.
     combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
     auto* const view = new QListView(combo);
     view->setUniformItemSizes(true);
@@ -144,7 +144,7 @@ void frmFilter::LayOut() {
     layout->addLayout(buttons);
 }
 
-/// A field that is filtered by has a value from the start: with none, nothing at all might be shown.
+/// Selects the first text if none is selected, because a filter by no text could hide every row.
 void frmFilter::EnableCombo(std::size_t index, bool enabled) {
     QComboBox* const combo = cmbFilterText.at(index);
     combo->setEnabled(enabled);
@@ -166,7 +166,7 @@ void frmFilter::Apply() {
         boxes_.Tell(NothingCheckedText);
         return;
     }
-    // Events run meanwhile; nothing here can be pressed a second time.
+    // Apply lets pending events run; the user must not press Apply again meanwhile.
     setEnabled(false);
     filter_.Apply(criteria);
     accept();

@@ -16,9 +16,8 @@ class QPushButton;
 
 namespace tallyhorn {
 
-/// The modal dialog in which the user chooses what the view filter lets through, out of the texts that the
-/// channel on show has in its lists as the dialog opens.  User-interface thread only; filter and boxes
-/// outlive it.
+/// The modal dialog in which the user chooses the texts of the view filter, from those in the lists of the
+/// channel on show at the time the dialog is created.  Filter and boxes must outlive it.
 class frmFilter final : public QDialog {
     Q_OBJECT
 

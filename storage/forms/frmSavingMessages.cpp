@@ -9,10 +9,10 @@
 namespace tallyhorn {
 namespace {
 
-/// Finer than a pixel of the bar.
+/// The bar's range: more steps than it has pixels.
 constexpr int ProgressSteps = 1000;
 
-/// With a comma at the thousands, whatever the user's language: the texts around it are English.
+/// Formats with a comma after the thousands in every locale, like the English texts around it.
 QString Grouped(std::uint64_t number) {
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(qulonglong{number});
 }
@@ -43,7 +43,7 @@ frmSavingMessages::frmSavingMessages(Work work, QWidget* parent)
     pgbProgress->setVisible(loading);
     lblProgress->setObjectName(QStringLiteral("lblProgress"));
     lblProgress->setTextFormat(Qt::PlainText);
-    // A label without a text has no height; its place is there before the first number.
+    // An empty label has no height, so the window would grow at the first number.
     lblProgress->setMinimumHeight(lblProgress->fontMetrics().height());
     lblProgress->setVisible(loading);
     auto* const layout = new QVBoxLayout(this);
@@ -54,7 +54,7 @@ frmSavingMessages::frmSavingMessages(Work work, QWidget* parent)
     layout->addWidget(lblProgress);
 }
 
-void frmSavingMessages::Show(std::uint64_t done, std::uint64_t total) {
+void frmSavingMessages::ShowProgress(std::uint64_t done, std::uint64_t total) {
     const std::uint64_t end = std::max(done, total);
     pgbProgress->setValue(end == 0 ? 0 : static_cast<int>(done * ProgressSteps / end));
     lblProgress->setText(QStringLiteral("%1 of %2").arg(Grouped(done), Grouped(end)));

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <QWidget>
-
-#include "storage/BackupProgress.h"
+#include <cstdint>
 
 class QLabel;
 class QProgressBar;
 
 namespace tallyhorn {
 
-/// The small window that says that messages are being written or read, while nothing else can be done; a
-/// reading one also shows how far it has come.  User-interface thread only.
-class frmSavingMessages final : public QWidget, public BackupProgress {
+/// The small window that is shown while messages are saved or loaded.  While loading it has a progress bar
+/// too.
+class frmSavingMessages final : public QWidget {
     Q_OBJECT
 
 public:
@@ -19,8 +18,8 @@ public:
 
     explicit frmSavingMessages(Work work = Work::Saving, QWidget* parent = nullptr);
 
-    /// The window keeps its size whatever the numbers; a window that shows no progress takes no notice.
-    void Show(std::uint64_t done, std::uint64_t total) override;
+    /// Shows how many messages are loaded so far and in all.
+    void ShowProgress(std::uint64_t done, std::uint64_t total);
 
 private:
     QProgressBar* pgbProgress;

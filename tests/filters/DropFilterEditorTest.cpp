@@ -6,7 +6,7 @@
 #include "filters/DropFilterEditor.h"
 #include "tests/support/FakeWindow.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/FilterSlots.h"
+#include "tests/support/FilterRecords.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -21,7 +21,7 @@ protected:
         WriteBytes(path_, file);
         editor_.InitFormAsManager();
     }
-    /// The entries with their records' numbers, a star before the selected one.
+    /// The entries with their record numbers, a star before the selected one.
     std::string Listed() const {
         std::string listed;
         for (std::size_t i = 0; i < editor_.Entries().size(); ++i) {
@@ -31,17 +31,32 @@ protected:
         }
         return listed;
     }
-    Answer Save(const std::string& name, const std::string& eventId = "") {
+    Answer Save(const std::string& name, const std::string& source = "", const std::string& eventId = "") {
         FilterFields fields;
         fields.FilterName = name;
+        fields.Source = source;
         fields.EventID = eventId;
         return editor_.Save(fields);
     }
+    void Add(const std::string& name, const std::string& source = "") {
+        editor_.Add();
+        EXPECT_EQ(Save(name, source), Answer::Saved);
+    }
+    /// The sources, of "a" to "d", whose alarms are suppressed.
+    std::string Suppressed() {
+        std::string sources;
+        AlarmRecord alarm;
+        for (const char* const source : {"a", "b", "c", "d"}) {
+            alarm.Source = source;
+            sources += filters_.IsSuppressed(alarm) ? source : "";
+        }
+        return sources;
+    }
 
-    const std::string a_ = SlotOf(FilterOn("A", "a"));
-    const std::string b_ = SlotOf(FilterOn("B", "b"));
-    const std::string c_ = SlotOf(FilterOn("C", ""));
-    const std::string blank_ = SlotOf(SuppressionFilter());
+    const std::string a_ = RecordBytes(FilterOn("A", "a"));
+    const std::string b_ = RecordBytes(FilterOn("B", "b"));
+    const std::string c_ = RecordBytes(FilterOn("C", "c"));
+    const std::string blank_ = RecordBytes(SuppressionFilter());
 
     TemporaryFolder folder_;
     const std::filesystem::path path_ = folder_ / "SavedFilters.dat";
@@ -50,8 +65,8 @@ protected:
     DropFilterEditor editor_{filters_, boxes_};
 };
 
-TEST_F(DropFilterEditorTest, ListsTheRecordsThatAreNotBlankWithTheirNumbers) {
-    const std::string odd = SlotOf(FilterOn(std::string(" o\0dd \0", 7), "x"));
+TEST_F(DropFilterEditorTest, ListsTheRecordsThatAreNotBlank) {
+    const std::string odd = RecordBytes(FilterOn(std::string(" o\0dd \0", 7), "x"));
     const struct {
         std::string File;
         const char* Listed;
@@ -71,7 +86,7 @@ TEST_F(DropFilterEditorTest, ListsTheRecordsThatAreNotBlankWithTheirNumbers) {
     }
 }
 
-TEST_F(DropFilterEditorTest, CountsSlotsBeyondThoseItLists) {
+TEST_F(DropFilterEditorTest, AddsBehindTheLastRecordEvenIfItListsFewer) {
     constexpr std::int32_t More = SuppressionFilters::MaxRecords + 10;
     std::string file;
     for (std::int32_t i = 0; i < More; ++i)
@@ -79,52 +94,56 @@ TEST_F(DropFilterEditorTest, CountsSlotsBeyondThoseItLists) {
     Manage(file);
     EXPECT_EQ(editor_.Entries().size(), std::size_t{SuppressionFilters::MaxRecords});
     EXPECT_EQ(filters_.FilterCount, More);
-    editor_.Add();
-    EXPECT_EQ(Save("new"), Answer::Saved);
+    Add("new");
     EXPECT_EQ(editor_.Entries().back().RecordNumber, More + 1);
-    EXPECT_EQ(std::filesystem::file_size(path_), std::size_t{More + 1} * FilterSlotSize);
+    EXPECT_EQ(std::filesystem::file_size(path_), std::size_t{More + 1} * FilterRecordSize);
 }
 
-TEST_F(DropFilterEditorTest, WritesEachChangeToTheFileAtOnceAndTheTableFollowsAtTheEnd) {
+TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     Manage(a_ + blank_ + b_);
     editor_.Unload();
     editor_.InitFormAsManager();
 
-    editor_.Add();
-    EXPECT_EQ(Save("C"), Answer::Saved);
-    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + b_ + c_) << "after the last slot, not into the blank one";
+    Add("C", "c");
+    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + b_ + c_) << "behind the last record, not over the blank one";
     EXPECT_EQ(Listed(), "A 1, B 3, *C 4");
 
     editor_.Select(1);
     FilterFields fields = editor_.Edit();
     EXPECT_EQ(fields, ShowRecord(FilterOn("B", "b")));
     fields.FilterName = "D";
-    fields.Source = "d";
+    fields.Source = "x";
     EXPECT_EQ(editor_.Save(fields), Answer::Saved);
     EXPECT_EQ(fields.EventID, "-1");
-    const std::string d = SlotOf(FilterOn("D", "d"));
-    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + d + c_);
-    EXPECT_EQ(Listed(), "A 1, *D 3, C 4");
+    // The second edit starts with the fields of the first, and may take the old name again.
+    fields = editor_.Edit();
+    EXPECT_EQ(fields, ShowRecord(FilterOn("D", "x")));
+    EXPECT_EQ(Save("B", "d"), Answer::Saved);
+    const std::string b = RecordBytes(FilterOn("B", "d"));
+    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + b + c_);
+    EXPECT_EQ(Listed(), "A 1, *B 3, C 4");
 
     editor_.Select(0);
     editor_.Delete();
-    EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + d + c_);
-    const auto suppressed = [this] {
-        std::string sources;
-        AlarmRecord alarm;
-        for (const char* const source : {"a", "b", "d"}) {
-            alarm.Source = source;
-            sources += filters_.IsSuppressed(alarm) ? source : "";
-        }
-        return sources;
-    };
-    EXPECT_EQ(suppressed(), "ab");
+    EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + b + c_);
+    Add("A", "a");  // the name is free again, the record is not
+    EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + b + c_ + a_);
+    EXPECT_EQ(Listed(), "B 3, C 4, *A 5");
+    editor_.Delete();
+    editor_.Select(1);
+    editor_.Delete();
+    Add("E", "b");
+    EXPECT_EQ(Listed(), "B 3, *E 6");
+    EXPECT_EQ(Suppressed(), "ab");
     editor_.Unload();
-    EXPECT_EQ(suppressed(), "d");
+    EXPECT_EQ(Suppressed(), "bd");
     EXPECT_EQ(filters_.FilterCount, 2);
+    editor_.InitFormAsManager();
+    EXPECT_EQ(filters_.FilterCount, 6) << "records while the dialog is open, filters afterwards";
+    EXPECT_EQ(Listed(), "*B 3, E 6");
 }
 
-TEST_F(DropFilterEditorTest, RefusesInItsOrderAndKeepsItsMode) {
+TEST_F(DropFilterEditorTest, RefusesInAFixedOrderAndKeepsItsMode) {
     const std::string long31(31, 'n');
     const std::string noName = "You must enter a name for this suppression filter before you can save it.";
     const std::string tooLong = "A filter name must be 30 characters or less!";
@@ -132,8 +151,8 @@ TEST_F(DropFilterEditorTest, RefusesInItsOrderAndKeepsItsMode) {
         return "The filter name you have chosen (" + name +
                ") is already in use.  Please enter a different filter name and try again.";
     };
-    const std::string file = SlotOf(FilterOn("MY FILTER", "a")) + SlotOf(FilterOn(long31, "b")) +
-                             SlotOf(FilterOn("\xC4rger", "c"));
+    const std::string file = RecordBytes(FilterOn("MY FILTER", "a")) + RecordBytes(FilterOn(long31, "b")) +
+                             RecordBytes(FilterOn("\xC4rger", "c"));
     const struct {
         std::string Name;
         Answer Answered;
@@ -160,7 +179,7 @@ TEST_F(DropFilterEditorTest, RefusesInItsOrderAndKeepsItsMode) {
             adding ? editor_.Add() : static_cast<void>(editor_.Edit());
             const DialogMode mode = editor_.Mode();
             boxes_.Shown.clear();
-            EXPECT_EQ(Save(name, eventId), answered);
+            EXPECT_EQ(Save(name, "", eventId), answered);
             EXPECT_EQ(boxes_.Shown, shown);
             const bool saved = answered == Answer::Saved;
             EXPECT_EQ(editor_.Mode(), saved ? DialogMode::Manage : mode);
@@ -170,7 +189,7 @@ TEST_F(DropFilterEditorTest, RefusesInItsOrderAndKeepsItsMode) {
     }
 }
 
-TEST_F(DropFilterEditorTest, KeepsOneEntrySelectedAsLongAsThereIsAny) {
+TEST_F(DropFilterEditorTest, OneEntryIsSelectedUnlessTheListIsEmpty) {
     Manage(a_ + b_ + c_);
     editor_.Select(1);
     editor_.Delete();
@@ -182,40 +201,35 @@ TEST_F(DropFilterEditorTest, KeepsOneEntrySelectedAsLongAsThereIsAny) {
     editor_.Delete();
     EXPECT_EQ(editor_.Selected(), std::nullopt);
     EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + blank_);
-}
-
-TEST_F(DropFilterEditorTest, EditsTheCurrentRecordWhereNothingIsSelected) {
-    Manage("");
+    // Nothing is selected: the current record is shown, and nothing is written.
     filters_.CurrentFilter = FilterOn("current", "x");
     EXPECT_EQ(editor_.Edit(), ShowRecord(FilterOn("current", "x")));
     EXPECT_EQ(Save("other"), Answer::Saved);
-    EXPECT_EQ(ReadBytes(path_), "");
+    EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + blank_);
     EXPECT_EQ(Listed(), "");
 }
 
-TEST_F(DropFilterEditorTest, SortsByNameWithoutCaseAndKeepsTheSelectedEntry) {
-    Manage(SlotOf(FilterOn("beta", "")) + SlotOf(FilterOn("Alpha", "")) + blank_ +
-           SlotOf(FilterOn("GAMMA", "")) + SlotOf(FilterOn("BETA", "")));
+TEST_F(DropFilterEditorTest, SortsByNameWithoutCaseAndKeepsTheSelection) {
+    Manage(RecordBytes(FilterOn("beta", "")) + RecordBytes(FilterOn("Alpha", "")) + blank_ +
+           RecordBytes(FilterOn("GAMMA", "")) + RecordBytes(FilterOn("BETA", "")));
     editor_.Select(2);
     editor_.Sort(Order::Ascending);
     EXPECT_EQ(Listed(), "Alpha 2, beta 1, BETA 5, *GAMMA 4");
     editor_.Sort(Order::Descending);
     EXPECT_EQ(Listed(), "*GAMMA 4, beta 1, BETA 5, Alpha 2");
-    editor_.Add();
-    EXPECT_EQ(Save("azure"), Answer::Saved);
+    Add("azure");
     EXPECT_EQ(Listed(), "GAMMA 4, beta 1, BETA 5, *azure 6, Alpha 2");
     editor_.Select(0);
     editor_.Edit();
     EXPECT_EQ(Save("aaa"), Answer::Saved);
     EXPECT_EQ(Listed(), "beta 1, BETA 5, azure 6, Alpha 2, *aaa 4");
-    EXPECT_EQ(ReadBytes(path_).substr(3 * FilterSlotSize, 4), "aaa ") << "the record that was selected";
+    EXPECT_EQ(ReadBytes(path_).substr(3 * FilterRecordSize, 4), "aaa ") << "the record that was selected";
 }
 
-TEST_F(DropFilterEditorTest, GoesOnWhereNoFileCanBe) {
+TEST_F(DropFilterEditorTest, GoesOnIfThereCanBeNoFile) {
     std::filesystem::create_directory(path_);
     editor_.InitFormAsManager();
-    editor_.Add();
-    EXPECT_EQ(Save("A"), Answer::Saved);
+    Add("A");
     EXPECT_EQ(Listed(), "*A 1");
     editor_.Delete();
     editor_.Unload();

@@ -13,7 +13,7 @@ AlarmDate Date(const CivilDateTime& parts) {
     return MakeAlarmDate(parts).value();
 }
 
-TEST(FilterFieldsTest, StoresTextsAsTypedPaddedOrCut) {
+TEST(FilterFieldsTest, StoresTextsAsTypedButPaddedOrCut) {
     FilterFields fields;
     fields.FilterName = " my filter ";
     fields.Source = std::string(31, 's');
@@ -61,7 +61,7 @@ TEST(FilterFieldsTest, StoresEventIdsOrRefusesThem) {
     }
 }
 
-TEST(FilterFieldsTest, StoresDatesOnlyWhereARangeIsInForce) {
+TEST(FilterFieldsTest, StoresDatesOnlyWithADateRange) {
     FilterFields fields;
     fields.BeginDate = Date({2026, 11, 22, 18, 0, 0});
     fields.EndDate = Date({2026, 11, 23, 6, 0, 1});
@@ -79,11 +79,11 @@ TEST(FilterFieldsTest, StoresDatesOnlyWhereARangeIsInForce) {
     EXPECT_EQ(record.UseDateRange, -1);
     EXPECT_EQ(record.BeginDate, 46348.75);
     EXPECT_EQ(record.EndDate, 46349 + (6 * 3600 + 1) / 86400.0);
-    fields.EventID.clear();  // as -1 is shown
+    fields.EventID.clear();  // -1 is shown as an empty text
     EXPECT_EQ(ShowRecord(record), fields);
 }
 
-TEST(FilterFieldsTest, ShowsTextsWithoutNulsAndBlanksAround) {
+TEST(FilterFieldsTest, ShowsTextsWithoutNulsAndSurroundingBlanks) {
     SuppressionFilter record;
     record.FilterName = std::string("A\0\0", 3) + std::string(47, '\0');
     record.Source = " x\ty ";
@@ -97,7 +97,7 @@ TEST(FilterFieldsTest, ShowsTextsWithoutNulsAndBlanksAround) {
               "A|x\ty|user|<b>c</b>||" + std::string(30, '\xff'));
 }
 
-TEST(FilterFieldsTest, ShowsAnyDateOfAFileWithinThoseThatCanBeTyped) {
+TEST(FilterFieldsTest, LimitsTheDatesOfAFileToThoseThatCanBeTyped) {
     constexpr double Infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(FirstTypedDate, Date({100, 1, 1}));
     EXPECT_EQ(LastTypedDate, Date({9999, 12, 31, 23, 59, 59}));
@@ -111,20 +111,20 @@ TEST(FilterFieldsTest, ShowsAnyDateOfAFileWithinThoseThatCanBeTyped) {
         {-1.25, Date({1899, 12, 29, 6, 0, 0}), Date({1899, 12, 29, 6, 0, 0})},
         {1e300, LastTypedDate, LastTypedDate},
         {-Infinity, FirstTypedDate, FirstTypedDate},
-        // Such an end excludes no date.
+        // NaN excludes no date.
         {std::nan(""), FirstTypedDate, LastTypedDate},
     };
     for (const auto& [days, asBegin, asEnd] : cases) {
         SCOPED_TRACE(days);
         SuppressionFilter record;
-        record.UseDateRange = 1;  // whatever is not false
+        record.UseDateRange = 1;  // every value but FilterFalse is true
         record.BeginDate = record.EndDate = days;
         FilterFields fields = ShowRecord(record);
         EXPECT_TRUE(fields.UseDateRange);
         EXPECT_EQ(fields.BeginDate, asBegin);
         EXPECT_EQ(fields.EndDate, asEnd);
         ASSERT_TRUE(StoreFieldsInRecord(fields, record));
-        EXPECT_EQ(ShowRecord(record), fields) << "what is shown stays so once it is saved";
+        EXPECT_EQ(ShowRecord(record), fields) << "saving does not change what is shown";
     }
 }
 

@@ -15,7 +15,7 @@
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeWindow.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/FilterSlots.h"
+#include "tests/support/FilterRecords.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -76,9 +76,9 @@ protected:
         EXPECT_EQ(List()->viewport()->backgroundRole(), anyListed ? QPalette::Base : QPalette::Button);
     }
 
-    const std::string a_ = SlotOf(FilterOn("A", "a"));
-    const std::string b_ = SlotOf(FilterOn("B", "b"));
-    const std::string blank_ = SlotOf(SuppressionFilter());
+    const std::string a_ = RecordBytes(FilterOn("A", "a"));
+    const std::string b_ = RecordBytes(FilterOn("B", "b"));
+    const std::string blank_ = RecordBytes(SuppressionFilter());
 
     TemporaryFolder folder_;
     const std::filesystem::path path_ = folder_ / "SavedFilters.dat";
@@ -150,7 +150,7 @@ TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
     filter.Computer = "pc";
     filter.EventID = 0;
     filter.EventTypes = FilterWarning | FilterSuccessAudit;
-    EXPECT_TRUE(FileIs(SlotOf(filter)));
+    EXPECT_TRUE(FileIs(RecordBytes(filter)));
     EXPECT_FALSE(Suppressed("Disk")) << "only once the dialog has closed";
 
     Click("cmdEdit");
@@ -167,7 +167,7 @@ TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
     filter.FilterName = "day";
     filter.EventID = AnyEventID;
     filter.EventTypes = FilterWarning;
-    EXPECT_TRUE(FileIs(SlotOf(filter)));
+    EXPECT_TRUE(FileIs(RecordBytes(filter)));
     EXPECT_EQ(Listed(), "*day ");
 
     Click("cmdDelete");
@@ -181,7 +181,7 @@ TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
 
 /// What is said is the editor's; the form keeps what was typed and leads to what is wrong.
 TEST_F(frmDropFiltersTest, RefusesAndKeepsWhatWasTyped) {
-    const std::string file = SlotOf(FilterOn("MY FILTER", "a"));
+    const std::string file = RecordBytes(FilterOn("MY FILTER", "a"));
     Manage(file);
     Click("cmdAdd");
     const struct {
@@ -230,7 +230,7 @@ TEST_F(frmDropFiltersTest, QuickAddProposesAndEndsInTheManager) {
         SuppressionFilter filter = FilterOn("7036_Disk", "Disk");
         filter.EventID = 7036;
         filter.EventTypes = FilterInformation;
-        EXPECT_TRUE(FileIs(saved ? a_ + SlotOf(filter) : a_));
+        EXPECT_TRUE(FileIs(saved ? a_ + RecordBytes(filter) : a_));
         EXPECT_EQ(Listed(), saved ? "A *7036_Disk " : "*A ");
         Press(Qt::Key_Escape);
         EXPECT_FALSE(dialog_->isVisible());
@@ -290,7 +290,7 @@ TEST_F(frmDropFiltersTest, DatesAreOutOfUseUnlessChosenAndAreSavedToTheSecond) {
     dated.UseDateRange = FilterTrue;
     dated.BeginDate = DaysFromAlarmDate(*MakeAlarmDate({2026, 8, 3, 14, 5, 9}));
     dated.EndDate = DaysFromAlarmDate(*MakeAlarmDate({2026, 9, 28, 2, 5, 9}));
-    EXPECT_TRUE(FileIs(SlotOf(dated)));
+    EXPECT_TRUE(FileIs(RecordBytes(dated)));
 
     Click("cmdEdit");
     expectEnabled(true);
@@ -303,7 +303,7 @@ TEST_F(frmDropFiltersTest, ShowsForeignFilesAsTheyAreAndBreaksNothing) {
     hostile.BeginDate = std::numeric_limits<double>::quiet_NaN();
     hostile.EndDate = 1e300;
     hostile.EventTypes = -1;
-    Manage(SlotOf(hostile));
+    Manage(RecordBytes(hostile));
     EXPECT_EQ(Listed(), "*<b>a</b> &F\u00B7\u00B7%sx ");
     Click("cmdEdit");
     EXPECT_EQ(Find<QDateTimeEdit>("dtBegin")->text(), "January 01 0100 12:00:00 AM");
@@ -320,11 +320,11 @@ TEST_F(frmDropFiltersTest, ShowsForeignFilesAsTheyAreAndBreaksNothing) {
     saved.EndDate = DaysFromAlarmDate(LastTypedDate);
     saved.EventTypes = 31;
     saved.Computer = std::string(30, 'p');
-    EXPECT_TRUE(FileIs(SlotOf(saved)));
+    EXPECT_TRUE(FileIs(RecordBytes(saved)));
 }
 
 TEST_F(frmDropFiltersTest, SortsByItsHeaderAndKeepsSelectedWhatIsActedOn) {
-    const std::string c = SlotOf(FilterOn("c", ""));
+    const std::string c = RecordBytes(FilterOn("c", ""));
     Manage(b_ + c + blank_ + a_);
     const QAbstractItemModelTester tester(List()->model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -349,13 +349,13 @@ TEST_F(frmDropFiltersTest, SortsByItsHeaderAndKeepsSelectedWhatIsActedOn) {
     Type("txtFilterName", "d");
     Press(Qt::Key_Return);
     EXPECT_EQ(Listed(), "*d c ");
-    EXPECT_TRUE(FileIs(blank_ + c + blank_ + SlotOf(FilterOn("d", "a"))));
+    EXPECT_TRUE(FileIs(blank_ + c + blank_ + RecordBytes(FilterOn("d", "a"))));
 }
 
 TEST_F(frmDropFiltersTest, KeepsItsPlaceInALongList) {
     std::string file;
     for (int i = 0; i < 2'000; ++i)
-        file += SlotOf(FilterOn("filter " + std::to_string(i), ""));
+        file += RecordBytes(FilterOn("filter " + std::to_string(i), ""));
     Manage(file);
     List()->setCurrentIndex(List()->model()->index(1'000, 0));
     const auto topRow = [this] { return List()->indexAt(QPoint(2, 2)).row(); };

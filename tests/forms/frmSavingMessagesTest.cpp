@@ -16,7 +16,7 @@ protected:
     std::unique_ptr<frmSavingMessages> window_;
 };
 
-TEST_F(frmSavingMessagesTest, ShowsTheProgressOfLoadingAlone) {
+TEST_F(frmSavingMessagesTest, ShowsProgressOnlyWhileLoading) {
     for (const bool loading : {false, true}) {
         window_ = std::make_unique<frmSavingMessages>(loading ? frmSavingMessages::Work::Loading
                                                               : frmSavingMessages::Work::Saving);
@@ -42,7 +42,7 @@ TEST_F(frmSavingMessagesTest, ShowsTheProgressOfLoadingAlone) {
     const QSize size = window_->size();
     const auto* const bar = Find<QProgressBar>("pgbProgress");
     for (const auto& [done, total, text, thousandths] : cases) {
-        window_->Show(done, total);
+        window_->ShowProgress(done, total);
         QCoreApplication::processEvents();
         EXPECT_EQ(Find<QLabel>("lblProgress")->text(), text);
         EXPECT_EQ(bar->value() * 1000 / bar->maximum(), thousandths) << text;

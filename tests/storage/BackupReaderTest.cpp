@@ -25,7 +25,7 @@ Texts ReadAll(std::string_view bytes, std::size_t pieceSize) {
             texts.emplace_back(text);
     }
     EXPECT_EQ(source.Left(), 0U);
-    EXPECT_EQ(reader.Next(text), BackupReader::Step::End) << "an end stays one";
+    EXPECT_EQ(reader.Next(text), BackupReader::Step::End) << "the end is final";
     return texts;
 }
 
@@ -35,7 +35,7 @@ const Texts Both = {Letters(25, 'a'), Letters(20, 'b')};
 const Texts First = {Letters(25, 'a')};
 const Texts Second = {Letters(20, 'b')};
 
-TEST(BackupReaderTest, GivesTheTextsThatTheLengthsLeadTo) {
+TEST(BackupReaderTest, FollowsTheLengths) {
     const struct {
         const char* What;
         std::string Bytes;
@@ -50,7 +50,7 @@ TEST(BackupReaderTest, GivesTheTextsThatTheLengthsLeadTo) {
         {"NULs and line ends",
          "00020" + Letters(10, '\0') + Letters(10, '\n'),
          {Letters(10, '\0') + Letters(10, '\n')}},
-        // Of 19 characters nothing is skipped: the next length is read right behind the 19's.
+        // After a length below 20 nothing is skipped: the next five bytes are read as a length.
         {"five", "00005" + A25, First},
         {"a text read as lengths", "00019" + Letters(14, 'z') + B20, {}},
         {"19, then a length", "00019" + B20, Second},
@@ -70,8 +70,8 @@ TEST(BackupReaderTest, GivesTheTextsThatTheLengthsLeadTo) {
         {"too long", A25 + "99999" + B20, First},
         {"a length alone", "00025", {}},
         {"one byte", "0", {}},
-        // One byte lost moves all that follows; eleven of junk bring the lengths back into step.
-        {"back in step",
+        // A lost byte shifts what follows by one; after eleven more bytes, a length is found again.
+        {"a text after a damaged one",
          "00025" + Letters(24, 'a') + Letters(11, '#') + B20,
          {Letters(24, 'a') + "#", Letters(20, 'b')}},
     };

@@ -7,7 +7,7 @@
 #include "reception/SyslogEndpoint.h"
 #include "tests/support/FakeDatagrams.h"
 #include "tests/support/FakeMailslots.h"
-#include "tests/support/FilterSlots.h"
+#include "tests/support/FilterRecords.h"
 #include "tests/support/MessagesInMemory.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -7,8 +7,7 @@
 
 namespace tallyhorn {
 
-// Filters, and the bytes that a filter file holds of them.
-
+/// Returns a filter that tests the source alone, or nothing if `source` is empty.
 inline SuppressionFilter FilterOn(std::string_view name, std::string_view source) {
     SuppressionFilter filter;
     filter.FilterName = name;
@@ -17,9 +16,10 @@ inline SuppressionFilter FilterOn(std::string_view name, std::string_view source
     return filter;
 }
 
-inline std::string SlotOf(const SuppressionFilter& filter) {
-    const FilterSlot slot = EncodeFilter(filter);
-    return {slot.data(), slot.size()};
+/// Returns the bytes of the filter's record in the filter file.
+inline std::string RecordBytes(const SuppressionFilter& filter) {
+    const FilterRecord record = EncodeFilter(filter);
+    return {record.data(), record.size()};
 }
 
 }  // namespace tallyhorn

@@ -10,7 +10,7 @@
 namespace tallyhorn {
 
 // The folders of the console's files: the program folder has the installed files, the data folder the user's
-// (settings, filters, backups).  In many installations they are one folder.
+// (settings, filters, backups).  They are the same folder if the user may write to the program folder.
 
 /// Returns the data folder: `program`, the program folder, if the user may create files there, otherwise a
 /// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder does.
@@ -24,8 +24,8 @@ std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 /// file is opened, since opening a pipe could block forever.
 std::filesystem::path FindOwnFile(const std::vector<std::filesystem::path>& folders, const std::string& name);
 
-/// Returns whether the user may create files in the folder; asks for the permission and creates nothing.  If
-/// the result is false, LastSystemError returns the reason.
+/// Returns whether the user may create files in the folder, without creating one.  If not, LastSystemError
+/// returns the reason.
 bool MayWriteInto(const std::filesystem::path& folder);
 
 /// Returns the folder in which each program has a folder for the user's data, for example ~/.local/share.

@@ -9,21 +9,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(DataFolderTest, IsTheProgramsWhereThatMayBeWritten) {
+TEST(DataFolderTest, IsTheProgramFolderIfThatIsWritable) {
     const TemporaryFolder home;
     WriteBytes(home / "file", "x");
     const fs::path users = UserDataFolder() / "tallyhorn-console";
     EXPECT_TRUE(users.is_absolute());
-    const struct {
-        fs::path Program;
-        fs::path Expected;
-    } cases[] = {{home.Path(), home.Path()}, {home.Path() / "none", users}, {home.Path() / "file", users}};
+    const std::pair<fs::path, fs::path> cases[] = {
+        {home.Path(), home.Path()}, {home.Path() / "none", users}, {home.Path() / "file", users}};
     for (const auto& [program, expected] : cases)
         EXPECT_EQ(ChooseDataFolder(program), expected);
-    EXPECT_EQ(CountFiles(home.Path()), 1U) << "asking leaves nothing behind";
+    EXPECT_EQ(CountFiles(home.Path()), 1U) << "the question creates nothing";
 }
 
-TEST(DataFolderTest, IsMadeForItsUserAlone) {
+TEST(DataFolderTest, IsCreatedForItsUserAlone) {
     const TemporaryFolder home;
     WriteBytes(home / "file", "x");
     for (const char* const name : {"one/two/three", "one/two", "one/two/four"}) {
@@ -44,12 +42,12 @@ TEST(DataFolderTest, IsMadeForItsUserAlone) {
     EXPECT_EQ(ReadBytes(home / "file"), "x");
 }
 
-TEST(DataFolderTest, AFileOfTheUsersIsFoundBeforeTheProgramsOwn) {
+TEST(DataFolderTest, FindsTheUsersFileBeforeTheInstalledOne) {
     const TemporaryFolder data;
     const TemporaryFolder program;
     const auto found = [&](const char* name) { return FindOwnFile({data.Path(), program.Path()}, name); };
     fs::create_directory(data / "sound.wav");
-    EXPECT_EQ(found("sound.wav"), "") << "there is none";
+    EXPECT_EQ(found("sound.wav"), "") << "it is a folder";
     WriteBytes(data / "mine", "");
     WriteBytes(program / "both", "");
     WriteBytes(data / "both", "");
@@ -57,7 +55,7 @@ TEST(DataFolderTest, AFileOfTheUsersIsFoundBeforeTheProgramsOwn) {
     EXPECT_EQ(found("both"), data.Path() / "both");
 }
 
-TEST(DataFolderTest, TheProfileFunctionsAreGivenAPathThatTheyFind) {
+TEST(DataFolderTest, NarrowPathsCanBeOpened) {
     const TemporaryFolder home;
     for (const std::u8string_view name : {u8"plain", u8"J\u00fcrgen", u8"\u03a9\u8a9e"}) {
         const fs::path folder = home.Path() / name;

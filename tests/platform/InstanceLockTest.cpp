@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <memory>
+#include <utility>
 
 #include "platform/InstanceLock.h"
 #include "tests/support/TestMailslot.h"
@@ -8,17 +9,20 @@
 namespace tallyhorn {
 namespace {
 
-TEST(InstanceLockTest, TheFirstHoldsItUntilItEnds) {
+TEST(InstanceLockTest, TheFirstInstanceHoldsItUntilItEnds) {
     TestMailslot mailslot;
-    std::optional<InstanceLock> first(std::in_place, mailslot.Name, mailslot.Folder);
-    InstanceLock second(mailslot.Name, mailslot.Folder);
     InstanceLock other(mailslot.Name + "2", mailslot.Folder);
-    EXPECT_TRUE(first->Acquire());
-    EXPECT_TRUE(first->Acquire()) << "asking again changes nothing";
-    EXPECT_FALSE(second.Acquire());
     EXPECT_TRUE(other.Acquire());
-    first.reset();
-    EXPECT_TRUE(second.Acquire());
+    const auto make = [&] { return std::make_unique<InstanceLock>(mailslot.Name, mailslot.Folder); };
+    auto first = make();
+    auto second = make();
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_TRUE(first->Acquire());
+        EXPECT_TRUE(first->Acquire()) << "asking again changes nothing";
+        EXPECT_FALSE(second->Acquire());
+        EXPECT_FALSE(second->Acquire());
+        first = std::exchange(second, make());
+    }
 }
 
 TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
@@ -30,7 +34,7 @@ TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
               nullptr);
 }
 
-TEST(InstanceLockTest, ASystemThatGivesNoLockStopsNobody) {
+TEST(InstanceLockTest, IsGrantedWhereTheSystemHasNoLock) {
     TestMailslot mailslot;
     InstanceLock lock(mailslot.Name, mailslot.Home / "missing/folder");
     EXPECT_TRUE(lock.Acquire());

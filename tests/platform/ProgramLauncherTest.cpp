@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/ProgramLauncher.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {
 namespace {
@@ -16,15 +14,10 @@ namespace {
 constexpr const char* Program = "show-arguments";
 
 bool Appears(const std::filesystem::path& file) {
-    for (int i = 0; i < 1000; ++i) {
-        if (std::filesystem::exists(file))
-            return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return false;
+    return Eventually([&file] { return std::filesystem::exists(file); });
 }
 
-TEST(ProgramLauncherTest, EachArgumentArrivesAsItIs) {
+TEST(ProgramLauncherTest, PassesEachArgumentUnchanged) {
     const std::vector<std::string> arguments = {
         "LON-DC-1",
         "PC ( 3 Events )",
@@ -47,7 +40,7 @@ TEST(ProgramLauncherTest, EachArgumentArrivesAsItIs) {
     for (const std::string& argument : arguments)
         expected += argument + '\0';
     EXPECT_EQ(ReadBytes(folder / "seen"), expected);
-    EXPECT_EQ(CountFiles(folder.Path()), 1U) << "nothing of it was run";
+    EXPECT_EQ(CountFiles(folder.Path()), 1U) << "no shell ran the arguments";
 
     words = {folder / "cut", std::string("before\0behind", 13), "next"};
     ASSERT_TRUE(programs->Start(Program, words));
@@ -55,7 +48,7 @@ TEST(ProgramLauncherTest, EachArgumentArrivesAsItIs) {
     EXPECT_EQ(ReadBytes(folder / "cut"), std::string("before\0next\0", 12));
 }
 
-TEST(ProgramLauncherTest, OnlyTheFoldersOfThePathAreSearched) {
+TEST(ProgramLauncherTest, SearchesOnlyTheGivenFolders) {
     const TemporaryFolder folder;
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(TALLYHORN_PROGRAMS);

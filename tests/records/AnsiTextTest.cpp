@@ -3,6 +3,7 @@
 #include <string>
 
 #include "records/AnsiText.h"
+#include "tests/support/Cases.h"
 
 namespace tallyhorn {
 namespace {
@@ -72,34 +73,16 @@ TEST(AnsiText, ComparesWithoutCase) {
 }
 
 TEST(ReadInt32, ReadsANumberOrLeavesTheOldOne) {
-    const struct {
-        const char* Text;
-        std::int32_t Number;
-    } cases[] = {
-        {"528", 528},
-        {"  -12 ", -12},
-        {"+7", 7},
-        {"2.5", 2},
-        {"3.5", 4},
-        {"-2.5", -2},
-        {"-3.5", -4},
-        {"2.50001", 3},
-        {"2.49999", 2},
-        {".5", 0},
-        {"1.5000", 2},
-        {"5.", 5},
-        {"2147483647.4", INT32_MAX},
-        {"-2147483648.5", INT32_MIN},
-        {"0000000000000000000000000012", 12},
-    };
     std::int32_t number = 0;
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [text, expected] : SplitPairs(
+             "528=528|  -12 =-12|+7=7|2.5=2|3.5=4|-2.5=-2|-3.5=-4|2.50001=3|2.49999=2|.5=0|1.5000=2|5.=5|"
+             "2147483647.4=2147483647|-2147483648.5=-2147483648|0000000000000000000000000012=12")) {
         EXPECT_TRUE(ReadInt32(text, number)) << text;
-        EXPECT_EQ(number, expected) << text;
+        EXPECT_EQ(std::to_string(number), expected) << text;
     }
-    for (const char* const text :
-         {"2147483648", "2147483647.5", "-2147483648.6", "99999999999999999999999999", "", " ", "-", ".",
-          "1 2", "- 1", "1e3", "0x10", "1.2.3", "12a", "1,000"}) {
+    for (const std::string& text : SplitAtBars(
+             "2147483648|2147483647.5|-2147483648.6|99999999999999999999999999|| |-|.|1 2|- 1|1e3|0x10|"
+             "1.2.3|12a|1,000")) {
         EXPECT_FALSE(ReadInt32(text, number)) << text;
         EXPECT_EQ(number, 12) << text;
     }

@@ -4,6 +4,7 @@
 
 #include "records/AnsiText.h"
 #include "records/CanonicalText.h"
+#include "tests/support/Cases.h"
 
 namespace tallyhorn {
 namespace {
@@ -51,33 +52,13 @@ TEST(MessageText, IsWrittenAndReadBack) {
 }
 
 TEST(MessageText, IsRefusedWithOneLabelOrValueWrong) {
-    const struct {
-        const char* Wanted;
-        const char* Instead;
-    } cases[] = {
-        {"Date: ", "date: "},
-        {"Date: 8", "Date: x8"},
-        {"2:05:09 PM", "2:05:09 PM\n"},
-        {"2:05:09 PM", "2:05:09 PM\r\nx"},
-        {"\r\nAlarm Name: ", "\nAlarm Name: "},
-        {"\r\nAlarm Name: ", "\r\nAlarm Name:"},
-        {"\r\nLog Type: ", " Log Type: "},
-        {"Source: ", "Sources: "},
-        {"Type Of Event: ", "Type of Event: "},
-        {"Category: ", ""},
-        {"EventID: 42", "EventID: 042"},
-        {"EventID: 42", "EventID: +42"},
-        {"EventID: 42", "EventID: -0"},
-        {"EventID: 42", "EventID: "},
-        {"EventID: 42", "EventID: 42 "},
-        {"EventID: 42", "EventID: 4294967296"},
-        {"Account: ", "\r\nAccount: "},
-        {"Computer: ", "\r\n"},
-        {"Description: \r\n", "Description: "},
-    };
-    for (const auto& [wanted, instead] : cases) {
+    for (const auto& [wanted, instead] : SplitPairs(
+             "Date: =date: |Date: 8=Date: x8|PM=PM\n|PM=PM\r\nx|\r\nAlarm Name: =\nAlarm Name: |"
+             "\r\nAlarm Name: =\r\nAlarm Name:|\r\nLog Type: = Log Type: |Source: =Sources: |"
+             "Type Of Event: =Type of Event: |Category: =|42=042|42=+42|42=-0|42=|42=42 |42=4294967296|"
+             "Account: =\r\nAccount: |Computer: =\r\n|Description: \r\n=Description: ")) {
         std::string text = PlainText;
-        text.replace(text.find(wanted), std::string(wanted).size(), instead);
+        text.replace(text.find(wanted), wanted.size(), instead);
         AlarmRecord read = {AlarmDate{7}, "a", "b", "c", "d", "e", 1, "f", "g", "h"};
         const AlarmRecord before = read;
         EXPECT_FALSE(ReadMessageText(text, read)) << text;

@@ -2,8 +2,10 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "records/NetBiosFormat.h"
+#include "tests/support/Cases.h"
 #include "tests/support/FileBytes.h"
 
 namespace tallyhorn {
@@ -30,79 +32,64 @@ TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
                            "LON-DC-1", "Logon failure:\r\n\tReason: unknown user\r\n"}));
 }
 
-/// One line after the other is spoilt; only its own field stays as it was.
+std::string Join(std::span<const std::string> lines) {
+    std::string text;
+    for (const std::string& line : lines)
+        text += (text.empty() ? "" : "\r\n") + line;
+    return text;
+}
+
+/// Each line in turn is missing or invalid: only its own field keeps its value.
 TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
-    const std::string good[] = {"Date: 8/21/2008 2:05:09 PM",
-                                "",
-                                "",
-                                "Alarm (a)",
-                                "",
-                                "",
-                                "L: l",
-                                "S: s",
-                                "T: t",
-                                "C: c",
-                                "E: 7",
-                                "A: a",
-                                "K: k",
-                                "D: d"};
-    const struct {
-        std::size_t Line;
-        std::string Text;
-        void (*Keep)(AlarmRecord& to, const AlarmRecord& from);
-    } cases[] = {
-        {0, "Date: yesterday", [](auto& to, const auto& from) { to.DateTime = from.DateTime; }},
-        {3, "no parentheses", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
-        {3, ")the wrong way round(", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
-        {3, "(never closed", [](auto& to, const auto& from) { to.AlarmName = from.AlarmName; }},
-        {6, "no colon", [](auto& to, const auto& from) { to.LogType = from.LogType; }},
-        {7, "", [](auto& to, const auto& from) { to.Source = from.Source; }},
-        {8, "type", [](auto& to, const auto& from) { to.TypeOfEvent = from.TypeOfEvent; }},
-        {9, "category", [](auto& to, const auto& from) { to.Category = from.Category; }},
-        {10, "E: seven", [](auto& to, const auto& from) { to.EventID = from.EventID; }},
-        {10, "E: 99999999999", [](auto& to, const auto& from) { to.EventID = from.EventID; }},
-        {11, "account", [](auto& to, const auto& from) { to.AccountName = from.AccountName; }},
-        {12, "computer", [](auto& to, const auto& from) { to.Computer = from.Computer; }},
-        {13, "description", [](auto& to, const auto& from) { to.Description = from.Description; }},
+    const std::vector<std::string> good =
+        SplitAtBars("Date: 8/21/2008 2:05:09 PM|||Alarm (a)|||L: l|S: s|T: t|C: c|E: 7|A: a|K: k|D: d");
+    const AlarmRecord whole = {
+        *MakeAlarmDate({2008, 8, 21, 14, 5, 9}), "a", "l", "s", "t", "c", 7, "A", "K", "d"};
+    const auto keep = [](std::size_t line, AlarmRecord& record) {
+        const AlarmRecord before = Before();
+        std::string AlarmRecord::*const fields[] = {&AlarmRecord::LogType,     &AlarmRecord::Source,
+                                                    &AlarmRecord::TypeOfEvent, &AlarmRecord::Category,
+                                                    &AlarmRecord::Category,    &AlarmRecord::AccountName,
+                                                    &AlarmRecord::Computer,    &AlarmRecord::Description};
+        if (line == 0)
+            record.DateTime = before.DateTime;
+        else if (line == 3)
+            record.AlarmName = before.AlarmName;
+        else if (line == 10)
+            record.EventID = before.EventID;
+        else if (line > 5)
+            record.*fields[line - 6] = before.*fields[line - 6];
     };
-    const auto join = [](const auto& lines) {
-        std::string text;
-        for (const std::string& line : lines)
-            text += (text.empty() ? "" : "\r\n") + line;
-        return text;
-    };
-    const AlarmRecord whole = Parsed(join(good));
-    EXPECT_EQ(whole.Description, "d");
     AlarmRecord cut = whole;
-    for (std::size_t lines = std::size(good); lines-- > 0;) {
-        for (const auto& each : cases) {
-            if (each.Line == lines)
-                each.Keep(cut, Before());
-        }
-        EXPECT_EQ(Parsed(join(std::span(good, lines))), cut) << "the first " << lines << " lines";
+    for (std::size_t lines = good.size(); lines-- > 0;) {
+        keep(lines, cut);
+        EXPECT_EQ(Parsed(Join(std::span(good).first(lines))), cut) << "the first " << lines << " lines";
     }
-    for (const auto& [line, text, keep] : cases) {
-        std::vector<std::string> lines(std::begin(good), std::end(good));
+    for (const auto& [number, text] : SplitPairs(
+             "0=Date: yesterday|3=no parentheses|3=)in the wrong order(|3=(never closed|6=no colon|7=|8=type|"
+             "9=category|10=E: seven|10=E: 99999999999|11=account|12=computer|13=description")) {
+        const std::size_t line = std::stoul(number);
+        std::vector<std::string> lines = good;
         lines[line] = text;
         AlarmRecord expected = whole;
-        keep(expected, Before());
-        EXPECT_EQ(Parsed(join(lines)), expected) << text;
+        keep(line, expected);
+        EXPECT_EQ(Parsed(Join(lines)), expected) << text;
     }
 }
 
-TEST(ParseCurrentAlarm, CutsValuesByPositionAlone) {
+TEST(ParseCurrentAlarm, FindsValuesByPositionAlone) {
     const std::string head = "Date: 8/21/2008\r\n\r\n\r\n((a)b))c\r\n\r\n\r\n";
-    // The character after the colon goes with it, whatever it is; only CR LF together end a line.
+    // The character after the colon is skipped, whatever it is.  Only CR LF together end a line.
     EXPECT_EQ(Parsed(head + "L:x\r\nS:\r\n:  \r\nC:: :\r\nE:\t12.5\r\nA: \xE9\0b\r\nK: k\rk\nk\r\nD: "s),
               (AlarmRecord{*MakeAlarmDate({2008, 8, 21}), "(a)b)", "", "", " ", " :", 12, "\xC9\0B"s,
                            "K\rK\nK", ""}));
 }
 
-TEST(ParseCurrentAlarm, ReadsTwentyCharactersOfDate) {
+TEST(ParseCurrentAlarm, ReadsTwentyCharactersAsTheDate) {
     EXPECT_EQ(Parsed("Date: 8/21/2008 14:05:09 and more").DateTime, AlarmDate{1});
     EXPECT_EQ(Parsed("Date: 08/21/2008 14:05:09 and more").DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
     EXPECT_EQ(Parsed("When: 12/21/2008 12:05:09 AM").DateTime, MakeAlarmDate({2008, 12, 21, 12, 5, 9}))
-        << "the half of the day lies behind the twentieth character";
+        << "AM is beyond the twentieth character";
 }
 
 }  // namespace

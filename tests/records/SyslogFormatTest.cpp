@@ -4,6 +4,8 @@
 
 #include "records/CanonicalText.h"
 #include "records/SyslogFormat.h"
+#include "tests/support/Cases.h"
+#include "tests/support/DateTexts.h"
 
 namespace tallyhorn {
 namespace {
@@ -72,106 +74,62 @@ TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
 }
 
 TEST(ParseSyslogText, CutsTheLogType) {
-    const struct {
-        const char* Field;
-        const char* Expected;
-    } cases[] = {{" Security Log", "Security"},
-                 {"Security Log ", "Security L"},
-                 {"Log", ""},
-                 {"ab", "before"},
-                 {"", "before"},
-                 {"  DNS Server xyz", "DNS Server"}};
-    for (const auto& [field, expected] : cases) {
+    for (const auto& [field, expected] :
+         SplitPairs(" Security Log=Security|Security Log =Security L|Log=|ab=before|=before|"
+                    "  DNS Server xyz=DNS Server")) {
         AlarmRecord alarm;
         alarm.LogType = "before";
-        ParseSyslogText("(a):"s + field + ",", false, AlarmDate(), alarm);
+        ParseSyslogText("(a):" + field + ",", false, AlarmDate(), alarm);
         EXPECT_EQ(alarm.LogType, expected) << field;
     }
     EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon after the name counts";
 }
 
-TEST(ParseSyslogText, GivesANotificationWithoutNameTheTimeOfArrival) {
-    const std::string fields = ": System Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, d";
-    for (const char* const head : {"no parentheses", ")(", "x ) y (", "(never closed", "()", "(   )", ""}) {
-        const AlarmRecord alarm = Parsed(head + fields);
-        const AlarmRecord expected = {Now, "???", "???", "s", "", "c", 7, "???", "???", "d"};
-        EXPECT_EQ(alarm, expected) << head;
+TEST(ParseSyslogText, GivesTestMessagesAndNamelessOnesTheTimeOfArrival) {
+    const std::string fields = ": System Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, ";
+    const AlarmRecord nameless = {Now, "???", "???", "s", "", "c", 7, "???", "???", "d"};
+    for (const char* const head : {"no parentheses", ")(", "x ) y (", "(never closed", "()", "(   )", ""})
+        EXPECT_EQ(Parsed(head + fields + "d"), nameless) << head;
+    EXPECT_EQ(
+        Parsed("(a)" + fields + "a Test Message"),
+        (AlarmRecord{Now, "Test Notification", "???", "s", "", "c", 7, "???", "???", "a Test Message"}));
+    for (const auto& [text, name] :
+         SplitPairs("=???|(\t)=\t|TTest Message=Test Notification|(test message)=test message|"
+                    "(Test  Message)=Test  Message")) {
+        EXPECT_EQ(Parsed(text).AlarmName, name) << text;
+        EXPECT_EQ(Parsed(text).Source, "source") << text;
     }
-    EXPECT_EQ(Parsed("(\t)" + fields).AlarmName, "\t") << "only blanks are trimmed";
-    EXPECT_EQ(Parsed("").AlarmName, "???");
-    EXPECT_EQ(Parsed("").Source, "source");
-}
-
-TEST(ParseSyslogText, RecognisesATestMessageAnywhere) {
-    const AlarmRecord expected = {Now, "Test Notification", "???", "s", "", "c", 7, "???", "???", ""};
-    AlarmRecord alarm = Parsed("(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, Test Message");
-    EXPECT_EQ(alarm.Description, "Test Message");
-    alarm.Description.clear();
-    EXPECT_EQ(alarm, expected);
-    EXPECT_EQ(Parsed("TTest Message").AlarmName, "Test Notification") << "although the name is missing";
-    EXPECT_EQ(Parsed("(test message)").AlarmName, "test message");
-    EXPECT_EQ(Parsed("(Test  Message)").AlarmName, "Test  Message");
 }
 
 TEST(ParseSyslogText, ReadsDates) {
-    const auto at = [](int hour, int minute, int second) {
-        return MakeAlarmDate({2008, 8, 21, hour, minute, second}).value();
-    };
     const auto parsed = [](const std::string& text, bool dayFirst) {
         return Parsed("(a): b Log,  " + text + " ,s,", dayFirst);
     };
-    const struct {
-        const char* Text;
-        bool DayFirst;
-        AlarmDate Expected;
-    } cases[] = {
-        {"08/21/2008 12:05:09 AM", false, at(0, 5, 9)},
-        {"08/21/2008 12:05:09 PM", false, at(12, 5, 9)},
-        {"08/21/2008 2:05:09 pm", false, at(14, 5, 9)},
-        {"08/21/2008 11:05:09 am", false, at(11, 5, 9)},
-        {"08/21/2008 14:05:09", false, at(14, 5, 9)},
-        {"08/21/2008 0:0:0", false, at(0, 0, 0)},
-        {"21/08/2008 14:05:09", true, at(14, 5, 9)},
-        {"21.8.2008 2:05:09 PM", true, at(14, 5, 9)},
-        {"8-21-08 14:05:09", false, at(14, 5, 9)},
-        {"8x21x2008x14x5x9", false, at(14, 5, 9)},
-        {"8/21/29 1:2:3", false, MakeAlarmDate({2029, 8, 21, 1, 2, 3}).value()},
-        {"8/21/30 1:2:3", false, MakeAlarmDate({1930, 8, 21, 1, 2, 3}).value()},
-        // The third character is a separator throughout the date, even if it is a digit: here it is 9.
-        {"0192192008 14:05:06", false, MakeAlarmDate({2008, 1, 21, 14, 5, 6}).value()},
-        // A seventh part other than PM means the morning, but only if no eighth part follows.
-        {"08/21/2008 12:05:09 x", false, at(0, 5, 9)},
-        {"08/21/2008 13:05:09 AM", false, at(13, 5, 9)},
-        {"08/21/2008 12:05:09:", false, at(0, 5, 9)},
-        {"08/21/2008 12:05:09 PM x", false, at(12, 5, 9)},
-        {"08/21/2008 2:05:09 x PM", false, at(2, 5, 9)},
+    const auto expectDates = [&parsed](std::string_view cases) {
+        for (const auto& [text, expected] : SplitPairs(cases))
+            EXPECT_EQ(FormatGeneralDate(parsed(text, text.starts_with("21")).DateTime), expected) << text;
     };
-    for (const auto& [text, dayFirst, expected] : cases)
-        EXPECT_EQ(parsed(text, dayFirst).DateTime, expected) << text;
-
-    for (const char* const text : {"08/21/2008 13:05:09 PM",
-                                   "08/21/2008 24:05:09",
-                                   "08/21/2008 14:60:09",
-                                   "08/21/2008 14:05:60",
-                                   "08/21/2008 14:05",
-                                   "08/21/2008 14:05:",
-                                   "08/21/2008  14:05:09",
-                                   "21/08/2008 14:05:09",
-                                   "2/29/2007 14:05:09",
-                                   "8/0/2008 14:05:09",
-                                   "8/21/8 14:05:09",
-                                   "8/21/99999 14:05:09",
-                                   "8/21/4294969304 14:05:09",
-                                   "4294967304/21/2008 14:05:09",
-                                   "8/21/2008 18446744073709551630:05:09",
-                                   "-8/21/2008 14:05:09",
-                                   "8/+21/2008 14:05:09",
-                                   "8/21/2008 14:05:0x9",
-                                   "8/21/2008\t14:05:09",
-                                   "2008-08-21 14:05:09",
-                                   "1",
-                                   "11",
-                                   ""}) {
+    expectDates(
+        "08/21/2008 12:05:09 AM=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM=8/21/2008 12:05:09 PM|"
+        "08/21/2008 2:05:09 pm=8/21/2008 2:05:09 PM|08/21/2008 11:05:09 am=8/21/2008 11:05:09 AM|"
+        "08/21/2008 14:05:09=8/21/2008 2:05:09 PM|08/21/2008 0:0:0=8/21/2008|"
+        "21/08/2008 14:05:09=8/21/2008 2:05:09 PM|21.8.2008 2:05:09 PM=8/21/2008 2:05:09 PM|"
+        "8-21-08 14:05:09=8/21/2008 2:05:09 PM|8x21x2008x14x5x9=8/21/2008 2:05:09 PM|"
+        "8/21/29 1:2:3=8/21/2029 1:02:03 AM|8/21/30 1:2:3=8/21/1930 1:02:03 AM");
+    // The third character is a separator throughout the date, even if it is a digit: here it is 9.
+    expectDates("0192192008 14:05:06=1/21/2008 2:05:06 PM");
+    // A seventh part other than PM means the morning, but only if no eighth part follows.
+    expectDates(
+        "08/21/2008 12:05:09 x=8/21/2008 12:05:09 AM|08/21/2008 13:05:09 AM=8/21/2008 1:05:09 PM|"
+        "08/21/2008 12:05:09:=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM x=8/21/2008 12:05:09 PM|"
+        "08/21/2008 2:05:09 x PM=8/21/2008 2:05:09 AM");
+    for (const std::string& text : SplitAtBars(
+             "08/21/2008 13:05:09 PM|08/21/2008 24:05:09|08/21/2008 14:60:09|08/21/2008 14:05:60|1|11||"
+             "08/21/2008 14:05|08/21/2008 14:05:|08/21/2008  14:05:09|21/08/2008 14:05:09|"
+             "2/29/2007 14:05:09|8/0/2008 14:05:09|8/21/8 14:05:09|8/21/99999 14:05:09|"
+             "8/21/4294969304 14:05:09|4294967304/21/2008 14:05:09|-8/21/2008 14:05:09|"
+             "8/21/2008 18446744073709551630:05:09|8/+21/2008 14:05:09|8/21/2008 14:05:0x9|"
+             "8/21/2008\t14:05:09|2008-08-21 14:05:09")) {
         EXPECT_EQ(parsed(text, false).DateTime, Before().DateTime) << text;
         EXPECT_EQ(parsed(text, false).Source, "s") << text;
     }

@@ -11,8 +11,8 @@ namespace {
 
 struct Wave {
     std::uint32_t Kind = 1, Channels = 1, Rate = 44'100, Bits = 16, Frame = 2;
-    std::uint32_t DataSize = 64;  ///< as the file tells; it has 64
-    std::string Before{};         ///< chunks in front of the format
+    std::uint32_t DataSize = 64;  ///< as stated in the file, which has 64
+    std::string Before{};         ///< chunks before the format chunk
     std::uint32_t FormatSize = 16;
 
     std::string File() const {
@@ -23,7 +23,7 @@ struct Wave {
     }
 };
 
-TEST(WaveFileTest, OnlyWholePlainWavesPass) {
+TEST(WaveFileTest, AcceptsOnlyCompletePlainFiles) {
     const struct {
         const char* What;
         Wave File;

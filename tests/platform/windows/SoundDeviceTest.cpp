@@ -17,7 +17,7 @@ using Mode = SoundDevice::Mode;
 
 constexpr std::uint32_t Rate = 44'100;
 
-/// Half a second of one channel, each sample one more than that before.
+/// Half a second of one channel, in which each sample is one more than the sample before.
 std::string RisingSamples() {
     std::string samples;
     for (std::uint32_t i = 1; i <= Rate / 2; ++i)
@@ -33,7 +33,7 @@ std::string Wave(const std::string& samples) {
     return "RIFF" + LittleEndian(static_cast<std::uint32_t>(chunks.size()), 4) + chunks;
 }
 
-/// Without the gaps of a busy machine, and what is not yet filled.
+/// Removes silent samples: a busy machine leaves gaps, and the end of the file may not be written yet.
 std::string WithoutSilence(const std::string& samples) {
     std::string heard;
     for (std::size_t at = 0; at + 1 < samples.size(); at += 2) {
@@ -58,7 +58,7 @@ protected:
     std::unique_ptr<SoundDevice> device_ = MakeSoundDevice();
 };
 
-TEST_F(SoundDeviceTest, TellsItsMode) {
+TEST_F(SoundDeviceTest, ReportsItsMode) {
     EXPECT_EQ(device_->CurrentMode(), Mode::NotOpen);
     EXPECT_FALSE(device_->Play());
     EXPECT_FALSE(Open("none.wav"));
@@ -71,11 +71,11 @@ TEST_F(SoundDeviceTest, TellsItsMode) {
     EXPECT_EQ(device_->CurrentMode(), Mode::NotOpen);
 }
 
-/// The sound device of the test's surroundings keeps what it played last.
-TEST_F(SoundDeviceTest, PlaysAndBeginsAnew) {
+/// The sound device that tests/CMakeLists.txt sets up writes what it plays to a file.
+TEST_F(SoundDeviceTest, PlaysAFileAgain) {
     const char* const played = std::getenv("TALLYHORN_PLAYED");
     if (played == nullptr)
-        GTEST_SKIP() << "nothing keeps what is played";
+        GTEST_SKIP() << "no device records what is played";
     for (const bool cutShort : {true, false, false}) {
         ASSERT_TRUE(device_->Close());
         std::filesystem::remove(played);

@@ -8,7 +8,7 @@
 #include "platform/TerminationSignals.h"
 #include "tests/support/TestMailslot.h"
 
-// Of the system, whose header stays with the back ends.
+// Declared here, since only the back ends include windows.h.
 extern "C" {
 __declspec(dllimport) void* __stdcall FindWindowExW(void* parent, void* after, const wchar_t* kind,
                                                     const wchar_t* title);
@@ -23,7 +23,7 @@ namespace {
 
 constexpr unsigned Close = 0x10, QueryEndSession = 0x11, EndSession = 0x16;  // WM_ and so on
 
-/// This process's own: a console may be running.
+/// Finds the window of this process; a running console has one too.
 void* SessionEndWindow() {
     void* window = nullptr;
     unsigned long process = 0;
@@ -34,7 +34,7 @@ void* SessionEndWindow() {
     return window;
 }
 
-TEST(TerminationSignalsTest, TheEndOfTheSessionWaitsForTheProgram) {
+TEST(TerminationSignalsTest, TheEndOfTheSessionWaitsForStop) {
     const auto termination = MakeTerminationSignals();
     for (const bool again : {false, true}) {
         std::atomic<int> ends = 0;
@@ -44,7 +44,7 @@ TEST(TerminationSignalsTest, TheEndOfTheSessionWaitsForTheProgram) {
         SendMessageW(window, Close, 0, 0);
         EXPECT_EQ(SendMessageW(window, QueryEndSession, 0, 0), 1);
         SendMessageW(window, EndSession, 0, 0);
-        EXPECT_EQ(ends, 0) << "another program has said no";
+        EXPECT_EQ(ends, 0) << "another program refused the end of the session";
         EXPECT_EQ(SendMessageW(window, QueryEndSession, 0, 0), 1);
         const std::future<std::intptr_t> answer =
             std::async(std::launch::async, [window] { return SendMessageW(window, EndSession, 1, 0); });

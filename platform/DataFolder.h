@@ -20,8 +20,8 @@ std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 /// but the user may not create files in it.
 std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 
-/// Returns the path of the regular file `name` in the first of the folders that has one, or an empty path. No
-/// file is opened, since opening a pipe could block forever.
+/// Returns the path of the regular file `name` in the first of the folders that has one, or an empty path.
+/// No file is opened, since opening a pipe could block forever.
 std::filesystem::path FindOwnFile(const std::vector<std::filesystem::path>& folders, const std::string& name);
 
 /// Returns whether the user may create files in the folder, without creating one.  If not, LastSystemError

@@ -54,8 +54,8 @@ class DatagramSender {
 public:
     virtual ~DatagramSender() = default;
     /// Sends each text as one datagram, in order, and returns how many of them, counted from the first, the
-    /// system accepted.  It rejects a text that is too long, and may reject one after Refused became true. An
-    /// accepted datagram need not arrive.
+    /// system accepted.  It rejects a text that is too long, and may reject one after Refused became true.
+    /// An accepted datagram need not arrive.
     virtual std::size_t SendBatch(std::span<const std::string_view> texts) = 0;
     bool Send(std::string_view text) { return SendBatch({&text, 1}) == 1; }
     /// Returns whether an ICMP message has ever reported that nobody listens at the port.  That can be known
@@ -64,7 +64,7 @@ public:
 };
 
 /// Makes receivers and senders, which close their sockets when they are destroyed and may outlive this
-/// object. For one thread at a time.
+/// object.  For one thread at a time.
 class DatagramSockets {
 public:
     /// The largest UDP datagram over IPv4.
@@ -75,11 +75,11 @@ public:
     /// null if that fails, for example because another program has the port or `port` is not a UDP port.
     ///
     /// The receiver calls `wake` from its pump thread when datagrams are waiting, possibly before Listen
-    /// returns and never after Stop.  After that call it does not call again until the reader has found
-    /// nothing waiting (Next returned nothing or HasWaiting false), so at most one wake is pending, however
-    /// many datagrams arrive.  A reader that leaves datagrams waiting must therefore come back without a
-    /// wake.  The reader may also read without having been woken; a later wake may then find nothing.  `wake`
-    /// must not throw.
+    /// returns and never after Stop has returned.  After that call it does not call again until the reader
+    /// has found nothing waiting (Next returned nothing or HasWaiting false), so at most one wake is pending,
+    /// however many datagrams arrive.  A reader that leaves datagrams waiting must therefore come back
+    /// without a wake.  The reader may also read without having been woken; a later wake may then find
+    /// nothing.  `wake` must not throw.
     virtual std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) = 0;
     /// Connects to `port` of `host`, a name or an address.  Returns null if the host is unknown or
     /// unreachable.

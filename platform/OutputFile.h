@@ -23,11 +23,11 @@ public:
 /// `error` if that fails, in particular if `path` exists.
 std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error);
 
-/// Creates a temporary file that replaces the one at `path`, or becomes a new one, in one step when Finish
-/// succeeds; otherwise `path` stays unchanged.  Symbolic links are followed, and the permissions of the old
-/// file are kept. If the folder does not allow new files, an existing writable file is overwritten instead
-/// and is lost if that fails.  Returns null and sets `error` if the file is not writable or not a regular
-/// file.
+/// Creates a temporary file.  When Finish succeeds, it replaces the file at `path` in one step, or becomes
+/// that file if there was none; otherwise `path` stays unchanged.  Symbolic links are followed, and the
+/// permissions of the old file are kept.  If the folder does not allow new files, an existing writable file
+/// is overwritten instead and is lost if that fails.  Returns null and sets `error` if the file is not
+/// writable or not a regular file.
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error);
 
 /// Removes a file.  A missing file is an error, and so is a folder.

@@ -7,7 +7,7 @@
 namespace tallyhorn {
 
 /// The port for the dialog that asks for the file to save to.  It also asks whether to replace an existing
-/// file. Until the user has answered, other window events run.
+/// file.  Until the user has answered, other window events run.
 class SaveDialog {
 public:
     virtual ~SaveDialog() = default;

@@ -7,12 +7,12 @@
 namespace tallyhorn {
 
 // Small files that are read and written in one call.  Paths are in the byte encoding of the system; see
-// NarrowPath. Safe in any thread.
+// NarrowPath.  Safe in any thread.
 
 enum class ReadOutcome { Complete, Missing, Failed };
 
 /// Sets `bytes` to the content of the file.  Returns `Failed` if the file is larger than `maximum` bytes,
-/// cannot be read, or is not a regular file; a pipe does not make it wait.
+/// cannot be read, or is not a regular file, and does not wait if it is a pipe.
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes);
 
 /// Replaces the file at `path`, or creates it, in one step: other programs see the old file or the complete

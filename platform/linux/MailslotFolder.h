@@ -13,7 +13,7 @@ namespace tallyhorn {
 /// Returns `$XDG_RUNTIME_DIR/mailslot`, or `/tmp/mailslot-UID` if that variable is not set.
 std::string UserMailslotFolder();
 
-/// Creates the folder if it does not exist; its parent must.  Returns IsPrivateFolder.
+/// Creates the folder if it does not exist.  Its parent must exist.  Returns IsPrivateFolder.
 bool PrepareMailslotFolder(const std::string& folder);
 /// Returns whether the folder belongs to this user and nobody else may enter it.
 bool IsPrivateFolder(const std::string& folder);

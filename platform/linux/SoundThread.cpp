@@ -90,7 +90,7 @@ void SoundThread::Run() {
 }
 
 /// Opens the file and the stream for each sound, so that changes of the file, the server and its devices take
-/// effect. Closing the stream at the end stops the sound.
+/// effect.  Closing the stream at the end stops the sound.
 void SoundThread::Play(const std::filesystem::path& file) {
     std::string bytes;
     if (file.empty() || ReadWholeFile(file.string(), LargestFile, bytes) != ReadOutcome::Complete)

@@ -12,7 +12,7 @@
 namespace tallyhorn {
 
 /// Owns a temporary file that replaces another file when it is finished without a failure, and removes it
-/// otherwise. For one thread at a time.
+/// otherwise.  For one thread at a time.
 class WindowsReplacementFile final : public OutputFile {
 public:
     WindowsReplacementFile() = default;

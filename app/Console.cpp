@@ -177,9 +177,12 @@ void Console::LoadBackup() {
     Run();
     {
         const HoldArrivals hold(received_);
-        backup_.LoadMessageBackup(
-            [this](std::string_view text) { syslog_.RestoreBackupMessage(text); },
-            [&loading](std::uint64_t done, std::uint64_t total) { loading.ShowProgress(done, total); });
+        const auto restore = [this](std::string_view text) {
+            received_.RestoreBackupMessage(text, AlarmDate{machine_.Time.LocalSeconds()}, currentAlarm_);
+        };
+        backup_.LoadMessageBackup(restore, [&loading](std::uint64_t done, std::uint64_t total) {
+            loading.ShowProgress(done, total);
+        });
     }
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();

@@ -101,7 +101,7 @@ private:
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
-    void OpenEventViewer() override { eventViewer_.OpenEventViewer(); }
+    void OpenEventViewer(ViewNumber view) override { eventViewer_.OpenEventViewer(view); }
     void ExportMessages() override { export_.ExportMessages(); }
     void ShowPreferences() override;
     void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }

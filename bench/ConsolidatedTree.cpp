@@ -38,7 +38,7 @@ struct LeafyTree {
         Record.Computer = "LON-SRV-" + std::to_string(computer);
         Record.EventID = static_cast<std::int32_t>(computer % 50);
         Record.DateTime.Seconds = 1'600'000'000 + slot;
-        Rows.Add(slot, Record, static_cast<EventPicture>(computer % 5), CriticalList);
+        Rows.Add(slot, Record, static_cast<EventType>(computer % KnownTypeCount));
     }
 
     std::mt19937 Random{1};

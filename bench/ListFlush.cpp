@@ -73,7 +73,7 @@ protected:
 private:
     int Visible() const { return viewport()->height() / RowHeight; }
 
-    QIcon icon_ = EventIcon(EventPicture::Error);
+    QIcon icon_ = EventIcon(EventType::Error);
 };
 
 /// Counts how often a widget is painted.
@@ -139,8 +139,7 @@ void FlushList(benchmark::State& state) {
         state.PauseTiming();
         const Slot first = next;
         for (std::int64_t i = 0; i < state.range(0); ++i, ++next)
-            rows.Add(next, Alarms()[static_cast<std::size_t>(next) % Alarms().size()], EventPicture::Error,
-                     0);
+            rows.Add(next, Alarms()[static_cast<std::size_t>(next) % Alarms().size()], EventType::Error);
         state.ResumeTiming();
         for (Slot slot = first; slot < next; ++slot)
             list.Add(slot);

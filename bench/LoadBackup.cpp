@@ -42,7 +42,11 @@ void IntoListsAndTree(benchmark::State& state) {
         auto rules = std::make_unique<Rules>(folder);
         state.ResumeTiming();
         rules->Backup.LoadMessageBackup(
-            [&rules](std::string_view text) { rules->Syslog.RestoreBackupMessage(text); }, ShowNoProgress);
+            [&rules](std::string_view text) {
+                rules->Received.RestoreBackupMessage(text, AlarmDate{rules->Time.LocalSeconds()},
+                                                     rules->Alarm);
+            },
+            ShowNoProgress);
         state.PauseTiming();
         if (rules->Received.Syslog.Messages.MessageCount() != Messages)
             state.SkipWithError("messages are missing");

@@ -46,7 +46,7 @@ struct FilledList {
     void Add() {
         AlarmRecord& alarm = Scratch[Random() % Scratch.size()];
         alarm.DateTime.Seconds += static_cast<std::int64_t>(Random() % 100'000);
-        Rows.Add(Next, alarm, EventPicture::Error, CriticalList);
+        Rows.Add(Next, alarm, EventType::Error);
         List.Add(Next++);
     }
 
@@ -109,9 +109,7 @@ void BytesHeld(benchmark::State& state, std::optional<MessageColumn> sortedBy) {
         for (int i = 0; i < Kept; ++i) {
             const std::string text = feed.Next().Text;
             ParseCurrentAlarm(text, alarm);
-            const Slot slot = received.NetBios.Messages.Grow();
-            received.NetBios.Messages.Put(slot, std::string(text));
-            received.ParseMessageAdd(slot, alarm);
+            received.KeepNetBiosMessage(std::string(text), alarm, true);
             textBytes += text.size();
         }
         const std::size_t held = mallinfo2().uordblks + mallinfo2().hblkhd - before;

@@ -65,13 +65,12 @@ bool SortsBefore(std::string_view a, std::string_view b) {
 
 // ---- the channel on show
 
-/// Whatever shows no NetBIOS lists shows syslog's notifications.
-std::int32_t ViewFilter::ChannelOnShow() const {
-    return display_.CurrentPage() == MessagePage::NetBios ? NetBiosChannel : SyslogChannel;
+MessageChannel& ViewFilter::ChannelOnShow() const {
+    return received_.In(ChannelOfPage(display_.CurrentPage()));
 }
 
 ViewFilter::Values ViewFilter::ValuesOnShow() const {
-    const MessageRows& rows = ReceivedOn(ChannelOnShow()).Rows;
+    const MessageRows& rows = ChannelOnShow().Rows;
     std::array<std::vector<bool>, CriterionCount> seen;
     seen.fill(std::vector<bool>(rows.Texts().IdBound()));
     Values values;
@@ -95,25 +94,22 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
 
 void ViewFilter::Apply(const Criteria& criteria) {
     const HoldArrivals hold(received_);
-    channel_ = ChannelOnShow();
-    MessageChannel& channel = ReceivedOn(channel_);
+    MessageChannel& channel = ChannelOnShow();
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
         rows += list.Size();
-    // A row is looked at, then it goes or its leaf is made anew.
+    // Two steps for each row: it is tested, then it is removed or its leaf is made again.
     LongWork work(display_, slices_, 2 * rows);
 
-    const ViewNumber first = channel_ == SyslogChannel ? FirstSyslogView : ViewNumber{0};
-    const auto last = static_cast<ViewNumber>(first + EventListCount - 1);
-    ShowViews(first, last, false);
+    ShowLists(channel, false);
     const Division division = Divide(channel, criteria, work);
     std::vector<Slot> gone;
     for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
         const std::vector<Slot> removed = channel.Lists.at(list).RemoveAt(division.Going.at(list));
         gone.insert(gone.end(), removed.begin(), removed.end());
     }
-    if (channel_ == SyslogChannel) {
-        // The leaves go before the rows that they show.
+    if (channel.Traits.HasTree) {
+        // Leaves are removed before the rows that they show.
         display_.ShowView(ConsolidatedView, false);
         slices_.RunNow();
         slices_.RunNow();
@@ -124,7 +120,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     } else {
         RemoveRows(channel, gone, work);
     }
-    ShowViews(first, last, true);
+    ShowLists(channel, true);
 
     for (std::size_t i = 0; i < CriterionCount; ++i)
         criteria_.at(i) = criteria.at(i).value_or(std::string());
@@ -196,28 +192,27 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
 void ViewFilter::RemoveViewFilter() {
     display_.ShowFilterCommand(false);
     const HoldArrivals hold(received_);
-    const std::size_t syslog = SlotCount(received_.Syslog.Messages);
-    const std::size_t netBios = SlotCount(received_.NetBios.Messages);
-    LongWork work(display_, slices_, syslog + netBios);
+    LongWork work(display_, slices_,
+                  SlotCount(received_.Syslog.Messages) + SlotCount(received_.NetBios.Messages));
 
-    ShowViews(0, ConsolidatedView, false);
+    ShowAllViews(false);
     received_.ClearViews();
-    const AlarmDate now = LocalTime();
-    InGroups(syslog, LeavesTogether, [&](std::size_t first, std::size_t count) {
-        for (std::size_t slot = first; slot < first + count; ++slot)
-            received_.ShowSyslogMessage(static_cast<Slot>(slot), now, currentAlarm_);
-        AddLeaves(count, work);
-    });
-    InGroups(netBios, LeavesTogether, [&](std::size_t first, std::size_t count) {
-        for (std::size_t slot = first; slot < first + count; ++slot)
-            received_.ShowNetBiosMessage(static_cast<Slot>(slot), currentAlarm_);
-        work.Advance(count);
-    });
-    ShowViews(0, ConsolidatedView, true);
+    AddAllRows(received_.Syslog, work);
+    AddAllRows(received_.NetBios, work);
+    ShowAllViews(true);
     inForce_ = false;
     received_.UpdateListViewStatus();
     // The views take in what came while arrivals are still held back.
     slices_.RunNow();
+}
+
+void ViewFilter::AddAllRows(MessageChannel& channel, LongWork& work) {
+    const AlarmDate now = LocalTime();
+    InGroups(SlotCount(channel.Messages), LeavesTogether, [&](std::size_t first, std::size_t count) {
+        for (std::size_t slot = first; slot < first + count; ++slot)
+            received_.ShowMessage(channel, static_cast<Slot>(slot), now, currentAlarm_);
+        AddLeaves(count, work);
+    });
 }
 
 void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
@@ -229,8 +224,13 @@ void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
 
 // ---- both
 
-void ViewFilter::ShowViews(ViewNumber first, ViewNumber last, bool shown) {
-    for (ViewNumber view = first; view <= last; ++view)
+void ViewFilter::ShowLists(const MessageChannel& channel, bool shown) {
+    for (std::size_t list = 0; list < channel.Lists.size(); ++list)
+        display_.ShowView(ViewOfList(channel.Traits.Id, list), shown);
+}
+
+void ViewFilter::ShowAllViews(bool shown) {
+    for (ViewNumber view = 0; view <= ConsolidatedView; ++view)
         display_.ShowView(view, shown);
 }
 

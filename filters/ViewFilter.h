@@ -56,28 +56,19 @@ public:
     /// channels, whichever the filter was applied to.
     bool PassesViewFilter(const AlarmRecord& alarm) const override;
 
-    /// What it was applied to last: 0 the NetBIOS lists, 1 those of syslog.
-    std::int32_t Channel() const { return channel_; }
-    /// The text that it was applied with last, empty for a column that was not filtered by.
-    const std::string& Criterion(std::size_t index) const { return criteria_.at(index); }
-
 private:
-    static constexpr std::int32_t NetBiosChannel = 0;
-    static constexpr std::int32_t SyslogChannel = 1;
-
     /// Of each list, where the rows stand that are to go, and the slots of those that stay.
     struct Division {
         std::array<std::vector<std::size_t>, EventListCount> Going;
         std::vector<Slot> Staying;
     };
 
-    std::int32_t ChannelOnShow() const;
-    MessageChannel& ReceivedOn(std::int32_t channel) const {
-        return channel == NetBiosChannel ? received_.NetBios : received_.Syslog;
-    }
-    void ShowViews(ViewNumber first, ViewNumber last, bool shown);
+    MessageChannel& ChannelOnShow() const;
+    void ShowLists(const MessageChannel& channel, bool shown);
+    void ShowAllViews(bool shown);
     Division Divide(const MessageChannel& channel, const Criteria& criteria, LongWork& work);
     void RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
+    void AddAllRows(MessageChannel& channel, LongWork& work);
     void RebuildTree(const std::vector<Slot>& staying, LongWork& work);
     void AddLeaves(std::size_t count, LongWork& work);
     AlarmDate LocalTime() const { return AlarmDate{clock_.LocalSeconds()}; }
@@ -88,7 +79,6 @@ private:
     const Clock& clock_;
     AlarmRecord& currentAlarm_;
     bool inForce_ = false;
-    std::int32_t channel_ = NetBiosChannel;
     std::array<std::string, CriterionCount> criteria_;
 };
 

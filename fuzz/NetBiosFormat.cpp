@@ -41,8 +41,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ParseCurrentAlarm(text, again);
     Require(again == carried);
     const std::string key = EventTypeIconKey(carried.TypeOfEvent);
-    Require(EventTypeListIndex(carried.TypeOfEvent) == ListForIconKey(key));
-    // The displayed name must denote the same type.
+    // An icon key, which a shown alarm keeps as its type, denotes the same type as the text that it was made
+    // of.
+    Require(EventTypeOf(carried.TypeOfEvent) == EventTypeOf(key));
+    // So does the displayed name.
     Require(EventTypeIconKey(EventTypeDisplayName(carried.TypeOfEvent)) == key);
     Require(ParseAlarmDate(FormatGeneralDate(carried.DateTime)) == carried.DateTime);
     RequireReadsBack(carried);

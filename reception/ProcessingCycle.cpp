@@ -42,16 +42,8 @@ void ProcessingCycle::ProcessText(std::string& text) {
     ParseCurrentAlarm(text, parts_.CurrentAlarm);
     if (parts_.Filters.IsSuppressed(parts_.CurrentAlarm))
         return;
-    const Slot slot = TakeNetBiosSlot();
-    parts_.Received.NetBios.Messages.Put(slot, std::move(text));
-    if (parts_.ViewFilter.PassesViewFilter(parts_.CurrentAlarm))
-        parts_.Received.ParseMessageAdd(slot, parts_.CurrentAlarm);
-}
-
-Slot ProcessingCycle::TakeNetBiosSlot() {
-    MessageStore& messages = parts_.Received.NetBios.Messages;
-    const std::optional<Slot> freed = messages.TakeFreeSlot();
-    return freed ? *freed : messages.Grow();
+    const bool shown = parts_.ViewFilter.PassesViewFilter(parts_.CurrentAlarm);
+    parts_.Received.KeepNetBiosMessage(std::move(text), parts_.CurrentAlarm, shown);
 }
 
 void ProcessingCycle::PauseCommand() {

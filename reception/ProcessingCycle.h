@@ -35,7 +35,6 @@ public:
 
 private:
     void ProcessText(std::string& text);
-    Slot TakeNetBiosSlot();
 
     cvbMailslot& mailslot_;
     SyslogEndpoint& syslog_;

@@ -165,12 +165,6 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
     parts_.Signals.PlayAlertSound();
 }
 
-void SyslogEndpoint::RestoreBackupMessage(std::string_view text) {
-    LookAtTheTime();
-    ReadStoredText(text, parts_.Received.DayFirst(), now_, parts_.CurrentAlarm);
-    parts_.Received.KeepSyslogMessage(parts_.CurrentAlarm, true);
-}
-
 void SyslogEndpoint::LookAtTheTime() {
     now_ = AlarmDate{parts_.Time.LocalSeconds()};
 }

@@ -35,9 +35,6 @@ public:
     /// The end of a pause: handles what has come in it.
     void ProcessQueuedSyslogMessages();
 
-    /// A text that the backup kept comes back, and is not blank: no filter is asked.
-    void RestoreBackupMessage(std::string_view text);
-
     /// Datagrams handled since the start, whatever they were.
     std::uint64_t ReceivedCount() const { return receivedCount_; }
 

@@ -8,96 +8,95 @@
 namespace tallyhorn {
 namespace {
 
-struct EventType {
+struct TypeTexts {
+    EventType Type;
     std::string_view Key;
     std::string_view DisplayName;
     EventList List;
-    EventPicture Picture;
 };
 
-constexpr std::array<EventType, 5> EventTypeTable = {{
-    {"information", "Information", InformationList, EventPicture::Information},
-    {"warning", "Warning", WarningList, EventPicture::Warning},
-    {"error", "Error", CriticalList, EventPicture::Error},
-    {"failureaudit", "Failure Audit", CriticalList, EventPicture::FailureAudit},
-    {"successaudit", "Success Audit", InformationList, EventPicture::SuccessAudit},
+constexpr std::array<TypeTexts, KnownTypeCount> EventTypeTable = {{
+    {EventType::Information, "information", "Information", InformationList},
+    {EventType::Warning, "warning", "Warning", WarningList},
+    {EventType::Error, "error", "Error", CriticalList},
+    {EventType::FailureAudit, "failureaudit", "Failure Audit", CriticalList},
+    {EventType::SuccessAudit, "successaudit", "Success Audit", InformationList},
 }};
 
 constexpr std::string_view EmptyTypeKey = "questionmark";
 
 template <typename Condition>
-const EventType* FindBy(Condition condition) {
+const TypeTexts* FindBy(Condition condition) {
     const auto* const found = std::find_if(EventTypeTable.begin(), EventTypeTable.end(), condition);
     return found == EventTypeTable.end() ? nullptr : found;
 }
 
-const EventType* FindType(std::string_view key) {
-    return FindBy([key](const EventType& type) { return type.Key == key; });
+const TypeTexts* TextsOf(EventType type) {
+    return IsKnown(type) ? &EventTypeTable[static_cast<std::size_t>(type)] : nullptr;
 }
 
-const EventType* FindTypeNoCase(std::string_view type) {
-    return FindBy([type](const EventType& known) {
-        return known.Key.size() == type.size() && CompareNoCase(known.Key, type) == 0;
+const TypeTexts* FindKeyNoCase(std::string_view text) {
+    return FindBy([text](const TypeTexts& known) {
+        return known.Key.size() == text.size() && CompareNoCase(known.Key, text) == 0;
     });
 }
 
-/// A type as the console itself writes it, which nearly every notification has: found without a copy of it.
-const EventType* FindWrittenType(std::string_view type) {
-    return FindBy([type](const EventType& known) { return known.DisplayName == type || known.Key == type; });
+/// Finds a type in one of the two forms that nearly every notification has, without copying its text.
+const TypeTexts* FindWritten(std::string_view text) {
+    return FindBy([text](const TypeTexts& known) { return known.DisplayName == text || known.Key == text; });
 }
 
-std::string WithoutBlanks(std::string_view type) {
-    std::string key = RemoveBlanks(type);
+std::string LowerCaseWithoutBlanks(std::string_view text) {
+    std::string key = RemoveBlanks(text);
     std::transform(key.begin(), key.end(), key.begin(), ToLower);
     return key;
 }
 
 }  // namespace
 
+EventType EventTypeOf(std::string_view text) {
+    if (const TypeTexts* const known = FindWritten(text))
+        return known->Type;
+    const std::string key = LowerCaseWithoutBlanks(text);
+    if (const TypeTexts* const known = FindBy([&key](const TypeTexts& each) { return each.Key == key; }))
+        return known->Type;
+    return key.empty() || key == EmptyTypeKey ? EventType::None : EventType::Unknown;
+}
+
+EventList ListOf(EventType type) {
+    const TypeTexts* const known = TextsOf(type);
+    return known != nullptr ? known->List : CriticalList;
+}
+
+std::string_view EventTypeKey(EventType type) {
+    const TypeTexts* const known = TextsOf(type);
+    return known != nullptr ? known->Key : EmptyTypeKey;
+}
+
+std::string_view EventTypeName(EventType type) {
+    const TypeTexts* const known = TextsOf(type);
+    return known != nullptr ? known->DisplayName : EmptyTypeKey;
+}
+
 std::string EventTypeDisplayName(std::string_view type) {
-    const EventType* const known = FindTypeNoCase(type);
+    const TypeTexts* const known = FindKeyNoCase(type);
     return std::string(known != nullptr ? known->DisplayName : type);
 }
 
 void ShowEventType(std::string& type) {
-    if (const EventType* const known = FindTypeNoCase(type))
+    if (const TypeTexts* const known = FindKeyNoCase(type))
         type.assign(known->DisplayName);
 }
 
-std::int16_t EventTypeListIndex(std::string_view type) {
-    return ListForIconKey(WithoutBlanks(type));
-}
-
-std::string_view EventTypeKey(EventPicture picture) {
-    const EventType* const known =
-        FindBy([picture](const EventType& type) { return type.Picture == picture; });
-    return known != nullptr ? known->Key : EmptyTypeKey;
-}
-
-std::string_view EventTypeName(EventPicture picture) {
-    const EventType* const known =
-        FindBy([picture](const EventType& type) { return type.Picture == picture; });
-    return known != nullptr ? known->DisplayName : EmptyTypeKey;
-}
-
-std::int16_t ListForIconKey(std::string_view key) {
-    const EventType* const known = FindType(key);
-    return known != nullptr ? known->List : CriticalList;
-}
-
 std::string EventTypeIconKey(std::string_view type) {
-    if (const EventType* const known = FindWrittenType(type))
+    if (const TypeTexts* const known = FindWritten(type))
         return std::string(known->Key);
-    std::string key = WithoutBlanks(type);
+    std::string key = LowerCaseWithoutBlanks(type);
     return key.empty() ? std::string(EmptyTypeKey) : key;
 }
 
-std::optional<EventPicture> PictureForIconKey(std::string_view key) {
-    if (const EventType* const known = FindType(key))
-        return known->Picture;
-    if (key == EmptyTypeKey)
-        return EventPicture::QuestionMark;
-    return std::nullopt;
+std::int16_t EventTypeListIndex(std::string_view type) {
+    return ListOf(EventTypeOf(type));
 }
 
 }  // namespace tallyhorn

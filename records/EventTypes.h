@@ -2,48 +2,63 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tallyhorn {
 
-// What a notification's free type text becomes in the views.  Pure functions, safe in any thread.
+// The types of event that a notification may name, and what each of them means in the views. Pure functions,
+// safe in any thread.
 
-/// The six pictures that stand beside rows, in the order of the image list.
-enum class EventPicture : std::uint8_t {
+/// What a notification's free type text names. A message's type is determined once, when its row is added;
+/// the views, the tree and the filters compare this value instead of the text.
+enum class EventType : std::uint8_t {
     Information,
     Warning,
     Error,
     FailureAudit,
     SuccessAudit,
-    QuestionMark
+    None,    ///< an empty text
+    Unknown  ///< any other text
 };
+/// The types before `Unknown` have a picture each, in the order of the image list.
 constexpr std::size_t EventPictureCount = 6;
+/// The first five are the event log's own.
+constexpr std::size_t KnownTypeCount = 5;
 
-/// The lists of a channel, each with its own index; the screen shows them in the opposite order.
+constexpr bool HasPicture(EventType type) {
+    return type != EventType::Unknown;
+}
+/// Whether it is one of the event log's five types.
+constexpr bool IsKnown(EventType type) {
+    return static_cast<std::size_t>(type) < KnownTypeCount;
+}
+
+/// The lists of a channel, by index. The screen shows them in the opposite order.
 enum EventList : std::int16_t { CriticalList = 0, WarningList = 1, InformationList = 2 };
 constexpr int EventListCount = 3;
 
-/// "Failure Audit" for "FAILUREAUDIT" and so on; any other text comes back unchanged, one with a blank in it
-/// included, since blanks count here (and do not in the two below).
+/// The type that `text` names, without regard to case and blanks: "Failure Audit", "failureaudit" and
+/// "FAILURE  AUDIT" are all FailureAudit.
+EventType EventTypeOf(std::string_view text);
+
+/// The list that shows the type: the critical one for None and Unknown, so that nothing is overlooked.
+EventList ListOf(EventType type);
+/// "failureaudit" for FailureAudit and so on; "questionmark" for None and Unknown.
+std::string_view EventTypeKey(EventType type);
+/// "Failure Audit" for FailureAudit and so on; "questionmark" for None and Unknown.
+std::string_view EventTypeName(EventType type);
+
+/// Returns "Failure Audit" for "FAILUREAUDIT" and so on, and any other text unchanged. Blanks count here,
+/// unlike in EventTypeOf: "failure audit" comes back as it is.
 std::string EventTypeDisplayName(std::string_view type);
-/// The same in place.
+/// Replaces `type` by its EventTypeDisplayName.
 void ShowEventType(std::string& type);
 
-/// The list that shows the type; CriticalList for every unknown one, so that nothing is overlooked.
-std::int16_t EventTypeListIndex(std::string_view type);
-
-/// The type in lower case without blanks, "questionmark" for an empty one.
+/// The type's text in lower case without blanks, "questionmark" for an empty one. For an unknown type this is
+/// a key that no picture has.
 std::string EventTypeIconKey(std::string_view type);
-
-/// "failureaudit" and "Failure Audit" for the picture of that type; "questionmark" for the one of no type.
-std::string_view EventTypeKey(EventPicture picture);
-std::string_view EventTypeName(EventPicture picture);
-
-/// The list that shows the type under an icon key, the same as for the type itself.
-std::int16_t ListForIconKey(std::string_view key);
-/// The picture under an icon key; nothing for a key that the image list lacks.
-std::optional<EventPicture> PictureForIconKey(std::string_view key);
+/// ListOf(EventTypeOf(type)).
+std::int16_t EventTypeListIndex(std::string_view type);
 
 }  // namespace tallyhorn

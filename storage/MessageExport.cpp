@@ -7,18 +7,12 @@
 
 #include "records/AnsiText.h"
 #include "records/DateDisplay.h"
-#include "records/NetBiosFormat.h"
-#include "records/SyslogFormat.h"
 #include "storage/ExportFile.h"
 #include "views/messages/LongWork.h"
 
 namespace tallyhorn {
 namespace {
 
-constexpr std::string_view NetBiosFailure =
-    "The following error occurred when attempting to export received NetBIOS messages to text.  Error # ";
-constexpr std::string_view SyslogFailure =
-    "The following error occurred when attempting to export received syslog messages to text.  Error # ";
 constexpr std::string_view BranchQuestion = "Are you sure you want to export this tree branch to a file?";
 constexpr std::string_view FileTypes = "Text files (*.txt)|*.txt";
 
@@ -52,45 +46,34 @@ MessageExport::MessageExport(const Parts& parts, std::filesystem::path folder,
                              std::vector<std::string> ownFiles)
     : parts_(parts), folder_(std::move(folder)), ownFiles_(std::move(ownFiles)) {}
 
-/// Nothing where no page is on show.
+/// Does nothing if no page is shown.
 void MessageExport::ExportMessages() {
-    const MessagePage page = parts_.Display.CurrentPage();
-    switch (page) {
+    switch (parts_.Display.CurrentPage()) {
         case MessagePage::NetBios:
+            return ExportNetBiosMessages();
         case MessagePage::Syslog:
-            return ExportChannel(page);
+            return ExportSyslogMessages();
         case MessagePage::Consolidated:
             return ExportTreeBranch();
     }
 }
 
-void MessageExport::ExportChannel(MessagePage page) {
-    const bool isNetBios = page == MessagePage::NetBios;
-    // Of syslog a single message is not exported; none gives a file with the header alone.
-    const bool nothingToExport = isNetBios ? parts_.Received.NetBios.Messages.MessageCount() == 0
-                                           : parts_.Received.Syslog.Messages.MessageCount() == 1;
-    if (nothingToExport || !AskAboutChannel(page))
+void MessageExport::ExportChannel(const MessageChannel& channel) {
+    if (channel.Messages.MessageCount() == channel.Traits.CountNotExported || !AskAboutChannel(channel))
         return;
-    if (const auto file = AskFile(page))
-        isNetBios ? ExportNetBiosMessages(*file) : ExportSyslogMessages(*file);
+    if (const auto file = AskFile(channel.Traits.Page))
+        Export(channel, *file, KeptSlots(channel.Messages));
 }
 
-bool MessageExport::AskAboutChannel(MessagePage page) {
-    return parts_.Boxes.Confirm("Are you sure you want to export all " + CaptionOf(page) + " to a file?");
+bool MessageExport::AskAboutChannel(const MessageChannel& channel) {
+    return parts_.Boxes.Confirm("Are you sure you want to export all " + CaptionOf(channel.Traits.Page) +
+                                " to a file?");
 }
 
 std::optional<std::filesystem::path> MessageExport::AskFile(MessagePage page) {
     std::string name = CaptionOf(page) + "_" + DayText({parts_.Time.LocalSeconds()}) + ".txt";
     std::replace(name.begin(), name.end(), ' ', '_');
     return parts_.Dialog.AskFile(folder_ / name, FileTypes);
-}
-
-void MessageExport::ExportNetBiosMessages(const std::filesystem::path& file) {
-    Export(MessagePage::NetBios, file, KeptSlots(parts_.Received.NetBios.Messages));
-}
-
-void MessageExport::ExportSyslogMessages(const std::filesystem::path& file) {
-    Export(MessagePage::Syslog, file, KeptSlots(parts_.Received.Syslog.Messages));
 }
 
 /// The choice counts that stands when the file has been named: the node may have gone meanwhile.
@@ -104,7 +87,7 @@ void MessageExport::ExportTreeBranch() {
         return;
     Slots leaves;
     ExportTreeBranchNode(node, leaves);
-    Export(MessagePage::Consolidated, *file, leaves);
+    Export(parts_.Received.Syslog, *file, leaves);
 }
 
 /// Adds the leaves at or below the node in the order in which they would be shown were all of it open.
@@ -119,16 +102,17 @@ void MessageExport::ExportTreeBranchNode(TreeNode node, Slots& leaves) {
         ExportTreeBranchNode(tree.ChildAt(node, i), leaves);
 }
 
-void MessageExport::Export(MessagePage page, const std::filesystem::path& file, const Slots& slots) {
-    const std::string_view failure = page == MessagePage::NetBios ? NetBiosFailure : SyslogFailure;
-    if (const std::optional<SystemError> error = Write(page, file, slots))
-        parts_.Boxes.Warn(std::string(failure) + std::to_string(error->Number) + ":\t" + error->Text);
+void MessageExport::Export(const MessageChannel& channel, const std::filesystem::path& file,
+                           const Slots& slots) {
+    if (const std::optional<SystemError> error = Write(channel, file, slots))
+        parts_.Boxes.Warn(std::string(channel.Traits.ExportFailure) + std::to_string(error->Number) + ":\t" +
+                          error->Text);
 }
 
 /// No events have run since the slots were chosen, and arrivals wait until the end: the file holds what was
 /// there at one moment.
-std::optional<SystemError> MessageExport::Write(MessagePage page, const std::filesystem::path& path,
-                                                const Slots& slots) {
+std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
+                                                const std::filesystem::path& path, const Slots& slots) {
     if (IsOwnFile(path)) {
         const std::error_code denied = std::make_error_code(std::errc::permission_denied);
         return SystemError{denied.value(), denied.message()};
@@ -138,20 +122,12 @@ std::optional<SystemError> MessageExport::Write(MessagePage page, const std::fil
     ExportFile file(path, parts_.Received.DayFirst());
     const AlarmDate now{parts_.Time.LocalSeconds()};
     for (const Slot slot : slots) {
-        ReadMessage(page, slot, now);
+        parts_.Received.ReadKeptText(channel, channel.Messages.Text(slot), now, parts_.CurrentAlarm);
         if (!file.Write(parts_.CurrentAlarm))
             break;
         work.Advance();
     }
     return file.Finish();
-}
-
-void MessageExport::ReadMessage(MessagePage page, Slot slot, AlarmDate now) {
-    if (page == MessagePage::NetBios)
-        ParseCurrentAlarm(parts_.Received.NetBios.Messages.Text(slot), parts_.CurrentAlarm);
-    else
-        ReadStoredText(parts_.Received.Syslog.Messages.Text(slot), parts_.Received.DayFirst(), now,
-                       parts_.CurrentAlarm);
 }
 
 /// By whatever way it is named.

@@ -44,16 +44,16 @@ public:
 private:
     using Slots = std::vector<Slot>;
 
-    void ExportChannel(MessagePage page);
-    bool AskAboutChannel(MessagePage page);
+    void ExportNetBiosMessages() { ExportChannel(parts_.Received.NetBios); }
+    void ExportSyslogMessages() { ExportChannel(parts_.Received.Syslog); }
+    void ExportChannel(const MessageChannel& channel);
+    bool AskAboutChannel(const MessageChannel& channel);
     std::optional<std::filesystem::path> AskFile(MessagePage page);
-    void ExportNetBiosMessages(const std::filesystem::path& file);
-    void ExportSyslogMessages(const std::filesystem::path& file);
     void ExportTreeBranch();
     void ExportTreeBranchNode(TreeNode node, Slots& leaves);
-    void Export(MessagePage page, const std::filesystem::path& file, const Slots& slots);
-    std::optional<SystemError> Write(MessagePage page, const std::filesystem::path& file, const Slots& slots);
-    void ReadMessage(MessagePage page, Slot slot, AlarmDate now);
+    void Export(const MessageChannel& channel, const std::filesystem::path& file, const Slots& slots);
+    std::optional<SystemError> Write(const MessageChannel& channel, const std::filesystem::path& file,
+                                     const Slots& slots);
 
     bool IsOwnFile(const std::filesystem::path& file) const;
 

@@ -100,20 +100,19 @@ QIcon MakeIcon(const QString& name) {
 
 }  // namespace
 
-QIcon EventIcon(EventPicture picture) {
-    return MakeIcon(ToQString(EventTypeKey(picture)));
+QIcon EventIcon(EventType type) {
+    return MakeIcon(ToQString(EventTypeKey(type)));
 }
 
 std::array<QIcon, EventPictureCount> EventIcons() {
     std::array<QIcon, EventPictureCount> icons;
     for (std::size_t i = 0; i < icons.size(); ++i)
-        icons.at(i) = EventIcon(static_cast<EventPicture>(i));
+        icons.at(i) = EventIcon(static_cast<EventType>(i));
     return icons;
 }
 
-QString SpokenType(EventPicture picture) {
-    return picture == EventPicture::QuestionMark ? QStringLiteral("Unknown type")
-                                                 : ToQString(EventTypeName(picture));
+QString SpokenType(EventType type) {
+    return IsKnown(type) ? ToQString(EventTypeName(type)) : QStringLiteral("Unknown type");
 }
 
 QIcon AlarmIcon() {

@@ -29,11 +29,11 @@ constexpr std::size_t CommandPictureCount = 14;
 
 /// Icons drawn from `ui/icons/NAME.svg` at whatever size is asked for: sharp at every scaling.  Each
 /// event type has a shape of its own besides its colour.
-QIcon EventIcon(EventPicture picture);
+QIcon EventIcon(EventType type);
 /// All of them by number; whoever paints many keeps them, since what was drawn is kept in the icon.
 std::array<QIcon, EventPictureCount> EventIcons();
 /// The type's word, for those who do not see the picture.
-QString SpokenType(EventPicture picture);
+QString SpokenType(EventType type);
 /// A bell, beside an alarm of the tree.
 QIcon AlarmIcon();
 QIcon CommandIcon(CommandPicture picture);

@@ -21,26 +21,27 @@ EventViewer::EventViewer(const ReceivedMessages& received, const ServerDisplay& 
                          ProgramLauncher& programs)
     : received_(received), display_(display), boxes_(boxes), programs_(programs) {}
 
-void EventViewer::OpenEventViewer() {
-    const std::string computer = SelectedComputer();
+void EventViewer::OpenEventViewer(ViewNumber view) {
+    const std::string computer = SelectedComputer(view);
     if (computer.empty() || LooksLikeOption(computer))
         boxes_.Warn(NoMessageText);
     else
         programs_.Start(ViewerProgram, std::span(&computer, 1));
 }
 
-/// The list that the user touched last counts only where it belongs to the page in front.
-std::string EventViewer::SelectedComputer() const {
+/// `view` counts only if it is a list of the page in front.
+std::string EventViewer::SelectedComputer(ViewNumber view) const {
     const MessagePage page = display_.CurrentPage();
     if (page == MessagePage::Consolidated)
         return ComputerOfNode();
-    return PageOfView(received_.ActiveView) == page ? ComputerOfRow(received_.ActiveView) : std::string();
+    return PageOfView(view) == page ? ComputerOfRow(view) : std::string();
 }
 
 std::string EventViewer::ComputerOfRow(ViewNumber list) const {
-    const MessageChannel& channel = IsSyslogView(list) ? received_.Syslog : received_.NetBios;
     const std::optional<Slot> slot = display_.SelectedSlot(list);
-    return slot ? channel.Rows.CellText(*slot, MessageColumn::Computer) : std::string();
+    if (!slot)
+        return {};
+    return received_.In(ChannelOfView(list)).Rows.CellText(*slot, MessageColumn::Computer);
 }
 
 /// The whole text of the computer's node, its count too.

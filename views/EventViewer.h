@@ -15,12 +15,13 @@ public:
     EventViewer(const ReceivedMessages& received, const ServerDisplay& display, MessageBoxes& boxes,
                 ProgramLauncher& programs);
 
-    /// Says so where no message with a computer is selected, or one whose computer the viewer would take for
-    /// an option; silent where the viewer does not start.
-    void OpenEventViewer();
+    /// Takes the computer from the message that is selected in `view`, which was the active view when the
+    /// user gave the command, or from the tree if that is in front. Shows a message if there is no computer,
+    /// or one whose name the viewer would take for an option. Silent if the viewer does not start.
+    void OpenEventViewer(ViewNumber view);
 
 private:
-    std::string SelectedComputer() const;
+    std::string SelectedComputer(ViewNumber view) const;
     std::string ComputerOfRow(ViewNumber list) const;
     std::string ComputerOfNode() const;
 

@@ -17,11 +17,6 @@ constexpr std::string_view DeleteLeafQuestion =
     "Are you sure you want to delete the message you have selected?";
 constexpr std::string_view DeleteBranchQuestion =
     "Are you sure you want to delete all the messages under the tree branch you selected?";
-constexpr std::string_view ClearNetBiosQuestion =
-    "Are you sure you want to erase all of the NetBIOS messages received?";
-constexpr std::string_view ClearSyslogQuestion =
-    "Are you sure you want to erase all of the syslog messages received?";
-
 constexpr std::chrono::milliseconds Pause{1};
 /// About a slice's work.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
@@ -44,10 +39,9 @@ bool MessageCommands::RefuseWhileFiltered() {
     return true;
 }
 
-void MessageCommands::DeleteMessages() {
-    const ViewNumber view = received_.ActiveView;
-    // A NetBIOS list touched last while the syslog page is in front names no list of that page: nothing to
-    // do.
+void MessageCommands::DeleteMessages(ViewNumber view) {
+    // compatibility: a NetBIOS list that was touched last while the syslog page is in front names no list of
+    // that page, so nothing is deleted.
     const bool listIsElsewhere =
         PageOfView(view) == MessagePage::NetBios && display_.CurrentPage() == MessagePage::Syslog;
     if (listIsElsewhere)
@@ -62,37 +56,37 @@ void MessageCommands::DeleteMessagesIn(ViewNumber view) {
     received_.ActiveView = view;
     switch (PageOfView(view)) {
         case MessagePage::NetBios:
-            return DeleteNetBiosMessages();
+            return DeleteNetBiosMessages(view);
         case MessagePage::Syslog:
-            return DeleteSyslogMessages();
+            return DeleteSyslogMessages(view);
         case MessagePage::Consolidated:
             return DeleteTreeSelection();
     }
 }
 
-void MessageCommands::DeleteNetBiosMessages() {
-    const ViewNumber view = received_.ActiveView;
-    if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
+    MessageList& list = received_.List(view);
+    if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, slices_, received_.List(view).SelectedCount());
+    LongWork work(display_, slices_, list.SelectedCount());
     display_.EnablePollingTimer(false);
     display_.ShowView(view, false);
-    RemoveFromStore(received_.NetBios, received_.List(view).RemoveSelected(), work);
+    RemoveFromStore(received_.NetBios, list.RemoveSelected(), work);
     display_.ShowView(view, true);
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateListViewStatus();
     display_.EnablePollingTimer(true);
 }
 
-void MessageCommands::DeleteSyslogMessages() {
-    const ViewNumber view = received_.ActiveView;
+void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
+    MessageList& list = received_.List(view);
     const HoldArrivals hold(received_);
-    if (received_.List(view).SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+    if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, slices_, 2 * received_.List(view).SelectedCount());
+    LongWork work(display_, slices_, 2 * list.SelectedCount());
     display_.ShowView(view, false);
     display_.ShowView(ConsolidatedView, false);
-    RemoveFromSyslog(received_.List(view).RemoveSelected(), work);
+    RemoveFromSyslog(list.RemoveSelected(), work);
     display_.ShowView(view, true);
     display_.ShowView(ConsolidatedView, true);
     received_.UpdateStatusCounts(received_.Syslog);
@@ -107,7 +101,7 @@ void MessageCommands::DeleteTreeSelection() {
     LongWork work(display_, slices_, 2 * received_.Tree.Count(node));
     std::array<std::vector<Slot>, EventListCount> covered;
     for (const Slot slot : received_.Tree.SlotsUnder(node))
-        covered.at(static_cast<std::size_t>(received_.Syslog.Rows[slot].List)).push_back(slot);
+        covered.at(static_cast<std::size_t>(ListOf(received_.Syslog.Rows[slot].Type))).push_back(slot);
     ShowSyslogViews(false);
     // In the order in which they stand in the lists, which is that in which their slots serve again.
     std::vector<Slot> slots;
@@ -146,22 +140,18 @@ void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector
 }
 
 void MessageCommands::ShowSyslogViews(bool shown) {
-    for (ViewNumber view = FirstSyslogView; view <= ConsolidatedView; ++view)
+    for (ViewNumber view = received_.Syslog.Traits.FirstView; view <= ConsolidatedView; ++view)
         display_.ShowView(view, shown);
 }
 
 void MessageCommands::ClearAllMessages() {
     if (RefuseWhileFiltered())
         return;
-    if (display_.CurrentPage() == MessagePage::NetBios) {
-        if (boxes_.Confirm(ClearNetBiosQuestion)) {
-            received_.NetBios.Clear(ReceivedMessages::NetBiosUpperBound);
-            received_.UpdateStatusCounts(received_.NetBios);
-        }
-    } else if (boxes_.Confirm(ClearSyslogQuestion)) {
+    MessageChannel& channel = received_.In(ChannelOfPage(display_.CurrentPage()));
+    if (boxes_.Confirm(channel.Traits.ClearQuestion)) {
         const HoldArrivals hold(received_);
-        received_.ClearSyslog();
-        received_.UpdateStatusCounts(received_.Syslog);
+        received_.Clear(channel);
+        received_.UpdateStatusCounts(channel);
     }
     received_.UpdateListViewStatus();
 }

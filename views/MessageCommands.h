@@ -20,18 +20,20 @@ public:
     MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
                     TimeSlices& slices, Clock& clock, const ViewFilterState& viewFilter);
 
-    /// Acts on the active view, after a question.  Refused while a view filter is in force; silent where
-    /// nothing is selected.
-    void DeleteMessages();
-    /// The same for a view of the caller's choice, whatever page is in front.
+    /// Deletes what is selected in `view`, which was the active one when the user gave the command, after a
+    /// question. Refused while a view filter is in force; silent if nothing is selected, or if `view` is a
+    /// NetBIOS list and the syslog page is in front.
+    void DeleteMessages(ViewNumber view);
+    /// Deletes what is selected in `view`, whatever page is in front, as DeleteMessages does. Makes `view`
+    /// the active one.
     void DeleteMessagesIn(ViewNumber view);
-    /// Acts on the channel of the page on show, after a question; any page but the NetBIOS one is syslog's.
+    /// Deletes all messages of the channel of the page in front, after a question.
     void ClearAllMessages();
 
 private:
     bool RefuseWhileFiltered();
-    void DeleteNetBiosMessages();
-    void DeleteSyslogMessages();
+    void DeleteNetBiosMessages(ViewNumber view);
+    void DeleteSyslogMessages(ViewNumber view);
     void DeleteTreeSelection();
     void RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work);
     void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);

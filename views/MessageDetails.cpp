@@ -2,9 +2,6 @@
 
 #include <algorithm>
 
-#include "records/NetBiosFormat.h"
-#include "records/SyslogFormat.h"
-
 namespace tallyhorn {
 
 bool MessageDetails::Show(ViewNumber view, Slot slot) {
@@ -17,10 +14,10 @@ bool MessageDetails::Show(ViewNumber view, Slot slot) {
 
 void MessageDetails::Take(Slot slot) {
     slot_ = slot;
-    text_ = Channel(view_).Messages.Text(slot);
+    text_ = ChannelOfShown().Messages.Text(slot);
     if (IsInTree()) {
         const MessageRows& rows = received_.Syslog.Rows;
-        group_ = {rows.CellText(slot, MessageColumn::Alarm), rows[slot].Picture.value(),
+        group_ = {rows.CellText(slot, MessageColumn::Alarm), rows[slot].Type,
                   rows.CellText(slot, MessageColumn::Computer)};
     }
     FindPlace();
@@ -89,20 +86,17 @@ MessageDetails::Found MessageDetails::LookAgain() {
 }
 
 void MessageDetails::FillCurrentAlarm(AlarmRecord& alarm, AlarmDate now) const {
-    if (view_ < FirstSyslogView)
-        ParseCurrentAlarm(text_, alarm);
-    else
-        ReadStoredText(text_, received_.DayFirst(), now, alarm);
+    received_.ReadKeptText(ChannelOfShown(), text_, now, alarm);
 }
 
 // ---- the view
 
 bool MessageDetails::IsThere() const {
-    return Channel(view_).Messages.Text(slot_) == text_ && PlaceOf(view_, slot_);
+    return ChannelOfShown().Messages.Text(slot_) == text_ && PlaceOf(view_, slot_);
 }
 
-const MessageChannel& MessageDetails::Channel(ViewNumber view) const {
-    return view < FirstSyslogView ? received_.NetBios : received_.Syslog;
+const MessageChannel& MessageDetails::ChannelOfShown() const {
+    return received_.In(ChannelOfView(view_));
 }
 
 std::optional<std::size_t> MessageDetails::PlaceOf(ViewNumber view, Slot slot) const {

@@ -48,7 +48,7 @@ private:
     /// What the computer of a leaf is found by when the tree was made anew.
     struct Group {
         std::string Alarm;
-        EventPicture Type{};
+        EventType Type{};
         std::string Computer;
     };
 
@@ -59,7 +59,7 @@ private:
     void FindPlace();
     bool IsThere() const;
     bool IsInTree() const { return view_ == ConsolidatedView; }
-    const MessageChannel& Channel(ViewNumber view) const;
+    const MessageChannel& ChannelOfShown() const;
     std::optional<std::size_t> PlaceOf(ViewNumber view, Slot slot) const;
     TreeNode Parent() const;
     std::size_t EntryCount() const;

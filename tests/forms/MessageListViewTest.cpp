@@ -30,7 +30,7 @@ protected:
             AlarmRecord alarm;
             alarm.DateTime = AlarmDate{next_ * 86'400};
             alarm.AlarmName = "alarm " + std::to_string(next_ % 3);
-            rows_.Add(next_, alarm, EventPicture::Error, CriticalList);
+            rows_.Add(next_, alarm, EventType::Error);
             list_.Add(next_);
         }
         view_->TakeInRows();

@@ -16,7 +16,7 @@ namespace {
 std::map<std::string, QIcon> AllIcons() {
     std::map<std::string, QIcon> icons{{"alarm", AlarmIcon()}, {"console", ConsoleIcon()}};
     for (std::size_t i = 0; i < EventPictureCount; ++i)
-        icons["event " + std::to_string(i)] = EventIcon(static_cast<EventPicture>(i));
+        icons["event " + std::to_string(i)] = EventIcon(static_cast<EventType>(i));
     for (std::size_t i = 0; i < CommandPictureCount; ++i)
         icons["command " + std::to_string(i)] = CommandIcon(static_cast<CommandPicture>(i));
     for (int i = 0; i < 3; ++i)

@@ -308,10 +308,9 @@ class frmMessageAloneTest : public CommandsFixture {
 protected:
     /// The only NetBIOS message.
     void Show(const std::string& text) {
-        received_.NetBios.Clear(0);
-        received_.NetBios.Messages.Put(0, text);
         AlarmRecord parsed;
-        received_.ParseMessageAdd(0, parsed);
+        received_.Clear(received_.NetBios);
+        received_.KeepNetBiosMessage(text, parsed, true);
         window_.InitForm(0, 0);
         window_.ShowBeside(QRect());
     }

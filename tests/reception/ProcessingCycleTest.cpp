@@ -31,8 +31,8 @@ TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
     EXPECT_EQ(Names(2), "a c ");
     EXPECT_EQ(Names(1), "d ");
     EXPECT_EQ(Names(0), "b e f g ") << "types that nobody knows are critical";
-    EXPECT_EQ(Received.List(0).PictureAt(2), std::nullopt);
-    EXPECT_EQ(Received.List(0).PictureAt(3), EventPicture::QuestionMark);
+    EXPECT_EQ(Received.List(0).TypeAt(2), EventType::Unknown);
+    EXPECT_EQ(Received.List(0).TypeAt(3), EventType::None);
     EXPECT_EQ(Alarm.TypeOfEvent, "questionmark") << "the record keeps the icon key";
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "7 NetBIOS Message(s)");
     EXPECT_EQ(Display.Enabled, (std::array<bool, 7>{true, true, true, false, false, false, false}));
@@ -125,7 +125,7 @@ TEST_F(ProcessingCycleTest, ATickInsideABatchIsABatchOfItsOwn) {
 TEST_F(ProcessingCycleTest, AClearInsideABatchLeavesACountThatIsTrue) {
     Time.PerLook = std::chrono::milliseconds(4);
     Events.Event = [this] {
-        Received.NetBios.Clear(0);
+        Received.Clear(Received.NetBios);
         Events.Event = nullptr;
     };
     for (int i = 0; i < 5; ++i)

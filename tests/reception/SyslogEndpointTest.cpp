@@ -13,7 +13,7 @@ namespace {
 
 class SyslogEndpointTest : public ::testing::Test, protected ReceptionInMemory {
 protected:
-    SyslogEndpointTest() { Received.ClearSyslog(); }
+    SyslogEndpointTest() { Received.Clear(Received.Syslog); }
 
     void Arrive(const std::string& name) { ArriveDatagram(Datagram({.Name = name})); }
     /// The names of all alarms that the lists show, in the order of arrival.
@@ -207,10 +207,10 @@ TEST_F(SyslogEndpointTest, RestoresWhatWasKept) {
     ArriveDatagram("Event (Test Message): x");
     Syslog.DataArrival();
     const std::string kept = Received.Syslog.Messages.Text(0);
-    Received.ClearSyslog();
+    Received.Clear(Received.Syslog);
     Time.Local += 1000;
-    Syslog.RestoreBackupMessage(kept);
-    Syslog.RestoreBackupMessage(Datagram({.Name = "foreign"}));
+    for (const std::string& text : {kept, Datagram({.Name = "foreign"})})
+        Received.RestoreBackupMessage(text, AlarmDate{Time.Local}, Alarm);
     EXPECT_EQ(Kept(), 2);
     EXPECT_EQ(Received.Syslog.Messages.Text(0), kept) << "with the date that it had";
     EXPECT_EQ(Names(), "Test Notification foreign ");

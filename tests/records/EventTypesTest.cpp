@@ -7,34 +7,34 @@ namespace {
 
 TEST(EventTypes, GiveDisplayNameListAndIcon) {
     const struct {
-        const char* Type;
+        const char* Text;
         const char* DisplayName;
         std::int16_t List;
         const char* IconKey;
-        std::optional<EventPicture> Picture;
+        EventType Type;
     } cases[] = {
-        {"Information", "Information", 2, "information", EventPicture::Information},
-        {"WARNING", "Warning", 1, "warning", EventPicture::Warning},
-        {"error", "Error", 0, "error", EventPicture::Error},
-        {"FAILUREAUDIT", "Failure Audit", 0, "failureaudit", EventPicture::FailureAudit},
-        {"SuccessAudit", "Success Audit", 2, "successaudit", EventPicture::SuccessAudit},
-        // The display name knows no blanks, the others remove them.
-        {"Failure Audit", "Failure Audit", 0, "failureaudit", EventPicture::FailureAudit},
-        {"SUCCESS AUDIT", "SUCCESS AUDIT", 2, "successaudit", EventPicture::SuccessAudit},
-        {" w a r n i n g ", " w a r n i n g ", 1, "warning", EventPicture::Warning},
-        {"", "", 0, "questionmark", EventPicture::QuestionMark},
-        {"   ", "   ", 0, "questionmark", EventPicture::QuestionMark},
-        {"Critical", "Critical", 0, "critical", std::nullopt},
-        {"warning\t", "warning\t", 0, "warning\t", std::nullopt},
-        {"\xC9t\xE9", "\xC9t\xE9", 0, "\xE9t\xE9", std::nullopt},
-        // What an icon key of the notification before turns into when it is carried over.
-        {"questionmark", "questionmark", 0, "questionmark", EventPicture::QuestionMark},
+        {"Information", "Information", 2, "information", EventType::Information},
+        {"WARNING", "Warning", 1, "warning", EventType::Warning},
+        {"error", "Error", 0, "error", EventType::Error},
+        {"FAILUREAUDIT", "Failure Audit", 0, "failureaudit", EventType::FailureAudit},
+        {"SuccessAudit", "Success Audit", 2, "successaudit", EventType::SuccessAudit},
+        // Blanks count for the display name and for nothing else.
+        {"Failure Audit", "Failure Audit", 0, "failureaudit", EventType::FailureAudit},
+        {"SUCCESS AUDIT", "SUCCESS AUDIT", 2, "successaudit", EventType::SuccessAudit},
+        {" w a r n i n g ", " w a r n i n g ", 1, "warning", EventType::Warning},
+        {"", "", 0, "questionmark", EventType::None},
+        {"   ", "   ", 0, "questionmark", EventType::None},
+        {"Critical", "Critical", 0, "critical", EventType::Unknown},
+        {"warning\t", "warning\t", 0, "warning\t", EventType::Unknown},
+        {"\xC9t\xE9", "\xC9t\xE9", 0, "\xE9t\xE9", EventType::Unknown},
+        {"questionmark", "questionmark", 0, "questionmark", EventType::None},
     };
-    for (const auto& [type, displayName, list, iconKey, picture] : cases) {
-        EXPECT_EQ(EventTypeDisplayName(type), displayName) << type;
-        EXPECT_EQ(EventTypeListIndex(type), list) << type;
-        EXPECT_EQ(EventTypeIconKey(type), iconKey) << type;
-        EXPECT_EQ(PictureForIconKey(iconKey), picture) << type;
+    for (const auto& [text, displayName, list, iconKey, type] : cases) {
+        EXPECT_EQ(EventTypeDisplayName(text), displayName) << text;
+        EXPECT_EQ(EventTypeListIndex(text), list) << text;
+        EXPECT_EQ(EventTypeIconKey(text), iconKey) << text;
+        EXPECT_EQ(EventTypeOf(text), type) << text;
+        EXPECT_EQ(EventTypeOf(iconKey), type) << text << ", carried over as an icon key";
     }
 }
 

@@ -33,7 +33,7 @@ protected:
     static std::string Line(const std::string& name, const std::string& type = "Error") {
         return "08/21/2008 2:05:09 PM," + name + ",System,Disk," + type + ",None,7,JOE,PC,\"text\"\r\n";
     }
-    void StoreNamed(const std::string& name) { StoreNetBios(NetBiosText({.Name = name})); }
+    void StoreNamed(const std::string& name) { KeepNetBios(NetBiosText({.Name = name}), false); }
 
     /// What the export wrote, after a look at what it asked and told: the question alone.
     std::string Exported() {

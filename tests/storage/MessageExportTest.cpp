@@ -105,7 +105,7 @@ TEST_F(MessageExportTest, IsSilentWhereThereIsNothingToExport) {
     Display.Page = MessagePage::Syslog;
     KeepSyslog(Record("two"));
     EXPECT_EQ(Exported(), Header + Line("one") + Line("two"));
-    Received.ClearSyslog();
+    Received.Clear(Received.Syslog);
     EXPECT_EQ(Exported(), Header) << "none at all makes a file of the header";
     Display.Page = MessagePage::NetBios;
     StoreNamed("one");
@@ -133,11 +133,12 @@ TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheSlots) {
 
 TEST_F(MessageExportTest, ReadsEachChannelInItsOwnWay) {
     Received.SetDateStyle({true, "-"});
-    StoreNetBios(
+    KeepNetBios(
         "Date: 12/25/2008 15:04:05\r\n\r\n\r\nAlarm (a (b) c)\r\n\r\n\r\nLog: Security\r\nSource: x,y\r\n"
         "Type: audit FAILURE \r\nCategory:\r\nID: no\r\nAccount: m\xFCller\r\nComputer: pc\r\n"
-        "Description: one\r\n two\r\n");
-    StoreNetBios("short");
+        "Description: one\r\n two\r\n",
+        false);
+    KeepNetBios("short", false);
     // What a text lacks is what the one before it had.
     const std::string last =
         "25/12/2008 3:04:05 PM,a (b) c,Security,x,y,audit FAILURE ,,0,M\xDCLLER,PC,\"one  two\"\r\n";
@@ -194,7 +195,7 @@ TEST_F(MessageExportTest, WritesABranchInTheOrderShown) {
 TEST_F(MessageExportTest, ABranchThatGoesMeanwhileIsNotExported) {
     Display.Page = MessagePage::Consolidated;
     FillAll();
-    Boxes.WhileAsked = [this] { Received.ClearSyslog(); };
+    Boxes.WhileAsked = [this] { Received.Clear(Received.Syslog); };
     export_.ExportMessages();
     EXPECT_EQ(Boxes.Shown.size(), 1U);
     EXPECT_EQ(CountFiles(folder_.Path()), 0U);

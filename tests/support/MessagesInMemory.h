@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "records/NetBiosFormat.h"
@@ -15,20 +14,10 @@ template <typename ClockType>
 struct MessagesOver {
     /// As a notification that comes by syslog and passes its filters.
     void KeepSyslog(AlarmRecord record, bool shown = true) { Received.KeepSyslogMessage(record, shown); }
-    /// The text alone, without a row.
-    Slot StoreNetBios(const std::string& text) {
-        MessageStore& messages = Received.NetBios.Messages;
-        const std::optional<Slot> freed = messages.TakeFreeSlot();
-        const Slot slot = freed ? *freed : messages.Grow();
-        messages.Put(slot, text);
-        return slot;
-    }
-    /// As a notification that comes by mailslot and passes its filters.
-    Slot KeepNetBios(const std::string& text) {
+    /// As a notification that comes by mailslot and passes its filters, or is hidden by the view filter.
+    Slot KeepNetBios(const std::string& text, bool shown = true) {
         ParseCurrentAlarm(text, Alarm);
-        const Slot slot = StoreNetBios(text);
-        Received.ParseMessageAdd(slot, Alarm);
-        return slot;
+        return Received.KeepNetBiosMessage(text, Alarm, shown);
     }
     std::size_t RowCount(const MessageChannel& channel) const {
         std::size_t rows = 0;

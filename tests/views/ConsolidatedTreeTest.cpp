@@ -90,8 +90,7 @@ struct WalkedTree {
 class ConsolidatedTreeTest : public ::testing::Test {
 protected:
     void Add(Slot slot, const AlarmRecord& record) {
-        const std::string key = EventTypeIconKey(record.TypeOfEvent);
-        rows_.Add(slot, record, PictureForIconKey(key), ListForIconKey(key));
+        rows_.Add(slot, record, EventTypeOf(record.TypeOfEvent));
         tree_.AddMessageToConsolidatedTree(slot, record);
     }
     void Remove(std::vector<Slot> slots) {
@@ -162,8 +161,8 @@ TEST_F(ConsolidatedTreeTest, GroupsByAlarmTypeAndComputer) {
             system + "    PC2 ( 1 Event )\n      " + system +
             "full ( 1 Event )\n  Error ( 1 Event )\n    PC1 ( 1 Event )\n      " + system)
         << "in the order of the texts; unknown types have no leaf; names differ by case too";
-    EXPECT_EQ(tree_.Picture(First(1)), std::nullopt);
-    EXPECT_EQ(tree_.Picture(First(4)), EventPicture::Error);
+    EXPECT_EQ(tree_.Type(First(1)), std::nullopt);
+    EXPECT_EQ(tree_.Type(First(4)), EventType::Error);
 }
 
 TEST_F(ConsolidatedTreeTest, ARemovalLeavesThePluralAndCutsAtTheFirstParenthesis) {

@@ -20,10 +20,9 @@ protected:
     /// The viewer's name and arguments, or what the user is told.
     std::string Open(MessagePage page, ViewNumber activeView) {
         Display.Page = page;
-        Received.ActiveView = activeView;
         Boxes.Shown.clear();
         programs_.Started.clear();
-        viewer_.OpenEventViewer();
+        viewer_.OpenEventViewer(activeView);
         std::string seen;
         for (const std::vector<std::string>& words : programs_.Started) {
             for (const std::string& word : words)
@@ -65,7 +64,7 @@ TEST_F(EventViewerTest, AComputersNodeGivesItsWholeText) {
         Received.Tree.SelectNode(node);
         EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), expected);
     }
-    Received.ClearSyslog();
+    Received.Clear(Received.Syslog);
     EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), refusal_) << "the node is gone";
 }
 
@@ -73,7 +72,7 @@ TEST_F(EventViewerTest, ASendersTextIsOneArgumentAndNoOption) {
     const std::string shell = "PC; $(reboot) & <b> \"x\" %s";
     programs_.Works = false;  // of which the user is not told
     for (const std::string& computer : {std::string("/l:\\\\HOST\\X.EVTX"), std::string("-x"), shell}) {
-        Received.ClearSyslog();
+        Received.Clear(Received.Syslog);
         KeepSyslogFrom(computer);
         Display.Selected = {{3, 0}};
         EXPECT_EQ(Open(MessagePage::Syslog, 3), computer == shell ? "eventvwr|" + shell + "|" : refusal_);

@@ -24,12 +24,11 @@ protected:
 
 TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     KeepTen();
-    Received.ActiveView = 2;
     Received.List(2).Select(3, 3, true);
     Received.List(2).Select(6, 6, true);
     Boxes.WhileAsked = [this] { EXPECT_TRUE(Display.Polling) << "while the question stands"; };
     Events.Event = [this] { EXPECT_FALSE(Display.Polling); };
-    commands_.DeleteMessages();
+    commands_.DeleteMessages(2);
     EXPECT_EQ(Boxes.Shown, std::vector<std::string>{deleteQuestion_});
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
     EXPECT_TRUE(Display.Polling);
@@ -62,9 +61,8 @@ TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
     for (const auto& [why, activeView, page, filtered, shown] : cases) {
         Boxes.Shown.clear();
         filter_.Active = filtered;
-        Received.ActiveView = activeView;
         Display.Page = page;
-        commands_.DeleteMessages();
+        commands_.DeleteMessages(activeView);
         EXPECT_EQ(Boxes.Shown, shown) << why;
         EXPECT_EQ(Received.List(2).Size(), 10U) << why;
     }
@@ -75,10 +73,9 @@ TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
 TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
     for (int i = 0; i < 50'000; ++i)
         Keep();
-    Received.ActiveView = 2;
     Received.List(2).Select(0, 49'999, true);
     Time.PerLook = std::chrono::microseconds(2);
-    commands_.DeleteMessages();
+    commands_.DeleteMessages(2);
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 0);
     EXPECT_GT(Time.Slept, std::chrono::milliseconds(0));
     EXPECT_LT(Time.Slept, std::chrono::milliseconds(500));

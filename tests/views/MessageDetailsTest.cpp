@@ -17,9 +17,7 @@ protected:
     Slot Arrive(const std::string& name, std::int64_t minute = 0) {
         AlarmRecord alarm = RecordOf({.Name = name});
         alarm.DateTime = AlarmDate{minute * 60};
-        const Slot slot = StoreNetBios(name);
-        Received.ParseMessageAdd(slot, alarm);
-        return slot;
+        return Received.KeepNetBiosMessage(name, alarm, true);
     }
     /// A syslog error of one alarm, that description; its slot is its place in order of arrival.
     void Keep(const std::string& description, const std::string& computer = "PC", std::int64_t minute = 0) {
@@ -53,20 +51,19 @@ protected:
     /// As the main window does when the user deletes.
     void Delete(ViewNumber view, const std::vector<Slot>& slots) {
         details_.NotePlace();
-        Received.ActiveView = view;
         Received.List(view).ClearSelection();
         for (const Slot slot : slots) {
             const std::size_t position = Received.List(view).PositionOf(slot).value();
             Received.List(view).Select(position, position, true);
         }
-        commands_.DeleteMessages();
+        commands_.DeleteMessages(view);
     }
     /// Empties the views and shows the syslog messages at these slots anew.
     void ShowAnew(const std::vector<Slot>& slots) {
         details_.NotePlace();
         Received.ClearViews();
         for (const Slot slot : slots)
-            Received.ShowSyslogMessage(slot, AlarmDate(), Alarm);
+            Received.ShowMessage(Received.Syslog, slot, AlarmDate(), Alarm);
         Received.Tree.AddNoted();
     }
 
@@ -143,7 +140,7 @@ TEST_F(MessageDetailsTest, ShowsWhatTookThePlaceOfWhatWent) {
         {"all leaves of the computer", ConsolidatedView, 1, {0, 1, 2}, "nothing"},
     };
     for (const auto& [what, view, of, gone, then] : cases) {
-        Received.ClearSyslog();
+        Received.Clear(Received.Syslog);
         for (int i = 0; i < 3; ++i)
             Keep(std::to_string(i), "PC", i);
         ASSERT_TRUE(details_.Show(view, of)) << what;
@@ -162,7 +159,7 @@ TEST_F(MessageDetailsTest, ASlotThatServesAgainIsNotTakenForTheOldOne) {
     ASSERT_EQ(Arrive("new"), slot);
     EXPECT_EQ(Next(), "at old");
     EXPECT_EQ(LookAgain(), "other new");
-    Received.NetBios.Clear(0);
+    Received.Clear(Received.NetBios);
     EXPECT_EQ(LookAgain(), "nothing");
     EXPECT_EQ(Shown(), "new") << "until the window has gone";
 }

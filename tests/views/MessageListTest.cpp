@@ -23,7 +23,7 @@ AlarmRecord Alarm(const std::string& name, std::int64_t seconds = 0, const std::
 class MessageListTest : public ::testing::Test {
 protected:
     void Add(Slot slot, const AlarmRecord& alarm) {
-        rows_.Add(slot, alarm, EventPicture::Error, CriticalList);
+        rows_.Add(slot, alarm, EventType::Error);
         list_.Add(slot);
     }
     void Remove(Slot slot) {

@@ -29,14 +29,13 @@ protected:
         return node;
     }
     void DeleteNode(TreeNode node) {
-        Received.ActiveView = ConsolidatedView;
         Received.Tree.SelectNode(node);
-        commands_.DeleteMessages();
+        commands_.DeleteMessages(ConsolidatedView);
     }
 };
 
 TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
-    Received.ClearSyslog();
+    Received.Clear(Received.Syslog);
     for (int kept = 1; kept <= 99; ++kept) {
         Keep("a", "Error", "PC");
         EXPECT_EQ(Received.Syslog.Messages.UpperBound(), kept < 99 ? 100 : 200);
@@ -46,13 +45,12 @@ TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
 TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
     for (const char* const computer : {"A", "B", "B"})
         Keep("Full", "Warning", computer);
-    Received.ActiveView = 4;
     Received.List(4).Select(0, 1, true);
     Boxes.WhileAsked = [this] {
         EXPECT_TRUE(Received.SyslogDeleteInProgress);
         EXPECT_TRUE(Display.Polling) << "the poll itself holds back then";
     };
-    commands_.DeleteMessages();
+    commands_.DeleteMessages(4);
     EXPECT_EQ(Boxes.Shown.size(), 1U);
     EXPECT_FALSE(Received.SyslogDeleteInProgress);
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
@@ -79,7 +77,7 @@ TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
     };
     for (const auto& [way, question, rowsLeft] : cases) {
         SCOPED_TRACE(rowsLeft);
-        Received.ClearSyslog();
+        Received.Clear(Received.Syslog);
         Boxes.Shown.clear();
         for (const char* const computer : {"A", "A", "B"})
             Keep("Disk", "Error", computer);
@@ -116,7 +114,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     Display.Page = MessagePage::Consolidated;
     for (int step = 0; step < 4000; ++step) {
         const std::size_t what = below(100);
-        const auto view = static_cast<ViewNumber>(FirstSyslogView + below(3));
+        const auto view = ViewOfList(Channel::Syslog, below(3));
         MessageList& list = Received.List(view);
         const std::size_t before = Rows();
         if (what < 93) {
@@ -133,8 +131,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             list.Select(first, std::min(first + below(20), list.Size() - 1), true);
             const std::vector<Slot> goes = list.SelectedSlots();
             freed.insert(freed.end(), goes.begin(), goes.end());
-            Received.ActiveView = view;
-            commands_.DeleteMessages();
+            commands_.DeleteMessages(view);
             ASSERT_EQ(Rows(), before - goes.size()) << step;
         } else if (what < 99 && Received.Tree.LeafCount() > 0) {
             TreeNode node;

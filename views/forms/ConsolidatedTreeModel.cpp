@@ -136,9 +136,9 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
     const TreeNode node = NodeAt(index);
     if (node.IsRoot() || !tree_.Holds(node))
         return {};
-    const std::optional<EventPicture> picture = tree_.Picture(node);
+    const std::optional<EventType> type = tree_.Type(node);
     if (role == Qt::DecorationRole)
-        return picture ? icons_.at(static_cast<std::size_t>(*picture)) : alarmIcon_;
+        return type ? icons_.at(static_cast<std::size_t>(*type)) : alarmIcon_;
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
         return {};
     const QString shown = ToShownLine(tree_.Text(node));
@@ -148,7 +148,7 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::ToolTipRole:
             return shown.size() > LongestAtAGlance ? ToToolTip(shown) : QVariant();
         default:
-            return QString((picture ? SpokenType(*picture) : tr("Alarm")) + QStringLiteral(", ") + shown);
+            return QString((type ? SpokenType(*type) : tr("Alarm")) + QStringLiteral(", ") + shown);
     }
 }
 

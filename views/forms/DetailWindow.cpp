@@ -26,17 +26,17 @@ MessagePage DetailWindow::CurrentPage() const {
     return static_cast<MessagePage>(parts_.Pages.currentIndex());
 }
 
-void DetailWindow::ViewMessageDetails() {
+void DetailWindow::ViewMessageDetails(ViewNumber view) {
     if (CurrentPage() == MessagePage::Consolidated)
         OpenTreeMessage();
-    else if (parts_.Received.ActiveView < ConsolidatedView)
-        OpenListMessage(parts_.Received.ActiveView);
+    else if (view != ConsolidatedView)
+        OpenListMessage(view);
 }
 
-/// On the syslog page a NetBIOS list stands for the syslog list of the same type.
+/// compatibility: while the syslog page is in front, a NetBIOS list means the syslog list of the same types.
 void DetailWindow::OpenListMessage(ViewNumber view) {
-    if (!IsSyslogView(view) && CurrentPage() == MessagePage::Syslog)
-        view = static_cast<ViewNumber>(view + FirstSyslogView);
+    if (CurrentPage() == MessagePage::Syslog)
+        view = ViewOfList(Channel::Syslog, ListOfView(view));
     parts_.Received.ActiveView = view;
     if (const std::optional<Slot> slot = List(view).SelectedSlot())
         Show(view, *slot, List(view).CurrentRowOnScreen());

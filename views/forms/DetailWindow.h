@@ -42,8 +42,9 @@ public:
     };
     DetailWindow(const Parts& parts, QWidget* mainWindow);
 
-    /// What is selected in the tree, where that is in front, and else in the list that the active view names.
-    void ViewMessageDetails();
+    /// Shows what is selected in the tree if that is in front, else in `view`, which was the active one when
+    /// the user gave the command.
+    void ViewMessageDetails(ViewNumber view);
     void Close();
 
 private:

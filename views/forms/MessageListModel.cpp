@@ -66,13 +66,13 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     const auto column = static_cast<MessageColumn>(index.column());
     if (role == Qt::DisplayRole)
         return ToVisibleLine(list_.CellText(position, column));
-    const std::optional<EventPicture> picture = list_.PictureAt(position);
-    if (column != MessageColumn::DateLogged || !picture)
+    const EventType type = list_.TypeAt(position);
+    if (column != MessageColumn::DateLogged || !HasPicture(type))
         return {};
     if (role == Qt::DecorationRole)
-        return EventIcon(*picture);
+        return EventIcon(type);
     if (role == Qt::AccessibleTextRole)
-        return QString(SpokenType(*picture) + QStringLiteral(", ") +
+        return QString(SpokenType(type) + QStringLiteral(", ") +
                        ToVisibleLine(list_.CellText(position, column)));
     return {};
 }

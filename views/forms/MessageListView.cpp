@@ -215,8 +215,9 @@ void MessageListView::PaintCell(QPainter& painter, const Look& look, int row, in
     if (column == static_cast<int>(MessageColumn::DateLogged)) {
         const QRect place(left + CellMargin, top + (look.RowHeight - look.IconSide) / 2, look.IconSide,
                           look.IconSide);
-        if (const auto picture = List().PictureAt(position); picture && width > look.IconSide + CellMargin)
-            icons_.at(static_cast<std::size_t>(*picture)).paint(&painter, place);
+        const EventType type = List().TypeAt(position);
+        if (HasPicture(type) && width > look.IconSide + CellMargin)
+            icons_.at(static_cast<std::size_t>(type)).paint(&painter, place);
         indent += look.IconSide + CellMargin;
     }
     const int room = width - indent - CellMargin;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "views/messages/Channels.h"
+
 class QWidget;
 
 namespace tallyhorn {
@@ -27,7 +29,7 @@ public:
     virtual void ManageSuppressionFilters() = 0;
     /// Asks for a suppression filter made from the current alarm, over the detail window.
     virtual void AddSuppressionFilter(QWidget& over) = 0;
-    virtual void OpenEventViewer() = 0;
+    virtual void OpenEventViewer(ViewNumber view) = 0;
     virtual void ExportMessages() = 0;
     virtual void ShowPreferences() = 0;
     virtual void ShowHelp() = 0;

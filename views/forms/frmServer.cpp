@@ -38,11 +38,6 @@ constexpr qint64 ShortWork = 500;
 constexpr int ProgressSteps = 1000;
 
 constexpr const char* ConsolidatedCaption = "Consoli&dated Syslog Messages";
-/// From the top of the page; the list in the first frame is the last of its channel.
-constexpr std::array<const char*, EventListCount> NetBiosCaptions = {
-    "I&nformation Events and Success Audits", "W&arning Events", "C&ritical Events (Errors, Failure Audits)"};
-constexpr std::array<const char*, EventListCount> SyslogCaptions = {
-    "&Information Events and Success Audits", "&Warning Events", "&Critical Events (Errors, Failure Audits)"};
 
 /// A size that does not fit leaves the control as it was.
 void ResizeIfFits(QWidget* widget, int width, int height) {
@@ -85,25 +80,25 @@ void frmServer::BuildPages() {
     for (const std::string_view caption : PageCaptions)
         tabMessageTypes->addTab(new QWidget, ToQString(caption));
 
-    const auto addFrame = [this](MessagePage page, const char* caption, const QString& name) {
-        auto* const frame =
-            new QGroupBox(QString::fromLatin1(caption), tabMessageTypes->widget(static_cast<int>(page)));
-        frame->setObjectName(name);
-        return frame;
-    };
-    for (std::size_t i = 0; i < EventListCount; ++i) {
-        fraNetBiosTypes.at(i) =
-            addFrame(MessagePage::NetBios, NetBiosCaptions.at(i), QStringLiteral("fraNetBiosTypes%1").arg(i));
-        fraSyslogTypes.at(i) =
-            addFrame(MessagePage::Syslog, SyslogCaptions.at(i), QStringLiteral("fraSyslogTypes%1").arg(i));
+    for (std::size_t channel = 0; channel < ChannelCount; ++channel) {
+        const ChannelTraits& traits = TraitsOf(static_cast<Channel>(channel));
+        for (std::size_t i = 0; i < EventListCount; ++i)
+            channels_.at(channel).Frames.at(i) = AddFrame(traits.Page, traits.FrameCaptions.at(i),
+                                                          ToQString(traits.FrameName) + QString::number(i));
     }
     fraConsolidated =
-        addFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
+        AddFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
     connect(tabMessageTypes, &QTabWidget::currentChanged, this, [this] {
         const bool tree = CurrentPage() == MessagePage::Consolidated;
         setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
         PlaceParts();
     });
+}
+
+QGroupBox* frmServer::AddFrame(MessagePage page, std::string_view caption, const QString& name) {
+    auto* const frame = new QGroupBox(ToQString(caption), tabMessageTypes->widget(static_cast<int>(page)));
+    frame->setObjectName(name);
+    return frame;
 }
 
 void frmServer::BuildStatusBar() {
@@ -130,21 +125,12 @@ void frmServer::BuildStatusBar() {
 
 void frmServer::Load(const Parts& parts) {
     parts_ = std::make_unique<const Parts>(parts);
-    BuildLists(fraNetBiosTypes, 0);
-    BuildLists(fraSyslogTypes, FirstSyslogView);
+    for (std::size_t channel = 0; channel < ChannelCount; ++channel)
+        BuildLists(TraitsOf(static_cast<Channel>(channel)));
     BuildTree();
-    details_ = new DetailWindow(
-        {parts.Received,
-         parts.Commands,
-         parts.Boxes,
-         parts.CurrentAlarm,
-         parts.Time,
-         queue_,
-         parts.Others,
-         *tabMessageTypes,
-         {lvwMessages[0], lvwMessages[1], lvwMessages[2], lvwSyslog[0], lvwSyslog[1], lvwSyslog[2]},
-         *tvwConsolidated},
-        this);
+    details_ = new DetailWindow({parts.Received, parts.Commands, parts.Boxes, parts.CurrentAlarm, parts.Time,
+                                 queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
+                                this);
     arrivals_ = new ArrivalTimer(parts.Syslog, parts.Cycle, queue_, this);
     connect(timCheck, &QTimer::timeout, this,
             [this] { queue_.RunAsWork([this] { parts_->Cycle.TimCheckTick(); }); });
@@ -154,17 +140,15 @@ void frmServer::Load(const Parts& parts) {
     LayOut();
 }
 
-void frmServer::BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView) {
-    auto& lists = IsSyslogView(firstView) ? lvwSyslog : lvwMessages;
-    const QString name =
-        IsSyslogView(firstView) ? QStringLiteral("lvwSyslog%1") : QStringLiteral("lvwMessages%1");
-    for (std::size_t frame = 0; frame < frames.size(); ++frame) {
-        const std::size_t element = frames.size() - 1 - frame;
-        const auto view = static_cast<ViewNumber>(firstView + static_cast<ViewNumber>(element));
-        auto* const list = new MessageListView(parts_->Received.List(view), frames.at(frame));
-        list->setObjectName(name.arg(element));
-        list->setAccessibleName(WithoutAccessKey(frames.at(frame)->title()));
-        lists.at(element) = list;
+void frmServer::BuildLists(const ChannelTraits& traits) {
+    ChannelControls& controls = ControlsOf(traits.Id);
+    for (std::size_t frame = 0; frame < controls.Frames.size(); ++frame) {
+        const std::size_t element = controls.Frames.size() - 1 - frame;
+        const ViewNumber view = ViewOfList(traits.Id, element);
+        auto* const list = new MessageListView(parts_->Received.List(view), controls.Frames.at(frame));
+        list->setObjectName(ToQString(traits.ListName) + QString::number(element));
+        list->setAccessibleName(WithoutAccessKey(controls.Frames.at(frame)->title()));
+        controls.Lists.at(element) = list;
         ConnectList(view);
     }
 }
@@ -195,20 +179,22 @@ void frmServer::Do(ServerCommand command) {
     // Who asks again while the first wish waits wants it once; only the pause has two ends.
     if (command != ServerCommand::Pause && !asked_.insert(command).second)
         return;
+    // Taken now: while the command waits, the user may go on to another view.
+    const ViewNumber view = parts_->Received.ActiveView;
     queue_.Run(
-        [this, command] {
+        [this, command, view] {
             asked_.erase(command);
-            Execute(command);
+            Execute(command, view);
         },
         opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work);
 }
 
-void frmServer::Execute(ServerCommand command) {
+void frmServer::Execute(ServerCommand command, ViewNumber view) {
     switch (command) {
         case ServerCommand::ViewMessage:
-            return details_->ViewMessageDetails();
+            return details_->ViewMessageDetails(view);
         case ServerCommand::DeleteMessages:
-            return parts_->Commands.DeleteMessages();
+            return parts_->Commands.DeleteMessages(view);
         case ServerCommand::ClearAll:
             return parts_->Commands.ClearAllMessages();
         case ServerCommand::Exit:
@@ -216,7 +202,7 @@ void frmServer::Execute(ServerCommand command) {
         case ServerCommand::Pause:
             return parts_->Cycle.PauseCommand();
         case ServerCommand::EventLog:
-            return parts_->Others.OpenEventViewer();
+            return parts_->Others.OpenEventViewer(view);
         case ServerCommand::Export:
             return parts_->Others.ExportMessages();
         case ServerCommand::ToggleFilter:
@@ -444,11 +430,12 @@ void frmServer::PlaceParts() {
         inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));
         ResizeIfFits(inside, Pixels(insideSize.Width), Pixels(insideSize.Height));
     };
-    for (std::size_t i = 0; i < fraNetBiosTypes.size(); ++i) {
-        const int top = Pixels(layout.FrameTops.at(i)) - pageTop;
-        const std::size_t element = fraNetBiosTypes.size() - 1 - i;
-        place(fraNetBiosTypes.at(i), lvwMessages.at(element), top, layout.Frame, layout.List);
-        place(fraSyslogTypes.at(i), lvwSyslog.at(element), top, layout.Frame, layout.List);
+    for (const ChannelControls& controls : channels_) {
+        for (std::size_t i = 0; i < controls.Frames.size(); ++i) {
+            const std::size_t element = controls.Frames.size() - 1 - i;
+            place(controls.Frames.at(i), controls.Lists.at(element), Pixels(layout.FrameTops.at(i)) - pageTop,
+                  layout.Frame, layout.List);
+        }
     }
     place(fraConsolidated, tvwConsolidated, Pixels(layout.FrameTops.front()) - pageTop,
           layout.ConsolidatedFrame, layout.Tree);
@@ -468,15 +455,14 @@ void frmServer::ApplyColumnWidths() {
 /// The widths of the list under the mouse become those of its channel; the other channel takes them when the
 /// window is laid out anew.
 void frmServer::KeepColumnWidths(ViewNumber view) {
-    const ViewNumber first = IsSyslogView(view) ? FirstSyslogView : ViewNumber{0};
     for (int column = 0; column < SizedColumnCount; ++column) {
         Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));
         const int width = ListView(view)->ColumnWidth(column);
         if (Pixels(kept) == width && kept != 0)
             continue;
         kept = InTwips(width);
-        for (ViewNumber other = first; other < first + EventListCount; ++other)
-            ListView(other)->SetColumnWidth(column, width);
+        for (MessageListView* const list : ControlsOf(ChannelOfView(view)).Lists)
+            list->SetColumnWidth(column, width);
     }
 }
 
@@ -487,7 +473,18 @@ QWidget* frmServer::View(ViewNumber view) const {
 }
 
 MessageListView* frmServer::ListView(ViewNumber view) const {
-    return (IsSyslogView(view) ? lvwSyslog : lvwMessages).at(ListOfView(view));
+    return channels_.at(static_cast<std::size_t>(ChannelOfView(view))).Lists.at(ListOfView(view));
+}
+
+frmServer::ChannelControls& frmServer::ControlsOf(Channel channel) {
+    return channels_.at(static_cast<std::size_t>(channel));
+}
+
+std::array<MessageListView*, ConsolidatedView> frmServer::AllLists() const {
+    std::array<MessageListView*, ConsolidatedView> lists{};
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view)
+        lists.at(static_cast<std::size_t>(view)) = ListView(view);
+    return lists;
 }
 
 void frmServer::SetColumnWidths(const ColumnWidthArray& widths) {

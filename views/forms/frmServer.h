@@ -100,12 +100,19 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    /// The page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and lvwSyslog.
+    struct ChannelControls {
+        std::array<QGroupBox*, EventListCount> Frames{};       ///< from the top of the page
+        std::array<MessageListView*, EventListCount> Lists{};  ///< by list index
+    };
+
     void BuildPages();
     void BuildStatusBar();
-    void BuildLists(const std::array<QGroupBox*, EventListCount>& frames, ViewNumber firstView);
+    void BuildLists(const ChannelTraits& traits);
+    QGroupBox* AddFrame(MessagePage page, std::string_view caption, const QString& name);
     void ConnectList(ViewNumber view);
 
-    void Execute(ServerCommand command);
+    void Execute(ServerCommand command, ViewNumber view);
     void Close(bool byUser);
 
     void LayOut();
@@ -113,7 +120,9 @@ private:
     void PlaceParts();
     void ApplyColumnWidths();
     void KeepColumnWidths(ViewNumber view);
+    ChannelControls& ControlsOf(Channel channel);
     MessageListView* ListView(ViewNumber view) const;
+    std::array<MessageListView*, ConsolidatedView> AllLists() const;
     QWidget* View(ViewNumber view) const;
     void BuildTree();
     int Pixels(Twips length) const;
@@ -132,10 +141,7 @@ private:
     int longWorks_ = 0;  ///< one inside the other
 
     QTabWidget* tabMessageTypes = nullptr;
-    std::array<QGroupBox*, EventListCount> fraNetBiosTypes{};
-    std::array<QGroupBox*, EventListCount> fraSyslogTypes{};
-    std::array<MessageListView*, EventListCount> lvwMessages{};
-    std::array<MessageListView*, EventListCount> lvwSyslog{};
+    std::array<ChannelControls, ChannelCount> channels_;
     QGroupBox* fraConsolidated = nullptr;
     ConsolidatedTreeView* tvwConsolidated = nullptr;
     CommandBars bars_;

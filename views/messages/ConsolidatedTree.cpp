@@ -15,8 +15,8 @@ constexpr std::size_t AlarmText = 0;
 constexpr std::size_t LogTypeText = 1;
 constexpr std::size_t ComputerText = 3;
 
-/// The places of the types among their names, by the number of their picture.
-constexpr std::array<std::uint64_t, 5> TypeRanks = {2, 4, 0, 1, 3};
+/// Where each event type stands in the alphabetical order of the types' names.
+constexpr std::array<std::uint64_t, KnownTypeCount> TypeRanks = {2, 4, 0, 1, 3};
 
 std::string FourDigits(std::uint32_t number) {
     std::array<char, 16> text{};
@@ -39,20 +39,16 @@ std::string_view BeforeCount(std::string_view name) {
 
 // ---- adding
 
-bool ConsolidatedTree::HasNoLeaf(const MessageRow& row) {
-    return !row.Picture || *row.Picture == EventPicture::QuestionMark;
-}
-
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
     const MessageRow& row = rows_[slot];
-    if (HasNoLeaf(row))
+    if (!IsKnown(row.Type))
         leafless_.emplace(slot, 0);
     else
         Add({slot, AddHead(alarm), FindComputer(row)});
 }
 
 void ConsolidatedTree::NoteMessage(Slot slot, const AlarmRecord& alarm) {
-    if (HasNoLeaf(rows_[slot]))
+    if (!IsKnown(rows_[slot].Type))
         leafless_.emplace(slot, 0);
     else
         noted_.push_back({slot, AddHead(alarm)});
@@ -88,16 +84,16 @@ void ConsolidatedTree::Add(const Noted& message) {
 
 /// 0 where there is none.
 GroupId ConsolidatedTree::FindComputer(const MessageRow& row) const {
-    return groups_.FindComputer(row.Texts[AlarmText], *row.Picture, row.Texts[ComputerText]);
+    return groups_.FindComputer(row.Texts[AlarmText], row.Type, row.Texts[ComputerText]);
 }
 
 /// The computer, or the last group above it whose next one would have to be made with a key that is taken.
 GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     GroupId group = 0;
     for (const GroupLabel label :
-         {row.Texts[AlarmText], static_cast<GroupLabel>(*row.Picture), row.Texts[ComputerText]}) {
+         {row.Texts[AlarmText], static_cast<GroupLabel>(row.Type), row.Texts[ComputerText]}) {
         const GroupId found = groups_.Find(group, label);
-        const GroupId below = found != 0 ? found : AddGroup(group, label, *row.Picture);
+        const GroupId below = found != 0 ? found : AddGroup(group, label, row.Type);
         if (below == 0)
             return group;
         group = below;
@@ -106,11 +102,11 @@ GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
 }
 
 /// 0 where another group has the key.
-GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventPicture picture) {
+GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType type) {
     TreeGroup group;
     group.Parent = parent;
     group.Name = name;
-    group.Picture = picture;
+    group.Type = type;
     group.Level = static_cast<TreeLevel>(static_cast<int>(groups_[parent].Level) + 1);
     if (parent != 0)
         group.KeyNumber = static_cast<std::uint32_t>(order_.PositionOf(groups_[parent].Number));
@@ -314,7 +310,7 @@ bool ConsolidatedTree::FindPreviousAlarmNode(TreeNode& node) const {
     return true;
 }
 
-TreeNode ConsolidatedTree::FindComputer(std::string_view alarm, EventPicture type,
+TreeNode ConsolidatedTree::FindComputer(std::string_view alarm, EventType type,
                                         std::string_view computer) const {
     const std::optional<TextId> alarmText = rows_.Texts().Find(alarm);
     const std::optional<TextId> computerText = rows_.Texts().Find(computer);
@@ -334,13 +330,13 @@ std::string ConsolidatedTree::Text(TreeNode node) const {
     return text.append(" ( ").append(std::to_string(group.Count)).append(" Events )");
 }
 
-std::optional<EventPicture> ConsolidatedTree::Picture(TreeNode node) const {
+std::optional<EventType> ConsolidatedTree::Type(TreeNode node) const {
     if (node.IsLeaf())
-        return groups_[LeafOf(node).Computer].Picture;
+        return groups_[LeafOf(node).Computer].Type;
     const TreeGroup& group = groups_[node.GroupId()];
     if (group.Level == TreeLevel::Alarm)
         return std::nullopt;
-    return group.Picture;
+    return group.Type;
 }
 
 std::string ConsolidatedTree::Key(TreeNode node) const {
@@ -353,7 +349,7 @@ std::string ConsolidatedTree::Key(TreeNode node) const {
         case TreeLevel::Alarm:
             return "ALARM_" + std::string(GroupName(group));
         case TreeLevel::Type:
-            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Picture));
+            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Type));
         default:
             return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(GroupName(group));
     }
@@ -405,7 +401,7 @@ bool ConsolidatedTree::Covers(const TreeGroup& group, Slot slot) const {
         case TreeLevel::Alarm:
             return row.Texts[AlarmText] == group.Name;
         case TreeLevel::Type:
-            return row.Picture == group.Picture && Covers(groups_[group.Parent], slot);
+            return row.Type == group.Type && Covers(groups_[group.Parent], slot);
         default:
             return row.Texts[ComputerText] == group.Name && Covers(groups_[group.Parent], slot);
     }
@@ -456,7 +452,7 @@ RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const TreeGroup& parent) cons
 // ---- texts
 
 std::string_view ConsolidatedTree::GroupName(const TreeGroup& group) const {
-    return group.Level == TreeLevel::Type ? EventTypeName(group.Picture) : rows_.Texts().Text(group.Name);
+    return group.Level == TreeLevel::Type ? EventTypeName(group.Type) : rows_.Texts().Text(group.Name);
 }
 
 /// With the system's own separator, whatever the lists have.

@@ -68,11 +68,11 @@ public:
     /// The same to the sibling before, which a first one has not.
     bool FindPreviousAlarmNode(TreeNode& node) const;
     /// The computer's group by the texts of its rows; the root where there is none.
-    TreeNode FindComputer(std::string_view alarm, EventPicture type, std::string_view computer) const;
+    TreeNode FindComputer(std::string_view alarm, EventType type, std::string_view computer) const;
 
     std::string Text(TreeNode node) const;
-    /// Nothing for an alarm, which has a picture of its own.
-    std::optional<EventPicture> Picture(TreeNode node) const;
+    /// Nothing for an alarm, whose notifications may be of different types.
+    std::optional<EventType> Type(TreeNode node) const;
     /// "ALARM_name", "EVENT_number_type", "COMPUTER_number_name" or "FIELDS_slot_log": the number is the
     /// position among all nodes that the parent had when the group was made.
     std::string Key(TreeNode node) const;
@@ -118,11 +118,10 @@ private:
     };
     std::size_t Count(GroupId group) const { return groups_[group].Count; }
     const Leaf& LeafOf(TreeNode node) const { return leaves_[static_cast<std::size_t>(node.LeafSlot())]; }
-    static bool HasNoLeaf(const MessageRow& row);
     GroupId FindComputer(const MessageRow& row) const;
     GroupId FindOrAddGroups(const MessageRow& row);
     void Add(const Noted& message);
-    GroupId AddGroup(GroupId parent, GroupLabel name, EventPicture picture);
+    GroupId AddGroup(GroupId parent, GroupLabel name, EventType type);
     void AddLeaf(GroupId computer, Slot slot, TextId head);
     TextId AddHead(const AlarmRecord& alarm);
 

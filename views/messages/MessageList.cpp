@@ -33,8 +33,8 @@ std::string MessageList::CellText(std::size_t position, MessageColumn column) co
     return rows_.CellText(SlotAt(position), column);
 }
 
-std::optional<EventPicture> MessageList::PictureAt(std::size_t position) const {
-    return rows_[SlotAt(position)].Picture;
+EventType MessageList::TypeAt(std::size_t position) const {
+    return rows_[SlotAt(position)].Type;
 }
 
 /// Rows of the same day begin alike as far as the day's own text goes, so that few of a million are

@@ -28,7 +28,7 @@ public:
     /// Nothing for a slot whose row this list does not show.
     std::optional<std::size_t> PositionOf(Slot slot) const;
     std::string CellText(std::size_t position, MessageColumn column) const;
-    std::optional<EventPicture> PictureAt(std::size_t position) const;
+    EventType TypeAt(std::size_t position) const;
     /// The first row from `start` on, going round once, whose first column begins with `text` in any case.
     std::optional<std::size_t> FindByDate(std::string_view text, std::size_t start) const;
 

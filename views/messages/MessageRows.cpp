@@ -18,8 +18,7 @@ void MessageRows::SetDateStyle(const DateStyle& style) {
     style_ = static_cast<std::uint16_t>(known - styles_.begin());
 }
 
-void MessageRows::Add(Slot slot, const AlarmRecord& alarm, std::optional<EventPicture> picture,
-                      std::int16_t list) {
+void MessageRows::Add(Slot slot, const AlarmRecord& alarm, EventType type) {
     const auto index = static_cast<std::size_t>(slot);
     rows_.GrowTo(index + 1);
     MessageRow& row = rows_[index];
@@ -28,8 +27,8 @@ void MessageRows::Add(Slot slot, const AlarmRecord& alarm, std::optional<EventPi
     row.Texts = {texts_.Add(alarm.AlarmName), texts_.Add(alarm.LogType), texts_.Add(alarm.AccountName),
                  texts_.Add(alarm.Computer)};
     row.Style = style_;
-    row.Picture = picture;
-    row.List = static_cast<std::int8_t>(list);
+    row.Type = type;
+    row.Present = true;
 }
 
 void MessageRows::Remove(std::span<const Slot> slots) {
@@ -49,7 +48,7 @@ void MessageRows::RemoveFew(std::span<const Slot> slots) {
         if (!Holds(slot))
             continue;
         MessageRow& row = rows_[static_cast<std::size_t>(slot)];
-        row.List = MessageRow::NoList;
+        row.Present = false;
         for (const TextId text : row.Texts)
             texts[count++] = text;
     }
@@ -63,8 +62,7 @@ void MessageRows::Clear() {
 }
 
 bool MessageRows::Holds(Slot slot) const {
-    return slot >= 0 && static_cast<std::size_t>(slot) < rows_.Size() &&
-           (*this)[slot].List != MessageRow::NoList;
+    return slot >= 0 && static_cast<std::size_t>(slot) < rows_.Size() && (*this)[slot].Present;
 }
 
 std::string MessageRows::CellText(Slot slot, MessageColumn column) const {

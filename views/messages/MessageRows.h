@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,10 +26,8 @@ struct MessageRow {
     std::uint64_t Arrival = 0;  ///< counts the rows of the channel; orders those that compare equal
     std::array<TextId, TextCount> Texts{};  ///< the columns Alarm to Computer
     std::uint16_t Style = 0;
-    std::optional<EventPicture> Picture;
-    std::int8_t List = NoList;  ///< the list that shows the row
-
-    static constexpr std::int8_t NoList = -1;
+    EventType Type = EventType::None;
+    bool Present = false;  ///< false for a slot that has no row
 };
 
 /// The rows of one channel's lists, indexed by slot like the texts in its store, so that a slot leads to its
@@ -41,7 +38,7 @@ public:
     void SetDateStyle(const DateStyle& style);
 
     /// Makes the row of `slot` from a record; the slot has none yet.
-    void Add(Slot slot, const AlarmRecord& alarm, std::optional<EventPicture> picture, std::int16_t list);
+    void Add(Slot slot, const AlarmRecord& alarm, EventType type);
     /// Passes over slots without a row.  Fastest with RemovedTogether slots or more.
     static constexpr std::size_t RemovedTogether = 64;
     void Remove(std::span<const Slot> slots);

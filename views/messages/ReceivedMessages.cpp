@@ -5,15 +5,8 @@
 #include <utility>
 
 #include "records/CanonicalText.h"
-#include "records/NetBiosFormat.h"
-#include "records/SyslogFormat.h"
 
 namespace tallyhorn {
-
-void MessageChannel::Clear(Slot upperBound) {
-    ClearRows();
-    Messages.Clear(upperBound);
-}
 
 void MessageChannel::ClearRows() {
     for (MessageList& list : Lists)
@@ -24,8 +17,16 @@ void MessageChannel::ClearRows() {
 ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices)
     : display_(display), slices_(slices) {}
 
+MessageChannel& ReceivedMessages::In(Channel channel) {
+    return channel == Channel::NetBios ? NetBios : Syslog;
+}
+
+const MessageChannel& ReceivedMessages::In(Channel channel) const {
+    return channel == Channel::NetBios ? NetBios : Syslog;
+}
+
 MessageList& ReceivedMessages::List(ViewNumber view) {
-    return (IsSyslogView(view) ? Syslog : NetBios).Lists.at(ListOfView(view));
+    return In(ChannelOfView(view)).Lists.at(ListOfView(view));
 }
 
 void ReceivedMessages::SetDateStyle(const DateStyle& style) {
@@ -34,21 +35,31 @@ void ReceivedMessages::SetDateStyle(const DateStyle& style) {
     Syslog.Rows.SetDateStyle(style);
 }
 
+void ReceivedMessages::Clear(MessageChannel& channel) {
+    if (channel.Traits.HasTree)
+        Tree.Clear();
+    channel.ClearRows();
+    channel.Messages.Clear(channel.Traits.UpperBoundAfterClear);
+}
+
+// ---- keeping
+
+Slot ReceivedMessages::KeepNetBiosMessage(std::string text, AlarmRecord& alarm, bool shown) {
+    const Slot slot = TakeNetBiosSlot();
+    NetBios.Messages.Put(slot, std::move(text));
+    if (shown)
+        ParseMessageAdd(slot, alarm);
+    return slot;
+}
+
+Slot ReceivedMessages::TakeNetBiosSlot() {
+    const std::optional<Slot> freed = NetBios.Messages.TakeFreeSlot();
+    return freed ? *freed : NetBios.Messages.Grow();
+}
+
 void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
     AddNetBiosRow(slot, alarm);
     slices_.LetRun();
-}
-
-void ReceivedMessages::AddNetBiosRow(Slot slot, AlarmRecord& alarm) {
-    alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
-    AddRecordToList(NetBios, slot, alarm, alarm.TypeOfEvent);
-}
-
-void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
-                                       const std::string& iconKey) {
-    const std::int16_t list = ListForIconKey(iconKey);
-    channel.Rows.Add(slot, alarm, PictureForIconKey(iconKey), list);
-    channel.Lists.at(static_cast<std::size_t>(list)).Add(slot);
 }
 
 void ReceivedMessages::KeepSyslogMessage(AlarmRecord& alarm, bool shown) {
@@ -68,17 +79,30 @@ Slot ReceivedMessages::TakeSyslogSlot() {
     return freed ? *freed : Syslog.Messages.MessageCount();
 }
 
-/// The record is settled first, so that row and leaf tell what the kept text tells.
+/// Settles the record first, so that the row and the leaf show what the kept text says.
 void ReceivedMessages::ParseSyslogMessage(Slot slot, std::string& message, bool addToListView,
                                           AlarmRecord& alarm) {
     message = SettleMessage(alarm);
     if (addToListView)
-        AddRecordToList(Syslog, slot, alarm, EventTypeIconKey(alarm.TypeOfEvent));
+        AddRecordToList(Syslog, slot, alarm);
 }
 
-void ReceivedMessages::ClearSyslog() {
-    Tree.Clear();
-    Syslog.Clear(SyslogUpperBoundAfterClear);
+void ReceivedMessages::RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm) {
+    ReadKeptText(Syslog, text, now, alarm);
+    KeepSyslogMessage(alarm, true);
+}
+
+// ---- showing
+
+void ReceivedMessages::AddNetBiosRow(Slot slot, AlarmRecord& alarm) {
+    AddRecordToList(NetBios, slot, alarm);
+    alarm.TypeOfEvent = EventTypeIconKey(alarm.TypeOfEvent);
+}
+
+void ReceivedMessages::AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm) {
+    const EventType type = EventTypeOf(alarm.TypeOfEvent);
+    channel.Rows.Add(slot, alarm, type);
+    channel.Lists.at(static_cast<std::size_t>(ListOf(type))).Add(slot);
 }
 
 void ReceivedMessages::ClearViews() {
@@ -87,34 +111,27 @@ void ReceivedMessages::ClearViews() {
     NetBios.ClearRows();
 }
 
-void ReceivedMessages::ShowNetBiosMessage(Slot slot, AlarmRecord& alarm) {
-    const std::string& text = NetBios.Messages.Text(slot);
+void ReceivedMessages::ShowMessage(MessageChannel& channel, Slot slot, AlarmDate now, AlarmRecord& alarm) {
+    const std::string& text = channel.Messages.Text(slot);
     if (text.empty())
         return;
-    ParseCurrentAlarm(text, alarm);
-    AddNetBiosRow(slot, alarm);
-}
-
-void ReceivedMessages::ShowSyslogMessage(Slot slot, AlarmDate now, AlarmRecord& alarm) {
-    const std::string& text = Syslog.Messages.Text(slot);
-    if (text.empty())
-        return;
-    ReadStoredText(text, dayFirst_, now, alarm);
-    AddRecordToList(Syslog, slot, alarm, EventTypeIconKey(alarm.TypeOfEvent));
-    Tree.NoteMessage(slot, alarm);
+    ReadKeptText(channel, text, now, alarm);
+    if (channel.Traits.HasTree) {
+        AddRecordToList(channel, slot, alarm);
+        Tree.NoteMessage(slot, alarm);
+    } else {
+        AddNetBiosRow(slot, alarm);
+    }
 }
 
 void ReceivedMessages::NoteSyslogLeaf(Slot slot, AlarmDate now, AlarmRecord& alarm) {
-    ReadStoredText(Syslog.Messages.Text(slot), dayFirst_, now, alarm);
+    ReadKeptText(Syslog, Syslog.Messages.Text(slot), now, alarm);
     Tree.NoteMessage(slot, alarm);
 }
 
 void ReceivedMessages::UpdateStatusCounts(const MessageChannel& channel) {
-    const std::string count = std::to_string(channel.Messages.MessageCount());
-    if (&channel == &NetBios)
-        display_.ShowPanel(StatusPanel::NetBiosCount, count + " NetBIOS Message(s)");
-    else
-        display_.ShowPanel(StatusPanel::SyslogCount, count + " Syslog Message(s)");
+    std::string count = std::to_string(channel.Messages.MessageCount());
+    display_.ShowPanel(channel.Traits.CountPanel, count.append(channel.Traits.CountText));
 }
 
 void ReceivedMessages::UpdateListViewStatus() {

@@ -3,10 +3,12 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/TimeSlices.h"
 #include "records/AlarmRecord.h"
 #include "records/EventTypes.h"
+#include "views/messages/Channels.h"
 #include "views/messages/ConsolidatedTree.h"
 #include "views/messages/MessageList.h"
 #include "views/messages/MessageRows.h"
@@ -15,81 +17,91 @@
 
 namespace tallyhorn {
 
-/// One channel: its store, its rows and the three lists that show them, by list index.
+/// What the console holds of one channel: the texts, their rows and the three lists that show the rows.
 struct MessageChannel {
-    explicit MessageChannel(Slot upperBound) : Messages(upperBound) {}
+    explicit MessageChannel(Channel channel)
+        : Traits(TraitsOf(channel)), Messages(Traits.UpperBoundAtStart) {}
     MessageChannel(const MessageChannel&) = delete;
     MessageChannel& operator=(const MessageChannel&) = delete;
 
-    /// Forgets everything; slots 0 to `upperBound` stand empty.
-    void Clear(Slot upperBound);
-    /// Takes every row away and keeps the texts.
+    /// Removes all rows and leaves the texts in the store.
     void ClearRows();
 
+    const ChannelTraits& Traits;
     MessageStore Messages;
     MessageRows Rows;
+    /// By list index.
     std::array<MessageList, EventListCount> Lists{MessageList(Rows), MessageList(Rows), MessageList(Rows)};
 };
 
-/// All that the console has received and holds, and how it gets into the lists and the status bar.
-/// User-interface thread only.
+/// All messages that the console holds. Keeps stores, rows, lists and tree in agreement, and writes their
+/// counts into the status bar.
 class ReceivedMessages {
 public:
     ReceivedMessages(ServerDisplay& display, TimeSlices& slices);
 
-    static constexpr Slot NetBiosUpperBound = 0;
-    static constexpr Slot SyslogUpperBoundAtStart = 50000;
-    static constexpr Slot SyslogUpperBoundAfterClear = 100;
-
-    MessageChannel NetBios{NetBiosUpperBound};
-    MessageChannel Syslog{SyslogUpperBoundAtStart};
-    /// Of the syslog notifications that are shown.
+    MessageChannel NetBios{Channel::NetBios};
+    MessageChannel Syslog{Channel::Syslog};
+    /// The syslog messages that are shown.
     ConsolidatedTree Tree{Syslog.Rows};
-    /// True while syslog messages are being taken away or read back: arrivals of both channels wait.
+    /// True while syslog messages are being deleted or read back. Arrivals of both channels wait meanwhile.
     bool SyslogDeleteInProgress = false;
     /// The view that the user touched last.
     ViewNumber ActiveView = 0;
 
+    MessageChannel& In(Channel channel);
+    const MessageChannel& In(Channel channel) const;
+    /// The list that `view`, which is not the tree, names.
     MessageList& List(ViewNumber view);
 
-    /// Shows dates in this way in all rows added from now on.
+    /// Sets how dates are shown in rows that are added from now on.
     void SetDateStyle(const DateStyle& style);
 
     /// Whether dates are written and read with the day before the month.
     bool DayFirst() const { return dayFirst_; }
 
-    /// Forgets every syslog message, the tree's leaves too.
-    void ClearSyslog();
+    /// Reads a text that `channel` keeps into `alarm`. `now` is the date of a text that has none.
+    void ReadKeptText(const MessageChannel& channel, std::string_view text, AlarmDate now,
+                      AlarmRecord& alarm) const {
+        channel.Traits.ReadKeptText(text, dayFirst_, now, alarm);
+    }
 
-    /// Adds the row of a kept NetBIOS notification, whose text stands at `slot`; afterwards the record's
-    /// TypeOfEvent holds its icon key.  A type without a picture gets its row all the same, without one: an
-    /// alarm that nobody knows is the last that may go unseen.  Lets events run when the slice is over.
-    void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
+    /// Removes all messages of `channel`, and its leaves.
+    void Clear(MessageChannel& channel);
 
-    /// Keeps a syslog notification under the next slot that is free: its text and, if `shown`, its row and
-    /// its leaf.  Afterwards the record is the one that the kept text tells, with the type's display form.
+    /// Keeps a NetBIOS notification in the next free slot, which is returned: its text and, if `shown`, its
+    /// row. compatibility: afterwards TypeOfEvent of a shown alarm holds its icon key, which the next
+    /// notification without a type inherits. Lets pending events run if the slice is over.
+    Slot KeepNetBiosMessage(std::string text, AlarmRecord& alarm, bool shown);
+
+    /// Keeps a syslog notification in the next free slot: its settled text (see SettleMessage) and, if
+    /// `shown`, its row and its leaf. Afterwards `alarm` is the record that the kept text yields.
     void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
 
-    /// Takes every row and leaf of both channels away and keeps the texts.
+    /// Keeps a text from the backup file as KeepSyslogMessage does. No filter is asked. `now` is the date of
+    /// a text that has none.
+    void RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm);
+
+    /// Removes all rows and leaves of both channels and leaves the texts in the stores.
     void ClearViews();
-    /// Gives the text kept at `slot`, which has no row, its row again as ParseMessageAdd did, after reading
-    /// it into `alarm`.  Nothing where no text is kept.
-    void ShowNetBiosMessage(Slot slot, AlarmRecord& alarm);
-    /// The same for a syslog notification; `now` dates a text that was not settled here.  Its leaf is noted,
-    /// and stands in the tree after Tree.AddNoted.
-    void ShowSyslogMessage(Slot slot, AlarmDate now, AlarmRecord& alarm);
-    /// The leaf alone, for a slot that has its row.
+    /// Adds the row of the text at `slot`, which has none, after reading the text into `alarm`. A leaf is
+    /// only noted and enters the tree at Tree.AddNoted. Does nothing if the slot is empty.
+    void ShowMessage(MessageChannel& channel, Slot slot, AlarmDate now, AlarmRecord& alarm);
+    /// Notes the leaf of a syslog message that has its row; Tree.AddNoted adds the leaf.
     void NoteSyslogLeaf(Slot slot, AlarmDate now, AlarmRecord& alarm);
 
-    /// Writes one channel's count into its status panel.
+    /// Writes the number of messages of `channel` into its status panel.
     void UpdateStatusCounts(const MessageChannel& channel);
-    /// Enables the lists and the tree where they hold something and disables them elsewhere.
+    /// Enables each list, and the tree, if it has entries, and disables it otherwise.
     void UpdateListViewStatus();
 
 private:
-    static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm,
-                                const std::string& iconKey);
+    /// Adds the row of an alarm whose type is unknown too, without a picture: an alarm that the console does
+    /// not recognise must not be overlooked.
+    static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm);
     void AddNetBiosRow(Slot slot, AlarmRecord& alarm);
+    void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
+    Slot TakeNetBiosSlot();
     Slot TakeSyslogSlot();
     void ParseSyslogMessage(Slot slot, std::string& message, bool addToListView, AlarmRecord& alarm);
 

@@ -1,41 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
+#include "views/messages/Channels.h"
+
 namespace tallyhorn {
-
-/// The pages of the main window's tab control, by index.
-enum class MessagePage : std::int16_t { NetBios = 0, Syslog = 1, Consolidated = 2 };
-constexpr int MessagePageCount = 3;
-/// What the pages' tabs say, "&" before the letter of the access key.
-constexpr std::array<std::string_view, MessagePageCount> PageCaptions = {
-    "Received Net&BIOS Messages", "Received &Syslog Messages", "Consolidated S&yslog Messages"};
-
-/// The view that the user touched last: a NetBIOS list by its index, a syslog list by its index plus 3, or
-/// the consolidated tree.
-using ViewNumber = std::int16_t;
-constexpr ViewNumber FirstSyslogView = 3;
-constexpr ViewNumber ConsolidatedView = 6;
-
-constexpr bool IsSyslogView(ViewNumber view) {
-    return view >= FirstSyslogView && view < ConsolidatedView;
-}
-constexpr MessagePage PageOfView(ViewNumber view) {
-    if (view == ConsolidatedView)
-        return MessagePage::Consolidated;
-    return IsSyslogView(view) ? MessagePage::Syslog : MessagePage::NetBios;
-}
-/// The list within its channel.
-constexpr std::size_t ListOfView(ViewNumber view) {
-    return static_cast<std::size_t>(view % FirstSyslogView);
-}
-
-/// Status bar panels by number.
-enum class StatusPanel { NetBiosCount = 1, SyslogCount = 2, ProcessingStatus = 3 };
 
 /// What the rules ask of the main window.  Called from the user-interface thread; nothing here lets events
 /// run.

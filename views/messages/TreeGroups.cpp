@@ -20,19 +20,19 @@ GroupId TreeGroups::Find(GroupId parent, GroupLabel name) const {
     return Look(byLabel_, LabelKey(parent, name));
 }
 
-GroupId TreeGroups::FindComputer(GroupLabel alarm, EventPicture type, GroupLabel computer) const {
+GroupId TreeGroups::FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const {
     return Look(computerByWay_, WayKey(alarm, type, computer));
 }
 
 /// Texts have numbers far below these, since each stands for one in memory.
-std::uint64_t TreeGroups::WayKey(GroupLabel alarm, EventPicture type, GroupLabel computer) {
+std::uint64_t TreeGroups::WayKey(GroupLabel alarm, EventType type, GroupLabel computer) {
     constexpr unsigned TextBits = 30;
     return (static_cast<std::uint64_t>(type) << (2 * TextBits)) | (std::uint64_t{alarm} << TextBits) |
            computer;
 }
 
 std::uint64_t TreeGroups::WayTo(const TreeGroup& computer) const {
-    return WayKey(groups_[groups_[computer.Parent].Parent].Name, computer.Picture, computer.Name);
+    return WayKey(groups_[groups_[computer.Parent].Parent].Name, computer.Type, computer.Name);
 }
 
 GroupId TreeGroups::Add(TreeGroup group) {

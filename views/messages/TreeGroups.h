@@ -17,7 +17,7 @@ namespace tallyhorn {
 
 /// A group's number; the root has 0.
 using GroupId = std::uint32_t;
-/// What a group stands for: the text of an alarm or computer, the picture's number of a type.
+/// What a group stands for: the text of an alarm or computer, the number of an event type.
 using GroupLabel = std::uint32_t;
 
 /// What the tree holds of one group.
@@ -31,7 +31,7 @@ struct TreeGroup {
     LivingOrder::Number Number = 0;
     std::uint32_t KeyNumber = 0;  ///< the parent's position when the group was made
     TreeLevel Level = TreeLevel::Root;
-    EventPicture Picture{};
+    EventType Type{};
     CountForm Form = CountForm::One;
     bool SortedLeaves = false;
     bool Alive = false;
@@ -53,7 +53,7 @@ public:
     /// 0 where there is none.
     GroupId Find(GroupId parent, GroupLabel name) const;
     /// The same for a computer by all three labels at once.
-    GroupId FindComputer(GroupLabel alarm, EventPicture type, GroupLabel computer) const;
+    GroupId FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const;
 
     /// A new group; 0 where another one has its key: for a type or computer the KeyNumber and the name.
     GroupId Add(TreeGroup group);
@@ -76,7 +76,7 @@ private:
     using Map = std::unordered_map<std::uint64_t, GroupId, SeededHash>;
 
     static GroupId Look(const Map& map, std::uint64_t key);
-    static std::uint64_t WayKey(GroupLabel alarm, EventPicture type, GroupLabel computer);
+    static std::uint64_t WayKey(GroupLabel alarm, EventType type, GroupLabel computer);
     std::uint64_t WayTo(const TreeGroup& computer) const;
     Keys& KeysOf(TreeLevel level) { return level == TreeLevel::Type ? typeKeys_ : computerKeys_; }
 

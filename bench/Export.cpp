@@ -30,7 +30,7 @@ struct Filled : MessagesOver<SystemClock> {
         for (int i = 0; i < count; ++i) {
             ParseSyslogText(feed.NextSyslog().Text, false, {}, Alarm);
             KeepSyslog(Alarm);
-            StoreNetBios(feed.Next().Text);
+            KeepNetBios(feed.Next().Text, false);
         }
     }
 

@@ -20,7 +20,7 @@ int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
 
 }  // namespace
 
-void QtMessageBoxes::Tell(std::string_view text) {
+void QtMessageBoxes::Inform(std::string_view text) {
     Show(owner_, QMessageBox::NoIcon, text, QMessageBox::Ok);
 }
 

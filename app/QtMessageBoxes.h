@@ -12,7 +12,7 @@ class QtMessageBoxes final : public MessageBoxes {
 public:
     void SetOwner(QWidget* owner) { owner_ = owner; }
 
-    void Tell(std::string_view text) override;
+    void Inform(std::string_view text) override;
     void Warn(std::string_view text) override;
     bool Confirm(std::string_view text) override;
     bool Retry(std::string_view text) override;

@@ -96,7 +96,7 @@ int TellAndQuit(const CommandLine& line, int argc, char** argv) {
         (refused ? std::cerr : std::cout) << text;
     } else {
         const QApplication application(argc, argv);
-        QtMessageBoxes().Tell(AnsiFromUtf8(text));
+        QtMessageBoxes().Inform(AnsiFromUtf8(text));
     }
     return refused ? BadUsage : EXIT_SUCCESS;
 }

@@ -11,7 +11,7 @@ class MessageBoxes {
 public:
     virtual ~MessageBoxes() = default;
     /// Shows an OK button and no icon.
-    virtual void Tell(std::string_view text) = 0;
+    virtual void Inform(std::string_view text) = 0;
     /// Shows an exclamation icon and an OK button.
     virtual void Warn(std::string_view text) = 0;
     /// Shows a question icon, Yes and No.  Returns true for Yes.

@@ -163,7 +163,7 @@ void frmFilter::ShowWholeText(std::size_t index) {
 void frmFilter::Apply() {
     const ViewFilter::Criteria criteria = Chosen();
     if (std::none_of(criteria.begin(), criteria.end(), [](const auto& text) { return text.has_value(); })) {
-        boxes_.Tell(NothingCheckedText);
+        boxes_.Inform(NothingCheckedText);
         return;
     }
     // Apply lets pending events run; the user must not press Apply again meanwhile.

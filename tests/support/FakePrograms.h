@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Starts nothing and remembers what it was asked to start: the program and its arguments.
+/// Records each program with its arguments, and starts nothing.
 class FakePrograms final : public ProgramLauncher {
 public:
     bool Start(const std::string& program, std::span<const std::string> arguments) override {

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Plays nothing and remembers the commands in their order; the one named fails.
+/// Records the commands and plays nothing.  The command named by Failing fails.
 class FakeSoundDevice final : public SoundDevice {
 public:
     Mode CurrentMode() const override { return Now; }
@@ -21,7 +21,7 @@ public:
     Mode AfterOpen = Mode::Stopped;
     std::string Failing;
     std::filesystem::path FileName;
-    std::string Commands;  ///< each with a blank behind it
+    std::string Commands;  ///< in their order, each followed by a blank
 
 private:
     bool Command(const std::string& command, Mode after) {

@@ -19,7 +19,7 @@ namespace tallyhorn {
 /// Message boxes that are answered at once and remembered.
 class FakeMessageBoxes final : public MessageBoxes {
 public:
-    void Tell(std::string_view text) override { Shown.emplace_back(text); }
+    void Inform(std::string_view text) override { Shown.emplace_back(text); }
     void Warn(std::string_view text) override { Confirm(text); }
     bool Confirm(std::string_view text) override {
         Shown.emplace_back(text);

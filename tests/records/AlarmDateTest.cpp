@@ -79,14 +79,16 @@ TEST(DateDisplay, FollowsOrderAndSeparator) {
 }
 
 TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {
+    const auto halfADayAfter = [](AlarmDate date) { return AlarmDate{date.Seconds + 12 * 3600}; };
     for (const bool dayFirst : {false, true}) {
         const DateStyle style{dayFirst, "/"};
-        // Every hour of a day, so that "10:" meets "1:", then days, months and years that change places.
+        // Every hour of some days, so that "10:" meets "1:"; then days, months and years.
         AlarmDate before = At(2008, 2, 11, 9, 59, 59);
         for (int i = 0; i < 400; ++i) {
             const AlarmDate date{before.Seconds + (i < 100 ? 3'607 : 2'801'113)};
             const std::string text = FormatAlarmDate(date, style.Pattern(), "/");
-            for (const AlarmDate other : {before, At(2008, 2, 11, 1), At(2008, 11, 2, 22, 1, 1), date}) {
+            for (const AlarmDate other :
+                 {before, At(2008, 2, 11, 1), At(2008, 11, 2, 22, 1, 1), halfADayAfter(date)}) {
                 const std::string otherText = FormatAlarmDate(other, style.Pattern(), "/");
                 EXPECT_EQ(DateTextOrder(date, dayFirst) <=> DateTextOrder(other, dayFirst),
                           text <=> otherText)

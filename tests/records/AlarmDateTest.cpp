@@ -54,28 +54,19 @@ TEST(AlarmDate, CountsDaysFromTheEndOf1899) {
 }
 
 TEST(DateDisplay, FollowsOrderAndSeparator) {
-    const struct {
-        AlarmDate Date;
-        std::string Pattern;
-        const char* Separator;
-        const char* Text;
-    } cases[] = {
-        {At(2008, 8, 21, 14, 5, 9), DateStyle{false, "/"}.Pattern(), "/", "08/21/2008 2:05:09 PM"},
-        {At(2008, 8, 21, 14, 5, 9), DateStyle{true, "-"}.Pattern(), "-", "21-08-2008 2:05:09 PM"},
-        {At(2008, 8, 21, 14, 5, 9), DateStyle{false, ":"}.Pattern(), ":", "08:21:2008 2:05:09 PM"},
-        {At(2008, 8, 1, 0, 1, 2), DateStyle{true, "."}.Pattern(), ".", "01.08.2008 12:01:02 AM"},
-        // The character after the first number is taken for the separator and replaced everywhere.
-        {At(2008, 8, 21, 14, 5, 9), DateStyle{false, "--"}.Pattern(), "--", "08----21----2008 2:05:09 PM"},
-        {At(2008, 8, 21, 14, 5, 9), DateStyle{false, " "}.Pattern(), " ", "08 21 2008 2:05:09 PM"},
-        {At(2008, 8, 1, 0, 1, 2), "dd/MM/yyyy", ".", "01.08.2008"},
-        // If the third character is a digit, the second one is taken for the separator.
-        {At(2008, 8, 21, 14, 5, 9), "h/dd", "-", "2-21"},
-        {At(2008, 8, 21, 14, 5, 9), "h", "-", "2"},
-    };
-    for (const auto& [date, pattern, separator, text] : cases)
-        EXPECT_EQ(FormatAlarmDate(date, pattern, separator), text);
-    EXPECT_EQ(DateSeparator("  "), "/");
-    EXPECT_EQ(DateSeparator(" -"), " -");
+    const AlarmDate date = At(2008, 8, 21, 14, 5, 9);
+    // The character after the first number is taken for the separator and replaced everywhere.
+    for (const auto& [separator, text] :
+         SplitPairs("/=08/21/2008 2:05:09 PM|:=08:21:2008 2:05:09 PM|--=08----21----2008 2:05:09 PM| =08 21 "
+                    "2008 2:05:09 PM"))
+        EXPECT_EQ(FormatAlarmDate(date, DateStyle{false, separator}.Pattern(), separator), text);
+    EXPECT_EQ(FormatAlarmDate(date, DateStyle{true, "-"}.Pattern(), "-"), "21-08-2008 2:05:09 PM");
+    // If the third character is a digit, the second one is taken for the separator.
+    for (const auto& [pattern, text] : SplitPairs("dd/MM/yyyy=21.08.2008|h/dd=2.21|h=2"))
+        EXPECT_EQ(FormatAlarmDate(date, pattern, "."), text);
+    EXPECT_EQ(FormatAlarmDate(At(2008, 8, 1, 0, 1, 2), "MM/dd h:nn:ss AM/PM", "/"), "08/01 12:01:02 AM");
+    for (const auto& [setting, separator] : SplitPairs("  =/| -= -"))
+        EXPECT_EQ(DateSeparator(setting), separator);
 }
 
 TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {

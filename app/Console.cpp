@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "app/ArrivalTimer.h"
 #include "config/forms/frmPreferences.h"
 #include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
@@ -39,11 +40,11 @@ constexpr std::string_view PortFailedAfter =
     "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
-/// How long a message stands that nobody may be there to read.
+/// How long a message stays open if nobody may be there to read it.
 constexpr std::chrono::seconds UnattendedBox{10};
 
-/// Names a file to which the console writes, as it ends, what it received: for scripts that run it
-/// unattended.
+/// The environment variable that names a file to which the console writes at its end how much it received,
+/// for scripts that run it unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
 }  // namespace
@@ -53,9 +54,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
     : machine_(machine),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
-      window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this))),
+      window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this), gate_)),
       tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
-      received_(*window_, slices_),
+      hiding_(*window_, *tray_),
+      received_(*window_, slices_, gate_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
       viewFilter_(received_, *window_, slices_, machine.Time, currentAlarm_),
@@ -63,7 +65,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       syslog_(machine.Datagrams, Reception(),
               [this] {
                   QMetaObject::invokeMethod(
-                      &wakeTarget_, [this] { window_->HandleDatagrams(); }, Qt::QueuedConnection);
+                      &wakeTarget_, [this] { arrivals_->HandleDatagrams(); }, Qt::QueuedConnection);
               }),
       cycle_(mailslot_, syslog_, Reception()),
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
@@ -74,7 +76,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
-    // There is help beside the first message box too.
+    // Set before Start, whose message boxes offer help too.
     help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
 }
 
@@ -89,8 +91,8 @@ bool Console::Start() {
     }
     if (!mailslot_.InitializeMailslot(EngineMailslotName, true))
         machine_.Boxes.Warn(MailslotFailedText);
-    // A message box lets everything happen, the end of the session too.
-    if (ended_)
+    // Events run while a message box is open, and one of them may be the end of the session.
+    if (HasEnded())
         return true;
     filters_.OpenFilterFile();
     filters_.LoadSuppressionFilters();
@@ -98,15 +100,14 @@ bool Console::Start() {
     ApplyMessageViews();
     ApplySettings();
     LoadBackup();
-    // What has come by now is in the store, and the file is read: this is an end like any other.
-    if (ended_) {
+    // The session has ended meanwhile.  Only now, with the old backup read, does a new one hold everything.
+    if (!gate_.Advance(Gate::Phase::Running)) {
         ShutDown();
         return true;
     }
-    started_ = true;
     tray_->Initialize();
     tray_->ShowServerWindowMax();
-    // The splash once the event loop runs: before, Qt lets events run inside its showing.
+    // The splash is shown once the event loop runs, because Qt would otherwise run events while it shows it.
     if (!portFailed_)
         QMetaObject::invokeMethod(
             &wakeTarget_, [this] { ShowSplash(); }, Qt::QueuedConnection);
@@ -116,21 +117,32 @@ bool Console::Start() {
 }
 
 void Console::End() {
-    if (ended_)
-        return;
-    if (started_) {
-        window_->CloseWithoutQuestion();
-        return;
+    switch (gate_.Decide(Gate::Request::End)) {
+        case Gate::Answer::Run:
+        case Gate::Answer::Queue:
+            return window_->CloseWithoutQuestion();
+        case Gate::Answer::Later:
+            // Start shuts the console down when it is through.
+            gate_.Advance(Gate::Phase::Ended);
+            return frmServer::DismissQuestions();
+        case Gate::Answer::Refuse:
+            return;
     }
-    ended_ = true;
-    frmServer::DismissQuestions();
 }
 
 void Console::LoadMainWindow() {
     settings_ = ReadSettings(profile_);
     tray_->ShowSound(sound_.SoundOn());
-    window_->Load(
-        {received_, commands_, cycle_, syslog_, *this, machine_.Boxes, currentAlarm_, machine_.Time});
+    window_->Load({.Received = received_,
+                   .Commands = commands_,
+                   .Others = *this,
+                   .Boxes = machine_.Boxes,
+                   .CurrentAlarm = currentAlarm_,
+                   .Time = machine_.Time,
+                   .TimCheckTick = [this] { cycle_.TimCheckTick(); },
+                   .ResumeTick = [this] { cycle_.ResumeTick(); },
+                   .PauseCommand = [this] { cycle_.PauseCommand(); }});
+    arrivals_ = new ArrivalTimer(syslog_, cycle_, window_->Commands(), window_.get());
     Run();
     InitializeWinsock();
     received_.UpdateStatusCounts(received_.NetBios);
@@ -139,44 +151,45 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,     *window_,         static_cast<ArrivalSignals&>(*this),
-            slices_,  machine_.Time, currentAlarm_, processingPaused_};
+    return {filters_, viewFilter_,   received_,    *window_, static_cast<ArrivalSignals&>(*this),
+            slices_,  machine_.Time, currentAlarm_};
 }
 
-/// The port is read anew each time: what the user has changed counts.  A failure is asked about by whoever
-/// finds `portFailed_` set, once nothing else stands open.
+/// Reads the port from the settings file each time, since the user may have changed it.  A failure only sets
+/// `portFailed_`; AskAboutPort asks about it once no other dialog is open.
 void Console::InitializeWinsock() {
     portFailed_ = !syslog_.InitializeWinsock(ReadSyslogPort(profile_));
 }
 
-/// The mailslot works meanwhile, and so does the window: whoever asks may have ended the console.
+/// The mailslot is polled and the window works while the question is open, so the console may end meanwhile.
 void Console::AskAboutPort() {
-    while (portFailed_ && !ended_) {
+    while (portFailed_ && !HasEnded()) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));
         const bool retry =
             machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
-        if (ended_)
+        if (HasEnded())
             return;
         if (!retry) {
             window_->CloseWithoutQuestion();
             return;
         }
         const bool accepted = AskPreferences();
-        // Perhaps the port is free by now.  Who cancels the dialog does without syslog.
-        if (portFailed_ && !ended_)
+        // The port may be free by now.  After Cancel it is tried just this once, and the console runs without
+        // syslog.
+        if (portFailed_ && !HasEnded())
             InitializeWinsock();
         if (!accepted)
             return;
     }
 }
 
-/// Arrivals wait meanwhile, so that what was there before keeps its place.
+/// Arrivals wait until the end, so that the restored messages come before them.
 void Console::LoadBackup() {
     frmSavingMessages loading(frmSavingMessages::Work::Loading);
     loading.show();
     Run();
     {
-        const HoldArrivals hold(received_);
+        const Gate::Hold hold(received_.Gate());
         const auto restore = [this](std::string_view text) {
             received_.RestoreBackupMessage(text, AlarmDate{machine_.Time.LocalSeconds()}, currentAlarm_);
         };
@@ -189,9 +202,10 @@ void Console::LoadBackup() {
     Run();
 }
 
-/// In front of the main window, which is then made the active one, and never of a question.
+/// Shows the splash in front of the main window and gives the focus back to that; shows none if a dialog is
+/// open.
 void Console::ShowSplash() {
-    if (ended_ || QApplication::activeModalWidget() != nullptr)
+    if (HasEnded() || QApplication::activeModalWidget() != nullptr)
         return;
     splash_ = new frmStartup(frmStartup::Role::Splash, machine_.Names, machine_.Time, window_.get());
     splash_->show();
@@ -224,29 +238,29 @@ void Console::ShowFilterDialog() {
     dialog.exec();
 }
 
-/// Sizes and widths are kept whatever the user answers.
+/// Saves sizes and widths whatever the user answers.
 bool Console::QueryUnload(bool byUser) {
-    if (ended_)
+    if (HasEnded())
         return false;
-    attended_ = byUser || leaving_;
     const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
     settings_.CPHeight = size.Height;
     settings_.ColumnWidths = window_->ColumnWidths();
     WriteSizes(profile_, settings_);
+    attended_ = attended_ || (byUser && goesOn);
     return goesOn;
 }
 
 void Console::Unload() {
-    // What runs inside the shut-down may ask for another.
-    if (std::exchange(ended_, true))
-        return;
-    ShutDown();
+    // ShutDown lets events run, which may unload the window once more.
+    if (gate_.Advance(Gate::Phase::Ended))
+        ShutDown();
 }
 
 void Console::ShutDown() {
-    // With nobody there a box that tells of a failure must not keep the console from ending.
+    arrivals_->Stop();
+    // If nobody is there, a box that reports a failure must not keep the console from ending.
     if (!attended_)
         QTimer::singleShot(UnattendedBox, &wakeTarget_, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();
@@ -264,30 +278,30 @@ void Console::ShutDown() {
         WriteSummary();
     }
     window_->hide();
-    // Not quit, which would ask the windows to close and stop at the first that does not.
+    // exit instead of quit, which asks the windows to close and gives up at the first that refuses.
     QCoreApplication::exit(EXIT_SUCCESS);
 }
 
 // ---- the notification area
 
-/// On the task bar, where there is no icon, the window's own entry draws the user's eye.
+/// Lets the window's entry in the task bar flash too, unless the window is hidden and has none.
 void Console::StartFlash() {
-    // At the start the window is not yet shown, and will be at once.
-    if (!started_)
+    // During the start the window is invisible only because it has not been shown yet.
+    if (gate_.Is(Gate::State::Starting))
         return;
     tray_->StartFlash();
-    if (!window_->Hiding().IsHidden())
+    if (!hiding_.IsHidden())
         QApplication::alert(window_.get());
 }
 
-/// In the middle of other work they run as it goes on.
+/// Does nothing inside other work, which lets events run itself as it goes on.
 void Console::LetEventsRun() {
     if (!window_->Commands().IsAtWork())
         Run();
 }
 
 void Console::Leave() {
-    leaving_ = true;
+    attended_ = true;
     window_->CloseWithoutQuestion();
 }
 
@@ -318,13 +332,13 @@ void Console::AddSuppressionFilter(QWidget& over) {
 }
 
 void Console::ShowPreferences() {
-    // Only a port that was tried in the dialog is asked about.
+    // Only a port that failed while the dialog was open is asked about.
     portFailed_ = false;
     AskPreferences();
     AskAboutPort();
 }
 
-/// False where the user has cancelled.
+/// Returns false if the user has cancelled.
 bool Console::AskPreferences() {
     frmPreferences dialog({profile_, *this, machine_.Boxes, *this}, window_.get());
     return dialog.exec() == QDialog::Accepted;
@@ -350,7 +364,8 @@ void Console::ShowHelp(HelpContext context) {
     help_.ShowHelp(context, window_->winId());
 }
 
-/// By key or from the icon: beside a dialog or a question at once, else as a command like any other.
+/// Opens the help at once if a dialog or a question is open, which it is then about; otherwise as a command,
+/// which waits for other work.
 void Console::OpenHelp(HelpContext context) {
     if (QApplication::activeModalWidget() != nullptr)
         ShowHelp(context);

@@ -9,6 +9,7 @@
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
 #include "desktop/AlertSound.h"
+#include "desktop/forms/WindowHiding.h"
 #include "desktop/forms/frmTrayIcon.h"
 #include "desktop/help/Help.h"
 #include "desktop/help/forms/HelpKeys.h"
@@ -36,10 +37,12 @@
 #include "views/EventViewer.h"
 #include "views/MessageCommands.h"
 #include "views/forms/frmServer.h"
+#include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
 
 namespace tallyhorn {
 
+class ArrivalTimer;
 class frmStartup;
 
 /// The running console: holds the module-level state, starts it in order and shuts it down in order.
@@ -77,7 +80,7 @@ public:
     /// Closes the console as the end of the user's session does: nothing is asked.
     void End();
     /// Whether the console has been shut down.
-    bool HasEnded() const { return ended_; }
+    bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }
 
     frmServer& Window() { return *window_; }
     /// The menu of the notification-area icon, for areas that show it by themselves.
@@ -86,13 +89,11 @@ public:
 private:
     bool QueryUnload(bool byUser) override;
     void Unload() override;
-    bool Minimized() override { return tray_->MainWindowMinimized(); }
-    void Restored() override { tray_->MainWindowRestored(); }
     void PlayAlertSound() override { sound_.PlayAlertSound(); }
     void StartFlash() override;
-    void ShowMainWindow(bool maximized) override { window_->Hiding().Show(maximized); }
-    void UncoverMainWindow() override { window_->Hiding().Uncover(); }
-    bool IsMainWindowHidden() const override { return window_->Hiding().IsHidden(); }
+    void ShowMainWindow(bool maximized) override { hiding_.Show(maximized); }
+    void UncoverMainWindow() override { hiding_.Uncover(); }
+    bool IsMainWindowHidden() const override { return hiding_.IsHidden(); }
     void LetEventsRun() override;
     void ToggleSound() override;
     void AskForAbout() override { window_->Do(ServerCommand::About); }
@@ -112,7 +113,7 @@ private:
     void SetDateTime(std::int32_t order) override;
     void ShowTab(int tab, bool shown) override { window_->ShowPage(static_cast<MessagePage>(tab), shown); }
     void ForgetSizes() override;
-    void MaximizeWindow() override { window_->Hiding().Show(true); }
+    void MaximizeWindow() override { hiding_.Show(true); }
     void ShareOutColumnWidths() override { window_->SetColumnWidths(settings_.ColumnWidths); }
     void Run() override;
 
@@ -136,17 +137,19 @@ private:
     Settings settings_;
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
-    std::unique_ptr<frmServer> window_;  ///< goes first: its views look at what the others hold
+    Gate gate_{Gate::Phase::Starting};
+    std::unique_ptr<frmServer> window_;  ///< destroyed first, since its views read what the others own
     std::unique_ptr<frmTrayIcon> tray_;
+    WindowHiding hiding_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
     ViewFilter viewFilter_;
     MessageCommands commands_;
-    bool processingPaused_ = false;
-    QObject wakeTarget_;  ///< what a wake in flight is addressed to; gone, it takes the wake with it
+    QObject wakeTarget_;  ///< the receiver of queued calls, which its destruction cancels
     SyslogEndpoint syslog_;
     ProcessingCycle cycle_;
+    ArrivalTimer* arrivals_ = nullptr;  ///< owned by the window
     MessageBackup backup_;
     EventViewer eventViewer_;
     MessageExport export_;
@@ -155,10 +158,7 @@ private:
     HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;
-    bool started_ = false;
-    bool leaving_ = false;   ///< whether the user has said so in the icon's menu, where nothing is asked
-    bool attended_ = false;  ///< whether it was the user who closed the console
-    bool ended_ = false;
+    bool attended_ = false;  ///< whether the user closed the console and is there to read messages
 };
 
 }  // namespace tallyhorn

@@ -100,7 +100,8 @@ void BytesHeld(benchmark::State& state, std::optional<MessageColumn> sortedBy) {
         DemoFeed feed(2);
         AlarmRecord alarm;
         const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
-        ReceivedMessages received(display, slices);
+        Gate gate;
+        ReceivedMessages received(display, slices, gate);
         if (sortedBy) {
             for (MessageList& list : received.NetBios.Lists)
                 list.SortBy(*sortedBy);

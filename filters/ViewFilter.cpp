@@ -93,7 +93,7 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
 // ---- on
 
 void ViewFilter::Apply(const Criteria& criteria) {
-    const HoldArrivals hold(received_);
+    const Gate::Hold hold(received_.Gate());
     MessageChannel& channel = ChannelOnShow();
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
@@ -191,7 +191,7 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
 
 void ViewFilter::RemoveViewFilter() {
     display_.ShowFilterCommand(false);
-    const HoldArrivals hold(received_);
+    const Gate::Hold hold(received_.Gate());
     LongWork work(display_, slices_,
                   SlotCount(received_.Syslog.Messages) + SlotCount(received_.NetBios.Messages));
 

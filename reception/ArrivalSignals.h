@@ -2,12 +2,12 @@
 
 namespace tallyhorn {
 
-/// How the desktop tells of arrivals.  Called from the user-interface thread; returns at once.
+/// The port through which arrivals are signalled to the user.  Its functions return at once.
 class ArrivalSignals {
 public:
     virtual ~ArrivalSignals() = default;
     virtual void PlayAlertSound() = 0;
-    /// Starts the notification-area icon flashing; a flash that runs goes on.
+    /// Lets the notification-area icon flash; does nothing if it flashes already.
     virtual void StartFlash() = 0;
 };
 

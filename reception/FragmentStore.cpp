@@ -10,7 +10,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t FirstSize = 1001;
-/// What a full part 0 carries.  A text's first datagram is cut to it from the end, whatever part it is.
+/// The length of a full part 0.  Of a text's first datagram, whichever part it is, only so many characters at
+/// its end are kept, which removes the header of a full part 0.
 constexpr std::size_t FirstPartLength = 384;
 constexpr std::chrono::seconds Lifetime(30);
 
@@ -21,9 +22,9 @@ struct Part {
     std::string_view Data;
 };
 
-/// Takes digits and the "-" after them from the front of `text`.
+/// Removes digits and the "-" after them from the front of `text`.
 std::optional<std::int16_t> TakeNumber(std::string_view& text) {
-    // from_chars would take a sign.
+    // from_chars would accept a sign.
     if (text.empty() || text.front() == '-')
         return std::nullopt;
     std::int16_t number = 0;
@@ -51,16 +52,16 @@ std::string_view LastCharacters(std::string_view text, std::size_t count) {
     return text.substr(text.size() - std::min(text.size(), count));
 }
 
-/// 1.5 times, with halves to the even neighbour.
+/// Returns 1.5 times `bound`, with halves rounded to the even neighbour.
 std::size_t GrownBound(std::size_t bound) {
     const std::size_t whole = bound * 3 / 2;
     return bound % 2 == 1 && whole % 2 == 1 ? whole + 1 : whole;
 }
 
-std::string Join(const FragmentSlot& slot) {
+std::string Join(const PartialText& partial) {
     std::string text;
-    for (const auto& [index, part] : slot.Parts) {
-        if (index < slot.PartCount)
+    for (const auto& [index, part] : partial.Parts) {
+        if (index < partial.PartCount)
             text += part;
     }
     return text;
@@ -68,14 +69,14 @@ std::string Join(const FragmentSlot& slot) {
 
 }  // namespace
 
-FragmentStore::FragmentStore() : slots_(FirstSize) {}
+FragmentStore::FragmentStore() : entries_(FirstSize) {}
 
 void FragmentStore::Reset() {
     if (untouched_ == 1)
         return;
-    slots_.resize(FirstSize);
-    std::fill_n(slots_.begin(), std::min(untouched_, FirstSize), FragmentSlot{});
-    slotById_.clear();
+    entries_.resize(FirstSize);
+    std::fill_n(entries_.begin(), std::min(untouched_, FirstSize), PartialText{});
+    indexById_.clear();
     freed_ = {};
     untouched_ = 1;
 }
@@ -84,55 +85,55 @@ void FragmentStore::Add(std::string_view datagram, Clock::TimePoint now) {
     const std::optional<Part> part = ParsePart(datagram);
     if (!part || part->ID == 0)
         return;
-    const auto found = slotById_.find(part->ID);
-    const bool first = found == slotById_.end();
-    FragmentSlot& slot = first ? TakeSlot(part->ID, part->Last, now) : slots_[found->second];
-    slot.LastUpdated = now;
-    // Counted even where the index lies outside the text and the part goes nowhere.
-    if (slot.PartsReceived < std::numeric_limits<std::int16_t>::max())
-        ++slot.PartsReceived;
-    if (part->Index <= slot.PartCount)
-        slot.Parts[part->Index] = first ? LastCharacters(datagram, FirstPartLength) : part->Data;
+    const auto found = indexById_.find(part->ID);
+    const bool first = found == indexById_.end();
+    PartialText& partial = first ? TakeEntry(part->ID, part->Last, now) : entries_[found->second];
+    partial.LastUpdated = now;
+    // Counts the part even if its index is beyond the last one, when its data is dropped.
+    if (partial.PartsReceived < std::numeric_limits<std::int16_t>::max())
+        ++partial.PartsReceived;
+    if (part->Index <= partial.PartCount)
+        partial.Parts[part->Index] = first ? LastCharacters(datagram, FirstPartLength) : part->Data;
 }
 
 void FragmentStore::Collect(const std::function<void(std::string&&)>& take) {
     for (std::size_t index = 1; index < untouched_; ++index) {
-        if (slots_[index].PartsReceived != slots_[index].PartCount)
+        if (entries_[index].PartsReceived != entries_[index].PartCount)
             continue;
-        take(Join(slots_[index]));
+        take(Join(entries_[index]));
         Free(index);
     }
 }
 
 void FragmentStore::Expire(Clock::TimePoint now) {
     for (std::size_t index = 1; index < untouched_; ++index) {
-        if (slots_[index].PartCount >= 0 && now - slots_[index].LastUpdated > Lifetime)
+        if (entries_[index].PartCount >= 0 && now - entries_[index].LastUpdated > Lifetime)
             Free(index);
     }
 }
 
-FragmentSlot& FragmentStore::TakeSlot(std::int16_t id, std::int16_t last, Clock::TimePoint now) {
+PartialText& FragmentStore::TakeEntry(std::int16_t id, std::int16_t last, Clock::TimePoint now) {
     const std::size_t index = FirstFree();
-    slotById_[id] = index;
-    slots_[index] = {.MessageID = id, .LastUpdated = now, .PartCount = last, .Parts = {}};
-    return slots_[index];
+    indexById_[id] = index;
+    entries_[index] = {.MessageID = id, .LastUpdated = now, .PartCount = last, .Parts = {}};
+    return entries_[index];
 }
 
-/// The lowest free slot from 1 on, growing the store where there is none.
+/// Returns the lowest free entry from 1 on; grows the store if there is none.
 std::size_t FragmentStore::FirstFree() {
     if (!freed_.empty()) {
         const std::size_t index = freed_.top();
         freed_.pop();
         return index;
     }
-    if (untouched_ == slots_.size())
-        slots_.resize(GrownBound(UpperBound()) + 1);
+    if (untouched_ == entries_.size())
+        entries_.resize(GrownBound(UpperBound()) + 1);
     return untouched_++;
 }
 
 void FragmentStore::Free(std::size_t index) {
-    slotById_.erase(slots_[index].MessageID);
-    slots_[index] = {};
+    indexById_.erase(entries_[index].MessageID);
+    entries_[index] = {};
     freed_.push(index);
 }
 

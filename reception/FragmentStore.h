@@ -14,50 +14,55 @@
 
 namespace tallyhorn {
 
-/// One text on its way in numbered parts.
-struct FragmentSlot {
-    std::int16_t MessageID = 0;  ///< 0 stands for a free slot
+/// A text of which some parts have arrived.
+struct PartialText {
+    std::int16_t MessageID = 0;  ///< 0 in a free entry
     Clock::TimePoint LastUpdated;
     std::int16_t PartsReceived = 0;
-    std::int16_t PartCount = -1;  ///< the last part index that the first part announced; -1 for a free slot
-    /// By part index, and only those that came: an announced count costs no memory.
+    std::int16_t PartCount = -1;  ///< the last part index that the first part announced; -1 in a free entry
+    /// The parts that arrived, by index; a large PartCount therefore costs no memory.
     std::map<std::int16_t, std::string> Parts;
 };
 
-/// Owns the parts of texts that came in parts, and puts them together again.
-/// Pure but for its own state; called from the user-interface thread.
+/// Owns the parts of texts that arrive in parts, and joins each text once it is complete.
 ///
-/// A text is complete when exactly as many parts came as the header's last part index says, which is one
-/// fewer than a sender sends, and then it is the parts below that index.  The
-/// protocol counts so on purpose.
+/// Compatibility: a text is complete when as many parts have arrived as its last part index says, and it then
+/// consists of the parts below that index, as existing senders expect.  A sender sends one part more:
+///
+///     store.Add("*7-0-2-one ", now);  // part 0 of the parts 0 to 2; a short first part keeps its header
+///     store.Add("*7-1-2-two", now);   // two parts have arrived, and the last index is 2: complete
+///     store.Collect(take);            // take("*7-0-2-one two")
+///     store.Add("*7-2-2-three", now); // begins another text 7, which stays incomplete
+///
+/// Had the third part arrived before Collect, three parts would have been one too many, and no text would
+/// come out.
 class FragmentStore {
 public:
     FragmentStore();
 
-    /// Frees every slot; costs nothing where none was taken since the last time.
+    /// Frees every entry, at no cost if none was taken since the last call.
     void Reset();
-    /// Files one datagram, `*ID-INDEX-LAST-DATA`, each number of digits alone and at most 32767; anything
-    /// else is dropped, as is the id 0, which no sender uses.
+    /// Adds one datagram of the form `*ID-INDEX-LAST-DATA`, whose numbers consist of digits only and are at
+    /// most 32767.  Drops any other datagram and the id 0, which no sender uses.
     void Add(std::string_view datagram, Clock::TimePoint now);
-    /// Hands the complete texts to `take` in the order of their slots, and frees those.
+    /// Passes each complete text to `take`, in the order of the entries, and frees its entry.
     void Collect(const std::function<void(std::string&&)>& take);
-    /// Frees the slots that no part came for in the last 30 seconds.
+    /// Frees each entry whose last part arrived more than 30 seconds ago.
     void Expire(Clock::TimePoint now);
 
-    /// The highest slot index, of slots taken and free.
-    std::size_t UpperBound() const { return slots_.size() - 1; }
-    std::size_t SlotsTaken() const { return slotById_.size(); }
+    /// Returns the highest index of an entry, taken or free.
+    std::size_t UpperBound() const { return entries_.size() - 1; }
 
 private:
-    FragmentSlot& TakeSlot(std::int16_t id, std::int16_t last, Clock::TimePoint now);
+    PartialText& TakeEntry(std::int16_t id, std::int16_t last, Clock::TimePoint now);
     std::size_t FirstFree();
     void Free(std::size_t index);
 
-    /// Slot 0 is never taken.
-    std::vector<FragmentSlot> slots_;
-    std::unordered_map<std::int16_t, std::size_t> slotById_;
-    /// Slots from `untouched_` on were never taken since the last reset; below it the free ones are in
-    /// `freed_`.
+    /// Entry 0 is never taken.
+    std::vector<PartialText> entries_;
+    std::unordered_map<std::int16_t, std::size_t> indexById_;
+    /// The entries from `untouched_` on have not been taken since the last Reset.  The free entries below it
+    /// are in `freed_`.
     std::size_t untouched_ = 1;
     std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>> freed_;
 };

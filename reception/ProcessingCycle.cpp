@@ -13,10 +13,9 @@ constexpr std::int32_t TicksUntilResume = 120;
 }  // namespace
 
 void ProcessingCycle::TimCheckTick() {
-    missedTick_ = parts_.ProcessingPaused || parts_.Received.SyslogDeleteInProgress;
-    if (missedTick_ || mailslot_.CheckForMessages() == 0)
+    if (!parts_.Received.Gate().AdmitPoll() || mailslot_.CheckForMessages() == 0)
         return;
-    // The batch is the tick's own: another tick inside it reads and shows a batch of its own.
+    // Taken out of the member, because a poll inside this one reads into a vector too.
     std::vector<std::string> messages = std::exchange(spareMessages_, {});
     const std::int16_t count = mailslot_.ReadMessages(messages);
     if (count > 0) {
@@ -34,7 +33,7 @@ void ProcessingCycle::TimCheckTick() {
 }
 
 void ProcessingCycle::MissedTick() {
-    if (missedTick_)
+    if (parts_.Received.Gate().PollIsMissed())
         TimCheckTick();
 }
 
@@ -47,14 +46,13 @@ void ProcessingCycle::ProcessText(std::string& text) {
 }
 
 void ProcessingCycle::PauseCommand() {
-    pauseShown_ = !pauseShown_;
-    parts_.Display.ShowPauseCommand(pauseShown_);
-    parts_.Display.ShowPanel(StatusPanel::ProcessingStatus, pauseShown_ ? "Status: Message Processing Paused"
-                                                                        : "Status: Processing Messages");
+    const bool paused = parts_.Received.Gate().TogglePause();
+    parts_.Display.ShowPauseCommand(paused);
+    parts_.Display.ShowPanel(StatusPanel::ProcessingStatus,
+                             paused ? "Status: Message Processing Paused" : "Status: Processing Messages");
     resumeTicks_ = 0;
-    parts_.Display.EnableResumeTimer(pauseShown_);
-    parts_.ProcessingPaused = pauseShown_;
-    if (!pauseShown_)
+    parts_.Display.EnableResumeTimer(paused);
+    if (!paused)
         syslog_.ProcessQueuedSyslogMessages();
 }
 

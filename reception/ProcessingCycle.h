@@ -10,27 +10,27 @@
 
 namespace tallyhorn {
 
-/// Moves NetBIOS notifications from the mailslot into the views, and pauses and resumes both channels.
-/// User-interface thread only; events may run in the middle of a batch, and with them another tick.
+/// Moves notifications from the mailslot into store and views, and pauses and resumes both channels.  Events
+/// may run in the middle of a poll, and one of them may be the next poll.
 class ProcessingCycle {
 public:
-    /// All of it outlives the cycle.
+    /// What it is given outlives the cycle.
     ProcessingCycle(cvbMailslot& mailslot, SyslogEndpoint& syslog, const ReceptionParts& parts)
         : mailslot_(mailslot), syslog_(syslog), parts_(parts) {}
 
-    /// One poll: all that waits is read, and what no filter suppresses is kept and shown.  Nothing in a pause
-    /// and while either channel holds the other back.
+    /// Polls the mailslot if the gate lets it: reads all waiting texts, and keeps and shows those that no
+    /// filter suppresses.
     void TimCheckTick();
-    /// Makes up for a poll that fell into such a time, as all of them may in a syslog storm.
+    /// Polls if the gate has put the last poll off.  In a syslog storm every poll may fall into the handling
+    /// of datagrams, so without this the mailslot would never be read.
     void MissedTick();
 
-    /// Pauses, or resumes where the pause command shows a pause; then what syslog brought meanwhile is
-    /// handled.
+    /// Pauses, or ends the pause that the tool bar shows and then handles the datagrams that it queued.
     void PauseCommand();
-    /// One second of a pause; the 121st resumes.
+    /// Counts one second of a pause; the 121st ends it.
     void ResumeTick();
 
-    /// Texts that the mailslot gave since the start, the suppressed ones included.
+    /// Returns how many texts have been read since the start, including suppressed ones.
     std::uint64_t ReceivedCount() const { return receivedCount_; }
 
 private:
@@ -39,11 +39,9 @@ private:
     cvbMailslot& mailslot_;
     SyslogEndpoint& syslog_;
     ReceptionParts parts_;
-    bool pauseShown_ = false;
-    bool missedTick_ = false;
     std::int32_t resumeTicks_ = 0;
     std::uint64_t receivedCount_ = 0;
-    std::vector<std::string> spareMessages_;  ///< between batches: its memory serves the next one
+    std::vector<std::string> spareMessages_;  ///< kept between polls, so that the next one reuses its memory
 };
 
 }  // namespace tallyhorn

@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-/// What both channels work on; all of it outlives them.  User-interface thread only.
+/// What both channels work on.  All of it outlives them.
 struct ReceptionParts {
     SuppressionFilters& Filters;
     const ViewFilterState& ViewFilter;
@@ -18,12 +18,9 @@ struct ReceptionParts {
     ArrivalSignals& Signals;
     TimeSlices& Slices;
     const Clock& Time;
-    /// The alarm that was read last, from whichever channel: a field that a text does not set keeps its
-    /// value.
+    /// The record of the text that was read last, of either channel.  Compatibility: a field that a text does
+    /// not set keeps the value of the text before.
     AlarmRecord& CurrentAlarm;
-    /// While true, nothing is processed.  The pause command raises it, and so does the syslog endpoint for
-    /// its own work, so that it may differ from what the pause command shows.
-    bool& ProcessingPaused;
 };
 
 }  // namespace tallyhorn

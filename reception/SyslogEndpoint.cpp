@@ -9,7 +9,7 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::chrono::milliseconds SliceLength{10};
-/// A look at the clock costs a tenth of a datagram.
+/// Reading the clock takes a tenth of the time of handling a datagram.
 constexpr int DatagramsPerLook = 16;
 
 DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
@@ -21,23 +21,13 @@ DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
 
 }  // namespace
 
-/// Work during which both channels hold back, as in a pause.
-class SyslogEndpoint::Busy {
+/// A batch whose datagrams without a date are dated at its beginning.
+class SyslogEndpoint::Batch {
 public:
-    explicit Busy(SyslogEndpoint& endpoint) : endpoint_(endpoint) {
-        endpoint_.busy_ = true;
-        endpoint_.parts_.ProcessingPaused = true;
-        endpoint_.LookAtTheTime();
-    }
-    ~Busy() {
-        endpoint_.parts_.ProcessingPaused = false;
-        endpoint_.busy_ = false;
-    }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
+    explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.TheGate()) { endpoint.LookAtTheTime(); }
 
 private:
-    SyslogEndpoint& endpoint_;
+    Gate::Batch batch_;
 };
 
 SyslogEndpoint::SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts,
@@ -53,12 +43,12 @@ bool SyslogEndpoint::InitializeWinsock(std::int32_t port) {
 
 void SyslogEndpoint::Close() {
     StopListening();
-    const Busy busy(*this);
+    const Batch batch(*this);
     HandleQueue();
     FinishBatch();
 }
 
-/// What has come through the port is handled, or queued where it has to wait.
+/// Handles what has arrived, or queues it if the gate does not let it in.
 void SyslogEndpoint::StopListening() {
     if (wscSyslog == nullptr)
         return;
@@ -80,16 +70,17 @@ void SyslogEndpoint::QueueWaiting() {
 }
 
 SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
-    if (!HasWaiting() && (queue_.Count() == 0 || parts_.ProcessingPaused))
+    if (!HasWaiting() && (queue_.Count() == 0 || TheGate().ProcessingPaused()))
         return Waiting::Nothing;
-    if (busy_ || parts_.Received.SyslogDeleteInProgress)
+    const Gate::Answer answer = TheGate().Decide(Gate::Request::Datagrams);
+    if (answer == Gate::Answer::Later)
         return Waiting::Later;
-    if (parts_.ProcessingPaused) {
+    if (answer == Gate::Answer::Queue) {
         QueueWaiting();
         TellPort();
         return Waiting::Nothing;
     }
-    const Busy busy(*this);
+    const Batch batch(*this);
     if (!parts_.Display.IsVisible())
         parts_.Signals.StartFlash();
     HandleQueue();
@@ -100,7 +91,7 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     return HasWaiting() ? Waiting::Later : Waiting::Nothing;
 }
 
-/// True where nothing was left at the end.
+/// Returns whether it has handled all waiting datagrams.
 bool SyslogEndpoint::HandleForASlice() {
     if (wscSyslog == nullptr)
         return true;
@@ -119,14 +110,15 @@ bool SyslogEndpoint::HandleForASlice() {
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
     if (queue_.Count() == 0)
         return;
-    // What holds the arrivals back ends without a sign: the wake is answered until they have been handled.
-    if (busy_ || parts_.Received.SyslogDeleteInProgress) {
+    // The end of a hold or batch starts nothing.  The wake makes the caller call DataArrival again and again
+    // for as long as that returns Later.
+    if (TheGate().Decide(Gate::Request::Datagrams) == Gate::Answer::Later) {
         wake_();
         return;
     }
     if (!parts_.Display.IsVisible())
         parts_.Signals.StartFlash();
-    const Busy busy(*this);
+    const Batch batch(*this);
     HandleQueue();
     FinishBatch();
 }
@@ -139,7 +131,7 @@ void SyslogEndpoint::HandleQueue() {
     }
 }
 
-/// The views take in what came while arrivals are still held back.
+/// Lets events run before the batch ends, so that the views show its rows before the next batch.
 void SyslogEndpoint::FinishBatch() {
     parts_.Received.UpdateStatusCounts(parts_.Received.Syslog);
     parts_.Received.UpdateListViewStatus();
@@ -151,7 +143,7 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
     ++receivedCount_;
     if (!IsAlarmNotification(message))
         return;
-    // No text of the console's holds a NUL: the backup could not keep it.
+    // Drops NULs, which the backup file could not hold.
     if (message.find('\0') != std::string_view::npos) {
         withoutNuls_ = message;
         std::erase(withoutNuls_, '\0');

@@ -12,35 +12,35 @@
 
 namespace tallyhorn {
 
-/// Listens for syslog datagrams and turns those that are notifications into kept messages.  User-interface
-/// thread only; events may run in the middle of its work, and with them another arrival.
+/// Listens for syslog datagrams and keeps those that are notifications.  Events may run in the middle of a
+/// batch, and one of them may be the next arrival.
 class SyslogEndpoint {
 public:
-    /// `wake` is called from another thread when datagrams have come: DataArrival is to be called then.
+    /// `wake` asks for a call of DataArrival.  It is called on the pump thread when datagrams have arrived.
     SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts, std::function<void()> wake);
 
-    /// Listens at `port` from now on and no longer at the one before, whose waiting datagrams are handled
-    /// first; 0 lets the system choose.  False where the system does not bind it: then nothing is listened
-    /// to.
+    /// Handles what waits at the UDP port listened to so far, and listens at `port` instead; 0 lets the
+    /// system choose one.  Returns false if the system cannot bind it, and then listens nowhere.
     bool InitializeWinsock(std::int32_t port);
-    /// Listens no more and handles what has come, what a pause holds back too.
+    /// Stops listening and handles all that has arrived, including what a pause has queued.
     void Close();
 
-    /// What is left: nothing, more than one slice could handle, or what will be handled later, because it
-    /// came meanwhile or is held back.
+    /// What waits after a call: nothing, more than one slice could handle, or datagrams that are to be
+    /// handled later, because they arrived during the slice or the gate does not let them in yet.
     enum class Waiting { Nothing, More, Later };
-    /// Handles what has come, for about 10 ms; queues it during a pause; leaves it where it is while messages
-    /// are being taken away or another arrival is at work.
+    /// Handles waiting datagrams for about 10 ms, queues them during a pause, or leaves them in the pump's
+    /// queue, as the gate decides.
     Waiting DataArrival();
-    /// The end of a pause: handles what has come in it.
+    /// Handles what a pause has queued, at its end.
     void ProcessQueuedSyslogMessages();
 
-    /// Datagrams handled since the start, whatever they were.
+    /// Returns how many datagrams have been handled since the start, notifications or not.
     std::uint64_t ReceivedCount() const { return receivedCount_; }
 
 private:
-    class Busy;
+    class Batch;
 
+    Gate& TheGate() const { return parts_.Received.Gate(); }
     void StopListening();
     bool HasWaiting();
     void QueueWaiting();
@@ -54,12 +54,11 @@ private:
     DatagramSockets& sockets_;
     ReceptionParts parts_;
     const std::function<void()> wake_;
-    std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null where nothing is listened to
+    std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null while it listens nowhere
     SyslogQueue queue_;
-    AlarmDate now_;  ///< at the beginning of the slice of work at hand
-    bool busy_ = false;
+    AlarmDate now_;  ///< when the current batch began, or its last slice
     std::uint64_t receivedCount_ = 0;
-    DatagramLosses lostBefore_;  ///< at ports that are no longer listened to
+    DatagramLosses lostBefore_;  ///< at the UDP ports listened to before
     std::string toolTip_;
     std::string withoutNuls_;
 };

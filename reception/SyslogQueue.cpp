@@ -14,7 +14,7 @@ void SyslogQueue::Add(std::string_view text) {
         ++lost_;
 }
 
-/// What stood at the position is lost, and where there is no room for the new text that one too.
+/// Removes the text at the position even if there is no room for the new one.
 void SyslogQueue::Put(std::size_t position, std::string_view text) {
     if (texts_.size() < position)
         texts_.resize(position);

@@ -10,24 +10,24 @@ namespace {
 
 constexpr std::int32_t NoHandle = -1;
 constexpr std::int16_t LastMessageNumber = 30000;
-/// Characters in a part, except in part 0, which has one fewer.
+/// The length of a part; part 0 is one character shorter.
 constexpr std::size_t PartLength = 385;
 
-/// The text before the buffer's first NUL.
+/// Returns the text before the buffer's first NUL.
 template <typename Buffer>
 std::string_view TextIn(const Buffer& buffer) {
     const std::string_view all(buffer.data(), buffer.size());
     return all.substr(0, all.find('\0'));
 }
 
-/// The next string of `messages`, whose old memory is used again where there is some.
+/// Returns the next string of `messages`, which keeps the memory of the text that it held before.
 std::string& Place(std::vector<std::string>& messages, std::size_t& placed) {
     if (++placed == messages.size())
         messages.emplace_back();
     return messages[placed];
 }
 
-/// The characters of part `index` of the parts 0 to `last`; the last one may be empty.
+/// Returns the characters of part `index` of the parts 0 to `last`; the last part may be empty.
 std::string_view PartOf(std::string_view message, std::size_t index, std::size_t last) {
     const std::size_t start = index == 0 ? 0 : PartLength * index - 1;
     if (start >= message.size())
@@ -78,7 +78,8 @@ bool cvbMailslot::SendMessage(std::string_view message) {
 }
 
 void cvbMailslot::SendInParts(std::string_view message) const {
-    // To the nearest: the length of a part is odd, so there are no halves.
+    // Compatibility: rounded to the nearest, so that the last part may be long or empty.  A part's odd length
+    // leaves no halves.
     const std::size_t last = (message.size() + PartLength / 2) / PartLength;
     for (std::size_t index = 0; index <= last; ++index) {
         std::string datagram = '*' + std::to_string(messageCounter_) + '-' + std::to_string(index) + '-' +
@@ -119,7 +120,7 @@ std::int16_t cvbMailslot::ReadMessages(std::vector<std::string>& messages) {
     return complete ? static_cast<std::int16_t>(placed) : std::int16_t{0};
 }
 
-/// False where a read failed.
+/// Returns false if a read failed.
 bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& messages, std::size_t& placed) {
     ReadBuffer buffer{};
     for (std::int16_t i = 0; i < count; ++i) {
@@ -130,7 +131,8 @@ bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& mess
             fragments_.Add(text, clock_.Now());
         else
             Place(messages, placed).assign(text);
-        // A notification without a NUL runs on into these blanks and what a longer one left before them.
+        // Compatibility: a text without a NUL continues with what a longer text before it has left in the
+        // buffer, and with these blanks after that.
         std::fill(buffer.begin() + static_cast<std::ptrdiff_t>(text.size()), buffer.end(), ' ');
     }
     return true;

@@ -14,21 +14,21 @@
 
 namespace tallyhorn {
 
-/// The mailslot that the engine sends to, and the console reads.
+/// The name of the mailslot to which the engine sends and from which the console reads.
 inline constexpr std::string_view EngineMailslotName = "TallyhornEngine";
 
-/// A part of a long text that could not be written; the parts before it are on their way.
+/// Thrown if a part of a long text could not be written; the parts before it have been sent.
 class MailslotWriteError : public std::runtime_error {
 public:
     static constexpr int Number = 1;
     using std::runtime_error::runtime_error;
 };
 
-/// Owns one mailslot, open for reading (server mode) or for sending, and the store in which texts that come
-/// in parts are put together. Called from the user-interface thread.
+/// Owns one mailslot, open for reading (server mode) or for sending, and the store that joins texts that
+/// arrive in parts.
 class cvbMailslot {
 public:
-    /// No datagram is longer, header and terminating NUL included.
+    /// The most bytes of a datagram, including its header and terminating NUL.
     static constexpr std::size_t MaximumMessageSize = 401;
 
     /// Both outlive the object.
@@ -37,21 +37,21 @@ public:
     cvbMailslot(const cvbMailslot&) = delete;
     cvbMailslot& operator=(const cvbMailslot&) = delete;
 
-    /// What InitializeMailslot asked for, whether or not it succeeded.
+    /// Returns what InitializeMailslot was asked for, whether or not it succeeded.
     bool ServerModeActive() const { return serverMode_; }
     const std::string& MailslotName() const { return mailslotName_; }
-    /// -1 where nothing is open.
+    /// Returns -1 if no mailslot is open.
     std::int32_t Handle() const;
     bool InitializeMailslot(std::string_view mailslotName, bool initServer);
-    /// Sends a text of at most 400 bytes as it is, without a NUL; a longer one in parts, each with its NUL,
-    /// and then the result is true or a MailslotWriteError is thrown.
+    /// Sends a text of at most 400 bytes as it is, without a NUL, and returns whether that succeeded.  Sends
+    /// a longer one in parts, each with a NUL, and returns true or throws MailslotWriteError.
     bool SendMessage(std::string_view message);
-    /// Number of datagrams that wait, at most 32767; 0 where the mailslot does not answer.
+    /// Returns how many datagrams wait, at most 32767; 0 if the mailslot cannot be asked.
     std::int16_t CheckForMessages();
     void Terminate();
-    /// Reads what CheckForMessages counts: puts whole texts and then those put together from parts at
-    /// `messages` 1 to N and returns N; `messages` 0 is empty.  A failing read ends it with 0, and the texts
-    /// before it stay in `messages`.  Hand in the same vector again to use its memory again.
+    /// Reads the datagrams that CheckForMessages counts.  Puts the whole texts and then the joined ones at
+    /// `messages` 1 to N, an empty one at 0, and returns N.  If a read fails it returns 0 at once and leaves
+    /// the texts read so far in `messages`.  Passing the same vector again reuses its memory.
     std::int16_t ReadMessages(std::vector<std::string>& messages);
 
 private:

@@ -117,7 +117,7 @@ std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
         const std::error_code denied = std::make_error_code(std::errc::permission_denied);
         return SystemError{denied.value(), denied.message()};
     }
-    const HoldArrivals hold(parts_.Received);
+    const Gate::Hold hold(parts_.Received.Gate());
     LongWork work(parts_.Display, parts_.Slices, slots.size());
     ExportFile file(path, parts_.Received.DayFirst());
     const AlarmDate now{parts_.Time.LocalSeconds()};

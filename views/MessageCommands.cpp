@@ -69,18 +69,17 @@ void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
     if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
     LongWork work(display_, slices_, list.SelectedCount());
-    display_.EnablePollingTimer(false);
+    const Gate::PollStop stop(received_.Gate());
     display_.ShowView(view, false);
     RemoveFromStore(received_.NetBios, list.RemoveSelected(), work);
     display_.ShowView(view, true);
     received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateListViewStatus();
-    display_.EnablePollingTimer(true);
 }
 
 void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
     MessageList& list = received_.List(view);
-    const HoldArrivals hold(received_);
+    const Gate::Hold hold(received_.Gate());
     if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
         return;
     LongWork work(display_, slices_, 2 * list.SelectedCount());
@@ -94,7 +93,7 @@ void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
 }
 
 void MessageCommands::DeleteTreeSelection() {
-    const HoldArrivals hold(received_);
+    const Gate::Hold hold(received_.Gate());
     const TreeNode node = received_.Tree.SelectedNode();
     if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
@@ -149,7 +148,7 @@ void MessageCommands::ClearAllMessages() {
         return;
     MessageChannel& channel = received_.In(ChannelOfPage(display_.CurrentPage()));
     if (boxes_.Confirm(channel.Traits.ClearQuestion)) {
-        const HoldArrivals hold(received_);
+        const Gate::Hold hold(received_.Gate());
         received_.Clear(channel);
         received_.UpdateStatusCounts(channel);
     }

@@ -158,7 +158,7 @@ TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
     }
     bool heldThroughout = true;
     Events.Event = [&] {
-        heldThroughout = heldThroughout && Received.SyslogDeleteInProgress && Display.WorkUnderWay == 1;
+        heldThroughout = heldThroughout && TheGate.SyslogDeleteInProgress() && Display.WorkUnderWay == 1;
     };
     for (const bool slow : {false, true}) {
         Time.PerLook = std::chrono::milliseconds(slow ? 20 : 0);
@@ -173,7 +173,7 @@ TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
             filter_.RemoveViewFilter();
             EXPECT_EQ(TakeListCalls(), "-0 -1 -2 -3 -4 -5 -6 0 1 2 3 4 5 6 ");
             EXPECT_TRUE(heldThroughout) << applied;
-            EXPECT_FALSE(Received.SyslogDeleteInProgress);
+            EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
             EXPECT_EQ(Display.WorkUnderWay, 0);
             EXPECT_EQ(Display.Progress.size() > 40, slow) << "progress is told between slices";
             for (const auto& [done, total] : Display.Progress)

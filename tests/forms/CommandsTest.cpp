@@ -10,7 +10,8 @@ namespace tallyhorn {
 namespace {
 
 TEST(CommandQueueTest, CommandsWaitForWorkAndDialogsInTheirOrder) {
-    CommandQueue queue;
+    Gate gate;
+    CommandQueue queue(gate);
     std::string log;
     const auto write = [&log](const char* text) { return [&log, text] { log += text; }; };
     queue.RunAsWork([&] {

@@ -318,7 +318,7 @@ protected:
     AlarmRecord alarm_;
     QWidget main_;
     QWidget* askedOver_ = nullptr;
-    CommandQueue queue_;
+    CommandQueue queue_{TheGate};
     frmMessage window_{{received_, boxes_, alarm_, clock_, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
                         [this](QWidget& over) { askedOver_ = &over; }},
                        &main_};

@@ -97,9 +97,9 @@ TEST_F(ProcessingCycleTest, APauseEndsByItselfAtThe121stTick) {
     Cycle.PauseCommand();
     Cycle.PauseCommand();
     tick(120);
-    EXPECT_TRUE(Paused) << "a new pause counts from 0";
+    EXPECT_TRUE(TheGate.ProcessingPaused()) << "a new pause counts from 0";
     tick(1);
-    EXPECT_FALSE(Paused);
+    EXPECT_FALSE(TheGate.ProcessingPaused());
     EXPECT_FALSE(Display.PauseShown);
     EXPECT_FALSE(Display.Resuming);
 }

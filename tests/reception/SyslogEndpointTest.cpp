@@ -38,14 +38,14 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
     ArriveDatagram("Event (Test Message): x");
     bool busyMeanwhile = false;
     Events.Event = [&] {
-        busyMeanwhile = Paused;
+        busyMeanwhile = TheGate.ProcessingPaused();
         Arrive("late");
         EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
         Events.Event = nullptr;
     };
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later) << "one came while events ran";
     EXPECT_TRUE(busyMeanwhile);
-    EXPECT_FALSE(Paused);
+    EXPECT_FALSE(TheGate.ProcessingPaused());
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "3 Syslog Message(s)");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
     EXPECT_EQ(Names(), "one late ") << "what the view filter rejects is kept all the same";
@@ -102,13 +102,13 @@ TEST_F(SyslogEndpointTest, APauseQueuesAndItsEndHandles) {
 
 TEST_F(SyslogEndpointTest, ADeleteHoldsBothChannelsBackAndLosesNothing) {
     Engine().Waiting.push_back("Date: 1/1/2009\r\n");
-    Received.SyslogDeleteInProgress = true;
+    auto hold = std::make_optional<Gate::Hold>(TheGate);
     Arrive("one");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
     Cycle.TimCheckTick();
     EXPECT_EQ(Kept(), 0);
     EXPECT_EQ(Engine().Waiting.size(), 1U);
-    Received.SyslogDeleteInProgress = false;
+    hold.reset();
     Syslog.DataArrival();
     Cycle.TimCheckTick();
     EXPECT_EQ(Kept(), 1);
@@ -154,7 +154,7 @@ TEST_F(SyslogEndpointTest, APauseThatBeginsInsideTheWorkEndsWithIt) {
     Arrive("one");
     Syslog.DataArrival();
     EXPECT_TRUE(Display.PauseShown);
-    EXPECT_FALSE(Paused);
+    EXPECT_FALSE(TheGate.ProcessingPaused());
     Cycle.PauseCommand();
     EXPECT_FALSE(Display.PauseShown) << "the command goes by what it shows";
 }
@@ -163,13 +163,13 @@ TEST_F(SyslogEndpointTest, APausesQueueWaitsForADeleteToo) {
     Cycle.PauseCommand();
     Arrive("one");
     Syslog.DataArrival();
-    Received.SyslogDeleteInProgress = true;
+    auto hold = std::make_optional<Gate::Hold>(TheGate);
     const int wakes = Wakes;
     Cycle.PauseCommand();
     EXPECT_EQ(Kept(), 0);
     EXPECT_GT(Wakes, wakes) << "nothing else would come back for it";
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
-    Received.SyslogDeleteInProgress = false;
+    hold.reset();
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
     EXPECT_EQ(Names(), "one ");
 }

@@ -26,7 +26,7 @@ protected:
                               " messages to text\\.  Error # [1-9][0-9]*:\t[^\r\n\t]{4,}");
         EXPECT_TRUE(std::regex_match(Boxes.Shown[1], told)) << Boxes.Shown[1];
         EXPECT_EQ(Display.WorkUnderWay, 0);
-        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
     }
     /// Chooses the node at these positions, one a level, as the children stand now.
     void Select(std::initializer_list<std::size_t> positions) {
@@ -207,9 +207,9 @@ TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
         KeepSyslog(Record("n"));
     }
     Select({0});
-    Boxes.WhileAsked = [this] { EXPECT_FALSE(Received.SyslogDeleteInProgress); };
+    Boxes.WhileAsked = [this] { EXPECT_FALSE(TheGate.SyslogDeleteInProgress()); };
     Events.Event = [this] {
-        EXPECT_TRUE(Received.SyslogDeleteInProgress);
+        EXPECT_TRUE(TheGate.SyslogDeleteInProgress());
         EXPECT_EQ(Display.WorkUnderWay, 1);
     };
     Time.PerLook = 1ms;
@@ -223,7 +223,7 @@ TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
         EXPECT_LE(Display.Progress.size(), 501U) << "not after every line";
         EXPECT_GT(Display.Progress.back().first, 4900U);
         EXPECT_EQ(Display.Progress.back().second, 5000U);
-        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
         EXPECT_EQ(Display.WorkUnderWay, 0);
     }
 }

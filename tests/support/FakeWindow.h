@@ -75,7 +75,6 @@ public:
         Progress.emplace_back(done, total);
     }
     void EndWork() override { --WorkUnderWay; }
-    void EnablePollingTimer(bool enabled) override { Polling = enabled; }
     void EnableResumeTimer(bool enabled) override { Resuming = enabled; }
     void ShowPauseCommand(bool paused) override { PauseShown = paused; }
     void ShowFilterCommand(bool inForce) override { FilterShown = inForce; }
@@ -88,7 +87,6 @@ public:
     std::vector<std::string> ListCalls;
     int WorkUnderWay = 0;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< done of total
-    bool Polling = true;
     bool Resuming = false;
     bool PauseShown = false;
     std::optional<bool> FilterShown;  ///< nothing until it is told

@@ -5,6 +5,7 @@
 #include "records/NetBiosFormat.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeWindow.h"
+#include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
 
 namespace tallyhorn {
@@ -32,7 +33,8 @@ struct MessagesOver {
     FakeMessageBoxes Boxes;
     AlarmRecord Alarm;  ///< the current one
     TimeSlices Slices{Time, Events};
-    ReceivedMessages Received{Display, Slices};
+    Gate TheGate;
+    ReceivedMessages Received{Display, Slices, TheGate};
 };
 
 using MessagesInMemory = MessagesOver<FakeClock>;

@@ -38,13 +38,12 @@ struct ReceptionOver : MessagesOver<ClockType> {
     FakeMailslots Mailslots;
     FakeDatagrams Datagrams;
     FakeSignals Signals;
-    bool Paused = false;
     int Wakes = 0;
     SuppressionFilters Suppression{Folder.Path() / "SavedFilters.dat"};
     ViewFilter Filter{this->Received, this->Display, this->Slices, this->Time, this->Alarm};
     cvbMailslot Mailslot{Mailslots, this->Time};
-    ReceptionParts Parts{Suppression,  Filter,     this->Received, this->Display, Signals,
-                         this->Slices, this->Time, this->Alarm,    Paused};
+    ReceptionParts Parts{Suppression, Filter,       this->Received, this->Display,
+                         Signals,     this->Slices, this->Time,     this->Alarm};
     SyslogEndpoint Syslog{Datagrams, Parts, [this] { ++Wakes; }};
     ProcessingCycle Cycle{Mailslot, Syslog, Parts};
 };

@@ -26,12 +26,12 @@ TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     KeepTen();
     Received.List(2).Select(3, 3, true);
     Received.List(2).Select(6, 6, true);
-    Boxes.WhileAsked = [this] { EXPECT_TRUE(Display.Polling) << "while the question stands"; };
-    Events.Event = [this] { EXPECT_FALSE(Display.Polling); };
+    Boxes.WhileAsked = [this] { EXPECT_TRUE(TheGate.AdmitPoll()) << "while the question stands"; };
+    Events.Event = [this] { EXPECT_FALSE(TheGate.AdmitPoll()); };
     commands_.DeleteMessages(2);
     EXPECT_EQ(Boxes.Shown, std::vector<std::string>{deleteQuestion_});
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
-    EXPECT_TRUE(Display.Polling);
+    EXPECT_TRUE(TheGate.AdmitPoll());
     EXPECT_EQ(Display.WorkUnderWay, 0);
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
     EXPECT_EQ(Received.List(2).Size(), 8U);

@@ -47,12 +47,12 @@ TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
         Keep("Full", "Warning", computer);
     Received.List(4).Select(0, 1, true);
     Boxes.WhileAsked = [this] {
-        EXPECT_TRUE(Received.SyslogDeleteInProgress);
-        EXPECT_TRUE(Display.Polling) << "the poll itself holds back then";
+        EXPECT_TRUE(TheGate.SyslogDeleteInProgress());
+        EXPECT_FALSE(TheGate.AdmitPoll());
     };
     commands_.DeleteMessages(4);
     EXPECT_EQ(Boxes.Shown.size(), 1U);
-    EXPECT_FALSE(Received.SyslogDeleteInProgress);
+    EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
     EXPECT_EQ(Rows(), 1U);
     EXPECT_EQ(Received.Tree.Text(Node({0})), "Full ( 1 Events )");
@@ -93,7 +93,7 @@ TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
         EXPECT_EQ(Boxes.Shown, (std::vector<std::string>{question, question}));
         EXPECT_EQ(Rows(), rowsLeft);
         EXPECT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(rowsLeft));
-        EXPECT_FALSE(Received.SyslogDeleteInProgress);
+        EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
         EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot()) << "what is gone is not selected";
     }
     Boxes.Shown.clear();

@@ -1,61 +1,55 @@
 #include "views/forms/CommandQueue.h"
 
 #include <QMetaObject>
-#include <QScopeGuard>
-#include <utility>
+#include <algorithm>
 
 namespace tallyhorn {
-void CommandQueue::Run(const Command& command, Kind kind) {
-    if (!closed_)
-        RunOrWait({command, kind});
+
+CommandQueue::CommandQueue(Gate& gate) : gate_(gate) {
+    gate_.WhenReleased([this](Gate::State state) { Released(state); });
+}
+
+void CommandQueue::Run(const Command& command, Kind kind, std::optional<int> key) {
+    const auto request = kind == Kind::Dialog ? Gate::Request::Dialog : Gate::Request::Command;
+    const bool waits = key && std::any_of(waiting_.begin(), waiting_.end(),
+                                          [&](const Waiting& other) { return other.Key == key; });
+    if (gate_.Decide(request) != Gate::Answer::Refuse && !waits)
+        RunOrWait({command, kind, key});
 }
 
 void CommandQueue::RunLast(const Command& command) {
-    if (std::exchange(closed_, true))
+    if (!gate_.Advance(Gate::Phase::Closing))
         return;
     waiting_.clear();
-    RunOrWait({command, Kind::Work});
+    RunOrWait({command, Kind::Work, std::nullopt});
 }
 
 void CommandQueue::RunOrWait(const Waiting& command) {
-    if (!MayRun())
+    if (!gate_.QueuedMayRun()) {
         waiting_.push_back(command);
-    else if (command.As == Kind::Dialog)
-        RunDialog(command.Do);
-    else
+    } else if (command.As == Kind::Dialog) {
+        const Gate::Dialog dialog(gate_);
+        command.Do();
+    } else {
         RunAsWork(command.Do);
+    }
 }
 
 void CommandQueue::RunAsWork(const Command& work) {
-    BeginWork();
-    const auto end = qScopeGuard([this] { EndWork(); });
+    const Gate::Work guard(gate_);
     work();
 }
 
-void CommandQueue::EndWork() {
-    if (--workDepth_ > 0)
-        return;
-    emit WorkDone();
-    RunWaitingLater();
-}
-
-void CommandQueue::RunDialog(const Command& dialog) {
-    ++dialogDepth_;
-    const auto end = qScopeGuard([this] {
-        --dialogDepth_;
-        RunWaitingLater();
-    });
-    dialog();
-}
-
-void CommandQueue::RunWaitingLater() {
-    if (MayRun() && !waiting_.empty())
+void CommandQueue::Released(Gate::State state) {
+    if (state == Gate::State::Work && !IsAtWork())
+        emit WorkDone();
+    if (gate_.QueuedMayRun() && !waiting_.empty())
         QMetaObject::invokeMethod(this, &CommandQueue::RunWaiting, Qt::QueuedConnection);
 }
 
-/// One at a time: any of them may be the last.
+/// Runs one command only, since it may be the last; its release starts the next.
 void CommandQueue::RunWaiting() {
-    if (!MayRun() || waiting_.empty())
+    if (!gate_.QueuedMayRun() || waiting_.empty())
         return;
     const Waiting next = waiting_.front();
     waiting_.pop_front();

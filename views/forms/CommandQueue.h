@@ -3,54 +3,56 @@
 #include <QObject>
 #include <deque>
 #include <functional>
+#include <optional>
+
+#include "views/messages/Gate.h"
 
 namespace tallyhorn {
 
-/// Decides when a command of the user's runs.  One that is given in the middle of other work would run on
-/// state that is half way from one thing to the next, and would hold that work up for as long as its question
-/// stands open: so it waits for the work's end.  User-interface thread only.
+/// Holds the user's commands that may not run yet, and runs them in their order once the gate lets them.  A
+/// command that ran in the middle of other work would find lists and stores half changed, and its question
+/// would stop that work until the user answers.
 class CommandQueue final : public QObject {
     Q_OBJECT
 
 public:
     using Command = std::function<void()>;
 
-    /// What a command is while it runs.  Other commands wait for both; a dialog, which may stand open for
-    /// hours, is no work.
+    /// What a command is while it runs.  Other commands wait for both.
     enum class Kind { Work, Dialog };
 
-    /// Runs the command now, or when what it has to wait for is over.
-    void Run(const Command& command, Kind kind = Kind::Work);
-    /// The same for the last command of all: those that wait are forgotten, and none is taken any more.
-    void RunLast(const Command& command);
-    /// Runs work that waits for nothing, since it guards itself.
-    void RunAsWork(const Command& work);
-    /// The same in two calls.
-    void BeginWork() { ++workDepth_; }
-    void EndWork();
+    /// The gate outlives the queue, which is the only one to be called when a guard is released.
+    explicit CommandQueue(Gate& gate);
+    ~CommandQueue() override { gate_.WhenReleased(nullptr); }
 
-    bool IsAtWork() const { return workDepth_ > 0; }
+    /// Runs the command now, or when the gate lets it.  Does nothing once the last command has been given, or
+    /// if a command with the same `key` is waiting already.
+    void Run(const Command& command, Kind kind = Kind::Work, std::optional<int> key = std::nullopt);
+    /// Runs the last command of all, now or when the gate lets it.  Drops those that wait; later ones are
+    /// refused.
+    void RunLast(const Command& command);
+    /// Runs work at once, whatever else runs: timers' routines decide by the gate themselves.
+    void RunAsWork(const Command& work);
+
+    bool IsAtWork() const { return gate_.Is(Gate::State::Work); }
 
 signals:
-    /// Work has ended, and no other is under way.
+    /// The outermost piece of work has ended.
     void WorkDone();
 
 private:
     struct Waiting {
         Command Do;
         Kind As = Kind::Work;
+        std::optional<int> Key;
     };
 
-    bool MayRun() const { return workDepth_ == 0 && dialogDepth_ == 0; }
     void RunOrWait(const Waiting& command);
-    void RunDialog(const Command& dialog);
-    void RunWaitingLater();
+    void Released(Gate::State state);
     void RunWaiting();
 
+    Gate& gate_;
     std::deque<Waiting> waiting_;
-    bool closed_ = false;  ///< the last command has been given
-    int workDepth_ = 0;    ///< how many pieces of work are under way, one inside the other
-    int dialogDepth_ = 0;  ///< the same of dialogs
 };
 
 }  // namespace tallyhorn

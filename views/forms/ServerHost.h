@@ -6,28 +6,24 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// What the main window asks and tells when it is to go or to come back.
+/// What the main window asks and reports when it is to close.
 class ServerLifetime {
 public:
     virtual ~ServerLifetime() = default;
-    /// Whether the window may close; `byUser` where the user closed it, who is then asked.
+    /// Returns whether the window may close; asks the user first if `byUser`.
     virtual bool QueryUnload(bool byUser) = 0;
-    /// The window has closed.
+    /// Called once the window has closed.
     virtual void Unload() = 0;
-    /// The window has been minimised, by whatever way; true where it is to be hidden, since something else
-    /// will bring it back.
-    virtual bool Minimized() = 0;
-    /// The user has brought the minimised window back by himself.
-    virtual void Restored() = 0;
 };
 
-/// The commands that lead out of the main window; a dialog has closed again when its command returns.
+/// The commands that the main window passes on.  A command that opens a dialog returns when the dialog has
+/// closed.
 class ServerCommands {
 public:
     virtual ~ServerCommands() = default;
     virtual void ToggleViewFilter() = 0;
     virtual void ManageSuppressionFilters() = 0;
-    /// Asks for a suppression filter made from the current alarm, over the detail window.
+    /// Opens the dialog for a suppression filter made from the current alarm, in front of `over`.
     virtual void AddSuppressionFilter(QWidget& over) = 0;
     virtual void OpenEventViewer(ViewNumber view) = 0;
     virtual void ExportMessages() = 0;

@@ -17,7 +17,6 @@
 #include "desktop/help/HelpContexts.h"
 #include "ui/AnsiString.h"
 #include "ui/Pictures.h"
-#include "views/forms/ArrivalTimer.h"
 #include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/DetailWindow.h"
 #include "views/forms/MessageListView.h"
@@ -47,9 +46,10 @@ void ResizeIfFits(QWidget* widget, int width, int height) {
 
 }  // namespace
 
-frmServer::frmServer(ServerLifetime& lifetime)
+frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
     : lifetime_(lifetime),
-      hiding_(*this, lifetime),
+      gate_(gate),
+      queue_(gate),
       bars_(*this, [this](ServerCommand command) { Do(command); }) {
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
@@ -131,12 +131,9 @@ void frmServer::Load(const Parts& parts) {
     details_ = new DetailWindow({parts.Received, parts.Commands, parts.Boxes, parts.CurrentAlarm, parts.Time,
                                  queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
                                 this);
-    arrivals_ = new ArrivalTimer(parts.Syslog, parts.Cycle, queue_, this);
-    connect(timCheck, &QTimer::timeout, this,
-            [this] { queue_.RunAsWork([this] { parts_->Cycle.TimCheckTick(); }); });
-    connect(tmrResumeProcessing, &QTimer::timeout, this,
-            [this] { queue_.RunAsWork([this] { parts_->Cycle.ResumeTick(); }); });
-    EnablePollingTimer(true);
+    connect(timCheck, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->TimCheckTick); });
+    connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->ResumeTick); });
+    timCheck->start();
     LayOut();
 }
 
@@ -176,17 +173,13 @@ void frmServer::Do(ServerCommand command) {
     constexpr std::array Dialogs = {ServerCommand::ToggleFilter, ServerCommand::ManageFilters,
                                     ServerCommand::Preferences, ServerCommand::Help, ServerCommand::About};
     const bool opensDialog = std::find(Dialogs.begin(), Dialogs.end(), command) != Dialogs.end();
-    // Who asks again while the first wish waits wants it once; only the pause has two ends.
-    if (command != ServerCommand::Pause && !asked_.insert(command).second)
-        return;
+    // A command that waits already is not queued twice, except Pause, which is a toggle.
+    const std::optional<int> key =
+        command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
     // Taken now: while the command waits, the user may go on to another view.
     const ViewNumber view = parts_->Received.ActiveView;
-    queue_.Run(
-        [this, command, view] {
-            asked_.erase(command);
-            Execute(command, view);
-        },
-        opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work);
+    queue_.Run([this, command, view] { Execute(command, view); },
+               opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
 }
 
 void frmServer::Execute(ServerCommand command, ViewNumber view) {
@@ -200,7 +193,7 @@ void frmServer::Execute(ServerCommand command, ViewNumber view) {
         case ServerCommand::Exit:
             return Close(true);
         case ServerCommand::Pause:
-            return parts_->Cycle.PauseCommand();
+            return parts_->PauseCommand();
         case ServerCommand::EventLog:
             return parts_->Others.OpenEventViewer(view);
         case ServerCommand::Export:
@@ -216,10 +209,6 @@ void frmServer::Execute(ServerCommand command, ViewNumber view) {
         case ServerCommand::About:
             return parts_->Others.ShowAbout();
     }
-}
-
-void frmServer::HandleDatagrams() {
-    arrivals_->HandleDatagrams();
 }
 
 void frmServer::RunPendingEvents() {
@@ -273,31 +262,27 @@ void frmServer::ShowView(ViewNumber number, bool shown) {
 }
 
 void frmServer::BeginWork() {
-    // A dialog may be at the bottom of it: whoever begins long work is in the middle of it from now on.
-    queue_.BeginWork();
-    if (longWorks_++ > 0)
+    // Long work may begin inside a dialog, which alone is no work.
+    longWorks_.emplace_back(gate_);
+    if (longWorks_.size() > 1)
         return;
     QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
     sinceLongWork_.start();
 }
 
 void frmServer::ShowProgress(std::uint64_t done, std::uint64_t total) {
-    if (longWorks_ != 1 || total == 0 || sinceLongWork_.elapsed() < ShortWork)
+    if (longWorks_.size() != 1 || total == 0 || sinceLongWork_.elapsed() < ShortWork)
         return;
     pgbWork->setValue(static_cast<int>(std::min(done, total) * ProgressSteps / total));
     pgbWork->show();
 }
 
 void frmServer::EndWork() {
-    if (--longWorks_ == 0) {
+    if (longWorks_.size() == 1) {
         pgbWork->hide();
         QApplication::restoreOverrideCursor();
     }
-    queue_.EndWork();
-}
-
-void frmServer::EnablePollingTimer(bool enabled) {
-    enabled ? timCheck->start() : timCheck->stop();
+    longWorks_.pop_back();
 }
 
 void frmServer::EnableResumeTimer(bool enabled) {
@@ -351,9 +336,8 @@ void frmServer::closeEvent(QCloseEvent* event) {
 void frmServer::Close(bool byUser) {
     if (!lifetime_.QueryUnload(byUser))
         return;
-    EnablePollingTimer(false);
-    EnableResumeTimer(false);
-    arrivals_->Stop();
+    timCheck->stop();
+    tmrResumeProcessing->stop();
     queue_.RunLast([] {});
     details_->Close();
     lifetime_.Unload();
@@ -378,15 +362,6 @@ void frmServer::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::FontChange && tabMessageTypes != nullptr)
         LayOut();
-}
-
-/// What follows from another state comes once the change is done: it may hide the window.
-bool frmServer::event(QEvent* event) {
-    const bool handled = QMainWindow::event(event);
-    if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
-        QMetaObject::invokeMethod(
-            this, [this] { hiding_.LookAtState(); }, Qt::QueuedConnection);
-    return handled;
 }
 
 void frmServer::showEvent(QShowEvent* event) {

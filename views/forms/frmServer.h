@@ -3,17 +3,16 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <array>
+#include <functional>
+#include <list>
 #include <memory>
-#include <set>
 
-#include "reception/ProcessingCycle.h"
-#include "reception/SyslogEndpoint.h"
 #include "views/MessageCommands.h"
 #include "views/ServerLayout.h"
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
-#include "views/forms/WindowHiding.h"
+#include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
 #include "views/messages/ServerDisplay.h"
 
@@ -25,7 +24,6 @@ class QTimer;
 
 namespace tallyhorn {
 
-class ArrivalTimer;
 class ConsolidatedTreeView;
 class MessageListView;
 class DetailWindow;
@@ -37,18 +35,19 @@ class frmServer final : public QMainWindow, public ServerDisplay {
     Q_OBJECT
 
 public:
-    explicit frmServer(ServerLifetime& lifetime);
+    frmServer(ServerLifetime& lifetime, Gate& gate);
 
     /// What the window shows and commands; all of it outlives the window.
     struct Parts {
         ReceivedMessages& Received;
         MessageCommands& Commands;
-        ProcessingCycle& Cycle;
-        SyslogEndpoint& Syslog;
         ServerCommands& Others;
         MessageBoxes& Boxes;
         AlarmRecord& CurrentAlarm;
         const Clock& Time;
+        std::function<void()> TimCheckTick;
+        std::function<void()> ResumeTick;
+        std::function<void()> PauseCommand;
     };
     void Load(const Parts& parts);
 
@@ -66,13 +65,9 @@ public:
     /// Answers what stands open as if the user had closed it, so that it does not hold the end up.
     static void DismissQuestions();
 
-    /// Datagrams wait: handles them now or very soon.
-    void HandleDatagrams();
-
     CommandQueue& Commands() { return queue_; }
     /// Does what the user commands, at once or when its turn comes.
     void Do(ServerCommand command);
-    WindowHiding& Hiding() { return hiding_; }
 
     /// Takes in the rows that came, then lets waiting events run.
     void RunPendingEvents();
@@ -87,7 +82,6 @@ public:
     void BeginWork() override;
     void ShowProgress(std::uint64_t done, std::uint64_t total) override;
     void EndWork() override;
-    void EnablePollingTimer(bool enabled) override;
     void EnableResumeTimer(bool enabled) override;
     void ShowPauseCommand(bool paused) override;
     void ShowFilterCommand(bool inForce) override;
@@ -97,7 +91,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     /// The page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and lvwSyslog.
@@ -129,16 +122,14 @@ private:
     Twips InTwips(int pixels) const;
 
     ServerLifetime& lifetime_;
-    WindowHiding hiding_;
+    Gate& gate_;
     std::unique_ptr<const Parts> parts_;
     CommandQueue queue_;
-    std::set<ServerCommand> asked_;  ///< which of the commands wait
     DetailWindow* details_ = nullptr;
-    ArrivalTimer* arrivals_ = nullptr;
     ColumnWidthArray columnWidths_{};
     QWidget* focusBeforeHiding_ = nullptr;
     QElapsedTimer sinceLongWork_;
-    int longWorks_ = 0;  ///< one inside the other
+    std::list<Gate::Work> longWorks_;  ///< pieces of long work that run inside one another
 
     QTabWidget* tabMessageTypes = nullptr;
     std::array<ChannelControls, ChannelCount> channels_;

@@ -10,6 +10,7 @@
 #include "records/EventTypes.h"
 #include "views/messages/Channels.h"
 #include "views/messages/ConsolidatedTree.h"
+#include "views/messages/Gate.h"
 #include "views/messages/MessageList.h"
 #include "views/messages/MessageRows.h"
 #include "views/messages/MessageStore.h"
@@ -38,16 +39,17 @@ struct MessageChannel {
 /// counts into the status bar.
 class ReceivedMessages {
 public:
-    ReceivedMessages(ServerDisplay& display, TimeSlices& slices);
+    ReceivedMessages(ServerDisplay& display, TimeSlices& slices, tallyhorn::Gate& gate);
 
     MessageChannel NetBios{Channel::NetBios};
     MessageChannel Syslog{Channel::Syslog};
     /// The syslog messages that are shown.
     ConsolidatedTree Tree{Syslog.Rows};
-    /// True while syslog messages are being deleted or read back. Arrivals of both channels wait meanwhile.
-    bool SyslogDeleteInProgress = false;
     /// The view that the user touched last.
     ViewNumber ActiveView = 0;
+
+    /// Returns what decides whether arrivals may come in now.
+    tallyhorn::Gate& Gate() const { return gate_; }
 
     MessageChannel& In(Channel channel);
     const MessageChannel& In(Channel channel) const;
@@ -107,21 +109,8 @@ private:
 
     ServerDisplay& display_;
     TimeSlices& slices_;
+    tallyhorn::Gate& gate_;
     bool dayFirst_ = false;
-};
-
-/// Holds the arrivals of both channels back as long as it lives.  User-interface thread only.
-class HoldArrivals {
-public:
-    explicit HoldArrivals(ReceivedMessages& received) : received_(received) {
-        received_.SyslogDeleteInProgress = true;
-    }
-    ~HoldArrivals() { received_.SyslogDeleteInProgress = false; }
-    HoldArrivals(const HoldArrivals&) = delete;
-    HoldArrivals& operator=(const HoldArrivals&) = delete;
-
-private:
-    ReceivedMessages& received_;
 };
 
 }  // namespace tallyhorn

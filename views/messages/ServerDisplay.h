@@ -36,7 +36,6 @@ public:
     virtual void ShowProgress(std::uint64_t done, std::uint64_t total) = 0;
     virtual void EndWork() = 0;
 
-    virtual void EnablePollingTimer(bool enabled) = 0;
     virtual void EnableResumeTimer(bool enabled) = 0;
     /// The pause button's picture and tool tip and the menu item's caption.
     virtual void ShowPauseCommand(bool paused) = 0;

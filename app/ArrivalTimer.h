@@ -11,15 +11,15 @@ class QTimer;
 
 namespace tallyhorn {
 
-/// Decides when datagrams that have come are handled: at once, or a little after others, since showing what
-/// came costs more than handling it.  User-interface thread only; what it is given outlives it.
+/// Decides when waiting datagrams are handled: at once, or up to 80 ms after the previous batch, because
+/// showing a batch costs more than handling it.  What it is given outlives it.
 class ArrivalTimer final : public QObject {
     Q_OBJECT
 
 public:
     ArrivalTimer(SyslogEndpoint& syslog, ProcessingCycle& cycle, CommandQueue& queue, QObject* parent);
 
-    /// Datagrams wait.
+    /// Starts the timer, unless it runs; its tick handles the datagrams that wait by then.
     void HandleDatagrams();
     void Stop();
 

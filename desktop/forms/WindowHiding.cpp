@@ -1,10 +1,25 @@
-#include "views/forms/WindowHiding.h"
+#include "desktop/forms/WindowHiding.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QWindow>
 #include <utility>
 
+#include "desktop/forms/frmTrayIcon.h"
+
 namespace tallyhorn {
+
+WindowHiding::WindowHiding(QWidget& window, frmTrayIcon& tray) : window_(window), tray_(tray) {
+    window.installEventFilter(this);
+}
+
+/// Looks at the state only once the change is complete, because it may hide the window.
+bool WindowHiding::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
+        QMetaObject::invokeMethod(
+            this, [this] { LookAtState(); }, Qt::QueuedConnection);
+    return QObject::eventFilter(watched, event);
+}
 
 void WindowHiding::LookAtState() {
     if (hidden_)
@@ -12,19 +27,19 @@ void WindowHiding::LookAtState() {
     if (window_.isMinimized())
         Minimized();
     else if (std::exchange(minimized_, false))
-        lifetime_.Restored();
+        tray_.MainWindowRestored();
 }
 
-/// A dialog that stands open keeps the window on the task bar: hiding the dialog would answer it, and alone
-/// on the screen it would be a question without the messages that it is about.
+/// An open dialog keeps the window on the task bar: hiding the dialog would answer it, and hiding the window
+/// alone would leave a question on the screen without the messages that it is about.
 void WindowHiding::Minimized() {
     minimized_ = true;
-    if (lifetime_.Minimized() && QApplication::activeModalWidget() == nullptr)
+    if (tray_.MainWindowMinimized() && QApplication::activeModalWidget() == nullptr)
         Hide();
 }
 
-/// What the window system keeps in front of it: its own windows, and the help window, which is nobody's
-/// child.
+/// Goes by the transient parent instead of the parent widget, because the help window is no child of the main
+/// window.
 bool WindowHiding::BelongsToIt(const QWidget& other) const {
     if (!other.isVisible() || other.windowType() == Qt::Popup || other.windowType() == Qt::ToolTip)
         return false;
@@ -42,7 +57,7 @@ void WindowHiding::Hide() {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         if (!BelongsToIt(*widget))
             continue;
-        // A greeting has had its time by when the window comes back.
+        // A splash would be out of date when the window is shown again.
         if (widget->windowType() == Qt::SplashScreen) {
             widget->close();
             continue;
@@ -72,9 +87,10 @@ void WindowHiding::Uncover() {
     window_.setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
-/// Told before the window is shown: a window manager seeks a place of its own choice otherwise.
+/// Called before the window is shown; otherwise a window manager would choose another place for it.
 void WindowHiding::GiveBackPlace() {
-    // A window that was moved while maximised has its other place still on the screen that it came from.
+    // A window that was moved to another screen while maximised has its normal geometry on the first screen
+    // still.
     if (maximized_ && screen_ != nullptr && !screen_->geometry().contains(normalGeometry_.center()))
         normalGeometry_.moveCenter(screen_->availableGeometry().center());
     window_.setGeometry(normalGeometry_);
@@ -83,13 +99,13 @@ void WindowHiding::GiveBackPlace() {
 }
 
 void WindowHiding::BringBack() {
-    // Windows itself keeps both for a hidden window; given anew, a maximised one would come back with the
-    // contents of the smaller size.
+    // Windows keeps place and state of a hidden window itself.  If they were set here too, a maximised window
+    // would be drawn with the contents of its normal size.
     const bool keepsPlace = QGuiApplication::platformName() == QLatin1String("windows");
     if (std::exchange(hidden_, false) && !keepsPlace) {
         GiveBackPlace();
-        // Maximised in a second step: a window manager does not hear of a state that the hidden window had
-        // already.
+        // Maximised in a second step below: Qt does not report a state to the window manager that the hidden
+        // window had already.
         window_.setWindowState(Qt::WindowNoState);
         window_.show();
     }
@@ -98,7 +114,7 @@ void WindowHiding::BringBack() {
     for (const QPointer<QWidget>& companion : std::exchange(companions_, {})) {
         if (companion == nullptr)
             continue;
-        // Window managers minimise what belongs to a window with it.
+        // Window managers minimise a window's companions together with it.
         companion->setWindowState(companion->windowState() & ~Qt::WindowMinimized);
         companion->show();
     }

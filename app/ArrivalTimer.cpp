@@ -1,4 +1,4 @@
-#include "views/forms/ArrivalTimer.h"
+#include "app/ArrivalTimer.h"
 
 #include <QTimer>
 #include <algorithm>
@@ -6,11 +6,11 @@
 namespace tallyhorn {
 namespace {
 
-/// Between one handling of datagrams and the next, in milliseconds, unless more wait than one can handle.  In
-/// a storm nobody reads every line, and showing them takes as long as all else.
+/// The time from one batch to the next, in milliseconds, unless the batch left datagrams over.  It is longer
+/// in a storm, when showing the rows takes as long as all the rest and nobody can read every line.
 constexpr int ArrivalInterval = 40;
 constexpr int StormInterval = 80;
-constexpr std::uint64_t StormSize = 1000;  ///< datagrams handled at a time
+constexpr std::uint64_t StormSize = 1000;  ///< datagrams in a batch
 
 }  // namespace
 
@@ -30,7 +30,7 @@ void ArrivalTimer::HandleDatagrams() {
     timArrival->start(static_cast<int>(std::clamp<qint64>(interval_ - since, 0, interval_)));
 }
 
-/// By a timer even where more wait already: between one slice and the next all other events have their turn.
+/// Starts the timer even if more datagrams wait already, so that all other events run between two slices.
 void ArrivalTimer::Tick() {
     auto waiting = SyslogEndpoint::Waiting::Nothing;
     const std::uint64_t before = syslog_.ReceivedCount();

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+#include <QScreen>
+#include <QWidget>
+#include <vector>
+
+namespace tallyhorn {
+
+class frmTrayIcon;
+
+/// Hides the main window and the windows that belong to it when the user minimises it and the
+/// notification-area icon can bring it back; then restores all of them as they were.  It outlives the window,
+/// whose events it watches.
+class WindowHiding final : public QObject {
+public:
+    WindowHiding(QWidget& window, frmTrayIcon& tray);
+
+    /// Shows the window in front of all others, on the screen where it was.
+    void Show(bool maximized);
+    /// Restores a hidden window to its earlier state without giving it the focus.
+    void Uncover();
+    bool IsHidden() const { return hidden_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void LookAtState();
+    void Minimized();
+    bool BelongsToIt(const QWidget& other) const;
+    void Hide();
+    void BringBack();
+    void GiveBackPlace();
+
+    QWidget& window_;
+    frmTrayIcon& tray_;
+    std::vector<QPointer<QWidget>> companions_;  ///< the windows that were hidden with it
+    QPointer<QScreen> screen_;
+    QRect normalGeometry_;
+    QPoint framePosition_;  ///< of the window when it is not maximised
+    bool maximized_ = false;
+    bool minimized_ = false;  ///< hidden or on the task bar
+    bool hidden_ = false;
+};
+
+}  // namespace tallyhorn

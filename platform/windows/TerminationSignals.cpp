@@ -77,8 +77,8 @@ private:
         return 0;
     }
 
-    /// Agrees to the end of the session.  With a block reason, which Windows shows to the user, Windows does
-    /// not end the process after a few seconds.
+    /// Agrees to the end of the session.  While there is a block reason, which Windows shows to the user,
+    /// Windows waits instead of ending the process.
     static LRESULT AskForTime(HWND window) {
         ShutdownBlockReasonCreate(window, L"Saving messages");
         return TRUE;

@@ -11,8 +11,7 @@ namespace tallyhorn {
 namespace {
 
 /// Owns the mailslot and a queue of the texts taken out of it.  GetInfo moves all waiting texts to the queue
-/// and counts them there, since the count that GetMailslotInfo returns is wrong on some systems (Wine), and
-/// senders get room.
+/// and counts them there, since not every system counts them correctly, and so that senders get room.
 class WindowsMailslotServer final : public MailslotServer {
 public:
     WindowsMailslotServer(HANDLE handle, std::size_t maximumSize)

@@ -16,11 +16,12 @@
 
 #include "desktop/help/HelpContexts.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 
 namespace tallyhorn {
 namespace {
 
-/// Widths of the text boxes, in average characters.
+/// The widths of the text boxes, in characters of average width.
 constexpr int PortCharacters = 10;
 constexpr int SeparatorCharacters = 5;
 
@@ -32,14 +33,8 @@ public:
     BusyCursor& operator=(const BusyCursor&) = delete;
 };
 
-template <typename Control>
-Control* Named(Control* control, const QString& name) {
-    control->setObjectName(name);
-    return control;
-}
-
-/// A box for one line.  A line end, which pasting may bring, is not taken: it would make another line of the
-/// settings file.
+/// Returns a text box that refuses line ends, for example in a pasted text: each would start another line in
+/// the settings file.
 QLineEdit* MakeTextBox(const QString& name, int characters, QWidget* parent) {
     static const QRegularExpression OneLine(QStringLiteral("[^\\r\\n\\0]*"));
     auto* const box = Named(new QLineEdit(parent), name);
@@ -48,14 +43,10 @@ QLineEdit* MakeTextBox(const QString& name, int characters, QWidget* parent) {
     return box;
 }
 
-/// The caption in front of its text box, whose access key and accessible name it is.
+/// Returns a line with the caption in front of the text box.
 QHBoxLayout* MakeLine(const QString& caption, const QString& name, QLineEdit* box) {
-    auto* const label = Named(new QLabel(caption, box->parentWidget()), name);
-    label->setTextFormat(Qt::PlainText);
-    label->setBuddy(box);
-    box->setAccessibleName(WithoutAccessKey(caption));
     auto* const line = new QHBoxLayout;
-    line->addWidget(label);
+    line->addWidget(MakeLabelFor(box, caption, name));
     line->addWidget(box);
     line->addStretch();
     return line;
@@ -73,9 +64,9 @@ frmPreferences::frmPreferences(const Preferences::Parts& parts, QWidget* parent)
     setProperty(HelpContextProperty, HelpNumber(HelpContext::Preferences));
     auto* const layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    // Wide enough for the whole title beside the window's picture and buttons; a title may be bold.
+    // Leaves room for the whole title, which may be bold, and for the icon and the buttons of the title bar.
     layout->addStrut(fontMetrics().horizontalAdvance(windowTitle()) + 12 * fontMetrics().height());
-    // Tab order is the order of making.
+    // Tab visits the controls in the order in which they are created.
     layout->addWidget(BuildPort());
     layout->addWidget(BuildSound());
     layout->addWidget(BuildTabs());
@@ -138,11 +129,11 @@ QGroupBox* frmPreferences::BuildDates() {
 
 QWidget* frmPreferences::BuildButtons() {
     auto* const buttons = new QWidget(this);
-    cmdReset = Named(new QPushButton(tr("&Reset Main Window Dimensions and Column Widths"), buttons),
-                     QStringLiteral("cmdReset"));
-    cmdOK = Named(new QPushButton(tr("OK"), buttons), QStringLiteral("cmdOK"));
+    cmdReset = MakeButton(tr("&Reset Main Window Dimensions and Column Widths"), QStringLiteral("cmdReset"),
+                          buttons);
+    cmdOK = MakeButton(tr("OK"), QStringLiteral("cmdOK"), buttons);
     cmdOK->setDefault(true);
-    cmdCancel = Named(new QPushButton(tr("Cancel"), buttons), QStringLiteral("cmdCancel"));
+    cmdCancel = MakeButton(tr("Cancel"), QStringLiteral("cmdCancel"), buttons);
     auto* const answers = new QHBoxLayout;
     answers->addStretch();
     answers->addWidget(cmdOK);
@@ -161,7 +152,7 @@ void frmPreferences::Show(const PreferenceFields& fields) {
         chkShowTab.at(i)->setChecked(fields.ShowTab.at(i));
     chkSound->setChecked(fields.Sound);
     optDateTime.at(fields.DayFirst ? 1 : 0)->setChecked(true);
-    // Tab leads to the chosen one; Qt sees to that only once one of them has had the focus.
+    // Tab must reach the checked radio button only; Qt ensures that only after one of them has had the focus.
     optDateTime.at(fields.DayFirst ? 0 : 1)->setFocusPolicy(Qt::ClickFocus);
 }
 
@@ -181,8 +172,8 @@ void frmPreferences::StartAtPort() {
     txtSyslogUDPPort->selectAll();
 }
 
-/// Saves what stood in the fields when the button was pressed, whatever is typed while events run, and even
-/// where the dialog is closed by then: the end of the session must not wait for it.
+/// Saves the fields as they are when the button is pressed, not what is typed while events run.  Saves them
+/// even if the end of the session closes the dialog meanwhile.
 void frmPreferences::Ok() {
     if (busy_)
         return;

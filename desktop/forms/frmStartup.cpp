@@ -20,6 +20,7 @@
 #include "platform/UserNames.h"
 #include "records/AnsiText.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 #include "ui/Pictures.h"
 
 namespace tallyhorn {
@@ -27,13 +28,15 @@ namespace {
 
 constexpr std::chrono::seconds SplashTime{2};
 
-constexpr int BandWidth = 176;    ///< of the picture's side, in pixels at 96 dots an inch
-constexpr int PictureSide = 112;  ///< the same
-constexpr int Margin = 24;        ///< the same
+// In device-independent pixels.
+constexpr int BandWidth = 176;  ///< of the coloured band at the left
+constexpr int PictureSide = 112;
+constexpr int Margin = 24;
 constexpr QRgb BandTop = 0xFF2D7DD2;
 constexpr QRgb BandBottom = 0xFF174A85;
 
-/// The year takes the place of "XXXX".  Qt's licence asks to be told of wherever such a notice is shown.
+/// "XXXX" is replaced by the current year.  Qt's licence requires its mention wherever the program shows its
+/// own copyright.
 constexpr const char* Notice =
     "Copyright \xA9 XXXX the makers of the Tallyhorn Listener Console\n"
     "Uses Qt, copyright The Qt Company Ltd. and others, under the LGPL 3,\nwhich comes with this program";
@@ -47,13 +50,6 @@ std::string YearOf(std::int64_t localSeconds) {
 QString NoticeOf(const Clock& time) {
     return ToQString(Notice).replace(QStringLiteral("XXXX"),
                                      ToQString(YearOf(time.LocalSeconds())).rightJustified(4, '0'));
-}
-
-QLabel* MakeLabel(const QString& text, const QString& name, QWidget* parent) {
-    auto* const label = new QLabel(text, parent);
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    return label;
 }
 
 void ScaleFont(QLabel* label, double factor, QFont::Weight weight = QFont::Normal) {
@@ -87,14 +83,13 @@ void frmStartup::BuildLabels(const UserNames& names, const Clock& time) {
         MakeLabel(QStringLiteral("Computer: ") + ToShownLine(AnsiFromUtf8(names.ComputerName())),
                   QStringLiteral("lblStartupInfo1"), this);
     lblCopyright = MakeLabel(NoticeOf(time), QStringLiteral("lblCopyright"), this);
-    // The system may allow names that are wider than any screen.
+    // A name may be wider than the screen; it must not widen the window.
     for (QLabel* const label : lblStartupInfo)
         label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     lblTitle->setAccessibleName(QStringLiteral("Tallyhorn Listener Console"));
     ScaleFont(lblTitle, 1.8, QFont::DemiBold);
     ScaleFont(lblCopyright, 0.9);
-    cmdClose = new QPushButton(QStringLiteral("&Close"), this);
-    cmdClose->setObjectName(QStringLiteral("cmdClose"));
+    cmdClose = MakeButton(QStringLiteral("&Close"), QStringLiteral("cmdClose"), this);
     cmdClose->setDefault(true);
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::close);
 }
@@ -115,7 +110,7 @@ void frmStartup::LayOut() {
     layout->addWidget(cmdClose, 0, Qt::AlignRight);
 }
 
-/// In the middle of the screen: the main window may not have its place there yet.
+/// Centres the window on the screen instead of on the main window, which may not have its final place yet.
 void frmStartup::BecomeSplash() {
     setWindowFlags(Qt::SplashScreen | Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -127,7 +122,7 @@ void frmStartup::BecomeSplash() {
 }
 
 bool frmStartup::event(QEvent* event) {
-    // A question has opened, which the splash must not cover.
+    // A modal dialog or message box has opened, and the splash must not cover it.
     if (event->type() == QEvent::WindowBlocked && windowType() == Qt::SplashScreen)
         close();
     return QDialog::event(event);

@@ -13,6 +13,7 @@
 
 #include "filters/forms/AccessKeyFrame.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 
 namespace tallyhorn {
 namespace {
@@ -28,25 +29,8 @@ AlarmDate ToAlarmDate(const QDateTime& moment) {
     return {moment.toSecsSinceEpoch()};
 }
 
-template <class Control>
-Control* Named(Control* control, const QString& name, const QString& caption) {
-    control->setObjectName(name);
-    control->setAccessibleName(WithoutAccessKey(caption));
-    return control;
-}
-
-QLabel* LabelFor(QWidget* control, const char* name, const char* caption) {
-    auto* const label = new QLabel(QString::fromLatin1(caption), control->parentWidget());
-    label->setTextFormat(Qt::PlainText);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setBuddy(control);
-    control->setAccessibleName(WithoutAccessKey(label->text()));
-    return label;
-}
-
-QDateTimeEdit* DatePicker(const char* name, QWidget* parent) {
-    auto* const picker = new QDateTimeEdit(parent);
-    picker->setObjectName(QString::fromLatin1(name));
+QDateTimeEdit* DatePicker(const QString& name, QWidget* parent) {
+    auto* const picker = Named(new QDateTimeEdit(parent), name);
     picker->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     picker->setTimeSpec(Qt::UTC);
     picker->setDateTimeRange(ToQDateTime(FirstTypedDate), ToQDateTime(LastTypedDate));
@@ -68,22 +52,21 @@ FilterPropertiesFrame::FilterPropertiesFrame(QWidget* parent)
 }
 
 void FilterPropertiesFrame::AddDates(QVBoxLayout* layout) {
-    auto* const fraUseDate = new QGroupBox(QStringLiteral("Filter By Date"), this);
-    fraUseDate->setObjectName(QStringLiteral("fraUseDate"));
+    auto* const fraUseDate =
+        Named(new QGroupBox(QStringLiteral("Filter By Date"), this), QStringLiteral("fraUseDate"));
     layout->addWidget(fraUseDate);
     const std::array<const char*, 2> captions = {"&Yes", "&No"};
     auto* const grid = new QGridLayout(fraUseDate);
     for (std::size_t i = 0; i < optFilterByDate.size(); ++i) {
-        const QString caption = QString::fromLatin1(captions.at(i));
-        optFilterByDate.at(i) =
-            Named(new QRadioButton(caption, fraUseDate), QStringLiteral("optFilterByDate%1").arg(i), caption);
+        optFilterByDate.at(i) = Named(new QRadioButton(QLatin1String(captions.at(i)), fraUseDate),
+                                      QStringLiteral("optFilterByDate%1").arg(i));
         grid->addWidget(optFilterByDate.at(i), static_cast<int>(i), 0);
     }
     connect(optFilterByDate[WithDates], &QRadioButton::toggled, this, &FilterPropertiesFrame::EnableDates);
-    dtBegin = DatePicker("dtBegin", fraUseDate);
-    lblBeginDate = LabelFor(dtBegin, "lblBeginDate", "&Beginning Date:");
-    dtEnd = DatePicker("dtEnd", fraUseDate);
-    lblEndDate = LabelFor(dtEnd, "lblEndDate", "&Ending Date:");
+    dtBegin = DatePicker(QStringLiteral("dtBegin"), fraUseDate);
+    lblBeginDate = MakeLabelFor(dtBegin, QStringLiteral("&Beginning Date:"), QStringLiteral("lblBeginDate"));
+    dtEnd = DatePicker(QStringLiteral("dtEnd"), fraUseDate);
+    lblEndDate = MakeLabelFor(dtEnd, QStringLiteral("&Ending Date:"), QStringLiteral("lblEndDate"));
     grid->addWidget(lblBeginDate, 0, 1);
     grid->addWidget(dtBegin, 0, 2);
     grid->addWidget(lblEndDate, 1, 1);
@@ -93,15 +76,15 @@ void FilterPropertiesFrame::AddDates(QVBoxLayout* layout) {
 }
 
 void FilterPropertiesFrame::AddTypes(QVBoxLayout* layout) {
-    auto* const fraTypes = new AccessKeyFrame(QStringLiteral("&Type:"), this);
-    fraTypes->setObjectName(QStringLiteral("fraTypes"));
+    auto* const fraTypes =
+        Named(new AccessKeyFrame(QStringLiteral("&Type:"), this), QStringLiteral("fraTypes"));
     layout->addWidget(fraTypes);
     const std::array<const char*, EventTypeCount> captions = {"&Information", "&Warning", "Err&or",
                                                               "&Failure Audit", "Success &Audit"};
     auto* const row = new QHBoxLayout(fraTypes);
     for (std::size_t i = 0; i < chkType.size(); ++i) {
-        const QString caption = QString::fromLatin1(captions.at(i));
-        chkType.at(i) = Named(new QCheckBox(caption, fraTypes), QStringLiteral("chkType%1").arg(i), caption);
+        chkType.at(i) =
+            Named(new QCheckBox(QLatin1String(captions.at(i)), fraTypes), QStringLiteral("chkType%1").arg(i));
         row->addWidget(chkType.at(i));
     }
     row->addStretch();
@@ -112,9 +95,8 @@ void FilterPropertiesFrame::AddTexts(QVBoxLayout* layout) {
     auto* const form = new QFormLayout;
     layout->addLayout(form);
     const auto addText = [this, form](const char* name, const char* labelName, const char* caption) {
-        auto* const box = new QLineEdit(this);
-        box->setObjectName(QString::fromLatin1(name));
-        form->addRow(LabelFor(box, labelName, caption), box);
+        auto* const box = Named(new QLineEdit(this), QLatin1String(name));
+        form->addRow(MakeLabelFor(box, QLatin1String(caption), QLatin1String(labelName)), box);
         return box;
     };
     txtSource = addText("txtSource", "lblSource", "&Source:");

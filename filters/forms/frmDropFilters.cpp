@@ -17,26 +17,12 @@
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterPropertiesFrame.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 
 namespace tallyhorn {
 namespace {
 
 constexpr int LeastRowsShown = 3;  ///< of the list, on a small screen
-
-QPushButton* Button(const char* name, const char* caption, QWidget* parent) {
-    auto* const button = new QPushButton(QString::fromLatin1(caption), parent);
-    button->setObjectName(QString::fromLatin1(name));
-    button->setAccessibleName(WithoutAccessKey(button->text()));
-    return button;
-}
-
-QLabel* Label(const char* name, const char* caption, QWidget* buddy, QWidget* parent) {
-    auto* const label = new QLabel(QString::fromLatin1(caption), parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setBuddy(buddy);
-    return label;
-}
 
 }  // namespace
 
@@ -47,20 +33,19 @@ frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes,
       editor_(filters, boxes),
       fraManageFilters(new AccessKeyFrame(QStringLiteral("Suppression &Filters"), this)),
       lvwManageFilters(new QTreeView(fraManageFilters)),
-      cmdAdd(Button("cmdAdd", "&Add", fraManageFilters)),
-      cmdEdit(Button("cmdEdit", "&Edit", fraManageFilters)),
-      cmdDelete(Button("cmdDelete", "&Delete", fraManageFilters)),
-      lblInstructions(Label("lblInstructions",
-                            "Leave all fields blank that should not be used when filtering log records.",
-                            nullptr, this)),
-      txtFilterName(new QLineEdit(this)),
-      lblFilterName(Label("lblFilterName", "Su&ppression Filter Name:", txtFilterName, this)),
+      cmdAdd(MakeButton(QStringLiteral("&Add"), QStringLiteral("cmdAdd"), fraManageFilters)),
+      cmdEdit(MakeButton(QStringLiteral("&Edit"), QStringLiteral("cmdEdit"), fraManageFilters)),
+      cmdDelete(MakeButton(QStringLiteral("&Delete"), QStringLiteral("cmdDelete"), fraManageFilters)),
+      lblInstructions(MakeLabel(
+          QStringLiteral("Leave all fields blank that should not be used when filtering log records."),
+          QStringLiteral("lblInstructions"), this)),
+      txtFilterName(Named(new QLineEdit(this), QStringLiteral("txtFilterName"))),
+      lblFilterName(MakeLabelFor(txtFilterName, QStringLiteral("Su&ppression Filter Name:"),
+                                 QStringLiteral("lblFilterName"))),
       fraFilterProps(new FilterPropertiesFrame(this)),
-      cmdOK(Button("cmdOK", "OK", this)),
-      cmdCancel(Button("cmdCancel", "Cancel", this)) {
+      cmdOK(MakeButton(QStringLiteral("OK"), QStringLiteral("cmdOK"), this)),
+      cmdCancel(MakeButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancel"), this)) {
     setObjectName(QStringLiteral("frmDropFilters"));
-    txtFilterName->setObjectName(QStringLiteral("txtFilterName"));
-    txtFilterName->setAccessibleName(WithoutAccessKey(lblFilterName->text()));
     BuildList();
     BuildButtons();
     LayOut();

@@ -19,6 +19,7 @@
 #include "filters/forms/AccessKeyFrame.h"
 #include "filters/forms/FilterValuesModel.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 
 namespace tallyhorn {
 namespace {
@@ -80,14 +81,12 @@ void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
     const QString name = WithoutAccessKey(caption);
     // The names of the controls count from 1.
     const QString number = QString::number(index + 1);
-    auto* const group = new AccessKeyFrame(caption, this);
-    group->setObjectName(QStringLiteral("fraGroup") + number);
-    auto* const check = new QCheckBox(QStringLiteral("Filter by this field:"), group);
-    check->setObjectName(QStringLiteral("chkFilterOn") + number);
+    auto* const group = Named(new AccessKeyFrame(caption, this), QStringLiteral("fraGroup") + number);
+    auto* const check = Named(new QCheckBox(QStringLiteral("Filter by this field:"), group),
+                              QStringLiteral("chkFilterOn") + number);
     check->setAccessibleName(QStringLiteral("Filter by ") + name);
     group->SetFirst(check);
-    QComboBox* const combo = new LineComboBox(group);
-    combo->setObjectName(QStringLiteral("cmbFilterText") + number);
+    QComboBox* const combo = Named(new LineComboBox(group), QStringLiteral("cmbFilterText") + number);
     combo->setAccessibleName(name);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(LettersInView);
@@ -114,23 +113,19 @@ void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
 }
 
 void frmFilter::BuildButtons() {
-    cmdApply = new QPushButton(QStringLiteral("Apply"), this);
-    cmdApply->setObjectName(QStringLiteral("cmdApply"));
+    cmdApply = MakeButton(QStringLiteral("Apply"), QStringLiteral("cmdApply"), this);
     cmdApply->setDefault(true);
-    cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    cmdCancel = MakeButton(QStringLiteral("Cancel"), QStringLiteral("cmdCancel"), this);
     connect(cmdApply, &QPushButton::clicked, this, &frmFilter::Apply);
     connect(cmdCancel, &QPushButton::clicked, this, &frmFilter::reject);
 }
 
 void frmFilter::LayOut() {
-    auto* const lblInstructions = new QLabel(
-        QStringLiteral(
-            "To apply a filter, check one or more field names, and select a discrete value to find "
-            "in that field.  Then press the 'Apply' button."),
-        this);
-    lblInstructions->setObjectName(QStringLiteral("lblInstructions"));
-    lblInstructions->setTextFormat(Qt::PlainText);
+    QLabel* const lblInstructions =
+        MakeLabel(QStringLiteral(
+                      "To apply a filter, check one or more field names, and select a discrete value to find "
+                      "in that field.  Then press the 'Apply' button."),
+                  QStringLiteral("lblInstructions"), this);
     lblInstructions->setWordWrap(true);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(lblInstructions);

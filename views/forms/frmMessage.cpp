@@ -17,6 +17,7 @@
 
 #include "desktop/help/HelpContexts.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 #include "ui/Pictures.h"
 
 namespace tallyhorn {
@@ -85,8 +86,7 @@ frmMessage::frmMessage(const Parts& parts, QWidget* parent)
     cmdSuppress =
         AddButton("cmdSuppress", QStringLiteral("Suppress This Message (Ctrl-S)"),
                   CommandIcon(CommandPicture::Suppress), &frmMessage::Suppress, CommandQueue::Kind::Dialog);
-    cmdExit = new QPushButton(QStringLiteral("Close"), this);
-    cmdExit->setObjectName(QStringLiteral("cmdExit"));
+    cmdExit = MakeButton(QStringLiteral("Close"), QStringLiteral("cmdExit"), this);
     cmdExit->setDefault(true);
     connect(cmdExit, &QPushButton::clicked, this, &frmMessage::reject);
     LayOut();

@@ -16,6 +16,7 @@
 
 #include "desktop/help/HelpContexts.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 #include "ui/Pictures.h"
 #include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/DetailWindow.h"
@@ -75,8 +76,7 @@ frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
 void frmServer::BuildPages() {
     auto* const inside = new QWidget(this);
     setCentralWidget(inside);
-    tabMessageTypes = new QTabWidget(inside);
-    tabMessageTypes->setObjectName(QStringLiteral("tabMessageTypes"));
+    tabMessageTypes = Named(new QTabWidget(inside), QStringLiteral("tabMessageTypes"));
     for (const std::string_view caption : PageCaptions)
         tabMessageTypes->addTab(new QWidget, ToQString(caption));
 
@@ -104,9 +104,7 @@ QGroupBox* frmServer::AddFrame(MessagePage page, std::string_view caption, const
 void frmServer::BuildStatusBar() {
     constexpr std::array<int, 3> Stretches = {2, 2, 3};
     for (std::size_t i = 0; i < stbMain.size(); ++i) {
-        auto* const panel = new QLabel(this);
-        panel->setObjectName(QStringLiteral("stbMain%1").arg(i + 1));
-        panel->setTextFormat(Qt::PlainText);
+        QLabel* const panel = MakeLabel(QString(), QStringLiteral("stbMain%1").arg(i + 1), this);
         panel->setContentsMargins(6, 0, 6, 0);
         panel->setAutoFillBackground(true);
         statusBar()->addWidget(panel, Stretches.at(i));

@@ -15,6 +15,7 @@
 #include "desktop/help/HelpContexts.h"
 #include "desktop/help/forms/HelpPageView.h"
 #include "ui/AnsiString.h"
+#include "ui/Controls.h"
 #include "ui/Pictures.h"
 
 namespace tallyhorn {
@@ -24,7 +25,7 @@ enum Side { ContentsSide, SearchSide };
 constexpr int LocalRole = Qt::UserRole;
 constexpr QSize FirstSize(980, 680);
 constexpr int SideWidth = 290;
-constexpr int RowPadding = 8;  ///< in pixels, around a line of the contents
+constexpr int RowPadding = 8;  ///< above and below a line of the contents, together, in pixels
 
 std::string LocalOf(const QTreeWidgetItem& item) {
     return FromQString(item.data(0, LocalRole).toString());
@@ -55,7 +56,7 @@ frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
 }
 
 frmHelp::~frmHelp() {
-    // The page's view looks into the book, which goes before its widgets would.
+    // The view refers to the book, which is destroyed before the child widgets are.
     delete txtPage;
 }
 
@@ -89,8 +90,7 @@ QWidget* frmHelp::BuildParts() {
 
 QAction* frmHelp::AddCommand(const char* name, const QString& text, const QKeySequence& key,
                              void (frmHelp::*routine)()) {
-    auto* const action = new QAction(text, this);
-    action->setObjectName(QString::fromLatin1(name));
+    auto* const action = Named(new QAction(text, this), QString::fromLatin1(name));
     action->setShortcut(key);
     action->setToolTip(
         QStringLiteral("%1 (%2)").arg(WithoutAccessKey(text), key.toString(QKeySequence::NativeText)));
@@ -100,10 +100,8 @@ QAction* frmHelp::AddCommand(const char* name, const QString& text, const QKeySe
 }
 
 QWidget* frmHelp::BuildSides() {
-    tabSides = new QTabWidget(this);
-    tabSides->setObjectName(QStringLiteral("tabSides"));
-    tvwContents = new QTreeWidget(tabSides);
-    tvwContents->setObjectName(QStringLiteral("tvwContents"));
+    tabSides = Named(new QTabWidget(this), QStringLiteral("tabSides"));
+    tvwContents = Named(new QTreeWidget(tabSides), QStringLiteral("tvwContents"));
     tvwContents->setAccessibleName(tr("Contents"));
     tvwContents->setHeaderHidden(true);
     connect(tvwContents, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
@@ -117,13 +115,11 @@ QWidget* frmHelp::BuildSides() {
 
 QWidget* frmHelp::BuildSearch() {
     auto* const side = new QWidget(tabSides);
-    txtFind = new QLineEdit(side);
-    txtFind->setObjectName(QStringLiteral("txtFind"));
+    txtFind = Named(new QLineEdit(side), QStringLiteral("txtFind"));
     txtFind->setAccessibleName(tr("Find in all pages"));
     txtFind->setPlaceholderText(tr("Find in all pages"));
     txtFind->setClearButtonEnabled(true);
-    lvwFound = new QListWidget(side);
-    lvwFound->setObjectName(QStringLiteral("lvwFound"));
+    lvwFound = Named(new QListWidget(side), QStringLiteral("lvwFound"));
     lvwFound->setAccessibleName(tr("Pages found"));
     auto* const layout = new QVBoxLayout(side);
     layout->addWidget(txtFind);
@@ -136,7 +132,7 @@ QWidget* frmHelp::BuildSearch() {
 }
 
 void frmHelp::FillContents() {
-    std::vector<QTreeWidgetItem*> open;  // the item of each depth that later ones belong below
+    std::vector<QTreeWidgetItem*> open;  // for each depth, the item that gets the next children
     for (const HelpEntry& entry : book_->Contents()) {
         const auto depth = std::min(static_cast<std::size_t>(entry.Depth), open.size());
         open.resize(depth);
@@ -154,7 +150,7 @@ void frmHelp::ShowContext(unsigned context, WId owner) {
     if (isMinimized())
         showNormal();
     create();
-    // What the window system hears of it, it hears as the window is shown.
+    // Before show(): the window system learns the transient parent when the window is shown.
     if (const QWidget* const owned = find(owner); owned != nullptr)
         windowHandle()->setTransientParent(owned->windowHandle());
     show();
@@ -176,7 +172,7 @@ void frmHelp::Forward() {
     txtPage->forward();
 }
 
-/// The contents show where the page stands, without leading anywhere themselves.
+/// Selects the page's line in the contents, without the signal that would open that page again.
 void frmHelp::FollowPage(const QUrl& source) {
     const std::string page = HelpPageView::PageOf(source);
     const std::string local = source.hasFragment() ? page + "#" + FromQString(source.fragment()) : page;
@@ -199,7 +195,7 @@ void frmHelp::StartSearch() {
     txtFind->selectAll();
 }
 
-/// The pages that have the text, with the page in front among them or not.
+/// Lists all pages that contain the text.
 void frmHelp::Search() {
     const QString text = txtFind->text();
     for (std::size_t i = static_cast<std::size_t>(texts_.size()); i < pages_.size(); ++i)
@@ -223,7 +219,8 @@ bool frmHelp::FindInPage(bool onward) {
            txtPage->find(text, onward ? QTextDocument::FindFlags() : QTextDocument::FindBackward);
 }
 
-/// On through the page, then through the next one that has the text, and round again.
+/// Goes to the next place in the page, then to the next page that contains the text, and from the last page
+/// to the first.
 void frmHelp::Find(bool onward) {
     if (FindInPage(onward) || foundPages_.empty())
         return;
@@ -251,7 +248,7 @@ void frmHelp::ShowFoundPage(int row) {
     FindInPage(true);
 }
 
-// ---- beside other windows
+// ---- in front of other windows
 
 bool frmHelp::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked)
@@ -259,8 +256,8 @@ bool frmHelp::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-/// A modal dialog takes all windows out of use but those that belong to it; so the help belongs to it as long
-/// as it is there.
+/// A modal dialog blocks all windows but its children.  So the help window is a child of the dialog while one
+/// is open, and of the owner otherwise.
 void frmHelp::StayInFront() {
     const QWidget* const owner = find(owner_);
     QWindow* const dialog = QGuiApplication::modalWindow();

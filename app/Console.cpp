@@ -73,7 +73,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
               folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
-      sound_({profile_, settings_, machine.Time, machine.Sound}, {folder, programFolder}),
+      sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
     // Set before Start, whose message boxes offer help too.

@@ -13,7 +13,7 @@
 #include "app/Console.h"
 #include "app/QtMessageBoxes.h"
 #include "app/QtSaveDialog.h"
-#include "config/MakeProfileFunctions.h"
+#include "config/TextProfileFunctions.h"
 #include "desktop/forms/QtNotificationArea.h"
 #include "desktop/help/forms/OwnHelpViewer.h"
 #include "platform/CommandLineProgram.h"

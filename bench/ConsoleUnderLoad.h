@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "config/MakeProfileFunctions.h"
+#include "config/TextProfileFunctions.h"
 #include "tests/support/FakeHelpViewer.h"
 #include "tests/support/FakeNotificationArea.h"
 #include "tests/support/FakePrograms.h"

@@ -19,8 +19,9 @@ bool FitsIn16Bits(std::int32_t number) {
            number <= std::numeric_limits<std::int16_t>::max();
 }
 
-/// Digits, with a sign before them, decimals behind them and blanks around them if need be: the profile
-/// functions would read any other way to write a number as another one.
+/// Returns whether the text is a decimal number: digits with an optional sign, decimal point and blanks
+/// around. Other notations, such as 0x202 or 1e3, are refused, because the profile functions would read a
+/// different number from them.
 bool IsNumeric(std::string_view text) {
     text = Trim(text);
     if (text.starts_with('-') || text.starts_with('+'))
@@ -61,7 +62,7 @@ bool Preferences::Save(const PreferenceFields& fields) {
     return true;
 }
 
-/// The port in the file is the text as typed; only the comparison and what is kept are numbers.
+/// Writes the port as typed (" 514 "), but compares and remembers its number.
 bool Preferences::SavePort(const std::string& text) {
     std::int32_t port = 0;
     if (!ReadInt32(text, port))

@@ -11,10 +11,10 @@
 
 namespace tallyhorn {
 
-/// What the preferences dialog shows, and hands back as the user left it; a plain value.
+/// The contents of the preferences dialog: what it shows at first, and what the user has made of it.
 struct PreferenceFields {
     std::string Port;
-    std::string Seperator;
+    std::string Seperator;  ///< compatibility: spelled as the key in the settings file
     std::array<bool, 3> ShowTab{};
     bool Sound = false;
     bool DayFirst = false;
@@ -22,13 +22,11 @@ struct PreferenceFields {
     bool operator==(const PreferenceFields&) const = default;
 };
 
-/// The preferences dialog's commands over the settings file and the running console, for one opening of the
-/// dialog; owns the port that it showed and nothing else.  Called from the user-interface thread.
-///
-/// A write to the file that fails is passed over.
+/// The commands of the preferences dialog: load, validate, save, reset.  One object serves one opening of the
+/// dialog; it remembers the port that the dialog showed.  Writes to the settings file that fail are ignored.
 class Preferences {
 public:
-    /// All of it outlives this.
+    /// What the commands work on; must outlive this object.
     struct Parts {
         PrivateProfile& Profile;
         PreferencesHost& Host;
@@ -37,18 +35,22 @@ public:
     };
     explicit Preferences(const Parts& parts) : parts_(parts) {}
 
-    /// Reads the file as it stands now; what is missing gives 0 or "".
+    /// Reads the settings file.  Keys that are missing give 0 or "".
     PreferenceFields Load();
 
-    /// Whether the fields may be saved; says why not.
+    /// Returns whether the fields may be saved; shows a message box if not.
     bool Validate(const PreferenceFields& fields);
 
-    /// Writes valid fields and lets them take effect; true where all is done and the dialog closes.  A
-    /// changed port beyond 16 bits is written and ends the command there, one beyond 32 bits before it: the
-    /// endpoint stays as it is, and nothing further is saved.
+    /// Writes fields that Validate accepts and applies them to the console.  Returns true if all of them were
+    /// saved, so that the dialog may close.
+    ///
+    /// compatibility: a port that does not fit into 16 bits ends the command without a message and without
+    /// opening the endpoint on it.  Before that, the port is written if it fits into 32 bits; nothing after
+    /// it is saved.
     bool Save(const PreferenceFields& fields);
 
-    /// Asks; on Yes forgets the window's size and the column widths and shows them as without any.
+    /// Asks for confirmation.  On Yes, forgets the window's size and the column widths, maximises the window
+    /// and shares its width among the columns.
     void Reset();
 
 private:

@@ -5,32 +5,31 @@
 
 namespace tallyhorn {
 
-/// What the preferences change in the running console, besides the file.  Called from the user-interface
-/// thread.
+/// What the preferences change in the running console, apart from the settings file.
 class PreferencesHost {
 public:
     virtual ~PreferencesHost() = default;
 
-    /// Sets the syslog endpoint up again; the port stands in the settings file.  A failure is the console's
-    /// to tell, so a message box may stand open meanwhile.
+    /// Handles the datagrams that have already arrived, closes the syslog endpoint and opens it on the port
+    /// that the settings file names.  The console reports a failure once the dialog has closed.
     virtual void InitializeWinsock() = 0;
 
-    // The settings shared by the console, as they are held in memory.  None lets events run.
+    // The settings that the console holds in memory.
 
-    /// As it was typed, an empty one too.
+    /// `seperator` is the text as typed; it may be empty.
     virtual void SetSeperator(std::string_view seperator) = 0;
-    /// The flag, and the check mark beside "&Sound" in the notification area's menu.
+    /// Sets the flag and the check mark at "&Sound" in the notification area's menu.
     virtual void SetSoundOn(bool on) = 0;
     /// 0: month first, 1: day first.
     virtual void SetDateTime(std::int32_t order) = 0;
-    /// The main window's tab, 0 to 2 from the left.
+    /// `tab` is 0 to 2, from the left.
     virtual void ShowTab(int tab, bool shown) = 0;
-    /// No width, height or column width is stored any more: all are 0.
+    /// Sets the window's stored size and all stored column widths to 0.
     virtual void ForgetSizes() = 0;
 
     virtual void MaximizeWindow() = 0;
-    /// Columns 1 to 5 of all six lists take their shares of the list's present width, as they do where no
-    /// widths are stored.
+    /// Gives columns 1 to 5 of all six lists the stored widths; for a width of 0, the column's default share
+    /// of the list's present width.
     virtual void ShareOutColumnWidths() = 0;
 };
 

@@ -14,14 +14,14 @@ constexpr std::size_t ValueBufferSize = 512;
 constexpr std::size_t SectionBufferSize = 4095;
 
 constexpr std::size_t FirstNamesBufferSize = 255;
-/// Doubling stops here, at the first size that holds every list whose length fits a 16-bit integer.
+/// The buffer doubles up to this size, the first that holds every list of at most 32,767 bytes.
 constexpr std::size_t LastNamesBufferSize = FirstNamesBufferSize << 8U;
 constexpr auto NamesTimeLimit = std::chrono::seconds(2);
-/// Between tries that a larger buffer cannot help, so that waiting for a first section leaves the processor
-/// alone.
+/// The pause between two tries once the buffer has its largest size, so that the wait for a first section
+/// does not use the processor.
 constexpr auto NamesRetryPause = std::chrono::milliseconds(10);
 
-/// The step's result; where it threw, false, 0 or nothing.
+/// Returns the step's result, or the type's default value (false, 0) if the step threw an exception.
 template <typename Step>
 auto Attempt(Step step) {
     try {
@@ -31,7 +31,8 @@ auto Attempt(Step step) {
     }
 }
 
-/// The pieces between NULs, the one behind the last NUL included, but for the last `dropped` ones.
+/// Splits the text at its NULs and leaves out the last `dropped` pieces.  A NUL at the end of the text is
+/// followed by one more, empty piece.
 std::vector<std::string> SplitAtNuls(std::string_view text, std::size_t dropped) {
     std::vector<std::string> pieces;
     std::size_t begin = 0;
@@ -58,7 +59,7 @@ bool PrivateProfile::GetStringValue(const std::string& sectionName, const std::s
         const std::uint32_t count =
             functions_.GetPrivateProfileString(sectionName.c_str(), keyName.c_str(), nullptr, buffer.data(),
                                                ValueBufferSize, iniFileName_.c_str());
-        // Both counts may mean a value that was cut.
+        // The count is size - 1 for a value that was cut.  compatibility: size - 2 is treated as cut, too.
         if (count == 0 || count >= ValueBufferSize - 2)
             return false;
         stringValue.assign(buffer.data(), count);
@@ -118,8 +119,8 @@ std::vector<std::string> PrivateProfile::ReadEntries(const std::string& sectionN
     std::array<char, SectionBufferSize> buffer{};
     const std::uint32_t count = functions_.GetPrivateProfileSection(sectionName.c_str(), buffer.data(),
                                                                     SectionBufferSize, iniFileName_.c_str());
-    // With the last NUL, two empty pieces end the list; where the list was cut, they are the cut line and
-    // one.
+    // A whole list ends in two NULs, the first of which ends its last line, so the last two pieces are empty.
+    // In a list that was cut, the last two pieces are the cut line and an empty one.  Both pairs are dropped.
     return SplitAtNuls(std::string_view(buffer.data(), count + 1), 2);
 }
 

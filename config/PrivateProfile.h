@@ -10,34 +10,34 @@
 
 namespace tallyhorn {
 
-/// Names one profile (INI) file and reads and writes it through the system's profile functions, which it does
-/// not own; it keeps nothing of the content.  Called from the user-interface thread.
+/// Reads and writes one profile (INI) file through the profile functions.  Owns the file's path and caches
+/// nothing of its content.
 ///
-/// Nothing throws: a failure is the result false, with the "out" argument as far as it had got.
+/// No function throws.  After a failure it returns false, and its "out" argument may be partly filled.
 class PrivateProfile {
 public:
     PrivateProfile(ProfileFunctions& functions, Clock& clock) : functions_(functions), clock_(clock) {}
 
-    /// The file's full path, handed on as it stands; nothing checks that it is there.
+    /// The file's full path.  Nothing checks that the file exists.
     const std::string& INIFileName() const { return iniFileName_; }
     void SetINIFileName(std::string path) { iniFileName_ = std::move(path); }
 
-    /// Creates the file, or empties the one that is there.
+    /// Creates the file, or empties it if it exists.
     bool CreateINIFile();
-    /// False and an empty text where the value is missing, empty, or longer than 509 characters.
+    /// Returns false and an empty text if the value is missing, empty or longer than 509 characters.
     bool GetStringValue(const std::string& sectionName, const std::string& keyName, std::string& stringValue);
-    /// `intValue` comes in as the default.  Always true; a value that is no number gives 0.
+    /// `intValue` holds the default at the call.  A value that is not a number gives 0.  Always returns true.
     bool GetIntValue(const std::string& sectionName, const std::string& keyName, std::int32_t& intValue);
     bool WriteString(const std::string& sectionName, const std::string& keyName,
                      const std::string& valueName);
-    /// Tries for two seconds where the file has no sections, and then gives none.  The list's length must fit
-    /// a 16-bit integer; a longer list is a failure.
+    /// Lists the section names.  If there are none, retries for two seconds before it returns the empty list.
+    /// compatibility: fails if the names take more than 32,767 bytes.
     bool GetSectionNames(std::vector<std::string>& sections);
-    /// The keys of the section's entries, and as they stand the lines without "=".  Always false: only the
-    /// entries tell.  Of a section whose text is over 4,093 characters the end is lost, with the line that
-    /// it cuts.
+    /// Lists the keys of the section's entries; a line without "=" is listed whole.  Of a section whose text
+    /// exceeds 4,093 characters, the lines that do not fit are missing.
+    /// compatibility: always returns false, so only the list says whether there were any.
     bool GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames);
-    /// As `GetKeyNames`, but whole lines.
+    /// Lists the section's lines as key=value; otherwise like `GetKeyNames`, including the result false.
     bool GetEntries(const std::string& sectionName, std::vector<std::string>& entries);
     std::int32_t GetNumEntriesInSection(const std::string& sectionName);
     bool DeleteSection(const std::string& sectionNameToDelete);

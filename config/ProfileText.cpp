@@ -28,7 +28,7 @@ bool SameName(std::string_view a, std::string_view b) {
     return a.size() == b.size() && CompareNoCase(a, b) == 0;
 }
 
-/// The name between the brackets where the line is a header.
+/// Returns the name between the brackets, or nothing if the line is not a header.
 std::optional<std::string_view> HeaderName(std::string_view line) {
     const std::string_view text = TrimBlanks(line);
     const std::size_t close = text.rfind(']');
@@ -42,7 +42,7 @@ void AppendItem(std::string& list, std::string_view item) {
     list += '\0';
 }
 
-/// 36 for what is no digit in any base.
+/// Returns 36, which is beyond every base, for a character that is not a digit.
 unsigned DigitValue(char character) {
     if (character >= '0' && character <= '9')
         return static_cast<unsigned>(character - '0');
@@ -50,7 +50,7 @@ unsigned DigitValue(char character) {
     return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A') + 10U : 36U;
 }
 
-/// The base that the prefix of `digits` says; the prefix is taken off.
+/// Returns the base of the number and removes the prefix that says so.
 unsigned TakeBase(std::string_view& digits) {
     for (const auto& [prefix, base] : BasePrefixes) {
         if (digits.starts_with(prefix)) {

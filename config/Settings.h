@@ -8,33 +8,34 @@ namespace tallyhorn {
 
 class PrivateProfile;
 
-/// The settings as the console holds them while it runs; a plain value.  Widths and heights are in the window
-/// layout's units, and 0 means that none is stored.
+/// The settings in memory while the console runs.  Members are named as the keys in the settings file. Widths
+/// and heights are in twips (1/1440 inch); 0 means that none is stored.
 struct Settings {
-    /// 0: dates are shown month first; anything else: day first.
+    /// 0: dates are shown month first; any other value: day first.
     std::int32_t DateTime = 0;
-    /// Between day, month and year, as it was typed; the display of dates says what an empty one means.
+    /// compatibility: spelled as the key.  The text between day, month and year as typed.
     std::string Seperator;
+    /// compatibility: CPWidth and CPHeight, the size of the main window, are named as the keys.
     std::int32_t CPWidth = 0;
     std::int32_t CPHeight = 0;
     std::array<std::int32_t, 5> ColumnWidths{};
     bool SoundOn = false;
-    /// A bit for each of the main window's three tabs, from the left.
+    /// Which tabs of the main window are shown: bit 0 stands for the leftmost.
     std::int32_t MessageViews = 0;
 
     bool operator==(const Settings&) const = default;
 };
 
-/// Reads every key of the section "General"; one that is missing gives 0 or "".
+/// Reads all settings from the section "General".  Keys that are missing give 0 or "".
 Settings ReadSettings(PrivateProfile& profile);
 
-/// The UDP port for syslog, as it stands in the file: no number there is refused here.
+/// Returns the UDP port for syslog as written in the file, without checking its range.
 std::int32_t ReadSyslogPort(PrivateProfile& profile);
 
-/// Which of the three tabs are shown.
+/// Returns for each of the three tabs whether it is shown.
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews);
 
-/// Writes one key of the section "General".  A write that fails is passed over.
+/// Writes one key of the section "General".  Ignores a write that fails.
 void WriteSetting(PrivateProfile& profile, const std::string& key, const std::string& value);
 
 /// Writes the window's size and the column widths, and no other key.

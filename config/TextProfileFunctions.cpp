@@ -27,7 +27,7 @@ std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) 
     return static_cast<std::uint32_t>(count);
 }
 
-/// Two NULs end a list; a buffer of fewer bytes holds none.
+/// A list ends in two NULs, so a buffer of one byte holds only an empty text.
 std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) {
     if (buffer == nullptr || size < 2)
         return CopyText({}, buffer, size);
@@ -38,7 +38,7 @@ std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) 
     return static_cast<std::uint32_t>(count);
 }
 
-/// A default text loses its trailing spaces and its quotes, as on Windows; a lone space stays.
+/// Removes trailing spaces and quotes from a default text, as Windows does; a text of one space stays.
 std::string_view DefaultText(const char* text) {
     std::string_view result = text == nullptr ? "" : text;
     while (result.size() > 1 && result.ends_with(' '))
@@ -59,7 +59,7 @@ std::uint32_t TextProfileFunctions::GetPrivateProfileString(const char* section,
         return CopyText(value ? *value : DefaultText(defaultText), buffer, size);
     }
     const std::uint32_t count = CopyList(profile.KeyNames(section), buffer, size);
-    // A list whose first name is empty counts as none.
+    // As on Windows, a list whose first name is empty counts as missing.
     const bool none = count == 0 || buffer[0] == '\0';
     return none ? CopyText(DefaultText(defaultText), buffer, size) : count;
 }
@@ -102,6 +102,11 @@ std::uint32_t TextProfileFunctions::GetPrivateProfileSection(const char* section
     if (section == nullptr)
         return CopyList({}, buffer, size);
     return CopyList(ReadProfile(file).Entries(section), buffer, size);
+}
+
+std::unique_ptr<ProfileFunctions> MakeProfileFunctions() {
+    std::unique_ptr<ProfileFunctions> system = MakeSystemProfileFunctions();
+    return system != nullptr ? std::move(system) : std::make_unique<TextProfileFunctions>();
 }
 
 }  // namespace tallyhorn

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/ProfileFunctions.h"
 
 namespace tallyhorn {
 
-/// The profile functions over plain files, for a system that has none of its own; owns nothing and keeps
-/// nothing between calls.  Called from the user-interface thread; a reader in another program sees the file
-/// as it was before a write or after it.
+/// The profile functions over plain files, for a system that has none.  Keeps nothing between calls.  A write
+/// replaces the file in one step: another program that reads it sees the old content or the new one.
 ///
-/// Files are ANSI text of at most `MaximumFileSize` bytes.  A larger one, or one that is there and cannot be
-/// read, gives the defaults, and a write to it fails rather than losing what it holds.
+/// Files are ANSI text of at most `MaximumFileSize` bytes.  From a larger file, or an existing one that
+/// cannot be read, the functions read the defaults; they refuse to write to it, because its content would be
+/// lost.
 class TextProfileFunctions : public ProfileFunctions {
 public:
     static constexpr std::size_t MaximumFileSize = std::size_t{16} << 20U;
@@ -24,5 +26,8 @@ public:
     std::uint32_t GetPrivateProfileSection(const char* section, char* buffer, std::uint32_t size,
                                            const char* file) override;
 };
+
+/// Returns the system's profile functions, or a TextProfileFunctions if it has none.
+std::unique_ptr<ProfileFunctions> MakeProfileFunctions();
 
 }  // namespace tallyhorn

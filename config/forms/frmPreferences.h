@@ -13,10 +13,8 @@ class QRadioButton;
 
 namespace tallyhorn {
 
-/// The preferences dialog: its controls, and the commands that its buttons give.  User-interface thread only.
-///
-/// One object an opening: it shows the settings file as it was when the dialog was made.  It hides when it is
-/// done or cancelled; whoever made it deletes it.
+/// The preferences dialog.  Reads the settings file in its constructor, so each opening needs a new object.
+/// Closing the dialog hides it; the caller deletes it.
 class frmPreferences final : public QDialog {
     Q_OBJECT
 
@@ -39,7 +37,7 @@ private:
 
     Preferences preferences_;
     PendingEvents& events_;
-    bool busy_ = false;  ///< in a command, which lets events run, and with them another click
+    bool busy_ = false;  ///< whether a command runs; the events that it lets run may include another click
 
     QLineEdit* txtSyslogUDPPort = nullptr;
     QCheckBox* chkSound = nullptr;

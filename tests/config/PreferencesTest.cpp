@@ -23,14 +23,12 @@ protected:
     }
 
     PreferencesParts parts_;
+    FakePreferencesHost& host_ = parts_.Host;
     Preferences preferences_{parts_.All()};
 };
 
-TEST_F(PreferencesTest, LoadsTheFileAsItStands) {
-    const struct {
-        const char* Entries;
-        PreferenceFields Fields;
-    } cases[] = {
+TEST_F(PreferencesTest, LoadShowsTheSettingsFile) {
+    const std::pair<const char*, PreferenceFields> cases[] = {
         {"", WithPort("0")},
         {"SyslogUDPPort= 514 \r\nSeperator=.\r\nSoundOn=1\r\nMessageViews=5\r\nDateTime=7\r\n",
          {"514", ".", {true, false, true}, true, true}},
@@ -42,10 +40,9 @@ TEST_F(PreferencesTest, LoadsTheFileAsItStands) {
     };
     for (const auto& [entries, fields] : cases)
         EXPECT_EQ(LoadFrom(entries), fields) << entries;
-    EXPECT_THAT(parts_.Log, IsEmpty());
 }
 
-TEST_F(PreferencesTest, TakesNumbersAlone) {
+TEST_F(PreferencesTest, OnlyDecimalNumbersAreValidPorts) {
     for (const char* const text :
          {"0", "514", " 514 ", "+514", "-1", "514.5", "5.", ".5", "  -.25  ", "40000", "99999999999999"})
         EXPECT_TRUE(preferences_.Validate(WithPort(text))) << text;
@@ -57,91 +54,92 @@ TEST_F(PreferencesTest, TakesNumbersAlone) {
         EXPECT_FALSE(preferences_.Validate(WithPort(text))) << text;
         EXPECT_THAT(parts_.Boxes.Shown, ElementsAre("You must set the UDP Port to a numeric value.")) << text;
     }
-    EXPECT_THAT(parts_.Log, IsEmpty());
 }
 
-TEST_F(PreferencesTest, SavesInOrder) {
-    LoadFrom("; ours\r\nSyslogUDPPort=514\r\nOther=1\r\nMessageViews=7\r\n");
-    EXPECT_TRUE(preferences_.Save({" 1514 ", ".", {true, false, true}, true, true}));
-    EXPECT_THAT(parts_.Log, ElementsAre("SyslogUDPPort= 1514 ", "set up the endpoint", "Seperator=.",
-                                        "separator .", "SoundOn=1", "sound on", "show tab 0", "hide tab 1",
-                                        "show tab 2", "MessageViews=5", "DateTime=1", "date order 1"));
-    EXPECT_EQ(parts_.Bytes(),
-              "[General]\r\n; ours\r\nSyslogUDPPort= 1514 \r\nOther=1\r\nMessageViews=5\r\nSeperator=.\r\n"
-              "SoundOn=1\r\nDateTime=1\r\n");
-    EXPECT_EQ(preferences_.Load().Port, "1514");
+TEST_F(PreferencesTest, FileConsoleAndNextDialogGetTheSameSettings) {
+    LoadFrom("SyslogUDPPort=514\r\n");
+    const PreferenceFields saved[] = {{"514", ".", {true, false, true}, true, true},
+                                      {"514", "", {false, true, false}, false, false},
+                                      {"1514", "-", {true, true, true}, true, false},
+                                      {"1514", "/", {}, false, true}};
+    for (const PreferenceFields& fields : saved) {
+        EXPECT_TRUE(preferences_.Save(fields));
+        EXPECT_EQ(host_.Held, ReadSettings(parts_.Profile));
+        EXPECT_EQ(Preferences(parts_.All()).Load(), fields);
+    }
+    EXPECT_THAT(host_.OpenedPorts, ElementsAre(1514)) << "only where the port changed";
 }
 
-TEST_F(PreferencesTest, WhatBecomesOfThePort) {
-    enum class Outcome { Unchanged, SetUp, WrittenAndLeft, Left };
+TEST_F(PreferencesTest, AChangedPortIsOpenedIfItFitsInto16Bits) {
+    enum Outcome { Unchanged, Opened, WrittenAndLeft, Left };
     const struct {
         const char* InFile;
         const char* Typed;
         Outcome Result;
     } cases[] = {
-        {"514", "514", Outcome::Unchanged},
-        {"514", " 514 ", Outcome::Unchanged},
-        {"514", "+514", Outcome::Unchanged},
-        {"514", "514.5", Outcome::Unchanged},  // halves go to the even number
-        {"514", "515", Outcome::SetUp},
-        {"515", "515.5", Outcome::SetUp},
-        {"514", "0", Outcome::SetUp},
-        {"514", "-1", Outcome::SetUp},
-        {"514", "32767", Outcome::SetUp},
-        {"514", "32768", Outcome::WrittenAndLeft},
-        {"514", "32767.5", Outcome::WrittenAndLeft},
-        {"514", "65535", Outcome::WrittenAndLeft},
-        {"514", "-32768", Outcome::SetUp},
-        {"514", "-32769", Outcome::WrittenAndLeft},
-        {"514", "2147483647", Outcome::WrittenAndLeft},
-        {"514", "2147483648", Outcome::Left},
-        {"514", "99999999999999999999", Outcome::Left},
-        {"40000", "40000", Outcome::Unchanged},
-        {"40000", "40001", Outcome::WrittenAndLeft},
-        {"40000", "514", Outcome::SetUp},
+        {"514", " 514 ", Unchanged},
+        {"514", "+514", Unchanged},
+        {"514", "514.5", Unchanged},  // halves are rounded to the even number
+        {"514", "515", Opened},
+        {"515", "515.5", Opened},
+        {"514", " 1514 ", Opened},
+        {"514", "0", Opened},
+        {"514", "-1", Opened},
+        {"514", "32767", Opened},
+        {"514", "32768", WrittenAndLeft},
+        {"514", "32767.5", WrittenAndLeft},
+        {"514", "-32768", Opened},
+        {"514", "-32769", WrittenAndLeft},
+        {"514", "2147483647", WrittenAndLeft},
+        {"514", "2147483648", Left},
+        {"514", "99999999999999999999", Left},
+        {"40000", "40000", Unchanged},
+        {"40000", "40001", WrittenAndLeft},
+        {"40000", "514", Opened},
     };
-    const CallLog rest = {"Seperator=", "separator ", "SoundOn=0",      "sound off",  "hide tab 0",
-                          "hide tab 1", "hide tab 2", "MessageViews=0", "DateTime=0", "date order 0"};
     for (const auto& [inFile, typed, result] : cases) {
-        CallLog expected;
-        if (result == Outcome::SetUp || result == Outcome::WrittenAndLeft)
-            expected.push_back(std::string("SyslogUDPPort=") + typed);
-        if (result == Outcome::SetUp)
-            expected.emplace_back("set up the endpoint");
-        const bool saved = result == Outcome::SetUp || result == Outcome::Unchanged;
-        if (saved)
-            expected.insert(expected.end(), rest.begin(), rest.end());
+        SCOPED_TRACE(std::string(inFile) + " " + typed);
         LoadFrom(std::string("SyslogUDPPort=") + inFile + "\r\n");
-        ASSERT_TRUE(preferences_.Validate(WithPort(typed))) << typed;
-        EXPECT_EQ(preferences_.Save(WithPort(typed)), saved) << typed;
-        EXPECT_EQ(parts_.TakeLog(), expected) << inFile << ' ' << typed;
+        host_.Held.DateTime = -1;
+        host_.OpenedPorts.clear();
+        ASSERT_TRUE(preferences_.Validate(WithPort(typed)));
+        const bool saved = result == Unchanged || result == Opened;
+        EXPECT_EQ(preferences_.Save(WithPort(typed)), saved);
+        EXPECT_EQ(host_.Held.DateTime, saved ? 0 : -1) << "what follows the port";
+        const bool written = result == Opened || result == WrittenAndLeft;
+        EXPECT_TRUE(parts_.Bytes().starts_with(std::string("[General]\r\nSyslogUDPPort=") +
+                                               (written ? typed : inFile) + "\r\n"));
+        // The endpoint reads the port from the file, so it must be written before.
+        const std::int32_t port = ReadSyslogPort(parts_.Profile);
+        EXPECT_EQ(host_.OpenedPorts, std::vector<std::int32_t>(result == Opened ? 1 : 0, port));
     }
 }
 
-/// A port that failed is still not the one shown, so a second try fails again, and a lower one is taken.
-TEST_F(PreferencesTest, AFailedPortMayBePutRight) {
+TEST_F(PreferencesTest, AFailedPortFailsAgainUntilItIsCorrected) {
     LoadFrom("SyslogUDPPort=514\r\n");
     EXPECT_FALSE(preferences_.Save(WithPort("50000")));
     EXPECT_FALSE(preferences_.Save(WithPort("50000")));
     EXPECT_EQ(parts_.Bytes(), "[General]\r\nSyslogUDPPort=50000\r\n");
-    parts_.TakeLog();
     EXPECT_TRUE(preferences_.Save(WithPort("5000")));
-    EXPECT_EQ(parts_.Log.at(1), "set up the endpoint");
+    EXPECT_TRUE(preferences_.Save(WithPort("5000")));
+    EXPECT_THAT(host_.OpenedPorts, ElementsAre(5000));
 }
 
 TEST_F(PreferencesTest, ResetAsksFirst) {
-    LoadFrom("CPWidth=1\r\nColWidth1=3\r\nSoundOn=1\r\n");
-    parts_.Boxes.Answer = false;
-    preferences_.Reset();
-    EXPECT_THAT(parts_.Log, IsEmpty());
-    parts_.Boxes.Answer = true;
-    preferences_.Reset();
+    LoadFrom("CPWidth=1\r\nColWidth1=3\r\nColWidth5=4\r\nSoundOn=1\r\n");
+    const Settings before = host_.Held = ReadSettings(parts_.Profile);
+    for (const bool answer : {false, true}) {
+        EXPECT_EQ(host_.Held, before);
+        parts_.Boxes.Answer = answer;
+        preferences_.Reset();
+        EXPECT_EQ(host_.Held, ReadSettings(parts_.Profile));
+        EXPECT_EQ(host_.WindowCalls, answer ? "maximize share " : "");
+    }
+    EXPECT_EQ(host_.Held, (Settings{0, "", 0, 0, {}, true, 0}));
     const char* const question =
         "Are you sure you want to reset the main window dimensions and column widths?";
     EXPECT_THAT(parts_.Boxes.Shown, ElementsAre(question, question));
-    EXPECT_THAT(parts_.Log, ElementsAre("CPWidth=0", "CPHeight=0", "ColWidth1=0", "ColWidth2=0",
-                                        "ColWidth3=0", "ColWidth4=0", "ColWidth5=0", "forget sizes",
-                                        "maximize", "share out widths", "events"));
+    EXPECT_EQ(parts_.Events.Runs, 1) << "so that the window is drawn while the dialog stays open";
 }
 
 }  // namespace

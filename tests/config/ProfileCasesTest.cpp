@@ -1,12 +1,12 @@
-// Holds the text code, and the system's own profile functions where it has some, against what those of Wine
-// answered.  For a new case write a line with any answer and take what the Windows build's failure shows.
+// Compares TextProfileFunctions, and the system's own profile functions if it has some, with the answers that
+// Wine's profile functions gave.  To add a case, write a line with any answer; the test of the Windows build
+// then shows the right one.
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -17,36 +17,26 @@
 namespace tallyhorn {
 namespace {
 
-/// A line of tests/data/profile-cases.tsv, cut at its tabs.  "\xHH" stands for a byte, "\null" for no text.
+/// A line of tests/data/profile-cases.tsv, split at its tabs.  "\xHH" stands for a byte, "\null" for a null
+/// pointer.
 struct ProfileCase {
     enum Field { Content, Operation, Section, Key, Text, Number, Answer, OnWindows, Reason };
 
     explicit ProfileCase(const std::string& line) {
-        Fields.emplace_back();
-        for (const char character : line) {
-            if (character == '\t')
-                Fields.emplace_back();
-            else
-                Fields.back() += character;
-        }
-        // The last two only where Wine has ways of its own.
-        if (Fields.size() != Answer + 1 && Fields.size() != Reason + 1)
-            ADD_FAILURE() << line;
+        std::istringstream fields(line);
+        for (std::string field; std::getline(fields, field, '\t');)
+            Fields.push_back(field);
+        // Only lines in which Wine and Windows differ have the last two fields.
+        EXPECT_TRUE(Fields.size() == Answer + 1 || Fields.size() == Reason + 1) << line;
         Fields.resize(Reason + 1);
     }
 
     std::string Bytes(Field field) const {
-        const std::string& text = Fields[field];
-        std::string bytes;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            const bool code = text[i] == '\\';
-            bytes +=
-                code ? static_cast<char>(std::strtoul(text.substr(i + 2, 2).c_str(), nullptr, 16)) : text[i];
-            i += code ? 3 : 0;
-        }
+        std::string bytes = Fields[field];
+        for (std::size_t at = 0; (at = bytes.find("\\x", at)) != std::string::npos; ++at)
+            bytes.replace(at, 4, 1, static_cast<char>(std::stoi(bytes.substr(at + 2, 2), nullptr, 16)));
         return bytes;
     }
-    std::int32_t Value() const { return std::stoi(Fields[Number]); }
     const std::string& WindowsAnswer() const {
         return Fields[Fields[OnWindows].empty() ? Answer : OnWindows];
     }
@@ -63,20 +53,20 @@ std::vector<ProfileCase> ReadCases() {
     return cases;
 }
 
-/// As the lines spell it.
+/// Writes bytes as the lines of the file do.
 std::string Escape(std::string_view bytes) {
     std::string text;
     for (const char byte : bytes) {
-        std::array<char, 8> code{byte};
+        char code[8] = {byte};
         if (byte < ' ' || byte > '~' || byte == '\\')
-            std::snprintf(code.data(), code.size(), "\\x%02X",
+            std::snprintf(code, sizeof(code), "\\x%02X",
                           static_cast<unsigned>(static_cast<unsigned char>(byte)));
-        text += code.data();
+        text += code;
     }
     return text;
 }
 
-/// One case's call on a file of its content.
+/// The call that one case describes, on a file with the case's content.
 class Call {
 public:
     Call(ProfileFunctions& functions, const ProfileCase& one, std::string file)
@@ -86,15 +76,15 @@ public:
         WriteBytes(file_, case_.Bytes(ProfileCase::Content));
         const std::string& operation = case_.Fields[ProfileCase::Operation];
         if (operation == "int")
-            return std::to_string(functions_.GetPrivateProfileInt(section_.Pointer, key_.Pointer,
-                                                                  case_.Value(), file_.c_str()));
+            return std::to_string(functions_.GetPrivateProfileInt(
+                section_.Pointer, key_.Pointer, std::stoi(case_.Fields[ProfileCase::Number]), file_.c_str()));
         if (operation == "write") {
             const bool written = functions_.WritePrivateProfileString(section_.Pointer, key_.Pointer,
                                                                       text_.Pointer, file_.c_str());
             return (written ? "1:" : "0:") + Escape(ReadBack());
         }
-        // The bytes up to and with the NUL behind those that are counted.
-        const auto size = static_cast<std::uint32_t>(case_.Value());
+        // The answer is the count, and the counted bytes with the NUL after them.
+        const auto size = static_cast<std::uint32_t>(std::stoul(case_.Fields[ProfileCase::Number]));
         std::string buffer(size + 1, '#');
         std::uint32_t count = 0;
         if (operation == "string")
@@ -119,7 +109,7 @@ private:
         const char* Pointer = Text.c_str();
     };
 
-    /// What stands before the first section, then every section's name with its entries.
+    /// Returns the entries before the first header, then the name and the entries of each section.
     std::string ReadBack() {
         std::string names(Enough, '#');
         names.resize(functions_.GetPrivateProfileSectionNames(names.data(), Enough, file_.c_str()));
@@ -146,7 +136,7 @@ private:
     const Argument text_{case_, ProfileCase::Text};
 };
 
-TEST(ProfileCases, TextCodeAnswersAsWindows) {
+TEST(ProfileCases, TextProfileFunctionsAnswerAsWindowsDoes) {
     const TemporaryFolder folder;
     TextProfileFunctions functions;
     for (const ProfileCase& one : ReadCases())
@@ -154,15 +144,14 @@ TEST(ProfileCases, TextCodeAnswersAsWindows) {
             << testing::PrintToString(one.Fields);
 }
 
-/// That the recorded answers are still the ones given where they come from.
-TEST(ProfileCases, SystemAnswersAsRecorded) {
+TEST(ProfileCases, TheSystemAnswersAsRecorded) {
     const TemporaryFolder folder;
     const std::unique_ptr<ProfileFunctions> functions = MakeSystemProfileFunctions();
     if (functions == nullptr)
         GTEST_SKIP() << "this system has no profile functions of its own";
     int number = 0;
     for (const ProfileCase& one : ReadCases()) {
-        // A file of its own for each, since the system may keep what it read of the last.
+        // Each case has its own file, because the system may cache what it has read.
         const std::string answer =
             Call(*functions, one, folder / (std::to_string(number++) + ".ini")).Answer();
         if (answer != one.WindowsAnswer()) {

@@ -19,13 +19,9 @@ constexpr const char* Sample =
     "[Other]\r\n"
     "x=1";
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-    const std::size_t at = text.find(from);
-    EXPECT_NE(at, std::string::npos) << from;
-    return text.replace(at, from.size(), to);
-}
-
-TEST(ProfileText, SettingTouchesOneLine) {
+/// A change replaces the bytes `From` in the sample by `To` and no others.  Without a value it deletes the
+/// key, without a key the section.
+TEST(ProfileText, AChangeKeepsAllOtherBytes) {
     const struct {
         const char* Section;
         const char* Key;
@@ -40,40 +36,30 @@ TEST(ProfileText, SettingTouchesOneLine) {
         {"Other", "y", "2", "x=1", "x=1\r\ny=2\r\n"},
         {"Third", "z", "3", "x=1", "x=1\r\n[Third]\r\nz=3\r\n"},
         {"", "head", "4", "; settings", "head=4\r\n; settings"},
+        {"general", "cpwidth", nullptr, "CPWidth=10\n", ""},
+        {"General", "word", nullptr, "word\r", ""},
+        {"Other", "x", nullptr, "x=1", ""},
+        {"Other", "SoundOn", nullptr, "", ""},
+        {"Missing", "x", nullptr, "", ""},
+        {"OTHER", nullptr, nullptr, "[Other]\r\nx=1", ""},
+        {"", nullptr, nullptr, "; settings\r\n\r\n", ""},
+        {"Missing", nullptr, nullptr, "", ""},
     };
-    for (const auto& one : cases) {
+    for (const auto& [section, key, value, from, to] : cases) {
         ProfileText profile(Sample);
-        profile.SetValue(one.Section, one.Key, one.Value);
-        EXPECT_EQ(profile.Bytes(), Replaced(Sample, one.From, one.To)) << one.Section << ' ' << one.Key;
-    }
-}
-
-TEST(ProfileText, DeletingTakesWholeLinesAndNoOthers) {
-    const struct {
-        const char* Section;
-        const char* Key;
-        const char* From;
-    } cases[] = {
-        {"general", "cpwidth", "CPWidth=10\n"},
-        {"General", "word", "word\r"},
-        {"Other", "x", "x=1"},
-        {"Other", "SoundOn", ""},
-        {"Missing", "x", ""},
-        {"OTHER", nullptr, "[Other]\r\nx=1"},
-        {"", nullptr, "; settings\r\n\r\n"},
-        {"Missing", nullptr, ""},
-    };
-    for (const auto& one : cases) {
-        ProfileText profile(Sample);
-        if (one.Key != nullptr)
-            profile.DeleteKey(one.Section, one.Key);
+        if (key == nullptr)
+            profile.DeleteSection(section);
+        else if (value == nullptr)
+            profile.DeleteKey(section, key);
         else
-            profile.DeleteSection(one.Section);
-        EXPECT_EQ(profile.Bytes(), Replaced(Sample, one.From, "")) << one.Section;
+            profile.SetValue(section, key, value);
+        std::string expected = Sample;
+        expected.replace(expected.find(from), std::string_view(from).size(), to);
+        EXPECT_EQ(profile.Bytes(), expected) << section << ' ' << (key == nullptr ? "" : key);
     }
 }
 
-/// Long lines and many of them; quadratic work would not come back within the test's time limit.
+/// With quadratic work on long or many lines, the test would exceed its time limit.
 TEST(ProfileText, WorkIsLinear) {
     std::string bytes = "[s]\n" + std::string(4U << 20U, '[') + '\n' + std::string(4U << 20U, ' ');
     for (int i = 0; i < 500000; ++i)

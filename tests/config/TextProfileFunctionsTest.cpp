@@ -2,6 +2,7 @@
 
 #include "config/TextProfileFunctions.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/OtherUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -9,45 +10,61 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool Write(const fs::path& path, const char* value) {
-    return TextProfileFunctions().WritePrivateProfileString("s", "k", value, path.string().c_str());
+class TextProfileFunctionsTest : public ::testing::Test {
+protected:
+    static bool Write(const fs::path& path, const char* value) {
+        return TextProfileFunctions().WritePrivateProfileString("s", "k", value, path.string().c_str());
+    }
+    static std::uint32_t ReadInt(const fs::path& path) {
+        return TextProfileFunctions().GetPrivateProfileInt("s", "k", 77, path.string().c_str());
+    }
+
+    const TemporaryFolder folder_;
+    const fs::path path_ = folder_ / "a.ini";
+};
+
+TEST_F(TextProfileFunctionsTest, WritesReplaceTheFileAndLeaveNoOther) {
+    EXPECT_TRUE(Write(path_, nullptr));
+    EXPECT_FALSE(fs::exists(path_)) << "nothing to delete";
+    EXPECT_TRUE(Write(path_, "1"));
+    EXPECT_TRUE(Write(path_, "22"));
+    EXPECT_EQ(ReadBytes(path_), "[s]\r\nk=22\r\n");
+    EXPECT_TRUE(Write(path_, nullptr));
+    EXPECT_EQ(ReadBytes(path_), "[s]\r\n");
+    EXPECT_FALSE(Write(folder_ / "missing/a.ini", "1"));
+    EXPECT_FALSE(Write(folder_.Path(), "1"));
+    EXPECT_EQ(ReadInt(folder_.Path()), 77U);
+    EXPECT_EQ(CountFiles(folder_.Path()), 1U);
 }
 
-std::uint32_t ReadInt(const fs::path& path) {
-    return TextProfileFunctions().GetPrivateProfileInt("s", "k", 77, path.string().c_str());
+TEST_F(TextProfileFunctionsTest, AFileThatCannotBeReadIsNotOverwritten) {
+    if (TALLYHORN_WINE)
+        GTEST_SKIP() << "Wine lets every user read every file";
+    WriteBytes(path_, "[s]\r\nk=5\r\n");
+    fs::permissions(folder_.Path(), fs::perms::all);
+    fs::permissions(path_, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write);
+    {
+        const OtherUser user;
+        EXPECT_EQ(ReadInt(path_), 77U);
+        EXPECT_FALSE(Write(path_, "6"));
+        EXPECT_FALSE(Write(path_, nullptr));
+    }
+    fs::permissions(path_, fs::perms::owner_read);
+    EXPECT_EQ(ReadBytes(path_), "[s]\r\nk=5\r\n");
 }
 
-TEST(TextProfileFunctions, WritesReplaceTheFileAndLeaveNoOther) {
-    const TemporaryFolder folder;
-    const fs::path path = folder / "a.ini";
-    EXPECT_TRUE(Write(path, nullptr));
-    EXPECT_FALSE(fs::exists(path));
-    EXPECT_TRUE(Write(path, "1"));
-    EXPECT_TRUE(Write(path, "22"));
-    EXPECT_EQ(ReadBytes(path), "[s]\r\nk=22\r\n");
-    EXPECT_TRUE(Write(path, nullptr));
-    EXPECT_EQ(ReadBytes(path), "[s]\r\n");
-    EXPECT_EQ(CountFiles(folder.Path()), 1U);
-
-    EXPECT_FALSE(Write(folder / "missing/a.ini", "1"));
-    EXPECT_FALSE(Write(folder.Path(), "1"));
-    EXPECT_EQ(ReadInt(folder.Path()), 77U);
-}
-
-TEST(TextProfileFunctions, TooLargeFilesAreLeftAlone) {
-    const TemporaryFolder folder;
-    const fs::path path = folder / "large.ini";
+TEST_F(TextProfileFunctionsTest, AFileThatIsTooLargeIsNotOverwritten) {
     std::string bytes = "[s]\nk=5\n";
     bytes.resize(TextProfileFunctions::MaximumFileSize, ';');
-    WriteBytes(path, bytes);
-    EXPECT_EQ(ReadInt(path), 5U);
-    EXPECT_TRUE(Write(path, "6"));
-    EXPECT_FALSE(Write(path, "12")) << "would grow out of reach of reading";
-    EXPECT_EQ(ReadInt(path), 6U);
-    WriteBytes(path, bytes + ';');
-    EXPECT_EQ(ReadInt(path), 77U);
-    EXPECT_FALSE(Write(path, "6"));
-    EXPECT_EQ(fs::file_size(path), TextProfileFunctions::MaximumFileSize + 1);
+    WriteBytes(path_, bytes);
+    EXPECT_EQ(ReadInt(path_), 5U);
+    EXPECT_TRUE(Write(path_, "6"));
+    EXPECT_FALSE(Write(path_, "12")) << "the file would become too large to be read";
+    EXPECT_EQ(ReadInt(path_), 6U);
+    WriteBytes(path_, bytes + ';');
+    EXPECT_EQ(ReadInt(path_), 77U);
+    EXPECT_FALSE(Write(path_, "6"));
+    EXPECT_EQ(fs::file_size(path_), TextProfileFunctions::MaximumFileSize + 1);
 }
 
 }  // namespace

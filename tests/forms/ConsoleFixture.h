@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "app/Console.h"
-#include "config/MakeProfileFunctions.h"
+#include "config/TextProfileFunctions.h"
 #include "desktop/forms/frmStartup.h"
 #include "tests/forms/DialogFixture.h"
 #include "tests/support/FakeClock.h"

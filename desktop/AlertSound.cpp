@@ -15,20 +15,21 @@ constexpr std::chrono::milliseconds ShortestGap{100};
 
 }  // namespace
 
-AlertSound::AlertSound(const Parts& parts, std::vector<std::filesystem::path> folders)
-    : parts_(parts), folders_(std::move(folders)) {}
+AlertSound::AlertSound(PrivateProfile& profile, Settings& settings, const Clock& clock, SoundDevice& device,
+                       std::vector<std::filesystem::path> folders)
+    : profile_(profile), settings_(settings), clock_(clock), device_(device), folders_(std::move(folders)) {}
 
 bool AlertSound::SoundOn() const {
-    return parts_.Flags.SoundOn;
+    return settings_.SoundOn;
 }
 
 void AlertSound::SetSoundOn(bool on) {
-    parts_.Flags.SoundOn = on;
+    settings_.SoundOn = on;
 }
 
 void AlertSound::SoundMode() {
     SetSoundOn(!SoundOn());
-    WriteSetting(parts_.Profile, "SoundOn", SoundOn() ? "1" : "0");
+    WriteSetting(profile_, "SoundOn", SoundOn() ? "1" : "0");
 }
 
 void AlertSound::PlayAlertSound() {
@@ -39,13 +40,13 @@ void AlertSound::PlayAlertSound() {
 }
 
 void AlertSound::Close() {
-    if (parts_.Device.CurrentMode() != SoundDevice::Mode::NotOpen)
-        parts_.Device.Close();
+    if (device_.CurrentMode() != SoundDevice::Mode::NotOpen)
+        device_.Close();
 }
 
-/// An alert that came to nothing counts too: a storm asks neither disk nor device more often.
+/// Counts an alert even if there is no file or the device fails, because that costs the same.
 bool AlertSound::TooSoon() {
-    const Clock::TimePoint now = parts_.Time.Now();
+    const Clock::TimePoint now = clock_.Now();
     if (lastAlert_ && now - *lastAlert_ < ShortestGap)
         return true;
     lastAlert_ = now;
@@ -53,15 +54,14 @@ bool AlertSound::TooSoon() {
 }
 
 void AlertSound::Play(const std::filesystem::path& file) {
-    SoundDevice& device = parts_.Device;
-    if (device.CurrentMode() != SoundDevice::Mode::NotOpen && !device.Close())
+    if (device_.CurrentMode() != SoundDevice::Mode::NotOpen && !device_.Close())
         return;
-    device.SetFileName(file);
-    if (!device.Open())
+    device_.SetFileName(file);
+    if (!device_.Open())
         return;
-    if (device.CurrentMode() != SoundDevice::Mode::Paused && !device.Prev())
+    if (device_.CurrentMode() != SoundDevice::Mode::Paused && !device_.Prev())
         return;
-    device.Play();
+    device_.Play();
 }
 
 }  // namespace tallyhorn

@@ -12,40 +12,39 @@ class PrivateProfile;
 class SoundDevice;
 struct Settings;
 
-/// The sound that tells of arrivals, and the user's switch for it, which is the settings' own. User-interface
-/// thread only.
+/// The sound that is played when notifications arrive, and the switch for it (`Settings::SoundOn`).  Owns
+/// neither the device nor the settings.
 class AlertSound {
 public:
-    /// All of it outlives this one.
-    struct Parts {
-        PrivateProfile& Profile;
-        Settings& Flags;
-        const Clock& Time;
-        SoundDevice& Device;
-    };
-    /// "sound.wav" is taken from the first of `folders` that has it.
-    AlertSound(const Parts& parts, std::vector<std::filesystem::path> folders);
+    /// The referenced objects must outlive this one.  The first of `folders` that contains "sound.wav"
+    /// provides the sound; it is looked for at each alert.
+    AlertSound(PrivateProfile& profile, Settings& settings, const Clock& clock, SoundDevice& device,
+               std::vector<std::filesystem::path> folders);
 
     bool SoundOn() const;
-    /// Writes nothing: whoever sets it has.
+    /// Sets the switch without writing it to the settings file.
     void SetSoundOn(bool on);
-    /// The other way round, and writes that.
+    /// Inverts the switch and writes it to the settings file.
     void SoundMode();
 
-    /// Plays the sound from its start, whatever of it is still playing; nothing where the user wants none or
-    /// there is no such file.  Returns at once and tells of no failure.  An alert within a tenth of a second
-    /// of the one before is not played: that one has only just begun.
+    /// Starts the sound from its beginning, even if it is still playing, and returns at once.  Does nothing
+    /// if the switch is off or there is no file; reports no failure.  Within a tenth of a second after an
+    /// alert that was not dropped, further alerts are dropped, so that a storm uses the disk and the device
+    /// at most ten times a second.
     void PlayAlertSound();
-    /// Ends what is playing and leaves the device to others.
+    /// Stops the sound and closes the device, so that other programs can use it.
     void Close();
 
 private:
     bool TooSoon();
     void Play(const std::filesystem::path& file);
 
-    Parts parts_;
+    PrivateProfile& profile_;
+    Settings& settings_;
+    const Clock& clock_;
+    SoundDevice& device_;
     std::vector<std::filesystem::path> folders_;
-    std::optional<Clock::TimePoint> lastAlert_;
+    std::optional<Clock::TimePoint> lastAlert_;  ///< the last one that was not dropped
 };
 
 }  // namespace tallyhorn

@@ -6,8 +6,9 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::string_view Tip = "Tallyhorn Listener Console";
+constexpr int NormalImage = 0;
 constexpr int FirstFlashImage = 2;
-constexpr int OtherFlashImage = 1;
+constexpr int SecondFlashImage = 1;
 
 }  // namespace
 
@@ -15,8 +16,7 @@ NotificationIcon::NotificationIcon(NotificationArea& area, std::function<void(bo
     : area_(area), enableTimer_(std::move(enableTimer)), nextImage_(FirstFlashImage) {}
 
 void NotificationIcon::Initialize() {
-    recordImage_ = NormalImage;
-    area_.Add(recordImage_, Tip);
+    area_.Add(NormalImage, Tip);
     nextImage_ = FirstFlashImage;
 }
 
@@ -33,13 +33,11 @@ void NotificationIcon::StopFlash() {
     nextImage_ = FirstFlashImage;
     if (std::exchange(flashing_, false))
         enableTimer_(false);
-    recordImage_ = OtherFlashImage;
 }
 
 void NotificationIcon::TimFlashTick() {
-    recordImage_ = nextImage_;
-    nextImage_ = nextImage_ == OtherFlashImage ? FirstFlashImage : OtherFlashImage;
-    area_.Modify(recordImage_, Tip);
+    area_.Modify(nextImage_, Tip);
+    nextImage_ = nextImage_ == FirstFlashImage ? SecondFlashImage : FirstFlashImage;
 }
 
 }  // namespace tallyhorn

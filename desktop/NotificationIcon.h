@@ -6,31 +6,27 @@
 
 namespace tallyhorn {
 
-/// The console's icon in the notification area: which picture it has and which comes next.
-/// User-interface thread only; the timer that makes it flash is its owner's.
+/// The console's icon in the notification area: decides which picture it shows.  Its owner has the timer that
+/// makes it flash.
 class NotificationIcon {
 public:
-    static constexpr int NormalImage = 0;
-    /// `enableTimer` starts and stops the timer; it is told of changes alone, since starting a running timer
-    /// anew would keep an icon from flashing for as long as notifications come fast.
+    /// `enableTimer` starts and stops the timer.  It is called only on changes: to restart a running timer at
+    /// each notification would keep the icon from flashing for as long as notifications arrive faster than
+    /// the timer's interval.
     NotificationIcon(NotificationArea& area, std::function<void(bool)> enableTimer);
 
     void Initialize();
     void Shutdown();
-    /// A flash that runs goes on as it is.
+    /// Starts the flash; does not change one that is running.
     void StartFlash();
-    /// The icon keeps the picture that it showed last until it is added or changed the next time.
+    /// Stops the flash.  The icon keeps the picture that it shows until it is added again or flashes again.
     void StopFlash();
-    /// What the timer does, every half second.
+    /// To be called by the timer, every half second.
     void TimFlashTick();
-
-    /// The picture in the icon's record; StopFlash makes it another one than the icon shows.
-    int RecordImage() const { return recordImage_; }
 
 private:
     NotificationArea& area_;
     const std::function<void(bool)> enableTimer_;
-    int recordImage_ = NormalImage;
     int nextImage_;
     bool flashing_ = false;
 };

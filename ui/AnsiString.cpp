@@ -55,7 +55,7 @@ QString ToShownLine(std::string_view ansi) {
     return ToVisibleLine(ansi.substr(0, LongestShown));
 }
 
-/// Only what is marked up is wrapped; what the line holds is not read as markup.
+/// Qt wraps a tool tip only if it is markup, hence the paragraph around the escaped text.
 QString ToToolTip(const QString& line) {
     return QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped());
 }

@@ -6,21 +6,23 @@
 
 namespace tallyhorn {
 
-// Between the console's ANSI bytes and Qt's strings; every byte comes back as it went.
+// Conversions between the console's ANSI (Windows-1252) bytes and Qt's strings.  Every byte survives the way
+// through ToQString and FromQString.
 
 QString ToQString(std::string_view ansi);
-/// "?" for characters that Windows-1252 lacks.
+/// Converts characters that Windows-1252 lacks to "?".
 std::string FromQString(const QString& text);
-/// For one line on the screen: control characters become a middle dot, so that nothing hides or moves text.
+/// Converts a text for one line on the screen: each control character becomes a middle dot, so that none can
+/// hide or move text.
 QString ToVisibleLine(std::string_view ansi);
-/// For several lines on the screen: the same, but for line ends and tabs, which stay.
+/// Converts a text for several lines on the screen: as ToVisibleLine, but keeps line ends and tabs.
 QString ToVisibleText(std::string_view ansi);
-/// The same of a text's first thousand characters: no line shows more, and laying out sixty thousand takes
-/// long.
+/// As ToVisibleLine, for the first thousand characters only: no line on the screen has room for more, and Qt
+/// needs long to lay out a text of 60,000.
 QString ToShownLine(std::string_view ansi);
-/// A tool tip that shows the line as it is and in as many lines as it needs.
+/// Returns a tool tip that shows the text literally and wraps it.
 QString ToToolTip(const QString& line);
-/// A control's caption without the "&" of its access key: its accessible name.
+/// Returns a control's caption without the "&" of its access key.
 QString WithoutAccessKey(QString caption);
 
 }  // namespace tallyhorn

@@ -4,8 +4,8 @@
 
 namespace tallyhorn {
 
-/// Keeps a Return key that is held down from pressing one default button after another: what a question asks
-/// next is answered by a key that is pressed anew.  Installed on the application; user-interface thread only.
+/// Drops the repeated presses of a Return key that is held down.  Otherwise it would answer each message box
+/// that follows the first one.  To be installed as event filter of the application.
 class HeldKeys final : public QObject {
 public:
     using QObject::QObject;

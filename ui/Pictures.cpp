@@ -12,7 +12,8 @@
 #include "ui/AnsiString.h"
 #include "ui/SvgPicture.h"
 
-/// In no namespace, as Qt demands.  Without it the linker would leave a library's files out.
+/// Keeps the linker from omitting the resource files of this static library.  Q_INIT_RESOURCE must be used
+/// outside of any namespace.
 static void LinkFiles() {
     Q_INIT_RESOURCE(pictures);
 }
@@ -22,12 +23,12 @@ namespace {
 
 constexpr float Faded = 0.4F;  ///< opacity of a disabled control's icon
 
-/// The picture's own file, read when it is first drawn.
+/// One picture file, read when it is drawn for the first time.
 class PictureFile {
 public:
     explicit PictureFile(QString name) : name_(std::move(name)) {}
 
-    /// Nothing is drawn where there is no such picture.
+    /// Draws nothing if there is no such file.
     void Paint(QPainter& painter) {
         if (!picture_)
             picture_ = Read().value_or(SvgPicture());
@@ -45,8 +46,8 @@ private:
     std::optional<SvgPicture> picture_;
 };
 
-/// Paints a picture at any size, faded where its control is disabled.  Curves cost more than all else in a
-/// row of a list, so what was drawn once is kept for each size.
+/// Paints a picture at any size, faded for a disabled control.  Caches the result for each size, because
+/// curves take longer than everything else in a row of a list.
 class DrawnIcon final : public QIconEngine {
 public:
     explicit DrawnIcon(std::shared_ptr<PictureFile> picture) : picture_(std::move(picture)) {}
@@ -68,7 +69,7 @@ public:
     QIconEngine* clone() const override { return new DrawnIcon(picture_); }
 
 private:
-    /// Of `side` device-independent pixels on a screen with `ratio` dots to each of them.
+    /// `side` is in device-independent pixels, each of which is `ratio` pixels of the screen wide.
     const QPixmap& Drawn(int side, qreal ratio, QIcon::Mode mode) {
         const bool faded = mode == QIcon::Disabled;
         QPixmap& pixmap = drawn_[{qRound(side * ratio), faded}];
@@ -81,7 +82,7 @@ private:
         painter.scale(side * ratio / SvgPicture::Grid, side * ratio / SvgPicture::Grid);
         picture_->Paint(painter);
         if (faded) {
-            // All of it at once: shapes that lie on others would mix with them.
+            // Fades the finished picture: translucent shapes would show the shapes that they cover.
             painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
             painter.fillRect(0, 0, SvgPicture::Grid, SvgPicture::Grid, QColor::fromRgbF(0, 0, 0, Faded));
         }

@@ -8,7 +8,7 @@
 
 namespace tallyhorn {
 
-/// The commands that have a picture.
+/// The commands that have an icon.
 enum class CommandPicture {
     Delete,
     Clear,
@@ -27,21 +27,23 @@ enum class CommandPicture {
 };
 constexpr std::size_t CommandPictureCount = 14;
 
-/// Icons drawn from `ui/icons/NAME.svg` at whatever size is asked for: sharp at every scaling.  Each
-/// event type has a shape of its own besides its colour.
+// Icons drawn from `ui/icons/NAME.svg`, sharp at every size.
+
+/// Returns the icon of an event type.  The types differ in shape, not only in colour.
 QIcon EventIcon(EventType type);
-/// All of them by number; whoever paints many keeps them, since what was drawn is kept in the icon.
+/// Returns the icons of all event types.  An icon caches what it has drawn, so a caller that paints often
+/// should keep the array.
 std::array<QIcon, EventPictureCount> EventIcons();
-/// The type's word, for those who do not see the picture.
+/// Returns the name of the event type for screen readers.
 QString SpokenType(EventType type);
-/// A bell, beside an alarm of the tree.
+/// Returns the bell for the alarms in the tree.
 QIcon AlarmIcon();
 QIcon CommandIcon(CommandPicture picture);
-/// The program's own icon.
+/// Returns the icon of the program and its windows.
 QIcon ConsoleIcon();
-/// The notification area's icon: 0 as it is, 1 and 2 while it flashes.  None where there is no such number.
+/// Returns the notification area's icon: 0 normal, 1 and 2 for flashing.  Other numbers give an empty icon.
 QIcon TrayPicture(int image);
-/// A horn that sounds, for a dark ground.
+/// Returns the horn of the splash, for a dark background.
 QIcon StartupPicture();
 
 }  // namespace tallyhorn

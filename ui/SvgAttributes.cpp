@@ -9,7 +9,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr qreal MiterLimit = 4;  ///< what SVG has where nothing is said
+constexpr qreal MiterLimit = 4;  ///< SVG's default
 
 bool IsNumber(const QString& text) {
     static const QRegularExpression Form(QStringLiteral("^-?[0-9]+([.][0-9]+)?\\z"));
@@ -36,7 +36,7 @@ SvgAttributes::SvgAttributes(const QXmlStreamAttributes& attributes) {
 
 QPainterPath SvgAttributes::TakeOutline(const QString& element) {
     QPainterPath outline;
-    // As SVG fills where nothing is said.
+    // SVG's default fill rule is "nonzero".
     outline.setFillRule(Qt::WindingFill);
     if (element == QLatin1String("path")) {
         outline.addPath(TakePath());
@@ -62,7 +62,8 @@ QBrush SvgAttributes::TakeFill() {
     return fill == QLatin1String("none") ? QBrush(Qt::NoBrush) : QBrush(Colour(fill));
 }
 
-/// Without a stroke, words about its shape are left over.
+/// Without a stroke, takes nothing: attributes such as stroke-width are then left and make the file
+/// unsupported.
 QPen SvgAttributes::TakeStroke() {
     if (!Has("stroke"))
         return QPen(Qt::NoPen);
@@ -90,7 +91,7 @@ qreal SvgAttributes::TakePositive(const char* name) {
 
 QPolygonF SvgAttributes::TakePoints() {
     const QStringList numbers = Words(Take("points"));
-    constexpr qsizetype Least = 4;  ///< numbers of two points
+    constexpr qsizetype Least = 4;  ///< two points of two numbers each
     Require(numbers.size() >= Least && numbers.size() % 2 == 0);
     QPolygonF points;
     for (qsizetype i = 1; i < numbers.size(); i += 2)

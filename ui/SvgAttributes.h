@@ -12,16 +12,17 @@ class QXmlStreamAttributes;
 
 namespace tallyhorn {
 
-/// The attributes of one element of an SVG file, each taken out as it is understood; owns copies of them.
-/// User-interface thread only.  One that is missing, or says what is not known here, makes all of them wrong.
+/// Copies of the attributes of one SVG element.  The Take functions read attributes and remove them; if one
+/// is missing or has an unsupported value, `AreUnderstood` returns false from then on.
 class SvgAttributes {
 public:
     explicit SvgAttributes(const QXmlStreamAttributes& attributes);
 
-    /// Whether all were understood and none is left.
+    /// Returns whether every attribute has been taken and had a supported value.
     bool AreUnderstood() const { return understood_ && left_.isEmpty(); }
 
-    /// What the element named so draws, out of the attributes that are its own; empty for an unknown one.
+    /// Returns the outline of the element, such as "rect", from the attributes that describe its shape. Empty
+    /// for an unsupported element.
     QPainterPath TakeOutline(const QString& element);
     QBrush TakeFill();
     QPen TakeStroke();
@@ -30,12 +31,12 @@ private:
     bool Has(const char* name) const { return left_.contains(QString::fromLatin1(name)); }
     QString Take(const char* name);
     qreal TakeNumber(const char* name) { return Number(Take(name)); }
-    /// As lengths are.
+    /// Takes a number that must be positive, such as a length.
     qreal TakePositive(const char* name);
     QPolygonF TakePoints();
     QPainterPath TakePath();
     QPainterPath TakeRectangle();
-    /// The word's place in the list of all that there are; 0 where the attribute is missing.
+    /// Returns the index of the attribute's word in `words`, or 0 if the attribute is missing.
     int TakeWord(const char* name, std::initializer_list<const char*> words);
     qreal Number(const QString& text);
     QColor Colour(const QString& text);

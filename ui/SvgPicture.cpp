@@ -42,7 +42,8 @@ bool SvgPicture::Take(QXmlStreamReader& xml, int& depth) {
             return true;
         case QXmlStreamReader::Characters:
             return xml.isWhitespace();
-        // An error ends the file; anything else might change how the shapes look.
+        // Invalid is an error, which the caller checks at the end.  The other tokens, such as a processing
+        // instruction, might change how the shapes look and are refused.
         case QXmlStreamReader::StartDocument:
         case QXmlStreamReader::EndDocument:
         case QXmlStreamReader::Comment:

@@ -12,21 +12,22 @@ class QXmlStreamReader;
 
 namespace tallyhorn {
 
-/// A picture read from an SVG file of the few means that this program's own files use; owns its shapes and
-/// never changes.  User-interface thread only.
+/// The shapes of one SVG file.  Supports only the subset of SVG that this program's own files use; Qt's SVG
+/// module is not part of the Windows build.
 ///
-/// Below the root, whose one attribute is viewBox="0 0 16 16", stand path, rect, circle, line, polygon and
-/// polyline, with fill, stroke, stroke-width, stroke-linecap and stroke-linejoin.  Colours are #rrggbb or
-/// none; a path has M, L, H, V, C and Z, a letter before each group of numbers.
+/// The root's only attribute is viewBox="0 0 16 16".  It contains the elements path, rect, circle, line,
+/// polygon and polyline with the attributes fill, stroke, stroke-width, stroke-linecap and stroke-linejoin.
+/// A colour is #rrggbb or none.  A path consists of the commands M, L, H, V, C and Z, with one letter for
+/// each group of numbers.
 class SvgPicture {
 public:
-    /// The side of the square that the shapes lie in.
+    /// The side of the square in which the shapes are drawn.
     static constexpr int Grid = 16;
 
-    /// Nothing where the file holds anything else, so that no picture is ever drawn in part.
+    /// Returns nothing if the file contains anything else, so that no picture is drawn in part.
     static std::optional<SvgPicture> Read(const QByteArray& svg);
 
-    /// Draws it on the grid; the caller scales.
+    /// Draws the shapes in a square of side `Grid`; the caller scales the painter.
     void Paint(QPainter& painter) const;
 
 private:
@@ -36,7 +37,7 @@ private:
         QPen Stroke;
     };
 
-    /// The file's next part, `depth` elements deep; false where it is not known.
+    /// Reads the file's next token; `depth` counts the open elements.  Returns false if it is not supported.
     bool Take(QXmlStreamReader& xml, int& depth);
     bool TakeShape(const QXmlStreamReader& xml);
 

@@ -6,26 +6,30 @@
 
 namespace tallyhorn {
 
-/// Looks whether the desktop has a notification area that Qt's icon can appear in, now.
-/// User-interface thread only; never blocks but for half a second at its making.
+/// Finds out whether the desktop has a notification area now in which Qt's icon can appear.  Only its
+/// construction may block, for at most half a second.
 ///
-/// It exists for what Qt 6.4 does on X11.  Qt decides once in a program's life between status notifier items
-/// (D-Bus) and the X tray, with its first icon or question; says that an area is there where one of the other
-/// sort came in its place; holds an icon for shown whose tray died and came again; and asks D-Bus without a
-/// limit of time.  So Qt is asked nothing before an area was found here, afterwards only the sort that it
-/// decided on counts, an icon is made anew for each owner of the X tray, and the bus is listened to instead.
+/// It works around four faults of Qt 6.4 on X11:
+/// - At its first icon or first query, Qt chooses between status notifier items (D-Bus) and the X tray, for
+/// the
+///   rest of the process.  So Qt is not used before an area has been found here.
+/// - Qt reports an area as available although only one of the other kind is left.  So after the choice, only
+///   the chosen kind counts here.
+/// - Qt takes an icon as shown although its tray has ended and a new one has started.  So a new icon is made
+///   for each owner of the X tray.
+/// - Qt queries D-Bus without a time limit.  So this class listens to the bus instead.
 class AreaPresence {
 public:
     virtual ~AreaPresence() = default;
-    /// The area of the sort that was decided on, of any sort until then: another number for each one in which
-    /// an icon has to be made anew, nothing where there is none.
+    /// Returns nothing if there is no area of the chosen kind, or of any kind before the choice.  Otherwise
+    /// returns a number; when it changes, the icon must be made again.
     virtual std::optional<std::uint32_t> Area() = 0;
-    /// Qt decides once in a program's life, with its first icon, on the best sort of area that it finds then,
-    /// and stays with it: to be called as that icon is made.
+    /// Records the kind that Qt is about to choose.  To be called directly before an icon is made; only the
+    /// first call has an effect.
     virtual void Decide() = 0;
-    /// Whether the area of that sort shows the icon's menu, which it has to be given.
+    /// Returns whether areas of this kind show the icon's menu themselves, so that the icon must be given it.
     virtual bool ShowsMenu() const = 0;
-    /// Whether a single press of the area's own choice is what opens the program.
+    /// Returns whether a single click on the icon, instead of a double click, opens the program.
     virtual bool OpensAtOnce() const = 0;
 };
 

@@ -11,7 +11,8 @@
 namespace tallyhorn {
 
 QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {
-    // Once the release itself is done with, which might choose the menu's first item.
+    // Queued, so that the menu opens after the release has been handled; the release could otherwise choose
+    // the menu's first item.
     connect(
         this, &QtNotificationArea::RightButtonReleased, this, [this] { events_.MenuWanted(); },
         Qt::QueuedConnection);
@@ -21,7 +22,7 @@ QtNotificationArea::~QtNotificationArea() = default;
 
 bool QtNotificationArea::IsAvailable() {
     const std::optional<std::uint32_t> area = presence_->Area();
-    // An icon does not outlive its area: in the next one Qt would still hold it for shown.
+    // In another area Qt would take the old icon as shown already, so a new one is made.
     if (area != area_)
         icon_.reset();
     area_ = area;
@@ -57,7 +58,7 @@ void QtNotificationArea::Show(int image, std::string_view tip) {
     icon_->setToolTip(tip_);
 }
 
-/// Not before there is an area: Qt would decide on none for good.
+/// Must not be called without an area: Qt would decide for the rest of the process that there is none.
 void QtNotificationArea::MakeIcon() {
     if (icon_ != nullptr)
         return;
@@ -66,7 +67,7 @@ void QtNotificationArea::MakeIcon() {
     icon_->setToolTip(tip_);
     if (presence_->ShowsMenu())
         icon_->setContextMenu(menu_);
-    // Not from within the icon, which may go with its area by what follows.
+    // Queued, because the handler may delete the icon.
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &QtNotificationArea::HandleActivation,
             Qt::QueuedConnection);
     ShowIcon();
@@ -83,8 +84,9 @@ void QtNotificationArea::ShowIcon() {
     }
 }
 
-/// Where the icon is a window of this program's, Qt shuts it off while a dialog stands open, and with it the
-/// way back to a window that was minimised with its dialog.  What belongs to the dialog stays open.
+/// A modal dialog blocks all windows of the process that are not its children.  If the icon is such a window
+/// (in the X tray), it could not bring back a main window that was minimised together with its dialog.  So
+/// the icon's window is made a child of the dialog.
 void QtNotificationArea::KeepOpen(QWindow& iconWindow) {
     if (QWindow* const dialog = QGuiApplication::modalWindow())
         iconWindow.setTransientParent(dialog);
@@ -96,7 +98,7 @@ void QtNotificationArea::HandleActivation(QSystemTrayIcon::ActivationReason reas
         return events_.DoubleClick();
     if (reason != QSystemTrayIcon::Context || presence_->ShowsMenu())
         return;
-    // Told as the button goes down, and the menu belongs to its way up, which the same window hears of.
+    // Qt reports the press, but the menu opens at the release, which eventFilter sees in the icon's window.
     pressed_ = window_ != nullptr && QGuiApplication::mouseButtons().testFlag(Qt::RightButton);
     if (!pressed_)
         events_.MenuWanted();

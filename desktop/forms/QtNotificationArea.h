@@ -12,8 +12,7 @@
 
 namespace tallyhorn {
 
-/// The notification area through Qt's icon, which it makes as soon as there is an area to put it in.
-/// User-interface thread only.
+/// The notification area by means of QSystemTrayIcon.  Makes the icon as soon as there is an area for it.
 class QtNotificationArea final : public QObject, public NotificationArea {
     Q_OBJECT
 
@@ -21,7 +20,7 @@ public:
     QtNotificationArea();
     ~QtNotificationArea() override;
 
-    /// The menu that belongs to the icon, for areas that show it by themselves; set before the icon is added.
+    /// Sets the menu for areas that show the icon's menu themselves.  To be called before `Add`.
     void SetMenu(QMenu& menu) { menu_ = &menu; }
 
     void Listen(Events events) override { events_ = std::move(events); }
@@ -31,7 +30,7 @@ public:
     void Delete() override;
 
 signals:
-    /// After it went down over the icon.
+    /// The right button was pressed over the icon and has been released.
     void RightButtonReleased();
 
 protected:
@@ -50,10 +49,10 @@ private:
     std::unique_ptr<QSystemTrayIcon> icon_;
     QIcon picture_;
     QString tip_;
-    std::optional<std::uint32_t> area_;  ///< the one that the icon was made in
-    QPointer<QWindow> window_;           ///< the icon's, where it is one of this program's
+    std::optional<std::uint32_t> area_;  ///< the one for which the icon was made
+    QPointer<QWindow> window_;           ///< the icon's window, if it belongs to this process
     bool added_ = false;
-    bool pressed_ = false;  ///< the right button, over the icon, and not yet let go
+    bool pressed_ = false;  ///< whether the right button is down, since a press on the icon
 };
 
 }  // namespace tallyhorn

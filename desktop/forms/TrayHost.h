@@ -2,15 +2,15 @@
 
 namespace tallyhorn {
 
-/// What the notification-area icon asks of the console.  User-interface thread only.
+/// What the notification-area icon needs from the console.
 class TrayHost {
 public:
     virtual ~TrayHost() = default;
-    /// Shows the main window in front, maximised or as it was, with all that belongs to it.
+    /// Shows the main window and its detail and help windows in front, maximised or in its former state.
     virtual void ShowMainWindow(bool maximized) = 0;
-    /// Brings a hidden window back without taking the keyboard from what the user is doing.
+    /// Shows a hidden main window again without giving it the focus.
     virtual void UncoverMainWindow() = 0;
-    /// Whether the window is hidden to the notification area.
+    /// Returns whether the main window is hidden, so that only the icon is left of it.
     virtual bool IsMainWindowHidden() const = 0;
     virtual void LetEventsRun() = 0;
 

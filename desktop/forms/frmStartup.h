@@ -10,15 +10,18 @@ namespace tallyhorn {
 class Clock;
 class UserNames;
 
-/// The window with the program's version, the user's and the machine's name; owns nothing else.
-/// User-interface thread only.  A click anywhere closes it.
+/// The window that shows the program's version, the user's name and the machine's name.  A click anywhere in
+/// it closes it.
 class frmStartup final : public QDialog {
     Q_OBJECT
 
 public:
     enum class Role {
-        Splash,   ///< greets: no frame, never the focus, gone after two seconds or before any question
-        AboutBox  ///< a dialog as others
+        /// Shown at the start, without frame and focus.  Closes and deletes itself after two seconds, or when
+        /// a
+        /// modal dialog or message box opens.
+        Splash,
+        AboutBox  ///< an ordinary dialog
     };
 
     frmStartup(Role role, const UserNames& names, const Clock& time, QWidget* parent);

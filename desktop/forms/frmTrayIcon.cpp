@@ -10,12 +10,13 @@
 namespace tallyhorn {
 namespace {
 
-constexpr int FlashInterval = 500;
-constexpr int WatchInterval = 1000;
-/// A panel that starts anew is away for a moment; the window does not jump up for that.
+constexpr int FlashInterval = 500;   ///< in milliseconds
+constexpr int WatchInterval = 1000;  ///< in milliseconds
+/// A desktop panel that restarts is missing for less than a second; the window must not appear because of
+/// that.
 constexpr int MissesUntilGone = 2;
 
-/// Without a caption: a line between groups.
+/// A null caption makes a separator.
 constexpr std::array<const char*, frmTrayIcon::MenuItemCount> Captions = {
     "&Display Messages",
     "&Sound",
@@ -109,7 +110,8 @@ void frmTrayIcon::DisplayMainWindow() {
     MainWindowRestored();
 }
 
-/// A dialog that stands open is brought to the front: "about" has to wait for it, and help comes beside it.
+/// First brings an open dialog to the front: the about box has to wait until it closes, and the help opens
+/// beside it.
 void frmTrayIcon::AskFor(void (TrayHost::*command)()) {
     if (QApplication::activeModalWidget() != nullptr)
         DisplayMainWindow();
@@ -128,8 +130,8 @@ void frmTrayIcon::MainWindowRestored() {
     Shutdown();
 }
 
-/// Looks on as long as something depends on it: a hidden window on the area, or the icon, which may have come
-/// before any area did.
+/// Checks once a second whether there is an area.  Stops if there is one and the main window is visible: then
+/// the icon is shown, and nothing depends on the area.
 void frmTrayIcon::Watch() {
     const bool hidden = host_.IsMainWindowHidden();
     if (area_.IsAvailable()) {

@@ -12,8 +12,8 @@ class QTimer;
 
 namespace tallyhorn {
 
-/// The window behind the notification-area icon, itself never shown: its timers and its menu.  It sees to it
-/// that a hidden main window can always be reached.  User-interface thread only.
+/// The timers and the menu of the notification-area icon; a window that is never shown.  Ensures that the
+/// user can always get a hidden main window back.
 class frmTrayIcon final : public QWidget {
     Q_OBJECT
 
@@ -29,14 +29,15 @@ public:
     void ShowServerWindow() { host_.ShowMainWindow(false); }
     void StartFlash() { icon_.StartFlash(); }
     void StopFlash() { icon_.StopFlash(); }
-    /// The icon goes, and nothing here acts any more.
+    /// Removes the icon for good.  Menu items and clicks have no effect afterwards.
     void Unload();
 
-    /// The main window has been minimised; true where it is to be hidden, since the icon stands for it now.
+    /// To be called when the main window has been minimised.  Adds the icon and returns whether an area shows
+    /// it, so that the main window may be hidden.
     bool MainWindowMinimized();
-    /// The user has it before him again, by whatever way.
+    /// To be called when the main window is visible again.  Removes the icon.
     void MainWindowRestored();
-    /// The check mark beside "&Sound".
+    /// Sets the check mark at "&Sound".
     void ShowSound(bool on);
 
     QMenu& PopUpMenu() { return *mnuPopUp; }
@@ -51,7 +52,7 @@ private:
     NotificationArea& area_;
     TrayHost& host_;
     NotificationIcon icon_;
-    int missed_ = 0;  ///< looks in a row that found no area
+    int missed_ = 0;  ///< consecutive checks that found no area
     bool unloaded_ = false;
 
     QTimer* timFlash;

@@ -10,16 +10,17 @@
 
 namespace tallyhorn {
 
-/// Knows the program's help file and has its pages shown.  User-interface thread only.
+/// Opens pages of the program's help file in the viewer, and explains failures in message boxes.
 class Help {
 public:
-    /// Both outlive this.
+    /// Both must outlive this object.
     Help(HelpViewer& viewer, MessageBoxes& boxes) : viewer_(viewer), boxes_(boxes) {}
 
-    /// The end of its name tells which kind of help it holds.
+    /// A name that ends in "HLP" means a file for WinHelp; any other means compiled HTML.
     void SetHelpFile(std::filesystem::path file) { helpFile_ = std::move(file); }
 
-    /// Opens the page, or a message box that says why it does not; nothing while that box stands open.
+    /// Opens the page, or a message box that says why that failed.  Does nothing while such a box is open.
+    /// `owner` is the main window, as the window system knows it.
     void ShowHelp(HelpContext context, std::uintptr_t owner);
 
 private:

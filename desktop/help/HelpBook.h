@@ -11,21 +11,22 @@
 
 namespace tallyhorn {
 
-/// One opened help file: its contents, its pages by number and by name.  User-interface thread only; the file
-/// may hold anything, and no more than bounded parts of it are taken.
+/// One opened help file, held in memory: its table of contents, and its pages by number and by name.  The
+/// file may contain anything; of each part only a bounded size is read.
 class HelpBook {
 public:
-    /// Null for what is no help file, or has no page to begin with.
+    /// Returns null if the file is not a help file or lacks its start page.
     static std::unique_ptr<HelpBook> Open(const std::filesystem::path& file);
 
     const std::string& Title() const { return facts_.Title; }
     const std::string& StartPage() const { return facts_.StartPage; }
     const std::vector<HelpEntry>& Contents() const { return contents_; }
-    /// The start page where no page has this number.
+    /// Returns the start page if no page has this number.
     const std::string& PageOf(std::uint32_t context) const;
-    /// The pages that the contents name, each once, in their order.
+    /// Returns the pages in the table of contents, each once, in order.
     std::vector<std::string> Pages() const;
-    /// The bytes of a page, a picture or a style sheet; none where the file has none of that name.
+    /// Returns the bytes of a page, a picture or a style sheet, or an empty text if there is none of that
+    /// name.
     std::string Read(const std::string& name) const;
 
 private:

@@ -2,8 +2,8 @@
 
 namespace tallyhorn {
 
-/// The pages of the help file by the numbers under which the program asks for them.  The help file is made
-/// from this list: `docs/help/THListen.hhp` names the page of each.
+/// The numbers of the pages in the help file.  `docs/help/compile-help` reads them from this list;
+/// `docs/help/THListen.hhp` says which page has which.
 enum class HelpContext : unsigned {
     Contents = 1,
     MainWindow = 10,
@@ -21,7 +21,8 @@ enum class HelpContext : unsigned {
     Troubles = 130,
 };
 
-/// The property of a window, or of a part of one, that holds the number of its page; the innermost counts.
+/// The property of a widget that holds the number of its help page.  Of nested widgets the innermost one with
+/// this property counts.
 constexpr const char* HelpContextProperty = "helpContext";
 
 constexpr unsigned HelpNumber(HelpContext context) {

@@ -15,7 +15,8 @@ bool IsSameLetter(char a, char b) {
     return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
 }
 
-/// Takes the text up to the next ">" that a "<" opens, without both; nothing at the end.
+/// Removes the text up to and including the next tag and returns the tag without "<" and ">", or nothing at
+/// the end.
 std::optional<std::string_view> TakeTag(std::string_view& text) {
     const std::size_t begin = text.find('<');
     const std::size_t end = begin == std::string_view::npos ? begin : text.find('>', begin);
@@ -32,7 +33,7 @@ bool IsTag(std::string_view tag, std::string_view name) {
            (tag.size() == name.size() || std::isspace(static_cast<unsigned char>(tag[name.size()])) != 0);
 }
 
-/// What stands in quotes behind `name` and "="; empty where nothing does.
+/// Returns the text in quotes after `name=`, or an empty text if there is none.
 std::string_view Attribute(std::string_view tag, std::string_view name) {
     const auto found = std::search(tag.begin(), tag.end(), name.begin(), name.end(), IsSameLetter);
     if (found == tag.end())
@@ -44,7 +45,7 @@ std::string_view Attribute(std::string_view tag, std::string_view name) {
     return tag.substr(0, std::min(tag.find('"'), LongestHelpText));
 }
 
-/// The few characters that have to be written so in an attribute.
+/// Decodes the four entities that an attribute needs.
 std::string Plain(std::string_view text) {
     constexpr std::array<std::pair<std::string_view, char>, 4> Names = {
         {{"&quot;", '"'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}}};
@@ -103,7 +104,7 @@ std::vector<HelpEntry> ParseHelpContents(std::string_view text) {
 
 std::map<std::uint32_t, std::string> ParseHelpContexts(std::string_view numbers, std::string_view strings) {
     std::map<std::uint32_t, std::string> pages;
-    TakeNumber(numbers, 4);  // the size of the rest
+    TakeNumber(numbers, 4);  // skips the size of the table
     while (pages.size() < MostHelpEntries) {
         const auto context = TakeNumber(numbers, 4);
         const auto offset = TakeNumber(numbers, 4);
@@ -137,7 +138,7 @@ bool IsModestHtml(std::string_view html) {
 
 HelpFacts ParseHelpFacts(std::string_view bytes) {
     HelpFacts facts;
-    TakeNumber(bytes, 4);  // a version
+    TakeNumber(bytes, 4);  // skips the version
     while (const auto code = TakeNumber(bytes, 2)) {
         const std::size_t size = TakeNumber(bytes, 2).value_or(0);
         const std::string value = UpToNul(bytes.substr(0, size));

@@ -8,26 +8,27 @@
 
 namespace tallyhorn {
 
-// What a compiled help file tells about itself, read from its inner files.  Pure functions; whatever the
-// bytes are, they end soon and give no more than the bounds below.
+// Readers for the tables inside a compiled help file.  They accept any bytes, take linear time, and return no
+// more than the bounds below.
 
-/// A line of the contents.
+/// A line of the table of contents.
 struct HelpEntry {
     std::string Name;
-    std::string Local;  ///< page, perhaps with "#" and an anchor; empty for a mere heading
-    int Depth = 0;      ///< 0 for the outermost
+    std::string Local;  ///< a page, or a page with "#" and an anchor; empty for a heading
+    int Depth = 0;      ///< 0 for the outermost lines
 };
 
 constexpr std::size_t MostHelpEntries = 2000;
 constexpr int DeepestHelpEntry = 8;
 
-/// Of a contents file (.hhc).
+/// Reads a contents file (.hhc).
 std::vector<HelpEntry> ParseHelpContents(std::string_view text);
 
-/// Page by number, of the streams "#IVB" and "#STRINGS".
+/// Reads the pages by number from the streams "#IVB" and "#STRINGS".
 std::map<std::uint32_t, std::string> ParseHelpContexts(std::string_view numbers, std::string_view strings);
 
-/// Whether a page is so that showing it takes neither long nor much memory, nested and wide as it may be.
+/// Returns whether Qt can lay the page out in little time and memory: a bounded number of tags, a bounded
+/// depth of tables, no numbers over four digits in tags.
 bool IsModestHtml(std::string_view html);
 
 struct HelpFacts {
@@ -35,7 +36,7 @@ struct HelpFacts {
     std::string StartPage;
     std::string Title;
 };
-/// Of the stream "#SYSTEM".
+/// Reads the stream "#SYSTEM".
 HelpFacts ParseHelpFacts(std::string_view bytes);
 
 }  // namespace tallyhorn

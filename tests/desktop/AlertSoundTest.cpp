@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <fstream>
-
-#include "config/MakeProfileFunctions.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
+#include "config/TextProfileFunctions.h"
 #include "desktop/AlertSound.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeSoundDevice.h"
@@ -24,8 +21,7 @@ protected:
         settings_.SoundOn = true;
     }
 
-    static void PutSound(const TemporaryFolder& folder) { std::ofstream(folder / "sound.wav") << "wave"; }
-    /// The commands that an alert leads to, long after the one before.
+    /// Returns the commands for an alert, a second after the one before.
     std::string Alert() {
         clock_.Advance(std::chrono::seconds(1));
         device_.Commands.clear();
@@ -39,58 +35,63 @@ protected:
     PrivateProfile profile_{*functions_, clock_};
     Settings settings_;
     FakeSoundDevice device_;
-    AlertSound sound_{{profile_, settings_, clock_, device_}, {first_.Path(), second_.Path()}};
+    AlertSound sound_{profile_, settings_, clock_, device_, {first_.Path(), second_.Path()}};
 };
 
-TEST_F(AlertSoundTest, EachModeHasItsCommands) {
-    PutSound(first_);
-    struct Case {
-        Mode Before, AfterOpen;
-        const char* Failing;
-        const char* Commands;
-    };
-    for (const Case& c : {Case{Mode::NotOpen, Mode::Stopped, "", "Open Prev Play "},
-                          {Mode::NotOpen, Mode::Paused, "", "Open Play "},
-                          {Mode::Playing, Mode::Stopped, "", "Close Open Prev Play "},
-                          {Mode::Stopped, Mode::Stopped, "", "Close Open Prev Play "},
-                          {Mode::Paused, Mode::Ready, "", "Close Open Prev Play "},
-                          {Mode::Playing, Mode::Stopped, "Close", "Close "},
-                          {Mode::NotOpen, Mode::Stopped, "Open", "Open "},
-                          {Mode::NotOpen, Mode::Stopped, "Prev", "Open Prev "},
-                          {Mode::NotOpen, Mode::Stopped, "Play", "Open Prev Play "}}) {
-        device_.Now = c.Before;
-        device_.AfterOpen = c.AfterOpen;
-        device_.Failing = c.Failing;
-        EXPECT_EQ(Alert(), c.Commands) << static_cast<int>(c.Before) << " " << c.Failing;
-        clock_.Advance(std::chrono::milliseconds(99));
-        sound_.PlayAlertSound();
-        EXPECT_EQ(device_.Commands, c.Commands) << "ten times a second at most, even where it fails";
+TEST_F(AlertSoundTest, EachAlertPlaysFromTheStartUnlessACommandFails) {
+    WriteBytes(first_ / "sound.wav", "wave");
+    for (const Mode before : {Mode::NotOpen, Mode::Stopped, Mode::Playing, Mode::Paused}) {
+        for (const std::string failing : {"Close ", "Open ", "Prev ", "Play ", "no command"}) {
+            device_.Now = before;
+            device_.Failing = failing;
+            const std::string commands = Alert();
+            EXPECT_EQ(commands.starts_with("Close "), before != Mode::NotOpen) << commands;
+            const bool fails = commands.find(failing) != std::string::npos;
+            EXPECT_TRUE(commands.ends_with(fails ? failing : "Open Prev Play ")) << failing << commands;
+        }
+    }
+    device_.AfterOpen = Mode::Paused;
+    EXPECT_EQ(Alert(), "Close Open Play ");
+}
+
+TEST_F(AlertSoundTest, AlertsWithinATenthOfASecondAfterACountedOneAreDropped) {
+    WriteBytes(first_ / "sound.wav", "wave");
+    for (const char* const failing : {"", "Open "}) {
+        device_.Failing = failing;
+        EXPECT_NE(Alert(), "");
+        int last = 0;
+        // The dropped ones do not prolong the silence, and failed ones count.
+        for (const auto& [milliseconds, counts] :
+             {std::pair(60, false), {99, false}, {100, true}, {160, false}, {199, false}, {200, true}}) {
+            clock_.Advance(std::chrono::milliseconds(milliseconds - std::exchange(last, milliseconds)));
+            device_.Commands.clear();
+            sound_.PlayAlertSound();
+            EXPECT_EQ(!device_.Commands.empty(), counts) << milliseconds;
+        }
     }
 }
 
-TEST_F(AlertSoundTest, TheFirstFolderThatHasTheFileGivesIt) {
+TEST_F(AlertSoundTest, TheFirstFolderWithAFileProvidesTheSound) {
     EXPECT_EQ(Alert(), "") << "no file";
     std::filesystem::create_directory(first_ / "sound.wav");
     EXPECT_EQ(Alert(), "") << "no regular file";
-    PutSound(second_);
+    WriteBytes(second_ / "sound.wav", "wave");
     EXPECT_EQ(Alert(), "Open Prev Play ");
     EXPECT_EQ(device_.FileName, second_ / "sound.wav");
 }
 
-TEST_F(AlertSoundTest, TheSwitchIsWrittenAndCountsAtOnce) {
-    PutSound(first_);
-    sound_.SoundMode();
-    EXPECT_FALSE(settings_.SoundOn);
-    EXPECT_NE(ReadBytes(first_ / "thlisten.ini").find("[General]\r\nSoundOn=0\r\n"), std::string::npos);
-    EXPECT_EQ(Alert(), "");
-    sound_.SoundMode();
-    EXPECT_TRUE(sound_.SoundOn());
-    EXPECT_NE(ReadBytes(first_ / "thlisten.ini").find("SoundOn=1\r\n"), std::string::npos);
-    EXPECT_EQ(Alert(), "Open Prev Play ");
+TEST_F(AlertSoundTest, TheSwitchIsWrittenAndTakesEffectAtOnce) {
+    WriteBytes(first_ / "sound.wav", "wave");
+    for (const bool on : {false, true, false, true}) {
+        sound_.SoundMode();
+        EXPECT_EQ(sound_.SoundOn(), on);
+        EXPECT_EQ(ReadSettings(profile_).SoundOn, on);
+        EXPECT_EQ(!Alert().empty(), on);
+    }
     device_.Commands.clear();
     sound_.Close();
     sound_.Close();
-    EXPECT_EQ(device_.Commands, "Close ") << "only what is open is closed";
+    EXPECT_EQ(device_.Commands, "Close ") << "only if it is open";
 }
 
 }  // namespace

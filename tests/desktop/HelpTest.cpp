@@ -15,42 +15,38 @@ protected:
     Help help_{viewer_, boxes_};
 };
 
-TEST_F(HelpTest, TheEndOfTheFilesNameChoosesTheViewerAndItsCommand) {
+TEST_F(HelpTest, TheEndOfTheFileNameSelectsTheViewerAndItsCommand) {
     const struct {
         const char* File;
         HelpContext Context;
         const char* Kind;
         unsigned Command;
-    } cases[] = {
-        {"a/THListen.CHM", HelpContext::MainWindow, "HtmlHelp", 15},
-        {"a/THListen.CHM", HelpContext::Contents, "HtmlHelp", 15},
-        {"a/THListen.HLP", HelpContext::MainWindow, "WinHelp", 1},
-        {"a/THListen.HLP", HelpContext::Contents, "WinHelp", 11},
-        {"a/THListen.hlp", HelpContext::MainWindow, "HtmlHelp", 15},
-        {"HLP", HelpContext::Troubles, "WinHelp", 1},
-        {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15},
-    };
-    for (const auto& wanted : cases) {
-        SCOPED_TRACE(wanted.File);
-        viewer_.Requests.clear();
-        help_.SetHelpFile(wanted.File);
-        help_.ShowHelp(wanted.Context, 4711);
-        ASSERT_EQ(viewer_.Requests.size(), 1U);
-        const auto& [kind, request] = viewer_.Requests[0];
-        EXPECT_EQ(kind, wanted.Kind);
-        EXPECT_EQ(request.Command, wanted.Command);
-        EXPECT_EQ(request.File, wanted.File);
-        EXPECT_EQ(request.Context, HelpNumber(wanted.Context));
+    } cases[] = {{"a/THListen.CHM", HelpContext::MainWindow, "HtmlHelp", 15},
+                 {"a/THListen.CHM", HelpContext::Contents, "HtmlHelp", 15},
+                 {"a/THListen.HLP", HelpContext::MainWindow, "WinHelp", 1},
+                 {"a/THListen.HLP", HelpContext::Contents, "WinHelp", 11},
+                 {"a/THListen.hlp", HelpContext::MainWindow, "HtmlHelp", 15},
+                 {"HLP", HelpContext::Troubles, "WinHelp", 1},
+                 {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15}};
+    for (const auto& [file, context, kind, command] : cases) {
+        SCOPED_TRACE(file);
+        help_.SetHelpFile(file);
+        help_.ShowHelp(context, 4711);
+        const auto& [usedKind, request] = viewer_.Requests.back();
+        EXPECT_EQ(usedKind, kind);
+        EXPECT_EQ(request.Command, command);
+        EXPECT_EQ(request.File, file);
+        EXPECT_EQ(request.Context, HelpNumber(context));
         EXPECT_EQ(request.Owner, 4711U);
     }
+    EXPECT_EQ(viewer_.Requests.size(), std::size(cases));
     EXPECT_TRUE(boxes_.Shown.empty());
 }
 
-TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
+TEST_F(HelpTest, EachFailureIsExplainedInOneMessageBox) {
     const std::pair<HelpOutcome, const char*> cases[] = {{HelpOutcome::NoFile, "could not be found"},
                                                          {HelpOutcome::BadFile, "is damaged"},
                                                          {HelpOutcome::NoViewer, "has no viewer"}};
-    help_.SetHelpFile("THListen.CHM");
     boxes_.WhileAsked = [this] { help_.ShowHelp(HelpContext::Troubles, 0); };
     for (const auto& [outcome, words] : cases) {
         viewer_.Outcome = outcome;
@@ -59,9 +55,10 @@ TEST_F(HelpTest, AViewerThatShowsNothingIsExplained) {
         ASSERT_EQ(boxes_.Shown.size(), 1U) << words;
         EXPECT_NE(boxes_.Shown[0].find(words), std::string::npos) << boxes_.Shown[0];
     }
+    EXPECT_EQ(viewer_.Requests.size(), std::size(cases)) << "no request while the box is open";
 }
 
-TEST(SystemHelpViewer, SaysThatAFileIsMissing) {
+TEST(SystemHelpViewer, ReportsAMissingFile) {
     const std::unique_ptr<HelpViewer> viewer = MakeSystemHelpViewer();
     if (viewer == nullptr)
         GTEST_SKIP() << "this system has none";

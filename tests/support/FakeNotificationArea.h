@@ -8,7 +8,7 @@
 
 namespace tallyhorn {
 
-/// An area that comes and goes as the test says and writes down what happens to the icon.
+/// An area that the test makes available or not; records the calls.
 class FakeNotificationArea final : public NotificationArea {
 public:
     void Listen(Events events) override { At = std::move(events); }
@@ -16,7 +16,7 @@ public:
     void Add(int image, std::string_view tip) override { Note("add", image, tip); }
     void Modify(int image, std::string_view tip) override { Note("modify", image, tip); }
     void Delete() override { Calls.emplace_back("delete"); }
-    /// What has been called since the last time, one after the other.
+    /// Returns the calls since the previous TakeCalls, in order.
     std::string TakeCalls() {
         std::string calls;
         for (const std::string& call : std::exchange(Calls, {}))

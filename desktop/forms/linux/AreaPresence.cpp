@@ -23,7 +23,7 @@ xcb_connection_t* XConnection() {
     return x != nullptr ? x->connection() : nullptr;
 }
 
-/// The window that owns the selection which stands for the X screen's tray.
+/// Returns the window that owns the selection _NET_SYSTEM_TRAY_S0, which is the X screen's tray.
 std::optional<std::uint32_t> XTray() {
     xcb_connection_t* const x = XConnection();
     if (x == nullptr)
@@ -40,11 +40,11 @@ std::optional<std::uint32_t> XTray() {
     return owner->owner;
 }
 
-/// Hosts of status notifier items on the session bus, which Qt prefers, or the X screen's tray.
+/// Finds hosts of status notifier items on the session bus, which Qt prefers, or else the X screen's tray.
 class LinuxPresence final : public AreaPresence {
 public:
     std::optional<std::uint32_t> Area() override {
-        // Qt sees by itself to it that its item is registered with each new host.
+        // One number for all hosts of items: Qt itself registers its item with each new host.
         const bool host = hosts_.HasHost();
         if (!items_.value_or(host))
             return XTray();
@@ -56,7 +56,7 @@ public:
 
 private:
     ItemHosts hosts_;
-    std::optional<bool> items_;  ///< whether it was hosts of items that were decided on
+    std::optional<bool> items_;  ///< whether Qt has chosen status notifier items; nothing before the choice
 };
 
 }  // namespace

@@ -9,10 +9,10 @@
 namespace tallyhorn {
 namespace {
 
-/// The watcher's names, of its service and of its interface alike.
+/// The name of the watcher's service and of its interface.
 const QString Watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString WatcherPath = QStringLiteral("/StatusNotifierWatcher");
-/// The bus is on this machine; a watcher that takes longer at the start counts as none until it answers.
+/// In milliseconds.  A watcher that takes longer for its first answer counts as having no host.
 constexpr int FirstAnswerWithin = 500;
 
 QDBusMessage Question() {
@@ -23,7 +23,7 @@ QDBusMessage Question() {
     return question;
 }
 
-/// Qt has no icons of this sort elsewhere.
+/// On other platforms Qt has no status notifier items.
 bool IsDesktopOfItems() {
     const QString platform = QGuiApplication::platformName();
     return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));

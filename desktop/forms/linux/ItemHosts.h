@@ -5,8 +5,8 @@
 
 namespace tallyhorn {
 
-/// Whether a host of status notifier items is at work on the session bus; told by the bus as hosts come and
-/// go, so that looking costs nothing.  User-interface thread only.
+/// Knows whether a host of status notifier items runs on the session bus.  The bus reports when hosts start
+/// and end, so a query costs nothing.
 class ItemHosts final : public QObject {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The task bar's own.  Qt adds the icon anew to one that was started anew.
+/// The notification area of the task bar.  After a restart of the task bar, Qt itself adds the icon again.
 class TaskBarPresence final : public AreaPresence {
 public:
     std::optional<std::uint32_t> Area() override {

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// Lets F1 in any window of the program ask for the page of what has the focus, as far as that or what it
-/// lies in has one (`HelpContextProperty`).  User-interface thread only; as long as it lives.
+/// Handles F1 in all windows of the program while it exists: calls the handler with the help page of the
+/// widget that has the focus, or of its nearest ancestor with one (`HelpContextProperty`).
 class HelpKeys final : public QObject {
 public:
     using Handler = std::function<void(HelpContext)>;

@@ -16,14 +16,14 @@ QString Scheme() {
     return QStringLiteral("chm");
 }
 
-/// A document that loads nothing, where a page is only read.
+/// A document for reading a page's text; it loads no pictures or style sheets.
 class TextAlone final : public QTextDocument {
 protected:
     QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return QByteArray(""); }
 };
 
-/// A dot that is not seen where the bytes are no picture, or one too large: for want of a picture Qt would
-/// look for a file of that name.
+/// Returns a single transparent pixel if the bytes are not a picture, or one that is too large.  Without a
+/// picture, Qt would look for a file of that name.
 QImage Decode(const QByteArray& bytes) {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -62,7 +62,7 @@ std::string HelpPageView::PageOf(const QUrl& source) {
     return FromQString(path.mid(path.startsWith(QLatin1Char('/')) ? 1 : 0));
 }
 
-/// A link to elsewhere can be read where the mouse is on it, and that is all.
+/// Ignores links out of the help file.
 void HelpPageView::Follow(const QUrl& link) {
     if (link.scheme() == Scheme())
         setSource(link);
@@ -76,7 +76,7 @@ QString HelpPageView::PlainText(const std::string& page) const {
     return document.toPlainText();
 }
 
-/// Never nothing at all, for which Qt would look elsewhere.
+/// Always returns something: for an invalid result Qt would look for a file of that name.
 QVariant HelpPageView::loadResource(int type, const QUrl& name) {
     std::string bytes;
     if (name.scheme() == Scheme() || name.isRelative())

@@ -6,20 +6,19 @@
 
 namespace tallyhorn {
 
-/// Shows the pages of one help file, and takes nothing from anywhere else: neither files nor the network.
-/// User-interface thread only.
+/// Shows the pages of one help file.  Never loads anything from other files or from the network.
 class HelpPageView final : public QTextBrowser {
     Q_OBJECT
 
 public:
-    /// The book outlives the view.
+    /// The book must outlive the view.
     HelpPageView(const HelpBook& book, QWidget* parent);
 
-    /// `local` is a page, perhaps with "#" and an anchor.
+    /// `local` is a page, or a page with "#" and an anchor.
     void ShowPage(const std::string& local);
     std::string ShownPage() const { return PageOf(source()); }
     static std::string PageOf(const QUrl& source);
-    /// What a page says, without its markup.
+    /// Returns a page's text without its markup.
     QString PlainText(const std::string& page) const;
 
     QVariant loadResource(int type, const QUrl& name) override;

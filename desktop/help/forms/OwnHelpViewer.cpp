@@ -9,7 +9,7 @@ HelpOutcome OwnHelpViewer::OpenWinHelp(const Request& /*request*/) {
     return HelpOutcome::NoViewer;
 }
 
-/// A window that stands open keeps the file that it was opened with.
+/// If the window is open already, it keeps its file, whatever the request names.
 HelpOutcome OwnHelpViewer::OpenHtmlHelp(const Request& request) {
     std::error_code error;
     if (window_ == nullptr) {

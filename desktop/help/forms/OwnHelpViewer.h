@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// The console's own help window, for systems that bring none; one at a time.  User-interface thread only.
+/// Shows help files in the console's own window, on systems without a viewer.  Has at most one window.
 class OwnHelpViewer final : public HelpViewer {
 public:
     ~OwnHelpViewer() override { delete window_.data(); }

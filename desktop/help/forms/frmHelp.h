@@ -19,8 +19,8 @@ namespace tallyhorn {
 
 class HelpPageView;
 
-/// The console's own help window: contents, pages, and a search through all of them.  User-interface thread
-/// only; it remembers nothing, works beside a modal dialog too, and deletes itself once closed.
+/// The console's own help window: contents, pages, and a search through all pages.  Can be used beside a
+/// modal dialog.  Deletes itself when it is closed.
 class frmHelp final : public QWidget {
     Q_OBJECT
 
@@ -28,7 +28,8 @@ public:
     explicit frmHelp(std::unique_ptr<const HelpBook> book);
     ~frmHelp() override;
 
-    /// Brings the page of that number to the front, and the window before the one of `owner`, where it stays.
+    /// Shows the page of that number and brings the window to the front.  It stays in front of the window
+    /// `owner`.
     void ShowContext(unsigned context, WId owner);
 
 protected:
@@ -59,8 +60,8 @@ private:
     std::unique_ptr<const HelpBook> book_;
     WId owner_ = 0;
     std::vector<std::string> pages_;
-    QStringList texts_;                    ///< what the pages say, once something was sought
-    std::vector<std::string> foundPages_;  ///< those that have what is sought
+    QStringList texts_;                    ///< the text of each page; filled by the first search
+    std::vector<std::string> foundPages_;  ///< the pages that contain the searched text
     HelpPageView* txtPage;
     QTabWidget* tabSides;
     QTreeWidget* tvwContents;

@@ -72,46 +72,31 @@ TEST_F(PreferencesTest, FileConsoleAndNextDialogGetTheSameSettings) {
 
 TEST_F(PreferencesTest, AChangedPortIsOpenedIfItFitsInto16Bits) {
     enum Outcome { Unchanged, Opened, WrittenAndLeft, Left };
-    const struct {
-        const char* InFile;
-        const char* Typed;
-        Outcome Result;
-    } cases[] = {
-        {"514", " 514 ", Unchanged},
-        {"514", "+514", Unchanged},
-        {"514", "514.5", Unchanged},  // halves are rounded to the even number
-        {"514", "515", Opened},
-        {"515", "515.5", Opened},
-        {"514", " 1514 ", Opened},
-        {"514", "0", Opened},
-        {"514", "-1", Opened},
-        {"514", "32767", Opened},
-        {"514", "32768", WrittenAndLeft},
-        {"514", "32767.5", WrittenAndLeft},
-        {"514", "-32768", Opened},
-        {"514", "-32769", WrittenAndLeft},
-        {"514", "2147483647", WrittenAndLeft},
-        {"514", "2147483648", Left},
-        {"514", "99999999999999999999", Left},
-        {"40000", "40000", Unchanged},
-        {"40000", "40001", WrittenAndLeft},
-        {"40000", "514", Opened},
-    };
-    for (const auto& [inFile, typed, result] : cases) {
-        SCOPED_TRACE(std::string(inFile) + " " + typed);
-        LoadFrom(std::string("SyslogUDPPort=") + inFile + "\r\n");
-        host_.Held.DateTime = -1;
-        host_.OpenedPorts.clear();
-        ASSERT_TRUE(preferences_.Validate(WithPort(typed)));
-        const bool saved = result == Unchanged || result == Opened;
-        EXPECT_EQ(preferences_.Save(WithPort(typed)), saved);
-        EXPECT_EQ(host_.Held.DateTime, saved ? 0 : -1) << "what follows the port";
-        const bool written = result == Opened || result == WrittenAndLeft;
-        EXPECT_TRUE(parts_.Bytes().starts_with(std::string("[General]\r\nSyslogUDPPort=") +
-                                               (written ? typed : inFile) + "\r\n"));
-        // The endpoint reads the port from the file, so it must be written before.
-        const std::int32_t port = ReadSyslogPort(parts_.Profile);
-        EXPECT_EQ(host_.OpenedPorts, std::vector<std::int32_t>(result == Opened ? 1 : 0, port));
+    // The port in the file > the port as typed.  Halves are rounded to the even number.
+    const std::pair<Outcome, std::vector<std::string>> cases[] = {
+        {Unchanged, {"514> 514 ", "514>+514", "514>514.5", "40000>40000"}},
+        {Opened,
+         {"514>515", "515>515.5", "514> 1514 ", "514>0", "514>-1", "514>32767", "514>-32768", "40000>514"}},
+        {WrittenAndLeft, {"514>32768", "514>32767.5", "514>-32769", "514>2147483647", "40000>40001"}},
+        {Left, {"514>2147483648", "514>99999999999999999999"}}};
+    for (const auto& [result, ports] : cases) {
+        for (const std::string& port : ports) {
+            SCOPED_TRACE(port);
+            const std::string inFile = port.substr(0, port.find('>'));
+            const std::string typed = port.substr(inFile.size() + 1);
+            LoadFrom("SyslogUDPPort=" + inFile + "\r\n");
+            host_.Held.DateTime = -1;
+            host_.OpenedPorts.clear();
+            ASSERT_TRUE(preferences_.Validate(WithPort(typed)));
+            const bool saved = result == Unchanged || result == Opened;
+            EXPECT_EQ(preferences_.Save(WithPort(typed)), saved);
+            EXPECT_EQ(host_.Held.DateTime, saved ? 0 : -1) << "what follows the port";
+            const std::string& written = result == Opened || result == WrittenAndLeft ? typed : inFile;
+            EXPECT_TRUE(parts_.Bytes().starts_with("[General]\r\nSyslogUDPPort=" + written + "\r\n"));
+            // The endpoint reads the port from the file, so it must be written first.
+            const std::vector<std::int32_t> opened(result == Opened ? 1 : 0, ReadSyslogPort(parts_.Profile));
+            EXPECT_EQ(host_.OpenedPorts, opened);
+        }
     }
 }
 

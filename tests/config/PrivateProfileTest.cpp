@@ -21,7 +21,8 @@ protected:
     void Fill(const std::string& bytes) { WriteBytes(path_, bytes); }
     std::string Text(const std::string& section, const std::string& key) {
         std::string value = "before";
-        EXPECT_EQ(profile_.GetStringValue(section, key, value), !value.empty());
+        const bool found = profile_.GetStringValue(section, key, value);
+        EXPECT_EQ(found, !value.empty());
         return value;
     }
     std::int32_t Number(const std::string& key, std::int32_t number) {

@@ -1,10 +1,9 @@
 // Compares TextProfileFunctions, and the system's own profile functions if it has some, with the answers that
-// Wine's profile functions gave.  To add a case, write a line with any answer; the test of the Windows build
-// then shows the right one.
+// Wine's profile functions gave.  To add a case, write a line with any answer; the failure of the Windows
+// build then shows the right one.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -17,131 +16,85 @@
 namespace tallyhorn {
 namespace {
 
-/// A line of tests/data/profile-cases.tsv, split at its tabs.  "\xHH" stands for a byte, "\null" for a null
-/// pointer.
-struct ProfileCase {
-    enum Field { Content, Operation, Section, Key, Text, Number, Answer, OnWindows, Reason };
+/// The fields of a line of tests/data/profile-cases.tsv, separated by tabs.  "\xHH" stands for a byte,
+/// "\null" for a null pointer.  Only lines in which Wine and Windows differ have the last two fields.
+enum Field { Content, Operation, Section, Key, Text, Number, Answer, OnWindows, Reason };
+using Case = std::vector<std::string>;
 
-    explicit ProfileCase(const std::string& line) {
-        std::istringstream fields(line);
-        for (std::string field; std::getline(fields, field, '\t');)
-            Fields.push_back(field);
-        // Only lines in which Wine and Windows differ have the last two fields.
-        EXPECT_TRUE(Fields.size() == Answer + 1 || Fields.size() == Reason + 1) << line;
-        Fields.resize(Reason + 1);
-    }
-
-    std::string Bytes(Field field) const {
-        std::string bytes = Fields[field];
-        for (std::size_t at = 0; (at = bytes.find("\\x", at)) != std::string::npos; ++at)
-            bytes.replace(at, 4, 1, static_cast<char>(std::stoi(bytes.substr(at + 2, 2), nullptr, 16)));
-        return bytes;
-    }
-    const std::string& WindowsAnswer() const {
-        return Fields[Fields[OnWindows].empty() ? Answer : OnWindows];
-    }
-
-    std::vector<std::string> Fields;
-};
-
-std::vector<ProfileCase> ReadCases() {
+std::vector<Case> ReadCases() {
     std::ifstream file(TALLYHORN_TEST_DATA "/profile-cases.tsv", std::ios::binary);
-    std::vector<ProfileCase> cases;
-    for (std::string line; std::getline(file, line);)
-        cases.emplace_back(line);
+    std::vector<Case> cases;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream fields(line);
+        Case& one = cases.emplace_back();
+        for (std::string field; std::getline(fields, field, '\t'); one.push_back(field)) {
+            for (std::size_t at = 0; (at = field.find("\\x", at)) != std::string::npos; ++at)
+                field.replace(at, 4, 1, static_cast<char>(std::stoi(field.substr(at + 2, 2), nullptr, 16)));
+        }
+        EXPECT_TRUE(one.size() == Answer + 1 || one.size() == Reason + 1) << line;
+    }
     EXPECT_GT(cases.size(), 300U);
     return cases;
 }
 
-/// Writes bytes as the lines of the file do.
-std::string Escape(std::string_view bytes) {
-    std::string text;
-    for (const char byte : bytes) {
-        char code[8] = {byte};
-        if (byte < ' ' || byte > '~' || byte == '\\')
-            std::snprintf(code, sizeof(code), "\\x%02X",
-                          static_cast<unsigned>(static_cast<unsigned char>(byte)));
-        text += code;
-    }
-    return text;
+/// Calls a function that fills a buffer.  Returns the count, and the counted bytes with the NUL after them.
+template <typename Fill>
+std::string Filled(std::uint32_t size, Fill fill) {
+    std::string buffer(size + 1, '#');
+    const std::uint32_t count = fill(buffer.data(), size);
+    return std::to_string(count) + ':' + buffer.substr(0, count + 1);
 }
 
-/// The call that one case describes, on a file with the case's content.
-class Call {
-public:
-    Call(ProfileFunctions& functions, const ProfileCase& one, std::string file)
-        : functions_(functions), case_(one), file_(std::move(file)) {}
-
-    std::string Answer() {
-        WriteBytes(file_, case_.Bytes(ProfileCase::Content));
-        const std::string& operation = case_.Fields[ProfileCase::Operation];
-        if (operation == "int")
-            return std::to_string(functions_.GetPrivateProfileInt(
-                section_.Pointer, key_.Pointer, std::stoi(case_.Fields[ProfileCase::Number]), file_.c_str()));
-        if (operation == "write") {
-            const bool written = functions_.WritePrivateProfileString(section_.Pointer, key_.Pointer,
-                                                                      text_.Pointer, file_.c_str());
-            return (written ? "1:" : "0:") + Escape(ReadBack());
-        }
-        // The answer is the count, and the counted bytes with the NUL after them.
-        const auto size = static_cast<std::uint32_t>(std::stoul(case_.Fields[ProfileCase::Number]));
-        std::string buffer(size + 1, '#');
-        std::uint32_t count = 0;
-        if (operation == "string")
-            count = functions_.GetPrivateProfileString(section_.Pointer, key_.Pointer, text_.Pointer,
-                                                       buffer.data(), size, file_.c_str());
-        else if (operation == "names")
-            count = functions_.GetPrivateProfileSectionNames(buffer.data(), size, file_.c_str());
-        else
-            count = functions_.GetPrivateProfileSection(section_.Pointer, buffer.data(), size, file_.c_str());
-        return std::to_string(count) + ':' + Escape(buffer.substr(0, count + 1));
+/// Returns the entries before the first header, then the name and the entries of each section.
+std::string Sections(ProfileFunctions& functions, const char* file) {
+    constexpr std::uint32_t Size = 8192;
+    std::string names(Size, '#');
+    names.resize(functions.GetPrivateProfileSectionNames(names.data(), Size, file));
+    std::string result;
+    for (std::istringstream list('\0' + names); !list.eof();) {
+        std::string name;
+        std::getline(list, name, '\0');
+        if (list.eof())
+            break;
+        std::string entries(Size, '#');
+        entries.resize(functions.GetPrivateProfileSection(name.c_str(), entries.data(), Size, file));
+        result += (name.empty() ? "" : '[' + name + ']') + entries;
     }
+    return result;
+}
 
-private:
-    static constexpr std::uint32_t Enough = 8192;
-
-    struct Argument {
-        Argument(const ProfileCase& one, ProfileCase::Field field) : Text(one.Bytes(field)) {
-            if (one.Fields[field] == "\\null")
-                Pointer = nullptr;
-        }
-        std::string Text;
-        const char* Pointer = Text.c_str();
+/// Makes the call that the case describes, on a file with the case's content.
+std::string Call(ProfileFunctions& functions, const Case& one, const std::string& path) {
+    WriteBytes(path, one[Content]);
+    const char* const file = path.c_str();
+    const auto pointer = [&one](Field field) {
+        return one[field] == "\\null" ? nullptr : one[field].c_str();
     };
-
-    /// Returns the entries before the first header, then the name and the entries of each section.
-    std::string ReadBack() {
-        std::string names(Enough, '#');
-        names.resize(functions_.GetPrivateProfileSectionNames(names.data(), Enough, file_.c_str()));
-        std::string result = Entries("");
-        for (std::size_t begin = 0; begin < names.size();) {
-            const std::string name = names.c_str() + begin;
-            begin += name.size() + 1;
-            result += '[' + name + ']' + Entries(name);
-        }
-        return result;
+    const int number = std::stoi(one[Number]);
+    const auto size = static_cast<std::uint32_t>(number);
+    if (one[Operation] == "int")
+        return std::to_string(functions.GetPrivateProfileInt(pointer(Section), pointer(Key), number, file));
+    if (one[Operation] == "write") {
+        const bool written =
+            functions.WritePrivateProfileString(pointer(Section), pointer(Key), pointer(Text), file);
+        return (written ? "1:" : "0:") + Sections(functions, file);
     }
-    std::string Entries(const std::string& section) {
-        std::string entries(Enough, '#');
-        entries.resize(
-            functions_.GetPrivateProfileSection(section.c_str(), entries.data(), Enough, file_.c_str()));
-        return entries;
-    }
-
-    ProfileFunctions& functions_;
-    const ProfileCase& case_;
-    const std::string file_;
-    const Argument section_{case_, ProfileCase::Section};
-    const Argument key_{case_, ProfileCase::Key};
-    const Argument text_{case_, ProfileCase::Text};
-};
+    return Filled(size, [&](char* buffer, std::uint32_t room) {
+        if (one[Operation] == "string")
+            return functions.GetPrivateProfileString(pointer(Section), pointer(Key), pointer(Text), buffer,
+                                                     room, file);
+        if (one[Operation] == "names")
+            return functions.GetPrivateProfileSectionNames(buffer, room, file);
+        return functions.GetPrivateProfileSection(pointer(Section), buffer, room, file);
+    });
+}
 
 TEST(ProfileCases, TextProfileFunctionsAnswerAsWindowsDoes) {
     const TemporaryFolder folder;
     TextProfileFunctions functions;
-    for (const ProfileCase& one : ReadCases())
-        EXPECT_EQ(Call(functions, one, folder / "case.ini").Answer(), one.WindowsAnswer())
-            << testing::PrintToString(one.Fields);
+    for (const Case& one : ReadCases())
+        EXPECT_EQ(Call(functions, one, folder / "case.ini"), one[one.size() > OnWindows ? OnWindows : Answer])
+            << testing::PrintToString(one);
 }
 
 TEST(ProfileCases, TheSystemAnswersAsRecorded) {
@@ -150,13 +103,11 @@ TEST(ProfileCases, TheSystemAnswersAsRecorded) {
     if (functions == nullptr)
         GTEST_SKIP() << "this system has no profile functions of its own";
     int number = 0;
-    for (const ProfileCase& one : ReadCases()) {
+    for (const Case& one : ReadCases()) {
         // Each case has its own file, because the system may cache what it has read.
-        const std::string answer =
-            Call(*functions, one, folder / (std::to_string(number++) + ".ini")).Answer();
-        if (answer != one.WindowsAnswer()) {
-            EXPECT_EQ(answer, one.Fields[ProfileCase::Answer]) << testing::PrintToString(one.Fields);
-        }
+        const std::string answer = Call(*functions, one, folder / (std::to_string(number++) + ".ini"));
+        EXPECT_TRUE(answer == one[Answer] || (one.size() > OnWindows && answer == one[OnWindows]))
+            << testing::PrintToString(answer) << " for " << testing::PrintToString(one);
     }
 }
 

@@ -28,23 +28,21 @@ TEST(ProfileText, AChangeKeepsAllOtherBytes) {
         const char* Value;
         const char* From;
         const char* To;
-    } cases[] = {
-        {"GENERAL", "soundon", "0", "  SoundOn = 1 \r\n", "  SoundOn =0\r\n"},
-        {"General", "CPWidth", "", "CPWidth=10\n", "CPWidth=\n"},
-        {"General", "WORD", " a ", "word\r", "word= a \r"},
-        {"General", "New", "v", "CPWidth=11\r\n", "CPWidth=11\r\nNew=v\r\n"},
-        {"Other", "y", "2", "x=1", "x=1\r\ny=2\r\n"},
-        {"Third", "z", "3", "x=1", "x=1\r\n[Third]\r\nz=3\r\n"},
-        {"", "head", "4", "; settings", "head=4\r\n; settings"},
-        {"general", "cpwidth", nullptr, "CPWidth=10\n", ""},
-        {"General", "word", nullptr, "word\r", ""},
-        {"Other", "x", nullptr, "x=1", ""},
-        {"Other", "SoundOn", nullptr, "", ""},
-        {"Missing", "x", nullptr, "", ""},
-        {"OTHER", nullptr, nullptr, "[Other]\r\nx=1", ""},
-        {"", nullptr, nullptr, "; settings\r\n\r\n", ""},
-        {"Missing", nullptr, nullptr, "", ""},
-    };
+    } cases[] = {{"GENERAL", "soundon", "0", "  SoundOn = 1 \r\n", "  SoundOn =0\r\n"},
+                 {"General", "CPWidth", "", "CPWidth=10\n", "CPWidth=\n"},
+                 {"General", "WORD", " a ", "word\r", "word= a \r"},
+                 {"General", "New", "v", "CPWidth=11\r\n", "CPWidth=11\r\nNew=v\r\n"},
+                 {"Other", "y", "2", "x=1", "x=1\r\ny=2\r\n"},
+                 {"Third", "z", "3", "x=1", "x=1\r\n[Third]\r\nz=3\r\n"},
+                 {"", "head", "4", "; settings", "head=4\r\n; settings"},
+                 {"general", "cpwidth", nullptr, "CPWidth=10\n", ""},
+                 {"General", "word", nullptr, "word\r", ""},
+                 {"Other", "x", nullptr, "x=1", ""},
+                 {"Other", "SoundOn", nullptr, "", ""},
+                 {"Missing", "x", nullptr, "", ""},
+                 {"OTHER", nullptr, nullptr, "[Other]\r\nx=1", ""},
+                 {"", nullptr, nullptr, "; settings\r\n\r\n", ""},
+                 {"Missing", nullptr, nullptr, "", ""}};
     for (const auto& [section, key, value, from, to] : cases) {
         ProfileText profile(Sample);
         if (key == nullptr)

@@ -2,7 +2,6 @@
 
 #include "config/TextProfileFunctions.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/OtherUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {
@@ -35,22 +34,6 @@ TEST_F(TextProfileFunctionsTest, WritesReplaceTheFileAndLeaveNoOther) {
     EXPECT_FALSE(Write(folder_.Path(), "1"));
     EXPECT_EQ(ReadInt(folder_.Path()), 77U);
     EXPECT_EQ(CountFiles(folder_.Path()), 1U);
-}
-
-TEST_F(TextProfileFunctionsTest, AFileThatCannotBeReadIsNotOverwritten) {
-    if (TALLYHORN_WINE)
-        GTEST_SKIP() << "Wine lets every user read every file";
-    WriteBytes(path_, "[s]\r\nk=5\r\n");
-    fs::permissions(folder_.Path(), fs::perms::all);
-    fs::permissions(path_, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write);
-    {
-        const OtherUser user;
-        EXPECT_EQ(ReadInt(path_), 77U);
-        EXPECT_FALSE(Write(path_, "6"));
-        EXPECT_FALSE(Write(path_, nullptr));
-    }
-    fs::permissions(path_, fs::perms::owner_read);
-    EXPECT_EQ(ReadBytes(path_), "[s]\r\nk=5\r\n");
 }
 
 TEST_F(TextProfileFunctionsTest, AFileThatIsTooLargeIsNotOverwritten) {

@@ -20,7 +20,7 @@ namespace {
 
 using Widgets = std::vector<QWidget*>;
 
-/// Not a part of another control, and not a tool button, which goes by its command's name.
+/// Returns false for parts of other controls and for tool buttons, which have no names of their own.
 bool IsControl(const QWidget& widget) {
     const QWidget* const parent = widget.parentWidget();
     return !widget.objectName().startsWith(QLatin1String("qt_")) &&
@@ -45,14 +45,15 @@ Widgets VisibleControls(const QWidget& window) {
     return controls;
 }
 
-/// The part of the common frame in which the control is.
+/// Returns the place of the frame's child that contains the control.
 QRect PartWith(const QWidget* control, const QWidget* frame) {
     while (control->parentWidget() != frame)
         control = control->parentWidget();
     return control->geometry();
 }
 
-/// Reading goes through a frame before what is beside or below it.
+/// Returns whether `one` is to the left of `other` in the same line, or above it.  Compares the children of
+/// the innermost frame that contains both, so that a frame is read to its end first.
 bool IsReadBefore(const QWidget* one, const QWidget* other) {
     const QWidget* frame = one->parentWidget();
     while (!frame->isAncestorOf(other))
@@ -63,14 +64,14 @@ bool IsReadBefore(const QWidget* one, const QWidget* other) {
     return inOneLine ? a.left() < b.left() : a.top() < b.top();
 }
 
-/// What the Tab key reaches, from where the focus is until it is there again.
+/// Presses Tab until the focus is where it was.  Returns the controls that had it.
 Widgets TabRound(const QWidget& window) {
     Widgets reached{window.focusWidget()};
     for (int i = 0; i < 200; ++i) {
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
         if (window.focusWidget() == reached.front())
             break;
-        if (window.focusWidget() != reached.back())  // a date picker has stops of its own
+        if (window.focusWidget() != reached.back())  // a date picker has several stops
             reached.push_back(window.focusWidget());
     }
     return reached;
@@ -83,7 +84,7 @@ void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
     for (std::size_t i = 0; i < order.size(); ++i) {
         for (std::size_t j = 0; j < i; ++j)
             EXPECT_FALSE(IsReadBefore(order[i], order[j]))
-                << order[i]->objectName().toStdString() << " comes behind "
+                << order[i]->objectName().toStdString() << " comes after "
                 << order[j]->objectName().toStdString();
     }
     for (QWidget* const control : controls) {

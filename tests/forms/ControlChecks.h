@@ -6,10 +6,10 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// Checks what holds for every window: whatever has a caption or takes the focus is named, for us and for
-/// screen readers; a button without text has a picture and a tip; the Tab key goes round through all of it as
-/// the eye does; no two captions share an access key but those in `sharedKeys` (capitals in alphabetical
-/// order).  The window has to be active.
+/// Checks the rules for every window, which must be active: each control with a caption or the focus has an
+/// object name and an accessible name; a button without text has an icon and a tool tip; the Tab key visits
+/// all controls in reading order; no two captions share an access key except those in `sharedKeys` (upper
+/// case, in alphabetical order).
 void ExpectSoundControls(QWidget& window, const std::string& sharedKeys = "");
 
 }  // namespace tallyhorn

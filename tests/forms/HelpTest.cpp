@@ -15,7 +15,7 @@ namespace {
 
 class HelpKeysTest : public ConsoleFixture {
 protected:
-    /// The number that F1 asks for where the focus is.
+    /// Presses F1 in the widget that has the focus.  Returns the number of the requested page, or 0.
     unsigned F1In(QWidget& window) {
         help_.Requests.clear();
         QWidget* const focus = window.focusWidget();
@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_F(HelpKeysTest, F1AsksForThePageOfTheWindowThatHasTheFocus) {
+TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
     Start();
     Receive({"Disk fault"});
     EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::MainWindow));
@@ -62,10 +62,10 @@ TEST_F(HelpKeysTest, F1AsksForThePageOfTheWindowThatHasTheFocus) {
     EXPECT_EQ(help_.Requests.size(), 1U);
 }
 
-TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
+TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
     std::ofstream(folder_ / "THListen.CHM").close();
     help_.Outcome = HelpOutcome::NoFile;
-    mailslots_.ByName["TallyhornEngine"];  // so that the start has something to say
+    mailslots_.ByName["TallyhornEngine"];  // taken, so that the start shows a message box
     boxes_.WhileAsked = [this] {
         if (help_.Requests.empty())
             QTest::keyClick(&Dialog(), Qt::Key_F1);
@@ -76,7 +76,7 @@ TEST_F(HelpKeysTest, AMissingHelpFileIsSaidInABox) {
     EXPECT_NE(boxes_.Shown[1].find("THListen.CHM could not be found"), std::string::npos);
 }
 
-/// What the windows say, against what the help says.
+/// Compares the captions in the windows with the text of the help.
 class HelpTextTest : public HelpKeysTest {
 protected:
     void SetUp() override {
@@ -124,7 +124,7 @@ protected:
     int captions_ = 0;
 };
 
-TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
+TEST_F(HelpTextTest, TheHelpContainsEveryCaption) {
     Start();
     Receive({"Disk fault"});
     ClickRow(List(0), 0);
@@ -132,7 +132,7 @@ TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
     auto* const tabs = Find<QTabWidget>("tabMessageTypes");
     for (int page = 0; page < tabs->count(); ++page)
         ExpectExplained(tabs->tabText(page));
-    ExpectAllExplained(Dialog());  // the detail window is a part of it
+    ExpectAllExplained(Dialog());  // includes the detail window, which is its child
     Command("pause");
     ExpectAllExplained(Dialog());
     ExpectDialogExplained("mnuOptions_Preferences");
@@ -144,7 +144,7 @@ TEST_F(HelpTextTest, EveryCaptionOfTheProgramIsInTheHelp) {
     EXPECT_GT(captions_, 150);
 }
 
-/// The console's own help window over the help file as it was built.
+/// The console's own help window with the help file of this build.
 class FrmHelpTest : public DialogFixture {
 protected:
     void SetUp() override {
@@ -171,7 +171,7 @@ protected:
     QPointer<QWidget> window_;
 };
 
-TEST_F(FrmHelpTest, LeadsThroughThePagesByLinkContentsAndKeys) {
+TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     EXPECT_EQ(Page(), "main-window.html");
     EXPECT_GT(Find<HelpPageView>("txtPage")->document()->size().height(), 500);
     ClickLink(QStringLiteral("troubles.html#delete"));
@@ -197,7 +197,7 @@ TEST_F(FrmHelpTest, LeadsThroughThePagesByLinkContentsAndKeys) {
     AWAIT(window_ == nullptr);
 }
 
-TEST_F(FrmHelpTest, FindsInThePageAndThroughAllOfThem) {
+TEST_F(FrmHelpTest, FindsTextInAllPages) {
     Press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(Focus(), "txtFind");
     Type("txtFind", QStringLiteral("sound.WAV"));
@@ -212,22 +212,20 @@ TEST_F(FrmHelpTest, FindsInThePageAndThroughAllOfThem) {
     }
     EXPECT_EQ(pages.size(), 4U);
     const std::string last = Page();
-    Press(Qt::Key_F3);
-    Press(Qt::Key_F3, Qt::ShiftModifier);
     Type("txtFind", QStringLiteral("no such words"));
     Press(Qt::Key_Return);
     EXPECT_EQ(found->count(), 0);
     EXPECT_EQ(Page(), last);
 }
 
-TEST_F(FrmHelpTest, WorksBesideAModalDialog) {
+TEST_F(FrmHelpTest, CanBeUsedBesideAModalDialog) {
     QDialog dialog;
     InDialog([this](QWidget& modal) {
         QCoreApplication::processEvents();
         ClickLink(QStringLiteral("tree.html"));
         auto* const contents = Find<QTreeWidget>("tvwContents");
         const QPoint first = contents->visualItemRect(contents->topLevelItem(0)).center();
-        // As the window system has it: what is sent to a widget itself passes by the dialog.
+        // Sent to the window: a modal dialog does not block events that are sent to a widget.
         QTest::mouseClick(window_->windowHandle(), Qt::LeftButton, {},
                           contents->viewport()->mapTo(window_.data(), first));
         QCoreApplication::processEvents();
@@ -238,7 +236,7 @@ TEST_F(FrmHelpTest, WorksBesideAModalDialog) {
     EXPECT_TRUE(window_->isVisible());
 }
 
-TEST_F(FrmHelpTest, TakesNothingFromOutsideTheHelpFile) {
+TEST_F(FrmHelpTest, LoadsNothingFromOtherFiles) {
     auto* const page = Find<HelpPageView>("txtPage");
     const TemporaryFolder folder;
     const std::string picture = folder / "outside.png";
@@ -255,7 +253,7 @@ TEST_F(FrmHelpTest, TakesNothingFromOutsideTheHelpFile) {
     EXPECT_EQ(text.toString(), QString());
 }
 
-TEST(OwnHelpViewer, RefusesWhatIsNoHelpFile) {
+TEST(OwnHelpViewer, RefusesOtherFiles) {
     const TemporaryFolder folder;
     OwnHelpViewer viewer;
     EXPECT_EQ(viewer.OpenHtmlHelp({folder / "none.CHM", 15, 10, 0}), HelpOutcome::NoFile);

@@ -12,7 +12,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Every icon that there is, by a name for messages.
+/// Returns all icons by names for failure messages.
 std::map<std::string, QIcon> AllIcons() {
     std::map<std::string, QIcon> icons{{"alarm", AlarmIcon()}, {"console", ConsoleIcon()}};
     for (std::size_t i = 0; i < EventPictureCount; ++i)
@@ -33,9 +33,10 @@ QImage Drawn(const QIcon& icon, int side, QRgb background, QIcon::Mode mode = QI
     return image;
 }
 
-/// How many pixels tell the two apart at a glance, in shades of grey: shapes tell, not colours.
+/// Counts the pixels whose grey values differ clearly, so that the pictures differ in shape, not only in
+/// colour.
 int ClearlyDifferent(const QImage& one, const QImage& other) {
-    constexpr int Clear = 48;  ///< of 255 shades
+    constexpr int Clear = 48;  ///< of 255 grey values
     int count = 0;
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x)
@@ -47,7 +48,7 @@ int ClearlyDifferent(const QImage& one, const QImage& other) {
 constexpr QRgb Light = 0xFFFFFFFF;
 constexpr QRgb Dark = 0xFF232629;
 
-TEST(PicturesTest, EachIsSeenAndNoTwoAreAlikeAt16Pixels) {
+TEST(PicturesTest, AllAreVisibleAndDifferentAt16Pixels) {
     const std::map<std::string, QIcon> icons = AllIcons();
     ASSERT_EQ(icons.size(), 25U);
     for (const QRgb background : {Light, Dark}) {
@@ -66,7 +67,7 @@ TEST(PicturesTest, EachIsSeenAndNoTwoAreAlikeAt16Pixels) {
     }
 }
 
-TEST(PicturesTest, DisabledOnesAreFainterAndAllSizesAreFilled) {
+TEST(PicturesTest, DisabledIconsAreFainterAndEverySizeIsFilled) {
     const auto darkness = [](const QIcon& icon, int side, QIcon::Mode mode) {
         const QImage image = Drawn(icon, side, Light, mode);
         int sum = 0;
@@ -81,8 +82,8 @@ TEST(PicturesTest, DisabledOnesAreFainterAndAllSizesAreFilled) {
     }
 }
 
-/// What it knows is read of the pictures themselves.
-TEST(SvgPictureTest, RefusesWhatItDoesNotKnow) {
+/// The program's own pictures, tested above, contain everything that is supported.
+TEST(SvgPictureTest, RefusesWhatIsNotSupported) {
     const QByteArray root = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)";
     const QByteArray good = R"(<circle cx="8" cy="8" r="7"/>)";
     ASSERT_TRUE(SvgPicture::Read(root + good + "</svg>"));

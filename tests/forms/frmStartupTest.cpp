@@ -13,9 +13,11 @@ protected:
     frmStartupTest() { keepsSplash_ = true; }
     frmStartup* Splash() { return console_->Window().findChild<frmStartup*>(); }
     static QString Label(const QWidget& window, const char* name) {
-        return window.findChild<QLabel*>(QString::fromLatin1(name))->text();
+        const auto* const label = window.findChild<QLabel*>(QLatin1String(name));
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << name;
+        return label->text();
     }
-    /// By the menu; `act` has to close the box.
+    /// Opens the about box by the menu.  `act` must close it.
     template <class Act>
     void InAbout(Act act) {
         bool closed = false;
@@ -28,31 +30,26 @@ protected:
     }
 };
 
-TEST_F(frmStartupTest, TheAboutBoxTellsVersionNamesAndYear) {
+TEST_F(frmStartupTest, TheAboutBoxShowsVersionNamesAndTheYearOfItsOpening) {
     names_.User = "<b>J\xC3\xB6rg</b>";
     names_.Computer = "console-pc";
     Start();
-    struct Case {
-        std::int64_t LocalSeconds;
-        const char* Year;
-    };
-    for (const Case& day : {Case{1'798'761'599, " 2026 "}, {1'798'761'600, " 2027 "}}) {
-        clock_.Local = day.LocalSeconds;
-        InAbout([&](frmStartup& about) {
+    for (const auto& [localSeconds, year] :
+         {std::pair(1'798'761'599, " 2026 "), std::pair(1'798'761'600, " 2027 ")}) {
+        clock_.Local = localSeconds;
+        InAbout([&, year = year](frmStartup& about) {
             ExpectSoundControls(about);
             EXPECT_EQ(Label(about, "lblVersion"), QStringLiteral("Version:  4.7.11"));
             EXPECT_EQ(Label(about, "lblStartupInfo0"), QStringLiteral("Username: <b>J\u00F6rg</b>"));
             EXPECT_EQ(Label(about, "lblStartupInfo1"), QStringLiteral("Computer: console-pc"));
-            EXPECT_EQ(about.findChild<QLabel*>(QStringLiteral("lblStartupInfo0"))->textFormat(),
-                      Qt::PlainText);
             const QString notice = Label(about, "lblCopyright");
-            EXPECT_TRUE(notice.contains(QLatin1String(day.Year))) << notice.toStdString();
+            EXPECT_TRUE(notice.contains(QLatin1String(year))) << notice.toStdString();
             QTest::keyClick(&about, Qt::Key_Escape);
         });
     }
 }
 
-TEST_F(frmStartupTest, TheAboutBoxIsClosedByButtonAndClick) {
+TEST_F(frmStartupTest, ButtonAndClickCloseTheAboutBox) {
     Start();
     InAbout([](QWidget& about) {
         QTest::mouseClick(about.findChild<QPushButton*>(QStringLiteral("cmdClose")), Qt::LeftButton);
@@ -60,7 +57,7 @@ TEST_F(frmStartupTest, TheAboutBoxIsClosedByButtonAndClick) {
     InAbout([](QWidget& about) { QTest::mouseClick(&about, Qt::LeftButton, {}, QPoint(10, 10)); });
 }
 
-TEST_F(frmStartupTest, TheSplashGoesByItselfAndTakesNoFocus) {
+TEST_F(frmStartupTest, TheSplashClosesAfterTwoSecondsAndTakesNoFocus) {
     QElapsedTimer shown;
     shown.start();
     Start();
@@ -72,7 +69,7 @@ TEST_F(frmStartupTest, TheSplashGoesByItselfAndTakesNoFocus) {
     EXPECT_GE(shown.elapsed(), 1900);
 }
 
-TEST_F(frmStartupTest, TheSplashMakesWay) {
+TEST_F(frmStartupTest, TheSplashClosesForClicksDialogsAndAHiddenWindow) {
     Start();
     QTest::mouseClick(Splash(), Qt::LeftButton, {}, QPoint(10, 10));
     AWAIT(Splash() == nullptr);
@@ -93,15 +90,14 @@ TEST_F(frmStartupTest, TheSplashMakesWay) {
     console_.reset();
     datagrams_.Taken.insert(Port);
     Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
-    EXPECT_EQ(Splash(), nullptr) << "there is a question";
+    EXPECT_EQ(Splash(), nullptr) << "a message box is open";
     EXPECT_EQ(boxes_.Shown.size(), 1U);
 }
 
-TEST_F(frmStartupTest, ArrivalsSoundWhereTheUserWantsIt) {
+TEST_F(frmStartupTest, ArrivalsPlayTheSoundAndTheEndClosesTheDevice) {
     std::ofstream(folder_ / "sound.wav") << "wave";
     Start("MessageViews=7\r\nSoundOn=1\r\n");
-    Arrive("Full", "Error");
-    Poll();
+    Receive({"Full"});
     EXPECT_EQ(sound_.Commands, "Open Prev Play ");
     console_->End();
     EXPECT_EQ(sound_.Commands, "Open Prev Play Close ");

@@ -6,12 +6,12 @@
 namespace tallyhorn {
 namespace {
 
-/// The notification-area icon and the window that hides behind it, in the whole console.
+/// The notification-area icon and the hiding of the main window, tested with the whole console.
 class TrayIconTest : public ConsoleFixture {
 protected:
     void StartQuietly() {
         Start("MessageViews=7\r\nSyslogUDPPort=5514\r\nSoundOn=1\r\n");
-        EXPECT_EQ(area_.TakeCalls(), "add 0") << "beside the window until it is displayed the next time";
+        EXPECT_EQ(area_.TakeCalls(), "add 0") << "shown beside the window at first";
     }
     frmServer& Window() { return console_->Window(); }
     QAction& Item(int index) { return *console_->PopUpMenu().actions().at(index); }
@@ -23,7 +23,7 @@ protected:
         Window().setWindowState(Window().windowState() | Qt::WindowMinimized);
         QCoreApplication::processEvents();
     }
-    /// What can be seen of the main window, and where the user has it.
+    /// Returns where the user sees the main window.
     std::string Place() {
         if (!Window().isVisible())
             return "hidden";
@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(TrayIconTest, TheMenuIsCompleteAndItsMarkFollowsTheSound) {
+TEST_F(TrayIconTest, TheMenuIsCompleteAndItsCheckMarkFollowsTheSound) {
     StartQuietly();
     std::string captions;
     for (const QAction* const item : console_->PopUpMenu().actions())
@@ -54,25 +54,24 @@ TEST_F(TrayIconTest, TheMenuIsCompleteAndItsMarkFollowsTheSound) {
     Item(4).trigger();
     ASSERT_EQ(help_.Requests.size(), 1U);
     EXPECT_EQ(help_.Requests[0].What.Context, HelpNumber(HelpContext::Contents));
-    EXPECT_EQ(area_.TakeCalls(), "") << "nothing of this concerns the icon";
+    EXPECT_EQ(area_.TakeCalls(), "") << "none of this changes the icon";
 }
 
-TEST_F(TrayIconTest, HidesFlashesAndComesBackAsItWas) {
+TEST_F(TrayIconTest, TheWindowHidesTheIconFlashesAndTheWindowReturnsAsItWas) {
     StartQuietly();
-    Arrive("seen", "Error");
-    Poll();
-    EXPECT_FALSE(Timer("timFlash").isActive()) << "the window is in front";
+    Receive({"seen"});
+    EXPECT_FALSE(Timer("timFlash").isActive()) << "the window is visible";
     List(0)->selectAll();
     Command("mnuFile_ViewMsg");
     auto* const details = Find("frmMessage");
     for (const char* const place : {"maximised", "normal"}) {
-        if (place == std::string("normal"))
+        if (Place() != place)
             Window().showNormal();
         const QRect geometry = Window().geometry();
         ASSERT_EQ(Place(), place);
         Minimize();
         EXPECT_EQ(Place(), "hidden");
-        EXPECT_FALSE(details->isVisible()) << "it goes with its window";
+        EXPECT_FALSE(details->isVisible()) << "it hides with its main window";
         EXPECT_EQ(area_.TakeCalls(), "add 0");
         EXPECT_FALSE(Timer("timFlash").isActive());
         if (place == std::string("normal"))
@@ -95,14 +94,13 @@ TEST_F(TrayIconTest, HidesFlashesAndComesBackAsItWas) {
     }
 }
 
-TEST_F(TrayIconTest, IsReachableWhateverTheAreaDoes) {
+TEST_F(TrayIconTest, TheWindowIsReachableWhateverTheAreaDoes) {
     StartQuietly();
     area_.Available = false;
     Minimize();
     EXPECT_EQ(Place(), "task bar");
-    Arrive("new", "Error");
-    Poll();
-    EXPECT_TRUE(Timer("timFlash").isActive()) << "for an area that comes later";
+    Receive({"new"});
+    EXPECT_TRUE(Timer("timFlash").isActive()) << "an area may appear later";
     EXPECT_TRUE(Timer("timWatch").isActive());
     area_.Available = true;
     Tick("timWatch");
@@ -110,11 +108,12 @@ TEST_F(TrayIconTest, IsReachableWhateverTheAreaDoes) {
     EXPECT_EQ(Place(), "task bar");
     Window().showMaximized();
     QCoreApplication::processEvents();
-    EXPECT_FALSE(Timer("timFlash").isActive()) << "the user has it before him";
+    EXPECT_FALSE(Timer("timFlash").isActive()) << "the user sees the window";
 
+    // The second time, the area disappears while the window is hidden.
     Minimize();
     ASSERT_EQ(Place(), "hidden");
-    // An area may be away for a moment.
+    // An area that is missing once may only restart.
     for (const bool available : {false, true, false}) {
         area_.Available = available;
         Tick("timWatch");
@@ -129,7 +128,7 @@ TEST_F(TrayIconTest, IsReachableWhateverTheAreaDoes) {
     EXPECT_EQ(Place(), "task bar");
 }
 
-TEST_F(TrayIconTest, ADialogKeepsItOnTheTaskBarAndTheMenuWorksBesideIt) {
+TEST_F(TrayIconTest, ADialogKeepsTheWindowOnTheTaskBarAndTheMenuWorks) {
     StartQuietly();
     InDialog([this](QWidget& preferences) {
         Minimize();
@@ -150,15 +149,15 @@ TEST_F(TrayIconTest, ADialogKeepsItOnTheTaskBarAndTheMenuWorksBesideIt) {
         EXPECT_EQ(help_.Requests.size(), 1U) << "help does not wait for the dialog";
         area_.TakeCalls();
         Item(6).trigger();
-        EXPECT_FALSE(console_->HasEnded()) << "not in the middle of the dialog";
+        EXPECT_FALSE(console_->HasEnded()) << "not before the dialog has closed";
     });
     Command("mnuOptions_Preferences");
     AWAIT(console_->HasEnded());
     EXPECT_TRUE(boxes_.Shown.empty()) << "nothing is asked";
-    EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "all is saved";
+    EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "the settings are saved";
     EXPECT_EQ(area_.TakeCalls(), "delete");
     area_.At.DoubleClick();
-    EXPECT_EQ(Place(), "hidden") << "nothing acts any more";
+    EXPECT_EQ(Place(), "hidden") << "the menu has no effect any more";
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "platform/WholeFile.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/linux/PlainUser.h"
 
 namespace {
 
@@ -38,26 +39,6 @@ namespace tallyhorn {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Root ignores permissions, so a test that runs as root acts as the user "nobody" during the object's life.
-class PlainUser {
-public:
-    PlainUser() {
-        if (before_ == 0 && seteuid(Nobody) != 0)
-            _exit(1);
-    }
-    ~PlainUser() {
-        if (seteuid(before_) != 0)
-            _exit(1);
-    }
-    PlainUser(const PlainUser&) = delete;
-    PlainUser& operator=(const PlainUser&) = delete;
-
-private:
-    static constexpr uid_t Nobody = 65534;
-
-    const uid_t before_ = geteuid();
-};
 
 bool WriteAndFinish(const std::unique_ptr<OutputFile>& file) {
     return file && !file->Write("the ") && !file->Write("content") && !file->Finish();

@@ -174,14 +174,15 @@ protected:
 TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     EXPECT_EQ(Page(), "main-window.html");
     EXPECT_GT(Find<HelpPageView>("txtPage")->document()->size().height(), 500);
-    ClickLink(QStringLiteral("troubles.html#delete"));
-    EXPECT_EQ(Page(), "troubles.html");
-    Press(Qt::Key_Left, Qt::AltModifier);
-    EXPECT_EQ(Page(), "main-window.html");
-    Press(Qt::Key_Right, Qt::AltModifier);
-    EXPECT_EQ(Page(), "troubles.html");
-    Press(Qt::Key_Home, Qt::AltModifier);
-    EXPECT_EQ(Page(), "welcome.html");
+    const std::pair<std::function<void()>, const char*> steps[] = {
+        {[this] { ClickLink(QStringLiteral("troubles.html#delete")); }, "troubles.html"},
+        {[this] { Press(Qt::Key_Left, Qt::AltModifier); }, "main-window.html"},
+        {[this] { Press(Qt::Key_Right, Qt::AltModifier); }, "troubles.html"},
+        {[this] { Press(Qt::Key_Home, Qt::AltModifier); }, "welcome.html"}};
+    for (const auto& [act, page] : steps) {
+        act();
+        EXPECT_EQ(Page(), page);
+    }
     auto* const contents = Find<QTreeWidget>("tvwContents");
     EXPECT_EQ(contents->currentItem()->text(0), QStringLiteral("Welcome"));
     contents->setFocus();
@@ -195,6 +196,8 @@ TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     EXPECT_EQ(Page(), "tree.html");
     Press(Qt::Key_Escape);
     AWAIT(window_ == nullptr);
+    Open(HelpNumber(HelpContext::About));
+    EXPECT_EQ(Page(), "about.html") << "opened again";
 }
 
 TEST_F(FrmHelpTest, FindsTextInAllPages) {
@@ -203,14 +206,23 @@ TEST_F(FrmHelpTest, FindsTextInAllPages) {
     Type("txtFind", QStringLiteral("sound.WAV"));
     auto* const found = Find<QListWidget>("lvwFound");
     ASSERT_EQ(found->count(), 4);
+    const auto place = [this] {
+        const QTextCursor cursor = Find<HelpPageView>("txtPage")->textCursor();
+        EXPECT_EQ(cursor.selectedText().toLower(), QStringLiteral("sound.wav"));
+        return std::pair(Page(), cursor.selectionStart());
+    };
+    std::vector<std::pair<std::string, int>> places;
     std::set<std::string> pages;
     for (int i = 0; i < 30; ++i) {
         Press(Qt::Key_F3);
-        EXPECT_EQ(Find<HelpPageView>("txtPage")->textCursor().selectedText().toLower(),
-                  QStringLiteral("sound.wav"));
+        places.push_back(place());
         pages.insert(Page());
     }
     EXPECT_EQ(pages.size(), 4U);
+    for (std::size_t i = places.size() - 1; i-- > 0;) {
+        Press(Qt::Key_F3, Qt::ShiftModifier);
+        EXPECT_EQ(place(), places[i]) << i;
+    }
     const std::string last = Page();
     Type("txtFind", QStringLiteral("no such words"));
     Press(Qt::Key_Return);

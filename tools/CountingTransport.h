@@ -9,8 +9,8 @@
 
 namespace tallyhorn {
 
-/// Passes everything on to another transport and counts what its clients have written.
-/// Both it and the other one outlive its clients; for one thread.
+/// Forwards every call to another transport, and counts the datagrams and bytes that its clients have
+/// written. Both transports must outlive the clients.
 class CountingTransport final : public MailslotTransport {
 public:
     explicit CountingTransport(MailslotTransport& inner) : inner_(inner) {}

@@ -11,7 +11,7 @@ namespace {
 
 using Texts = std::string_view;
 
-/// One kind of event, as a machine's log would tell it.
+/// A kind of event as a monitored machine logs it.
 struct Kind {
     DemoType Type;
     Texts Alarm;
@@ -73,12 +73,12 @@ constexpr std::array<Kind, 24> Kinds = {{
      "Audit Policy Change:\r\n\tNew Policy: success and failure of logons"},
 }};
 
-/// Parts of a hundred, in the order of DemoType.
+/// How many of a hundred events have each type, in the order of DemoType.
 constexpr std::array<std::size_t, 5> Weights = {45, 20, 12, 9, 14};
 
 constexpr std::array<Texts, 8> Roles = {"DC", "FILE", "PRINT", "SQL", "WEB", "MAIL", "APP", "WS"};
 constexpr std::array<Texts, 4> Sites = {"LON", "NYC", "SYD", "BER"};
-constexpr std::size_t MachinesOfARole = 3;
+constexpr std::size_t MachinesPerRole = 3;
 
 constexpr std::array<Texts, 14> Accounts = {
     "N/A",           "SYSTEM",     "NETWORK SERVICE",  "ACME\\jharper",  "j.ng",
@@ -98,8 +98,8 @@ constexpr std::array<Texts, 12> Sentences = {"This event was raised by the monit
                                              "Workstation name: FRONTDESK.",
                                              "Ring buffer at 87% of its size."};
 
-/// Values that a careless reader stumbles over: accents and every kind of quote, markup, format letters,
-/// blanks, tabs, controls, parentheses, separators, high bytes that are no characters, nothing at all.
+/// Values that careless code mishandles: accents and quotes of all kinds, markup, format specifiers, blanks,
+/// tabs, control characters, parentheses, separators, bytes that are not characters, and an empty text.
 constexpr std::array<Texts, 16> OddValues = {"Z\xFCrich \xC9tage \xD1 \xDF \xFF",
                                              "\x93quoted\x94 \x91single\x92 \"straight\" 'ticks'",
                                              "<b>bold</b> &amp; &lt;script&gt; <br/>",
@@ -136,7 +136,7 @@ std::string Compose(const AlarmRecord& record) {
            "\r\nComputer: " + record.Computer + "\r\nDescription: " + record.Description;
 }
 
-/// What a syslog line says of the sender's own: local use 0, and how serious it is, in the order of DemoType.
+/// The syslog priority (facility local0 and a severity) for each DemoType.
 constexpr std::array<int, 6> SyslogPriorities = {134, 132, 131, 133, 133, 133};
 
 std::string SyslogHeader(AlarmDate date, DemoType type) {
@@ -158,7 +158,7 @@ std::string TwelveHourDateText(AlarmDate date) {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-/// A comma would end the field.
+/// In the syslog format a comma ends a field.
 std::string WithoutCommas(std::string field) {
     std::replace(field.begin(), field.end(), ',', ';');
     return field;
@@ -189,14 +189,14 @@ DemoText DemoFeed::Next() {
     std::string text = Compose(event.Record);
     if (text.size() < target)
         text += Prose(target - text.size());
-    if (target <= LongestWhole && text.size() > LongestWhole)
-        text.resize(LongestWhole);
+    if (target <= LongestUnsplit && text.size() > LongestUnsplit)
+        text.resize(LongestUnsplit);
     return {std::move(text), event.Type};
 }
 
 DemoText DemoFeed::NextSyslog() {
     Event event = NextEvent();
-    // A line of a log has no line ends, but an odd one may have anything.
+    // A syslog datagram normally has no line ends; an odd one may contain anything.
     if (!event.Odd)
         JoinLines(event.Record.Description);
     const std::size_t target = NextLength();
@@ -210,7 +210,7 @@ DemoText DemoFeed::NextSyslog() {
 }
 
 DemoFeed::Event DemoFeed::NextEvent() {
-    constexpr std::size_t OddOneIn = 16;
+    constexpr std::size_t EventsPerOddOne = 16;
     std::size_t draw = Below(100);
     std::size_t typeIndex = 0;
     while (draw >= Weights[typeIndex])
@@ -218,17 +218,17 @@ DemoFeed::Event DemoFeed::NextEvent() {
     Event event{.Record = {}, .Type = static_cast<DemoType>(typeIndex)};
     now_.Seconds += static_cast<std::int64_t>(Below(4));
     event.Record = LifelikeRecord(event.Type);
-    event.Odd = Below(OddOneIn) == 0;
+    event.Odd = Below(EventsPerOddOne) == 0;
     if (event.Odd)
         MakeOdd(event.Record, event.Type);
     return event;
 }
 
 std::size_t DemoFeed::NextLength() {
-    return Below(LongOneIn) == 0 ? 450 + Below(1000) : 300 + Below(LongestWhole - 300 + 1);
+    return Below(TextsPerLongOne) == 0 ? 450 + Below(1000) : 300 + Below(LongestUnsplit - 300 + 1);
 }
 
-/// Not one of the standard library's distributions, which differ from one library to the next.
+/// The standard library's distributions would give other numbers with another compiler.
 std::size_t DemoFeed::Below(std::size_t limit) {
     return static_cast<std::size_t>(random_() % limit);
 }
@@ -247,7 +247,7 @@ AlarmRecord DemoFeed::LifelikeRecord(DemoType type) {
     record.EventID = kind->EventID;
     record.AccountName = OneOf(Accounts);
     record.Computer = std::string(OneOf(Sites)) + '-' + std::string(OneOf(Roles)) + '-' +
-                      std::to_string(1 + Below(MachinesOfARole));
+                      std::to_string(1 + Below(MachinesPerRole));
     record.Description = kind->Description;
     return record;
 }
@@ -279,7 +279,7 @@ void DemoFeed::MakeOdd(AlarmRecord& record, DemoType& type) {
     }
 }
 
-/// Exactly `length` characters that go on after a description.
+/// Returns `length` characters of sentences that continue a description.
 std::string DemoFeed::Prose(std::size_t length) {
     std::string text;
     while (text.size() < length) {

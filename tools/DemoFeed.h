@@ -12,33 +12,32 @@
 
 namespace tallyhorn {
 
-/// What a made-up notification's type of event is; Other stands for an empty or unknown one.
+/// The event type of a made-up notification.  Other is an empty or unknown type text.
 enum class DemoType { Information, Warning, Error, FailureAudit, SuccessAudit, Other };
 inline constexpr std::array<std::string_view, 6> DemoTypeNames = {"Information",   "Warning",       "Error",
                                                                   "Failure Audit", "Success Audit", "other"};
-/// A number for each type.
+/// The number of notifications of each type.
 using DemoTypeCounts = std::array<std::uint64_t, DemoTypeNames.size()>;
 
-/// Owns one made-up notification, whole, and tells which type of event it is.
-/// A plain value, safe in any one thread.
+/// The whole text of a made-up notification, and its event type.
 struct DemoText {
     std::string Text;
     DemoType Type = DemoType::Information;
 };
 
-/// An endless, lifelike feed of notifications, the same on every machine for the same seed.
-/// Owns its random numbers and its clock, which starts at a fixed day; for one thread.
+/// Makes an endless series of lifelike notifications: the same for the same seed on every machine.  Its dates
+/// start at a fixed day and do not depend on the clock.
 class DemoFeed {
 public:
-    /// One text in this many is too long for one datagram.  A console that reads all parts of a text at once
-    /// loses it, so a feed must keep them rare.
-    static constexpr std::size_t LongOneIn = 250;
+    /// One text in 250 is too long for one mailslot datagram.  Such texts are rare because the console loses
+    /// a text if it reads all parts of it in one poll.
+    static constexpr std::size_t TextsPerLongOne = 250;
 
     explicit DemoFeed(std::uint64_t seed);
 
-    /// For the mailslot: mostly 300 to 390 bytes, never a NUL inside.
+    /// Returns a mailslot notification: mostly 300 to 390 bytes, and none of them NUL.
     DemoText Next();
-    /// As a syslog datagram of about that length, which ends with the description.
+    /// Returns a syslog datagram of at least 300 bytes, which ends with the description.
     DemoText NextSyslog();
 
 private:
@@ -47,8 +46,8 @@ private:
         DemoType Type = DemoType::Information;
         bool Odd = false;
     };
-    /// Of a text that goes into one mailslot datagram.
-    static constexpr std::size_t LongestWhole = 390;
+    /// The longest of the texts that fit one mailslot datagram.
+    static constexpr std::size_t LongestUnsplit = 390;
 
     Event NextEvent();
     std::size_t NextLength();

@@ -30,7 +30,7 @@ SendRun::Outcome MailslotRun::SendDemo() {
     Pace pace(arguments_.Rate);
     while ((!arguments_.Count || *counts_.Texts < *arguments_.Count) && pace.WaitFor(*counts_.Texts)) {
         DemoText next = feed.Next();
-        // The wish to end also ends a write that waits for room.
+        // Ctrl+C also interrupts a write that waits for room in the mailslot; that is no failure.
         if (!SendOne(std::move(next.Text)))
             return Count(EndRequested());
         ++counts_.ByType[static_cast<std::size_t>(next.Type)];

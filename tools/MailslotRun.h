@@ -11,15 +11,14 @@
 
 namespace tallyhorn {
 
-/// One run that sends to a mailslot.
-/// Owns its mailslot and the counts; for one thread.
+/// A run that sends to a mailslot.
 class MailslotRun final : public SendRun {
 public:
-    /// All have to outlive it.
+    /// All arguments must outlive it.
     MailslotRun(const SendArguments& arguments, MailslotTransport& transport, const Clock& clock);
 
-    /// Each text as the engine sends it, in several datagrams where it is long; or, where the arguments ask
-    /// for that, as one datagram with a NUL behind it.
+    /// Sends each text as the engine does: a long one in several datagrams.  With --raw, sends each as one
+    /// datagram with a NUL behind it.
     Outcome Send(const std::vector<std::string>& texts) override;
     Outcome SendDemo() override;
 

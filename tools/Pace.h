@@ -6,16 +6,16 @@
 
 namespace tallyhorn {
 
-/// Says when the next texts of a feed are due, by a schedule that late ones do not shift.
-/// Owns the schedule, which starts with it; for one thread.
+/// The schedule of a feed with a fixed rate.  It starts with the construction, and late texts do not shift
+/// it.
 class Pace {
 public:
-    /// `rate` in texts a second; without one all are due at once.
+    /// `rate` is in texts per second; without a rate all texts are due at once.
     explicit Pace(std::optional<std::uint64_t> rate);
 
-    /// Waits until text number `index`, from 0, is due; false when asked to end meanwhile.
+    /// Waits until text `index` is due, counted from 0.  Returns false if the user asks the program to end.
     bool WaitFor(std::uint64_t index);
-    /// How many texts from `index` on, `most` at most, need no wait.
+    /// Returns how many texts are due from `index` on, but at most `most`.
     std::uint64_t Due(std::uint64_t index, std::uint64_t most) const;
 
 private:

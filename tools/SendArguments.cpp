@@ -12,35 +12,35 @@ const char* const SendUsage =
        tallyhorn-send [OPTIONS] --demo [--count N] [--rate PER_SECOND] [--seed N]
        tallyhorn-send [OPTIONS] --raw DATAGRAM...
 
-Plays the engine: sends notifications to the mailslot that the Tallyhorn Listener Console reads, or to its port for
-syslog.
+Sends notifications as the event-log monitoring engine does: to the mailslot that the Tallyhorn Listener Console
+reads, or as syslog datagrams to its UDP port.
 
-  TEXT               one notification; UTF-8 where the system's arguments are, sent as Windows-1252
-  --file FILE        one notification, the bytes of FILE as they are; "-" is standard input
-  --demo             a made-up feed of all five event types, until it is ended (Ctrl+C)
-      --count N          only N texts
-      --rate PER_SECOND  N texts a second (without it as fast as can be)
-      --seed N           another feed (default 1); the same seed always gives the same feed
-      --number           with --syslog: number the texts, " #000001" and on at their ends
-  --raw DATAGRAM...  each argument as one datagram of its own, never split
+  TEXT               send one notification; it is converted to Windows-1252
+  --file FILE        send one notification, the unchanged bytes of FILE; "-" is standard input
+  --demo             send made-up notifications of all five event types, until Ctrl+C
+      --count N          stop after N notifications
+      --rate PER_SECOND  send so many notifications per second (default: as fast as possible)
+      --seed N           choose the series (default 1); the same seed always gives the same series
+      --number           with --syslog: append " #000001", " #000002" and so on
+  --raw DATAGRAM...  send each argument as one datagram, and never split it
 
-  --syslog HOST:PORT     send UDP datagrams there, not to a mailslot; an IPv6 address as [::1]:514
-  --mailslot NAME        default TallyhornEngine
-  --mailslot-folder DIR  the folder of the mailslots, on a system that keeps them in one
-  --help, --version      say so and end
-  --                     what follows is no option
+  --syslog HOST:PORT     send UDP datagrams to this port instead of a mailslot; IPv6: [::1]:514
+  --mailslot NAME        send to this mailslot (default TallyhornEngine)
+  --mailslot-folder DIR  look for the mailslot in this folder (Linux)
+  --help, --version      print this help or the version
+  --                     treat all further arguments as texts
 
-A text of up to 399 bytes goes out with a NUL after it, one of 400 without, a longer one in numbered parts.  The
-console loses a text whose parts it reads all at once, so about one text of a demo in 250 is long, and of those
-many never show.  By syslog every text is one datagram, sent as it is.
+To a mailslot, a text of up to 399 bytes is sent with a NUL at its end, one of 400 bytes without, and a longer one in
+numbered parts.  The console loses a text if it reads all its parts in one poll; so in a demo, about one notification
+in 250 is that long, and many of these never appear.  By syslog, every text is sent unchanged as one datagram.
 
-Ends with 0 when everything was sent, 1 when nobody listens or the listener is gone, 2 for wrong arguments.  Who
-sends by syslog learns for certain only of this machine that nobody listens, and never whether a datagram was lost.
+Exit status: 0 if everything was sent, 1 if nobody listens or no longer listens, 2 if the arguments are wrong.  With
+--syslog, that nobody listens is certain to be noticed only on this machine, and a lost datagram is never noticed.
 )";
 
 namespace {
 
-/// Digits alone, from `least` to `most`.
+/// Reads a number from `least` to `most` that consists of digits only.
 std::optional<std::uint64_t> ParseNumber(std::string_view text, std::uint64_t least, std::uint64_t most) {
     std::uint64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -49,7 +49,7 @@ std::optional<std::uint64_t> ParseNumber(std::string_view text, std::uint64_t le
     return number;
 }
 
-/// "HOST:PORT"; a host that holds colons stands in brackets, or nobody knows where it ends.
+/// Reads "HOST:PORT".  A host with colons, an IPv6 address, must be in brackets.
 std::optional<SyslogTarget> ParseTarget(const std::string& text) {
     const std::size_t colon = text.rfind(':');
     if (colon == std::string::npos)
@@ -66,7 +66,7 @@ std::optional<SyslogTarget> ParseTarget(const std::string& text) {
     return SyslogTarget{std::move(host), static_cast<std::int32_t>(*port), text};
 }
 
-/// Walks the command line; the first thing wrong stays in Error.
+/// Parses a command line.  Error is the first mistake in it.
 class Parser {
 public:
     explicit Parser(std::span<const std::string> arguments) : rest_(arguments) {}
@@ -165,7 +165,7 @@ private:
 
     void SetMode(SendMode mode) {
         if (modeSet_ && result_.Mode != mode)
-            Fail("only one of --file, --demo, --raw, --help and --version can be given");
+            Fail("only one of --file, --demo, --raw, --help and --version is allowed");
         modeSet_ = true;
         result_.Mode = mode;
     }
@@ -174,17 +174,17 @@ private:
         const SendMode mode = result_.Mode;
         if (mode == SendMode::Text && result_.Texts.size() != 1)
             Fail(result_.Texts.empty() ? "nothing to send: no text is given"
-                                       : "more than one text is given; quote a text that has blanks");
+                                       : "more than one text is given; put a text with blanks in quotes");
         if (mode == SendMode::Raw && result_.Texts.empty())
             Fail("--raw needs at least one datagram");
         if ((mode == SendMode::File || mode == SendMode::Demo) && !result_.Texts.empty())
-            Fail("a text cannot be given together with --file or --demo");
+            Fail("--file and --demo cannot be combined with a text");
         if (mode != SendMode::Demo && demoOption_)
-            Fail("--count, --rate and --seed go with --demo alone");
+            Fail("--count, --rate and --seed need --demo");
         if (result_.Number && (mode != SendMode::Demo || !result_.Syslog))
-            Fail("--number goes with --demo and --syslog");
+            Fail("--number needs --demo and --syslog");
         if (result_.Syslog && mailslotOption_)
-            Fail("a mailslot cannot be given together with --syslog");
+            Fail("--syslog cannot be combined with --mailslot or --mailslot-folder");
     }
 
     void Fail(std::string message) {

@@ -16,26 +16,26 @@ enum class SendMode { Text, File, Demo, Raw, Help, Version };
 struct SyslogTarget {
     std::string Host;
     std::int32_t Port = 0;
-    std::string Given;  ///< as the command line has it
+    std::string Given;  ///< the text on the command line, for messages
 };
 
-/// What the command line of tallyhorn-send asks for.
+/// The parsed command line of tallyhorn-send.
 struct SendArguments {
     SendMode Mode = SendMode::Text;
     std::string Mailslot{EngineMailslotName};
-    std::string MailslotFolder;                ///< empty: the user's own
-    std::optional<SyslogTarget> Syslog;        ///< in place of the mailslot
+    std::string MailslotFolder;                ///< empty for the user's own folder
+    std::optional<SyslogTarget> Syslog;        ///< if set, used instead of the mailslot
     std::string File;                          ///< "-" for standard input
-    std::vector<std::string> Texts;            ///< one, or the datagrams; as given, not yet ANSI
-    std::optional<std::uint64_t> Count, Rate;  ///< of a demo; without end, and as fast as possible
+    std::vector<std::string> Texts;            ///< the text, or the datagrams of --raw, in UTF-8
+    std::optional<std::uint64_t> Count, Rate;  ///< of a demo; empty for endless and for as fast as possible
     std::uint64_t Seed = 1;
-    bool Number = false;  ///< the descriptions of a demo by syslog
+    bool Number = false;  ///< append a number to each text of a syslog demo
 };
 
 extern const char* const SendUsage;
 
-/// `arguments` without the program's name; nothing for a wrong command line, with one line in `error` that
-/// says what is wrong.
+/// Parses `arguments`, which do not include the program's name.  Returns nothing if they are wrong, and the
+/// reason as one line in `error`.
 std::optional<SendArguments> ParseSendArguments(std::span<const std::string> arguments, std::string& error);
 
 }  // namespace tallyhorn

@@ -9,19 +9,18 @@
 
 namespace tallyhorn {
 
-/// What went out so far.  A plain value.
+/// What a run has sent so far.
 struct SendCounts {
-    std::optional<std::uint64_t> Texts;  ///< where a text can be several datagrams
+    std::optional<std::uint64_t> Texts;  ///< only if a text can take several datagrams
     std::uint64_t Datagrams = 0;
     std::uint64_t Bytes = 0;
-    DemoTypeCounts ByType{};  ///< of a demo
+    DemoTypeCounts ByType{};  ///< only for a demo
 };
 
-/// One run of tallyhorn-send over one way of sending.
-/// Owns the counts; for one thread.
+/// A run of tallyhorn-send.  Owns the counts.
 class SendRun {
 public:
-    /// The system did not take a text, or told that nobody listens.
+    /// NotTaken: the system did not accept a text.  Refused: the system reports that nobody listens.
     enum class Outcome { Sent, NotTaken, Refused };
 
     SendRun() = default;
@@ -30,7 +29,8 @@ public:
     SendRun& operator=(const SendRun&) = delete;
 
     virtual Outcome Send(const std::vector<std::string>& texts) = 0;
-    /// A feed as the arguments ask for it, until its end or until the program is asked to end.
+    /// Sends a feed, until the number of texts in the arguments is reached or the user asks the program to
+    /// end.
     virtual Outcome SendDemo() = 0;
 
     const SendCounts& Counts() const { return counts_; }

@@ -13,7 +13,7 @@
 namespace tallyhorn {
 namespace {
 
-/// " #000001" for the first.
+/// Returns " #000001" for 1.
 std::string NumberText(std::uint64_t number) {
     std::array<char, 32> text{};
     const int length =
@@ -39,7 +39,7 @@ SendRun::Outcome SyslogRun::Send(const std::vector<std::string>& texts) {
 }
 
 SendRun::Outcome SyslogRun::SendDemo() {
-    // One system call's worth.
+    // DatagramSender::SendBatch sends so many in one system call.
     constexpr std::uint64_t BatchSize = 64;
     const std::uint64_t count = arguments_.Count.value_or(std::numeric_limits<std::uint64_t>::max());
     DemoFeed feed(arguments_.Seed);

@@ -11,14 +11,13 @@
 
 namespace tallyhorn {
 
-/// One run that sends by syslog.
-/// Owns the counts, and nothing else; for one thread.
+/// A run that sends syslog datagrams.
 class SyslogRun final : public SendRun {
 public:
-    /// Both have to outlive it.
+    /// Both arguments must outlive it.
     SyslogRun(const SendArguments& arguments, DatagramSender& sender);
 
-    /// Each text as a datagram, as it is.
+    /// Sends each text unchanged as one datagram.
     Outcome Send(const std::vector<std::string>& texts) override;
     Outcome SendDemo() override;
 

@@ -1,4 +1,4 @@
-// Sends notifications to a console's mailslot or syslog port, as the engine does.
+// Sends notifications to the console's mailslot or syslog port, as the monitoring engine does.
 
 #include <algorithm>
 #include <cstdio>
@@ -43,7 +43,7 @@ std::optional<std::string> ReadFileBytes(const std::string& path) {
         return ReadAll(std::cin);
     }
     std::ifstream file(PathFromUtf8(path), std::ios::binary);
-    // A folder opens, but has no first byte to look at and does not say that it ends.
+    // On Linux a folder can be opened like a file; reading its first byte then sets badbit.
     if (!file || (file.peek() == std::ifstream::traits_type::eof() && file.bad()))
         return std::nullopt;
     return ReadAll(file);
@@ -53,7 +53,7 @@ std::string Counted(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-/// The texts that the command line gives, of which a demo has none; nothing where the file cannot be read.
+/// Returns the texts to send, none for a demo; or nothing if the file cannot be read.
 std::optional<std::vector<std::string>> TextsToSend(const SendArguments& arguments) {
     std::vector<std::string> texts;
     if (arguments.Mode == SendMode::File) {
@@ -76,10 +76,10 @@ void Report(const SendCounts& counts, const std::string& target, bool demo) {
         std::cout << "  " << DemoTypeNames[type] << ": " << counts.ByType[type] << '\n';
 }
 
-/// How messages name a way of sending.
+/// The parts of messages that depend on the way of sending.
 struct Wording {
     std::string Target;
-    std::string Listener;  ///< where nobody listens
+    std::string Listener;  ///< completes "nobody listens at"
     std::string NotTaken;
 };
 
@@ -103,26 +103,26 @@ int SendToMailslot(const SendArguments& arguments, const std::vector<std::string
     const std::string listener = "the mailslot " + arguments.Mailslot;
     return SendAndReport(run, arguments, texts,
                          {arguments.Mailslot, listener,
-                          listener + " did not take a datagram: it is too long or the listener is gone"});
+                          listener + " did not accept a datagram: it is too long, or its reader has ended"});
 }
 
 int SendBySyslog(const SendArguments& arguments, const std::vector<std::string>& texts) {
     const SyslogTarget& target = *arguments.Syslog;
     const std::unique_ptr<DatagramSender> sender = MakeDatagramSockets()->Open(target.Host, target.Port);
     if (sender == nullptr)
-        return Fail(NobodyListens, "there is no way to " + target.Given);
+        return Fail(NobodyListens, "cannot find the host or a route to it: " + target.Given);
     SyslogRun run(arguments, *sender);
-    return SendAndReport(
-        run, arguments, texts,
-        {target.Given, target.Given,
-         "the system did not take a datagram for " + target.Given + ": it is too long or there is no way"});
+    return SendAndReport(run, arguments, texts,
+                         {target.Given, target.Given,
+                          "the system did not accept a datagram for " + target.Given +
+                              ": it is too long, or there is no route"});
 }
 
 int Run(const std::vector<std::string>& words) {
     std::string error;
     const std::optional<SendArguments> arguments = ParseSendArguments(words, error);
     if (!arguments)
-        return Fail(WrongArguments, error + " (--help tells how it is used)");
+        return Fail(WrongArguments, error + " (see --help)");
     if (arguments->Mode == SendMode::Help) {
         std::cout << SendUsage;
         return Sent;

@@ -15,15 +15,15 @@
 
 namespace tallyhorn {
 
-/// What a user does in a window and sees there, with real clicks and keys; controls go by their names.
+/// Operates a window with real clicks and keys, and reads what it shows.  Controls are found by object name.
 class DialogFixture : public ::testing::Test {
 protected:
-    /// The window that the test is about.
+    /// Returns the window under test.
     virtual QWidget& Dialog() = 0;
 
-    ~DialogFixture() override { EXPECT_EQ(waitingActs_, 0) << "no dialog has opened"; }
+    ~DialogFixture() override { EXPECT_EQ(waitingActs_, 0) << "a dialog did not open"; }
 
-    /// What the user does in the modal dialog that opens next; it has to close it.
+    /// Calls `act` once the next modal dialog is open.  `act` has to close it.
     template <class Modal = QWidget, class Act>
     void InDialog(Act act) {
         ++waitingActs_;
@@ -45,17 +45,17 @@ protected:
         EXPECT_NE(control, nullptr) << name;
         return control;
     }
-    /// Where a button's picture or text starts.
+    /// Clicks near the left edge, where a check box has its box.
     void Click(const std::string& name) {
         auto* const control = Find(name);
         QTest::mouseClick(control, Qt::LeftButton, {}, QPoint(8, control->height() / 2));
     }
-    /// To where the focus is, as a keyboard does.
+    /// Sends a key to the control that has the focus.
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QWidget* const focus = Dialog().focusWidget();
         QTest::keyClick(focus != nullptr ? focus : &Dialog(), key, modifiers);
     }
-    /// In place of what stands in the box.
+    /// Replaces the text in the box.
     void Type(const std::string& name, const QString& text) {
         auto* const box = Find<QLineEdit>(name);
         box->setFocus();
@@ -75,7 +75,7 @@ private:
     void ActOnceModal(const QWidget* before, const std::function<void(QWidget&)>& act) {
         QTimer::singleShot(10, &actor_, [this, before, act] {
             QWidget* const modal = QApplication::activeModalWidget();
-            // The user waits until it has the focus.
+            // Wait until the new dialog is active.
             if (modal == nullptr || modal == before || !modal->isVisible() || !modal->isActiveWindow())
                 return ActOnceModal(before, act);
             --waitingActs_;
@@ -83,7 +83,7 @@ private:
         });
     }
 
-    QObject actor_;  ///< nothing is done any more once the test is over
+    QObject actor_;  ///< the receiver of the timers, which its destruction stops
     int waitingActs_ = 0;
 };
 

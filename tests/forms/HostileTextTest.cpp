@@ -35,8 +35,8 @@ std::ostream& operator<<(std::ostream& stream, const Hostile& hostile) {
     return stream << hostile.Name;
 }
 
-/// What a sender wrote goes through every window, onto the clipboard, into the export and to the event
-/// viewer, and is a text everywhere.
+/// A text from a sender stays a text in every window, on the clipboard, in an export and for the event
+/// viewer.
 class HostileTextTest : public ConsoleFixture, public ::testing::WithParamInterface<Hostile> {
 protected:
     void StartWithMessage() {
@@ -48,9 +48,9 @@ protected:
         ClickRow(Errors(), 0);
     }
     MessageListView* Errors() { return SyslogList(0); }
-    /// No label would be read as markup, and a tool tip that is marked up to have it wrapped reads as what
-    /// was sent.
-    void NothingIsMarkup() {
+    /// No label reads the text as markup.  A tool tip is markup, so that it wraps, but shows the text
+    /// unchanged.
+    void ExpectNoMarkup() {
         for (const QWidget* const widget : QApplication::allWidgets()) {
             if (const QString tip = widget->toolTip(); Qt::mightBeRichText(tip)) {
                 EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(), ToVisibleLine(upper_));
@@ -64,12 +64,11 @@ protected:
     }
 
     const std::string text_ = GetParam().Text;
-    /// What goes where a name belongs.
     const std::string name_ = text_.substr(0, 300);
     const std::string upper_ = UpperCase(name_);
 };
 
-TEST_P(HostileTextTest, IsATextInTheWindows) {
+TEST_P(HostileTextTest, StaysATextInEveryWindow) {
     StartWithMessage();
     std::vector<QString> cells;
     for (const int column : {1, 3, 4})
@@ -77,14 +76,14 @@ TEST_P(HostileTextTest, IsATextInTheWindows) {
     EXPECT_EQ(cells, (std::vector{ToVisibleLine(name_), ToVisibleLine(upper_), ToVisibleLine(upper_)}));
     Command("view");
     EXPECT_TRUE(Find<QPlainTextEdit>("txtMessage")->toPlainText().endsWith(ToVisibleLine(text_).trimmed()));
-    NothingIsMarkup();
+    ExpectNoMarkup();
     Click("cmdClipboard");
     const QString copied = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(copied.contains(ToQString("\r\nDescription: \r\n" + text_)) ||
                 copied.contains(ToQString("Description: " + text_)))
         << copied.toStdString();
     InDialog([this](QWidget& dialog) {
-        NothingIsMarkup();
+        ExpectNoMarkup();
         const auto* const source = dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"));
         EXPECT_EQ(FromQString(source->text()).substr(0, 10), name_.substr(0, 10));
         dialog.close();
@@ -99,23 +98,24 @@ TEST_P(HostileTextTest, IsATextInTheWindows) {
         dialog.findChild<QCheckBox*>(QStringLiteral("chkFilterOn4"))->click();
         EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("cmbFilterText4"))->currentText(),
                   ToVisibleLine(upper_));
-        NothingIsMarkup();
+        ExpectNoMarkup();
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
     Command("filter");
     AwaitShown();
-    EXPECT_EQ(Errors()->model()->rowCount(), 1) << "its bytes are its own";
+    EXPECT_EQ(Errors()->model()->rowCount(), 1) << "the filter compares the sender's bytes";
 }
 
-TEST_P(HostileTextTest, IsATextForOtherPrograms) {
+TEST_P(HostileTextTest, StaysATextForOtherPrograms) {
     StartWithMessage();
     Command("eventviewer");
     if (programs_.Started.empty()) {
-        EXPECT_TRUE(upper_.starts_with('/') || upper_.starts_with('-')) << "only an option is refused";
+        EXPECT_TRUE(upper_.starts_with('/') || upper_.starts_with('-'))
+            << "only what looks like an option is refused";
     } else {
         EXPECT_EQ(programs_.Started[0], (std::vector<std::string>{"eventvwr", upper_}));
     }
-    // A second message, since exactly one is not exported.
+    // With exactly one message, the syslog page exports nothing.
     Send("Event (x): y");
     Handle();
     saveDialog_.Answer = folder_ / "export.txt";
@@ -126,7 +126,8 @@ TEST_P(HostileTextTest, IsATextForOtherPrograms) {
               std::string::npos)
         << written.substr(0, 2000);
     ASSERT_EQ(saveDialog_.Asked.size(), 1U);
-    EXPECT_EQ(saveDialog_.Asked[0].first.parent_path(), folder_.Path()) << "no name comes from a sender";
+    EXPECT_EQ(saveDialog_.Asked[0].first.parent_path(), folder_.Path())
+        << "a file name never contains a sender's text";
 }
 
 INSTANTIATE_TEST_SUITE_P(All, HostileTextTest, ::testing::ValuesIn(Texts),

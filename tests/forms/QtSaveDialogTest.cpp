@@ -18,7 +18,7 @@ using Answer = std::optional<fs::path>;
 class QtSaveDialogTest : public DialogFixture {
 protected:
     QWidget& Dialog() override { return owner_; }
-    /// Asks, and lets `act` run once the dialog stands open.
+    /// Shows the dialog and calls `act` once it is open.
     Answer Ask(const fs::path& proposal, const std::function<void(QFileDialog&)>& act) {
         InDialog<QFileDialog>(act);
         Answer answer = dialog_.AskFile(proposal, "Text files (*.txt)|*.txt");
@@ -50,7 +50,7 @@ TEST_F(QtSaveDialogTest, ProposesFolderNameAndFileType) {
     EXPECT_EQ(answer, proposal);
 }
 
-TEST_F(QtSaveDialogTest, GivesTheNameThatWasTyped) {
+TEST_F(QtSaveDialogTest, ReturnsTheTypedNameWithItsExtension) {
     const struct {
         const char16_t* Typed;
         const char16_t* Given;
@@ -60,7 +60,7 @@ TEST_F(QtSaveDialogTest, GivesTheNameThatWasTyped) {
         {u"\u00DCbersicht \u2013 \u65E5\u672C", u"\u00DCbersicht \u2013 \u65E5\u672C.txt"},
     };
     for (const auto& [typed, given] : cases) {
-        // Simulated keys are ASCII alone.
+        // QTest can type ASCII only.
         const Answer answer = Ask(proposal_, [name = QString::fromUtf16(typed)](QFileDialog& dialog) {
             NameBox(dialog)->setText(name);
             QTest::keyClick(NameBox(dialog), Qt::Key_Return);
@@ -69,7 +69,7 @@ TEST_F(QtSaveDialogTest, GivesTheNameThatWasTyped) {
     }
 }
 
-TEST_F(QtSaveDialogTest, AsksBeforeItNamesAnExistingFile) {
+TEST_F(QtSaveDialogTest, AsksBeforeItReturnsAnExistingFile) {
     WriteBytes(proposal_, "old");
     EXPECT_EQ(Ask(proposal_,
                   [this](QFileDialog& dialog) {
@@ -83,7 +83,7 @@ TEST_F(QtSaveDialogTest, AsksBeforeItNamesAnExistingFile) {
     EXPECT_EQ(ReadBytes(proposal_), "old");
 }
 
-TEST_F(QtSaveDialogTest, TheEndOfTheSessionCancelsIt) {
+TEST_F(QtSaveDialogTest, TheEndOfTheSessionCancelsDialogAndQuestion) {
     EXPECT_EQ(Ask(proposal_, [](QFileDialog& /*dialog*/) { frmServer::DismissQuestions(); }), std::nullopt);
     WriteBytes(proposal_, "old");
     EXPECT_EQ(Ask(proposal_,

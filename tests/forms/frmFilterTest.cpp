@@ -24,7 +24,7 @@ protected:
         ShowDialog();
     }
     QComboBox* Combo(int number) { return Find<QComboBox>("cmbFilterText" + std::to_string(number)); }
-    /// The computers in the list.
+    /// The computers in the list of errors.
     std::string Shown() {
         std::string computers;
         for (std::size_t i = 0; i < Received.List(3).Size(); ++i)
@@ -36,14 +36,14 @@ protected:
     std::unique_ptr<frmFilter> dialog_;
 };
 
-TEST_F(frmFilterTest, ACheckOpensItsComboBox) {
+TEST_F(frmFilterTest, ACheckBoxEnablesItsComboBox) {
     for (const char* const computer : {"B", "A", "C", "B"})
         Keep("Full", computer);
     Open();
     const QAbstractItemModelTester tester(Combo(4)->model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     EXPECT_EQ(Combo(4)->count(), 3);
-    EXPECT_EQ(Combo(4)->currentText(), "") << "nothing is chosen yet";
+    EXPECT_EQ(Combo(4)->currentText(), "");
     Click("chkFilterOn4");
     EXPECT_EQ(Focus(), "cmbFilterText4");
     EXPECT_EQ(Combo(4)->currentText(), "A");
@@ -57,16 +57,16 @@ TEST_F(frmFilterTest, ACheckOpensItsComboBox) {
     }
     Find("chkFilterOn4")->setFocus();
     Press(Qt::Key_Space);
-    EXPECT_EQ(Focus(), "cmbFilterText4") << "by keyboard too";
-    EXPECT_EQ(Combo(4)->currentText(), "B") << "what was chosen stays";
+    EXPECT_EQ(Focus(), "cmbFilterText4") << "also by keyboard";
+    EXPECT_EQ(Combo(4)->currentText(), "B") << "the choice is kept";
     Press(Qt::Key_C);
     Click("chkFilterOn1");
     Click("chkFilterOn1");
     Press(Qt::Key_Return);
     EXPECT_EQ(dialog_->result(), QDialog::Accepted);
     EXPECT_EQ(Shown(), "C ");
-    EXPECT_TRUE(filter_.PassesViewFilter(RecordOf({.Name = "another", .Computer = "C"})))
-        << "an unchecked field is not filtered by";
+    EXPECT_TRUE(filter_.PassesViewFilter(RecordOf({.Name = "any", .Computer = "c"})))
+        << "a field that is unchecked again does not filter";
     EXPECT_FALSE(filter_.PassesViewFilter(RecordOf({.Computer = "B"})));
 }
 
@@ -83,24 +83,22 @@ TEST_F(frmFilterTest, CancelChangesNothing) {
     }
 }
 
-TEST_F(frmFilterTest, AccessKeysLeadToTheCheckBoxes) {
+TEST_F(frmFilterTest, AccessKeysMoveTheFocusToTheCheckBoxes) {
     Keep("Full", "A");
     Open();
     Press(Qt::Key_A, Qt::AltModifier);
     Press(Qt::Key_Space);
     ASSERT_EQ(Focus(), "cmbFilterText1");
     Press(Qt::Key_A, Qt::AltModifier);
-    EXPECT_EQ(Focus(), "chkFilterOn1") << "also out of the same frame";
-    EXPECT_TRUE(IsChecked("chkFilterOn1")) << "the key moves the focus and no more";
+    EXPECT_EQ(Focus(), "chkFilterOn1") << "also from the same frame";
+    EXPECT_TRUE(IsChecked("chkFilterOn1")) << "the key does not press the box";
     ExpectSoundControls(*dialog_);
 }
 
-TEST_F(frmFilterTest, HostileTextsAreShownHarmlesslyAndComparedAsTheyAre) {
-    const std::string hostile = "<b>a</b> & \"&&x\"\t\r\n%s\x01\xFF";
-    Keep(hostile, "A");
-    Keep(std::string(60'000, 'W'), "B");
-    Keep("\x01middle", "C");
-    Keep("\x02middle", "D");
+TEST_F(frmFilterTest, LongTextsAndTextsThatLookTheSameCanBeChosen) {
+    Keep(std::string(60'000, 'W'), "A");
+    Keep("\x01middle", "B");
+    Keep("\x02middle", "C");
     Open();
     EXPECT_LT(dialog_->width(), 900) << "no text widens the dialog";
     Click("chkFilterOn1");
@@ -110,42 +108,32 @@ TEST_F(frmFilterTest, HostileTextsAreShownHarmlesslyAndComparedAsTheyAre) {
     EXPECT_LT(view->window()->width(), 900);
     EXPECT_LE(view->visualRect(view->model()->index(0, 0)).width(), view->viewport()->width());
     Combo(1)->hidePopup();
-    const int row =
-        Combo(1)->findText(QString::fromUtf8("<b>a</b> & \"&&x\"\u00B7\u00B7\u00B7%s\u00B7\u00FF"));
-    ASSERT_GE(row, 0);
-    EXPECT_FALSE(Combo(1)->itemData(row, Qt::ToolTipRole).toString().contains("<b>"));
-    // Two texts look the same on the screen; the one that is chosen is the one that counts.
     const int middle = Combo(1)->findText(QString::fromUtf8("\u00B7middle"));
     ASSERT_EQ(Combo(1)->itemText(middle + 1), Combo(1)->itemText(middle));
     Combo(1)->setCurrentIndex(middle + 1);
     Press(Qt::Key_Return);
-    EXPECT_EQ(Shown(), "D ");
-    filter_.RemoveViewFilter();
-    Open();
-    Click("chkFilterOn1");
-    Combo(1)->setCurrentIndex(row);
-    Press(Qt::Key_Return);
-    EXPECT_EQ(Shown(), "A ");
+    EXPECT_EQ(Shown(), "C ");
 }
 
-TEST_F(frmFilterTest, FiftyThousandTextsCostNothingUntilLookedAt) {
+TEST_F(frmFilterTest, FiftyThousandTextsDoNotAffectItsSizeOrList) {
     for (int i = 0; i < 50'000; ++i)
         Keep("Full", "PC-" + std::to_string(i));
     Open();
-    // Widths are those of a dialog over nothing.
-    EXPECT_EQ(frmFilter(filter_, Boxes).sizeHint(), dialog_->sizeHint());
+    const QSize size = dialog_->sizeHint();
     Click("chkFilterOn4");
     Combo(4)->showPopup();
     QAbstractItemView* const view = Combo(4)->view();
     AWAIT(view->isVisible());
     const int rowHeight = view->visualRect(view->model()->index(0, 0)).height();
-    EXPECT_LE(view->viewport()->height(), 17 * rowHeight) << "a list of some rows, not as high as the screen";
+    EXPECT_LE(view->viewport()->height(), 17 * rowHeight);
     QTest::keyClick(view, Qt::Key_End);
     QTest::keyClick(view, Qt::Key_Return);
     EXPECT_EQ(Combo(4)->currentText(), "PC-9999");
+    Received.Clear(Received.Syslog);
+    EXPECT_EQ(frmFilter(filter_, Boxes).sizeHint(), size) << "like that of a dialog without texts";
 }
 
-TEST_F(frmFilterTest, TakesNoSecondOrderWhileItWorks) {
+TEST_F(frmFilterTest, TakesNoInputWhileItApplies) {
     for (int i = 0; i < 3000; ++i)
         Keep("Full", "PC");
     Open();
@@ -164,10 +152,10 @@ TEST_F(frmFilterTest, TakesNoSecondOrderWhileItWorks) {
     EXPECT_EQ(Received.List(3).Size(), 3000U);
 }
 
-/// The whole way in the console, with the lists of its window.
+/// The view filter in the whole console.
 class FilterConsoleTest : public ConsoleFixture {
 protected:
-    /// Filters by the first alarm's name, once `before` is done.
+    /// Opens the dialog, calls `before`, and applies a filter with the first alarm name.
     void Filter(const std::function<void()>& before) {
         InDialog([=](QWidget& dialog) {
             before();
@@ -176,7 +164,7 @@ protected:
         });
         Command("filter");
     }
-    /// How many rows the NetBIOS lists have.
+    /// The numbers of rows in the NetBIOS lists.
     std::string Rows() {
         AwaitShown();
         std::string rows;
@@ -186,7 +174,7 @@ protected:
     }
 };
 
-TEST_F(FilterConsoleTest, GoesOnAndComesOffWithArrivalsBetween) {
+TEST_F(FilterConsoleTest, AppliesToArrivalsUntilItIsRemoved) {
     Start();
     Receive({"A", "B", "B"});
     List(0)->setFocus();
@@ -194,7 +182,7 @@ TEST_F(FilterConsoleTest, GoesOnAndComesOffWithArrivalsBetween) {
         Arrive("B", "Error");
         Poll();
     });
-    EXPECT_EQ(Rows(), "1 0 0 ") << "what came while the dialog stood open is filtered too";
+    EXPECT_EQ(Rows(), "1 0 0 ") << "also what arrived while the dialog was open";
     EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
     EXPECT_EQ(console_->Window().focusWidget(), List(0));
     Receive({"a"}, "Warning");
@@ -209,7 +197,7 @@ TEST_F(FilterConsoleTest, GoesOnAndComesOffWithArrivalsBetween) {
     EXPECT_EQ(console_->Window().focusWidget(), List(0));
 }
 
-TEST_F(FilterConsoleTest, ComesOffWhileItsPageIsHidden) {
+TEST_F(FilterConsoleTest, IsRemovedWhileItsPageIsHidden) {
     Start();
     Receive({"A", "B"});
     Filter([] {});
@@ -222,7 +210,7 @@ TEST_F(FilterConsoleTest, ComesOffWhileItsPageIsHidden) {
     EXPECT_EQ(Rows(), "2 0 0 ");
 }
 
-TEST_F(FilterConsoleTest, TheEndOfTheSessionClosesTheDialog) {
+TEST_F(FilterConsoleTest, TheEndOfTheSessionCancelsTheDialog) {
     Start();
     Receive({"A"});
     InDialog([this](QWidget& dialog) {

@@ -11,7 +11,7 @@ namespace {
 
 class ExportFileTest : public ExportFixture {
 protected:
-    /// The line behind the header.
+    /// Writes a file with this record and returns its second line.
     std::string LineOf(const AlarmRecord& record) {
         ExportFile file(file_, false);
         EXPECT_TRUE(file.Write(record));
@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(ExportFileTest, PutsADescriptionOnOneLineBetweenQuotes) {
+TEST_F(ExportFileTest, WritesADescriptionOnOneLineInQuotes) {
     const std::pair<std::string, std::string> cases[] = {
         {"", "\"\"\r\n"},
         {"   ", "\"\"\r\n"},
@@ -39,7 +39,7 @@ TEST_F(ExportFileTest, PutsADescriptionOnOneLineBetweenQuotes) {
         {"\r\n a\r\n\r\nb \r\n", "\"a  b\"\r\n"},
         {"\r\n\r\n", "\"\"\r\n"},
         {"\ta\t", "\"\ta\t\"\r\n"},
-        // Halves of a line end are none.
+        // CR or LF alone is not a line end.
         {"a\rb\nc\n\rd\r", "\"a\rb\nc\n\rd\r\"\r\n"},
         {"a\r\r\nb", "\"a\r b\"\r\n"},
         {"said \"no\", twice", "\"said \"no\", twice\"\r\n"},
@@ -52,7 +52,7 @@ TEST_F(ExportFileTest, PutsADescriptionOnOneLineBetweenQuotes) {
     EXPECT_TRUE(DescriptionOf(longOne) == std::string("\"").append(longOne).append("\"\r\n"));
 }
 
-/// Not even a comma: the fields behind it move on by one.
+/// A comma in a field therefore shifts the fields behind it.
 TEST_F(ExportFileTest, EscapesNothing) {
     std::string text = ",\"x\"=cmd|' /C calc'!A0<b>%n&amp;</b>\r\n";
     for (int i = 255; i >= 0; --i)

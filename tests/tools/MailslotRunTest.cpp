@@ -26,7 +26,7 @@ protected:
         mailslots_.Create(std::string(MailslotPrefix) + arguments_.Mailslot, cvbMailslot::MaximumMessageSize);
 };
 
-TEST_F(MailslotRunTest, SendsRawDatagramsAsTheyAreUpToOneThatIsNotTaken) {
+TEST_F(MailslotRunTest, SendsRawDatagramsUntilOneIsNotAccepted) {
     arguments_.Mode = SendMode::Raw;
     MailslotRun run(arguments_, mailslots_, clock_);
     EXPECT_EQ(run.Send({"*1-0-1-a", std::string(600, 'x'), "c"}), Outcome::NotTaken);
@@ -36,7 +36,7 @@ TEST_F(MailslotRunTest, SendsRawDatagramsAsTheyAreUpToOneThatIsNotTaken) {
     EXPECT_EQ(run.Counts().Bytes, 9U);
 }
 
-TEST_F(MailslotRunTest, CountsADemoByTypesAsFarAsItWasTaken) {
+TEST_F(MailslotRunTest, CountsTheAcceptedTextsOfADemoByType) {
     arguments_.Mode = SendMode::Demo;
     arguments_.Count = 200;
     arguments_.Seed = 5;

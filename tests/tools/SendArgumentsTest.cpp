@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,28 +11,31 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-TEST(SendArgumentsTest, TakesWhatTheHelpTells) {
+SendArguments Parse(const Words& words) {
     std::string error;
-    const auto text = ParseSendArguments(Words{"--mailslot", "Other", "text"}, error);
-    ASSERT_TRUE(text) << error;
-    EXPECT_EQ(text->Mode, SendMode::Text);
-    EXPECT_EQ(text->Mailslot, "Other");
-    EXPECT_EQ(text->Texts, Words{"text"});
-    const auto demo =
-        ParseSendArguments(Words{"--count", "5", "--demo", "--seed", "18446744073709551615"}, error);
-    ASSERT_TRUE(demo) << error;
-    EXPECT_EQ(demo->Mode, SendMode::Demo);
-    EXPECT_EQ(demo->Mailslot, "TallyhornEngine");
-    EXPECT_EQ(demo->Count, 5U);
-    EXPECT_EQ(demo->Rate, std::nullopt);
-    EXPECT_EQ(demo->Seed, 18446744073709551615U);
-    const auto raw = ParseSendArguments(Words{"--raw", "*1-0-1-a", "", "--", "--b"}, error);
-    ASSERT_TRUE(raw) << error;
-    EXPECT_EQ(raw->Texts, (Words{"*1-0-1-a", "", "--b"}));
-    EXPECT_EQ(ParseSendArguments(Words{""}, error)->Texts, Words{""});
+    const std::optional<SendArguments> arguments = ParseSendArguments(words, error);
+    EXPECT_TRUE(arguments) << testing::PrintToString(words) << ": " << error;
+    return arguments.value_or(SendArguments());
 }
 
-TEST(SendArgumentsTest, TakesATargetForSyslog) {
+TEST(SendArgumentsTest, AcceptsEachModeWithItsOptions) {
+    const SendArguments text = Parse({"--mailslot", "Other", "text"});
+    EXPECT_EQ(text.Mode, SendMode::Text);
+    EXPECT_EQ(text.Mailslot, "Other");
+    EXPECT_EQ(text.Texts, Words{"text"});
+    EXPECT_FALSE(text.Syslog);
+    EXPECT_EQ(Parse({""}).Texts, Words{""});
+    EXPECT_EQ(Parse({"--raw", "*1-0-1-a", "", "--", "--b"}).Texts, (Words{"*1-0-1-a", "", "--b"}));
+    const SendArguments demo = Parse({"--count", "5", "--demo", "--seed", "18446744073709551615"});
+    EXPECT_EQ(demo.Mode, SendMode::Demo);
+    EXPECT_EQ(demo.Mailslot, "TallyhornEngine");
+    EXPECT_EQ(demo.Count, 5U);
+    EXPECT_EQ(demo.Rate, std::nullopt);
+    EXPECT_EQ(demo.Seed, 18446744073709551615U);
+    EXPECT_TRUE(Parse({"--number", "--demo", "--rate", "9", "--syslog", "a:1"}).Number);
+}
+
+TEST(SendArgumentsTest, AcceptsATargetForSyslog) {
     const struct {
         const char* Given;
         const char* Host;
@@ -41,23 +45,15 @@ TEST(SendArgumentsTest, TakesATargetForSyslog) {
                  {"[::1]:65535", "::1", 65535},
                  {"[fe80::1%eth0]:9", "fe80::1%eth0", 9},
                  {"[127.0.0.1]:0514", "127.0.0.1", 514}};
-    std::string error;
     for (const auto& [given, host, port] : cases) {
-        const auto arguments = ParseSendArguments(Words{"--syslog", given, "text"}, error);
-        ASSERT_TRUE(arguments && arguments->Syslog) << given << ": " << error;
-        EXPECT_EQ(arguments->Syslog->Host, host);
-        EXPECT_EQ(arguments->Syslog->Port, port);
-        EXPECT_EQ(arguments->Syslog->Given, given);
+        const SyslogTarget target = Parse({"--syslog", given, "text"}).Syslog.value_or(SyslogTarget());
+        EXPECT_EQ(target.Host, host);
+        EXPECT_EQ(target.Port, port);
+        EXPECT_EQ(target.Given, given);
     }
-    const auto demo =
-        ParseSendArguments(Words{"--number", "--demo", "--rate", "9", "--syslog", "a:1"}, error);
-    ASSERT_TRUE(demo) << error;
-    EXPECT_TRUE(demo->Number);
-    EXPECT_EQ(demo->Mode, SendMode::Demo);
-    EXPECT_FALSE(ParseSendArguments(Words{"text"}, error)->Syslog);
 }
 
-TEST(SendArgumentsTest, RefusesTheRestWithALine) {
+TEST(SendArgumentsTest, RefusesEverythingElseWithAReason) {
     std::vector<Words> refused = {
         {},
         {"two", "texts"},

@@ -17,7 +17,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// What a process came to.
+/// The result of a process.
 struct Result {
     int Status = -1;
     std::string Output;
@@ -30,22 +30,22 @@ void PrintTo(const Result& result, std::ostream* out) {
     *out << result.Status << ": " << result.Output << result.Errors;
 }
 
-/// tallyhorn-send as a process of its own, and the system's mailslot and UDP port that it sends to.
+/// Runs tallyhorn-send as a process, and reads the mailslot and the UDP port that it sends to.
 class SendProgramTest : public testing::Test {
 protected:
-    /// No argument may hold a double quote, a dollar sign, a backquote or a percent sign: within double
-    /// quotes all else means itself to every shell.
+    /// Arguments must not contain ", $, ` or %, which shells interpret inside double quotes.
     Result Send(const Texts& arguments, const std::string& redirection = {}) const {
         const std::string out = testMailslot_.Home / "out";
         const std::string err = testMailslot_.Home / "err";
-        // Starts with no quote: one system's shell removes a first and a last one.
+        // "cd . &&" because cmd.exe removes a quote at the begin of a command and one at its end.
         std::string command = "cd . && \"" TALLYHORN_SEND "\"";
         for (const std::string& argument : arguments)
             command += " \"" + argument + '"';
         command += redirection + " >\"" + out + "\" 2>\"" + err + '"';
         const int status = std::system(command.c_str());
-        constexpr int MostOfAByte = 255;
-        return {status > MostOfAByte ? status >> 8 : status, ReadText(out), ReadText(err)};
+        // Linux returns a wait status, with the exit status in the second byte.
+        constexpr int LargestExitStatus = 255;
+        return {status > LargestExitStatus ? status >> 8 : status, ReadText(out), ReadText(err)};
     }
     Result SendByMailslot(Texts arguments, const std::string& redirection = {}) const {
         arguments.insert(arguments.begin(),
@@ -82,7 +82,7 @@ protected:
 
 TEST_F(SendProgramTest, SendsTextsByMailslot) {
     ASSERT_TRUE(mailslot_.InitializeMailslot(testMailslot_.Name, true));
-    // The longest that goes whole has no room for a NUL; only the first of a batch ends without one.
+    // A text of 400 bytes is sent without a NUL; it is read correctly only as the first of a batch.
     EXPECT_EQ(SendByMailslot({std::string(400, 'y')}).Status, 0);
     EXPECT_EQ(SendByMailslot({"a text of 22 bytes: ok"}),
               (Result{0, "sent 1 text, 1 datagram, 23 bytes to " + testMailslot_.Name + "\n", ""}));
@@ -102,8 +102,8 @@ TEST_F(SendProgramTest, SendsTextsBySyslog) {
               "sent 3 datagrams, 610 bytes to " + target_ + "\n");
     EXPECT_EQ(ReadPort(4), (Texts{"a text of 22 bytes: ok", "first", std::string(600, 'x'), "third"}));
     target_.replace(0, target_.find(':'), "[::1]");
-    EXPECT_EQ(SendBySyslog({"over the other family"}).Status, 0);
-    EXPECT_EQ(ReadPort(1), Texts{"over the other family"});
+    EXPECT_EQ(SendBySyslog({"by IPv6"}).Status, 0);
+    EXPECT_EQ(ReadPort(1), Texts{"by IPv6"});
 }
 
 TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
@@ -123,13 +123,13 @@ TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
     WriteBytes(file, std::string(65536, 'z'));
     EXPECT_EQ(SendBySyslog({"--file", file}),
               (Result{1, "sent 0 datagrams, 0 bytes to " + target_ + "\n",
-                      "tallyhorn-send: the system did not take a datagram for " + target_ +
-                          ": it is too long or there is no way\n"}));
+                      "tallyhorn-send: the system did not accept a datagram for " + target_ +
+                          ": it is too long, or there is no route\n"}));
     EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home / "missing"}).Status, 2);
     EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home.Path().string()}).Status, 2);
 }
 
-TEST_F(SendProgramTest, SaysWhatIsWrong) {
+TEST_F(SendProgramTest, ReportsFailures) {
     EXPECT_EQ(SendByMailslot({"text"}),
               (Result{1, "", "tallyhorn-send: nobody listens at the mailslot " + testMailslot_.Name + "\n"}));
     receiver_.reset();
@@ -138,7 +138,7 @@ TEST_F(SendProgramTest, SaysWhatIsWrong) {
     EXPECT_EQ(nobody.Errors, "tallyhorn-send: nobody listens at " + target_ + "\n");
     target_ = "no such host:514";
     EXPECT_EQ(SendBySyslog({"text"}),
-              (Result{1, "", "tallyhorn-send: there is no way to no such host:514\n"}));
+              (Result{1, "", "tallyhorn-send: cannot find the host or a route to it: no such host:514\n"}));
     const Result wrong = Send({"--demo", "--count", "many"});
     EXPECT_EQ(wrong.Status, 2);
     EXPECT_NE(wrong.Errors.find("--count needs a whole number from 1 to "), std::string::npos)

@@ -23,7 +23,7 @@ protected:
     SendArguments arguments_;
 };
 
-TEST_F(SyslogRunTest, CountsAndNumbersADemoAndKeepsItsRate) {
+TEST_F(SyslogRunTest, CountsAndNumbersADemoAtItsRate) {
     arguments_.Count = 300;
     arguments_.Seed = 5;
     arguments_.Rate = 3000;
@@ -48,7 +48,7 @@ TEST_F(SyslogRunTest, CountsAndNumbersADemoAndKeepsItsRate) {
     EXPECT_EQ(run.Counts().ByType, types);
 }
 
-TEST_F(SyslogRunTest, ADemoWithoutEndEndsWhenNobodyListens) {
+TEST_F(SyslogRunTest, AnEndlessDemoEndsWhenNobodyListens) {
     receiver_.reset();
     SyslogRun run(arguments_, *sender_);
     EXPECT_EQ(run.SendDemo(), SyslogRun::Outcome::Refused);

@@ -9,12 +9,12 @@
 namespace tallyhorn {
 namespace {
 
-/// Steps that are too short for a look at the clock after each.
-constexpr std::size_t StepsPerLook = 1024;
-/// Longer steps, and leaves that are cheaper to add in such groups.
-constexpr std::size_t LeavesTogether = 64;
+/// Rows that are tested or removed between two looks at the clock.  Each takes less time than a look.
+constexpr std::size_t RowsPerLook = 1024;
+/// Messages that are read and shown between two looks at the clock.  Adding their leaves together is faster.
+constexpr std::size_t MessagesPerLook = 64;
 
-/// The criteria by the numbers of their texts in one channel's rows.
+/// The criteria for one channel's rows, as the ids that the texts have in those rows.
 class RowTest {
 public:
     RowTest(const MessageRows& rows, const ViewFilter::Criteria& criteria) : rows_(rows) {
@@ -41,17 +41,16 @@ public:
 private:
     const MessageRows& rows_;
     std::array<std::optional<TextId>, ViewFilter::CriterionCount> texts_;
-    bool nothingMatches_ = false;  ///< a text that no row has at all
+    bool nothingMatches_ = false;  ///< a criterion that is in no row of the channel
 };
 
-/// Calls work(FIRST, COUNT) for all of `total` things, in groups of at most `size`.
+/// Calls work(first, count) for consecutive groups of at most `size` of the indices 0 to `total` - 1.
 template <typename Work>
 void InGroups(std::size_t total, std::size_t size, const Work& work) {
     for (std::size_t first = 0; first < total; first += size)
         work(first, std::min(size, total - first));
 }
 
-/// What may be filled.
 std::size_t SlotCount(const MessageStore& messages) {
     return static_cast<std::size_t>(messages.UpperBound()) + 1;
 }
@@ -63,7 +62,7 @@ bool SortsBefore(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-// ---- the channel on show
+// ---- the texts to choose from
 
 MessageChannel& ViewFilter::ChannelOnShow() const {
     return received_.In(ChannelOfPage(display_.CurrentPage()));
@@ -90,7 +89,7 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
     return values;
 }
 
-// ---- on
+// ---- applying
 
 void ViewFilter::Apply(const Criteria& criteria) {
     const Gate::Hold hold(received_.Gate());
@@ -98,27 +97,27 @@ void ViewFilter::Apply(const Criteria& criteria) {
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
         rows += list.Size();
-    // Two steps for each row: it is tested, then it is removed or its leaf is made again.
+    // Two steps per row: it is tested, then it is removed or gets a new leaf.
     LongWork work(display_, slices_, 2 * rows);
 
     ShowLists(channel, false);
     const Division division = Divide(channel, criteria, work);
-    std::vector<Slot> gone;
+    std::vector<Slot> removedSlots;
     for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
-        const std::vector<Slot> removed = channel.Lists.at(list).RemoveAt(division.Going.at(list));
-        gone.insert(gone.end(), removed.begin(), removed.end());
+        const std::vector<Slot> removed = channel.Lists.at(list).RemoveAt(division.Removed.at(list));
+        removedSlots.insert(removedSlots.end(), removed.begin(), removed.end());
     }
     if (channel.Traits.HasTree) {
-        // Leaves are removed before the rows that they show.
+        // Leaves refer to rows, so they are removed first.
         display_.ShowView(ConsolidatedView, false);
         slices_.RunNow();
         slices_.RunNow();
         received_.Tree.Clear();
-        RemoveRows(channel, gone, work);
-        RebuildTree(division.Staying, work);
+        RemoveRows(channel, removedSlots, work);
+        RebuildTree(division.Kept, work);
         display_.ShowView(ConsolidatedView, true);
     } else {
-        RemoveRows(channel, gone, work);
+        RemoveRows(channel, removedSlots, work);
     }
     ShowLists(channel, true);
 
@@ -127,7 +126,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     inForce_ = true;
     received_.UpdateListViewStatus();
     display_.ShowFilterCommand(true);
-    // The tree takes in what it was built of while arrivals are still held back.
+    // Lets the tree view take in the new leaves before arrivals add to them.
     slices_.RunNow();
 }
 
@@ -137,13 +136,13 @@ ViewFilter::Division ViewFilter::Divide(const MessageChannel& channel, const Cri
     Division division;
     for (std::size_t list = 0; list < channel.Lists.size(); ++list) {
         const MessageList& rows = channel.Lists.at(list);
-        InGroups(rows.Size(), StepsPerLook, [&](std::size_t first, std::size_t count) {
+        InGroups(rows.Size(), RowsPerLook, [&](std::size_t first, std::size_t count) {
             for (std::size_t position = first; position < first + count; ++position) {
                 const Slot slot = rows.SlotAt(position);
                 if (test.Matches(slot))
-                    division.Staying.push_back(slot);
+                    division.Kept.push_back(slot);
                 else
-                    division.Going.at(list).push_back(position);
+                    division.Removed.at(list).push_back(position);
             }
             work.Advance(count);
         });
@@ -152,22 +151,22 @@ ViewFilter::Division ViewFilter::Divide(const MessageChannel& channel, const Cri
 }
 
 void ViewFilter::RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work) {
-    InGroups(slots.size(), StepsPerLook, [&](std::size_t first, std::size_t count) {
+    InGroups(slots.size(), RowsPerLook, [&](std::size_t first, std::size_t count) {
         channel.Rows.Remove(std::span(slots).subspan(first, count));
         work.Advance(count);
     });
 }
 
-void ViewFilter::RebuildTree(const std::vector<Slot>& staying, LongWork& work) {
+void ViewFilter::RebuildTree(const std::vector<Slot>& kept, LongWork& work) {
     const AlarmDate now = LocalTime();
-    InGroups(staying.size(), LeavesTogether, [&](std::size_t first, std::size_t count) {
-        for (const Slot slot : std::span(staying).subspan(first, count))
+    InGroups(kept.size(), MessagesPerLook, [&](std::size_t first, std::size_t count) {
+        for (const Slot slot : std::span(kept).subspan(first, count))
             received_.NoteSyslogLeaf(slot, now, currentAlarm_);
         AddLeaves(count, work);
     });
 }
 
-/// Events run only where every row has its leaf.
+/// Adds the noted leaves before Advance, which lets events run: in an event every row has its leaf.
 void ViewFilter::AddLeaves(std::size_t count, LongWork& work) {
     received_.Tree.AddNoted();
     work.Advance(count);
@@ -187,7 +186,7 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
     return true;
 }
 
-// ---- off
+// ---- removing
 
 void ViewFilter::RemoveViewFilter() {
     display_.ShowFilterCommand(false);
@@ -202,13 +201,13 @@ void ViewFilter::RemoveViewFilter() {
     ShowAllViews(true);
     inForce_ = false;
     received_.UpdateListViewStatus();
-    // The views take in what came while arrivals are still held back.
+    // Lets the views take in the rows before arrivals add to them.
     slices_.RunNow();
 }
 
 void ViewFilter::AddAllRows(MessageChannel& channel, LongWork& work) {
     const AlarmDate now = LocalTime();
-    InGroups(SlotCount(channel.Messages), LeavesTogether, [&](std::size_t first, std::size_t count) {
+    InGroups(SlotCount(channel.Messages), MessagesPerLook, [&](std::size_t first, std::size_t count) {
         for (std::size_t slot = first; slot < first + count; ++slot)
             received_.ShowMessage(channel, static_cast<Slot>(slot), now, currentAlarm_);
         AddLeaves(count, work);
@@ -222,7 +221,7 @@ void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
         showDialog();
 }
 
-// ---- both
+// ---- showing and hiding views
 
 void ViewFilter::ShowLists(const MessageChannel& channel, bool shown) {
     for (std::size_t list = 0; list < channel.Lists.size(); ++list)

@@ -18,12 +18,11 @@
 
 namespace tallyhorn {
 
-/// Narrows what the main window shows to alarms with chosen values in up to four columns, and shows all that
-/// is kept again when it comes off.  User-interface thread only; events may run while it goes on or comes
-/// off, and arrivals wait meanwhile.
+/// Hides the rows of all alarms but those with chosen texts in up to four columns, and shows all kept
+/// messages again when it is removed.  Apply and RemoveViewFilter let pending events run, and hold arrivals.
 class ViewFilter final : public ViewFilterState {
 public:
-    /// All of it outlives the filter.
+    /// All arguments must outlive the filter.
     ViewFilter(ReceivedMessages& received, ServerDisplay& display, TimeSlices& slices, const Clock& clock,
                AlarmRecord& currentAlarm)
         : received_(received),
@@ -34,33 +33,33 @@ public:
 
     /// The columns Alarm, LogType, AccountName and Computer of the lists, in this order.
     static constexpr std::size_t CriterionCount = MessageRow::TextCount;
-    /// A text for each column that is to be filtered by.
+    /// The text that a column must have; nothing for a column that accepts all texts.
     using Criteria = std::array<std::optional<std::string>, CriterionCount>;
     using Values = std::array<std::vector<std::string>, CriterionCount>;
 
-    /// What the lists of the channel on show hold in each column, each text once, ordered without regard to
-    /// case.
+    /// Returns the texts in each column of the lists of the channel on show: each text once, sorted without
+    /// regard to case.
     Values ValuesOnShow() const;
 
-    /// Takes all rows off the lists of the channel on show whose texts are not exactly those of `criteria`,
-    /// and is in force from then on.
+    /// Removes from the lists of the channel on show, and for syslog from the tree, the messages whose texts
+    /// do not equal `criteria`.  compatibility: case matters here, but not for the arrivals that
+    /// PassesViewFilter tests.
     void Apply(const Criteria& criteria);
-    /// Shows every kept notification of both channels, in the order of their slots, whatever was done to them
-    /// since the filter went on.
+    /// Shows every kept message of both channels again, in the order of their slots.
     void RemoveViewFilter();
-    /// Takes the filter off where it is in force, else runs `showDialog`, in which the user may apply one.
+    /// Removes the filter if it is in force; otherwise calls `showDialog`, in which the user may apply one.
     void ToggleViewFilter(const std::function<void()>& showDialog);
 
     bool InForce() const override { return inForce_; }
-    /// Without regard to case, unlike Apply; an empty criterion lets everything pass.  The same for both
-    /// channels, whichever the filter was applied to.
+    /// Whether to show an arrival: it has the chosen texts apart from case, or no filter is in force.
+    /// compatibility: a chosen text that is empty accepts all texts, and arrivals of both channels are
+    /// tested, although Apply changes the lists of one.
     bool PassesViewFilter(const AlarmRecord& alarm) const override;
 
 private:
-    /// Of each list, where the rows stand that are to go, and the slots of those that stay.
     struct Division {
-        std::array<std::vector<std::size_t>, EventListCount> Going;
-        std::vector<Slot> Staying;
+        std::array<std::vector<std::size_t>, EventListCount> Removed;  ///< positions in each list
+        std::vector<Slot> Kept;
     };
 
     MessageChannel& ChannelOnShow() const;
@@ -69,7 +68,7 @@ private:
     Division Divide(const MessageChannel& channel, const Criteria& criteria, LongWork& work);
     void RemoveRows(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
     void AddAllRows(MessageChannel& channel, LongWork& work);
-    void RebuildTree(const std::vector<Slot>& staying, LongWork& work);
+    void RebuildTree(const std::vector<Slot>& kept, LongWork& work);
     void AddLeaves(std::size_t count, LongWork& work);
     AlarmDate LocalTime() const { return AlarmDate{clock_.LocalSeconds()}; }
 

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Each text of a backup file follows its length in so many decimal digits.
+/// The number of decimal digits in the length that precedes each text of a backup file.
 constexpr std::size_t BackupLengthDigits = 5;
 /// compatibility: after a smaller length there is no text; the next length is read directly behind it.
 constexpr std::size_t ShortestBackupText = 20;

@@ -22,7 +22,7 @@ std::string CaptionOf(MessagePage page) {
     return caption;
 }
 
-/// "dd-mmm-yyyy"
+/// Returns the day as "25-Dec-2008".
 std::string DayText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
     std::string text = std::to_string(parts.Day);
@@ -76,7 +76,8 @@ std::optional<std::filesystem::path> MessageExport::AskFile(MessagePage page) {
     return parts_.Dialog.AskFile(folder_ / name, FileTypes);
 }
 
-/// The choice counts that stands when the file has been named: the node may have gone meanwhile.
+/// Exports the node that is selected after the save dialog: events run while it is open, so that the node
+/// that was selected before may be deleted by then.
 void MessageExport::ExportTreeBranch() {
     const ConsolidatedTree& tree = parts_.Received.Tree;
     if (tree.SelectedNode().IsRoot() || !parts_.Boxes.Confirm(BranchQuestion))
@@ -90,7 +91,7 @@ void MessageExport::ExportTreeBranch() {
     Export(parts_.Received.Syslog, *file, leaves);
 }
 
-/// Adds the leaves at or below the node in the order in which they would be shown were all of it open.
+/// Adds the leaves at or below the node, in the order in which a fully expanded tree shows them.
 void MessageExport::ExportTreeBranchNode(TreeNode node, Slots& leaves) {
     if (node.IsLeaf()) {
         leaves.push_back(node.LeafSlot());
@@ -109,8 +110,7 @@ void MessageExport::Export(const MessageChannel& channel, const std::filesystem:
                           error->Text);
 }
 
-/// No events have run since the slots were chosen, and arrivals wait until the end: the file holds what was
-/// there at one moment.
+/// Arrivals are held, and no events have run since the slots were collected, so the file is a snapshot.
 std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
                                                 const std::filesystem::path& path, const Slots& slots) {
     if (IsOwnFile(path)) {
@@ -130,7 +130,7 @@ std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
     return file.Finish();
 }
 
-/// By whatever way it is named.
+/// Whether `file` is one of `ownFiles`, whatever path leads to it.
 bool MessageExport::IsOwnFile(const std::filesystem::path& file) const {
     return std::any_of(ownFiles_.begin(), ownFiles_.end(), [&](const std::string& own) {
         std::error_code none;

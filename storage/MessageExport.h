@@ -16,11 +16,11 @@
 
 namespace tallyhorn {
 
-/// The command that writes what was received to a text file of the user's choice; owns nothing.
-/// User-interface thread only; events run while it is at work, and whoever starts commands holds back others
-/// until it is done.  What it is given outlives it.
+/// The command **Export Messages To Text**.  It lets pending events run, so the caller must start no other
+/// command until it returns.
 class MessageExport {
 public:
+    /// All must outlive the export.
     struct Parts {
         ReceivedMessages& Received;
         ServerDisplay& Display;
@@ -31,14 +31,14 @@ public:
         AlarmRecord& CurrentAlarm;
     };
 
-    /// Names for files are proposed in `folder`; the console's own files in it, named by `ownFiles`, are
-    /// never written over.
+    /// Proposes file names in `folder`.  `ownFiles` are the names of the console's own files in that folder,
+    /// which an export never overwrites.
     MessageExport(const Parts& parts, std::filesystem::path folder, std::vector<std::string> ownFiles);
 
-    /// Exports what the page on show stands for: all messages of a channel, whatever a view filter lets
-    /// through, or the branch of the tree that is chosen.  Asks first, and tells a failure, which leaves what
-    /// stood at the file's name as it was.  Silent where there is nothing to export, which for syslog is
-    /// where exactly one message is held.
+    /// Asks the user, and writes a file: all messages of the channel on show, also those that a view filter
+    /// hides, or the messages under the selected node of the tree.  Shows a failure, after which an existing
+    /// file of that name is unchanged.  Does nothing if there is nothing to export.  compatibility: with
+    /// exactly one syslog message it does nothing, but with none it writes a file with the header only.
     void ExportMessages();
 
 private:

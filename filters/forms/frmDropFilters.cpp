@@ -22,7 +22,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr int LeastRowsShown = 3;  ///< of the list, on a small screen
+constexpr int LeastRowsShown = 3;  ///< rows of the list that stay visible on a small screen
 
 }  // namespace
 
@@ -55,7 +55,7 @@ frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes,
 }
 
 frmDropFilters::~frmDropFilters() {
-    // Qt destroys the view after listModel_; a view must not keep a model that is gone.
+    // listModel_ is destroyed before the view, which would then call slots of this half-destroyed object.
     lvwManageFilters->setModel(nullptr);
 }
 

@@ -16,7 +16,7 @@ class ViewFilterTest : public ::testing::Test, protected MessagesInMemory {
 protected:
     void SetUp() override { Display.Page = MessagePage::Syslog; }
 
-    /// As they arrive: kept, and shown if they pass.
+    /// The messages arrive: they are kept, and shown if they pass.
     void Syslog(const Notification& told) {
         const AlarmRecord record = RecordOf(told);
         KeepSyslog(record, filter_.PassesViewFilter(record));
@@ -31,7 +31,7 @@ protected:
         criteria.at(column) = text;
         filter_.Apply(criteria);
     }
-    /// One column of a list in the order of its rows.
+    /// The texts in one column of a list.
     Names Column(ViewNumber view, MessageColumn column) {
         Names names;
         for (std::size_t i = 0; i < Received.List(view).Size(); ++i)
@@ -39,14 +39,14 @@ protected:
         return names;
     }
     Names Computers(ViewNumber view) { return Column(view, MessageColumn::Computer); }
-    /// Which views were hidden and shown since the last look, "-" before the hidden ones.
+    /// The views that were hidden ("-") and shown since the last call.
     std::string TakeListCalls() {
         std::string calls;
         for (const std::string& call : std::exchange(Display.ListCalls, {}))
             calls += (call.starts_with("hide") ? "-" : "") + call.substr(5) + " ";
         return calls;
     }
-    /// The first alarm's text and the slots that have leaves.
+    /// The text of the first alarm's node and the slots that have leaves.
     std::string TreeText() {
         std::string text = Received.Tree.Text(Received.Tree.ChildAt(TreeNode(), 0));
         for (Slot slot = 0; slot <= Received.Syslog.Messages.UpperBound(); ++slot)
@@ -69,23 +69,21 @@ TEST_F(ViewFilterTest, ApplyKeepsTheRowsWithExactlyTheseTexts) {
         std::array<Names, 3> Left;  ///< computers in the lists of errors, warnings, information
         std::size_t Leaves;
     } cases[] = {
-        {"by alarm, in its case", {{"Full", Any, Any, Any}}, {{{"A"}, {"B"}, {"F"}}}, 3},
+        {"by alarm, case matters", {{"Full", Any, Any, Any}}, {{{"A"}, {"B"}, {"F"}}}, 3},
         {"by account", {{Any, Any, "ANN", Any}}, {{{"E"}, {}, {"D", "F"}}}, 2},
         {"by two columns", {{"Full", "Security", Any, Any}}, {{{"A"}, {}, {"F"}}}, 2},
         {"by four", {{"Full", "Security", "ANN", "F"}}, {{{}, {}, {"F"}}}, 1},
         {"by an empty text", {{Any, Any, "", Any}}, {{{"C"}, {}, {}}}, 1},
         {"by a text of another column", {{"JOE", Any, Any, Any}}, {{{}, {}, {}}}, 0},
-        {"by a text that nothing has", {{"Ful", Any, Any, Any}}, {{{}, {}, {}}}, 0},
-        {"by bytes beyond ASCII", {{Any, "Securit\xFD", Any, Any}}, {{{"E"}, {}, {}}}, 0},
+        {"by a text that no message has", {{"Ful", Any, Any, Any}}, {{{}, {}, {}}}, 0},
+        {"by characters beyond ASCII", {{Any, "Securit\xFD", Any, Any}}, {{{"E"}, {}, {}}}, 0},
     };
-    for (const bool syslog : {true, false}) {
+    for (const Notification& alarm : alarms) {
+        Syslog(alarm);
+        NetBios(alarm);
+    }
+    for (const bool syslog : {true, false, true}) {
         Display.Page = syslog ? MessagePage::Syslog : MessagePage::NetBios;
-        Received.Clear(Received.Syslog);
-        Received.Clear(Received.NetBios);
-        for (const Notification& alarm : alarms) {
-            Syslog(alarm);
-            NetBios(alarm);
-        }
         const ViewNumber first = syslog ? ViewNumber{3} : ViewNumber{0};
         const ViewNumber other = syslog ? ViewNumber{0} : ViewNumber{3};
         for (const auto& [why, criteria, left, leaves] : cases) {
@@ -96,7 +94,7 @@ TEST_F(ViewFilterTest, ApplyKeepsTheRowsWithExactlyTheseTexts) {
                 EXPECT_EQ(Computers(list), left.at(i)) << why << " " << i;
                 EXPECT_EQ(Display.Enabled.at(static_cast<std::size_t>(list)), !left.at(i).empty());
             }
-            EXPECT_EQ(Computers(other), (Names{"A", "C", "E"})) << why << ": the other channel stays";
+            EXPECT_EQ(Computers(other), (Names{"A", "C", "E"})) << why << ": the other channel";
             EXPECT_EQ(Received.Tree.LeafCount(), syslog ? leaves : 5) << why;
             EXPECT_EQ(Display.Enabled[ConsolidatedView], !Received.Tree.IsEmpty());
             filter_.RemoveViewFilter();
@@ -114,12 +112,12 @@ TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
         Notification Arrival;
         bool Passes;
     } cases[] = {
-        {"case does not count", {{Any, "Security", Any, Any}}, {"x", "SECURITY", "y", "z", ""}, true},
+        {"case does not matter", {{Any, "Security", Any, Any}}, {"x", "SECURITY", "y", "z", ""}, true},
         {"nor beyond ASCII", {{Any, Any, "J\xD6RG", Any}}, {"x", "", "j\xF6rg", "z", ""}, true},
         {"a longer one", {{"Full", Any, Any, Any}}, {"Fuller", "", "", "", ""}, false},
         {"a shorter one", {{"Full", Any, Any, Any}}, {"Ful", "", "", "", ""}, false},
         {"one of two", {{"Full", Any, Any, "PC"}}, {"full", "", "", "pd", ""}, false},
-        {"an empty text lets all pass", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, true},
+        {"an empty text accepts all", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, true},
     };
     for (const auto& [why, criteria, arrival, passes] : cases) {
         const AlarmRecord record = RecordOf(arrival);
@@ -130,7 +128,7 @@ TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
     }
 }
 
-TEST_F(ViewFilterTest, TheTreeIsBuiltAnewOfWhatStays) {
+TEST_F(ViewFilterTest, BuildsTheTreeFromTheRemainingMessages) {
     for (const char* const computer : {"A", "B", "A"})
         Syslog({.Computer = computer});
     Syslog({.Computer = "A", .Type = "Warning"});
@@ -138,18 +136,18 @@ TEST_F(ViewFilterTest, TheTreeIsBuiltAnewOfWhatStays) {
     Received.Tree.SelectNode(TreeNode::Leaf(1));
     Apply(ByComputer, "A");
     EXPECT_EQ(TreeText(), "Full ( 3 Events ) 0 2 3");
-    EXPECT_EQ(Computers(3), (Names{"A", "A", "A"})) << "an unknown type is in the list alone";
+    EXPECT_EQ(Computers(3), (Names{"A", "A", "A"})) << "an unknown type has no leaf";
     EXPECT_EQ(Received.Tree.SlotsUnder(Received.Tree.ChildAt(TreeNode(), 0)).size(), 4U)
-        << "and belongs to its alarm's branch all the same";
+        << "but its slot belongs to the branch of its alarm";
     EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot());
-    EXPECT_EQ(Alarm.TypeOfEvent, "Warning") << "the last leaf's text was read into the current alarm";
+    EXPECT_EQ(Alarm.TypeOfEvent, "Warning") << "the current alarm is the last leaf's";
 }
 
-TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
+TEST_F(ViewFilterTest, HidesViewsAndHoldsArrivalsWhileItWorks) {
     const struct {
         MessagePage Page;
         const char* Applied;
-        int Runs;  ///< of pending events, where nothing takes time
+        int Runs;  ///< of pending events, if the work takes no time
     } cases[] = {{MessagePage::NetBios, "-0 -1 -2 0 1 2 ", 1},
                  {MessagePage::Consolidated, "-3 -4 -5 -6 6 3 4 5 ", 3}};
     for (int i = 0; i < 3000; ++i) {
@@ -175,7 +173,7 @@ TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
             EXPECT_TRUE(heldThroughout) << applied;
             EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
             EXPECT_EQ(Display.WorkUnderWay, 0);
-            EXPECT_EQ(Display.Progress.size() > 40, slow) << "progress is told between slices";
+            EXPECT_EQ(Display.Progress.size() > 40, slow) << "progress is shown between slices";
             for (const auto& [done, total] : Display.Progress)
                 EXPECT_LE(done, total);
             EXPECT_EQ(Computers(0).size(), 3000U);
@@ -184,19 +182,19 @@ TEST_F(ViewFilterTest, ViewsAreHiddenAndArrivalsWaitMeanwhile) {
     }
 }
 
-TEST_F(ViewFilterTest, TheCommandTurnsItRound) {
+TEST_F(ViewFilterTest, TheCommandAppliesOrRemovesTheFilter) {
     Syslog({});
     int dialogs = 0;
     filter_.ToggleViewFilter([&] { ++dialogs; });
-    EXPECT_FALSE(Display.FilterShown.has_value()) << "a dialog that applies nothing changes nothing";
+    EXPECT_FALSE(Display.FilterShown.has_value()) << "the dialog was cancelled";
     Apply(ByLog, "none");
-    Events.Event = [&] { EXPECT_EQ(Display.FilterShown, false) << "the button is released first"; };
+    Events.Event = [&] { EXPECT_EQ(Display.FilterShown, false) << "the button is released before the work"; };
     filter_.ToggleViewFilter([&] { ++dialogs; });
     EXPECT_EQ(dialogs, 1);
     EXPECT_EQ(Computers(3), Names{"PC"});
 }
 
-TEST_F(ViewFilterTest, ComingOffShowsWhatIsKeptInTheOrderOfSlots) {
+TEST_F(ViewFilterTest, ShowsAllMessagesInTheOrderOfTheirSlots) {
     for (const char* const computer : {"A", "B", "C"})
         NetBios({.Computer = computer});
     Received.List(0).RemoveAt(std::vector<std::size_t>{0});
@@ -213,7 +211,7 @@ TEST_F(ViewFilterTest, ComingOffShowsWhatIsKeptInTheOrderOfSlots) {
     EXPECT_EQ(Received.ActiveView, 2);
 }
 
-TEST_F(ViewFilterTest, AFieldThatDoesNotReadKeepsWhatTheTextBeforeHad) {
+TEST_F(ViewFilterTest, AFieldThatCannotBeReadKeepsItsEarlierText) {
     Syslog({.Name = "By syslog"});
     ArriveText("Date: 08/21/2008 14:05:09\r\n\r\n\r\nno name");
     NetBios({.Name = "Named"});
@@ -224,7 +222,7 @@ TEST_F(ViewFilterTest, AFieldThatDoesNotReadKeepsWhatTheTextBeforeHad) {
     EXPECT_EQ(Column(0, MessageColumn::Alarm), (Names{"By syslog", "Named", "Named"}));
 }
 
-TEST_F(ViewFilterTest, ComesOffWhateverWasDoneBelowIt) {
+TEST_F(ViewFilterTest, IsRemovedAfterOtherChangesToTheMessages) {
     for (const char* const computer : {"A", "B"}) {
         Syslog({.Computer = computer});
         NetBios({.Computer = computer});
@@ -235,14 +233,14 @@ TEST_F(ViewFilterTest, ComesOffWhateverWasDoneBelowIt) {
     Syslog({.Computer = "A"});
     EXPECT_EQ(Computers(3), Names{"A"});
     Display.Page = MessagePage::NetBios;
-    Apply(ByComputer, "B");  // another view's filter on top of it
+    Apply(ByComputer, "B");  // without removing the other channel's filter
     filter_.RemoveViewFilter();
     EXPECT_EQ(Computers(3), (Names{"B", "A"}));
     EXPECT_EQ(Computers(0), (Names{"A", "B"}));
     EXPECT_EQ(Received.Tree.LeafCount(), 2U);
 }
 
-TEST_F(ViewFilterTest, SortingAndTheSelectionOfWhatStaysAreKept) {
+TEST_F(ViewFilterTest, KeepsSortingAndSelection) {
     for (const char* const computer : {"B", "C", "A", "B"})
         Syslog({.Account = computer, .Computer = computer});
     Received.List(3).SortBy(MessageColumn::Computer);
@@ -254,10 +252,10 @@ TEST_F(ViewFilterTest, SortingAndTheSelectionOfWhatStaysAreKept) {
     EXPECT_EQ(Computers(3), (Names{"Z", "B", "B"}));
     filter_.RemoveViewFilter();
     EXPECT_EQ(Computers(3), (Names{"Z", "C", "B", "B", "A"}));
-    EXPECT_EQ(Received.List(3).SelectedCount(), 0U) << "all rows are new";
+    EXPECT_EQ(Received.List(3).SelectedCount(), 0U) << "all rows are new ones";
 }
 
-TEST_F(ViewFilterTest, OffersEachTextOfTheChannelOnShowOnce) {
+TEST_F(ViewFilterTest, OffersEachTextOfTheChannelOnce) {
     for (const char* const computer : {"b", "\xC4", "", "B", "a", "b"})
         Syslog({.Computer = computer});
     Syslog({.Log = "Security", .Type = "Information"});

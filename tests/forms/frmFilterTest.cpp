@@ -95,10 +95,12 @@ TEST_F(frmFilterTest, AccessKeysMoveTheFocusToTheCheckBoxes) {
     ExpectSoundControls(*dialog_);
 }
 
-TEST_F(frmFilterTest, LongTextsAndTextsThatLookTheSameCanBeChosen) {
+TEST_F(frmFilterTest, ManyLongAndSimilarTextsCanBeChosen) {
     Keep(std::string(60'000, 'W'), "A");
     Keep("\x01middle", "B");
     Keep("\x02middle", "C");
+    for (int i = 0; i < 1000; ++i)
+        Keep("other " + std::to_string(i), "D");
     Open();
     EXPECT_LT(dialog_->width(), 900) << "no text widens the dialog";
     Click("chkFilterOn1");
@@ -106,31 +108,15 @@ TEST_F(frmFilterTest, LongTextsAndTextsThatLookTheSameCanBeChosen) {
     QAbstractItemView* const view = Combo(1)->view();
     AWAIT(view->isVisible());
     EXPECT_LT(view->window()->width(), 900);
-    EXPECT_LE(view->visualRect(view->model()->index(0, 0)).width(), view->viewport()->width());
+    const QRect row = view->visualRect(view->model()->index(0, 0));
+    EXPECT_LE(row.width(), view->viewport()->width());
+    EXPECT_LE(view->viewport()->height(), 17 * row.height()) << "not as high as the screen";
     Combo(1)->hidePopup();
     const int middle = Combo(1)->findText(QString::fromUtf8("\u00B7middle"));
     ASSERT_EQ(Combo(1)->itemText(middle + 1), Combo(1)->itemText(middle));
     Combo(1)->setCurrentIndex(middle + 1);
     Press(Qt::Key_Return);
     EXPECT_EQ(Shown(), "C ");
-}
-
-TEST_F(frmFilterTest, FiftyThousandTextsDoNotAffectItsSizeOrList) {
-    for (int i = 0; i < 50'000; ++i)
-        Keep("Full", "PC-" + std::to_string(i));
-    Open();
-    const QSize size = dialog_->sizeHint();
-    Click("chkFilterOn4");
-    Combo(4)->showPopup();
-    QAbstractItemView* const view = Combo(4)->view();
-    AWAIT(view->isVisible());
-    const int rowHeight = view->visualRect(view->model()->index(0, 0)).height();
-    EXPECT_LE(view->viewport()->height(), 17 * rowHeight);
-    QTest::keyClick(view, Qt::Key_End);
-    QTest::keyClick(view, Qt::Key_Return);
-    EXPECT_EQ(Combo(4)->currentText(), "PC-9999");
-    Received.Clear(Received.Syslog);
-    EXPECT_EQ(frmFilter(filter_, Boxes).sizeHint(), size) << "like that of a dialog without texts";
 }
 
 TEST_F(frmFilterTest, TakesNoInputWhileItApplies) {

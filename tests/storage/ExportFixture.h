@@ -15,8 +15,7 @@
 
 namespace tallyhorn {
 
-/// An export over empty stores, a window and a dialog in memory, which names a file in a folder of the test's
-/// own.
+/// An export with empty message stores and a save dialog that returns `file_`, in a temporary folder.
 class ExportFixture : public ::testing::Test, protected MessagesInMemory {
 protected:
     using Texts = std::vector<std::string>;
@@ -29,13 +28,13 @@ protected:
     static AlarmRecord Record(const std::string& name, const std::string& type = "Error") {
         return RecordOf({.Name = name, .Type = type});
     }
-    /// The line of such a record.
+    /// The line that Record(name, type) is exported as.
     static std::string Line(const std::string& name, const std::string& type = "Error") {
         return "08/21/2008 2:05:09 PM," + name + ",System,Disk," + type + ",None,7,JOE,PC,\"text\"\r\n";
     }
     void StoreNamed(const std::string& name) { KeepNetBios(NetBiosText({.Name = name}), false); }
 
-    /// What the export wrote, after a look at what it asked and told: the question alone.
+    /// Exports and returns the file's bytes.  The export must ask one question and leave no other file.
     std::string Exported() {
         Boxes.Shown.clear();
         export_.ExportMessages();
@@ -43,7 +42,7 @@ protected:
         EXPECT_EQ(CountFiles(folder_.Path()), 1U);
         return ReadBytes(file_);
     }
-    /// Nothing is asked, told or written.
+    /// The export must neither ask nor write anything.
     void ExpectSilence() {
         Boxes.Shown.clear();
         dialog_.Asked.clear();

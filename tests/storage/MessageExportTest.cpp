@@ -16,26 +16,26 @@ using namespace std::chrono_literals;
 
 class MessageExportTest : public ExportFixture {
 protected:
-    /// The export fails once it has asked, and tells a number, a tab and a text.
+    /// The export must ask, fail and show an error with a number, a tab and a text.
     void ExpectFailure() {
         Boxes.Shown.clear();
         export_.ExportMessages();
         ASSERT_EQ(Boxes.Shown.size(), 2U);
         const std::string channel = Display.Page == MessagePage::NetBios ? "NetBIOS" : "syslog";
-        const std::regex told("The following error occurred when attempting to export received " + channel +
-                              " messages to text\\.  Error # [1-9][0-9]*:\t[^\r\n\t]{4,}");
-        EXPECT_TRUE(std::regex_match(Boxes.Shown[1], told)) << Boxes.Shown[1];
+        const std::regex failure("The following error occurred when attempting to export received " +
+                                 channel + " messages to text\\.  Error # [1-9][0-9]*:\t[^\r\n\t]{4,}");
+        EXPECT_TRUE(std::regex_match(Boxes.Shown[1], failure)) << Boxes.Shown[1];
         EXPECT_EQ(Display.WorkUnderWay, 0);
         EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
     }
-    /// Chooses the node at these positions, one a level, as the children stand now.
+    /// Selects a tree node by its position among its siblings on each level.
     void Select(std::initializer_list<std::size_t> positions) {
         TreeNode node;
         for (const std::size_t position : positions)
             node = Received.Tree.ChildAt(node, position);
         Received.Tree.SelectNode(node);
     }
-    /// Three messages on every page, and a branch of all three chosen.
+    /// Adds three messages to each channel and selects the branch of the syslog ones.
     void FillAll() {
         for (int i = 0; i < 3; ++i) {
             StoreNamed("n");
@@ -48,7 +48,7 @@ protected:
                                             MessagePage::Consolidated};
 };
 
-TEST_F(MessageExportTest, AsksAndProposesForEachPage) {
+TEST_F(MessageExportTest, AsksAndProposesANameForEachPage) {
     const struct {
         MessagePage Page;
         const char* Question;
@@ -91,35 +91,35 @@ TEST_F(MessageExportTest, NoAndCancelWriteNothing) {
     EXPECT_EQ(CountFiles(folder_.Path()), 0U);
 }
 
-TEST_F(MessageExportTest, IsSilentWhereThereIsNothingToExport) {
+TEST_F(MessageExportTest, DoesNothingIfThereIsNothingToExport) {
     ExpectSilence();  // no NetBIOS message
     Display.Page = MessagePage::Consolidated;
-    ExpectSilence();  // nothing chosen
+    ExpectSilence();  // no selected node
     KeepSyslog(Record("one"));
     ExpectSilence();
     Display.Page = MessagePage::Syslog;
     ExpectSilence();  // exactly one
     Display.Page = static_cast<MessagePage>(-1);
-    ExpectSilence();  // no page at all
+    ExpectSilence();  // no page is shown
 
     Display.Page = MessagePage::Syslog;
     KeepSyslog(Record("two"));
     EXPECT_EQ(Exported(), Header + Line("one") + Line("two"));
     Received.Clear(Received.Syslog);
-    EXPECT_EQ(Exported(), Header) << "none at all makes a file of the header";
+    EXPECT_EQ(Exported(), Header) << "no syslog message is not nothing";
     Display.Page = MessagePage::NetBios;
     StoreNamed("one");
     EXPECT_EQ(Exported(), Header + Line("one"));
 }
 
-TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheSlots) {
+TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheirSlots) {
     Display.Page = MessagePage::Syslog;
     for (const char* const name : {"a", "b", "c", "d"})
         KeepSyslog(Record(name));
     Received.Syslog.Messages.Free(1);
     Received.Syslog.Messages.Free(2);
     Received.Syslog.Rows.Remove(std::vector<Slot>{1, 2});
-    // Neither the lists of its type nor a view filter makes a difference.
+    // Whether a message is shown does not matter.
     KeepSyslog(Record("hidden", "Warning"), false);
     Received.Syslog.Messages.Put(700, "   ");
     EXPECT_EQ(Exported(), Header + Line("a") + Line("hidden", "Warning") + Line("d"));
@@ -131,7 +131,7 @@ TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheSlots) {
     EXPECT_EQ(Exported(), Header + Line("a") + Line("c"));
 }
 
-TEST_F(MessageExportTest, ReadsEachChannelInItsOwnWay) {
+TEST_F(MessageExportTest, ReadsTheTextsOfEachChannelInItsFormat) {
     Received.SetDateStyle({true, "-"});
     KeepNetBios(
         "Date: 12/25/2008 15:04:05\r\n\r\n\r\nAlarm (a (b) c)\r\n\r\n\r\nLog: Security\r\nSource: x,y\r\n"
@@ -139,7 +139,7 @@ TEST_F(MessageExportTest, ReadsEachChannelInItsOwnWay) {
         "Description: one\r\n two\r\n",
         false);
     KeepNetBios("short", false);
-    // What a text lacks is what the one before it had.
+    // Fields that a text lacks keep the values of the text before.
     const std::string last =
         "25/12/2008 3:04:05 PM,a (b) c,Security,x,y,audit FAILURE ,,0,M\xDCLLER,PC,\"one  two\"\r\n";
     EXPECT_EQ(Exported(), Header + last + last);
@@ -156,12 +156,12 @@ TEST_F(MessageExportTest, ReadsEachChannelInItsOwnWay) {
                                    "\"one Source: two\"\r\n"
                                    "01/01/2010 12:00:00 AM,???,???,Disk,,None,7,???,???,"
                                    "\"one Source: two\"\r\n"))
-        << "what is no stored text came just now";
+        << "another text has the present date";
 }
 
-TEST_F(MessageExportTest, WritesABranchInTheOrderShown) {
+TEST_F(MessageExportTest, WritesABranchInTheOrderOfTheTree) {
     Display.Page = MessagePage::Consolidated;
-    // Sorted by name without regard to case, leaves by their text: log type, then source, id and date.
+    // Nodes are sorted without regard to case; leaves by log type, source, event id and date, as text.
     const struct {
         const char *Name, *Type, *Computer, *Source;
         int EventID;
@@ -185,23 +185,32 @@ TEST_F(MessageExportTest, WritesABranchInTheOrderShown) {
                ",\"text\"\r\n";
     };
     Select({0});
-    EXPECT_EQ(Exported(), Header + line(5) + line(4) + line(3) + line(2) + line(1)) << "opened by nobody yet";
+    EXPECT_EQ(Exported(), Header + line(5) + line(4) + line(3) + line(2) + line(1))
+        << "though it was never expanded";
     Select({0, 0, 0});
     EXPECT_EQ(Exported(), Header + line(5) + line(4) + line(3));
     Select({0, 0, 0, 1});
     EXPECT_EQ(Exported(), Header + line(4));
 }
 
-TEST_F(MessageExportTest, ABranchThatGoesMeanwhileIsNotExported) {
+/// Events run while the question and the dialog are open.
+TEST_F(MessageExportTest, ExportsTheBranchThatIsSelectedAfterTheDialog) {
     Display.Page = MessagePage::Consolidated;
-    FillAll();
-    Boxes.WhileAsked = [this] { Received.Clear(Received.Syslog); };
+    KeepSyslog(Record("a"));
+    KeepSyslog(Record("b"));
+    Select({0});
+    dialog_.WhileOpen = [this] { Select({1}); };
+    EXPECT_EQ(Exported(), Header + Line("b"));
+    Boxes.WhileAsked = [this] { Select({1}); };
+    dialog_.WhileOpen = [this] { Select({0}); };
+    EXPECT_EQ(Exported(), Header + Line("a"));
+    fs::remove(file_);
+    dialog_.WhileOpen = [this] { Received.Clear(Received.Syslog); };
     export_.ExportMessages();
-    EXPECT_EQ(Boxes.Shown.size(), 1U);
-    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "the branch is gone";
 }
 
-TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
+TEST_F(MessageExportTest, HoldsArrivalsOnlyWhileItWrites) {
     for (int i = 0; i < 5000; ++i) {
         StoreNamed("n");
         KeepSyslog(Record("n"));
@@ -220,7 +229,7 @@ TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
         const std::string bytes = Exported();
         EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 5001);
         EXPECT_GE(Events.Runs - before, 5000 / 11);
-        EXPECT_LE(Display.Progress.size(), 501U) << "not after every line";
+        EXPECT_LE(Display.Progress.size(), 501U) << "not for every line";
         EXPECT_GT(Display.Progress.back().first, 4900U);
         EXPECT_EQ(Display.Progress.back().second, 5000U);
         EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
@@ -228,16 +237,17 @@ TEST_F(MessageExportTest, HoldsArrivalsWhileItWritesAndNoLonger) {
     }
 }
 
-// ---- failures
-
-TEST_F(MessageExportTest, TellsAFileThatCannotBeMade) {
+TEST_F(MessageExportTest, ReportsAFailureAndExportsTheNextTime) {
     FillAll();
-    dialog_.Answer = folder_.Path() / "missing" / "f.txt";
     for (const MessagePage page : Pages) {
         Display.Page = page;
+        dialog_.Answer = folder_.Path() / "missing" / "f.txt";
         ExpectFailure();
+        EXPECT_EQ(CountFiles(folder_.Path()), 0U);
+        dialog_.Answer = file_;
+        EXPECT_EQ(Exported(), Header + Line("n") + Line("n") + Line("n"));
+        fs::remove(file_);
     }
-    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
     WriteBytes(folder_ / "Backup.dat", "the console's own");
     dialog_.Answer = folder_.Path() / "." / "Backup.dat";
     ExpectFailure();

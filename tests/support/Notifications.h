@@ -6,7 +6,7 @@
 
 namespace tallyhorn {
 
-/// What a notification of 21 August 2008, 2:05:09 PM tells; a test names what matters to it.
+/// The fields of a notification of 21 August 2008, 2:05:09 PM.  A test sets those that matter to it.
 struct Notification {
     std::string Name = "Full";
     std::string Log = "System";
@@ -17,7 +17,7 @@ struct Notification {
     std::string Source = "Disk";
 };
 
-/// As it comes by mailslot, without the NUL at its end.
+/// Returns the text that is sent by mailslot, without the NUL at its end.
 inline std::string NetBiosText(const Notification& told) {
     return "Date: 08/21/2008 14:05:09\r\n\r\n\r\nAlarm (" + told.Name + ")\r\n\r\n\r\nLog: " + told.Log +
            "\r\nSource: " + told.Source + "\r\nType: " + told.Type +
@@ -25,14 +25,14 @@ inline std::string NetBiosText(const Notification& told) {
            "\r\nDescription: " + told.Description;
 }
 
-/// As it comes by syslog.
+/// Returns the text that is sent by syslog.
 inline std::string Datagram(const Notification& told) {
     return "<13>Alarm (" + told.Name + ") Event raised: " + told.Log + " Log, 08/21/2008 2:05:09 PM, " +
            told.Source + ", " + told.Type + ", None, 7, " + told.Account + ", " + told.Computer + ", " +
            told.Description;
 }
 
-/// As both are read.
+/// Returns the record that both texts are read as.
 inline AlarmRecord RecordOf(const Notification& told) {
     AlarmRecord record;
     record.DateTime =

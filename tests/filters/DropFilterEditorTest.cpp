@@ -42,16 +42,6 @@ protected:
         editor_.Add();
         EXPECT_EQ(Save(name, source), Answer::Saved);
     }
-    /// The sources, of "a" to "d", whose alarms are suppressed.
-    std::string Suppressed() {
-        std::string sources;
-        AlarmRecord alarm;
-        for (const char* const source : {"a", "b", "c", "d"}) {
-            alarm.Source = source;
-            sources += filters_.IsSuppressed(alarm) ? source : "";
-        }
-        return sources;
-    }
 
     const std::string a_ = RecordBytes(FilterOn("A", "a"));
     const std::string b_ = RecordBytes(FilterOn("B", "b"));
@@ -76,8 +66,6 @@ TEST_F(DropFilterEditorTest, ListsTheRecordsThatAreNotBlank) {
         {a_ + blank_ + b_ + blank_, "*A 1, B 3", 4},
         {blank_ + std::string(448, '\0'), "", 2},
         {odd, "*odd 1", 1},
-        {b_ + a_.substr(0, 236), "*B 1, A 2", 2},
-        {b_ + a_.substr(0, 235), "*B 1", 1},
     };
     for (const auto& [file, listed, filterCount] : cases) {
         Manage(file);
@@ -134,9 +122,9 @@ TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     editor_.Delete();
     Add("E", "b");
     EXPECT_EQ(Listed(), "B 3, *E 6");
-    EXPECT_EQ(Suppressed(), "ab");
+    EXPECT_EQ(SuppressedSources(filters_), "ab");
     editor_.Unload();
-    EXPECT_EQ(Suppressed(), "bd");
+    EXPECT_EQ(SuppressedSources(filters_), "bd");
     EXPECT_EQ(filters_.FilterCount, 2);
     editor_.InitFormAsManager();
     EXPECT_EQ(filters_.FilterCount, 6) << "records while the dialog is open, filters afterwards";

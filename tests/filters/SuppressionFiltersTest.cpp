@@ -53,16 +53,6 @@ protected:
         filters_.CurrentFilter = filter;
         return filters_.WriteFilterRecord(record);
     }
-    /// The sources, of "a" to "d", whose alarms are suppressed.
-    std::string Suppressed() {
-        std::string sources;
-        for (const char* const source : {"a", "b", "c", "d"}) {
-            AlarmRecord alarm;
-            alarm.Source = source;
-            sources += filters_.IsSuppressed(alarm) ? source : "";
-        }
-        return sources;
-    }
 
     const std::string a_ = RecordBytes(FilterOn("A", "a"));
     const std::string b_ = RecordBytes(FilterOn("B", "b"));
@@ -93,7 +83,7 @@ TEST_F(SuppressionFiltersTest, LoadsTheRecordsThatHaveANameAndAllTheirData) {
         SCOPED_TRACE(testing::Message() << bytes.size() << " bytes");
         WriteBytes(path_, bytes);
         Load();
-        EXPECT_EQ(Suppressed(), suppressed);
+        EXPECT_EQ(SuppressedSources(filters_), suppressed);
         EXPECT_EQ(filters_.FilterCount, static_cast<std::int32_t>(std::string(suppressed).size()));
         EXPECT_EQ(filters_.CountRecords(), records);
         EXPECT_EQ(filters_.ReadFilterRecord(records), records > 0);
@@ -118,9 +108,9 @@ TEST_F(SuppressionFiltersTest, ChangesTakeEffectWhenTheFileIsLoadedAgain) {
     EXPECT_TRUE(Write(1, FilterOn("D", "d")));
     const std::string c = RecordBytes(FilterOn("C", "c"));
     EXPECT_EQ(ReadBytes(path_), RecordBytes(FilterOn("D", "d")) + b_ + c);
-    EXPECT_EQ(Suppressed(), "ab");
+    EXPECT_EQ(SuppressedSources(filters_), "ab");
     Load();
-    EXPECT_EQ(Suppressed(), "bcd");
+    EXPECT_EQ(SuppressedSources(filters_), "bcd");
 
     // A deleted filter keeps its place and its dates, and nothing else.
     filters_.CurrentFilter = FilterWithAllFields();
@@ -132,7 +122,7 @@ TEST_F(SuppressionFiltersTest, ChangesTakeEffectWhenTheFileIsLoadedAgain) {
     EXPECT_EQ(ReadBytes(path_), RecordBytes(deleted) + b_ + c);
     EXPECT_TRUE(Write(1, FilterOn("A", "a")));
     Load();
-    EXPECT_EQ(Suppressed(), "abc") << "the place can be used again";
+    EXPECT_EQ(SuppressedSources(filters_), "abc") << "the place can be used again";
 }
 
 TEST_F(SuppressionFiltersTest, HasNoFiltersUntilThereIsAFile) {
@@ -143,7 +133,7 @@ TEST_F(SuppressionFiltersTest, HasNoFiltersUntilThereIsAFile) {
         EXPECT_EQ(filters_.CountRecords(), 0);
         EXPECT_FALSE(Write(1, FilterOn("A", "a")));
         EXPECT_FALSE(filters_.ReadFilterRecord(1));
-        EXPECT_EQ(Suppressed(), "");
+        EXPECT_EQ(SuppressedSources(filters_), "");
         std::filesystem::create_directories(path_);
     }
     EXPECT_TRUE(std::filesystem::is_directory(path_));
@@ -151,7 +141,7 @@ TEST_F(SuppressionFiltersTest, HasNoFiltersUntilThereIsAFile) {
     Load();
     EXPECT_TRUE(Write(1, FilterOn("A", "a")));
     Load();
-    EXPECT_EQ(Suppressed(), "a");
+    EXPECT_EQ(SuppressedSources(filters_), "a");
 }
 
 TEST_F(SuppressionFiltersTest, LoadsAFileThatMayOnlyBeRead) {
@@ -159,7 +149,7 @@ TEST_F(SuppressionFiltersTest, LoadsAFileThatMayOnlyBeRead) {
     WriteBytes(path_, a_);
     std::filesystem::permissions(path_, std::filesystem::perms::owner_read);
     Load();
-    EXPECT_EQ(Suppressed(), "a");
+    EXPECT_EQ(SuppressedSources(filters_), "a");
     filters_.CloseFilterFile();
     std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
 }

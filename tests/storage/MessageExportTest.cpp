@@ -71,24 +71,19 @@ TEST_F(MessageExportTest, AsksAndProposesANameForEachPage) {
         ASSERT_EQ(dialog_.Asked.size(), 1U);
         EXPECT_EQ(dialog_.Asked[0].first, fs::path("console folder") / name);
         EXPECT_EQ(dialog_.Asked[0].second, "Text files (*.txt)|*.txt");
-    }
-}
-
-TEST_F(MessageExportTest, NoAndCancelWriteNothing) {
-    FillAll();
-    dialog_.Answer.reset();
-    for (const MessagePage page : Pages) {
-        Display.Page = page;
+        fs::remove(file_);
         for (const bool answer : {false, true}) {
-            Boxes.Shown.clear();
+            dialog_.Answer.reset();
             dialog_.Asked.clear();
+            Boxes.Shown.clear();
             Boxes.Answer = answer;
             export_.ExportMessages();
             EXPECT_EQ(Boxes.Shown.size(), 1U);
             EXPECT_EQ(dialog_.Asked.size(), answer ? 1U : 0U);
+            EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "No and Cancel write nothing";
         }
+        dialog_.Answer = file_;
     }
-    EXPECT_EQ(CountFiles(folder_.Path()), 0U);
 }
 
 TEST_F(MessageExportTest, DoesNothingIfThereIsNothingToExport) {

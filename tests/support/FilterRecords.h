@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "filters/SuppressionFilter.h"
+#include "filters/SuppressionFilters.h"
 
 namespace tallyhorn {
 
@@ -20,6 +20,17 @@ inline SuppressionFilter FilterOn(std::string_view name, std::string_view source
 inline std::string RecordBytes(const SuppressionFilter& filter) {
     const FilterRecord record = EncodeFilter(filter);
     return {record.data(), record.size()};
+}
+
+/// Returns the sources, of "a" to "d", whose alarms are suppressed.
+inline std::string SuppressedSources(const SuppressionFilters& filters) {
+    std::string sources;
+    AlarmRecord alarm;
+    for (const char* const source : {"a", "b", "c", "d"}) {
+        alarm.Source = source;
+        sources += filters.IsSuppressed(alarm) ? source : "";
+    }
+    return sources;
 }
 
 }  // namespace tallyhorn

@@ -20,7 +20,7 @@ class SendRunTest : public testing::Test {
 protected:
     SendRunTest() { arguments_.Seed = 5; }
 
-    FakeMailslots::Slot& Mailslot() { return mailslots_.Slots[arguments_.Mailslot]; }
+    FakeMailslots::Mailslot& Mailslot() { return mailslots_.ByName[arguments_.Mailslot]; }
     /// The types of the first `count` texts of the feed.
     static DemoTypeCounts Types(std::uint64_t count) {
         DemoFeed feed(5);

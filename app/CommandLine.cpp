@@ -11,7 +11,7 @@ CommandLine Refuse(std::string why) {
     return {CommandLine::Wish::Refuse, {}, std::move(why)};
 }
 
-/// Empty where the folder serves.
+/// Returns why the folder cannot be used, or an empty text if it can.
 std::string WhyUnreadable(const std::filesystem::path& folder) {
     const std::string name = std::string("'").append(Utf8FromPath(folder)).append("'");
     std::error_code error;
@@ -19,7 +19,7 @@ std::string WhyUnreadable(const std::filesystem::path& folder) {
         return "the folder " + name + " does not exist";
     if (!std::filesystem::is_directory(folder, error))
         return name + " is not a folder";
-    // Entered too: a folder may be listed and its files still be out of reach.
+    // With "/." because a folder may be listed although its files cannot be reached.
     const std::filesystem::directory_iterator first(folder / ".", error);
     return error ? "the folder " + name + " cannot be read: " + error.message() : "";
 }

@@ -6,17 +6,16 @@
 
 namespace tallyhorn {
 
-/// What the program's command line asks for.  A plain value.
+/// What the program's command line asks for.
 struct CommandLine {
     enum class Wish { Run, Help, Version, Refuse };
 
     Wish Asked = Wish::Run;
-    std::filesystem::path Folder;  ///< empty: the one that ChooseDataFolder names
-    std::string Refusal;           ///< why, where Asked is Refuse
+    std::filesystem::path Folder;  ///< empty for the one that ChooseDataFolder returns
+    std::string Refusal;           ///< the reason, if Asked is Refuse
 };
 
-/// Reads the arguments after the program's name, in UTF-8, and holds a folder that they name against the file
-/// system.
+/// Reads the arguments after the program's name, in UTF-8, and checks that a folder named there can be read.
 CommandLine ReadCommandLine(const std::vector<std::string>& arguments);
 
 std::string HelpText();

@@ -45,8 +45,7 @@ namespace tallyhorn {
 class ArrivalTimer;
 class frmStartup;
 
-/// The running console: holds the module-level state, starts it in order and shuts it down in order.
-/// User-interface thread only.
+/// Owns the console's state and windows, starts them in order and shuts them down in order.
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
@@ -54,7 +53,7 @@ class Console final : private ServerLifetime,
                       private ArrivalSignals,
                       private TrayHost {
 public:
-    /// What the machine gives; all of it outlives the console.
+    /// The ports to the system.  All of them outlive the console.
     struct Machine {
         InstanceLock& Instance;
         MailslotTransport& Mailslots;
@@ -70,20 +69,21 @@ public:
         UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup; help file and sound lie there or in `programFolder`.
+    /// `folder` holds settings, filters and the backup.  The help file and the sound are in it or in
+    /// `programFolder`.
     Console(const Machine& machine, const std::filesystem::path& folder,
             const std::filesystem::path& programFolder);
     ~Console() override;
 
-    /// Shows the console; false where another one runs already, after saying so.
+    /// Shows the console.  Returns false if another one is running, after a message.
     bool Start();
-    /// Closes the console as the end of the user's session does: nothing is asked.
+    /// Closes the console without a question, as at the end of the user's session.
     void End();
     /// Whether the console has been shut down.
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }
 
     frmServer& Window() { return *window_; }
-    /// The menu of the notification-area icon, for areas that show it by themselves.
+    /// Returns the menu of the notification-area icon, for areas that show it themselves.
     QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 
 private:

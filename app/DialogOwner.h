@@ -4,8 +4,8 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// The window that a dialog opens in front of, so that it never hides behind it: the dialog or the main
-/// window's other window that the user works in, else the main window.  User-interface thread only.
+/// Returns the window in front of which a dialog is to open: the open dialog or the child window of the main
+/// window that the user works in, otherwise the main window.
 QWidget* DialogOwner(QWidget* mainWindow);
 
 }  // namespace tallyhorn

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// The message boxes, in front of the main window once there is one.  User-interface thread only.
+/// Shows message boxes in front of the main window, once it exists.
 class QtMessageBoxes final : public MessageBoxes {
 public:
     void SetOwner(QWidget* owner) { owner_ = owner; }

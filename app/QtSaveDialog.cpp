@@ -10,7 +10,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Of "DESCRIPTION|PATTERN" pairs, each with its pattern in parentheses, as Qt tells them apart.
+/// Returns the descriptions of "DESCRIPTION|PATTERN" pairs, each followed by its pattern in parentheses as Qt
+/// expects.
 QStringList NameFilters(std::string_view fileTypes) {
     const QStringList parts = ToQString(fileTypes).split(QLatin1Char('|'));
     QStringList filters;
@@ -21,7 +22,7 @@ QStringList NameFilters(std::string_view fileTypes) {
     return filters;
 }
 
-/// What follows "*." in the first filter's pattern.
+/// Returns what follows "*." in the first filter's pattern.
 QString DefaultSuffix(const QStringList& filters) {
     const QString pattern = filters.value(0).section(QLatin1Char('('), -1).section(QLatin1Char(')'), 0, 0);
     return pattern.section(QLatin1Char(' '), 0, 0).section(QStringLiteral("*."), 1);
@@ -31,11 +32,11 @@ QString DefaultSuffix(const QStringList& filters) {
 
 std::optional<std::filesystem::path> QtSaveDialog::AskFile(const std::filesystem::path& proposal,
                                                            std::string_view fileTypes) {
-    // These are the conversions that are right on every system, whatever its paths are made of.
+    // QFileInfo converts paths correctly on every system, whether they consist of bytes or of UTF-16.
     const QFileInfo proposed(proposal);
     const QStringList filters = NameFilters(fileTypes);
     QFileDialog dialog(DialogOwner(owner_));
-    // Not every system's own dialog has a title where none is given.
+    // Some desktops' own dialogs have no default title.
     dialog.setWindowTitle(QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// The desktop's own dialog, or Qt's where it has none, in front of the main window once there is one.
-/// User-interface thread only.  Whoever closes it as a window cancels it.
+/// Shows the desktop's own dialog, or Qt's if it has none, in front of the main window, once it exists.
+/// Closing the dialog's window cancels it.
 class QtSaveDialog final : public SaveDialog {
 public:
     void SetOwner(QWidget* owner) { owner_ = owner; }

@@ -31,12 +31,12 @@ using namespace tallyhorn;
 
 constexpr int BadUsage = 2;
 
-/// With what comes with the program.
+/// Returns the folder of the program, which holds the help file and the sound.
 std::filesystem::path ProgramFolder() {
     return QFileInfo(QCoreApplication::applicationFilePath()).filesystemAbsolutePath();
 }
 
-/// Runs the console until it is closed; gives the exit status.
+/// Runs the console until it is closed, and returns the exit status.
 int RunConsole(QApplication& application, TerminationSignals& termination,
                const std::filesystem::path& folder) {
     SystemClock clock;
@@ -53,8 +53,18 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     if (help == nullptr)
         help = std::make_unique<OwnHelpViewer>();
     const auto names = MakeUserNames();
-    Console console({instance, *mailslots, *profiles, clock, boxes, *datagrams, *programs, saveDialog, area,
-                     *sound, *help, *names},
+    Console console({.Instance = instance,
+                     .Mailslots = *mailslots,
+                     .Profiles = *profiles,
+                     .Time = clock,
+                     .Boxes = boxes,
+                     .Datagrams = *datagrams,
+                     .Programs = *programs,
+                     .AskFile = saveDialog,
+                     .Area = area,
+                     .Sound = *sound,
+                     .Help = *help,
+                     .Names = *names},
                     folder, ProgramFolder());
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());
@@ -67,13 +77,13 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     int status = console.HasEnded() ? EXIT_SUCCESS : EXIT_FAILURE;
     if (started && !console.HasEnded())
         status = QApplication::exec();
-    // The end of the session on Windows may end the event loop by itself, past a question that stands open.
+    // On Windows the end of the session may end the event loop although a question is open.
     console.End();
     termination.Stop();
     return status;
 }
 
-/// Why the console cannot keep its files in the folder; empty where it can.
+/// Returns why the console cannot keep its files in the folder, or an empty text if it can.
 std::string PrepareDataFolder(const std::filesystem::path& folder) {
     const std::string advice = "Use --folder to name one.";
     if (folder.empty())
@@ -85,7 +95,8 @@ std::string PrepareDataFolder(const std::filesystem::path& folder) {
                  : "";
 }
 
-/// What the command line asks for instead of the console; in a box where nobody sees the outputs.
+/// Prints what the command line asks for instead of the console, or shows it in a box if the program has no
+/// output.
 int TellAndQuit(const CommandLine& line, int argc, char** argv) {
     const bool refused = line.Asked == CommandLine::Wish::Refuse;
     const std::string text =
@@ -101,7 +112,7 @@ int TellAndQuit(const CommandLine& line, int argc, char** argv) {
     return refused ? BadUsage : EXIT_SUCCESS;
 }
 
-/// Says why on the screen too: who started the console from a menu sees nothing else.
+/// Reports why on the screen too, for a user who started the console from a menu.
 int RefuseToRun(QApplication& application, TerminationSignals& termination, const std::string& why) {
     std::cerr << "tallyhorn-console: " << why << '\n';
     termination.Start([&] {

@@ -30,7 +30,7 @@ TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
     Cycle.TimCheckTick();
     EXPECT_EQ(Names(2), "a c ");
     EXPECT_EQ(Names(1), "d ");
-    EXPECT_EQ(Names(0), "b e f g ") << "types that nobody knows are critical";
+    EXPECT_EQ(Names(0), "b e f g ") << "unknown types are critical";
     EXPECT_EQ(Received.List(0).TypeAt(2), EventType::Unknown);
     EXPECT_EQ(Received.List(0).TypeAt(3), EventType::None);
     EXPECT_EQ(Alarm.TypeOfEvent, "questionmark") << "the record keeps the icon key";
@@ -38,9 +38,9 @@ TEST_F(ProcessingCycleTest, SortsWhatArrivesByType) {
     EXPECT_EQ(Display.Enabled, (std::array<bool, 7>{true, true, true, false, false, false, false}));
     EXPECT_EQ(Received.NetBios.Messages.Text(1), NetBiosText({.Name = "a", .Type = "Information"}))
         << "the first slot is 1";
-    EXPECT_EQ(Signals.Sounds, 1) << "once a batch";
+    EXPECT_EQ(Signals.Sounds, 1) << "once for each poll";
     EXPECT_EQ(Signals.Flashes, 0);
-    EXPECT_EQ(Events.Runs, 1) << "at the end of the batch";
+    EXPECT_EQ(Events.Runs, 1) << "at the end of the poll";
 }
 
 TEST_F(ProcessingCycleTest, NothingWaitingTouchesNothing) {
@@ -50,14 +50,13 @@ TEST_F(ProcessingCycleTest, NothingWaitingTouchesNothing) {
     EXPECT_EQ(Signals.Sounds, 0);
 }
 
-TEST_F(ProcessingCycleTest, ASuppressedTextLeavesNoTraceButItsFields) {
+TEST_F(ProcessingCycleTest, OfASuppressedTextOnlyItsFieldsRemain) {
     Suppress("noisy");
     Display.Visible = false;
     Arrive({.Name = "loud", .Computer = "NOISY", .Type = "Warning"});
     ArriveText("Date: 1/1/2009\r\n\r\n\r\nno name here\r\n");
     Cycle.TimCheckTick();
-    EXPECT_EQ(Names(1), "")
-        << "the second text carries the suppressed one's computer on and is suppressed too";
+    EXPECT_EQ(Names(1), "") << "the second text keeps the first one's computer and is suppressed too";
     EXPECT_EQ(Received.NetBios.Messages.UpperBound(), 0);
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
     EXPECT_EQ(Signals.Sounds, 1);
@@ -82,7 +81,7 @@ TEST_F(ProcessingCycleTest, APauseLeavesTextsInTheMailslot) {
     EXPECT_EQ(Display.Panels[StatusPanel::ProcessingStatus], "Status: Processing Messages");
     EXPECT_FALSE(Display.Resuming);
     Cycle.TimCheckTick();
-    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 32'767) << "as many as a tick can count";
+    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 32'767) << "a poll counts no more";
     Cycle.TimCheckTick();
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 40'000);
 }
@@ -96,16 +95,18 @@ TEST_F(ProcessingCycleTest, APauseEndsByItselfAtThe121stTick) {
     tick(100);
     Cycle.PauseCommand();
     Cycle.PauseCommand();
-    tick(120);
+    tick(21);
     EXPECT_TRUE(TheGate.ProcessingPaused()) << "a new pause counts from 0";
+    tick(99);
+    EXPECT_TRUE(TheGate.ProcessingPaused());
     tick(1);
     EXPECT_FALSE(TheGate.ProcessingPaused());
     EXPECT_FALSE(Display.PauseShown);
     EXPECT_FALSE(Display.Resuming);
 }
 
-/// Events run inside a batch, and what they bring goes between its texts; nothing is lost or taken twice.
-TEST_F(ProcessingCycleTest, ATickInsideABatchIsABatchOfItsOwn) {
+/// Events run inside a poll.  What they add comes between its texts; nothing is lost or kept twice.
+TEST_F(ProcessingCycleTest, APollInsideAPollReadsAndShowsForItself) {
     Time.PerLook = std::chrono::milliseconds(4);
     int nested = 0;
     Events.Event = [&] {
@@ -122,7 +123,7 @@ TEST_F(ProcessingCycleTest, ATickInsideABatchIsABatchOfItsOwn) {
     EXPECT_NE(Names(0).find("inner 3"), std::string::npos) << Names(0);
 }
 
-TEST_F(ProcessingCycleTest, AClearInsideABatchLeavesACountThatIsTrue) {
+TEST_F(ProcessingCycleTest, AfterAClearInsideAPollTheCountIsThatOfTheRows) {
     Time.PerLook = std::chrono::milliseconds(4);
     Events.Event = [this] {
         Received.Clear(Received.NetBios);

@@ -43,15 +43,15 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
         EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
         Events.Event = nullptr;
     };
-    EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later) << "one came while events ran";
+    EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later) << "one arrived while events ran";
     EXPECT_TRUE(busyMeanwhile);
     EXPECT_FALSE(TheGate.ProcessingPaused());
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "3 Syslog Message(s)");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
-    EXPECT_EQ(Names(), "one late ") << "what the view filter rejects is kept all the same";
+    EXPECT_EQ(Names(), "one late ") << "messages that the view filter hides are kept too";
     EXPECT_EQ(Kept(), 4);
     EXPECT_EQ(Received.Tree.LeafCount(), 2U);
-    EXPECT_EQ(Signals.Sounds, 4) << "once for each that is kept";
+    EXPECT_EQ(Signals.Sounds, 4) << "once for each message";
     AlarmRecord first = RecordOf({.Name = "one", .Type = "Warning", .Description = "text, with a comma"});
     EXPECT_EQ(Received.Syslog.Messages.Text(0), SettleMessage(first));
     EXPECT_EQ(Received.Syslog.Messages.Text(2).substr(0, 58),
@@ -59,17 +59,17 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
         << "dated at its arrival";
 }
 
-TEST_F(SyslogEndpointTest, WhatAFilterSuppressesLeavesNoTrace) {
+TEST_F(SyslogEndpointTest, DropsWhatAFilterSuppresses) {
     Suppress("noisy");
     Display.Visible = false;
     ArriveDatagram(Datagram({.Name = "loud", .Computer = "noisy"}));
     Syslog.DataArrival();
     EXPECT_EQ(Kept(), 0);
     EXPECT_EQ(Signals.Sounds, 0);
-    EXPECT_EQ(Signals.Flashes, 1) << "the window is hidden, and something came";
+    EXPECT_EQ(Signals.Flashes, 1) << "the window is hidden, and a datagram has arrived";
 }
 
-TEST_F(SyslogEndpointTest, NulsGoAtOnceSinceTheBackupCouldNotKeepThem) {
+TEST_F(SyslogEndpointTest, RemovesNulsWhichTheBackupCannotHold) {
     std::string text = Datagram({.Name = "a_b"});
     text.replace(text.find('_'), 1, 1, '\0');
     ArriveDatagram(text + '\0');
@@ -93,14 +93,17 @@ TEST_F(SyslogEndpointTest, APauseQueuesAndItsEndHandles) {
     Syslog.DataArrival();
     EXPECT_EQ(Kept(), 0);
     Arrive("three");
+    Display.Visible = false;
+    const int flashes = Signals.Flashes;
     Cycle.PauseCommand();
+    EXPECT_EQ(Signals.Flashes, flashes + 1) << "the window is hidden";
     EXPECT_EQ(Names(), "one two ");
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "2 Syslog Message(s)");
     Syslog.DataArrival();
     EXPECT_EQ(Names(), "one two three ");
 }
 
-TEST_F(SyslogEndpointTest, ADeleteHoldsBothChannelsBackAndLosesNothing) {
+TEST_F(SyslogEndpointTest, DuringADeleteBothChannelsWait) {
     Engine().Waiting.push_back("Date: 1/1/2009\r\n");
     auto hold = std::make_optional<Gate::Hold>(TheGate);
     Arrive("one");
@@ -130,8 +133,8 @@ TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {
     EXPECT_EQ(Wakes, 1);
 }
 
-/// Every poll may fall into the handling of datagrams: it is made up for afterwards.
-TEST_F(SyslogEndpointTest, AStormLeavesTheMailslotItsTurn) {
+/// In a storm every poll may fall into a batch; it then runs right after the batch.
+TEST_F(SyslogEndpointTest, AMissedPollRunsAfterTheBatch) {
     Engine().Waiting.push_back("Date: 1/1/2009\r\n");
     Events.Event = [this] { Cycle.TimCheckTick(); };
     Arrive("one");
@@ -142,11 +145,11 @@ TEST_F(SyslogEndpointTest, AStormLeavesTheMailslotItsTurn) {
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 1);
     Engine().Waiting.push_back("Date: 1/1/2009\r\n");
     Cycle.MissedTick();
-    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 1) << "only what was missed";
+    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 1) << "nothing was missed";
 }
 
-/// The end of the work ends the pause, whatever is shown.
-TEST_F(SyslogEndpointTest, APauseThatBeginsInsideTheWorkEndsWithIt) {
+/// The tool bar still shows the pause.
+TEST_F(SyslogEndpointTest, APauseThatBeginsInsideABatchEndsWithIt) {
     Events.Event = [this] {
         Events.Event = nullptr;
         Cycle.PauseCommand();
@@ -156,7 +159,7 @@ TEST_F(SyslogEndpointTest, APauseThatBeginsInsideTheWorkEndsWithIt) {
     EXPECT_TRUE(Display.PauseShown);
     EXPECT_FALSE(TheGate.ProcessingPaused());
     Cycle.PauseCommand();
-    EXPECT_FALSE(Display.PauseShown) << "the command goes by what it shows";
+    EXPECT_FALSE(Display.PauseShown) << "the command ends the pause that is shown";
 }
 
 TEST_F(SyslogEndpointTest, APausesQueueWaitsForADeleteToo) {
@@ -167,11 +170,12 @@ TEST_F(SyslogEndpointTest, APausesQueueWaitsForADeleteToo) {
     const int wakes = Wakes;
     Cycle.PauseCommand();
     EXPECT_EQ(Kept(), 0);
-    EXPECT_GT(Wakes, wakes) << "nothing else would come back for it";
+    EXPECT_GT(Wakes, wakes) << "nothing else would handle the queue after the delete";
+    Arrive("two");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
     hold.reset();
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
-    EXPECT_EQ(Names(), "one ");
+    EXPECT_EQ(Names(), "one two ");
 }
 
 TEST_F(SyslogEndpointTest, AnotherPortTakesOverAndTheOldOnesDatagramsAreKept) {
@@ -193,7 +197,7 @@ TEST_F(SyslogEndpointTest, AnotherPortTakesOverAndTheOldOnesDatagramsAreKept) {
     EXPECT_EQ(Display.ToolTips[StatusPanel::SyslogCount].substr(0, 33), "Not listening for syslog messages");
 }
 
-TEST_F(SyslogEndpointTest, ClosingHandlesWhatHasComeEvenInAPause) {
+TEST_F(SyslogEndpointTest, CloseHandlesWhatHasArrivedEvenInAPause) {
     Cycle.PauseCommand();
     Arrive("queued");
     Syslog.DataArrival();
@@ -216,7 +220,7 @@ TEST_F(SyslogEndpointTest, RestoresWhatWasKept) {
     EXPECT_EQ(Names(), "Test Notification foreign ");
 }
 
-TEST(SyslogQueue, GoesRoundBehindItsLastPosition) {
+TEST(SyslogQueue, ContinuesAtPositionOneAfterTheLast) {
     const struct {
         std::uint64_t Count;
         std::size_t Taken;
@@ -248,10 +252,11 @@ TEST(SyslogQueue, HoldsNoMoreThanItsLimit) {
     EXPECT_EQ(queue.Lost(), 1U);
     EXPECT_EQ(queue.Take(), (std::vector<std::string>{std::string(40, 'x'), std::string(40, 'x')}));
     queue.Add(std::string(100, 'y'));
-    EXPECT_EQ(queue.Take().front().size(), 100U) << "what was taken counts no more";
+    EXPECT_EQ(queue.Take().front().size(), 100U) << "Take frees the bytes";
     for (int i = 0; i < 40'000; ++i)
         queue.Add(std::string(60, 'z'));
-    EXPECT_EQ(queue.Take().size() + queue.Lost(), 40'001U) << "each is lost once or is there";
+    EXPECT_EQ(queue.Lost(), 40'000U);
+    EXPECT_EQ(queue.Take().size(), 1U) << "the text that is overwritten makes room for the next";
 }
 
 }  // namespace

@@ -4,8 +4,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGroupBox>
-#include <QLabel>
-#include <QProgressBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
@@ -33,13 +31,10 @@ constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
 constexpr int DismissInterval = 50;
-/// Work that takes no longer than this, in milliseconds, needs no bar.
-constexpr qint64 ShortWork = 500;
-constexpr int ProgressSteps = 1000;
 
 constexpr const char* ConsolidatedCaption = "Consoli&dated Syslog Messages";
 
-/// A size that does not fit leaves the control as it was.
+/// Does nothing if the width or height is negative, as in a very small window.
 void ResizeIfFits(QWidget* widget, int width, int height) {
     if (width >= 0 && height >= 0)
         widget->resize(width, height);
@@ -49,16 +44,15 @@ void ResizeIfFits(QWidget* widget, int width, int height) {
 
 frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
     : lifetime_(lifetime),
-      gate_(gate),
       queue_(gate),
-      bars_(*this, [this](ServerCommand command) { Do(command); }) {
+      bars_(*this, [this](ServerCommand command) { Do(command); }),
+      status_(*this, gate) {
     setObjectName(QStringLiteral("frmServer"));
     setWindowTitle(QStringLiteral("Tallyhorn Listener Console"));
     setWindowIcon(ConsoleIcon());
     setProperty(HelpContextProperty, HelpNumber(HelpContext::MainWindow));
     setContextMenuPolicy(Qt::NoContextMenu);
     BuildPages();
-    BuildStatusBar();
     timCheck = new QTimer(this);
     timCheck->setObjectName(QStringLiteral("timCheck"));
     timCheck->setInterval(CheckInterval);
@@ -99,26 +93,6 @@ QGroupBox* frmServer::AddFrame(MessagePage page, std::string_view caption, const
     auto* const frame = new QGroupBox(ToQString(caption), tabMessageTypes->widget(static_cast<int>(page)));
     frame->setObjectName(name);
     return frame;
-}
-
-void frmServer::BuildStatusBar() {
-    constexpr std::array<int, 3> Stretches = {2, 2, 3};
-    for (std::size_t i = 0; i < stbMain.size(); ++i) {
-        QLabel* const panel = MakeLabel(QString(), QStringLiteral("stbMain%1").arg(i + 1), this);
-        panel->setContentsMargins(6, 0, 6, 0);
-        panel->setAutoFillBackground(true);
-        statusBar()->addWidget(panel, Stretches.at(i));
-        stbMain.at(i) = panel;
-    }
-    pgbWork = new QProgressBar(this);
-    pgbWork->setObjectName(QStringLiteral("pgbWork"));
-    pgbWork->setAccessibleName(QStringLiteral("Work done"));
-    pgbWork->setRange(0, ProgressSteps);
-    pgbWork->setMaximumHeight(fontMetrics().height());
-    pgbWork->hide();
-    statusBar()->addPermanentWidget(pgbWork);
-    statusBar()->setObjectName(QStringLiteral("stbMain"));
-    ShowPanel(StatusPanel::ProcessingStatus, "Status: Processing Messages");
 }
 
 void frmServer::Load(const Parts& parts) {
@@ -229,18 +203,10 @@ std::optional<std::int32_t> frmServer::SelectedSlot(ViewNumber list) const {
     return ListView(list)->SelectedSlot();
 }
 
-void frmServer::ShowPanel(StatusPanel panel, std::string_view text) {
-    stbMain.at(static_cast<std::size_t>(panel) - 1)->setText(ToQString(text));
-}
-
-void frmServer::ShowPanelToolTip(StatusPanel panel, std::string_view text) {
-    stbMain.at(static_cast<std::size_t>(panel) - 1)->setToolTip(ToQString(text));
-}
-
 void frmServer::EnableView(ViewNumber number, bool enabled) {
     QWidget* const view = View(number);
-    // Else the focus would go on to the next list by itself, and the next key press would act on that.  The
-    // window's own focus, since a dialog may stand in front.
+    // Qt would move the focus of a disabled list to the next list, on which the next Delete key would act.
+    // Asks for this window's focus widget, because a dialog may be open in front of it.
     if (!enabled && focusWidget() == view)
         tabMessageTypes->tabBar()->setFocus();
     view->setEnabled(enabled);
@@ -259,30 +225,6 @@ void frmServer::ShowView(ViewNumber number, bool shown) {
     }
 }
 
-void frmServer::BeginWork() {
-    // Long work may begin inside a dialog, which alone is no work.
-    longWorks_.emplace_back(gate_);
-    if (longWorks_.size() > 1)
-        return;
-    QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
-    sinceLongWork_.start();
-}
-
-void frmServer::ShowProgress(std::uint64_t done, std::uint64_t total) {
-    if (longWorks_.size() != 1 || total == 0 || sinceLongWork_.elapsed() < ShortWork)
-        return;
-    pgbWork->setValue(static_cast<int>(std::min(done, total) * ProgressSteps / total));
-    pgbWork->show();
-}
-
-void frmServer::EndWork() {
-    if (longWorks_.size() == 1) {
-        pgbWork->hide();
-        QApplication::restoreOverrideCursor();
-    }
-    longWorks_.pop_back();
-}
-
 void frmServer::EnableResumeTimer(bool enabled) {
     enabled ? tmrResumeProcessing->start() : tmrResumeProcessing->stop();
 }
@@ -297,14 +239,14 @@ void frmServer::ShowFilterCommand(bool inForce) {
 
 void frmServer::ShowPage(MessagePage page, bool shown) {
     tabMessageTypes->setTabVisible(static_cast<int>(page), shown);
-    // The first tab to be shown takes its height from the pages, and the last one gives it back.
+    // The tab bar takes height from the pages as long as any tab is visible.
     LayOutLater();
 }
 
 // ---- closing
 
 void frmServer::DismissQuestions() {
-    // One that stays although it says that it closed would be asked for ever.
+    // Stops at a dialog that stays open although its close() succeeded.
     const QWidget* asked = nullptr;
     QWidget* modal = QApplication::activeModalWidget();
     while (modal != nullptr && modal != asked && modal->close()) {
@@ -313,7 +255,7 @@ void frmServer::DismissQuestions() {
     }
 }
 
-/// What runs may ask something once more before it comes to its end, and nobody is there to answer.
+/// Dismisses questions until the window closes, because running work may ask several before it ends.
 void frmServer::CloseWithoutQuestion() {
     timDismiss->start();
     DismissQuestions();
@@ -325,8 +267,8 @@ void frmServer::CloseWithoutQuestion() {
 
 void frmServer::closeEvent(QCloseEvent* event) {
     event->ignore();
-    // The window system brings the user's own wish; without it the event is part of the end of the session.
-    // Either may come in the middle of whatever runs, and then waits its turn.
+    // The user's own close is a spontaneous event; any other is part of the end of the session.  Both wait
+    // for running work.
     const bool byUser = event->spontaneous();
     queue_.Run([this, byUser] { Close(byUser); });
 }
@@ -367,7 +309,7 @@ void frmServer::showEvent(QShowEvent* event) {
     LayOutLater();
 }
 
-/// The tabs have their height only once they are shown.
+/// Lays out later, because the tab bar has its height only once it is shown.
 void frmServer::LayOutLater() {
     QMetaObject::invokeMethod(this, &frmServer::LayOut, Qt::QueuedConnection);
 }
@@ -380,7 +322,7 @@ void frmServer::LayOut() {
 void frmServer::PlaceParts() {
     if (isMinimized() || parts_ == nullptr)
         return;
-    // Tool bar and status bar take what the layout leaves them; larger fonts make them larger than that.
+    // The tool bar takes the height that the layout leaves to both bars, or more if the font is large.
     const int statusHeight = statusBar()->sizeHint().height();
     bars_.ToolBar()->setFixedHeight(
         std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + ToolBarPadding));
@@ -396,8 +338,7 @@ void frmServer::PlaceParts() {
                               TwipsSize insideSize) {
         frame->move(Pixels(FrameMargin), top);
         ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
-        // Below the frame's line, which stands lower where letters are taller; what is left below is the
-        // rest.
+        // Below the frame's line, whose position depends on the font, but not beyond the frame's lower edge.
         const int lowest = frame->height() - Pixels(insideSize.Height);
         const int line = frame->contentsRect().top();
         inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));
@@ -425,8 +366,8 @@ void frmServer::ApplyColumnWidths() {
     }
 }
 
-/// The widths of the list under the mouse become those of its channel; the other channel takes them when the
-/// window is laid out anew.
+/// Gives all lists of the view's channel its column widths.  Compatibility: the other channel takes them only
+/// at the next layout.
 void frmServer::KeepColumnWidths(ViewNumber view) {
     for (int column = 0; column < SizedColumnCount; ++column) {
         Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));

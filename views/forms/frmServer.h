@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QMainWindow>
 #include <array>
 #include <functional>
-#include <list>
 #include <memory>
 
 #include "views/MessageCommands.h"
@@ -12,13 +10,12 @@
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
+#include "views/forms/ServerStatusBar.h"
 #include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
 #include "views/messages/ServerDisplay.h"
 
 class QGroupBox;
-class QLabel;
-class QProgressBar;
 class QTabWidget;
 class QTimer;
 
@@ -28,16 +25,15 @@ class ConsolidatedTreeView;
 class MessageListView;
 class DetailWindow;
 
-/// The main window: the pages with their lists, menus, tool bar, status bar and the two timers of the
-/// processing cycle.  User-interface thread only.  A command that the user gives in the middle of other work
-/// waits until that work is done.
+/// The main window.  It owns the pages with their lists, the menus, the bars and the two timers of the
+/// processing cycle.  The user's commands run when the gate lets them.
 class frmServer final : public QMainWindow, public ServerDisplay {
     Q_OBJECT
 
 public:
     frmServer(ServerLifetime& lifetime, Gate& gate);
 
-    /// What the window shows and commands; all of it outlives the window.
+    /// What the window shows and what its commands call.  All of it outlives the window.
     struct Parts {
         ReceivedMessages& Received;
         MessageCommands& Commands;
@@ -51,37 +47,39 @@ public:
     };
     void Load(const Parts& parts);
 
-    /// Sets the size that the window has when it is not maximised; a width or height of 0 or less leaves that
-    /// as it is, and no size leads beyond the screen.
+    /// Sets the window's size when it is not maximised, at most that of the screen.  A width or height of 0
+    /// or less leaves that dimension unchanged.
     void RestoreSize(TwipsSize size);
     TwipsSize RestoredSize() const;
-    /// Widths of all lists' columns, as saved; all 0 where none are.
+    /// Sets the widths of all lists' columns; all are 0 if none were saved.
     void SetColumnWidths(const ColumnWidthArray& widths);
     const ColumnWidthArray& ColumnWidths() const { return columnWidths_; }
     void ShowPage(MessagePage page, bool shown);
 
-    /// Closes the window as the end of the user's session does: nothing is asked.
+    /// Closes the window without a question, once running work is done, and closes open dialogs.
     void CloseWithoutQuestion();
-    /// Answers what stands open as if the user had closed it, so that it does not hold the end up.
+    /// Closes all open dialogs and questions, as if the user had cancelled them.
     static void DismissQuestions();
 
     CommandQueue& Commands() { return queue_; }
-    /// Does what the user commands, at once or when its turn comes.
+    /// Runs a command of the user, now or when the gate lets it.
     void Do(ServerCommand command);
 
-    /// Takes in the rows that came, then lets waiting events run.
+    /// Lets the views add the rows that arrived, then runs pending events.
     void RunPendingEvents();
 
     bool IsVisible() const override { return isVisible() && !isMinimized(); }
     MessagePage CurrentPage() const override;
     std::optional<std::int32_t> SelectedSlot(ViewNumber list) const override;
-    void ShowPanel(StatusPanel panel, std::string_view text) override;
-    void ShowPanelToolTip(StatusPanel panel, std::string_view text) override;
+    void ShowPanel(StatusPanel panel, std::string_view text) override { status_.ShowPanel(panel, text); }
+    void ShowPanelToolTip(StatusPanel panel, std::string_view text) override {
+        status_.ShowPanelToolTip(panel, text);
+    }
     void EnableView(ViewNumber view, bool enabled) override;
     void ShowView(ViewNumber view, bool shown) override;
-    void BeginWork() override;
-    void ShowProgress(std::uint64_t done, std::uint64_t total) override;
-    void EndWork() override;
+    void BeginWork() override { status_.BeginWork(); }
+    void ShowProgress(std::uint64_t done, std::uint64_t total) override { status_.ShowProgress(done, total); }
+    void EndWork() override { status_.EndWork(); }
     void EnableResumeTimer(bool enabled) override;
     void ShowPauseCommand(bool paused) override;
     void ShowFilterCommand(bool inForce) override;
@@ -100,7 +98,6 @@ private:
     };
 
     void BuildPages();
-    void BuildStatusBar();
     void BuildLists(const ChannelTraits& traits);
     QGroupBox* AddFrame(MessagePage page, std::string_view caption, const QString& name);
     void ConnectList(ViewNumber view);
@@ -122,22 +119,18 @@ private:
     Twips InTwips(int pixels) const;
 
     ServerLifetime& lifetime_;
-    Gate& gate_;
     std::unique_ptr<const Parts> parts_;
     CommandQueue queue_;
     DetailWindow* details_ = nullptr;
     ColumnWidthArray columnWidths_{};
     QWidget* focusBeforeHiding_ = nullptr;
-    QElapsedTimer sinceLongWork_;
-    std::list<Gate::Work> longWorks_;  ///< pieces of long work that run inside one another
 
     QTabWidget* tabMessageTypes = nullptr;
     std::array<ChannelControls, ChannelCount> channels_;
     QGroupBox* fraConsolidated = nullptr;
     ConsolidatedTreeView* tvwConsolidated = nullptr;
     CommandBars bars_;
-    std::array<QLabel*, 3> stbMain{};
-    QProgressBar* pgbWork = nullptr;
+    ServerStatusBar status_;
     QTimer* timCheck = nullptr;
     QTimer* tmrResumeProcessing = nullptr;
     QTimer* timDismiss = nullptr;

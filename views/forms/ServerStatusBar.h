@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <array>
+#include <cstdint>
+#include <list>
+#include <string_view>
+
+#include "views/messages/Gate.h"
+#include "views/messages/ServerDisplay.h"
+
+class QLabel;
+class QMainWindow;
+class QProgressBar;
+
+namespace tallyhorn {
+
+/// Fills the main window's status bar with its three panels and a progress bar, and shows the wait cursor
+/// during long work, which counts as work for the gate.  The window owns the controls and outlives this.
+class ServerStatusBar {
+public:
+    ServerStatusBar(QMainWindow& window, Gate& gate);
+
+    void ShowPanel(StatusPanel panel, std::string_view text);
+    void ShowPanelToolTip(StatusPanel panel, std::string_view text);
+
+    void BeginWork();
+    void ShowProgress(std::uint64_t done, std::uint64_t total);
+    void EndWork();
+
+private:
+    Gate& gate_;
+    std::list<Gate::Work> works_;  ///< pieces of long work that run inside one another
+    QElapsedTimer sinceBegin_;
+    std::array<QLabel*, 3> stbMain{};
+    QProgressBar* pgbWork = nullptr;
+};
+
+}  // namespace tallyhorn

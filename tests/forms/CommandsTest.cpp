@@ -136,7 +136,16 @@ TEST_F(CommandsTest, TheSameWishWaitsOnce) {
     QCoreApplication::processEvents();
     EXPECT_EQ(boxes_.Shown.size(), 2U);
     Command("clear");
-    EXPECT_EQ(boxes_.Shown.size(), 3U) << "asked anew it is a wish anew";
+    EXPECT_EQ(boxes_.Shown.size(), 3U) << "the command runs again once it does not wait any more";
+    boxes_.WhileAsked = [this] {
+        boxes_.WhileAsked = nullptr;
+        Command("clear");
+        Command("clear");
+    };
+    Command("clear");
+    AWAIT(boxes_.Shown.size() == 5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(boxes_.Shown.size(), 5U) << "asked twice while it runs, it runs once more";
 }
 
 /// What was under way asks once more before it is done.

@@ -38,7 +38,7 @@
 
 namespace tallyhorn {
 
-/// A whole console over a mailslot in memory and a folder of its own.
+/// A complete console over fakes of the system and a temporary folder.
 class ConsoleFixture : public DialogFixture {
 protected:
     static constexpr std::uint16_t Port = 5514;
@@ -47,20 +47,32 @@ protected:
 
     void TearDown() override {
         console_.reset();
-        // The end of a console ends all loops of the process; after a loop of the application's own, those of
-        // later dialogs run again.
+        // The end of a console leaves every later event loop ended.  Running and ending one of the
+        // application's own resets that.
         QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
         QCoreApplication::exec();
     }
 
-    /// Over the files that are there.
+    Console::Machine Machine(InstanceLock& instance) {
+        return {.Instance = instance,
+                .Mailslots = mailslots_,
+                .Profiles = *profiles_,
+                .Time = clock_,
+                .Boxes = boxes_,
+                .Datagrams = datagrams_,
+                .Programs = programs_,
+                .AskFile = saveDialog_,
+                .Area = area_,
+                .Sound = sound_,
+                .Help = help_,
+                .Names = names_};
+    }
+
+    /// Starts a console over the files in the folder.
     void Restart() {
-        console_ = std::make_unique<Console>(
-            Console::Machine{instance_, mailslots_, *profiles_, clock_, boxes_, datagrams_, programs_,
-                             saveDialog_, area_, sound_, help_, names_},
-            folder_.Path(), folder_.Path());
+        console_ = std::make_unique<Console>(Machine(instance_), folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
-        // A test that gives up a taken port ends the console before its window shows.
+        // A test that gives up a taken port ends the console before its window is shown.
         AWAIT(console_->HasEnded() || console_->Window().windowHandle()->isExposed());
         QCoreApplication::processEvents();
         if (!keepsSplash_)
@@ -78,13 +90,13 @@ protected:
         mailslots_.ByName["TallyhornEngine"].Waiting.push_back(text + '\0');
     }
     void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
-    /// What came is shown at once or very soon: waits until it is.
+    /// Waits until the views show what has arrived.
     void AwaitShown() {
         const QList<QTimer*> pacers = console_->Window().findChildren<QTimer*>(QStringLiteral("pacer"));
         AWAIT(std::none_of(pacers.begin(), pacers.end(),
                            [](const QTimer* pacer) { return pacer->isActive(); }));
     }
-    /// Notifications of one type come by mailslot and are shown.
+    /// Lets notifications of one type arrive by mailslot and be shown.
     void Receive(const std::vector<std::string>& names, const std::string& type = "Error") {
         for (const std::string& name : names)
             Arrive(name, type);
@@ -101,12 +113,12 @@ protected:
         return tallyhorn::Datagram({alarm, "System", "joe", computer, type, description});
     }
     void Send(const std::string& datagram) { ASSERT_TRUE(datagrams_.Arrive(Port, datagram)); }
-    /// Lets the window handle what was sent.
+    /// Waits until the datagrams that were sent are handled and shown.
     void Handle() {
         AWAIT(datagrams_.Bound[Port].Waiting.empty());
         AWAIT(!Find<QTimer>("timArrival")->isActive());
         AwaitShown();
-        // The view lays out what it was told of when it next comes to it.
+        // The views lay out changed rows in a later event.
         QCoreApplication::processEvents();
     }
     void ShowPage(int page) { Find<QTabWidget>("tabMessageTypes")->setCurrentIndex(page); }
@@ -114,7 +126,7 @@ protected:
         return Find<MessageListView>("lvwSyslog" + std::to_string(element));
     }
     ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
-    /// The tree's node at the end of the way, by the row in each group.
+    /// Returns the tree's node that the rows in `way` lead to, one a level.
     QModelIndex Node(const std::vector<int>& way) {
         QModelIndex index;
         for (const int row : way)
@@ -127,13 +139,13 @@ protected:
         QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
                           list->visualRect(list->model()->index(row, 0)).center());
     }
-    /// As the window system tells that the user has closed the window.
+    /// Sends the close event that the window system sends when the user closes the window.
     void CloseByUser() {
         QCloseEvent event;
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(&console_->Window(), &event);
     }
-    /// No other test's that runs at the same time.
+    /// Returns a name that no other test running at the same time uses.
     std::string InstanceName() const { return folder_.Path().filename().string(); }
     QString Panel(int number) { return Find<QLabel>("stbMain" + std::to_string(number))->text(); }
     std::string SettingsText() { return ReadBytes(folder_ / "thlisten.ini"); }
@@ -144,7 +156,7 @@ protected:
     FakeDatagrams datagrams_;
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
-    bool keepsSplash_ = false;  ///< else it is gone before the test goes on
+    bool keepsSplash_ = false;  ///< otherwise Restart deletes it
     FakeMessageBoxes boxes_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 
 #include <QGroupBox>
+#include <algorithm>
+#include <functional>
+#include <utility>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
@@ -18,7 +21,7 @@ TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
     Arrive("two", "Information");
     Arrive("three", "Warning");
     Poll();
-    // The most urgent list is the lowest.
+    // The critical list is the lowest on the page.
     const char* const alarms[] = {"one", "three", "two"};
     for (int element = 0; element < 3; ++element) {
         MessageListView* const list = List(element);
@@ -114,7 +117,7 @@ TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
     }
 }
 
-/// The list is hidden meanwhile, and may be empty afterwards: neither hands the next key to another list.
+/// A delete hides the list and may leave it empty; neither may move the focus to another list.
 TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     Start();
     for (const char* const type : {"Information", "Information", "Warning", "Error"})
@@ -137,25 +140,87 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
 TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
     Start();
     InstanceLock second(InstanceName(), folder_ / "locks");
-    FakeMessageBoxes boxes;
-    {
-        Console other({second, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_,
-                       area_, sound_, help_, names_},
-                      folder_.Path(), folder_.Path());
-        EXPECT_FALSE(other.Start());
-    }
-    EXPECT_THAT(boxes.Shown, ElementsAre(HasSubstr("Only one instance")));
+    EXPECT_FALSE(Console(Machine(second), folder_.Path(), folder_.Path()).Start());
+    EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("Only one instance")));
     InstanceLock third(InstanceName() + "2", folder_ / "locks");
-    boxes.Shown.clear();
-    Console deaf({third, mailslots_, *profiles_, clock_, boxes, datagrams_, programs_, saveDialog_, area_,
-                  sound_, help_, names_},
-                 folder_.Path(), folder_.Path());
+    boxes_.Shown.clear();
+    Console deaf(Machine(third), folder_.Path(), folder_.Path());
     EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
-    EXPECT_THAT(boxes.Shown, ElementsAre(HasSubstr("no mailslot messages will be received")));
+    EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("no mailslot messages will be received")));
     deaf.End();
 }
 
-/// Whatever the files hold, the console starts.
+class ConsoleOrderTest : public ConsoleFixture {
+protected:
+    /// A letter for each thing that is open or visible: mailslot, UDP port, icon, window, Loading/saving
+    /// window, Rows.
+    std::string Snapshot() {
+        std::string now;
+        const auto add = [&now](char letter, bool there) { now += there ? std::string(1, letter) : ""; };
+        add('m', mailslots_.ByName.contains("TallyhornEngine"));
+        add('u', !datagrams_.Bound.empty());
+        add('i', !area_.Calls.empty() && area_.Calls.back().starts_with("add"));
+        add('w', console_ != nullptr && console_->Window().isVisible());
+        add('L', std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* widget) {
+                return widget->objectName() == QLatin1String("frmSavingMessages") && widget->isVisible();
+            }));
+        add('R', console_ != nullptr && console_->Window().findChild<QWidget*>("lvwSyslog0") != nullptr &&
+                     SyslogList(0)->model()->rowCount() > 0);
+        return now;
+    }
+    /// Records each snapshot that differs from the one before, whenever events run.
+    void Watch() {
+        QObject::connect(&watch_, &QTimer::timeout, qApp, [this] {
+            if (seen_.empty() || seen_.back() != Snapshot())
+                seen_.push_back(Snapshot());
+            if (WhileLoading && seen_.back().find("LR") != std::string::npos)
+                std::exchange(WhileLoading, nullptr)();
+        });
+        watch_.start(0);
+    }
+
+    std::function<void()> WhileLoading;
+    std::vector<std::string> seen_;
+    QTimer watch_;
+};
+
+TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
+    StartListening();
+    for (int i = 0; i < 50; ++i)
+        Send(Datagram("old", "Error", "pc"));
+    Handle();
+    Command("pause");
+    Send(Datagram("queued", "Error", "pc"));
+    AWAIT(datagrams_.Bound[Port].Waiting.empty());
+    Send(Datagram("waiting", "Error", "pc"));
+    Watch();
+    console_->End();
+    EXPECT_THAT(seen_, ElementsAre("iwR", "wLR"))
+        << "mailslot, port and then the icon are closed before the backup is written";
+    const std::string saved = ReadBytes(folder_ / "Backup.dat");
+    EXPECT_LT(saved.find("Alarm Name: queued"), saved.find("Alarm Name: waiting"));
+    EXPECT_NE(saved.find("Alarm Name: waiting"), std::string::npos);
+    EXPECT_FALSE(console_->Window().isVisible());
+    console_.reset();
+
+    seen_.clear();
+    WhileLoading = [this] { Send(Datagram("new", "Error", "pc")); };
+    clock_.PerLook = std::chrono::milliseconds(4);
+    Restart();
+    clock_.PerLook = std::chrono::milliseconds(0);
+    watch_.stop();
+    EXPECT_THAT(std::vector<std::string>(seen_.begin(),
+                                         seen_.begin() + std::min<std::ptrdiff_t>(3, std::ssize(seen_))),
+                ElementsAre("m", "muL", "muLR"))
+        << "the port is bound and read while the backup is loaded, and the window is shown last";
+    EXPECT_THAT(Snapshot(), HasSubstr("w"));
+    Handle();
+    console_->End();
+    const std::string again = ReadBytes(folder_ / "Backup.dat");
+    EXPECT_TRUE(again.starts_with(saved)) << "what arrived during the load comes after what was there before";
+    EXPECT_NE(again.find("Alarm Name: new"), std::string::npos);
+}
+
 TEST_F(ConsoleTest, StartsOnDamagedFiles) {
     std::string bytes;
     for (int i = 0; i < 5000; ++i)

@@ -311,7 +311,7 @@ protected:
         AlarmRecord parsed;
         received_.Clear(received_.NetBios);
         received_.KeepNetBiosMessage(text, parsed, true);
-        window_.InitForm(0, 0);
+        window_.InitForm(0, 1);
         window_.ShowBeside(QRect());
     }
 
@@ -337,7 +337,7 @@ TEST_F(frmMessageAloneTest, SuppressesFromTheAlarmOnShow) {
     EXPECT_EQ(alarm_.AlarmName + alarm_.TypeOfEvent + alarm_.Description, "Disk (C:)Warninga\r\nb");
     EXPECT_EQ(askedOver_, &window_);
     EXPECT_TRUE(window_.isVisible());
-    EXPECT_EQ(received_.NetBios.Messages.Text(0), text) << "nothing is removed";
+    EXPECT_EQ(received_.NetBios.Messages.Text(1), text) << "nothing is removed";
 }
 
 /// What is shown is the text and nothing else; what is copied is what came.

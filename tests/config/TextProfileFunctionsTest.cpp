@@ -1,4 +1,13 @@
+// Compares TextProfileFunctions, and the system's own profile functions if it has some, with the answers that
+// Wine's profile functions gave.  To add a case, write a line with any answer; the failure of the Windows
+// build then shows the right one.
+
 #include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "config/TextProfileFunctions.h"
 #include "tests/support/FileBytes.h"
@@ -7,47 +16,120 @@
 namespace tallyhorn {
 namespace {
 
-namespace fs = std::filesystem;
+/// The fields of a line of tests/data/profile-cases.tsv, separated by tabs.  "\xHH" stands for a byte,
+/// "\null" for a null pointer.  Only lines in which Wine and Windows differ have the last two fields.
+enum Field { Content, Operation, Section, Key, Text, Number, Answer, OnWindows, Reason };
+using Case = std::vector<std::string>;
 
-class TextProfileFunctionsTest : public ::testing::Test {
-protected:
-    static bool Write(const fs::path& path, const char* value) {
-        return TextProfileFunctions().WritePrivateProfileString("s", "k", value, path.string().c_str());
+std::vector<Case> ReadCases() {
+    std::ifstream file(TALLYHORN_TEST_DATA "/profile-cases.tsv", std::ios::binary);
+    std::vector<Case> cases;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream fields(line);
+        Case& one = cases.emplace_back();
+        for (std::string field; std::getline(fields, field, '\t'); one.push_back(field)) {
+            for (std::size_t at = 0; (at = field.find("\\x", at)) != std::string::npos; ++at)
+                field.replace(at, 4, 1, static_cast<char>(std::stoi(field.substr(at + 2, 2), nullptr, 16)));
+        }
+        EXPECT_TRUE(one.size() == Answer + 1 || one.size() == Reason + 1) << line;
     }
-    static std::uint32_t ReadInt(const fs::path& path) {
-        return TextProfileFunctions().GetPrivateProfileInt("s", "k", 77, path.string().c_str());
-    }
-
-    const TemporaryFolder folder_;
-    const fs::path path_ = folder_ / "a.ini";
-};
-
-TEST_F(TextProfileFunctionsTest, WritesReplaceTheFileAndLeaveNoOther) {
-    EXPECT_TRUE(Write(path_, nullptr));
-    EXPECT_FALSE(fs::exists(path_)) << "nothing to delete";
-    EXPECT_TRUE(Write(path_, "1"));
-    EXPECT_TRUE(Write(path_, "22"));
-    EXPECT_EQ(ReadBytes(path_), "[s]\r\nk=22\r\n");
-    EXPECT_TRUE(Write(path_, nullptr));
-    EXPECT_EQ(ReadBytes(path_), "[s]\r\n");
-    EXPECT_FALSE(Write(folder_ / "missing/a.ini", "1"));
-    EXPECT_FALSE(Write(folder_.Path(), "1"));
-    EXPECT_EQ(ReadInt(folder_.Path()), 77U);
-    EXPECT_EQ(CountFiles(folder_.Path()), 1U);
+    EXPECT_GT(cases.size(), 300U);
+    return cases;
 }
 
-TEST_F(TextProfileFunctionsTest, AFileThatIsTooLargeIsNotOverwritten) {
+/// Returns the entries before the first header, then the name and the entries of each section.
+std::string Sections(ProfileFunctions& functions, const char* file) {
+    constexpr std::uint32_t Size = 8192;
+    std::string names(Size, '#'), result;
+    names.resize(functions.GetPrivateProfileSectionNames(names.data(), Size, file));
+    std::istringstream list('\0' + names);
+    for (std::string name; std::getline(list, name, '\0');) {
+        std::string entries(Size, '#');
+        entries.resize(functions.GetPrivateProfileSection(name.c_str(), entries.data(), Size, file));
+        result += (name.empty() ? "" : '[' + name + ']') + entries;
+    }
+    return result;
+}
+
+/// Makes the call that the case describes, on a file with the case's content.
+std::string Call(ProfileFunctions& functions, const Case& one, const std::string& path) {
+    WriteBytes(path, one[Content]);
+    const char* const file = path.c_str();
+    const auto pointer = [&one](Field field) {
+        return one[field] == "\\null" ? nullptr : one[field].c_str();
+    };
+    const int number = std::stoi(one[Number]);
+    if (one[Operation] == "int")
+        return std::to_string(functions.GetPrivateProfileInt(pointer(Section), pointer(Key), number, file));
+    if (one[Operation] == "write") {
+        const bool written =
+            functions.WritePrivateProfileString(pointer(Section), pointer(Key), pointer(Text), file);
+        return (written ? "1:" : "0:") + Sections(functions, file);
+    }
+    // The other functions fill a buffer.  The answer is the count, and the counted bytes with the NUL after
+    // them.
+    const auto size = static_cast<std::uint32_t>(number);
+    std::string buffer(size + 1, '#');
+    const std::uint32_t count =
+        one[Operation] == "string"
+            ? functions.GetPrivateProfileString(pointer(Section), pointer(Key), pointer(Text), buffer.data(),
+                                                size, file)
+        : one[Operation] == "names"
+            ? functions.GetPrivateProfileSectionNames(buffer.data(), size, file)
+            : functions.GetPrivateProfileSection(pointer(Section), buffer.data(), size, file);
+    return std::to_string(count) + ':' + buffer.substr(0, count + 1);
+}
+
+/// Also calls the system's own profile functions if it has some.
+TEST(TextProfileFunctions, AnswersAsTheSystemDoes) {
+    const TemporaryFolder folder;
+    TextProfileFunctions functions;
+    const std::unique_ptr<ProfileFunctions> system = MakeSystemProfileFunctions();
+    int number = 0;
+    for (const Case& one : ReadCases()) {
+        SCOPED_TRACE(testing::PrintToString(one));
+        // Each case has its own file, because the system may cache what it has read.
+        const std::string path = folder / (std::to_string(number++) + ".ini");
+        const std::string& onWindows = one[one.size() > OnWindows ? OnWindows : Answer];
+        EXPECT_EQ(Call(functions, one, path), onWindows);
+        const std::string answer = system == nullptr ? onWindows : Call(*system, one, path);
+        EXPECT_TRUE(answer == one[Answer] || answer == onWindows) << testing::PrintToString(answer);
+    }
+}
+
+TEST(TextProfileFunctions, WritesReplaceTheFileUnlessItIsTooLargeToBeRead) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "a.ini";
+    TextProfileFunctions functions;
+    const auto write = [&functions](const std::string& file, const char* value) {
+        return functions.WritePrivateProfileString("s", "k", value, file.c_str());
+    };
+    const auto read = [&functions](const std::string& file) {
+        return functions.GetPrivateProfileInt("s", "k", 77, file.c_str());
+    };
+    EXPECT_TRUE(write(path, nullptr));
+    EXPECT_EQ(CountFiles(folder.Path()), 0U) << "nothing to delete";
+    EXPECT_TRUE(write(path, "1"));
+    EXPECT_TRUE(write(path, "22"));
+    EXPECT_EQ(ReadBytes(path), "[s]\r\nk=22\r\n");
+    EXPECT_TRUE(write(path, nullptr));
+    EXPECT_EQ(ReadBytes(path), "[s]\r\n");
+    EXPECT_FALSE(write(folder / "missing/a.ini", "1"));
+    EXPECT_FALSE(write(folder.Path().string(), "1"));
+    EXPECT_EQ(read(folder.Path().string()), 77U);
+
     std::string bytes = "[s]\nk=5\n";
     bytes.resize(TextProfileFunctions::MaximumFileSize, ';');
-    WriteBytes(path_, bytes);
-    EXPECT_EQ(ReadInt(path_), 5U);
-    EXPECT_TRUE(Write(path_, "6"));
-    EXPECT_FALSE(Write(path_, "12")) << "the file would become too large to be read";
-    EXPECT_EQ(ReadInt(path_), 6U);
-    WriteBytes(path_, bytes + ';');
-    EXPECT_EQ(ReadInt(path_), 77U);
-    EXPECT_FALSE(Write(path_, "6"));
-    EXPECT_EQ(fs::file_size(path_), TextProfileFunctions::MaximumFileSize + 1);
+    WriteBytes(path, bytes);
+    EXPECT_EQ(read(path), 5U);
+    EXPECT_TRUE(write(path, "6"));
+    EXPECT_FALSE(write(path, "12")) << "the file would become too large to be read";
+    EXPECT_EQ(read(path), 6U);
+    WriteBytes(path, bytes + ';');
+    EXPECT_EQ(read(path), 77U);
+    EXPECT_FALSE(write(path, "6"));
+    EXPECT_EQ(ReadBytes(path).size(), bytes.size() + 1);
+    EXPECT_EQ(CountFiles(folder.Path()), 1U);
 }
 
 }  // namespace

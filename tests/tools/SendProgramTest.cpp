@@ -17,24 +17,12 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// The result of a process.
-struct Result {
-    int Status = -1;
-    std::string Output;
-    std::string Errors;
-
-    bool operator==(const Result&) const = default;
-};
-
-void PrintTo(const Result& result, std::ostream* out) {
-    *out << result.Status << ": " << result.Output << result.Errors;
-}
-
 /// Runs tallyhorn-send as a process, and reads the mailslot and the UDP port that it sends to.
 class SendProgramTest : public testing::Test {
 protected:
-    /// Arguments must not contain ", $, ` or %, which shells interpret inside double quotes.
-    Result Send(const Texts& arguments, const std::string& redirection = {}) const {
+    /// Returns the exit status, the output and the errors as "status|output|errors".  Arguments must not
+    /// contain ", $, ` or %, which shells interpret inside double quotes.
+    std::string Send(const Texts& arguments, const std::string& redirection = {}) const {
         const std::string out = testMailslot_.Home / "out";
         const std::string err = testMailslot_.Home / "err";
         // "cd . &&" because cmd.exe removes a quote at the begin of a command and one at its end.
@@ -44,15 +32,15 @@ protected:
         command += redirection + " >\"" + out + "\" 2>\"" + err + '"';
         const int status = std::system(command.c_str());
         // Linux returns a wait status, with the exit status in the second byte.
-        constexpr int LargestExitStatus = 255;
-        return {status > LargestExitStatus ? status >> 8 : status, ReadText(out), ReadText(err)};
+        return std::to_string(status > 255 ? status >> 8 : status) + "|" + ReadText(out) + "|" +
+               ReadText(err);
     }
-    Result SendByMailslot(Texts arguments, const std::string& redirection = {}) const {
+    std::string SendByMailslot(Texts arguments, const std::string& redirection = {}) const {
         arguments.insert(arguments.begin(),
                          {"--mailslot", testMailslot_.Name, "--mailslot-folder", testMailslot_.Folder});
         return Send(arguments, redirection);
     }
-    Result SendBySyslog(Texts arguments) const {
+    std::string SendBySyslog(Texts arguments) const {
         arguments.insert(arguments.begin(), {"--syslog", target_});
         return Send(arguments);
     }
@@ -82,27 +70,24 @@ protected:
 
 TEST_F(SendProgramTest, SendsTextsByMailslot) {
     ASSERT_TRUE(mailslot_.InitializeMailslot(testMailslot_.Name, true));
+    const std::string end = " bytes to " + testMailslot_.Name + "\n|";
     // A text of 400 bytes is sent without a NUL; it is read correctly only as the first of a batch.
-    EXPECT_EQ(SendByMailslot({std::string(400, 'y')}).Status, 0);
-    EXPECT_EQ(SendByMailslot({"a text of 22 bytes: ok"}),
-              (Result{0, "sent 1 text, 1 datagram, 23 bytes to " + testMailslot_.Name + "\n", ""}));
-    EXPECT_EQ(SendByMailslot({"--", "--help"}).Status, 0);
-    EXPECT_EQ(SendByMailslot({std::string(600, 'z')}).Output,
-              "sent 1 text, 3 datagrams, 624 bytes to " + testMailslot_.Name + "\n");
-    EXPECT_EQ(ReadMailslot(6), (Texts{std::string(400, 'y'), "a text of 22 bytes: ok", "--help"}));
-    const std::string demo = SendByMailslot({"--demo", "--count", "50"}).Output;
-    EXPECT_TRUE(demo.starts_with("sent 50 texts, ")) << demo;
+    EXPECT_EQ(SendByMailslot({std::string(400, 'y')}), "0|sent 1 text, 1 datagram, 400" + end);
+    EXPECT_EQ(SendByMailslot({"--", "--help"}), "0|sent 1 text, 1 datagram, 7" + end);
+    EXPECT_EQ(SendByMailslot({std::string(600, 'z')}), "0|sent 1 text, 3 datagrams, 624" + end);
+    EXPECT_EQ(ReadMailslot(5), (Texts{std::string(400, 'y'), "--help"}));
+    const std::string demo = SendByMailslot({"--demo", "--count", "50"});
+    EXPECT_TRUE(demo.starts_with("0|sent 50 texts, ")) << demo;
     EXPECT_NE(demo.find("\n  Failure Audit: "), std::string::npos) << demo;
 }
 
 TEST_F(SendProgramTest, SendsTextsBySyslog) {
-    EXPECT_EQ(SendBySyslog({"a text of 22 bytes: ok"}),
-              (Result{0, "sent 1 datagram, 22 bytes to " + target_ + "\n", ""}));
-    EXPECT_EQ(SendBySyslog({"--raw", "first", std::string(600, 'x'), "third"}).Output,
-              "sent 3 datagrams, 610 bytes to " + target_ + "\n");
-    EXPECT_EQ(ReadPort(4), (Texts{"a text of 22 bytes: ok", "first", std::string(600, 'x'), "third"}));
+    EXPECT_EQ(SendBySyslog({"text"}), "0|sent 1 datagram, 4 bytes to " + target_ + "\n|");
+    EXPECT_EQ(SendBySyslog({"--raw", "first", std::string(600, 'x'), "third"}),
+              "0|sent 3 datagrams, 610 bytes to " + target_ + "\n|");
+    EXPECT_EQ(ReadPort(4), (Texts{"text", "first", std::string(600, 'x'), "third"}));
     target_.replace(0, target_.find(':'), "[::1]");
-    EXPECT_EQ(SendBySyslog({"by IPv6"}).Status, 0);
+    EXPECT_TRUE(SendBySyslog({"by IPv6"}).starts_with("0|"));
     EXPECT_EQ(ReadPort(1), Texts{"by IPv6"});
 }
 
@@ -113,38 +98,38 @@ TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
     for (int byte = 1; byte < 256; ++byte)
         bytes += static_cast<char>(byte);
     WriteBytes(file, bytes);
-    EXPECT_EQ(SendByMailslot({"--file", file}).Status, 0);
-    EXPECT_EQ(SendByMailslot({"--file", "-"}, " <\"" + file + '"').Status, 0);
+    SendByMailslot({"--file", file});
+    SendByMailslot({"--file", "-"}, " <\"" + file + '"');
     EXPECT_EQ(ReadMailslot(2), (Texts{bytes, bytes}));
     bytes.resize(DatagramSockets::LargestSize, '\0');
     WriteBytes(file, bytes);
-    EXPECT_EQ(SendBySyslog({"--file", file}).Status, 0);
+    SendBySyslog({"--file", file});
     EXPECT_TRUE(ReadPort(1) == Texts{bytes});
     WriteBytes(file, std::string(65536, 'z'));
     EXPECT_EQ(SendBySyslog({"--file", file}),
-              (Result{1, "sent 0 datagrams, 0 bytes to " + target_ + "\n",
-                      "tallyhorn-send: the system did not accept a datagram for " + target_ +
-                          ": it is too long, or there is no route\n"}));
-    EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home / "missing"}).Status, 2);
-    EXPECT_EQ(SendByMailslot({"--file", testMailslot_.Home.Path().string()}).Status, 2);
+              "1|sent 0 datagrams, 0 bytes to " + target_ +
+                  "\n|tallyhorn-send: the system did not accept a datagram for " + target_ +
+                  ": it is too long, or there is no route\n");
+    for (const char* const name : {"missing", ""})
+        EXPECT_TRUE(SendByMailslot({"--file", testMailslot_.Home / name}).starts_with("2||")) << name;
 }
 
 TEST_F(SendProgramTest, ReportsFailures) {
     EXPECT_EQ(SendByMailslot({"text"}),
-              (Result{1, "", "tallyhorn-send: nobody listens at the mailslot " + testMailslot_.Name + "\n"}));
+              "1||tallyhorn-send: nobody listens at the mailslot " + testMailslot_.Name + "\n");
     receiver_.reset();
-    const Result nobody = SendBySyslog({"text"});
-    EXPECT_EQ(nobody.Status, 1);
-    EXPECT_EQ(nobody.Errors, "tallyhorn-send: nobody listens at " + target_ + "\n");
+    const std::string nobody = SendBySyslog({"text"});
+    EXPECT_TRUE(nobody.starts_with("1|") &&
+                nobody.ends_with("|tallyhorn-send: nobody listens at " + target_ + "\n"))
+        << nobody;
     target_ = "no such host:514";
     EXPECT_EQ(SendBySyslog({"text"}),
-              (Result{1, "", "tallyhorn-send: cannot find the host or a route to it: no such host:514\n"}));
-    const Result wrong = Send({"--demo", "--count", "many"});
-    EXPECT_EQ(wrong.Status, 2);
-    EXPECT_NE(wrong.Errors.find("--count needs a whole number from 1 to "), std::string::npos)
-        << wrong.Errors;
-    EXPECT_EQ(Send({"--help"}).Status, 0);
-    EXPECT_TRUE(Send({"--version"}).Output.starts_with("tallyhorn-send "));
+              "1||tallyhorn-send: cannot find the host or a route to it: no such host:514\n");
+    const std::string wrong = Send({"--demo", "--count", "many"});
+    EXPECT_TRUE(wrong.starts_with("2||")) << wrong;
+    EXPECT_NE(wrong.find("--count needs a whole number from 1 to "), std::string::npos) << wrong;
+    EXPECT_TRUE(Send({"--help"}).starts_with("0|"));
+    EXPECT_TRUE(Send({"--version"}).starts_with("0|tallyhorn-send "));
 }
 
 }  // namespace

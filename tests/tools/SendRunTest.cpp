@@ -4,6 +4,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeDatagrams.h"
@@ -46,9 +47,8 @@ TEST_F(SendRunTest, SendsRawDatagramsToAMailslotUntilOneIsNotAccepted) {
     MailslotRun run(arguments_, mailslots_, clock_);
     EXPECT_EQ(run.Send({"*1-0-1-a", std::string(600, 'x'), "c"}), Outcome::NotTaken);
     EXPECT_EQ(Mailslot().Waiting, std::deque<std::string>{std::string("*1-0-1-a\0", 9)});
-    EXPECT_EQ(run.Counts().Texts, 1U);
-    EXPECT_EQ(run.Counts().Datagrams, 1U);
-    EXPECT_EQ(run.Counts().Bytes, 9U);
+    EXPECT_EQ(std::tuple(run.Counts().Texts, run.Counts().Datagrams, run.Counts().Bytes),
+              std::tuple(1U, 1U, 9U));
 }
 
 TEST_F(SendRunTest, CountsTheAcceptedTextsOfAMailslotDemoByType) {

@@ -3,32 +3,22 @@
 
 #include <csignal>
 #include <string>
+#include <utility>
 
 #include "tests/storage/ExportFixture.h"
 
 namespace tallyhorn {
 namespace {
 
-/// Stands in for a full disk: during the object's life, this process cannot write beyond `bytes` bytes of any
-/// file.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : signalBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signalBefore_);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*const signalBefore_)(int);
-    rlimit before_{};
-};
+/// Simulates a full disk: this process cannot write beyond `bytes` bytes of any file.  Returns the earlier
+/// limit.
+rlim_t LimitFileSizes(rlim_t bytes) {
+    rlimit limit;
+    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlim_t before = std::exchange(limit.rlim_cur, bytes);
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    return before;
+}
 
 class FullDiskTest : public ExportFixture {};
 
@@ -36,12 +26,14 @@ TEST_F(FullDiskTest, AFailedExportKeepsTheEarlierFile) {
     const std::string name(1'000'000, 'x');
     StoreNamed(name);
     WriteBytes(file_, "old");
-    {
-        const FileSizeLimit limit(600'000);
-        export_.ExportMessages();
-        ASSERT_EQ(Boxes.Shown.size(), 2U) << "the question and the failure";
-        EXPECT_NE(Boxes.Shown[1].find("The following error occurred"), std::string::npos) << Boxes.Shown[1];
-    }
+    // The signal would otherwise end the process.
+    auto* const signalBefore = std::signal(SIGXFSZ, SIG_IGN);
+    const rlim_t limitBefore = LimitFileSizes(600'000);
+    export_.ExportMessages();
+    LimitFileSizes(limitBefore);
+    std::signal(SIGXFSZ, signalBefore);
+    ASSERT_EQ(Boxes.Shown.size(), 2U) << "the question and the failure";
+    EXPECT_NE(Boxes.Shown[1].find("The following error occurred"), std::string::npos) << Boxes.Shown[1];
     EXPECT_EQ(ReadBytes(file_), "old");
     EXPECT_TRUE(Exported() == Header + Line(name)) << "the file is replaced as a whole";
 }

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
-#include <memory>
-#include <optional>
 #include <semaphore>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -26,9 +22,7 @@ protected:
             woken_.release();
         });
     }
-    std::unique_ptr<DatagramSender> Open(const std::string& host = "127.0.0.1") const {
-        return sockets_->Open(host, receiver_->Port());
-    }
+    auto Open(const std::string& host = "127.0.0.1") { return sockets_->Open(host, receiver_->Port()); }
     /// Returns the next datagram, and waits for a wake until it arrives; "timeout" if none arrives.
     std::string Await() {
         std::optional<std::string_view> next = receiver_->Next();
@@ -45,35 +39,29 @@ protected:
 };
 
 TEST_F(DatagramSocketsTest, ReceivesEverySizeOverIPv4AndIPv6) {
-    ASSERT_NE(receiver_, nullptr);
-    EXPECT_GT(receiver_->Port(), 0);
     for (const char* const host : {"127.0.0.1", "::1", "localhost"}) {
         const std::unique_ptr<DatagramSender> sender = Open(host);
-        // Not every machine has IPv6.
         if (sender == nullptr && host == std::string_view("::1"))
-            continue;
+            continue;  // this machine has no IPv6
         ASSERT_NE(sender, nullptr) << host;
         for (const std::size_t size : {0, 1, 2, 300, 1472, 1473, 65506, 65507}) {
-            std::string text(size, '\0');
-            for (std::size_t i = 0; i < size; ++i)
-                text[i] = static_cast<char>(i % 256 + i / 256);
+            std::string text;
+            while (text.size() < size)
+                text += static_cast<char>(text.size() % 256 + text.size() / 256);
             ASSERT_TRUE(sender->Send(text)) << host << ' ' << size;
             ASSERT_TRUE(Await() == text) << host << ' ' << size;
         }
         EXPECT_FALSE(sender->Send(std::string(65536, 'x'))) << host;
         EXPECT_TRUE(sender->Send("after it"));
         EXPECT_EQ(Await(), "after it");
-        EXPECT_FALSE(sender->Refused());
     }
-    EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
-    EXPECT_EQ(LostBySystem(), 0U);
 }
 
 TEST_F(DatagramSocketsTest, SendsABatchInOrderUpToTheFirstTextThatIsTooLong) {
     const std::unique_ptr<DatagramSender> sender = Open();
-    std::vector<std::string> texts(150);
-    for (std::size_t i = 0; i < texts.size(); ++i)
-        texts[i] = std::to_string(i) + std::string(i % 3 == 0 ? 0 : 200, static_cast<char>(i));
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < 150; ++i)
+        texts.push_back(std::to_string(i) + std::string(i % 3 == 0 ? 0 : 200, static_cast<char>(i)));
     std::vector<std::string_view> batch(texts.begin(), texts.end());
     const std::string tooLong(65536, 'x');
     for (const std::size_t sent : {150, 100, 0}) {
@@ -84,16 +72,6 @@ TEST_F(DatagramSocketsTest, SendsABatchInOrderUpToTheFirstTextThatIsTooLong) {
     }
     EXPECT_EQ(sender->SendBatch({}), 0U);
     EXPECT_EQ(receiver_->Next(), std::nullopt);
-}
-
-TEST_F(DatagramSocketsTest, APortHasOneReceiverAtATime) {
-    const std::uint16_t port = receiver_->Port();
-    EXPECT_EQ(MakeDatagramSockets()->Listen(port, [] {}), nullptr);
-    const std::unique_ptr<DatagramReceiver> other = Listen(0);
-    ASSERT_NE(other, nullptr);
-    EXPECT_NE(other->Port(), port);
-    ASSERT_TRUE(Open()->Send("the failed call changed nothing"));
-    EXPECT_EQ(Await(), "the failed call changed nothing");
 }
 
 TEST_F(DatagramSocketsTest, RefusesInvalidPortsAndHosts) {
@@ -129,25 +107,24 @@ TEST_F(DatagramSocketsTest, ReportsTheLossesOfTheSystem) {
         sent += sender->SendBatch(batch);
     EXPECT_GT(LostBySystem(), 0U) << sent;
     std::uint64_t taken = 0;
-    const auto allCounted = [&] {
+    EXPECT_TRUE(Eventually([&] {
         while (receiver_->Next())
             ++taken;
         return taken + LostBySystem() + receiver_->Losses().NoRoom == sent;
-    };
-    EXPECT_TRUE(Eventually(allCounted))
-        << sent << " sent, " << taken << " taken, " << LostBySystem() << " lost";
+    })) << sent
+        << " sent, " << taken << " taken, " << LostBySystem() << " lost";
     const std::uint64_t lost = LostBySystem();
-    receiver_->Stop();
     receiver_->Stop();
     EXPECT_EQ(LostBySystem(), lost) << "after the socket was closed";
 }
 
-TEST_F(DatagramSocketsTest, StopFreesThePortAndKeepsWhatArrived) {
+TEST_F(DatagramSocketsTest, APortIsFreeOnlyAfterStopWhichKeepsWhatArrived) {
     // Few enough for the smallest receive buffer, in which they wait while the pump sleeps.
     constexpr std::size_t Texts = 100;
     for (int round = 0; round < 20; ++round) {
         const std::uint16_t port = receiver_->Port();
         const std::unique_ptr<DatagramSender> sender = Open();
+        EXPECT_EQ(MakeDatagramSockets()->Listen(port, [] {}), nullptr) << "the port has a receiver";
         ASSERT_TRUE(sender->Send("0"));
         EXPECT_EQ(Await(), "0");
         for (std::size_t i = 1; i <= Texts; ++i)
@@ -161,8 +138,7 @@ TEST_F(DatagramSocketsTest, StopFreesThePortAndKeepsWhatArrived) {
         for (std::size_t i = 1; i <= Texts; ++i)
             ASSERT_EQ(receiver_->Next(), std::to_string(i)) << "in round " << round;
         EXPECT_EQ(receiver_->Next(), std::nullopt);
-        EXPECT_EQ(receiver_->Losses().NoRoom, 0U);
-        EXPECT_EQ(LostBySystem(), 0U);
+        EXPECT_EQ(receiver_->Losses().NoRoom + LostBySystem(), 0U);
         receiver_ = std::move(next);
     }
 }
@@ -170,8 +146,7 @@ TEST_F(DatagramSocketsTest, StopFreesThePortAndKeepsWhatArrived) {
 TEST_F(DatagramSocketsTest, EndsAtOnceDuringAFlood) {
     const std::uint16_t port = receiver_->Port();
     std::jthread flood([&](const std::stop_token& stop) {
-        const std::unique_ptr<DatagramSender> sender = sockets_->Open("127.0.0.1", port);
-        while (!stop.stop_requested())
+        for (const auto sender = sockets_->Open("127.0.0.1", port); !stop.stop_requested();)
             sender->Send("text");
     });
     for (int i = 0; i < 20; ++i) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <utility>
 
 #include "platform/InstanceLock.h"
@@ -20,7 +19,6 @@ TEST(InstanceLockTest, TheFirstInstanceHoldsItUntilItEnds) {
         EXPECT_TRUE(first->Acquire());
         EXPECT_TRUE(first->Acquire()) << "asking again changes nothing";
         EXPECT_FALSE(second->Acquire());
-        EXPECT_FALSE(second->Acquire());
         first = std::exchange(second, make());
     }
 }
@@ -29,15 +27,10 @@ TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
     TestMailslot mailslot;
     InstanceLock lock(mailslot.Name, mailslot.Folder);
     EXPECT_TRUE(lock.Acquire());
-    EXPECT_NE(mailslot.Transport->Create(mailslot.Path, 401), nullptr);
-    EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + "instance-" + mailslot.Name, 401),
-              nullptr);
-}
-
-TEST(InstanceLockTest, IsGrantedWhereTheSystemHasNoLock) {
-    TestMailslot mailslot;
-    InstanceLock lock(mailslot.Name, mailslot.Home / "missing/folder");
-    EXPECT_TRUE(lock.Acquire());
+    for (const char* const before : {"", "instance-"})
+        EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + before + mailslot.Name, 401),
+                  nullptr);
+    EXPECT_TRUE(InstanceLock(mailslot.Name, mailslot.Home / "missing/folder").Acquire()) << "no lock there";
 }
 
 }  // namespace

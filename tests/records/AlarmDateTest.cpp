@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "records/DateDisplay.h"
 #include "tests/support/Cases.h"
 #include "tests/support/DateTexts.h"
@@ -35,12 +33,11 @@ TEST(AlarmDate, IsNotReadFromAnyOtherText) {
 
 TEST(AlarmDate, RoundTripsThroughItsPartsItsTextAndItsDays) {
     // The step shares no factor with the lengths of days, months and years.
-    for (std::int64_t seconds = At(100, 1, 1).Seconds; seconds <= At(9999, 12, 31).Seconds;
-         seconds += 7'654'321) {
-        const AlarmDate date{seconds};
+    for (AlarmDate date = At(100, 1, 1); date.Seconds <= At(9999, 12, 31).Seconds;
+         date.Seconds += 7'654'321) {
         ASSERT_EQ(MakeAlarmDate(SplitAlarmDate(date)), date);
         ASSERT_EQ(ParseAlarmDate(FormatGeneralDate(date)), date) << FormatGeneralDate(date);
-        ASSERT_EQ(MillisecondsFromDays(DaysFromAlarmDate(date)), seconds * 1000) << FormatGeneralDate(date);
+        ASSERT_EQ(MillisecondsFromDays(DaysFromAlarmDate(date)), date.Seconds * 1000);
     }
 }
 
@@ -70,7 +67,6 @@ TEST(DateDisplay, FollowsOrderAndSeparator) {
 }
 
 TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {
-    const auto halfADayAfter = [](AlarmDate date) { return AlarmDate{date.Seconds + 12 * 3600}; };
     for (const bool dayFirst : {false, true}) {
         const DateStyle style{dayFirst, "/"};
         // Every hour of some days, so that "10:" meets "1:"; then days, months and years.
@@ -78,10 +74,11 @@ TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {
         for (int i = 0; i < 400; ++i) {
             const AlarmDate date{before.Seconds + (i < 100 ? 3'607 : 2'801'113)};
             const std::string text = FormatAlarmDate(date, style.Pattern(), "/");
+            const AlarmDate halfADayLater{date.Seconds + 43'200};
             for (const AlarmDate other :
-                 {before, At(2008, 2, 11, 1), At(2008, 11, 2, 22, 1, 1), halfADayAfter(date)}) {
+                 {before, At(2008, 2, 11, 1), At(2008, 11, 2, 22, 1, 1), halfADayLater}) {
                 const std::string otherText = FormatAlarmDate(other, style.Pattern(), "/");
-                EXPECT_EQ(DateTextOrder(date, dayFirst) <=> DateTextOrder(other, dayFirst),
+                ASSERT_EQ(DateTextOrder(date, dayFirst) <=> DateTextOrder(other, dayFirst),
                           text <=> otherText)
                     << text << " and " << otherText;
             }

@@ -1,18 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <tuple>
+
 #include "records/EventTypes.h"
 
 namespace tallyhorn {
 namespace {
 
 TEST(EventTypes, GiveDisplayNameListAndIcon) {
-    const struct {
-        const char* Text;
-        const char* DisplayName;
-        std::int16_t List;
-        const char* IconKey;
-        EventType Type;
-    } cases[] = {
+    const std::tuple<std::string, std::string, int, std::string, EventType> cases[] = {
         {"Information", "Information", 2, "information", EventType::Information},
         {"WARNING", "Warning", 1, "warning", EventType::Warning},
         {"error", "Error", 0, "error", EventType::Error},

@@ -1,42 +1,26 @@
 #include <gtest/gtest.h>
 
-#include <span>
-#include <string>
-#include <vector>
-
 #include "records/NetBiosFormat.h"
 #include "tests/support/Cases.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/SampleRecord.h"
 
 namespace tallyhorn {
 namespace {
 
 using namespace std::string_literals;
 
-constexpr const char* LogonFailed = TALLYHORN_TEST_DATA "/netbios-logon-failed.txt";
-
-AlarmRecord Before() {
-    return {AlarmDate{1}, "name", "log", "source", "type", "category", 42, "ACCOUNT", "COMPUTER", "text"};
-}
-
 AlarmRecord Parsed(const std::string& text) {
-    AlarmRecord alarm = Before();
+    AlarmRecord alarm = SampleRecord();
     ParseCurrentAlarm(text, alarm);
     return alarm;
 }
 
 TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
-    EXPECT_EQ(Parsed(ReadBytes(LogonFailed)),
+    EXPECT_EQ(Parsed(ReadBytes(TALLYHORN_TEST_DATA "/netbios-logon-failed.txt")),
               (AlarmRecord{*MakeAlarmDate({2008, 8, 21, 14, 5, 9}), "Logon failed (network) twice",
                            "Security", "Microsoft:Auditing ", "Failure Audit", "", 529, "ACME\\M\xDCLLER",
                            "LON-DC-1", "Logon failure:\r\n\tReason: unknown user\r\n"}));
-}
-
-std::string Join(std::span<const std::string> lines) {
-    std::string text;
-    for (const std::string& line : lines)
-        text += (text.empty() ? "" : "\r\n") + line;
-    return text;
 }
 
 /// Each line in turn is missing or invalid: only its own field keeps its value.
@@ -45,25 +29,29 @@ TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
         SplitAtBars("Date: 8/21/2008 2:05:09 PM|||Alarm (a)|||L: l|S: s|T: t|C: c|E: 7|A: a|K: k|D: d");
     const AlarmRecord whole = {
         *MakeAlarmDate({2008, 8, 21, 14, 5, 9}), "a", "l", "s", "t", "c", 7, "A", "K", "d"};
-    const auto keep = [](std::size_t line, AlarmRecord& record) {
-        const AlarmRecord before = Before();
-        std::string AlarmRecord::*const fields[] = {&AlarmRecord::LogType,     &AlarmRecord::Source,
-                                                    &AlarmRecord::TypeOfEvent, &AlarmRecord::Category,
-                                                    &AlarmRecord::Category,    &AlarmRecord::AccountName,
-                                                    &AlarmRecord::Computer,    &AlarmRecord::Description};
+    const auto keep = [before = SampleRecord()](std::size_t line, AlarmRecord& record) {
+        using Record = AlarmRecord;
+        std::string Record::*const fields[] = {
+            &Record::AlarmName,   nullptr,           nullptr, &Record::LogType,     &Record::Source,
+            &Record::TypeOfEvent, &Record::Category, nullptr, &Record::AccountName, &Record::Computer,
+            &Record::Description};
         if (line == 0)
             record.DateTime = before.DateTime;
-        else if (line == 3)
-            record.AlarmName = before.AlarmName;
         else if (line == 10)
             record.EventID = before.EventID;
-        else if (line > 5)
-            record.*fields[line - 6] = before.*fields[line - 6];
+        else if (line >= 3 && fields[line - 3] != nullptr)
+            record.*fields[line - 3] = before.*fields[line - 3];
+    };
+    const auto join = [](const std::vector<std::string>& lines, std::size_t count) {
+        std::string text;
+        for (std::size_t i = 0; i < count; ++i)
+            text += (i == 0 ? "" : "\r\n") + lines[i];
+        return text;
     };
     AlarmRecord cut = whole;
     for (std::size_t lines = good.size(); lines-- > 0;) {
         keep(lines, cut);
-        EXPECT_EQ(Parsed(Join(std::span(good).first(lines))), cut) << "the first " << lines << " lines";
+        EXPECT_EQ(Parsed(join(good, lines)), cut) << "the first " << lines << " lines";
     }
     for (const auto& [number, text] : SplitPairs(
              "0=Date: yesterday|3=no parentheses|3=)in the wrong order(|3=(never closed|6=no colon|7=|8=type|"
@@ -73,7 +61,7 @@ TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
         lines[line] = text;
         AlarmRecord expected = whole;
         keep(line, expected);
-        EXPECT_EQ(Parsed(Join(lines)), expected) << text;
+        EXPECT_EQ(Parsed(join(lines, lines.size())), expected) << text;
     }
 }
 

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <string>
+#include <tuple>
 
 #include "records/CanonicalText.h"
 #include "records/SyslogFormat.h"
 #include "tests/support/Cases.h"
 #include "tests/support/DateTexts.h"
+#include "tests/support/SampleRecord.h"
 
 namespace tallyhorn {
 namespace {
@@ -14,12 +15,8 @@ using namespace std::string_literals;
 
 const AlarmDate Now = *MakeAlarmDate({2024, 2, 29, 23, 59, 58});
 
-AlarmRecord Before() {
-    return {AlarmDate{1}, "name", "log", "source", "type", "category", 42, "ACCOUNT", "COMPUTER", "text"};
-}
-
 AlarmRecord Parsed(const std::string& text, bool dayFirst = false) {
-    AlarmRecord alarm = Before();
+    AlarmRecord alarm = SampleRecord();
     ParseSyslogText(text, dayFirst, Now, alarm);
     return alarm;
 }
@@ -43,17 +40,11 @@ TEST(ParseSyslogText, ReadsAWholeNotification) {
 /// The text grows by one delimiter at a time: fields before the missing one are read, the others keep their
 /// values.
 TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
-    const struct {
-        const char* Piece;
-        void (*Expect)(AlarmRecord&);
-    } steps[] = {
+    const std::tuple<const char*, void (*)(AlarmRecord&)> steps[] = {
         {"(a)", [](AlarmRecord& a) { a.AlarmName = "a"; }},
         {":l Log", [](AlarmRecord&) {}},
-        {",1/2/2003 4:05:06", [](AlarmRecord& a) { a.LogType = "l"; }},
-        {",s",
-         [](AlarmRecord& a) {
-             a.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
-         }},
+        {",2/29/2024 23:59:58", [](AlarmRecord& a) { a.LogType = "l"; }},
+        {",s", [](AlarmRecord& a) { a.DateTime = Now; }},
         {",t", [](AlarmRecord& a) { a.Source = "s"; }},
         {",c", [](AlarmRecord& a) { a.TypeOfEvent = "t"; }},
         {",7", [](AlarmRecord& a) { a.Category = "c"; }},
@@ -62,7 +53,7 @@ TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
         {",d", [](AlarmRecord& a) { a.Computer = "K", a.Description = "d"; }},
     };
     std::string text;
-    AlarmRecord expected = Before();
+    AlarmRecord expected = SampleRecord();
     for (const auto& [piece, expect] : steps) {
         text += piece;
         expect(expected);
@@ -75,12 +66,9 @@ TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
 
 TEST(ParseSyslogText, CutsTheLogType) {
     for (const auto& [field, expected] :
-         SplitPairs(" Security Log=Security|Security Log =Security L|Log=|ab=before|=before|"
+         SplitPairs(" Security Log=Security|Security Log =Security L|Log=|ab=log|=log|"
                     "  DNS Server xyz=DNS Server")) {
-        AlarmRecord alarm;
-        alarm.LogType = "before";
-        ParseSyslogText("(a):" + field + ",", false, AlarmDate(), alarm);
-        EXPECT_EQ(alarm.LogType, expected) << field;
+        EXPECT_EQ(Parsed("(a):" + field + ",").LogType, expected) << field;
     }
     EXPECT_EQ(Parsed("12:05 (a) b: c Log,").LogType, "c") << "the first colon after the name counts";
 }
@@ -90,9 +78,9 @@ TEST(ParseSyslogText, GivesTestMessagesAndNamelessOnesTheTimeOfArrival) {
     const AlarmRecord nameless = {Now, "???", "???", "s", "", "c", 7, "???", "???", "d"};
     for (const char* const head : {"no parentheses", ")(", "x ) y (", "(never closed", "()", "(   )", ""})
         EXPECT_EQ(Parsed(head + fields + "d"), nameless) << head;
-    EXPECT_EQ(
-        Parsed("(a)" + fields + "a Test Message"),
-        (AlarmRecord{Now, "Test Notification", "???", "s", "", "c", 7, "???", "???", "a Test Message"}));
+    AlarmRecord test = nameless;
+    test.AlarmName = "Test Notification", test.Description = "a Test Message";
+    EXPECT_EQ(Parsed("(a)" + fields + "a Test Message"), test);
     for (const auto& [text, name] :
          SplitPairs("=???|(\t)=\t|TTest Message=Test Notification|(test message)=test message|"
                     "(Test  Message)=Test  Message")) {
@@ -105,24 +93,20 @@ TEST(ParseSyslogText, ReadsDates) {
     const auto parsed = [](const std::string& text, bool dayFirst) {
         return Parsed("(a): b Log,  " + text + " ,s,", dayFirst);
     };
-    const auto expectDates = [&parsed](std::string_view cases) {
-        for (const auto& [text, expected] : SplitPairs(cases))
-            EXPECT_EQ(FormatGeneralDate(parsed(text, text.starts_with("21")).DateTime), expected) << text;
-    };
-    expectDates(
-        "08/21/2008 12:05:09 AM=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM=8/21/2008 12:05:09 PM|"
-        "08/21/2008 2:05:09 pm=8/21/2008 2:05:09 PM|08/21/2008 11:05:09 am=8/21/2008 11:05:09 AM|"
-        "08/21/2008 14:05:09=8/21/2008 2:05:09 PM|08/21/2008 0:0:0=8/21/2008|"
-        "21/08/2008 14:05:09=8/21/2008 2:05:09 PM|21.8.2008 2:05:09 PM=8/21/2008 2:05:09 PM|"
-        "8-21-08 14:05:09=8/21/2008 2:05:09 PM|8x21x2008x14x5x9=8/21/2008 2:05:09 PM|"
-        "8/21/29 1:2:3=8/21/2029 1:02:03 AM|8/21/30 1:2:3=8/21/1930 1:02:03 AM");
-    // The third character is a separator throughout the date, even if it is a digit: here it is 9.
-    expectDates("0192192008 14:05:06=1/21/2008 2:05:06 PM");
+    // The third character is a separator throughout the date, even if it is a digit, as the 9 below.
     // A seventh part other than PM means the morning, but only if no eighth part follows.
-    expectDates(
-        "08/21/2008 12:05:09 x=8/21/2008 12:05:09 AM|08/21/2008 13:05:09 AM=8/21/2008 1:05:09 PM|"
-        "08/21/2008 12:05:09:=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM x=8/21/2008 12:05:09 PM|"
-        "08/21/2008 2:05:09 x PM=8/21/2008 2:05:09 AM");
+    for (const auto& [text, expected] : SplitPairs(
+             "08/21/2008 12:05:09 AM=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM=8/21/2008 12:05:09 PM|"
+             "08/21/2008 2:05:09 pm=8/21/2008 2:05:09 PM|08/21/2008 11:05:09 am=8/21/2008 11:05:09 AM|"
+             "08/21/2008 14:05:09=8/21/2008 2:05:09 PM|08/21/2008 0:0:0=8/21/2008|"
+             "21/08/2008 14:05:09=8/21/2008 2:05:09 PM|21.8.2008 2:05:09 PM=8/21/2008 2:05:09 PM|"
+             "8-21-08 14:05:09=8/21/2008 2:05:09 PM|8x21x2008x14x5x9=8/21/2008 2:05:09 PM|"
+             "8/21/29 1:2:3=8/21/2029 1:02:03 AM|8/21/30 1:2:3=8/21/1930 1:02:03 AM|"
+             "0192192008 14:05:06=1/21/2008 2:05:06 PM|"
+             "08/21/2008 12:05:09 x=8/21/2008 12:05:09 AM|08/21/2008 13:05:09 AM=8/21/2008 1:05:09 PM|"
+             "08/21/2008 12:05:09:=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM x=8/21/2008 12:05:09 PM|"
+             "08/21/2008 2:05:09 x PM=8/21/2008 2:05:09 AM"))
+        EXPECT_EQ(FormatGeneralDate(parsed(text, text.starts_with("21")).DateTime), expected) << text;
     for (const std::string& text : SplitAtBars(
              "08/21/2008 13:05:09 PM|08/21/2008 24:05:09|08/21/2008 14:60:09|08/21/2008 14:05:60|1|11||"
              "08/21/2008 14:05|08/21/2008 14:05:|08/21/2008  14:05:09|21/08/2008 14:05:09|"
@@ -130,18 +114,18 @@ TEST(ParseSyslogText, ReadsDates) {
              "8/21/4294969304 14:05:09|4294967304/21/2008 14:05:09|-8/21/2008 14:05:09|"
              "8/21/2008 18446744073709551630:05:09|8/+21/2008 14:05:09|8/21/2008 14:05:0x9|"
              "8/21/2008\t14:05:09|2008-08-21 14:05:09")) {
-        EXPECT_EQ(parsed(text, false).DateTime, Before().DateTime) << text;
+        EXPECT_EQ(parsed(text, false).DateTime, AlarmDate{1}) << text;
         EXPECT_EQ(parsed(text, false).Source, "s") << text;
     }
-    EXPECT_EQ(parsed("08/21/2008 14:05:09", true).DateTime, Before().DateTime);
-    EXPECT_EQ(parsed("8/21/2008 14:05:09\0"s, false).DateTime, Before().DateTime);
+    EXPECT_EQ(parsed("08/21/2008 14:05:09", true).DateTime, AlarmDate{1});
+    EXPECT_EQ(parsed("8/21/2008 14:05:09\0"s, false).DateTime, AlarmDate{1});
 }
 
 TEST(ReadStoredText, GivesTheRecordThatWasStored) {
     AlarmRecord stored = Parsed("(a): l Log, 1/2/2003 4:05:06, s, Error, c, 7, u, k, a Test Message: (x), y");
-    stored.DateTime = *MakeAlarmDate({2003, 1, 2, 4, 5, 6});
+    stored.DateTime = AlarmDate{2};
     const std::string text = SettleMessage(stored);
-    AlarmRecord read = Before();
+    AlarmRecord read = SampleRecord();
     ReadStoredText(text, true, Now, read);
     EXPECT_EQ(read, stored) << "a test notification keeps its date too";
 

@@ -7,8 +7,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
-#include <string>
 #include <vector>
 
 #include "tests/support/FileBytes.h"
@@ -25,9 +23,8 @@ protected:
         setenv("XDG_RUNTIME_DIR", runtime_.Path().c_str(), 1);
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
         setenv("TALLYHORN_SUMMARY", (folder_ / "summary").c_str(), 1);
-        std::ofstream(folder_ / "thlisten.ini") << "[General]\r\nMessageViews=7\r\n";
+        WriteBytes(folder_ / "thlisten.ini", "[General]\r\nMessageViews=7\r\n");
     }
-
     static pid_t Spawn(const std::string& program, const std::vector<std::string>& arguments,
                        const std::string& errors = "/dev/null") {
         std::vector<char*> words{const_cast<char*>(program.c_str())};
@@ -55,8 +52,8 @@ protected:
             Eventually([this] { return std::filesystem::exists(runtime_ / "mailslot/TallyhornEngine"); }));
         return console;
     }
-    TemporaryFolder runtime_;
-    TemporaryFolder folder_;
+
+    TemporaryFolder runtime_, folder_;
 };
 
 }  // namespace tallyhorn

@@ -1,6 +1,3 @@
-#include <chrono>
-#include <thread>
-
 #include "tests/app/linux/ConsoleProcess.h"
 
 namespace tallyhorn {
@@ -15,8 +12,7 @@ TEST_F(ProcessTest, ARequestToEndIsTheNormalShutDown) {
         kill(console, SIGUSR1);  // means nothing, and must not make it deaf
         kill(console, signal);
         EXPECT_EQ(ExitStatus(console), 0) << signal;
-        EXPECT_TRUE(ReadBytes(folder_ / "summary").starts_with("NetBIOS 20 received, 20 kept"))
-            << ReadBytes(folder_ / "summary");
+        EXPECT_EQ(ReadBytes(folder_ / "summary").find("NetBIOS 20 received, 20 kept"), 0U);
         EXPECT_NE(ReadBytes(folder_ / "thlisten.ini").find("CPWidth="), std::string::npos);
         EXPECT_FALSE(std::filesystem::exists(runtime_ / "mailslot/TallyhornEngine"));
     }

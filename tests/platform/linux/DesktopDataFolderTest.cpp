@@ -6,21 +6,13 @@ namespace tallyhorn {
 namespace {
 
 TEST(DesktopDataFolder, IsTheFirstAbsoluteOneOfThree) {
-    const struct {
-        const char* Data;
-        const char* Home;
-        const char* AccountHome;
-        const char* Expected;
-    } cases[] = {
-        {"/data", "/home/ann", "/home/account", "/data"},
-        {"", "/home/ann", "/home/account", "/home/ann/.local/share"},
-        {"data", "/home/ann", "/home/account", "/home/ann/.local/share"},
-        {"../data", "", "/home/account", "/home/account/.local/share"},
-        {"", "ann", "/home/account", "/home/account/.local/share"},
-        {"", "", "", ""},
-    };
-    for (const auto& [data, home, accountHome, expected] : cases)
-        EXPECT_EQ(DesktopDataFolder(data, home, accountHome), expected) << data << ' ' << home;
+    EXPECT_EQ(DesktopDataFolder("/data", "/home/ann", "/account"), "/data");
+    for (const char* const data : {"", "data", "../data"}) {
+        EXPECT_EQ(DesktopDataFolder(data, "/home/ann", "/account"), "/home/ann/.local/share") << data;
+        for (const char* const home : {"", "ann"})
+            EXPECT_EQ(DesktopDataFolder(data, home, "/account"), "/account/.local/share") << data << home;
+        EXPECT_EQ(DesktopDataFolder(data, "", ""), "") << data;
+    }
 }
 
 }  // namespace

@@ -4,10 +4,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <string>
-
 #include "platform/OutputFile.h"
 #include "platform/WholeFile.h"
 #include "tests/support/FileBytes.h"
@@ -40,37 +36,32 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool WriteAndFinish(const std::unique_ptr<OutputFile>& file) {
+bool Replace(const fs::path& path, bool isNew = false) {
+    SystemError error;
+    const auto file = isNew ? CreateOutputFile(path, error) : CreateReplacementFile(path, error);
     return file && !file->Write("the ") && !file->Write("content") && !file->Finish();
 }
 
 /// After a power failure, a rename that reached the disk before the content leaves an empty file.
 TEST(OutputFileTest, TheContentIsOnTheDiskBeforeTheNameIs) {
     const TemporaryFolder folder;
-    SystemError error;
-    // Each file is written, and then replaced.
-    for (int round = 0; round < 2; ++round) {
-        calls.clear();
-        EXPECT_TRUE(ReplaceWholeFile(folder / "whole", "the content"));
-        EXPECT_EQ(calls, "sync 11 bytes, rename, sync folder, ");
-        calls.clear();
-        EXPECT_TRUE(WriteAndFinish(CreateReplacementFile(folder / "replaced", error)));
-        EXPECT_EQ(calls, "sync 11 bytes, rename, sync folder, ");
-    }
     calls.clear();
-    EXPECT_TRUE(WriteAndFinish(CreateOutputFile(folder / "new", error)));
-    EXPECT_EQ(calls, "sync 11 bytes, sync folder, ");
+    EXPECT_TRUE(Replace(folder / "new", true));
+    EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, sync folder, ");
+    // Each file is created, and then replaced.
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(ReplaceWholeFile(folder / "whole", "the content"));
+        EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, rename, sync folder, ");
+        EXPECT_TRUE(Replace(folder / "replaced"));
+        EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, rename, sync folder, ");
+    }
 }
 
 /// In a folder in which no file can be created, an existing file may still be writable.
 TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
     const TemporaryFolder folder;
-    const auto replace = [](const fs::path& path) {
-        SystemError error;
-        return WriteAndFinish(CreateReplacementFile(path, error));
-    };
-    for (const char* const name : {"guarded", "open"})
-        WriteBytes(folder / name, "before");
+    WriteBytes(folder / "guarded", "before");
+    WriteBytes(folder / "open", "before");
     fs::permissions(folder / "guarded", fs::perms::owner_read);
     fs::permissions(folder / "open", fs::perms::all);
     for (const bool takesNewFiles : {true, false}) {
@@ -79,13 +70,12 @@ TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
         ASSERT_FALSE(std::ofstream(folder / "guarded", std::ios::app));
         ASSERT_EQ(static_cast<bool>(std::ofstream(folder / "new")), takesNewFiles);
         fs::remove(folder / "new");
-        EXPECT_FALSE(replace(folder / "guarded"));
-        EXPECT_EQ(replace(folder / "new"), takesNewFiles);
+        EXPECT_FALSE(Replace(folder / "guarded"));
+        EXPECT_EQ(Replace(folder / "new"), takesNewFiles);
         fs::remove(folder / "new");
-        EXPECT_TRUE(replace(folder / "open"));
+        EXPECT_TRUE(Replace(folder / "open"));
     }
     fs::permissions(folder.Path(), fs::perms::owner_all);
-    fs::permissions(folder / "guarded", fs::perms::owner_all);
     EXPECT_EQ(ReadBytes(folder / "guarded"), "before");
     EXPECT_EQ(ReadBytes(folder / "open"), "the content");
     EXPECT_EQ(CountFiles(folder.Path()), 2U);

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <fstream>
-#include <thread>
 
 #include "platform/SoundDevice.h"
 #include "tests/support/FileBytes.h"
@@ -46,8 +43,8 @@ std::string WithoutSilence(const std::string& samples) {
 class SoundDeviceTest : public ::testing::Test {
 protected:
     SoundDeviceTest() {
-        std::ofstream(folder_ / "sound.wav", std::ios::binary) << Wave(RisingSamples());
-        std::ofstream(folder_ / "broken.wav", std::ios::binary) << Wave(RisingSamples()).substr(0, 30);
+        WriteBytes(folder_ / "sound.wav", Wave(RisingSamples()));
+        WriteBytes(folder_ / "broken.wav", Wave(RisingSamples()).substr(0, 30));
     }
     bool Open(const std::string& name) {
         device_->SetFileName(folder_ / name);
@@ -66,8 +63,7 @@ TEST_F(SoundDeviceTest, ReportsItsMode) {
     EXPECT_TRUE(device_->Close());
     ASSERT_TRUE(Open("sound.wav"));
     EXPECT_EQ(device_->CurrentMode(), Mode::Stopped);
-    EXPECT_TRUE(device_->Prev());
-    EXPECT_TRUE(device_->Close());
+    EXPECT_TRUE(device_->Prev() && device_->Close());
     EXPECT_EQ(device_->CurrentMode(), Mode::NotOpen);
 }
 
@@ -83,9 +79,7 @@ TEST_F(SoundDeviceTest, PlaysAFileAgain) {
         EXPECT_NE(device_->CurrentMode(), Mode::NotOpen);
         if (cutShort)
             continue;
-        for (int i = 0; i < 2000 && device_->CurrentMode() == Mode::Playing; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        EXPECT_EQ(device_->CurrentMode(), Mode::Stopped);
+        EXPECT_TRUE(Eventually([this] { return device_->CurrentMode() == Mode::Stopped; }));
         EXPECT_TRUE(Eventually([played] { return WithoutSilence(ReadBytes(played)) == RisingSamples(); }));
     }
 }

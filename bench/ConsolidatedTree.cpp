@@ -54,7 +54,7 @@ struct LeafyTree {
 };
 
 /// Makes the rows outside the measured time, because the lists need them too.
-void AddLeaves(benchmark::State& state, Slot leaves) {
+void AddLeaves(benchmark::State& state, Slot leaves, Slot together) {
     constexpr Slot Added = 10'000;
     const auto tree = std::make_unique<LeafyTree>(leaves);
     std::vector<Slot> slots(Added);
@@ -68,8 +68,15 @@ void AddLeaves(benchmark::State& state, Slot leaves) {
             records.push_back(tree->Record);
         }
         state.ResumeTiming();
-        for (Slot i = 0; i < Added; ++i)
-            tree->Tree.AddMessageToConsolidatedTree(leaves + i, records[static_cast<std::size_t>(i)]);
+        for (Slot i = 0; i < Added; ++i) {
+            if (together == 1) {
+                tree->Tree.AddMessageToConsolidatedTree(leaves + i, records[static_cast<std::size_t>(i)]);
+                continue;
+            }
+            tree->Tree.NoteMessage(leaves + i, records[static_cast<std::size_t>(i)]);
+            if (i % together == together - 1 || i == Added - 1)
+                tree->Tree.AddNoted();
+        }
         state.PauseTiming();
         tree->Tree.RemoveLeaves(slots);
         tree->Rows.Remove(slots);
@@ -98,8 +105,10 @@ void RemoveLeaves(benchmark::State& state, Slot leaves, std::size_t removed) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(removed));
 }
 
-BENCHMARK_CAPTURE(AddLeaves, to_10000, FewLeaves);
-BENCHMARK_CAPTURE(AddLeaves, to_1000000, ManyLeaves);
+BENCHMARK_CAPTURE(AddLeaves, to_10000, FewLeaves, 1);
+BENCHMARK_CAPTURE(AddLeaves, to_1000000, ManyLeaves, 1);
+BENCHMARK_CAPTURE(AddLeaves, to_10000_in_groups, FewLeaves, 64);
+BENCHMARK_CAPTURE(AddLeaves, to_1000000_in_groups, ManyLeaves, 64);
 BENCHMARK_CAPTURE(RemoveLeaves, 5000_of_10000, FewLeaves, 5000);
 BENCHMARK_CAPTURE(RemoveLeaves, 50000_of_1000000, ManyLeaves, 50'000);
 

@@ -133,7 +133,7 @@ void FlushList(benchmark::State& state) {
     view.show();
     QCoreApplication::processEvents();
     const PaintCounter paints(view.viewport());
-    auto* const pacer = view.findChild<QTimer*>(QStringLiteral("pacer"));
+    auto* const throttle = view.findChild<QTimer*>(QStringLiteral("repaintThrottle"));
     Slot next = 0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -143,10 +143,10 @@ void FlushList(benchmark::State& state) {
         state.ResumeTiming();
         for (Slot slot = first; slot < next; ++slot)
             list.Add(slot);
-        view.TakeInRows();
+        view.ShowNewRows();
         // The list waits a moment to show several batches together; this fires its timer at once.
-        if (pacer->isActive()) {
-            pacer->start(0);
+        if (throttle->isActive()) {
+            throttle->start(0);
             QCoreApplication::processEvents();
         }
         QCoreApplication::processEvents();

@@ -10,7 +10,7 @@ namespace {
 constexpr const char* ViewerProgram = "eventvwr";
 constexpr std::string_view NoMessageText = "Please select a valid message before invoking the Event Viewer!";
 
-/// What a sender wrote where a computer's name belongs must not choose how the viewer works.
+/// A sender can write anything as the computer's name; an option for the viewer is refused.
 bool LooksLikeOption(std::string_view computer) {
     return computer.starts_with('/') || computer.starts_with('-');
 }
@@ -44,7 +44,7 @@ std::string EventViewer::ComputerOfRow(ViewNumber list) const {
     return received_.In(ChannelOfView(list)).Rows.CellText(*slot, MessageColumn::Computer);
 }
 
-/// The whole text of the computer's node, its count too.
+/// Returns the whole text of the computer's node, including its count.
 std::string EventViewer::ComputerOfNode() const {
     TreeNode node = received_.Tree.SelectedNode();
     if (node.IsRoot() || !received_.Tree.Holds(node))

@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-/// Opens the system's event viewer for the computer of the selected message.  User-interface thread only.
+/// Opens the system's event viewer for the computer of the selected message.
 class EventViewer {
 public:
     EventViewer(const ReceivedMessages& received, const ServerDisplay& display, MessageBoxes& boxes,

@@ -18,7 +18,7 @@ constexpr std::string_view DeleteLeafQuestion =
 constexpr std::string_view DeleteBranchQuestion =
     "Are you sure you want to delete all the messages under the tree branch you selected?";
 constexpr std::chrono::milliseconds Pause{1};
-/// About a slice's work.
+/// Takes about as long as a slice.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
 
 }  // namespace
@@ -102,7 +102,7 @@ void MessageCommands::DeleteTreeSelection() {
     for (const Slot slot : received_.Tree.SlotsUnder(node))
         covered.at(static_cast<std::size_t>(ListOf(received_.Syslog.Rows[slot].Type))).push_back(slot);
     ShowSyslogViews(false);
-    // In the order in which they stand in the lists, which is that in which their slots serve again.
+    // List by list in the order of the rows: the order in which the slots are freed and later reused.
     std::vector<Slot> slots;
     for (std::size_t list = 0; list < covered.size(); ++list) {
         const std::vector<Slot> gone = received_.Syslog.Lists.at(list).Remove(covered.at(list));
@@ -114,7 +114,7 @@ void MessageCommands::DeleteTreeSelection() {
     received_.UpdateListViewStatus();
 }
 
-/// Leaves first: they show what stands in the rows.  With rows and texts they are about half of the work.
+/// Removes leaves before rows, since a leaf reads its row.  Leaves take about half of the time.
 void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
         const std::size_t count = std::min(LeavesRemovedTogether, slots.size() - i);
@@ -124,11 +124,11 @@ void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork&
     RemoveFromStore(received_.Syslog, slots, work);
 }
 
-/// The views are hidden meanwhile, both for speed and so that nobody acts on what is going.
+/// The views are hidden meanwhile: this is faster, and the user cannot act on rows that are being deleted.
 void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots,
                                       LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        // Rows go faster in groups; until its slot is free too, none can come in a row's place.
+        // Removing rows in groups is faster.  No row can be added at a slot before the slot is freed too.
         if (i % MessageRows::RemovedTogether == 0)
             channel.Rows.Remove(
                 std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));

@@ -13,8 +13,8 @@ namespace tallyhorn {
 
 class LongWork;
 
-/// The commands that take messages away: delete the selected ones, clear all.  User-interface thread only;
-/// while one is at work events may run, and whoever starts commands holds back others until it is done.
+/// The commands that delete messages: the selected ones or all.  They run pending events, so the caller makes
+/// sure that no other command starts meanwhile.
 class MessageCommands {
 public:
     MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,

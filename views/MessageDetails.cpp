@@ -23,7 +23,8 @@ void MessageDetails::Take(Slot slot) {
     FindPlace();
 }
 
-/// A group that nobody has opened has its leaves in the order of their arrival.
+/// Sorts the leaves as the view does, also those of a group that was never opened, which are in order of
+/// arrival.
 void MessageDetails::SortSiblings() {
     if (IsInTree())
         received_.Tree.SortChildren(Parent());
@@ -44,7 +45,7 @@ bool MessageDetails::ShowNext() {
     return IsInTree() ? ShowTreeMessage(1) : ShowListMessage(EntryCount(), 1);
 }
 
-/// `limit` is the number, counted from 1, of the entry from which no step leads on.
+/// `limit` is the position, counted from 1, of the row from which no step leads on.
 bool MessageDetails::ShowListMessage(std::size_t limit, int step) {
     if (!IsThere())
         return false;
@@ -106,7 +107,7 @@ std::optional<std::size_t> MessageDetails::PlaceOf(ViewNumber view, Slot slot) c
     return received_.Tree.Holds(leaf) ? std::optional(received_.Tree.PositionOf(leaf)) : std::nullopt;
 }
 
-/// The root where the computer has no leaf left.
+/// Returns the root if the computer has no leaf any more.
 TreeNode MessageDetails::Parent() const {
     return received_.Tree.FindComputer(group_.Alarm, group_.Type, group_.Computer);
 }
@@ -129,7 +130,7 @@ bool IsTabular(std::string_view text) {
     constexpr std::size_t ColumnGap = 3;
     std::size_t blanks = 0;
     bool tab = false;
-    bool begun = false;  // a line's own indentation is no column
+    bool begun = false;  // indentation is not a column
     for (const char character : text) {
         if (character == '\r' || character == '\n') {
             begun = tab = false;

@@ -11,41 +11,44 @@
 
 namespace tallyhorn {
 
-/// Which kept notification the detail window shows, in which view, and what comes next when that one goes.
-/// User-interface thread only.  Slots serve again, so a notification is known by its slot and its text.
+/// Knows which message of which view the detail window shows, and which message replaces it when it is
+/// removed. Slots are reused, so a message is identified by its slot and its text together.
 class MessageDetails {
 public:
     /// `received` outlives this.
     explicit MessageDetails(ReceivedMessages& received) : received_(received) {}
 
-    /// False, and nothing changes, where `view` does not show the notification of `slot`.
+    /// Shows the message of `slot` in `view`; returns false and changes nothing if the view does not have it.
     bool Show(ViewNumber view, Slot slot);
 
     ViewNumber View() const { return view_; }
     Slot ShownSlot() const { return slot_; }
     const std::string& Text() const { return text_; }
 
-    /// As things were at the last look or step.
+    /// Whether the message has neighbours, as of the last call of Show, ShowPrevious, ShowNext or LookAgain.
     bool HasPrevious() const { return place_ > 0; }
     bool HasNext() const { return place_ + 1 < EntryCount(); }
-    /// To the entry before or behind in the view; false, and nothing changes, at its ends.
+    /// Change to the previous or next message of the view; return false and change nothing at its ends, and
+    /// if the view no longer shows the message.
     bool ShowPrevious();
     bool ShowNext();
 
-    /// To be called before entries of the view go or are moved: what takes the place of one that goes is told
-    /// by where that one stood last.
+    /// To be called before rows or leaves of the view are removed or reordered.  Remembers the message's
+    /// position, by which LookAgain chooses another one if the message is removed.
     void NotePlace();
 
     enum class Found { Same, Other, Nothing };
-    /// Follows the notification to where it stands now.  Where the view no longer shows it, what took its
-    /// place is shown: in a list that row or else the last, in the tree the sibling before or else behind.
+    /// To be called after the view has changed.  If it no longer shows the message, changes to the row that
+    /// is now at its position or else the last one; in the tree, to the previous leaf of its computer or else
+    /// the next.
     Found LookAgain();
 
-    /// Reads the notification as its channel does; a field that its text does not tell keeps what it held.
+    /// Reads the text as its channel does.  A field of `alarm` that the text does not contain keeps its
+    /// value.
     void FillCurrentAlarm(AlarmRecord& alarm, AlarmDate now) const;
 
 private:
-    /// What the computer of a leaf is found by when the tree was made anew.
+    /// Identifies a leaf's computer by texts, since a rebuilt tree gives its groups other numbers.
     struct Group {
         std::string Alarm;
         EventType Type{};
@@ -73,10 +76,10 @@ private:
     Group group_;
 };
 
-/// Whether a text is laid out in columns, which a proportional font would push apart: a line of it has a tab,
-/// or three blanks in a row, between other characters.
+/// Returns whether a line of the text has a tab, or three blanks in a row, between other characters: its
+/// columns are aligned only in a fixed-pitch font.
 bool IsTabular(std::string_view text);
-/// The length of the longest run of characters without a blank, tab or line end.
+/// Returns the length of the longest run of characters without a blank, tab or line end.
 std::size_t LongestWord(std::string_view text);
 
 }  // namespace tallyhorn

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Lengths of the main window are in twips, 1/1440 of an inch: 15 to a pixel at 96 dots an inch.
+/// A length in the main window: 1/1440 of an inch, which is 1/15 of a pixel at 96 dots an inch.
 using Twips = std::int32_t;
 
 /// The widths of the five sized columns.
@@ -20,27 +20,28 @@ struct TwipsSize {
     bool operator==(const TwipsSize&) const = default;
 };
 
-/// Where the main window's parts lie for a given size of its inside.  A plain value; pure functions fill it.
+/// The sizes and positions of the main window's parts.
 struct ServerLayout {
-    /// What tool bar and status bar take of the window's inner height together.
+    /// The height of tool bar and status bar together.
     static constexpr Twips BarsHeight = 795;
-    /// Where the first frame begins, below the tab control's top, unless its tabs are taller than that.
+    /// The distance from the tab control's top to the first frame, unless the tabs are taller than that.
     static constexpr Twips FramesTop = 360;
 
     TwipsSize TabControl;
-    TwipsSize Frame;                   ///< each of the three of a page
-    std::array<Twips, 3> FrameTops{};  ///< below the tab control's top
-    TwipsSize List;                    ///< in its frame
+    TwipsSize Frame;                   ///< of each of the three frames of a page
+    std::array<Twips, 3> FrameTops{};  ///< from the tab control's top
+    TwipsSize List;                    ///< of the list in each frame
     TwipsSize ConsolidatedFrame;
     TwipsSize Tree;
 };
 
-/// `inner` is the room below the menu bar; `tabsHeight` what the tabs themselves take, which pushes the
-/// frames down where it is more than FramesTop.  A size that does not fit is negative: the part then stays as
-/// it was.
+/// Returns the layout for `inner`, the size of the window below its menu bar.  `tabsHeight` is the height of
+/// the tabs; if it is greater than FramesTop, the frames begin that far down and get smaller.  In a window
+/// too small for a part its size is negative, and the caller leaves that part as it is.
 ServerLayout LayOutServer(TwipsSize inner, Twips tabsHeight);
 
-/// The widths of columns for a list: the saved ones, or shares of the list's width where none are saved.
+/// Returns the saved widths of a list's columns, or fixed shares of the list's width if the first saved width
+/// is 0, which means that none are saved.
 ColumnWidthArray ListColumnWidths(const ColumnWidthArray& saved, Twips listWidth);
 
 }  // namespace tallyhorn

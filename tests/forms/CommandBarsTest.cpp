@@ -14,12 +14,11 @@ using ::testing::HasSubstr;
 
 class CommandBarsTest : public ConsoleFixture {
 protected:
-    /// By its button, with the mouse.
     void ClickTool(const char* key) {
         auto* const bar = Find<QToolBar>("tbrMain");
         QTest::mouseClick(bar->widgetForAction(Find<QAction>(key)), Qt::LeftButton);
     }
-    /// By its menu, with the keyboard: opens the menu by its access key and presses the item's.
+    /// Opens the menu by its access key and presses the item's.
     void Choose(Qt::Key menu, Qt::Key item) {
         QTest::keyClick(&console_->Window(), menu, Qt::AltModifier);
         AWAIT(qApp->activePopupWidget() != nullptr);
@@ -27,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(CommandBarsTest, ButtonsAndMenusLeadToTheSameCommands) {
+TEST_F(CommandBarsTest, ButtonsAndMenusGiveTheSameCommands) {
     Start();
     Receive({"Full"});
     ClickTool("eventviewer");
@@ -57,8 +56,8 @@ TEST_F(CommandBarsTest, ButtonsAndMenusLeadToTheSameCommands) {
     EXPECT_EQ(Find<QAction>("mnuEditPause")->text(), "&Pause Message Processing");
 }
 
-/// Work that is over soon shows the wait cursor alone.
-TEST_F(CommandBarsTest, LongWorkShowsHowFarItIs) {
+/// Work of less than half a second shows only the wait cursor.
+TEST_F(CommandBarsTest, LongWorkShowsItsProgress) {
     Start();
     frmServer& window = console_->Window();
     const auto* const bar = Find<QProgressBar>("pgbWork");
@@ -80,9 +79,9 @@ TEST_F(CommandBarsTest, LongWorkShowsHowFarItIs) {
             LongWork inside(window, slices, 100);
             inside.Advance(99);
         }
-        EXPECT_EQ(bar->value() * 2, bar->maximum()) << "what is inside shows nothing of its own";
+        EXPECT_EQ(bar->value() * 2, bar->maximum()) << "work inside other work shows no progress";
         ClickTool("clear");
-        EXPECT_TRUE(boxes_.Shown.empty()) << "a command waits for the work's end";
+        EXPECT_TRUE(boxes_.Shown.empty()) << "a command waits until work ends";
     }
     EXPECT_FALSE(bar->isVisible());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);

@@ -41,14 +41,13 @@ TEST(CommandQueueTest, CommandsWaitForWorkAndDialogsInTheirOrder) {
     EXPECT_EQ(log, "work a[timer]bc last");
 }
 
-/// What the operator's commands do in the whole console.
+/// The user's commands in a whole console.
 class CommandsTest : public ConsoleFixture {
 protected:
     void StartWithError() {
         StartListening();
         Receive({"m0"});
     }
-    /// A control of a dialog.
     template <class Control = QAbstractButton>
     static Control* In(const QWidget& dialog, const char* name) {
         return dialog.findChild<Control*>(QString::fromLatin1(name));
@@ -56,25 +55,25 @@ protected:
     static void Cancel(QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }
 };
 
-TEST_F(CommandsTest, TheFilterCommandHasTwoFaces) {
+TEST_F(CommandsTest, TheFilterCommandChangesItsCaptions) {
     StartWithError();
-    const auto faces = [this] {
+    const auto captions = [this] {
         const auto* const button = Find<QAction>("filter");
         return (button->isChecked() ? "pressed, " : "") + button->toolTip().toStdString() + ", " +
                Find<QAction>("mnuEdit_Filter")->text().toStdString();
     };
-    EXPECT_EQ(faces(), "Apply Filter, &Apply a Filter to Received Messages");
+    EXPECT_EQ(captions(), "Apply Filter, &Apply a Filter to Received Messages");
     InDialog(Cancel);
     Command("filter");
-    EXPECT_EQ(faces(), "Apply Filter, &Apply a Filter to Received Messages");
+    EXPECT_EQ(captions(), "Apply Filter, &Apply a Filter to Received Messages");
     InDialog([](QWidget& dialog) {
         In(dialog, "chkFilterOn1")->click();
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
     Command("filter");
-    EXPECT_EQ(faces(), "pressed, Remove Filter, &Remove Filter");
+    EXPECT_EQ(captions(), "pressed, Remove Filter, &Remove Filter");
     Command("mnuEdit_Filter");
-    EXPECT_EQ(faces(), "Apply Filter, &Apply a Filter to Received Alarms");
+    EXPECT_EQ(captions(), "Apply Filter, &Apply a Filter to Received Alarms");
 }
 
 TEST_F(CommandsTest, PreferencesTakeEffectWithoutARestart) {
@@ -109,7 +108,7 @@ TEST_F(CommandsTest, PreferencesTakeEffectWithoutARestart) {
     EXPECT_NE(SettingsText().find("ColWidth5=0"), std::string::npos);
 }
 
-TEST_F(CommandsTest, APauseEndsWhileAQuestionStands) {
+TEST_F(CommandsTest, APauseEndsWhileAQuestionIsOpen) {
     StartWithError();
     Command("pause");
     boxes_.Answer = false;
@@ -124,7 +123,7 @@ TEST_F(CommandsTest, APauseEndsWhileAQuestionStands) {
     EXPECT_EQ(boxes_.Shown.size(), 1U);
 }
 
-TEST_F(CommandsTest, TheSameWishWaitsOnce) {
+TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     StartWithError();
     boxes_.Answer = false;
     console_->Window().Commands().RunAsWork([this] {
@@ -148,8 +147,8 @@ TEST_F(CommandsTest, TheSameWishWaitsOnce) {
     EXPECT_EQ(boxes_.Shown.size(), 5U) << "asked twice while it runs, it runs once more";
 }
 
-/// What was under way asks once more before it is done.
-TEST_F(CommandsTest, ABoxThatOpensAfterTheEndClosesByItself) {
+/// Work that is running when the session ends may ask more questions before it is done.
+TEST_F(CommandsTest, ABoxThatOpensAfterTheEndCloses) {
     StartWithError();
     console_->Window().Commands().Run([this] {
         console_->End();
@@ -162,7 +161,7 @@ TEST_F(CommandsTest, ABoxThatOpensAfterTheEndClosesByItself) {
     AWAIT(console_->HasEnded());
 }
 
-TEST_F(CommandsTest, OnlyAPortThatWasTriedIsAskedAbout) {
+TEST_F(CommandsTest, ACancelledDialogAsksNothingAboutATakenPort) {
     datagrams_.Taken = {Port};
     boxes_.RetriesLeft = 1;
     boxes_.WhileAsked = [&] { InDialog(Cancel); };

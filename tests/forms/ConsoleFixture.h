@@ -92,9 +92,10 @@ protected:
     void Poll() { QMetaObject::invokeMethod(Find<QTimer>("timCheck"), "timeout"); }
     /// Waits until the views show what has arrived.
     void AwaitShown() {
-        const QList<QTimer*> pacers = console_->Window().findChildren<QTimer*>(QStringLiteral("pacer"));
-        AWAIT(std::none_of(pacers.begin(), pacers.end(),
-                           [](const QTimer* pacer) { return pacer->isActive(); }));
+        const QList<QTimer*> throttles =
+            console_->Window().findChildren<QTimer*>(QStringLiteral("repaintThrottle"));
+        AWAIT(std::none_of(throttles.begin(), throttles.end(),
+                           [](const QTimer* throttle) { return throttle->isActive(); }));
     }
     /// Lets notifications of one type arrive by mailslot and be shown.
     void Receive(const std::vector<std::string>& names, const std::string& type = "Error") {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -33,10 +34,9 @@ protected:
             rows_.Add(next_, alarm, EventType::Error);
             list_.Add(next_);
         }
-        view_->TakeInRows();
-        AWAIT(!view_->findChild<QTimer*>(QStringLiteral("pacer"))->isActive());
+        view_->ShowNewRows();
+        AWAIT(!view_->findChild<QTimer*>(QStringLiteral("repaintThrottle"))->isActive());
     }
-    /// The selected slots and the current row.
     std::string Marked() const {
         std::string marked;
         for (const Slot slot : list_.SelectedSlots())
@@ -44,7 +44,6 @@ protected:
         return marked + "at " + std::to_string(view_->currentIndex().row());
     }
     std::string Date(int row) const { return view_->model()->index(row, 0).data().toString().toStdString(); }
-    /// With the left button held, from one place to another.
     static void Drag(QWidget* on, QPoint from, QPoint to) {
         QTest::mousePress(on, Qt::LeftButton, Qt::NoModifier, from);
         QMouseEvent move(QEvent::MouseMove, to, on->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
@@ -58,6 +57,13 @@ protected:
     }
     void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(view_.get(), static_cast<Qt::Key>(key), modifiers);
+    }
+    /// Types the text so late that it does not continue what was typed before.
+    void Search(const QString& text) {
+        const int interval = QApplication::keyboardInputInterval();
+        QApplication::setKeyboardInputInterval(0);
+        view_->keyboardSearch(text);
+        QApplication::setKeyboardInputInterval(interval);
     }
     void ClickHeader(int column) {
         QHeaderView* const header = view_->Header();
@@ -100,7 +106,11 @@ TEST_F(MessageListViewTest, SelectsAsListsDo) {
          "0 1 2 3 4 5 6 7 at 3"},
         {"click below the last row",
          [&] { QTest::mouseClick(viewport, Qt::LeftButton, Qt::NoModifier, QPoint(50, 250)); }, "at 3"},
-        {"type-ahead", [&] { QTest::keyClicks(view_.get(), "01/05"); }, "4 at 4"},
+        {"typing a date", [&] { QTest::keyClicks(view_.get(), "01/05"); }, "4 at 4"},
+        {"a new search starts after the current row", [&] { Search("0"); }, "5 at 5"},
+        {"typing on starts at it", [&] { QTest::keyClicks(view_.get(), "1"); }, "5 at 5"},
+        {"the next match", [&] { Search("01"); }, "6 at 6"},
+        {"the first match after the last", [&] { Search("01/01"); }, "0 at 0"},
         {"dragging", [&] { Drag(viewport, Middle(1), Middle(3)); }, "1 2 3 at 3"},
     };
     for (const auto& [what, act, marked] : steps) {
@@ -117,11 +127,11 @@ TEST_F(MessageListViewTest, SelectionAndCurrentRowFollowTheirMessages) {
     EXPECT_EQ(Date(0), "01/05/1970 12:00:00 AM") << "newest first";
     EXPECT_EQ(Marked(), "3 1 at 1");
     Add(3);
-    EXPECT_EQ(Marked(), "3 1 at 4") << "rows that come above move the others down";
+    EXPECT_EQ(Marked(), "3 1 at 4") << "rows added above move the others down";
     EXPECT_EQ(view_->Header()->sortIndicatorOrder(), Qt::DescendingOrder);
     list_.RemoveSelected();
     EXPECT_EQ(view_->model()->rowCount(), 6);
-    EXPECT_EQ(Marked() + Date(4), "at 401/03/1970 12:00:00 AM") << "the row after the one that went";
+    EXPECT_EQ(Marked() + Date(4), "at 401/03/1970 12:00:00 AM") << "the row after the removed one";
 }
 
 TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
@@ -157,7 +167,7 @@ TEST_F(MessageListViewTest, TheHiddenColumnStaysShut) {
     }
 }
 
-TEST_F(MessageListViewTest, TellsOfTouchesAndReleases) {
+TEST_F(MessageListViewTest, SignalsTouchesAndReleases) {
     Add(2);
     QSignalSpy touched(view_.get(), &MessageListView::Touched);
     QSignalSpy released(view_.get(), &MessageListView::MouseReleased);
@@ -165,7 +175,7 @@ TEST_F(MessageListViewTest, TellsOfTouchesAndReleases) {
     EXPECT_EQ(touched.count() + released.count(), 2);
     ClickHeader(1);
     QCoreApplication::processEvents();
-    EXPECT_EQ(released.count(), 2) << "the header is part of the list";
+    EXPECT_EQ(released.count(), 2) << "a release over the header counts too";
 }
 
 }  // namespace

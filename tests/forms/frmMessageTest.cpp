@@ -19,7 +19,7 @@ namespace {
 
 class frmMessageTest : public ConsoleFixture {
 protected:
-    /// Errors in a NetBIOS list, named and dated by the minute.
+    /// NetBIOS errors arrive, with the minute as name and date.
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
             std::string number = std::to_string(minute);
@@ -35,7 +35,7 @@ protected:
         Handle();
     }
 
-    /// The open window; nullptr where none is.
+    /// Returns nullptr if no window is open.
     frmMessage* Window() {
         for (auto* const window : console_->Window().findChildren<frmMessage*>())
             if (window->isVisible())
@@ -46,7 +46,7 @@ protected:
         return Window()->findChild<QPushButton*>(QString::fromLatin1(name));
     }
     QPlainTextEdit* Box() { return Window()->findChild<QPlainTextEdit*>(QStringLiteral("txtMessage")); }
-    /// The alarm or description on show with the arrows that lead on; "-" where no window is open.
+    /// The shown alarm or description with "^" and "v" for the enabled arrows; "-" if no window is open.
     std::string Shown() {
         if (Window() == nullptr)
             return "-";
@@ -57,118 +57,124 @@ protected:
         return name.toStdString() + (Button("cmdUp")->isEnabled() ? "^" : "") +
                (Button("cmdDown")->isEnabled() ? "v" : "");
     }
-    void Click(const char* button) { QTest::mouseClick(Button(button), Qt::LeftButton); }
-    /// To where the focus is, as a keyboard does.
-    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+    // Each of these returns what is shown afterwards.
+    std::string Click(const char* button) {
+        QTest::mouseClick(Button(button), Qt::LeftButton);
+        return Shown();
+    }
+    /// Sends the key to the focused control.
+    std::string Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
         QWidget* const focus = Window()->focusWidget();
         QTest::keyClick(focus != nullptr ? focus : Window(), key, modifiers);
+        return Shown();
     }
-
-    void Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
+    std::string View(int page) {
+        ShowPage(page);
+        Command("view");
+        return Shown();
+    }
+    std::string Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
         QTest::mouseDClick(list->viewport(), button, Qt::NoModifier,
                            list->visualRect(list->model()->index(row, 0)).center());
+        return Shown();
+    }
+    std::string OpenNode(const std::vector<int>& path) {
+        for (std::size_t depth = 1; depth < path.size(); ++depth) {
+            Tree()->setExpanded(Node({path.begin(), path.begin() + static_cast<std::ptrdiff_t>(depth)}),
+                                true);
+            QCoreApplication::processEvents();
+        }
+        const QPoint node = Tree()->visualRect(Node(path)).center();
+        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
+        QTest::mouseDClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
+        return Shown();
     }
     void SelectSomeText() {
         QTextCursor some = Box()->textCursor();
         some.setPosition(3, QTextCursor::KeepAnchor);
         Box()->setTextCursor(some);
     }
-    void OpenNode(const std::vector<int>& way) {
-        for (std::size_t depth = 1; depth < way.size(); ++depth) {
-            Tree()->setExpanded(Node({way.begin(), way.begin() + static_cast<std::ptrdiff_t>(depth)}), true);
-            QCoreApplication::processEvents();
-        }
-        const QPoint node = Tree()->visualRect(Node(way)).center();
-        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
-        QTest::mouseDClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
-    }
 };
 
 TEST_F(frmMessageTest, OpensOneWindowByMouseKeyAndCommand) {
     Start();
     ArriveAt({1, 2, 3});
-    Command("view");
-    EXPECT_EQ(Shown(), "-") << "nothing is selected";
-    Open(List(0), 1, Qt::RightButton);
-    EXPECT_EQ(Shown(), "-");
-    Open(List(0), 1);
-    EXPECT_EQ(Shown(), "m02^v");
+    EXPECT_EQ(View(0), "-") << "nothing is selected";
+    EXPECT_EQ(Open(List(0), 1, Qt::RightButton), "-");
+    EXPECT_EQ(Open(List(0), 1), "m02^v");
     const frmMessage* const first = Window();
     EXPECT_EQ(first->windowTitle(), "Full Message Contents");
-    EXPECT_EQ(Button("cmdUp")->toolTip(), "Previous message (Ctrl-Up Arrow)") << "it tells the key";
+    EXPECT_EQ(Button("cmdUp")->toolTip(), "Previous message (Ctrl-Up Arrow)");
     EXPECT_TRUE(Box()->isReadOnly() && !first->isModal());
     EXPECT_EQ(first->focusWidget(), Box());
     ExpectSoundControls(*Window());
     EXPECT_FALSE(first->frameGeometry().intersects(List(0)->CurrentRowOnScreen()));
     QTest::keyClick(List(0), Qt::Key_Down);
-    EXPECT_EQ(Shown(), "m02^v") << "a row alone opens nothing";
+    EXPECT_EQ(Shown(), "m02^v") << "selecting a row opens nothing";
     QTest::keyClick(List(0), Qt::Key_Return);
     EXPECT_EQ(Shown(), "m03^");
     EXPECT_EQ(Window(), first);
     for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
-        Press(key, Qt::NoModifier);
-        EXPECT_EQ(Shown(), "-");
+        EXPECT_EQ(Press(key, Qt::NoModifier), "-");
         ClickRow(List(0), 0);
-        Command("view");
-        EXPECT_EQ(Shown(), "m01v");
+        EXPECT_EQ(View(0), "m01v");
     }
-    Click("cmdExit");
-    EXPECT_EQ(Shown(), "-");
+    EXPECT_EQ(Click("cmdExit"), "-");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(console_->Window().findChildren<frmMessage*>().isEmpty());
 }
 
-/// The command takes the list that was touched last, and a NetBIOS list for the syslog list beside it.
+/// The command uses the list touched last; on the syslog page a NetBIOS list means the syslog list of its
+/// type.
 TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
     StartListening();
     ArriveAt({1});
     SendDescription("pc", "what");
-    const auto view = [this](int page) {
-        ShowPage(page);
-        Command("view");
-        return Shown();
-    };
     ClickRow(List(0), 0);
-    EXPECT_EQ(view(1), "-") << "the syslog list of errors has no selected row";
+    EXPECT_EQ(View(1), "-") << "the syslog list of errors has no selected row";
     ClickRow(SyslogList(0), 0);
-    EXPECT_EQ(view(0), "what") << "touched last, though another page is in front";
+    EXPECT_EQ(View(0), "what") << "touched last, though on another page";
     ClickRow(List(0), 0);
-    EXPECT_EQ(view(0), "m01");
-    EXPECT_EQ(view(1), "what");
+    EXPECT_EQ(View(0), "m01");
+    EXPECT_EQ(View(1), "what");
     Window()->close();
-    EXPECT_EQ(view(2), "-") << "no node is selected";
-    OpenNode({0, 0, 0});
-    EXPECT_EQ(Shown(), "-") << "a group only opens and closes";
-    EXPECT_EQ(view(0), "-") << "the tree was touched last: no list is named";
+    EXPECT_EQ(View(2), "-") << "no node is selected";
+    EXPECT_EQ(OpenNode({0, 0, 0}), "-") << "a group only opens and closes";
+    EXPECT_EQ(View(0), "-") << "the tree was touched last, which is no list";
     ShowPage(2);
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Return})
         QTest::keyClick(Tree(), key);
     EXPECT_EQ(Shown(), "what");
 }
 
-TEST_F(frmMessageTest, StepsByButtonsAndKeysAndTheListGoesAlong) {
+TEST_F(frmMessageTest, TheListsSelectionFollowsStepsAndTheWindowFollowsTheList) {
     Start();
     ArriveAt({1, 2, 3});
     Open(List(0), 1);
-    Click("cmdUp");
-    EXPECT_EQ(Shown(), "m01v");
+    EXPECT_EQ(Click("cmdUp"), "m01v");
     EXPECT_EQ(List(0)->SelectedSlot(), 1);
-    Press(Qt::Key_Down);
-    Press(Qt::Key_Down);
-    EXPECT_EQ(Shown(), "m03^");
+    EXPECT_EQ(Press(Qt::Key_Down), "m02^v");
+    EXPECT_EQ(Press(Qt::Key_Down), "m03^");
     ArriveAt({4});
-    EXPECT_EQ(Shown(), "m03^v") << "there is one behind it now";
+    EXPECT_EQ(Shown(), "m03^v");
     SelectSomeText();
     ArriveAt({5});
-    EXPECT_TRUE(Box()->textCursor().hasSelection()) << "who reads is not disturbed";
+    EXPECT_TRUE(Box()->textCursor().hasSelection()) << "an arrival must not reload the text";
     Press(Qt::Key_Down);
     Button("cmdDown")->setFocus();
-    Press(Qt::Key_Space, Qt::NoModifier);
-    EXPECT_EQ(Shown(), "m05^");
-    EXPECT_EQ(Window()->focusWidget(), Box()) << "not on to Delete";
+    EXPECT_EQ(Press(Qt::Key_Space, Qt::NoModifier), "m05^");
+    EXPECT_EQ(Window()->focusWidget(), Box()) << "the focus must not move on to Delete";
+    QHeaderView* const header = List(0)->Header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
+    EXPECT_EQ(Shown(), "m05v") << "newest first";
+    ClickRow(List(0), 0);
+    QTest::keyClick(List(0), Qt::Key_Delete);
+    EXPECT_EQ(Shown(), "m04v");
+    Command("clear");
+    EXPECT_EQ(Shown(), "-");
 }
 
-TEST_F(frmMessageTest, KeysActWhenLetGoWithExactlyControl) {
+TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {
     Start();
     ArriveAt({1, 2, 3});
     Open(List(0), 1);
@@ -178,10 +184,8 @@ TEST_F(frmMessageTest, KeysActWhenLetGoWithExactlyControl) {
         for (const Qt::KeyboardModifiers modifiers :
              {Qt::KeyboardModifiers(Qt::ShiftModifier), Qt::ControlModifier | Qt::ShiftModifier,
               Qt::ControlModifier | Qt::AltModifier, Qt::ControlModifier | Qt::MetaModifier,
-              Qt::KeyboardModifiers(Qt::NoModifier)}) {
-            Press(key, modifiers);
-            EXPECT_EQ(Shown(), "m02^v") << key;
-        }
+              Qt::KeyboardModifiers(Qt::NoModifier)})
+            EXPECT_EQ(Press(key, modifiers), "m02^v") << key;
         QTest::keyPress(Box(), key, Qt::ControlModifier);
         QKeyEvent repeated(QEvent::KeyRelease, key, Qt::ControlModifier, QString(), true);
         QCoreApplication::sendEvent(Box(), &repeated);
@@ -189,22 +193,19 @@ TEST_F(frmMessageTest, KeysActWhenLetGoWithExactlyControl) {
     }
     EXPECT_TRUE(boxes_.Shown.empty());
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
-
     Press(Qt::Key_S);
     EXPECT_EQ(boxes_.Shown, std::vector<std::string>{
                                 "Are you sure you want to suppress future occurrences of this event?"});
-    Press(Qt::Key_Delete);
+    EXPECT_EQ(Press(Qt::Key_Delete), "m02^v") << "answered No";
     EXPECT_EQ(boxes_.Shown.size(), 2U);
-    EXPECT_EQ(Shown(), "m02^v") << "answered No";
     SelectSomeText();
     Press(Qt::Key_C);
     EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("Type: Error\r\n")) << "not the selection";
     boxes_.Answer = true;
-    Press(Qt::Key_Delete);
-    EXPECT_EQ(Shown(), "m03^");
+    EXPECT_EQ(Press(Qt::Key_Delete), "m03^");
 }
 
-TEST_F(frmMessageTest, DeletesWhatItShowsWhereverTheUserIsByNow) {
+TEST_F(frmMessageTest, DeletesWhatItShowsWhateverIsSelectedElsewhere) {
     StartListening();
     ArriveAt({1, 2, 3});
     SendDescription("pc", "what");
@@ -212,34 +213,17 @@ TEST_F(frmMessageTest, DeletesWhatItShowsWhereverTheUserIsByNow) {
     List(0)->selectAll();
     ShowPage(1);
     ClickRow(SyslogList(0), 0);
-    Click("cmdDelete");
-    EXPECT_EQ(Shown(), "m02v");
-    EXPECT_EQ(List(0)->SelectedSlot(), 2) << "the next one";
+    EXPECT_EQ(Click("cmdDelete"), "m02v");
+    EXPECT_EQ(List(0)->SelectedSlot(), 2);
     EXPECT_EQ(Panel(1) + Panel(2), "2 NetBIOS Message(s)1 Syslog Message(s)");
     EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->currentIndex(), 0);
     Click("cmdDown");
-    Click("cmdDelete");
-    EXPECT_EQ(Shown(), "m02") << "the last that is left";
+    EXPECT_EQ(Click("cmdDelete"), "m02") << "the last one left";
     List(0)->setFocus();
-    Click("cmdDelete");
-    EXPECT_EQ(Shown(), "-");
+    EXPECT_EQ(Click("cmdDelete"), "-");
     EXPECT_EQ(qobject_cast<MessageListView*>(console_->Window().focusWidget()), nullptr)
-        << "the next Delete key must not fall into another list";
+        << "the next Delete key must not act on another list";
     EXPECT_EQ(boxes_.Shown.size(), 3U);
-}
-
-TEST_F(frmMessageTest, FollowsWhatOthersDoInTheLists) {
-    Start();
-    ArriveAt({1, 5});
-    QHeaderView* const header = List(0)->Header();
-    Open(List(0), 1);
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
-    EXPECT_EQ(Shown(), "m05v");
-    ClickRow(List(0), 0);
-    QTest::keyClick(List(0), Qt::Key_Delete);
-    EXPECT_EQ(Shown(), "m01");
-    Command("clear");
-    EXPECT_EQ(Shown(), "-");
 }
 
 TEST_F(frmMessageTest, StepsAndDeletesInTheTree) {
@@ -248,25 +232,20 @@ TEST_F(frmMessageTest, StepsAndDeletesInTheTree) {
         SendDescription("pc", description);
     SendDescription("other", "d");
     ShowPage(2);
-    OpenNode({0, 0, 1, 1});
-    EXPECT_EQ(Shown(), "b^v");
-    Press(Qt::Key_Down);
-    EXPECT_EQ(Shown(), "c^") << "the leaves of one computer only";
+    EXPECT_EQ(OpenNode({0, 0, 1, 1}), "b^v");
+    EXPECT_EQ(Press(Qt::Key_Down), "c^") << "only the leaves of one computer";
     EXPECT_EQ(Tree()->currentIndex().row(), 2);
     ShowPage(0);
     SendDescription("pc", "e");
-    Press(Qt::Key_Down);
-    EXPECT_EQ(Shown(), "e^") << "one that the hidden tree has not heard of";
-    Press(Qt::Key_Delete);
-    EXPECT_EQ(Shown(), "c^") << "the one before";
+    EXPECT_EQ(Press(Qt::Key_Down), "e^") << "not announced yet by the hidden tree";
+    EXPECT_EQ(Press(Qt::Key_Delete), "c^") << "the previous leaf";
     EXPECT_EQ(Tree()->currentIndex().row(), 2);
-    for (int i = 0; i < 3; ++i)
-        Press(Qt::Key_Delete);
-    EXPECT_EQ(Shown(), "-") << "another computer's are not stepped to";
+    EXPECT_EQ(Press(Qt::Key_Delete), "b^");
+    EXPECT_EQ(Press(Qt::Key_Delete), "a");
+    EXPECT_EQ(Press(Qt::Key_Delete), "-") << "not the leaf of another computer";
     EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
 }
 
-/// In the middle of a batch nothing is stepped, deleted or closed.
 TEST_F(frmMessageTest, CommandsWaitForTheBatch) {
     Start();
     ArriveAt({1, 2});
@@ -275,9 +254,8 @@ TEST_F(frmMessageTest, CommandsWaitForTheBatch) {
     for (int i = 0; i < 20; ++i)
         ArriveText("x");
     QTimer::singleShot(0, &console_->Window(), [this] {
-        Click("cmdDelete");
-        Press(Qt::Key_Escape, Qt::NoModifier);
-        EXPECT_EQ(Shown(), "m01v");
+        EXPECT_EQ(Click("cmdDelete"), "m01v");
+        EXPECT_EQ(Press(Qt::Key_Escape, Qt::NoModifier), "m01v");
     });
     Poll();
     EXPECT_EQ(Panel(1), "22 NetBIOS Message(s)");
@@ -285,13 +263,13 @@ TEST_F(frmMessageTest, CommandsWaitForTheBatch) {
     AWAIT(Window() == nullptr);
 }
 
-TEST_F(frmMessageTest, GoesWithTheMainWindow) {
+TEST_F(frmMessageTest, ClosesWithTheMainWindow) {
     Start();
     ArriveAt({1});
     Open(List(0), 0);
     boxes_.Answer = false;
     CloseByUser();
-    EXPECT_EQ(Shown(), "m01") << "the user would rather stay";
+    EXPECT_EQ(Shown(), "m01") << "the user answered No";
     console_->End();
     AWAIT(console_->HasEnded());
     EXPECT_EQ(Shown(), "-");
@@ -303,45 +281,45 @@ TEST_F(frmMessageTest, GoesWithTheMainWindow) {
         EXPECT_FALSE(left->isVisible()) << left->objectName().toStdString();
 }
 
-/// The window over parts of its own.
+/// The window without a main window.
 class frmMessageAloneTest : public CommandsFixture {
 protected:
     /// The only NetBIOS message.
     void Show(const std::string& text) {
         AlarmRecord parsed;
-        received_.Clear(received_.NetBios);
-        received_.KeepNetBiosMessage(text, parsed, true);
-        window_.InitForm(0, 1);
+        Received.Clear(Received.NetBios);
+        slot_ = Received.KeepNetBiosMessage(text, parsed, true);
+        window_.InitForm(0, slot_);
         window_.ShowBeside(QRect());
     }
 
+    Slot slot_ = 0;
     AlarmRecord alarm_;
     QWidget main_;
     QWidget* askedOver_ = nullptr;
     CommandQueue queue_{TheGate};
-    frmMessage window_{{received_, boxes_, alarm_, clock_, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
+    frmMessage window_{{Received, Boxes, alarm_, Time, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
                         [this](QWidget& over) { askedOver_ = &over; }},
                        &main_};
 };
 
-TEST_F(frmMessageAloneTest, SuppressesFromTheAlarmOnShow) {
+TEST_F(frmMessageAloneTest, SuppressesWithTheShownAlarm) {
     const std::string text = NetBiosText({.Name = "Disk (C:)", .Type = "Warning", .Description = "a\r\nb"});
     Show(text);
     auto* const cmdSuppress = window_.findChild<QPushButton*>(QStringLiteral("cmdSuppress"));
-    boxes_.Answer = false;
+    Boxes.Answer = false;
     QTest::mouseClick(cmdSuppress, Qt::LeftButton);
     EXPECT_EQ(alarm_, AlarmRecord()) << "answered No";
     EXPECT_EQ(askedOver_, nullptr);
-    boxes_.Answer = true;
+    Boxes.Answer = true;
     QTest::mouseClick(cmdSuppress, Qt::LeftButton);
     EXPECT_EQ(alarm_.AlarmName + alarm_.TypeOfEvent + alarm_.Description, "Disk (C:)Warninga\r\nb");
     EXPECT_EQ(askedOver_, &window_);
     EXPECT_TRUE(window_.isVisible());
-    EXPECT_EQ(received_.NetBios.Messages.Text(1), text) << "nothing is removed";
+    EXPECT_EQ(Received.NetBios.Messages.Text(slot_), text) << "suppressing deletes nothing";
 }
 
-/// What is shown is the text and nothing else; what is copied is what came.
-TEST_F(frmMessageAloneTest, TakesTextsAsTheyAre) {
+TEST_F(frmMessageAloneTest, ShowsAndCopiesAnyText) {
     using namespace std::string_literals;
     std::string everyByte;
     for (int byte = 1; byte < 256; ++byte)
@@ -369,8 +347,7 @@ TEST_F(frmMessageAloneTest, TakesTextsAsTheyAre) {
     }
 }
 
-/// Below what it shows or above it, whichever has room, and on the screen in any case.
-TEST_F(frmMessageAloneTest, StandsBesideTheEntry) {
+TEST_F(frmMessageAloneTest, IsPlacedOnTheScreenAboveOrBelowTheEntry) {
     const QRect screen = main_.screen()->availableGeometry();
     for (int top = screen.top(); top < screen.bottom() - 20; top += 35) {
         const QRect entry(screen.left() + 30, top, screen.width(), 20);
@@ -380,7 +357,7 @@ TEST_F(frmMessageAloneTest, StandsBesideTheEntry) {
         EXPECT_TRUE(screen.contains(window_.frameGeometry())) << top;
         const QRect place = window_.frameGeometry();
         window_.ShowBeside(place.translated(0, place.height() + 10).intersected(screen));
-        EXPECT_EQ(window_.frameGeometry(), place) << "it stays where it is in nobody's way";
+        EXPECT_EQ(window_.frameGeometry(), place) << "a window that does not cover the entry is not moved";
     }
 }
 

@@ -12,9 +12,6 @@ class CommandsFixture : public ::testing::Test, protected MessagesInMemory {
 protected:
     FakeViewFilter filter_;
     MessageCommands commands_{Received, Display, Boxes, Slices, Time, filter_};
-    FakeClock& clock_ = Time;
-    FakeMessageBoxes& boxes_ = Boxes;
-    ReceivedMessages& received_ = Received;
 };
 
 }  // namespace tallyhorn

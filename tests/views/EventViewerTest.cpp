@@ -10,14 +10,7 @@ namespace {
 
 class EventViewerTest : public CommandsFixture {
 protected:
-    /// A NetBIOS row of the critical list on NB-PC and two syslog ones on SYS-PC, nothing selected.
-    EventViewerTest() {
-        KeepNetBios(NetBiosText({.Computer = "NB-PC"}));
-        KeepSyslogFrom("SYS-PC");
-        KeepSyslogFrom("SYS-PC");
-    }
-    void KeepSyslogFrom(const std::string& computer) { KeepSyslog(RecordOf({.Computer = computer})); }
-    /// The viewer's name and arguments, or what the user is told.
+    /// Returns the program started and its arguments, or the text of the message box.
     std::string Open(MessagePage page, ViewNumber activeView) {
         Display.Page = page;
         Boxes.Shown.clear();
@@ -28,9 +21,7 @@ protected:
             for (const std::string& word : words)
                 seen += word + "|";
         }
-        for (const std::string& text : Boxes.Shown)
-            seen += text;
-        return seen;
+        return Boxes.Shown.empty() ? seen : seen + Boxes.Shown.front();
     }
 
     const std::string refusal_ = "Please select a valid message before invoking the Event Viewer!";
@@ -38,42 +29,41 @@ protected:
     EventViewer viewer_{Received, Display, Boxes, programs_};
 };
 
-TEST_F(EventViewerTest, ThePageAndTheViewTouchedLastChooseTheRow) {
+TEST_F(EventViewerTest, TakesTheComputerOfTheSelectedRowOrNode) {
+    KeepNetBios(NetBiosText({.Computer = "NB-PC"}));
+    KeepSyslog(RecordOf({.Computer = "SYS-PC"}));
+    KeepSyslog(RecordOf({.Computer = "SYS-PC"}));
+    EXPECT_EQ(Open(MessagePage::NetBios, 0), refusal_) << "no row selected";
+    Display.Selected = {{0, 1}, {3, 0}};
+    const std::string netBios = "eventvwr|NB-PC|", syslog = "eventvwr|SYS-PC|";
     const struct {
         MessagePage Page;
         ViewNumber ActiveView;
-        const char* Computer;
-    } cases[] = {
-        {MessagePage::NetBios, 0, "NB-PC"}, {MessagePage::NetBios, 1, ""},      {MessagePage::NetBios, 3, ""},
-        {MessagePage::Syslog, 3, "SYS-PC"}, {MessagePage::Syslog, 4, ""},       {MessagePage::Syslog, 0, ""},
-        {MessagePage::Syslog, 6, ""},       {MessagePage::Consolidated, 3, ""},
-    };
-    Display.Selected = {{0, 1}, {3, 0}};
-    for (const auto& [page, view, computer] : cases)
-        EXPECT_EQ(Open(page, view), *computer == 0 ? refusal_ : "eventvwr|" + std::string(computer) + "|")
-            << "page " << static_cast<int>(page) << ", view " << view;
-    Display.Selected.clear();
-    EXPECT_EQ(Open(MessagePage::NetBios, 0), refusal_) << "no row selected";
-}
-
-TEST_F(EventViewerTest, AComputersNodeGivesItsWholeText) {
+        std::string Seen;
+    } cases[] = {{MessagePage::NetBios, 0, netBios},      {MessagePage::NetBios, 1, refusal_},
+                 {MessagePage::NetBios, 3, refusal_},     {MessagePage::Syslog, 3, syslog},
+                 {MessagePage::Syslog, 4, refusal_},      {MessagePage::Syslog, 0, refusal_},
+                 {MessagePage::Syslog, 6, refusal_},      {MessagePage::Consolidated, 0, refusal_},
+                 {MessagePage::Consolidated, 3, refusal_}};
+    for (const auto& [page, view, seen] : cases)
+        EXPECT_EQ(Open(page, view), seen) << "page " << static_cast<int>(page) << ", view " << view;
     TreeNode node;
-    const std::string viewer = "eventvwr|SYS-PC ( 2 Events )|";
-    for (const std::string& expected : {refusal_, refusal_, viewer, viewer}) {
+    const std::string wholeText = "eventvwr|SYS-PC ( 2 Events )|";
+    for (const std::string& seen : {refusal_, refusal_, wholeText, wholeText}) {
         node = Received.Tree.ChildAt(node, 0);
         Received.Tree.SelectNode(node);
-        EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), expected);
+        EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), seen);
     }
     Received.Clear(Received.Syslog);
-    EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), refusal_) << "the node is gone";
+    EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), refusal_) << "the node is removed";
 }
 
 TEST_F(EventViewerTest, ASendersTextIsOneArgumentAndNoOption) {
     const std::string shell = "PC; $(reboot) & <b> \"x\" %s";
-    programs_.Works = false;  // of which the user is not told
+    programs_.Works = false;  // a failed start shows no message
     for (const std::string& computer : {std::string("/l:\\\\HOST\\X.EVTX"), std::string("-x"), shell}) {
         Received.Clear(Received.Syslog);
-        KeepSyslogFrom(computer);
+        KeepSyslog(RecordOf({.Computer = computer}));
         Display.Selected = {{3, 0}};
         EXPECT_EQ(Open(MessagePage::Syslog, 3), computer == shell ? "eventvwr|" + shell + "|" : refusal_);
     }

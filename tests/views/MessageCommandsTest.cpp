@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
@@ -9,27 +10,26 @@
 namespace tallyhorn {
 namespace {
 
+const std::string DeleteQuestion = "Are you sure you want to delete the messages you have selected?";
+const std::string FilterActive = "You cannot delete messages while a filter is active.";
+
 class MessageCommandsTest : public CommandsFixture {
 protected:
-    /// A row of the NetBIOS list of information.
-    Slot Keep() { return KeepNetBios(NetBiosText({.Type = "Information"})); }
-    void KeepTen() {
-        for (int i = 0; i < 10; ++i)
+    /// Adds rows to the NetBIOS list of information and returns the last one's slot.
+    Slot Keep(int count = 1) {
+        while (--count > 0)
             Keep();
+        return KeepNetBios(NetBiosText({.Type = "Information"}));
     }
-
-    const std::string deleteQuestion_ = "Are you sure you want to delete the messages you have selected?";
-    const std::string filterActive_ = "You cannot delete messages while a filter is active.";
 };
 
 TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
-    KeepTen();
+    Keep(10);
     Received.List(2).Select(3, 3, true);
     Received.List(2).Select(6, 6, true);
-    Boxes.WhileAsked = [this] { EXPECT_TRUE(TheGate.AdmitPoll()) << "while the question stands"; };
+    Boxes.WhileAsked = [this] { EXPECT_TRUE(TheGate.AdmitPoll()) << "while the question is open"; };
     Events.Event = [this] { EXPECT_FALSE(TheGate.AdmitPoll()); };
     commands_.DeleteMessages(2);
-    EXPECT_EQ(Boxes.Shown, std::vector<std::string>{deleteQuestion_});
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
     EXPECT_TRUE(TheGate.AdmitPoll());
     EXPECT_EQ(Display.WorkUnderWay, 0);
@@ -37,42 +37,42 @@ TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     EXPECT_EQ(Received.List(2).Size(), 8U);
     EXPECT_EQ(Received.NetBios.Messages.Text(4), "");
     for (const Slot slot : {4, 7, 11})
-        EXPECT_EQ(Keep(), slot) << "the freed ones, then the store grows";
+        EXPECT_EQ(Keep(), slot) << "freed slots first, then a new one";
 }
 
-TEST_F(MessageCommandsTest, DeleteDoesNothingWhereItMustNot) {
+TEST_F(MessageCommandsTest, AsksOnlyAboutASelectionThatItMayDelete) {
     const struct {
-        const char* Why;
+        const char* Case;
         ViewNumber ActiveView;
         MessagePage Page;
         bool Filtered;
         std::vector<std::string> Shown;
     } cases[] = {
         {"nothing selected in that list", 1, MessagePage::NetBios, false, {}},
-        {"the tree", 6, MessagePage::NetBios, false, {}},
+        {"nothing selected in the tree", 6, MessagePage::NetBios, false, {}},
         {"a NetBIOS list behind the syslog page", 2, MessagePage::Syslog, false, {}},
-        {"the same, filtered", 2, MessagePage::Syslog, true, {filterActive_}},
-        {"filtered", 2, MessagePage::NetBios, true, {filterActive_}},
-        {"the user says no", 2, MessagePage::NetBios, false, {deleteQuestion_}},
+        {"the same list with a view filter", 2, MessagePage::Syslog, true, {FilterActive}},
+        {"a NetBIOS list behind the tree", 2, MessagePage::Consolidated, false, {DeleteQuestion}},
+        {"a view filter", 2, MessagePage::NetBios, true, {FilterActive}},
+        {"its own page", 2, MessagePage::NetBios, false, {DeleteQuestion}},
     };
-    KeepTen();
+    Keep(10);
     Received.List(2).Select(0, 9, true);
     Boxes.Answer = false;
-    for (const auto& [why, activeView, page, filtered, shown] : cases) {
+    for (const auto& [name, activeView, page, filtered, shown] : cases) {
         Boxes.Shown.clear();
         filter_.Active = filtered;
         Display.Page = page;
         commands_.DeleteMessages(activeView);
-        EXPECT_EQ(Boxes.Shown, shown) << why;
-        EXPECT_EQ(Received.List(2).Size(), 10U) << why;
+        EXPECT_EQ(Boxes.Shown, shown) << name;
     }
+    EXPECT_EQ(Received.List(2).Size(), 10U) << "the answer was always No";
     EXPECT_TRUE(Display.ListCalls.empty());
 }
 
-/// The sleep belongs to the slice, not to the row.
-TEST_F(MessageCommandsTest, ALargeDeleteHardlySleeps) {
-    for (int i = 0; i < 50'000; ++i)
-        Keep();
+/// The pause of a millisecond comes after each slice, not after each row.
+TEST_F(MessageCommandsTest, ALargeDeletePausesOncePerSlice) {
+    Keep(50'000);
     Received.List(2).Select(0, 49'999, true);
     Time.PerLook = std::chrono::microseconds(2);
     commands_.DeleteMessages(2);
@@ -97,12 +97,12 @@ TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
         std::size_t NetBiosLeft;
         std::size_t SyslogLeft;
     } cases[] = {
-        {MessagePage::NetBios, true, true, filterActive_, 10, 1},
+        {MessagePage::NetBios, true, true, FilterActive, 10, 1},
         {MessagePage::NetBios, false, false, eraseNetBios, 10, 1},
         {MessagePage::Consolidated, true, false, eraseSyslog, 10, 0},
         {MessagePage::NetBios, true, false, eraseNetBios, 0, 0},
     };
-    KeepTen();
+    Keep(10);
     KeepSyslog(AlarmRecord());
     for (const auto& [page, answer, filtered, shown, netBiosLeft, syslogLeft] : cases) {
         Boxes = FakeMessageBoxes();
@@ -116,25 +116,32 @@ TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
     }
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "0 NetBIOS Message(s)");
     EXPECT_EQ(Received.Syslog.Messages.UpperBound(), 100);
-    EXPECT_EQ(Keep(), 1) << "slot 0 stays empty, freed slots are forgotten";
+    EXPECT_EQ(Keep(), 1) << "the queue of free slots is emptied too; slot 0 is never used";
 }
 
-TEST(ServerLayout, FollowsItsRules) {
-    const ServerLayout layout = LayOutServer({15'000, 10'795}, 0);
-    EXPECT_EQ(layout.TabControl, (TwipsSize{15'000, 10'000}));
-    EXPECT_EQ(layout.Frame, (TwipsSize{14'730, 3'183}));
-    EXPECT_EQ(layout.List, (TwipsSize{14'250, 2'823}));
-    EXPECT_EQ(layout.FrameTops, (std::array<Twips, 3>{360, 3'543, 6'726}));
-    EXPECT_EQ(layout.ConsolidatedFrame, (TwipsSize{14'730, 9'550}));
-    EXPECT_EQ(layout.Tree, (TwipsSize{14'250, 9'190}));
-    EXPECT_LT(LayOutServer({200, 900}, 0).List.Height, 0) << "what does not fit says so";
-    const ServerLayout tall = LayOutServer({15'000, 10'795}, 660);
-    EXPECT_NEAR(tall.FrameTops[2] + tall.Frame.Height, 9'910, 2)
-        << "taller tabs push the frames down, not out";
-
-    EXPECT_EQ(ListColumnWidths({}, 10'000), (ColumnWidthArray{2'300, 2'200, 1'500, 2'100, 1'500}));
-    EXPECT_EQ(ListColumnWidths({1, 0, 3, 0, 5}, 10'000), (ColumnWidthArray{1, 0, 3, 0, 5}));
-    EXPECT_EQ(ListColumnWidths({0, 7, 7, 7, 7}, 1'000), (ColumnWidthArray{230, 220, 150, 210, 150}));
+TEST(ServerLayout, FramesFitIntoTheirPageWithoutOverlap) {
+    for (Twips height = 4'000; height < 40'000; height += 1'111) {
+        for (const Twips tabs : {0, 300, 660, 1'500}) {
+            SCOPED_TRACE(std::to_string(height) + ", tabs of " + std::to_string(tabs));
+            const ServerLayout layout = LayOutServer({height * 3 / 2, height}, tabs);
+            EXPECT_EQ(layout.TabControl.Height + ServerLayout::BarsHeight, height);
+            EXPECT_GE(layout.FrameTops[0], std::max(tabs, ServerLayout::FramesTop));
+            EXPECT_GE(layout.FrameTops[1], layout.FrameTops[0] + layout.Frame.Height);
+            EXPECT_GE(layout.FrameTops[2], layout.FrameTops[1] + layout.Frame.Height);
+            EXPECT_LT(layout.FrameTops[2] + layout.Frame.Height, layout.TabControl.Height);
+            EXPECT_LT(layout.FrameTops[0] + layout.ConsolidatedFrame.Height, layout.TabControl.Height);
+            for (const auto& [inside, frame] :
+                 {std::pair(layout.List, layout.Frame), std::pair(layout.Tree, layout.ConsolidatedFrame)}) {
+                EXPECT_LT(frame.Width, layout.TabControl.Width);
+                EXPECT_LT(inside.Width, frame.Width);
+                EXPECT_LT(inside.Height, frame.Height);
+            }
+        }
+    }
+    EXPECT_LT(LayOutServer({200, 900}, 0).List.Height, 0) << "too small a window gives a negative size";
+    const ColumnWidthArray none{}, saved = {1, 0, 3, 0, 5};
+    EXPECT_EQ(ListColumnWidths(none, 10'000), (ColumnWidthArray{2'300, 2'200, 1'500, 2'100, 1'500}));
+    EXPECT_EQ(ListColumnWidths(saved, 10'000), saved);
 }
 
 }  // namespace

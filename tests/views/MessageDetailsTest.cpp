@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
+
 #include "records/CanonicalText.h"
 #include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
@@ -13,42 +17,13 @@ constexpr ViewNumber SyslogErrors = 3;
 
 class MessageDetailsTest : public CommandsFixture {
 protected:
-    /// A NetBIOS error whose text is its name.
-    Slot Arrive(const std::string& name, std::int64_t minute = 0) {
-        AlarmRecord alarm = RecordOf({.Name = name});
-        alarm.DateTime = AlarmDate{minute * 60};
-        return Received.KeepNetBiosMessage(name, alarm, true);
-    }
-    /// A syslog error of one alarm, that description; its slot is its place in order of arrival.
+    /// Keeps a syslog error; the slots are 0, 1, 2 ... in order of arrival.
     void Keep(const std::string& description, const std::string& computer = "PC", std::int64_t minute = 0) {
         AlarmRecord alarm = RecordOf({.Computer = computer, .Description = description});
         alarm.DateTime = AlarmDate{minute * 60};
         KeepSyslog(alarm);
     }
-    std::string Shown() const {
-        const std::string& text = details_.Text();
-        const std::size_t line = text.rfind('\n');
-        return line == std::string::npos ? text : text.substr(line + 1);
-    }
-    /// With "^" where there is one before and "v" where there is one behind.
-    std::string Now() const {
-        return Shown() + (details_.HasPrevious() ? "^" : "") + (details_.HasNext() ? "v" : "");
-    }
-    std::string Next() {
-        const bool stepped = details_.ShowNext();
-        return (stepped ? "to " : "at ") + Now();
-    }
-    std::string Previous() {
-        const bool stepped = details_.ShowPrevious();
-        return (stepped ? "to " : "at ") + Now();
-    }
-    std::string LookAgain() {
-        const MessageDetails::Found found = details_.LookAgain();
-        if (found == MessageDetails::Found::Nothing)
-            return "nothing";
-        return (found == MessageDetails::Found::Same ? "same " : "other ") + Now();
-    }
-    /// As the main window does when the user deletes.
+    /// Deletes as the main window does.
     void Delete(ViewNumber view, const std::vector<Slot>& slots) {
         details_.NotePlace();
         Received.List(view).ClearSelection();
@@ -58,8 +33,12 @@ protected:
         }
         commands_.DeleteMessages(view);
     }
-    /// Empties the views and shows the syslog messages at these slots anew.
-    void ShowAnew(const std::vector<Slot>& slots) {
+    void SortByDate() {
+        details_.NotePlace();
+        Received.List(SyslogErrors).SortBy(MessageColumn::DateLogged);
+    }
+    /// Empties the views and shows the syslog messages at these slots again.
+    void ShowAgain(const std::vector<Slot>& slots) {
         details_.NotePlace();
         Received.ClearViews();
         for (const Slot slot : slots)
@@ -67,145 +46,118 @@ protected:
         Received.Tree.AddNoted();
     }
 
+    /// Reads the texts of the view in its order, in the tree those of the shown message's computer.
+    void ReadTexts() {
+        texts_.clear();
+        const ConsolidatedTree& tree = Received.Tree;
+        const TreeNode group = tree.FindComputer("Full", EventType::Error, computer_);
+        const MessageList& list = Received.List(SyslogErrors);
+        const bool inTree = view_ == ConsolidatedView;
+        for (std::size_t i = 0; i < (!inTree          ? list.Size()
+                                     : group.IsRoot() ? 0
+                                                      : tree.ChildCount(group));
+             ++i)
+            texts_.push_back(
+                Received.Syslog.Messages.Text(inTree ? tree.ChildAt(group, i).LeafSlot() : list.SlotAt(i)));
+        index_ = static_cast<std::size_t>(std::find(texts_.begin(), texts_.end(), shown_) - texts_.begin());
+    }
+    void StepAsExpected(bool forward) {
+        const bool leads = index_ < texts_.size() && (forward ? index_ + 1 < texts_.size() : index_ > 0);
+        ASSERT_EQ(forward ? details_.ShowNext() : details_.ShowPrevious(), leads);
+        if (leads)
+            shown_ = texts_[forward ? index_ + 1 : index_ - 1];
+    }
+    void LookAsExpected() {
+        const MessageDetails::Found found = details_.LookAgain();
+        ReadTexts();
+        if (texts_.empty())
+            shown_.clear();
+        else if (index_ == texts_.size())
+            shown_ =
+                texts_[std::min(view_ == ConsolidatedView && place_ > 0 ? place_ - 1 : place_, index_ - 1)];
+        ASSERT_EQ(found == MessageDetails::Found::Nothing, shown_.empty());
+        ReadTexts();
+        if (shown_.empty())
+            return;
+        ASSERT_EQ(details_.Text(), shown_);
+        ASSERT_EQ(details_.HasPrevious(), index_ > 0);
+        ASSERT_EQ(details_.HasNext(), index_ + 1 < texts_.size());
+    }
+
     MessageDetails details_{Received};
+    // What the window has to show, worked out from the order of the view alone.
+    ViewNumber view_ = SyslogErrors;
+    std::string shown_, computer_;  ///< empty if there is nothing to show
+    std::vector<std::string> texts_;
+    std::size_t index_ = 0;  ///< of shown_ in texts_
+    std::size_t place_ = 0;  ///< the last index at which the message was seen
 };
 
-TEST_F(MessageDetailsTest, StepsToBothEndsOfAListAndNoFurther) {
-    for (const char* const name : {"a", "b", "c"})
-        Arrive(name);
-    EXPECT_FALSE(details_.Show(Errors, 99)) << "no such slot";
-    EXPECT_FALSE(details_.Show(Errors + 1, 1)) << "another list's";
-    ASSERT_TRUE(details_.Show(Errors, 2));
-    EXPECT_EQ(Now(), "b^v");
-    EXPECT_EQ(Next(), "to c^");
-    EXPECT_EQ(Next(), "at c^");
-    EXPECT_EQ(Previous(), "to b^v");
-    EXPECT_EQ(Previous(), "to av");
-    EXPECT_EQ(Previous(), "at av");
-    Delete(Errors, {2, 3});
-    EXPECT_EQ(LookAgain(), "same a") << "alone";
-    EXPECT_EQ(Next(), "at a");
-    EXPECT_EQ(Previous(), "at a");
-}
-
-TEST_F(MessageDetailsTest, FollowsTheRowAndNotItsNumber) {
-    for (int minute = 1; minute <= 3; ++minute)
-        Arrive(std::to_string(minute), minute);
-    ASSERT_TRUE(details_.Show(Errors, 3));
-    details_.NotePlace();
-    Received.List(Errors).SortBy(MessageColumn::DateLogged);
-    EXPECT_EQ(LookAgain(), "same 3v") << "the newest is first now";
-    Arrive("9", 9);
-    Arrive("0", 0);
-    EXPECT_EQ(LookAgain(), "same 3^v");
-    EXPECT_EQ(Previous(), "to 9v");
-    EXPECT_EQ(Next(), "to 3^v");
-    Delete(Errors, {4});
-    EXPECT_EQ(LookAgain(), "same 3v");
-}
-
-TEST_F(MessageDetailsTest, StepsThroughTheSiblingsInTheTreesOrder) {
-    Keep("late", "PC", 30);
-    Keep("early", "PC", 10);
-    Keep("elsewhere", "OTHER", 20);
-    Keep("between", "PC", 20);
-    ASSERT_TRUE(details_.Show(ConsolidatedView, 0));
-    EXPECT_EQ(Now(), "late^") << "sorted, though nobody has opened the group";
-    EXPECT_EQ(Previous(), "to between^v");
-    EXPECT_EQ(Previous(), "to earlyv");
-    EXPECT_EQ(Previous(), "at earlyv");
-    Keep("latest", "PC", 40);
-    EXPECT_TRUE(details_.ShowNext() && details_.ShowNext());
-    EXPECT_EQ(Next(), "to latest^");
-    EXPECT_EQ(Next(), "at latest^");
-}
-
-TEST_F(MessageDetailsTest, ShowsWhatTookThePlaceOfWhatWent) {
-    const struct {
-        const char* What;
-        ViewNumber View;
-        Slot Of;
-        std::vector<Slot> Gone;
-        const char* Then;
-    } cases[] = {
-        {"another one", SyslogErrors, 1, {0}, "same 1v"},
-        {"the first", SyslogErrors, 0, {0}, "other 1v"},
-        {"one between", SyslogErrors, 1, {1}, "other 2^"},
-        {"the last", SyslogErrors, 2, {2}, "other 1^"},
-        {"it and the others behind", SyslogErrors, 1, {1, 2}, "other 0"},
-        {"all", SyslogErrors, 1, {0, 1, 2}, "nothing"},
-        {"the first leaf", ConsolidatedView, 0, {0}, "other 1v"},
-        {"a leaf between", ConsolidatedView, 1, {1}, "other 0v"},
-        {"the last leaf", ConsolidatedView, 2, {2}, "other 1^"},
-        {"all leaves of the computer", ConsolidatedView, 1, {0, 1, 2}, "nothing"},
-    };
-    for (const auto& [what, view, of, gone, then] : cases) {
-        Received.Clear(Received.Syslog);
-        for (int i = 0; i < 3; ++i)
-            Keep(std::to_string(i), "PC", i);
-        ASSERT_TRUE(details_.Show(view, of)) << what;
-        if (view == ConsolidatedView && gone.size() == 3)
-            Keep("elsewhere", "OTHER");
-        Delete(SyslogErrors, gone);
-        EXPECT_EQ(LookAgain(), then) << what;
-    }
-}
-
-/// The next one to come gets the slot of the one that went.
-TEST_F(MessageDetailsTest, ASlotThatServesAgainIsNotTakenForTheOldOne) {
-    const Slot slot = Arrive("old");
-    ASSERT_TRUE(details_.Show(Errors, slot));
-    Delete(Errors, {slot});
-    ASSERT_EQ(Arrive("new"), slot);
-    EXPECT_EQ(Next(), "at old");
-    EXPECT_EQ(LookAgain(), "other new");
-    Received.Clear(Received.NetBios);
-    EXPECT_EQ(LookAgain(), "nothing");
-    EXPECT_EQ(Shown(), "new") << "until the window has gone";
-}
-
-TEST_F(MessageDetailsTest, KeepsItsNotificationWhileTheViewsAreMadeAnew) {
-    Keep("other computer", "OTHER", 0);
-    for (int i = 1; i <= 4; ++i)
-        Keep(std::to_string(i), "PC", 10 - i);
-    const std::vector<Slot> all = {0, 1, 2, 3, 4};
-    for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
-        // The row that moved up; the leaf that stands before.
-        const std::string after = view == SyslogErrors ? "other 4^" : "other 4v";
-        for (const std::vector<Slot>& without : {std::vector<Slot>{0, 1, 2, 4}, std::vector<Slot>{1, 2, 4}}) {
-            ShowAnew(all);
-            ASSERT_TRUE(details_.Show(view, 3));
-            ShowAnew(all);
-            EXPECT_EQ(LookAgain(), "same 3^v");
-            // Without the first the groups are numbered anew: the second computer's number is the first's.
-            ShowAnew(without);
-            EXPECT_EQ(LookAgain(), after);
+/// Arrivals, deletions, sorting, rebuilt views and steps in random order, in a list and then in the tree.
+/// Freed slots are reused by other messages, and the window does not look again after every change.
+TEST_F(MessageDetailsTest, FollowsItsMessageThroughRandomSteps) {
+    std::mt19937 random(2);
+    const auto below = [&](std::size_t bound) { return static_cast<std::size_t>(random() % bound); };
+    for (int step = 0; step < 8000; ++step) {
+        SCOPED_TRACE(step);
+        if (step == 4000) {
+            Received.Clear(Received.Syslog);
+            ASSERT_NO_FATAL_FAILURE(LookAsExpected());
+            view_ = ConsolidatedView;
+        }
+        ReadTexts();
+        if (index_ < texts_.size())
+            place_ = index_;
+        const std::vector<Slot> all = Received.Tree.SlotsUnder(TreeNode());
+        std::vector<Slot> some;
+        std::copy_if(all.begin(), all.end(), std::back_inserter(some), [&](Slot) { return below(3) == 0; });
+        const std::size_t what = below(12);
+        if (what < 6) {
+            Keep(std::to_string(step), below(2) == 0 ? "PC" : "OTHER", static_cast<std::int64_t>(below(100)));
+        } else if (what < 9 && !shown_.empty()) {
+            ASSERT_NO_FATAL_FAILURE(StepAsExpected(what == 6));
+        } else if (what == 9) {
+            SortByDate();
+        } else if (what == 10) {
+            Delete(SyslogErrors, some);
+        } else {
+            ShowAgain(all);
+        }
+        if (below(3) == 0)
+            continue;
+        if (shown_.empty() && !all.empty() && details_.Show(view_, all.back())) {
+            shown_ = details_.Text();
+            computer_ = Received.Syslog.Rows.CellText(all.back(), MessageColumn::Computer);
+        }
+        if (!shown_.empty()) {
+            ASSERT_NO_FATAL_FAILURE(LookAsExpected());
         }
     }
-    ShowAnew(all);
-    ASSERT_TRUE(details_.Show(ConsolidatedView, 3));
-    ShowAnew({0});
-    EXPECT_EQ(LookAgain(), "nothing") << "its computer shows nothing any more";
+}
+
+TEST_F(MessageDetailsTest, SortsTheLeavesOfAGroupThatWasNotOpened) {
+    for (const int minute : {30, 10, 20})
+        Keep(std::to_string(minute), "PC", minute);
+    ASSERT_TRUE(details_.Show(ConsolidatedView, 0));
+    EXPECT_TRUE(details_.ShowPrevious() && details_.Text().ends_with("20"));
 }
 
 TEST_F(MessageDetailsTest, FillsTheCurrentAlarmAsTheChannelReads) {
-    const std::string netBios =
-        NetBiosText({.Name = "Disk (C:)", .Account = "joe", .Computer = "pc", .Description = "a\r\nb"});
-    ASSERT_TRUE(details_.Show(Errors, Arrive(netBios)));
-    AlarmRecord alarm;
-    details_.FillCurrentAlarm(alarm, AlarmDate());
-    EXPECT_EQ(alarm.AlarmName + "|" + alarm.Computer + "|" + alarm.Description, "Disk (C:)|PC|a\r\nb");
+    EXPECT_FALSE(details_.Show(Errors, 1)) << "no such message";
+    const std::string netBios = NetBiosText({.Name = "Disk (C:)", .Computer = "pc", .Description = "a\r\nb"});
+    KeepNetBios(netBios);
     Keep("what happened", "X", 5);
-    for (const ViewNumber view : {SyslogErrors, ConsolidatedView}) {
-        ASSERT_TRUE(details_.Show(view, 0));
-        alarm = AlarmRecord();
+    for (const ViewNumber view : {Errors, SyslogErrors, ConsolidatedView}) {
+        ASSERT_TRUE(details_.Show(view, view == Errors ? 1 : 0));
+        AlarmRecord alarm;
         details_.FillCurrentAlarm(alarm, AlarmDate());
-        EXPECT_EQ(alarm.AlarmName + "|" + alarm.Computer + "|" + alarm.Description, "Full|X|what happened");
-        EXPECT_EQ(BuildMessageText(alarm), details_.Text());
+        EXPECT_EQ(alarm.AlarmName + "|" + alarm.Computer + "|" + alarm.Description,
+                  view == Errors ? "Disk (C:)|PC|a\r\nb" : "Full|X|what happened");
+        EXPECT_EQ(details_.Text(), view == Errors ? netBios : BuildMessageText(alarm));
     }
 }
 
-TEST(IsTabularTest, AsksForColumnsOnlyInsideLines) {
+TEST(IsTabularTest, FindsColumnsOnlyInsideLines) {
     for (const char* const text : {"a   b", "a\tb", "a \t b", "one line\r\nname:\tvalue"})
         EXPECT_TRUE(IsTabular(text)) << text;
     for (const char* const text :

@@ -19,7 +19,6 @@ AlarmRecord Alarm(const std::string& name, std::int64_t seconds = 0, const std::
     return alarm;
 }
 
-/// A list with its rows, and slots that a test hands out.
 class MessageListTest : public ::testing::Test {
 protected:
     void Add(Slot slot, const AlarmRecord& alarm) {
@@ -40,25 +39,6 @@ protected:
     MessageRows rows_;
     MessageList list_{rows_};
 };
-
-TEST_F(MessageListTest, FirstClickSortsDescendingAndEveryClickTurnsRound) {
-    Add(1, Alarm("beta", -5));
-    Add(2, Alarm("Alpha", 253'402'300'799));
-    Add(3, Alarm("alpha", -59'011'459'200));
-    Add(4, Alarm("gamma", -5));
-    const struct {
-        MessageColumn Column;
-        std::vector<Slot> Order;
-    } clicks[] = {
-        {MessageColumn::DateLogged, {2, 1, 4, 3}},
-        {MessageColumn::DateLogged, {3, 1, 4, 2}},
-        {MessageColumn::Alarm, {4, 1, 2, 3}},  // another column turns round too, case does not count
-        {MessageColumn::Alarm, {2, 3, 1, 4}}};
-    for (const auto& [column, order] : clicks) {
-        list_.SortBy(column);
-        EXPECT_EQ(Slots(), order);
-    }
-}
 
 TEST_F(MessageListTest, RowsKeepTheTextTheyWereAddedWith) {
     rows_.SetDateStyle({true, "-"});
@@ -105,75 +85,91 @@ TEST_F(MessageListTest, TellsItsObserverOfAllButArrivals) {
     list_.SetObserver(nullptr);
 }
 
-/// The list against a plain vector that does the same the slow way, over thousands of mixed steps.
-TEST_F(MessageListTest, AgreesWithASlowListThroughAnyMixOfSteps) {
+/// Random steps, against a vector that takes the same steps the slow way.  Waves of growth and removal split
+/// and join blocks, also blocks with selected rows.
+TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
     struct Row {
-        Slot Number;  ///< the later, the lower
+        Slot Of;  ///< smaller for later rows, so that slots and arrivals differ in order
         std::string Name;
         std::int64_t Seconds;
         bool Selected = false;
     };
-    std::vector<Row> slow;
+    std::vector<Row> rows;
     std::optional<MessageColumn> column;
     bool descending = false;
-    const auto less = [&](const Row& a, const Row& b) {
+    const auto sortsBefore = [&](const Row& a, const Row& b) {
         const std::int64_t order = column == MessageColumn::DateLogged ? a.Seconds - b.Seconds
                                    : column == MessageColumn::Alarm    ? CompareNoCase(a.Name, b.Name)
                                                                        : 0;
-        return order != 0 ? (order < 0) != descending : a.Number > b.Number;
+        return order != 0 ? (order < 0) != descending : a.Of > b.Of;
     };
     std::mt19937 random(7);
     const auto below = [&](std::size_t bound) { return static_cast<std::size_t>(random() % bound); };
+    const auto select = [&](std::size_t first, std::size_t last, bool selected) {
+        list_.Select(first, last, selected);
+        for (std::size_t i = first; i <= last; ++i)
+            rows[i].Selected = selected;
+    };
     std::size_t largest = 0;
-    for (Slot step = 20'000; step > 0; --step) {
-        const std::size_t what = below(1000);  // how often each step comes, in thousandths
-        if (what < 970 || slow.empty()) {
-            // Long common beginnings, so that comparisons have to look at the whole texts.
+    for (Slot step = 25'000; step > 0; --step) {
+        const std::size_t what = below(1000);
+        if (what < 980 || rows.empty()) {
+            // Names with a long common beginning, so that the first eight bytes do not decide.
             const std::string start = below(2) != 0 ? "Common start " : "COMMON START ";
-            const Row row{step, start + std::to_string(below(40)), static_cast<std::int64_t>(below(50))};
+            const Row row{step, start + std::to_string(below(40)), static_cast<std::int64_t>(below(50)) - 25};
             Add(step, Alarm(row.Name, row.Seconds));
-            slow.insert(std::upper_bound(slow.begin(), slow.end(), row, less), row);
-            ASSERT_EQ(slow.at(list_.NewestPosition().value()).Number, step);
-        } else if (what < 975) {
-            const std::size_t first = below(slow.size());
-            const std::size_t last = std::min(slow.size() - 1, first + below(2000));
-            const bool selected = below(3) != 0;
-            list_.Select(first, last, selected);
-            for (std::size_t i = first; i <= last; ++i)
-                slow[i].Selected = selected;
-        } else if (what < 990) {
-            const std::size_t position = below(slow.size());
-            Remove(slow[position].Number);
-            slow.erase(slow.begin() + static_cast<std::ptrdiff_t>(position));
-        } else if (what < 991) {
-            rows_.Remove(list_.RemoveSelected());
-            std::erase_if(slow, [](const Row& row) { return row.Selected; });
-        } else if (what < 993) {
+            rows.insert(std::upper_bound(rows.begin(), rows.end(), row, sortsBefore), row);
+            ASSERT_EQ(rows.at(list_.NewestPosition().value()).Of, step);
+        } else if (what < 985) {
+            const std::size_t first = below(rows.size());
+            select(first, std::min(rows.size() - 1, first + below(2000)), below(3) != 0);
+        } else if (what < 988) {
             list_.ClearSelection();
-            for (Row& row : slow)
+            for (Row& row : rows)
                 row.Selected = false;
-        } else if (step % 3 == 0) {
+            for (int i = 0; i < 9; ++i) {
+                const std::size_t only = below(rows.size());
+                select(only, only, true);
+            }
+        } else if (what < 997) {
+            std::vector<Slot> gone;
+            const std::size_t kept =
+                rows.size() > 3000 && below(3) == 0 ? 20 : 0;  // one of so many, or nearly all
+            for (const Row& row : rows) {
+                if (kept > 0 ? below(kept) != 0 : below(rows.size()) == 0)
+                    gone.push_back(row.Of);
+            }
+            std::shuffle(gone.begin(), gone.end(), random);
+            const std::vector<Slot> removed = list_.Remove(gone);
+            rows_.Remove(removed);
+            ASSERT_TRUE(std::is_permutation(removed.begin(), removed.end(), gone.begin(), gone.end()));
+            std::erase_if(rows, [&](const Row& row) { return !rows_.Holds(row.Of); });
+        } else if (what < 998) {
+            rows_.Remove(list_.RemoveSelected());
+            std::erase_if(rows, [](const Row& row) { return row.Selected; });
+        } else {
             column = below(2) != 0 ? MessageColumn::Alarm : MessageColumn::DateLogged;
             descending = !descending;
             list_.SortBy(*column);
-            std::sort(slow.begin(), slow.end(), less);
+            std::sort(rows.begin(), rows.end(), sortsBefore);
         }
-        largest = std::max(largest, slow.size());
-        if (step % 250 != 0)
+        largest = std::max(largest, rows.size());
+        if (what < 980 && step % 500 != 0)
             continue;
         std::vector<Slot> slots, selected;
-        for (const Row& row : slow) {
-            ASSERT_EQ(list_.PositionOf(row.Number), slots.size()) << step;
-            slots.push_back(row.Number);
+        for (const Row& row : rows) {
+            slots.push_back(row.Of);
             if (row.Selected)
-                selected.push_back(row.Number);
+                selected.push_back(row.Of);
         }
         ASSERT_EQ(Slots(), slots) << step;
         ASSERT_EQ(list_.SelectedSlots(), selected) << step;
         ASSERT_EQ(list_.SelectedCount(), selected.size()) << step;
-        ASSERT_LE(rows_.Texts().Size(), 81U) << "texts whose rows are gone are still held";
+        for (std::size_t i = below(7); i < slots.size(); i += 7)
+            ASSERT_EQ(list_.PositionOf(slots[i]), i) << step;
+        ASSERT_LE(rows_.Texts().IdBound(), 81U) << "texts whose rows are gone are still held";
     }
-    EXPECT_GT(largest, 2000U) << "enough for several blocks";
+    EXPECT_GT(largest, 3000U) << "too few rows for several blocks";
 }
 
 }  // namespace

@@ -21,11 +21,11 @@ protected:
         KeepSyslog(record);
     }
     std::size_t Rows() const { return RowCount(Received.Syslog); }
-    /// The node at these positions below the root.
-    TreeNode Node(const std::vector<std::size_t>& way) const {
+    /// The first node of a level: 1 for alarms to 4 for leaves.
+    TreeNode First(int level) const {
         TreeNode node;
-        for (const std::size_t position : way)
-            node = Received.Tree.ChildAt(node, position);
+        while (level-- > 0)
+            node = Received.Tree.ChildAt(node, 0);
         return node;
     }
     void DeleteNode(TreeNode node) {
@@ -42,7 +42,7 @@ TEST_F(SyslogCommandsTest, TheStoreGrowsJustBeforeItsEnd) {
     }
 }
 
-TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
+TEST_F(SyslogCommandsTest, AListDeleteRemovesTheLeavesAndHoldsArrivals) {
     for (const char* const computer : {"A", "B", "B"})
         Keep("Full", "Warning", computer);
     Received.List(4).Select(0, 1, true);
@@ -55,28 +55,20 @@ TEST_F(SyslogCommandsTest, AListDeleteTakesTheLeavesAndHoldsArrivalsBack) {
     EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
     EXPECT_EQ(Rows(), 1U);
-    EXPECT_EQ(Received.Tree.Text(Node({0})), "Full ( 1 Events )");
-    EXPECT_EQ(Received.Tree.Text(Node({0, 0, 0})), "B ( 1 Events )");
+    EXPECT_EQ(Received.Tree.Text(First(1)), "Full ( 1 Events )");
+    EXPECT_EQ(Received.Tree.Text(First(3)), "B ( 1 Events )");
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
     EXPECT_TRUE(Display.Enabled[ConsolidatedView]);
 }
 
-TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
+TEST_F(SyslogCommandsTest, ATreeDeleteRemovesAllRowsThatTheNodeCovers) {
     const std::string leafQuestion = "Are you sure you want to delete the message you have selected?";
     const std::string branchQuestion =
         "Are you sure you want to delete all the messages under the tree branch you selected?";
-    const struct {
-        std::vector<std::size_t> Way;
-        std::string Question;
-        std::size_t RowsLeft;
-    } cases[] = {
-        {{0, 0, 0, 0}, leafQuestion, 6},
-        {{0, 0, 0}, branchQuestion, 5},
-        {{0, 0}, branchQuestion, 4},
-        {{0}, branchQuestion, 1},  // an alarm, with the rows of types that the tree lacks
-    };
-    for (const auto& [way, question, rowsLeft] : cases) {
-        SCOPED_TRACE(rowsLeft);
+    // An alarm also covers its rows of types that the tree does not show.
+    const std::size_t rowsLeft[] = {7, 1, 4, 5, 6};
+    for (int level = 4; level > 0; --level) {
+        SCOPED_TRACE(level);
         Received.Clear(Received.Syslog);
         Boxes.Shown.clear();
         for (const char* const computer : {"A", "A", "B"})
@@ -85,26 +77,25 @@ TEST_F(SyslogCommandsTest, ATreeDeleteTakesWhatTheNodeStandsFor) {
         Keep("Other", "Error", "A");
         Keep("Disk", "Unheard of", "A");
         Keep("Disk", "", "A");
-        Boxes.Answer = false;
-        DeleteNode(Node(way));
-        EXPECT_EQ(Rows(), 7U) << "the user said no";
-        Boxes.Answer = true;
-        DeleteNode(Node(way));
-        EXPECT_EQ(Boxes.Shown, (std::vector<std::string>{question, question}));
-        EXPECT_EQ(Rows(), rowsLeft);
-        EXPECT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(rowsLeft));
+        for (const bool answer : {false, true}) {
+            Boxes.Answer = answer;
+            DeleteNode(First(level));
+            EXPECT_EQ(Rows(), rowsLeft[answer ? level : 0]);
+            EXPECT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(Rows()));
+            EXPECT_EQ(Boxes.Shown.back(), level == 4 ? leafQuestion : branchQuestion);
+        }
         EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
-        EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot()) << "what is gone is not selected";
+        EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot()) << "a removed node stays selected";
     }
     Boxes.Shown.clear();
     DeleteNode(TreeNode());
+    EXPECT_TRUE(Boxes.Shown.empty()) << "no node is selected";
     filter_.Active = true;
-    DeleteNode(Node({0}));
-    EXPECT_EQ(Boxes.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."})
-        << "silent where nothing is selected";
+    DeleteNode(First(1));
+    EXPECT_EQ(Boxes.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."});
 }
 
-/// Lists, tree and store agree through whatever happens, and slots serve again in the order of their release.
+/// Lists, tree and store agree, and slots are reused in the order in which they were freed.
 TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
                                      "Success Audit", "unheard of", ""};
@@ -129,23 +120,23 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             const std::size_t first = below(list.Size());
             list.ClearSelection();
             list.Select(first, std::min(first + below(20), list.Size() - 1), true);
-            const std::vector<Slot> goes = list.SelectedSlots();
-            freed.insert(freed.end(), goes.begin(), goes.end());
+            const std::vector<Slot> removed = list.SelectedSlots();
+            freed.insert(freed.end(), removed.begin(), removed.end());
             commands_.DeleteMessages(view);
-            ASSERT_EQ(Rows(), before - goes.size()) << step;
+            ASSERT_EQ(Rows(), before - removed.size()) << step;
         } else if (what < 99 && Received.Tree.LeafCount() > 0) {
             TreeNode node;
             for (std::size_t level = 1 + below(3); level > 0 && Received.Tree.ChildCount(node) > 0; --level)
                 node = Received.Tree.ChildAt(node, below(Received.Tree.ChildCount(node)));
             std::vector<Slot> covered = Received.Tree.SlotsUnder(node);
-            // List by list, in the order of the rows.
+            // They are freed list by list, in the order of the rows.
             std::sort(covered.begin(), covered.end(), [this](Slot a, Slot b) {
-                const auto place = [this](Slot slot) {
-                    const auto in = Received.Syslog.Rows[slot].List;
+                const auto position = [this](Slot slot) {
+                    const EventList in = ListOf(Received.Syslog.Rows[slot].Type);
                     return std::pair(in,
                                      Received.Syslog.Lists.at(static_cast<std::size_t>(in)).PositionOf(slot));
                 };
-                return place(a) < place(b);
+                return position(a) < position(b);
             });
             freed.insert(freed.end(), covered.begin(), covered.end());
             DeleteNode(node);

@@ -14,7 +14,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Without a caption it is a line between groups, and its command counts for nothing.
+/// An entry whose caption is null is a separator; its command is not used.
 struct MenuEntry {
     const char* Name;
     const char* Caption;
@@ -93,7 +93,7 @@ CommandBars::CommandBars(QMainWindow& window, Handler handle) : window_(window),
 QAction* CommandBars::AddAction(const QString& name, const QString& caption, ServerCommand command) {
     auto* const action = new QAction(caption, &window_);
     action->setObjectName(name);
-    // No role of another desktop's menu: each command stays where it is.
+    // NoRole, since macOS moves actions with a role such as "Preferences" into another menu.
     action->setMenuRole(QAction::NoRole);
     QObject::connect(action, &QAction::triggered, &window_, [handle = handle_, command] { handle(command); });
     return action;
@@ -133,7 +133,8 @@ void CommandBars::BuildToolBar() {
     tbrPause = window_.findChild<QAction*>(QStringLiteral("pause"));
     tbrFilter = window_.findChild<QAction*>(QStringLiteral("filter"));
     tbrFilter->setCheckable(true);
-    // A click presses the button by itself, but only the filter's state says what it looks like.
+    // A click toggles a checkable button; this undoes it, because the button shows whether a filter is in
+    // force.
     QObject::connect(tbrFilter, &QAction::toggled, &window_,
                      [this] { tbrFilter->setChecked(filterInForce_); });
 }

@@ -9,7 +9,7 @@ class QToolBar;
 
 namespace tallyhorn {
 
-/// What the user can have done by menu and tool bar.
+/// The commands of menu and tool bar.
 enum class ServerCommand {
     ViewMessage,
     DeleteMessages,
@@ -25,19 +25,20 @@ enum class ServerCommand {
     About
 };
 
-/// The main window's menu bar and tool bar, and what the two commands with two faces show.  User-interface
-/// thread only; the window owns what is made here.
+/// Builds the main window's menu bar and tool bar, whose parts the window owns, and changes the captions of
+/// the two commands that toggle something.
 class CommandBars {
 public:
     using Handler = std::function<void(ServerCommand)>;
 
-    /// `handle` is called for each command that the user gives, as long as the window lives.
+    /// Calls `handle` for each command that the user gives.  The window outlives this.
     CommandBars(QMainWindow& window, Handler handle);
 
     QToolBar* ToolBar() const { return tbrMain; }
     void ShowPause(bool paused);
-    /// In force the button is pressed and both offer to remove the filter.  After that the menu item offers
-    /// to apply one to "Alarms", where it spoke of "Messages" at the start.
+    /// While a filter is in force, the button is pressed and button and menu item offer to remove it.
+    /// Afterwards the menu item says "Alarms", where it said "Messages" at the start (compatibility: both
+    /// captions are as users know them).
     void ShowFilter(bool inForce);
 
 private:

@@ -10,8 +10,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Longer ones may not fit on the line, and a tip tells them.
-constexpr qsizetype LongestAtAGlance = 60;
+/// Nodes with longer texts, which may not fit in the window, have a tool tip.
+constexpr qsizetype LongestWithoutToolTip = 60;
 
 QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
     QModelIndexList to;
@@ -24,7 +24,7 @@ QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList&
 
 ConsolidatedTreeModel::ConsolidatedTreeModel(ConsolidatedTree& tree, QObject* parent)
     : QAbstractItemModel(parent), tree_(tree), icons_(EventIcons()), alarmIcon_(AlarmIcon()) {
-    announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.LeafCount()};
+    announced_[TreeNode().Number()] = {tree_.ChildCount(TreeNode()), tree_.Count(TreeNode())};
     tree_.SetObserver(this);
 }
 
@@ -32,16 +32,16 @@ ConsolidatedTreeModel::~ConsolidatedTreeModel() {
     tree_.SetObserver(nullptr);
 }
 
-bool ConsolidatedTreeModel::TakeInNodes() {
+bool ConsolidatedTreeModel::AnnounceNewNodes() {
     bool inserted = false;
-    // What hears of it may ask for more children meanwhile.
+    // A copy of the keys: a view that is told of new rows may open a group and thereby add to announced_.
     std::vector<std::uint32_t> groups;
     for (const auto& [group, before] : announced_)
         groups.push_back(group);
     for (const std::uint32_t group : groups)
         inserted = Announce(TreeNode::Group(group), announced_[group]) || inserted;
     if (inserted) {
-        // They were announced as the last ones; now everything goes to its sorted place.
+        // The nodes were announced as the last children; their sorted places are elsewhere.
         emit layoutAboutToBeChanged();
         MovePersistentIndexes();
         emit layoutChanged();
@@ -113,7 +113,7 @@ bool ConsolidatedTreeModel::canFetchMore(const QModelIndex& parent) const {
     return !node.IsLeaf() && tree_.Holds(node) && !announced_.contains(node.Number());
 }
 
-/// The user opens a group: its children are sorted first, where they are not yet.
+/// Called when the user opens a group: sorts its leaves, which are not sorted before, and announces them.
 void ConsolidatedTreeModel::fetchMore(const QModelIndex& parent) {
     if (!canFetchMore(parent))
         return;
@@ -146,19 +146,20 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return shown;
         case Qt::ToolTipRole:
-            return shown.size() > LongestAtAGlance ? ToToolTip(shown) : QVariant();
+            return shown.size() > LongestWithoutToolTip ? ToToolTip(shown) : QVariant();
         default:
             return QString((type ? SpokenType(*type) : tr("Alarm")) + QStringLiteral(", ") + shown);
     }
 }
 
-/// What has come counts first: whoever looks at the model now, to remember it, sees rows where they are.
+/// Announces new nodes before the reset, so that a view that saves its state now sees the rows' true places.
 void ConsolidatedTreeModel::AboutToChange() {
-    TakeInNodes();
+    AnnounceNewNodes();
     beginResetModel();
 }
 
-/// What was announced stays so, as far as it is still there: a group that is open has its children at once.
+/// Keeps the groups that still exist announced, so that an open group shows its children right after the
+/// reset.  Removed groups are dropped: their numbers are reused.
 void ConsolidatedTreeModel::Changed() {
     std::erase_if(announced_,
                   [this](const auto& entry) { return !tree_.Holds(TreeNode::Group(entry.first)); });

@@ -10,9 +10,9 @@
 
 namespace tallyhorn {
 
-/// The consolidated tree as Qt's views want it.  A group's children are announced once a view asks for them,
-/// and those that come later when TakeInNodes says so, in one batch: what nobody has opened costs nothing.
-/// User-interface thread only; the tree outlives the model.
+/// Presents the consolidated tree as a Qt model.  A group's children are announced when a view opens the
+/// group, and those added later in one batch when AnnounceNewNodes is called; a closed group costs nothing.
+/// The tree outlives the model.
 class ConsolidatedTreeModel final : public QAbstractItemModel, private ChangeObserver {
     Q_OBJECT
 
@@ -20,13 +20,13 @@ public:
     explicit ConsolidatedTreeModel(ConsolidatedTree& tree, QObject* parent = nullptr);
     ~ConsolidatedTreeModel() override;
 
-    /// Announces what came since the last time; true where nodes did, not only counts.
-    bool TakeInNodes();
+    /// Announces the nodes and counts that changed since the last call; returns true if nodes were added.
+    bool AnnounceNewNodes();
     ConsolidatedTree& Tree() { return tree_; }
     const ConsolidatedTree& Tree() const { return tree_; }
 
     static TreeNode NodeAt(const QModelIndex& index);
-    /// Invalid for a node that is gone, and for the root.
+    /// Returns an invalid index for a removed node and for the root.
     QModelIndex IndexOf(TreeNode node) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -40,7 +40,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    /// What a group's children were when they were announced last.
+    /// The numbers of a group's children and leaves when they were last announced.
     struct Announced {
         std::size_t Rows = 0;
         std::size_t Leaves = 0;
@@ -54,7 +54,7 @@ private:
     ConsolidatedTree& tree_;
     std::array<QIcon, EventPictureCount> icons_;
     QIcon alarmIcon_;
-    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group; the root always
+    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group; always has the root
 };
 
 }  // namespace tallyhorn

@@ -18,28 +18,28 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
     setAutoFillBackground(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideRight);
-    // Before the base class hears of a reset and forgets.
+    // Connected before setModel, so that it runs before the base class resets its state.
     connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, &ConsolidatedTreeView::RememberState);
     setModel(&model_);
-    // After the selection has forgotten.
+    // Connected last, so that it runs after the selection model has reset the current node.
     connect(&model_, &QAbstractItemModel::modelReset, this, &ConsolidatedTreeView::RestoreCurrent);
 }
 
-/// The line at the top stays there, whatever came above it.
-void ConsolidatedTreeView::TakeInNow() {
+/// Keeps the node at the top of the view there if nodes are added above it.
+void ConsolidatedTreeView::ShowNewNodesNow() {
     const QPersistentModelIndex top =
         verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 1)) : QModelIndex();
-    if (model_.TakeInNodes() && top.isValid() && isVisible())
+    if (model_.AnnounceNewNodes() && top.isValid() && isVisible())
         scrollTo(top, PositionAtTop);
 }
 
-/// Qt is told of all on the way down first: it knows no node before.
+/// Announces the groups above the node from the top down: an index is valid only if its parent is announced.
 void ConsolidatedTreeView::SelectNode(TreeNode node) {
-    TakeInNow();
-    std::vector<TreeNode> way;
+    ShowNewNodesNow();
+    std::vector<TreeNode> ancestors;
     for (TreeNode group = tree_.Parent(node); !group.IsRoot(); group = tree_.Parent(group))
-        way.push_back(group);
-    for (auto group = way.rbegin(); group != way.rend(); ++group) {
+        ancestors.push_back(group);
+    for (auto group = ancestors.rbegin(); group != ancestors.rend(); ++group) {
         const QModelIndex index = model_.IndexOf(*group);
         if (model_.canFetchMore(index))
             model_.fetchMore(index);
@@ -55,19 +55,19 @@ QRect ConsolidatedTreeView::CurrentNodeOnScreen() const {
                                           : QRect();
 }
 
-// ---- through a reset
+// ---- state across a reset
 
 void ConsolidatedTreeView::RememberState() {
     openBeforeReset_.clear();
     RememberOpenGroups({});
-    wayBeforeReset_.clear();
+    pathBeforeReset_.clear();
     for (QModelIndex index = currentIndex(); index.isValid(); index = index.parent())
-        wayBeforeReset_.push_back({ConsolidatedTreeModel::NodeAt(index), index.row()});
-    std::reverse(wayBeforeReset_.begin(), wayBeforeReset_.end());
+        pathBeforeReset_.push_back({ConsolidatedTreeModel::NodeAt(index), index.row()});
+    std::reverse(pathBeforeReset_.begin(), pathBeforeReset_.end());
     topBeforeReset_ = verticalScrollBar()->value();
 }
 
-/// Parents before their children.
+/// Adds parents before their children, the order in which reset() opens them.
 void ConsolidatedTreeView::RememberOpenGroups(const QModelIndex& parent) {
     const int rows = model_.rowCount(parent);
     for (int row = 0; row < rows; ++row) {
@@ -89,10 +89,11 @@ void ConsolidatedTreeView::reset() {
     openBeforeReset_.clear();
 }
 
-/// Where the node is gone, the one after it in the deepest group that is left takes its place, or the last.
+/// Selects the same node again.  If it was removed, selects in the deepest remaining group above it the node
+/// that is now at its row, or the last one.
 void ConsolidatedTreeView::RestoreCurrent() {
     TreeNode node;
-    for (const Step& step : wayBeforeReset_) {
+    for (const PathNode& step : pathBeforeReset_) {
         if (tree_.Holds(step.Node)) {
             node = step.Node;
             continue;
@@ -101,7 +102,7 @@ void ConsolidatedTreeView::RestoreCurrent() {
             node = tree_.ChildAt(node, std::min(static_cast<std::size_t>(step.Row), rows - 1));
         break;
     }
-    wayBeforeReset_.clear();
+    pathBeforeReset_.clear();
     if (!node.IsRoot())
         setCurrentIndex(model_.IndexOf(node));
     else
@@ -114,13 +115,13 @@ void ConsolidatedTreeView::RestoreCurrent() {
 
 // ---- input
 
-/// Those below the current node, down to the computers: opening a million leaves would take long, and nobody
-/// reads them.
+/// Opens the group and, if it is an alarm, its types.  The computers below stay closed: opening a million
+/// leaves takes long.
 void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
     const TreeNode node = ConsolidatedTreeModel::NodeAt(index);
     if (node.IsRoot() || node.IsLeaf())
         return;
-    // A view that has not been laid out yet would not know the children in time.
+    // Explicitly, because expand() fetches only when the view is next laid out.
     if (model_.canFetchMore(index))
         model_.fetchMore(index);
     expand(index);
@@ -135,22 +136,22 @@ void ConsolidatedTreeView::currentChanged(const QModelIndex& current, const QMod
     tree_.SelectNode(ConsolidatedTreeModel::NodeAt(current));
 }
 
-/// While it is hidden nobody takes in anything.
+/// Catches up with what arrived while the tree was hidden.
 void ConsolidatedTreeView::showEvent(QShowEvent* event) {
     QTreeView::showEvent(event);
-    TakeInNodes();
+    ShowNewNodes();
 }
 
-/// What the user points at is what is there.
+/// Flushes first, so that the node under the mouse is the one that the tree has there.
 void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
-    takeIn_.Flush();
+    repaint_.Flush();
     emit Touched();
     QTreeView::mousePressEvent(event);
 }
 
-/// The base class opens and closes groups.
+/// Leaves groups to the base class, which opens and closes them.
 void ConsolidatedTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
-    takeIn_.Flush();
+    repaint_.Flush();
     emit Touched();
     QTreeView::mouseDoubleClickEvent(event);
     const QModelIndex pointed = indexAt(event->position().toPoint());
@@ -160,7 +161,7 @@ void ConsolidatedTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void ConsolidatedTreeView::keyPressEvent(QKeyEvent* event) {
-    takeIn_.Flush();
+    repaint_.Flush();
     emit Touched();
     const bool opens = (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
                        ConsolidatedTreeModel::NodeAt(currentIndex()).IsLeaf();

@@ -4,26 +4,24 @@
 #include <vector>
 
 #include "views/forms/ConsolidatedTreeModel.h"
-#include "views/forms/Pacer.h"
+#include "views/forms/RepaintThrottle.h"
 
 namespace tallyhorn {
 
-/// Shows the consolidated tree.  What the user has opened, chosen and scrolled to stays so through arrivals
-/// and deletions; where the chosen node goes, the one that takes its place is chosen.  User-interface thread
-/// only.
+/// Shows the consolidated tree.  Open groups, the selected node and the scroll position survive arrivals and
+/// deletions; if the selected node is removed, the node that takes its place is selected.
 class ConsolidatedTreeView final : public QTreeView {
     Q_OBJECT
 
 public:
     explicit ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* parent = nullptr);
 
-    /// Shows what came since the last time, at once or very soon.
-    void TakeInNodes() { takeIn_.Request(); }
+    /// Shows the nodes added since the last call, as often as the throttle allows.
+    void ShowNewNodes() { repaint_.Request(); }
 
-    /// Makes the node the current and the only selected one, with all groups above it open, and scrolls it
-    /// into view.  The tree holds the node.
+    /// Opens all groups above the node, selects the node and scrolls to it.  The node exists.
     void SelectNode(TreeNode node);
-    /// Where the current node stands on the screen; empty where it is out of sight.
+    /// Returns the visible part of the selected node in screen coordinates; empty if there is none.
     QRect CurrentNodeOnScreen() const;
 
     void reset() override;
@@ -31,9 +29,9 @@ public:
 signals:
     /// The user has clicked or pressed a key in the tree.
     void Touched();
-    /// The Delete key.
+    /// The user pressed the Delete key.
     void DeleteRequested();
-    /// A double click on a leaf, or the Return key on it.
+    /// The user double-clicked a leaf or pressed Return on it.
     void Opened();
 
 protected:
@@ -44,13 +42,13 @@ protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
-    /// A node on the way from the root to the current one.
-    struct Step {
+    /// A node on the path from the root to the current node, and its row in its parent.
+    struct PathNode {
         TreeNode Node;
         int Row = 0;
     };
 
-    void TakeInNow();
+    void ShowNewNodesNow();
     void OpenGroups(const QModelIndex& index);
     void RememberState();
     void RestoreCurrent();
@@ -58,9 +56,9 @@ private:
 
     ConsolidatedTree& tree_;
     ConsolidatedTreeModel model_;
-    Pacer takeIn_{this, [this] { TakeInNow(); }};
+    RepaintThrottle repaint_{this, [this] { ShowNewNodesNow(); }};
     std::vector<TreeNode> openBeforeReset_;
-    std::vector<Step> wayBeforeReset_;
+    std::vector<PathNode> pathBeforeReset_;
     int topBeforeReset_ = 0;
 };
 

@@ -75,7 +75,8 @@ void DetailWindow::Follow(const QAbstractItemModel* model) {
     connect(model, &QAbstractItemModel::modelReset, this, &DetailWindow::LookAgain);
 }
 
-/// In the middle of work lists and store may be half way from one thing to the next.
+/// Does nothing while work is running, since store, rows and lists may not agree then; WorkDone calls it
+/// again.
 void DetailWindow::LookAgain() {
     if (!parts_.Queue.IsAtWork() && message_ != nullptr)
         message_->LookAgain();
@@ -88,7 +89,8 @@ void DetailWindow::SelectEntry(ViewNumber view, Slot slot) {
         List(view).SelectRow(*position);
 }
 
-/// With the view's page in front, unless it is hidden: the question is about what is seen to be selected.
+/// Brings the view's page to the front first, unless the page is hidden, so that the user sees the selection
+/// that the question is about.
 void DetailWindow::DeleteSelected(ViewNumber view) {
     const int page = static_cast<int>(PageOfView(view));
     if (parts_.Pages.isTabVisible(page))

@@ -21,13 +21,12 @@ class ConsolidatedTreeView;
 class MessageListView;
 class frmMessage;
 
-/// Opens the one window that shows a notification in full, on what is selected in the main window's views,
-/// and lets it follow them.  User-interface thread only.
+/// Opens the one detail window for the message selected in a view, and tells it when the views change.
 class DetailWindow final : public QObject {
     Q_OBJECT
 
 public:
-    /// All of it outlives this; the lists are by view number.
+    /// All references outlive this; Lists is indexed by view number.
     struct Parts {
         ReceivedMessages& Received;
         MessageCommands& Commands;
@@ -61,7 +60,7 @@ private:
 
     Parts parts_;
     QWidget* mainWindow_;
-    frmMessage* message_ = nullptr;  ///< while it is open
+    frmMessage* message_ = nullptr;  ///< nullptr if it is not open
 };
 
 }  // namespace tallyhorn

@@ -9,7 +9,7 @@
 namespace tallyhorn {
 
 MessageListModel::MessageListModel(MessageList& list, QObject* parent)
-    : QAbstractTableModel(parent), list_(list), shown_(list.Size()) {
+    : QAbstractTableModel(parent), list_(list), announced_(list.Size()) {
     list_.SetObserver(this);
 }
 
@@ -17,13 +17,13 @@ MessageListModel::~MessageListModel() {
     list_.SetObserver(nullptr);
 }
 
-bool MessageListModel::TakeInRows() {
-    if (list_.Size() == shown_)
+bool MessageListModel::AnnounceNewRows() {
+    if (list_.Size() == announced_)
         return false;
-    beginInsertRows({}, static_cast<int>(shown_), static_cast<int>(list_.Size()) - 1);
-    shown_ = list_.Size();
+    beginInsertRows({}, static_cast<int>(announced_), static_cast<int>(list_.Size()) - 1);
+    announced_ = list_.Size();
     endInsertRows();
-    // In a sorted list the new rows are not the last ones: the others have moved aside for them.
+    // The rows were announced as the last ones; in a sorted list they are elsewhere, and others moved.
     if (list_.IsSorted()) {
         emit layoutAboutToBeChanged({}, VerticalSortHint);
         MovePersistentIndexes();
@@ -45,14 +45,14 @@ void MessageListModel::MovePersistentIndexes() {
 }
 
 int MessageListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(shown_);
+    return parent.isValid() ? 0 : static_cast<int>(announced_);
 }
 
 int MessageListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : MessageColumnCount;
 }
 
-/// An index carries its row's slot, by which it finds the row again when others move it.
+/// The index's internal id is the row's slot, by which MovePersistentIndexes finds the row again.
 QModelIndex MessageListModel::index(int row, int column, const QModelIndex& parent) const {
     if (!hasIndex(row, column, parent))
         return {};
@@ -92,7 +92,7 @@ void MessageListModel::AboutToChange() {
 }
 
 void MessageListModel::Changed() {
-    shown_ = list_.Size();
+    announced_ = list_.Size();
     endResetModel();
 }
 

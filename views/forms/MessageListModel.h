@@ -8,8 +8,8 @@
 
 namespace tallyhorn {
 
-/// One message list as Qt's views want it.  Rows that come in are announced when TakeInRows says so, in one
-/// batch; all else at once.  User-interface thread only; the list outlives the model.
+/// Presents one message list as a Qt model.  Announces added rows in one batch when AnnounceNewRows is
+/// called, and every other change at once, as a reset.  The list outlives the model.
 class MessageListModel final : public QAbstractTableModel, private ChangeObserver {
     Q_OBJECT
 
@@ -17,8 +17,8 @@ public:
     explicit MessageListModel(MessageList& list, QObject* parent = nullptr);
     ~MessageListModel() override;
 
-    /// Announces the rows that came since the last time; false where there are none.
-    bool TakeInRows();
+    /// Announces the rows added since the last call; returns false if there are none.
+    bool AnnounceNewRows();
     MessageList& List() { return list_; }
     const MessageList& List() const { return list_; }
 
@@ -34,7 +34,7 @@ private:
     void MovePersistentIndexes();
 
     MessageList& list_;
-    std::size_t shown_ = 0;
+    std::size_t announced_ = 0;
 };
 
 }  // namespace tallyhorn

@@ -7,40 +7,36 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
-#include <QStyleOption>
 #include <algorithm>
-#include <utility>
 
 #include "ui/AnsiString.h"
-#include "ui/Pictures.h"
 
 namespace tallyhorn {
 namespace {
 
-constexpr int CellMargin = 4;
 constexpr int RowMargin = 4;
-/// So many cells are kept laid out a column; a screen shows some dozens.
-constexpr std::size_t CellTextsKept = 1000;
-/// No cell shows more of its text, however long a sender made it.
-constexpr std::size_t CellTextLength = 1000;
 
 }  // namespace
 
 MessageListView::MessageListView(MessageList& list, QWidget* parent)
-    : QAbstractItemView(parent), model_(list), header_(new QHeaderView(Qt::Horizontal, this)) {
-    // Before the base class hears of a reset, and forgets the current row.
+    : QAbstractItemView(parent),
+      model_(list),
+      header_(new QHeaderView(Qt::Horizontal, this)),
+      painter_(*this, *header_, list) {
+    // Connected before setModel, so that it runs before the base class resets the current row.
     connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
         rowBeforeReset_ = CurrentRow();
         slotBeforeReset_ = static_cast<Slot>(currentIndex().internalId());
     });
     setModel(&model_);
-    // After the base class and its selection have forgotten it.
+    // Connected last, so that it runs after the base class and the selection model have reset the current
+    // row.
     connect(&model_, &QAbstractItemModel::modelReset, this, &MessageListView::RestoreCurrentRow);
-    // The base class keeps the current row alone; which rows are selected is the list's own knowledge.
+    // The base class keeps only the current row; MessageList keeps which rows are selected.
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerItem);
-    // Else what lies behind the scroll bars is painted anew with them, frame and page.
+    // Otherwise every repaint of a scroll bar also repaints the group box and the page behind it.
     setAutoFillBackground(true);
     setHorizontalScrollMode(ScrollPerPixel);
     header_->setModel(&model_);
@@ -50,7 +46,7 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     header_->resizeSection(static_cast<int>(MessageColumn::RecordNum), 0);
     connect(header_, &QHeaderView::sectionClicked, this, &MessageListView::SortBy);
     connect(header_, &QHeaderView::sectionResized, this, [this] {
-        ForgetCellTexts();
+        painter_.ForgetLaidOutTexts();
         updateGeometries();
         viewport()->update();
     });
@@ -60,12 +56,12 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     updateGeometries();
 }
 
-void MessageListView::TakeInRows() {
-    if (model_.TakeInRows())
-        showNew_.Request();
+void MessageListView::ShowNewRows() {
+    if (model_.AnnounceNewRows())
+        repaint_.Request();
 }
 
-void MessageListView::ShowNewRows() {
+void MessageListView::RepaintNewRows() {
     updateGeometries();
     viewport()->update();
     if (IsHeld())
@@ -85,7 +81,7 @@ void MessageListView::SetColumnWidth(int column, int width) {
 std::optional<Slot> MessageListView::SelectedSlot() const {
     if (List().SelectedCount() == 0)
         return std::nullopt;
-    // Rows that came since the last take-in have moved the others aside.
+    // The index's row number may be out of date: the list has rows that the model has not announced yet.
     const auto current = List().PositionOf(static_cast<Slot>(currentIndex().internalId()));
     if (currentIndex().isValid() && current && List().IsSelected(*current))
         return List().SlotAt(*current);
@@ -93,7 +89,7 @@ std::optional<Slot> MessageListView::SelectedSlot() const {
 }
 
 void MessageListView::SelectRow(std::size_t position) {
-    TakeInRows();
+    ShowNewRows();
     MoveTo(static_cast<int>(position), Qt::NoModifier);
 }
 
@@ -174,90 +170,18 @@ int MessageListView::verticalOffset() const {
     return verticalScrollBar()->value() * RowHeight();
 }
 
-bool MessageListView::isIndexHidden(const QModelIndex& index) const {
-    return index.column() == static_cast<int>(MessageColumn::RecordNum);
-}
-
 // ---- painting
 
 void MessageListView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(viewport());
-    Look look;
-    look.Group = !isEnabled()                 ? QPalette::Disabled
-                 : window()->isActiveWindow() ? QPalette::Active
-                                              : QPalette::Inactive;
-    look.RowHeight = RowHeight();
-    look.IconSide = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    look.TextTop = (look.RowHeight - fontMetrics().height()) / 2;
+    painter_.Begin(RowHeight());
     const int first = verticalScrollBar()->value();
-    const int last = std::min(RowCount(), first + viewport()->height() / look.RowHeight + 1);
+    const int last = std::min(RowCount(), first + viewport()->height() / RowHeight() + 1);
     for (int row = first; row < last; ++row)
-        PaintRow(painter, look, row, (row - first) * look.RowHeight);
+        painter_.PaintRow(painter, row, (row - first) * RowHeight(), hasFocus() && row == CurrentRow());
 }
 
-void MessageListView::PaintRow(QPainter& painter, const Look& look, int row, int top) {
-    const bool selected = List().IsSelected(static_cast<std::size_t>(row));
-    const QRect line(-header_->offset(), top, header_->length(), look.RowHeight);
-    if (selected)
-        painter.fillRect(line, palette().brush(look.Group, QPalette::Highlight));
-    painter.setPen(palette().color(look.Group, selected ? QPalette::HighlightedText : QPalette::Text));
-    for (int column = 0; column < SizedColumnCount; ++column)
-        PaintCell(painter, look, row, column, top);
-    if (hasFocus() && row == CurrentRow())
-        PaintFocus(painter, line, selected);
-}
-
-void MessageListView::PaintCell(QPainter& painter, const Look& look, int row, int column, int top) {
-    const auto position = static_cast<std::size_t>(row);
-    const int width = header_->sectionSize(column);
-    const int left = header_->sectionViewportPosition(column);
-    int indent = CellMargin;
-    if (column == static_cast<int>(MessageColumn::DateLogged)) {
-        const QRect place(left + CellMargin, top + (look.RowHeight - look.IconSide) / 2, look.IconSide,
-                          look.IconSide);
-        const EventType type = List().TypeAt(position);
-        if (HasPicture(type) && width > look.IconSide + CellMargin)
-            icons_.at(static_cast<std::size_t>(type)).paint(&painter, place);
-        indent += look.IconSide + CellMargin;
-    }
-    const int room = width - indent - CellMargin;
-    if (room <= 0 || left > viewport()->width() || left + width < 0)
-        return;
-    painter.drawStaticText(
-        left + indent, top + look.TextTop,
-        CellText(column, room, List().CellText(position, static_cast<MessageColumn>(column))));
-}
-
-void MessageListView::PaintFocus(QPainter& painter, const QRect& line, bool selected) {
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    option.rect = line.intersected(viewport()->rect());
-    option.state |= QStyle::State_KeyboardFocusChange;
-    option.backgroundColor = palette().color(selected ? QPalette::Highlight : QPalette::Base);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-}
-
-/// Laying a text out costs more than painting it, and most cells stay or come back: it is done once a text.
-const QStaticText& MessageListView::CellText(int column, int width, std::string text) {
-    CellTexts& known = cellTexts_.at(static_cast<std::size_t>(column));
-    if (const auto found = known.find(text); found != known.end())
-        return found->second;
-    if (known.size() >= CellTextsKept)
-        known.clear();
-    const QString line = ToVisibleLine(std::string_view(text).substr(0, CellTextLength));
-    QStaticText laidOut(fontMetrics().elidedText(line, Qt::ElideRight, width));
-    laidOut.setTextFormat(Qt::PlainText);
-    laidOut.setPerformanceHint(QStaticText::AggressiveCaching);
-    laidOut.prepare({}, font());
-    return known.emplace(std::move(text), std::move(laidOut)).first->second;
-}
-
-void MessageListView::ForgetCellTexts() {
-    for (CellTexts& texts : cellTexts_)
-        texts.clear();
-}
-
-// ---- the user's hand
+// ---- mouse and keyboard
 
 bool MessageListView::IsHeld() const {
     return heldByMouse_ || verticalScrollBar()->isSliderDown();
@@ -279,10 +203,8 @@ void MessageListView::mousePressEvent(QMouseEvent* event) {
         SetCurrentRow(index.row());
     else
         MoveTo(index.row(), event->modifiers());
-    if (event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier) {
-        const auto position = static_cast<std::size_t>(index.row());
-        List().Select(position, position, !List().IsSelected(position));
-    }
+    if (event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier)
+        SelectCurrentRow(true);
 }
 
 void MessageListView::mouseMoveEvent(QMouseEvent* event) {
@@ -309,71 +231,77 @@ bool MessageListView::eventFilter(QObject* watched, QEvent* event) {
         heldByMouse_ = true;
     if (event->type() == QEvent::MouseButtonRelease) {
         heldByMouse_ = static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton;
-        // The header has taken its new widths only after it has seen the release itself.
+        // Queued, because this filter runs before the header handles the release and sets its new widths.
         if (watched == header_->viewport())
             QMetaObject::invokeMethod(this, &MessageListView::MouseReleased, Qt::QueuedConnection);
     }
     return QAbstractItemView::eventFilter(watched, event);
 }
 
+/// Returns the row to which a movement key leads, before it is clamped to the list; nothing for other keys.
+std::optional<int> MessageListView::RowOfKey(int key) const {
+    const int page = RowsInView() - 1;
+    switch (key) {
+        case Qt::Key_Up:
+            return CurrentRow() - 1;
+        case Qt::Key_Down:
+            return CurrentRow() + 1;
+        case Qt::Key_PageUp:
+            return CurrentRow() - page;
+        case Qt::Key_PageDown:
+            return std::max(CurrentRow(), 0) + page;
+        case Qt::Key_Home:
+            return 0;
+        case Qt::Key_End:
+            return RowCount() - 1;
+        default:
+            return std::nullopt;
+    }
+}
+
 void MessageListView::keyPressEvent(QKeyEvent* event) {
     emit Touched();
-    const int page = RowsInView() - 1;
-    const int current = std::max(CurrentRow(), 0);
-    const int last = RowCount() - 1;
-    switch (event->key()) {
-        case Qt::Key_Up:
-            return MoveTo(current - 1, event->modifiers());
-        case Qt::Key_Down:
-            return MoveTo(CurrentRow() + 1, event->modifiers());
-        case Qt::Key_PageUp:
-            return MoveTo(current - page, event->modifiers());
-        case Qt::Key_PageDown:
-            return MoveTo(current + page, event->modifiers());
-        case Qt::Key_Home:
-            return MoveTo(0, event->modifiers());
-        case Qt::Key_End:
-            return MoveTo(last, event->modifiers());
-        case Qt::Key_Delete:
-            if (!event->isAutoRepeat())
-                emit DeleteRequested();
-            return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            emit Opened();
-            return;
-        default:
-            break;
-    }
-    // What a click on a column's header does.
-    const int column = event->key() - Qt::Key_1;
+    const int key = event->key();
+    if (const std::optional<int> row = RowOfKey(key))
+        return MoveTo(*row, event->modifiers());
+    const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
+    const bool alt = (event->modifiers() & Qt::AltModifier) != 0;
+    // Ctrl+1 to Ctrl+5 do what a click on that column's header does.
+    const int column = key - Qt::Key_1;
     if (column >= 0 && column < SizedColumnCount && event->modifiers() == Qt::ControlModifier)
-        return SortBy(column);
-    if (event->matches(QKeySequence::SelectAll))
-        return selectAll();
-    if (event->key() == Qt::Key_Space && CurrentRow() >= 0) {
-        const auto position = static_cast<std::size_t>(CurrentRow());
-        const bool toggles = (event->modifiers() & Qt::ControlModifier) != 0;
-        List().Select(position, position, !toggles || !List().IsSelected(position));
-        viewport()->update();
+        SortBy(column);
+    else if (key == Qt::Key_Delete && event->isAutoRepeat())
         return;
-    }
-    const bool types = !event->text().isEmpty() && event->text().at(0).isPrint() &&
-                       (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0;
-    if (types)
+    else if (key == Qt::Key_Delete)
+        emit DeleteRequested();
+    else if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        emit Opened();
+    else if (event->matches(QKeySequence::SelectAll))
+        selectAll();
+    else if (key == Qt::Key_Space && CurrentRow() >= 0)
+        SelectCurrentRow(control);
+    else if (!control && !alt && !event->text().isEmpty() && event->text().at(0).isPrint())
         keyboardSearch(event->text());
     else
         event->ignore();
 }
 
-/// Letters typed quickly one after the other count as one text.
+/// `toggles` deselects a row that is selected.
+void MessageListView::SelectCurrentRow(bool toggles) {
+    const auto position = static_cast<std::size_t>(CurrentRow());
+    List().Select(position, position, !toggles || !List().IsSelected(position));
+    viewport()->update();
+}
+
+/// Searches the first column for what was typed: characters typed within the keyboard input interval of each
+/// other form one text.
 void MessageListView::keyboardSearch(const QString& search) {
-    const bool goesOn =
+    const bool continues =
         searchTime_.isValid() && searchTime_.elapsed() < QApplication::keyboardInputInterval();
     searchTime_.start();
-    searchText_ = goesOn ? searchText_ + search : search;
-    // A new search begins behind the current row, so that the same letter goes from hit to hit.
-    const int start = std::max(CurrentRow(), 0) + (goesOn || CurrentRow() < 0 ? 0 : 1);
+    searchText_ = continues ? searchText_ + search : search;
+    // A new search starts after the current row, so that typing the same letter again finds the next match.
+    const int start = std::max(CurrentRow(), 0) + (continues || CurrentRow() < 0 ? 0 : 1);
     if (const auto found = List().FindByDate(FromQString(searchText_), static_cast<std::size_t>(start)))
         MoveTo(static_cast<int>(*found), Qt::NoModifier);
 }
@@ -430,7 +358,7 @@ void MessageListView::SortBy(int column) {
     header_->setSortIndicator(column, List().IsDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-/// The base class shows the first rows after a reset; the list stays where it was.
+/// Restores the scroll position, which the base class sets to the top.
 void MessageListView::reset() {
     const int top = verticalScrollBar()->value();
     QAbstractItemView::reset();
@@ -438,20 +366,21 @@ void MessageListView::reset() {
     verticalScrollBar()->setValue(top);
 }
 
-/// After rows have gone or been sorted, the current row is where its message is now, or where it was.
+/// Makes the row of the same message current again after rows were removed or sorted, or if the message is
+/// gone, the row that is now at its position.
 void MessageListView::RestoreCurrentRow() {
     if (rowBeforeReset_ >= 0 && RowCount() > 0) {
         const std::optional<std::size_t> position = List().PositionOf(slotBeforeReset_);
         SetCurrentRow(position ? static_cast<int>(*position) : std::min(rowBeforeReset_, RowCount() - 1));
         scrollTo(currentIndex());
-        // A range must not begin at a row that is gone.
+        // A range selected with Shift must not begin at a removed row.
         if (!anchor_ || !List().PositionOf(*anchor_))
             anchor_ = List().SlotAt(static_cast<std::size_t>(CurrentRow()));
     }
     viewport()->update();
 }
 
-/// A release that goes elsewhere must not leave the list held for good.
+/// Ends the hold by the mouse, since the release may go to another window.
 bool MessageListView::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide)
         heldByMouse_ = false;
@@ -460,22 +389,10 @@ bool MessageListView::event(QEvent* event) {
 
 void MessageListView::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        ForgetCellTexts();
+        painter_.ForgetLaidOutTexts();
     if (event->type() == QEvent::EnabledChange)
         viewport()->setBackgroundRole(isEnabled() ? QPalette::Base : QPalette::Button);
     QAbstractItemView::changeEvent(event);
-}
-
-// ---- what the base class would select with, and the list does instead
-
-QModelIndex MessageListView::moveCursor(CursorAction /*action*/, Qt::KeyboardModifiers /*modifiers*/) {
-    return currentIndex();
-}
-
-void MessageListView::setSelection(const QRect& /*rect*/, QItemSelectionModel::SelectionFlags /*command*/) {}
-
-QRegion MessageListView::visualRegionForSelection(const QItemSelection& /*selection*/) const {
-    return {};
 }
 
 }  // namespace tallyhorn

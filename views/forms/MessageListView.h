@@ -2,44 +2,38 @@
 
 #include <QAbstractItemView>
 #include <QElapsedTimer>
-#include <QIcon>
-#include <QStaticText>
-#include <array>
 #include <optional>
-#include <string>
-#include <unordered_map>
 
-#include "records/SeededHash.h"
-#include "ui/Pictures.h"
 #include "views/forms/MessageListModel.h"
-#include "views/forms/Pacer.h"
+#include "views/forms/MessageRowPainter.h"
+#include "views/forms/RepaintThrottle.h"
 #include "views/messages/MessageList.h"
 
 class QHeaderView;
 
 namespace tallyhorn {
 
-/// Shows one message list as a report with a row a message.  Every row is as high as the others and no row
-/// has anything of its own here, so that a million cost what ten do; which rows are selected is kept in the
-/// list, where a selection of any shape survives sorting and arrivals.  User-interface thread only.
+/// Shows one message list as a table with a row per message.  All rows have the same height and the view
+/// keeps nothing per row, so that its cost does not grow with their number.  MessageList keeps which rows are
+/// selected: unlike Qt's selection model, it needs no ranges, of which a scattered selection has very many.
 class MessageListView final : public QAbstractItemView {
     Q_OBJECT
 
 public:
     explicit MessageListView(MessageList& list, QWidget* parent = nullptr);
 
-    /// Takes in the rows that came and, at once or very soon, scrolls the newest into view, unless the user
-    /// is holding on to the list.
-    void TakeInRows();
+    /// Announces the rows that were added to the list.  As often as the throttle allows, repaints and scrolls
+    /// to the newest row, unless the user holds a mouse button or the scroll bar.
+    void ShowNewRows();
 
-    /// The current row where it is selected, else the first selected one.
+    /// Returns the message of the current row if that is selected, otherwise that of the first selected row.
     std::optional<Slot> SelectedSlot() const;
-    /// Makes the row the current and the only selected one and scrolls it into view.
+    /// Makes the row current, selects it alone and scrolls to it.
     void SelectRow(std::size_t position);
-    /// Where the current row stands on the screen; empty where it is out of sight.
+    /// Returns the part of the current row that is visible, in screen coordinates; empty if there is none.
     QRect CurrentRowOnScreen() const;
 
-    /// In pixels, of the sized columns.
+    /// In pixels; `column` is a sized one.
     int ColumnWidth(int column) const;
     void SetColumnWidth(int column, int width);
     QHeaderView* Header() const { return header_; }
@@ -54,20 +48,21 @@ public:
 signals:
     /// The user has clicked or pressed a key in the list.
     void Touched();
-    /// A mouse button was let go over the list or its header.
+    /// A mouse button was released over the list or its header.
     void MouseReleased();
-    /// The Delete key.
+    /// The user pressed the Delete key.
     void DeleteRequested();
-    /// A double click on a row, or the Return key.
+    /// The user double-clicked a row or pressed Return.
     void Opened();
 
 protected:
-    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     int horizontalOffset() const override;
     int verticalOffset() const override;
-    bool isIndexHidden(const QModelIndex& index) const override;
-    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
-    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    bool isIndexHidden(const QModelIndex& index) const override { return index.column() >= SizedColumnCount; }
+    // MessageList selects; the base class must not.
+    QModelIndex moveCursor(CursorAction, Qt::KeyboardModifiers) override { return currentIndex(); }
+    void setSelection(const QRect&, QItemSelectionModel::SelectionFlags) override {}
+    QRegion visualRegionForSelection(const QItemSelection&) const override { return {}; }
     void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
 
@@ -82,45 +77,32 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    using CellTexts = std::unordered_map<std::string, QStaticText, SeededHash, std::equal_to<>>;
-
     MessageList& List() { return model_.List(); }
     const MessageList& List() const { return model_.List(); }
     int RowCount() const { return model_.rowCount(); }
     int RowHeight() const;
     int RowsInView() const;
-    /// The row under a point, clamped to the ends of the list; -1 in an empty one.
+    /// Returns the row at `y` in the viewport, or the first or last row if none is there; -1 in an empty
+    /// list.
     int NearestRow(int y) const;
     bool IsHeld() const;
 
-    /// What is the same for every row of one painting.
-    struct Look {
-        QPalette::ColorGroup Group = QPalette::Active;
-        int RowHeight = 0;
-        int IconSide = 0;
-        int TextTop = 0;
-    };
-    void PaintRow(QPainter& painter, const Look& look, int row, int top);
-    void PaintCell(QPainter& painter, const Look& look, int row, int column, int top);
-    void PaintFocus(QPainter& painter, const QRect& line, bool selected);
-    const QStaticText& CellText(int column, int width, std::string text);
-    void ForgetCellTexts();
-
-    void ShowNewRows();
+    void RepaintNewRows();
     void MoveTo(int row, Qt::KeyboardModifiers modifiers);
     void SelectOnly(int first, int last);
     void ExtendTo(int row, bool keepOthers);
     void SetCurrentRow(int row);
+    void SelectCurrentRow(bool toggles);
+    std::optional<int> RowOfKey(int key) const;
     int CurrentRow() const;
     void RestoreCurrentRow();
     void SortBy(int column);
 
     MessageListModel model_;
-    Pacer showNew_{this, [this] { ShowNewRows(); }};
+    RepaintThrottle repaint_{this, [this] { RepaintNewRows(); }};
     QHeaderView* header_;
-    std::array<CellTexts, MessageColumnCount> cellTexts_;
-    std::array<QIcon, EventPictureCount> icons_ = EventIcons();
-    std::optional<Slot> anchor_;  ///< where the range of the Shift key begins
+    MessageRowPainter painter_;
+    std::optional<Slot> anchor_;  ///< the message whose row begins a range selected with Shift
     int rowBeforeReset_ = -1;
     Slot slotBeforeReset_ = -1;
     bool heldByMouse_ = false;

@@ -29,13 +29,14 @@ constexpr std::string_view SuppressQuestion =
 constexpr int CharactersAcross = 84;
 constexpr int LinesDown = 18;
 constexpr int LeastLinesDown = 4;
-/// Looking for word boundaries in a word of many thousand characters takes Qt seconds, and it has none.
-constexpr std::size_t LongestSoughtWord = 1000;
+/// A text with a longer word is wrapped at any character: in a word of many thousand characters Qt spends
+/// seconds looking for boundaries.
+constexpr std::size_t LongestWrappedWord = 1000;
 constexpr int GroupGap = 12;  ///< between buttons of different kinds, in pixels
-constexpr int EntryGap = 6;   ///< between the window and the entry it shows, in pixels
+constexpr int EntryGap = 6;   ///< between the window and the row or node it shows, in pixels
 
-/// A window's frame of the height of `outer` below or above the entry, whichever has room; without room on
-/// either side it takes all of the larger one.
+/// Returns a window frame of the size `outer` below `entry`, or above it if there is not enough room below.
+/// If neither side has room, the frame gets the height of the larger one.
 QRect Beside(const QRect& entry, QSize outer, const QRect& screen) {
     const int below = screen.bottom() - entry.bottom() - EntryGap;
     const int above = entry.top() - screen.top() - EntryGap;
@@ -49,7 +50,7 @@ QRect Beside(const QRect& entry, QSize outer, const QRect& screen) {
     return frame;
 }
 
-/// The system's own, unless the desktop names one whose letters are of different widths.
+/// Returns the desktop's fixed-pitch font, or "monospace" if the desktop names a proportional font for it.
 QString FixedPitchFamily() {
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     return QFontInfo(fixed).fixedPitch() ? fixed.family() : QStringLiteral("monospace");
@@ -133,9 +134,9 @@ void frmMessage::InitForm(ViewNumber view, Slot slot) {
     UpdateNavigation();
 }
 
-/// The text as it is kept, line ends included; what would not be seen of it is a middle dot.
+/// Shows the stored text; a control character other than a tab or a line end becomes a middle dot.
 void frmMessage::ShowText() {
-    // Else each of the settings would lay the old text out anew.
+    // Cleared first, since each setting below lays out the present text again.
     txtMessage->clear();
     QFont letters = font();
     if (IsTabular(details_.Text())) {
@@ -144,7 +145,7 @@ void frmMessage::ShowText() {
     }
     txtMessage->setFont(letters);
     txtMessage->setTabStopDistance(QFontMetricsF(letters).horizontalAdvance(QLatin1Char(' ')) * 8);
-    txtMessage->setWordWrapMode(LongestWord(details_.Text()) > LongestSoughtWord
+    txtMessage->setWordWrapMode(LongestWord(details_.Text()) > LongestWrappedWord
                                     ? QTextOption::WrapAnywhere
                                     : QTextOption::WrapAtWordBoundaryOrAnywhere);
     txtMessage->setPlainText(ToVisibleText(details_.Text()));
@@ -184,7 +185,7 @@ void frmMessage::UpdateNavigation() {
     Enable(cmdDown, details_.HasNext());
 }
 
-/// The focus of a button that goes out would move to the next one: Delete.
+/// Moves the focus away from a button before disabling it: Qt would move it to the next button, Delete.
 void frmMessage::Enable(QPushButton* button, bool enabled) {
     if (!enabled && focusWidget() == button)
         txtMessage->setFocus();
@@ -193,7 +194,7 @@ void frmMessage::Enable(QPushButton* button, bool enabled) {
 
 // ---- commands
 
-/// A command that waited may come after the window was closed.
+/// Does nothing if the window was closed while the command waited.
 void frmMessage::Run(Routine routine, CommandQueue::Kind kind) {
     parts_.Commands.Run(
         [self = QPointer(this), routine] {
@@ -225,7 +226,7 @@ void frmMessage::ShowStep(bool stepped) {
     UpdateNavigation();
 }
 
-/// The main window's selection may have moved on by now, so it gets the notification on show first.
+/// Selects the shown message in the main window first, where the user may have selected another one.
 void frmMessage::Delete() {
     const ViewNumber view = details_.View();
     parts_.Received.ActiveView = view;
@@ -236,8 +237,8 @@ void frmMessage::Delete() {
         parts_.SelectEntry(view, details_.ShownSlot());
 }
 
-/// All of the message, whatever part of the box is selected.  Without NULs: on Windows a text on the
-/// clipboard ends at the first, and all behind it would be lost.
+/// Copies the whole text, whatever is selected in the box.  NULs are left out: on Windows the clipboard would
+/// end the text at the first one.
 void frmMessage::Copy() {
     QClipboard* const clipboard = QGuiApplication::clipboard();
     clipboard->clear();
@@ -270,8 +271,8 @@ QPushButton* frmMessage::ButtonOfKey(int key) const {
     }
 }
 
-/// The window sees keys before its controls.  Its own act when they are let go, once however long they were
-/// held; their presses are kept from the text box, which would scroll or copy its selection.
+/// Handles the window's Ctrl keys before its controls see them.  They act on release, so that holding one
+/// acts once.  Their presses are swallowed, on which the text box would scroll or copy its selection.
 bool frmMessage::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
     if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride)

@@ -14,46 +14,46 @@ class QPushButton;
 
 namespace tallyhorn {
 
-/// The window that shows one notification in full and steps through its view, deletes, copies and suppresses.
-/// User-interface thread only; once closed it deletes itself, as soon as nothing of it runs any more.
+/// Shows the full text of one message, steps to its neighbours in the view, and can delete, copy and suppress
+/// it.  Deletes itself after it is closed, by deleteLater().
 class frmMessage final : public QDialog {
     Q_OBJECT
 
 public:
-    /// What the window commands; all of it outlives the window.
+    /// All references outlive the window.
     struct Parts {
         ReceivedMessages& Received;
         MessageBoxes& Boxes;
         AlarmRecord& CurrentAlarm;
         const Clock& Time;
         CommandQueue& Commands;
-        /// Makes the entry the only selected one of its view in the main window.
+        /// Selects the message, and nothing else, in the main window's view.
         std::function<void(ViewNumber view, Slot slot)> SelectEntry;
-        /// The main window's delete of what is selected in the view.
+        /// Deletes what is selected in the main window's view, after its usual question.
         std::function<void(ViewNumber view)> DeleteSelected;
-        /// Asks for a suppression filter made from the current alarm, over `over`.
+        /// Opens the dialog for a suppression filter made from the current alarm; `over` is its parent.
         std::function<void(QWidget& over)> ShowQuickAdd;
     };
     frmMessage(const Parts& parts, QWidget* parent);
 
-    /// Takes the notification of `slot` in `view` into the window.
+    /// Shows the message of `slot`, if `view` has it.
     void InitForm(ViewNumber view, Slot slot);
-    /// Brings the window to the front, and to a place where it does not cover `entry`, a part of the screen,
-    /// as far as there is room; with an empty one to the middle of its parent.
+    /// Shows the window in front, moved if necessary so that it does not cover `entry`, in screen
+    /// coordinates. Centres it on its parent if `entry` is empty.
     void ShowBeside(const QRect& entry);
 
-    /// Entries of some view are about to go or to be moved.
+    /// To be called before rows of any view are removed or reordered.
     void NotePlace() { details_.NotePlace(); }
-    /// Entries came, went or were moved, and no work is under way: follows the notification, shows what took
-    /// its place, or closes.
+    /// To be called after rows of any view were added, removed or reordered, while no work is running.  Finds
+    /// the message again, shows what took its place, or closes the window if nothing did.
     MessageDetails::Found LookAgain();
 
-    /// At once, unlike what the user asks for, which waits for other work.
+    /// Closes at once; reject(), called for the user, waits until no other work is running.
     void Close();
     void reject() override { Run(&frmMessage::Close); }
 
 signals:
-    /// The window has gone.
+    /// The window has been closed.
     void Closed();
 
 protected:

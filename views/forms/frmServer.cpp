@@ -186,9 +186,9 @@ void frmServer::Execute(ServerCommand command, ViewNumber view) {
 void frmServer::RunPendingEvents() {
     queue_.RunAsWork([this] {
         for (ViewNumber view = 0; view < ConsolidatedView; ++view)
-            ListView(view)->TakeInRows();
+            ListView(view)->ShowNewRows();
         if (tvwConsolidated->isVisible())
-            tvwConsolidated->TakeInNodes();
+            tvwConsolidated->ShowNewNodes();
         QCoreApplication::processEvents();
     });
 }

@@ -2,8 +2,9 @@
 
 namespace tallyhorn {
 
-/// Hears of changes to a list or the tree that are more than things coming in: order, removal, emptying.
-/// What comes in is not told one by one; who shows it takes it in at its own pace.
+/// Is called around every change of a list or the tree that removes, empties or reorders something.  It is
+/// not called for an addition: storms add tens of thousands a second, and a view asks for what is new when it
+/// is about to show it.
 class ChangeObserver {
 public:
     virtual ~ChangeObserver() = default;
@@ -11,7 +12,7 @@ public:
     virtual void Changed() = 0;
 };
 
-/// Tells the observer, if there is one, before and after a change.
+/// Calls the observer, which may be null, before and after the change made while this object exists.
 class Change {
 public:
     explicit Change(ChangeObserver* observer) : observer_(observer) {

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// A growable array in chunks: elements never move, and growing neither copies nor holds twice the room. Owns
-/// its elements; one thread at a time.
+/// A growable array in chunks: elements never move, and growing neither copies them nor needs memory for two
+/// copies.  Owns its elements.
 template <typename Element, std::size_t ChunkSize = 1024>
 class ChunkedArray {
 public:
@@ -18,7 +18,7 @@ public:
         return (*chunks_[index / ChunkSize])[index % ChunkSize];
     }
 
-    /// Does nothing where the array is as large already.
+    /// Does nothing if the array already has `size` elements.
     void GrowTo(std::size_t size) {
         while (chunks_.size() * ChunkSize < size)
             chunks_.push_back(std::make_unique<Chunk>());

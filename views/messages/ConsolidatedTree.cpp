@@ -2,38 +2,26 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
-#include "records/AnsiText.h"
-#include "records/DateDisplay.h"
 #include "records/EventTypes.h"
 
 namespace tallyhorn {
+
+/// A child by its position in its parent.
+struct ConsolidatedTree::ChildPlace {
+    GroupId Parent = 0;
+    std::size_t Position = 0;
+
+    auto operator<=>(const ChildPlace&) const = default;
+};
+
 namespace {
 
 constexpr std::size_t AlarmText = 0;
-constexpr std::size_t LogTypeText = 1;
 constexpr std::size_t ComputerText = 3;
 
-/// Where each event type stands in the alphabetical order of the types' names.
+/// Where each type stands in the alphabetical order of the types' names.
 constexpr std::array<std::uint64_t, KnownTypeCount> TypeRanks = {2, 4, 0, 1, 3};
-
-std::string FourDigits(std::uint32_t number) {
-    std::array<char, 16> text{};
-    const int length = std::snprintf(text.data(), text.size(), "%04u", number);
-    return {text.data(), static_cast<std::size_t>(length)};
-}
-
-/// What is left of a group's text when its count is cut off at the first "(", which may be the name's own.
-std::string_view BeforeCount(std::string_view name) {
-    const std::size_t open = name.find('(');
-    if (open == std::string_view::npos)
-        return name;
-    name = name.substr(0, open);
-    if (name.ends_with(' '))
-        name.remove_suffix(1);
-    return name;
-}
 
 }  // namespace
 
@@ -44,30 +32,30 @@ void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord
     if (!IsKnown(row.Type))
         leafless_.emplace(slot, 0);
     else
-        Add({slot, AddHead(alarm), FindComputer(row)});
+        Add({slot, leaves_.AddHead(alarm), FindComputer(row)});
 }
 
 void ConsolidatedTree::NoteMessage(Slot slot, const AlarmRecord& alarm) {
     if (!IsKnown(rows_[slot].Type))
         leafless_.emplace(slot, 0);
     else
-        noted_.push_back({slot, AddHead(alarm)});
+        noted_.push_back({slot, leaves_.AddHead(alarm)});
 }
 
-/// Groups and their children lie far apart in memory: the processor fetches many of them at a time where no
-/// other work comes between.
+/// Works in passes, because groups and their children are far apart in memory: in a loop that does nothing
+/// else, the processor loads many of them at a time.
 void ConsolidatedTree::AddNoted() {
     for (Noted& message : noted_)
         message.Computer = FindComputer(rows_[message.Message]);
     for (const Noted& message : noted_)
-        groups_[message.Computer].Children.FetchEnd();
+        groups_[message.Computer].Children.PrefetchEnd();
     for (const Noted& message : noted_)
         Add(message);
     noted_.clear();
 }
 
 void ConsolidatedTree::Add(const Noted& message) {
-    // Most have their groups already, and one look is cheaper than three.
+    // Most messages have a known computer: one lookup instead of three.
     const GroupId group = message.Computer != 0 ? message.Computer : FindOrAddGroups(rows_[message.Message]);
     groups_.ForEachUpwards(group, [](TreeGroup& each) {
         ++each.Count;
@@ -76,18 +64,17 @@ void ConsolidatedTree::Add(const Noted& message) {
     if (groups_[group].Level == TreeLevel::Computer) {
         AddLeaf(group, message.Message, message.Head);
     } else {
-        heads_.Release(message.Head);
+        leaves_.ReleaseHead(message.Head);
         leafless_.emplace(message.Message, group);
-        ++countedLeafless_;
     }
 }
 
-/// 0 where there is none.
+/// Returns 0 if there is none.
 GroupId ConsolidatedTree::FindComputer(const MessageRow& row) const {
     return groups_.FindComputer(row.Texts[AlarmText], row.Type, row.Texts[ComputerText]);
 }
 
-/// The computer, or the last group above it whose next one would have to be made with a key that is taken.
+/// Returns the message's computer, or the lowest group above it if the next group's key is taken.
 GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     GroupId group = 0;
     for (const GroupLabel label :
@@ -101,7 +88,7 @@ GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     return group;
 }
 
-/// 0 where another group has the key.
+/// Returns 0 if another group has the key.
 GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType type) {
     TreeGroup group;
     group.Parent = parent;
@@ -109,34 +96,23 @@ GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType ty
     group.Type = type;
     group.Level = static_cast<TreeLevel>(static_cast<int>(groups_[parent].Level) + 1);
     if (parent != 0)
-        group.KeyNumber = static_cast<std::uint32_t>(order_.PositionOf(groups_[parent].Number));
+        group.KeyNumber = static_cast<std::uint32_t>(nodes_.Rank(groups_[parent].NodeIndex));
     const GroupId id = groups_.Add(std::move(group));
     if (id == 0)
         return 0;
-    groups_[id].Number = order_.Add();
+    groups_[id].NodeIndex = nodes_.Add();
     groups_[parent].Children.Insert(GroupEntry(id), RuleBelow(groups_[parent]));
     return id;
 }
 
 void ConsolidatedTree::AddLeaf(GroupId computer, Slot slot, TextId head) {
-    leaves_.GrowTo(static_cast<std::size_t>(slot) + 1);
-    leaves_[static_cast<std::size_t>(slot)] = {computer, head, order_.Add()};
+    leaves_.Add(slot, {computer, head, nodes_.Add()});
     TreeGroup& group = groups_[computer];
+    const RowEntry entry = leaves_.Entry(slot, group.SortedLeaves);
     if (group.SortedLeaves)
-        group.Children.Insert(LeafEntry(slot, true), RuleBelow(group));
+        group.Children.Insert(entry, RuleBelow(group));
     else
-        group.Children.Append(LeafEntry(slot, false));
-}
-
-TextId ConsolidatedTree::AddHead(const AlarmRecord& alarm) {
-    const std::string id = std::to_string(alarm.EventID);
-    headBuffer_.assign(alarm.LogType).append(" Log  ||  ");
-    if (CompareNoCase(alarm.LogType, "security") == 0)
-        headBuffer_.append("Event ID: ").append(id).append("  ||  User: ").append(alarm.AccountName);
-    else
-        headBuffer_.append("Source: ").append(alarm.Source).append("  ||  Event ID: ").append(id);
-    headBuffer_.append("  ||  Date Logged: ");
-    return heads_.Add(headBuffer_);
+        group.Children.Append(entry);
 }
 
 // ---- removing
@@ -147,7 +123,7 @@ void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
     std::vector<GroupId> groups;
     for (const Slot slot : slots) {
         if (HasLeaf(slot))
-            places.push_back({LeafOf(TreeNode::Leaf(slot)).Computer, PositionOf(TreeNode::Leaf(slot))});
+            places.push_back({leaves_[slot].Computer, PositionOf(TreeNode::Leaf(slot))});
         else if (const GroupId group = ForgetLeafless(slot); group != 0)
             groups.push_back(group);
     }
@@ -158,11 +134,11 @@ void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
     RemoveEmptyGroups(std::move(groups));
     if (!Holds(selected_))
         selected_ = TreeNode();
-    if (order_.WantsRenumbering())
-        Renumber();
+    if (nodes_.IsSparse())
+        CompactNodes();
 }
 
-/// Goes once through the children of each group concerned, and tells what it has taken from it.
+/// Removes the children in one pass per parent, and calls `taken` with each parent and its removed children.
 template <typename Taken>
 void ConsolidatedTree::TakeChildren(std::vector<ChildPlace> places, Taken taken) {
     std::sort(places.begin(), places.end());
@@ -179,15 +155,13 @@ void ConsolidatedTree::TakeChildren(std::vector<ChildPlace> places, Taken taken)
 
 void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& gone) {
     for (const Slot slot : gone) {
-        Leaf& leaf = leaves_[static_cast<std::size_t>(slot)];
-        order_.Remove(leaf.Number);
-        heads_.Release(leaf.Head);
-        leaf = Leaf();
+        nodes_.Remove(leaves_[slot].NodeIndex);
+        leaves_.Remove(slot);
     }
     Discount(computer, gone.size());
 }
 
-/// Gives the group that counted it, 0 where none did.
+/// Returns the group that counted the row, 0 if none did.
 GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
     const auto found = leafless_.find(slot);
     if (found == leafless_.end())
@@ -195,7 +169,6 @@ GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
     const GroupId group = found->second;
     leafless_.erase(found);
     if (group != 0) {
-        --countedLeafless_;
         Discount(group, 1);
     }
     return group;
@@ -208,18 +181,19 @@ void ConsolidatedTree::Discount(GroupId group, std::size_t gone) {
     });
 }
 
-/// Goes up a level at a time, since a group is empty once all below it are gone.
+/// Removes empty groups level by level from below, since a group becomes empty when its last child is
+/// removed.
 void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
     while (!candidates.empty()) {
         std::vector<ChildPlace> places;
         for (const GroupId group : candidates) {
-            // One that still has empty groups below it is come to again from there.
+            // A group that still has empty children is reached again from them.
             if (group != 0 && groups_[group].Count == 0 && groups_[group].Children.Size() == 0)
                 places.push_back({groups_[group].Parent, PositionOf(TreeNode::Group(group))});
         }
         candidates.clear();
-        TakeChildren(std::move(places), [&](GroupId parent, const std::vector<Slot>& gone) {
-            for (const Slot group : gone)
+        TakeChildren(std::move(places), [&](GroupId parent, const std::vector<RowId>& gone) {
+            for (const RowId group : gone)
                 ForgetGroup(static_cast<GroupId>(group));
             candidates.push_back(parent);
         });
@@ -227,20 +201,17 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
 }
 
 void ConsolidatedTree::ForgetGroup(GroupId id) {
-    order_.Remove(groups_[id].Number);
+    nodes_.Remove(groups_[id].NodeIndex);
     groups_.Remove(id);
 }
 
-void ConsolidatedTree::Renumber() {
-    const LivingOrder::NewNumbers newNumber = order_.Renumber();
+void ConsolidatedTree::CompactNodes() {
+    const RankBitmap::NewIndexes newIndex = nodes_.Compact();
     for (GroupId i = 1; i < groups_.Size(); ++i) {
         if (groups_.Holds(i))
-            groups_[i].Number = newNumber(groups_[i].Number);
+            groups_[i].NodeIndex = newIndex(groups_[i].NodeIndex);
     }
-    for (std::size_t slot = 0; slot < leaves_.Size(); ++slot) {
-        if (leaves_[slot].Computer != 0)
-            leaves_[slot].Number = newNumber(leaves_[slot].Number);
-    }
+    leaves_.MapNodeIndexes(newIndex);
 }
 
 void ConsolidatedTree::Clear() {
@@ -248,19 +219,12 @@ void ConsolidatedTree::Clear() {
     groups_.Clear();
     leaves_.Clear();
     leafless_.clear();
-    countedLeafless_ = 0;
     noted_.clear();
-    heads_ = TextPool();
-    order_.Clear();
+    nodes_.Clear();
     selected_ = TreeNode();
 }
 
 // ---- looking
-
-bool ConsolidatedTree::HasLeaf(Slot slot) const {
-    return slot >= 0 && static_cast<std::size_t>(slot) < leaves_.Size() &&
-           leaves_[static_cast<std::size_t>(slot)].Computer != 0;
-}
 
 bool ConsolidatedTree::Holds(TreeNode node) const {
     if (node.IsLeaf())
@@ -273,7 +237,8 @@ TreeLevel ConsolidatedTree::Level(TreeNode node) const {
 }
 
 TreeNode ConsolidatedTree::Parent(TreeNode node) const {
-    return TreeNode::Group(node.IsLeaf() ? LeafOf(node).Computer : groups_[node.GroupId()].Parent);
+    return TreeNode::Group(node.IsLeaf() ? leaves_[node.LeafSlot()].Computer
+                                         : groups_[node.GroupId()].Parent);
 }
 
 std::size_t ConsolidatedTree::ChildCount(TreeNode parent) const {
@@ -282,16 +247,15 @@ std::size_t ConsolidatedTree::ChildCount(TreeNode parent) const {
 
 TreeNode ConsolidatedTree::ChildAt(TreeNode parent, std::size_t position) const {
     const TreeGroup& group = groups_[parent.GroupId()];
-    const std::uint32_t number = group.Children.At(position).Slot;
-    return group.Level == TreeLevel::Computer ? TreeNode::Leaf(static_cast<Slot>(number))
-                                              : TreeNode::Group(number);
+    const std::uint32_t id = group.Children.At(position).Id;
+    return group.Level == TreeLevel::Computer ? TreeNode::Leaf(static_cast<Slot>(id)) : TreeNode::Group(id);
 }
 
 std::size_t ConsolidatedTree::PositionOf(TreeNode node) const {
     const TreeGroup& parent = groups_[Parent(node).GroupId()];
     const RowEntry entry =
-        node.IsLeaf() ? LeafEntry(node.LeafSlot(), parent.SortedLeaves) : GroupEntry(node.GroupId());
-    return parent.Children.PositionOf(entry, RuleBelow(parent), ArrivalsBelow(parent)).value();
+        node.IsLeaf() ? leaves_.Entry(node.LeafSlot(), parent.SortedLeaves) : GroupEntry(node.GroupId());
+    return parent.Children.PositionOf(entry, RuleBelow(parent), TieBreakBelow(parent)).value();
 }
 
 bool ConsolidatedTree::FindNextAlarmNode(TreeNode& node) const {
@@ -320,19 +284,12 @@ TreeNode ConsolidatedTree::FindComputer(std::string_view alarm, EventType type,
 }
 
 std::string ConsolidatedTree::Text(TreeNode node) const {
-    if (node.IsLeaf())
-        return std::string(heads_.Text(LeafOf(node).Head)) + LeafDate(node.LeafSlot());
-    const TreeGroup& group = groups_[node.GroupId()];
-    const std::string_view name = GroupName(group);
-    std::string text(group.Form == TreeGroup::CountForm::AfterRemoval ? BeforeCount(name) : name);
-    if (group.Form == TreeGroup::CountForm::One)
-        return text.append(" ( 1 Event )");
-    return text.append(" ( ").append(std::to_string(group.Count)).append(" Events )");
+    return node.IsLeaf() ? leaves_.Text(node.LeafSlot()) : GroupText(groups_[node.GroupId()], rows_.Texts());
 }
 
 std::optional<EventType> ConsolidatedTree::Type(TreeNode node) const {
     if (node.IsLeaf())
-        return groups_[LeafOf(node).Computer].Type;
+        return groups_[leaves_[node.LeafSlot()].Computer].Type;
     const TreeGroup& group = groups_[node.GroupId()];
     if (group.Level == TreeLevel::Alarm)
         return std::nullopt;
@@ -340,23 +297,12 @@ std::optional<EventType> ConsolidatedTree::Type(TreeNode node) const {
 }
 
 std::string ConsolidatedTree::Key(TreeNode node) const {
-    if (node.IsLeaf()) {
-        return "FIELDS_" + FourDigits(static_cast<std::uint32_t>(node.LeafSlot())) + "_" +
-               std::string(rows_.Texts().Text(rows_[node.LeafSlot()].Texts[LogTypeText]));
-    }
-    const TreeGroup& group = groups_[node.GroupId()];
-    switch (group.Level) {
-        case TreeLevel::Alarm:
-            return "ALARM_" + std::string(GroupName(group));
-        case TreeLevel::Type:
-            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Type));
-        default:
-            return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(GroupName(group));
-    }
+    return node.IsLeaf() ? leaves_.Key(node.LeafSlot()) : GroupKey(groups_[node.GroupId()], rows_.Texts());
 }
 
 std::size_t ConsolidatedTree::PositionInCollection(TreeNode node) const {
-    return order_.PositionOf(node.IsLeaf() ? LeafOf(node).Number : groups_[node.GroupId()].Number);
+    return nodes_.Rank(node.IsLeaf() ? leaves_[node.LeafSlot()].NodeIndex
+                                     : groups_[node.GroupId()].NodeIndex);
 }
 
 bool ConsolidatedTree::SortChildren(TreeNode node) {
@@ -364,8 +310,8 @@ bool ConsolidatedTree::SortChildren(TreeNode node) {
         return false;
     TreeGroup& group = groups_[node.GroupId()];
     group.SortedLeaves = true;
-    group.Children.Resort([this](Slot slot) { return LeafEntry(slot, true); }, RuleBelow(group),
-                          ArrivalsBelow(group));
+    group.Children.Resort([this](Slot slot) { return leaves_.Entry(slot, true); }, RuleBelow(group),
+                          TieBreakBelow(group));
     return true;
 }
 
@@ -386,13 +332,13 @@ void ConsolidatedTree::AppendLeaves(GroupId id, std::vector<Slot>& slots) const 
     const TreeGroup& group = groups_[id];
     for (const RowEntry& entry : group.Children.Entries()) {
         if (group.Level == TreeLevel::Computer)
-            slots.push_back(static_cast<Slot>(entry.Slot));
+            slots.push_back(static_cast<Slot>(entry.Id));
         else
-            AppendLeaves(entry.Slot, slots);
+            AppendLeaves(entry.Id, slots);
     }
 }
 
-/// Whether a row without a leaf has what the groups from here up stand for.
+/// Returns whether a row without a leaf has the texts and type of the group and of all groups above it.
 bool ConsolidatedTree::Covers(const TreeGroup& group, Slot slot) const {
     const MessageRow& row = rows_[slot];
     switch (group.Level) {
@@ -421,44 +367,21 @@ RowEntry ConsolidatedTree::GroupEntry(GroupId id) const {
     return entry;
 }
 
-RowEntry ConsolidatedTree::LeafEntry(Slot slot, bool sorted) const {
-    const MessageRow& row = rows_[slot];
-    RowEntry entry = RowEntry::Of(slot);
-    entry.Key = row.Arrival;
-    if (sorted) {
-        entry.Text = leaves_[static_cast<std::size_t>(slot)].Head;
-        entry.Key = DateTextOrder(row.Date, rows_.DayFirst(slot));
-    }
-    return entry;
-}
-
 RowOrder::Rule ConsolidatedTree::RuleBelow(const TreeGroup& parent) const {
     RowOrder::Rule rule;
     if (parent.Level == TreeLevel::Root || parent.Level == TreeLevel::Type)
         rule.Texts = &rows_.Texts();
     if (parent.SortedLeaves) {
-        rule.Texts = &heads_;
+        rule.Texts = &leaves_.Heads();
         rule.TextFirst = true;
     }
     return rule;
 }
 
-RowOrder::Arrivals ConsolidatedTree::ArrivalsBelow(const TreeGroup& parent) const {
+RowOrder::TieBreak ConsolidatedTree::TieBreakBelow(const TreeGroup& parent) const {
     if (parent.Level == TreeLevel::Computer)
-        return [this](std::uint32_t slot) { return rows_[static_cast<Slot>(slot)].Arrival; };
-    return [this](std::uint32_t group) -> std::uint64_t { return groups_[group].Number; };
-}
-
-// ---- texts
-
-std::string_view ConsolidatedTree::GroupName(const TreeGroup& group) const {
-    return group.Level == TreeLevel::Type ? EventTypeName(group.Type) : rows_.Texts().Text(group.Name);
-}
-
-/// With the system's own separator, whatever the lists have.
-std::string ConsolidatedTree::LeafDate(Slot slot) const {
-    const DateStyle style{rows_.DayFirst(slot), "/"};
-    return FormatAlarmDate(rows_[slot].Date, style.Pattern(), style.Separator);
+        return [this](RowId slot) { return rows_[slot].Arrival; };
+    return [this](RowId group) -> std::uint64_t { return groups_[static_cast<GroupId>(group)].NodeIndex; };
 }
 
 }  // namespace tallyhorn

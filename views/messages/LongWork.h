@@ -7,8 +7,7 @@
 
 namespace tallyhorn {
 
-/// Counts the steps of a long piece of work: shows the user that it is under way as long as it lives, and how
-/// far it has come whenever events have run.  User-interface thread only.
+/// Shows the user that long work is running while this object exists, and its progress after each slice.
 class LongWork {
 public:
     LongWork(ServerDisplay& display, TimeSlices& slices, std::uint64_t total)
@@ -19,8 +18,8 @@ public:
     LongWork(const LongWork&) = delete;
     LongWork& operator=(const LongWork&) = delete;
 
-    /// Called after so many steps, which lets events run where the slice was over, and tells whether they
-    /// did.  Not after every short one: a look at the clock costs as much.
+    /// Counts `steps` as done.  Runs pending events if the slice is over, and returns whether it ran them. To
+    /// be called after several steps that are short, since it reads the clock.
     bool Advance(std::uint64_t steps = 1) {
         done_ += steps;
         if (!slices_.LetRun())

@@ -7,7 +7,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Dates as unsigned keys in the same order.
+/// Returns the date as an unsigned key that sorts in the same order.
 std::uint64_t DateKey(AlarmDate date) {
     constexpr std::uint64_t SignBit = std::uint64_t{1} << 63U;
     return static_cast<std::uint64_t>(date.Seconds) ^ SignBit;
@@ -26,7 +26,7 @@ bool BeginsWith(std::string_view text, std::string_view start) {
 std::optional<std::size_t> MessageList::PositionOf(Slot slot) const {
     if (!rows_.Holds(slot))
         return std::nullopt;
-    return order_.PositionOf(MakeEntry(slot), Rule(), Arrivals());
+    return order_.PositionOf(MakeEntry(slot), Rule(), TieBreak());
 }
 
 std::string MessageList::CellText(std::size_t position, MessageColumn column) const {
@@ -37,8 +37,8 @@ EventType MessageList::TypeAt(std::size_t position) const {
     return rows_[SlotAt(position)].Type;
 }
 
-/// Rows of the same day begin alike as far as the day's own text goes, so that few of a million are
-/// formatted.
+/// Skips rows of a day that has already failed to match: up to the blank before the time, the texts of a day
+/// are the same.  Few of a million rows are formatted.
 std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::size_t start) const {
     std::int64_t lastDay = 0;
     std::uint16_t lastStyle = 0;
@@ -75,7 +75,7 @@ void MessageList::SortBy(MessageColumn column) {
     const Change change(observer_);
     sortColumn_ = column;
     descending_ = !descending_;
-    order_.Resort([this](Slot slot) { return MakeEntry(slot); }, Rule(), Arrivals());
+    order_.Resort([this](Slot slot) { return MakeEntry(slot); }, Rule(), TieBreak());
 }
 
 std::vector<Slot> MessageList::RemoveSelected() {
@@ -120,8 +120,8 @@ RowEntry MessageList::MakeEntry(Slot slot) const {
     return entry;
 }
 
-RowOrder::Arrivals MessageList::Arrivals() const {
-    return [this](std::uint32_t slot) { return rows_[static_cast<Slot>(slot)].Arrival; };
+RowOrder::TieBreak MessageList::TieBreak() const {
+    return [this](Slot slot) { return rows_[slot].Arrival; };
 }
 
 RowOrder::Rule MessageList::Rule() const {

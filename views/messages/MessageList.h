@@ -14,30 +14,32 @@
 
 namespace tallyhorn {
 
-/// One of the received-message lists: which rows it shows, in which order, and which of them are selected.
-/// Positions count from 0 as on the screen.  User-interface thread only; `rows` outlives the list.
+/// Owns which rows one of the lists shows, their order, and which of them are selected.  Positions are those
+/// on the screen, from 0 on.  `rows` outlives the list.
 class MessageList {
 public:
     explicit MessageList(const MessageRows& rows) : rows_(rows) {}
 
-    /// At most one; it outlives the list or is taken away with nullptr.
+    /// The list has at most one observer, which outlives it or is removed with nullptr.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     std::size_t Size() const { return order_.Size(); }
-    Slot SlotAt(std::size_t position) const { return static_cast<Slot>(order_.At(position).Slot); }
-    /// Nothing for a slot whose row this list does not show.
+    Slot SlotAt(std::size_t position) const { return static_cast<Slot>(order_.At(position).Id); }
+    /// Returns nothing if this list does not show the row of `slot`.
     std::optional<std::size_t> PositionOf(Slot slot) const;
     std::string CellText(std::size_t position, MessageColumn column) const;
     EventType TypeAt(std::size_t position) const;
-    /// The first row from `start` on, going round once, whose first column begins with `text` in any case.
+    /// Returns the first row whose first column begins with `text`, ignoring case, searching from `start` to
+    /// the end and then from the first row.
     std::optional<std::size_t> FindByDate(std::string_view text, std::size_t start) const;
 
-    /// The row of `slot`, made just before, takes its place: the last one, or its sorted one.
+    /// Adds the row of `slot` at the end or, in a sorted list, at its sorted position.
     void Add(Slot slot);
-    /// What the user sees as the row that came last; nothing in an empty list.
+    /// Returns the position of the row added last; nothing if it was removed.
     std::optional<std::size_t> NewestPosition() const;
 
-    /// A click on a header: sorts by the column and turns the direction round, descending at first.
+    /// Sorts by the column and reverses the direction, whatever the column was before: the first call sorts
+    /// in descending order.
     void SortBy(MessageColumn column);
     bool IsSorted() const { return sortColumn_.has_value(); }
     bool IsDescending() const { return descending_; }
@@ -46,22 +48,23 @@ public:
     std::size_t SelectedCount() const { return order_.SelectedCount(); }
     void Select(std::size_t first, std::size_t last, bool selected) { order_.Select(first, last, selected); }
     void ClearSelection() { order_.ClearSelection(); }
-    /// In list order.
-    std::vector<Slot> SelectedSlots() const { return order_.SelectedSlots(); }
+    /// Returns the slots of the selected rows in list order.
+    std::vector<Slot> SelectedSlots() const { return order_.SelectedIds(); }
 
-    /// Takes the selected rows off the list.  Their slots, given in list order, are the caller's to free.
+    /// Removes the selected rows from the list and returns their slots in list order.  The caller frees the
+    /// slots.
     std::vector<Slot> RemoveSelected();
-    /// The same for the rows of `slots`, each named once, selected or not; passes over those that this list
-    /// does not show.
+    /// Removes the rows of `slots`, which are all different, selected or not, and returns the removed slots
+    /// in list order.  Ignores slots that this list does not show.
     std::vector<Slot> Remove(std::span<const Slot> slots);
-    /// The same for the rows at `positions`, which ascend.
+    /// Removes the rows at `positions`, which ascend, and returns their slots.
     std::vector<Slot> RemoveAt(std::span<const std::size_t> positions);
     void Clear();
 
 private:
     RowEntry MakeEntry(Slot slot) const;
     RowOrder::Rule Rule() const;
-    RowOrder::Arrivals Arrivals() const;
+    RowOrder::TieBreak TieBreak() const;
 
     const MessageRows& rows_;
     RowOrder order_;

@@ -8,8 +8,8 @@ namespace tallyhorn {
 void MessageRows::SetDateStyle(const DateStyle& style) {
     auto known = std::find(styles_.begin(), styles_.end(), style);
     if (known == styles_.end()) {
-        // Only a hand at the preferences adds styles; should it ever add more than fit, the last one gives
-        // way.
+        // Styles are added only by changes of the preferences.  If 65,536 of them are in use, the new one
+        // replaces the last one, whose rows change their style.
         if (styles_.size() > std::numeric_limits<std::uint16_t>::max())
             styles_.pop_back();
         styles_.push_back(style);
@@ -39,8 +39,8 @@ void MessageRows::Remove(std::span<const Slot> slots) {
     }
 }
 
-/// First the rows alone, which lie far apart in memory: the processor fetches many of them at a time where no
-/// other work comes between.
+/// Reads all rows before it releases any text: rows are far apart in memory, and in a loop that does nothing
+/// else the processor loads many of them at a time.
 void MessageRows::RemoveFew(std::span<const Slot> slots) {
     std::array<TextId, RemovedTogether * MessageRow::TextCount> texts;
     std::size_t count = 0;

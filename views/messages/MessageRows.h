@@ -17,43 +17,42 @@
 
 namespace tallyhorn {
 
-/// What one row shows, made when the row is added and not changed by later settings: the four texts and the
-/// way of the date are held by number.
+/// What one row shows.  It is fixed when the row is added: later settings do not change it.  Texts and date
+/// style are numbers.
 struct MessageRow {
     static constexpr std::size_t TextCount = 4;
 
     AlarmDate Date;
-    std::uint64_t Arrival = 0;  ///< counts the rows of the channel; orders those that compare equal
+    std::uint64_t Arrival = 0;  ///< grows with each row of the channel; orders rows that compare equal
     std::array<TextId, TextCount> Texts{};  ///< the columns Alarm to Computer
     std::uint16_t Style = 0;
     EventType Type = EventType::None;
     bool Present = false;  ///< false for a slot that has no row
 };
 
-/// The rows of one channel's lists, indexed by slot like the texts in its store, so that a slot leads to its
-/// row without a search.  User-interface thread only.
+/// Owns the rows of one channel's lists, by slot like the texts in its store, and the texts of their cells.
 class MessageRows {
 public:
-    /// The way in which the dates of rows added from now on are shown.
+    /// Sets the date style of rows that are added later.
     void SetDateStyle(const DateStyle& style);
 
-    /// Makes the row of `slot` from a record; the slot has none yet.
+    /// Adds the row of `slot`, which has none, from a record.
     void Add(Slot slot, const AlarmRecord& alarm, EventType type);
-    /// Passes over slots without a row.  Fastest with RemovedTogether slots or more.
+    /// Removes rows; ignores slots without one.  Fastest with RemovedTogether slots or more in one call.
     static constexpr std::size_t RemovedTogether = 64;
     void Remove(std::span<const Slot> slots);
     void Remove(Slot slot) { Remove(std::span(&slot, 1)); }
     void Clear();
 
     bool Holds(Slot slot) const;
-    /// Above every slot that has a row.
+    /// Greater than every slot that has a row.
     Slot SlotBound() const { return static_cast<Slot>(rows_.Size()); }
     const MessageRow& operator[](Slot slot) const { return rows_[static_cast<std::size_t>(slot)]; }
-    /// The order of day and month with which the row was made.
+    /// Returns whether the row's date is shown with the day before the month.
     bool DayFirst(Slot slot) const { return styles_[(*this)[slot].Style].DayFirst; }
     const TextPool& Texts() const { return texts_; }
 
-    /// The text of one cell as it is shown, the sort key for RecordNum.
+    /// Returns the text of one cell; for RecordNum, which is never shown, the date as a sort key.
     std::string CellText(Slot slot, MessageColumn column) const;
 
 private:

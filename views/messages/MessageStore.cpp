@@ -38,7 +38,7 @@ void MessageStore::Put(Slot slot, std::string text) {
 void MessageStore::Free(Slot slot) {
     if (!Holds(slot))
         return;
-    // A moved-in empty string gives the text's memory back, which clear() would keep.
+    // Not clear(), which would keep the text's memory.
     texts_[static_cast<std::size_t>(slot)] = std::string();
     freeSlots_.push_back(slot);
     --messageCount_;

@@ -9,13 +9,14 @@
 
 namespace tallyhorn {
 
+/// A message's index in its channel's store.
 using Slot = std::int32_t;
 
-/// The full texts of one channel's kept notifications, indexed by slot, with the queue of slots that
-/// deletions freed and the count of notifications held.  User-interface thread only.
+/// Owns the full texts of one channel's messages by slot, the queue of slots that deletions freed, and the
+/// number of messages.
 class MessageStore {
 public:
-    /// Slots 0 to `upperBound` stand empty at first.
+    /// Slots 0 to `upperBound` exist and are empty at first.
     explicit MessageStore(Slot upperBound);
 
     std::int32_t MessageCount() const { return messageCount_; }
@@ -23,17 +24,17 @@ public:
     /// Empty for a freed slot and for one outside the store.
     const std::string& Text(Slot slot) const;
 
-    /// The slot that has been free for longest, taken out of the queue.
+    /// Takes the slot that was freed first out of the queue; returns nothing if the queue is empty.
     std::optional<Slot> TakeFreeSlot();
-    /// A new last slot.
+    /// Adds a slot at the end and returns it.
     Slot Grow();
-    /// Slots up to `upperBound`, the new ones empty.
+    /// Makes `upperBound` the last slot if the store is smaller; new slots are empty.
     void GrowTo(Slot upperBound) { texts_.GrowTo(static_cast<std::size_t>(upperBound) + 1); }
-    /// Adds one to the count; `slot` lies within the store.
+    /// Stores the text of a new message and counts it.  `slot` is empty and within the store.
     void Put(Slot slot, std::string text);
-    /// Empties the slot and puts it at the end of the queue of free ones.
+    /// Empties the slot and adds it to the end of the queue; does nothing for one outside the store.
     void Free(Slot slot);
-    /// Forgets everything; slots 0 to `upperBound` stand empty.
+    /// Removes all messages; slots 0 to `upperBound` remain, empty and in no queue.
     void Clear(Slot upperBound);
 
 private:

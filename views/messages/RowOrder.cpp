@@ -6,13 +6,21 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t BlockSize = 512;
-/// Entries of a block as it is filled in one go: were it full, the next row into each would split it.
+/// How far Assign fills a block: a full one would be split by the next insertion.
 constexpr std::size_t FilledSize = BlockSize * 3 / 4;
-/// An insertion may go over the size for a moment.
+/// Reserved per block: an insertion exceeds the size by one before the block is split.
 constexpr std::size_t BlockRoom = BlockSize + 1;
 
 bool IsSelected(const RowEntry& entry) {
     return entry.Selected != 0;
+}
+
+RowId IdOf(const RowEntry& entry) {
+    return static_cast<RowId>(entry.Id);
+}
+
+std::uint32_t CountSelected(const std::vector<RowEntry>& entries) {
+    return static_cast<std::uint32_t>(std::count_if(entries.begin(), entries.end(), IsSelected));
 }
 
 }  // namespace
@@ -31,10 +39,11 @@ const RowEntry& RowOrder::At(std::size_t position) const {
     return blocks_[place.Block].Entries[place.Offset];
 }
 
-/// Full blocks stay full, and a new one begins.
+/// Starts a new block if the last one is full: splitting it would leave two half-full blocks behind each
+/// append.
 void RowOrder::Append(const RowEntry& entry) {
     if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
-        // The first block grows as it needs to: most of a tree's orders never hold more than a few.
+        // No reserve for the first block: most groups of the tree have only a few children.
         const bool first = blocks_.empty();
         blocks_.emplace_back();
         if (!first)
@@ -47,8 +56,15 @@ void RowOrder::Append(const RowEntry& entry) {
     selectedCount_ += entry.Selected;
 }
 
+void RowOrder::PrefetchEnd() const {
+#ifdef __GNUC__
+    if (!blocks_.empty())
+        __builtin_prefetch(blocks_.back().Entries.data() + blocks_.back().Entries.size(), 1);
+#endif
+}
+
 void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
-    // Rows mostly come in order.
+    // Checked first, since rows mostly arrive in the order of their dates.
     if (blocks_.empty() || rule.Compare(entry, blocks_.back().Entries.back()) >= 0) {
         Append(entry);
         return;
@@ -75,23 +91,23 @@ void RowOrder::Assign(const std::vector<RowEntry>& entries) {
         block.Entries.reserve(BlockRoom);
         block.Entries.assign(entries.begin() + static_cast<std::ptrdiff_t>(first),
                              entries.begin() + static_cast<std::ptrdiff_t>(last));
-        block.Selected =
-            static_cast<std::uint32_t>(std::count_if(block.Entries.begin(), block.Entries.end(), IsSelected));
+        block.Selected = CountSelected(block.Entries);
         selectedCount_ += block.Selected;
         blocks_.push_back(std::move(block));
     }
 }
 
-void RowOrder::Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals) {
+void RowOrder::Resort(const std::function<RowEntry(RowId)>& make, const Rule& rule,
+                      const TieBreak& tieBreak) {
     std::vector<RowEntry> entries = Entries();
     for (RowEntry& entry : entries) {
         const std::uint32_t selected = entry.Selected;
-        entry = make(static_cast<Slot>(entry.Slot));
+        entry = make(IdOf(entry));
         entry.Selected = selected & 1U;
     }
     std::sort(entries.begin(), entries.end(), [&](const RowEntry& a, const RowEntry& b) {
         const int order = rule.Compare(a, b);
-        return order != 0 ? order < 0 : arrivals(a.Slot) < arrivals(b.Slot);
+        return order != 0 ? order < 0 : tieBreak(IdOf(a)) < tieBreak(IdOf(b));
     });
     Assign(entries);
 }
@@ -102,20 +118,20 @@ RowOrder::Range RowOrder::EqualRange(const RowEntry& entry, const Rule& rule) co
 }
 
 std::optional<std::size_t> RowOrder::PositionOf(const RowEntry& entry, const Rule& rule,
-                                                const Arrivals& arrivals) const {
+                                                const TieBreak& tieBreak) const {
     const Range range = EqualRange(entry, rule);
-    const std::uint64_t arrival = range.Last - range.First > 1 ? arrivals(entry.Slot) : 0;
+    const std::uint64_t wanted = range.Last - range.First > 1 ? tieBreak(IdOf(entry)) : 0;
     std::size_t first = range.First;
     for (std::size_t count = range.Last - range.First; count > 1;) {
         const std::size_t half = count / 2;
-        if (arrivals(At(first + half).Slot) <= arrival) {
+        if (tieBreak(IdOf(At(first + half))) <= wanted) {
             first += half;
             count -= half;
         } else {
             count = half;
         }
     }
-    if (first >= range.Last || At(first).Slot != entry.Slot)
+    if (first >= range.Last || At(first).Id != entry.Id)
         return std::nullopt;
     return first;
 }
@@ -146,67 +162,65 @@ void RowOrder::ClearSelection() {
     selectedCount_ = 0;
 }
 
-std::vector<Slot> RowOrder::SelectedSlots() const {
-    std::vector<Slot> slots;
-    slots.reserve(selectedCount_);
+std::vector<RowId> RowOrder::SelectedIds() const {
+    std::vector<RowId> ids;
+    ids.reserve(selectedCount_);
     for (const Block& block : blocks_) {
         if (block.Selected == 0)
             continue;
         for (const RowEntry& entry : block.Entries) {
             if (IsSelected(entry))
-                slots.push_back(static_cast<Slot>(entry.Slot));
+                ids.push_back(IdOf(entry));
         }
     }
-    return slots;
+    return ids;
 }
 
-std::vector<Slot> RowOrder::RemoveSelected() {
-    std::vector<Slot> slots;
-    slots.reserve(selectedCount_);
+std::vector<RowId> RowOrder::RemoveSelected() {
+    std::vector<RowId> ids;
+    ids.reserve(selectedCount_);
     for (Block& block : blocks_) {
-        if (block.Selected == 0)
-            continue;
-        auto kept = block.Entries.begin();
-        for (const RowEntry& entry : block.Entries) {
-            if (IsSelected(entry))
-                slots.push_back(static_cast<Slot>(entry.Slot));
-            else
-                *kept++ = entry;
-        }
-        block.Entries.erase(kept, block.Entries.end());
-        block.Selected = 0;
+        if (block.Selected != 0)
+            RemoveFrom(
+                block, [&block](std::size_t offset) { return IsSelected(block.Entries[offset]); }, ids);
     }
-    size_ -= selectedCount_;
-    selectedCount_ = 0;
     JoinSmallBlocks();
-    return slots;
+    return ids;
 }
 
-std::vector<Slot> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
-    std::vector<Slot> slots;
-    slots.reserve(positions.size());
+std::vector<RowId> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
+    std::vector<RowId> ids;
+    ids.reserve(positions.size());
     std::size_t start = 0;
     for (Block& block : blocks_) {
-        const std::size_t size = block.Entries.size();
-        if (slots.size() < positions.size() && positions[slots.size()] < start + size) {
-            auto kept = block.Entries.begin();
-            for (std::size_t i = 0; i < size; ++i) {
-                const RowEntry& entry = block.Entries[i];
-                if (slots.size() == positions.size() || positions[slots.size()] != start + i) {
-                    *kept++ = entry;
-                    continue;
-                }
-                slots.push_back(static_cast<Slot>(entry.Slot));
-                block.Selected -= entry.Selected;
-                selectedCount_ -= entry.Selected;
-            }
-            block.Entries.erase(kept, block.Entries.end());
+        const std::size_t end = start + block.Entries.size();
+        if (ids.size() < positions.size() && positions[ids.size()] < end) {
+            const auto goes = [&](std::size_t offset) {
+                return ids.size() < positions.size() && positions[ids.size()] == start + offset;
+            };
+            RemoveFrom(block, goes, ids);
         }
-        start += size;
+        start = end;
     }
-    size_ -= slots.size();
     JoinSmallBlocks();
-    return slots;
+    return ids;
+}
+
+template <typename Goes>
+void RowOrder::RemoveFrom(Block& block, Goes goes, std::vector<RowId>& removed) {
+    std::size_t kept = 0;
+    for (std::size_t offset = 0; offset < block.Entries.size(); ++offset) {
+        const RowEntry entry = block.Entries[offset];
+        if (!goes(offset)) {
+            block.Entries[kept++] = entry;
+            continue;
+        }
+        removed.push_back(IdOf(entry));
+        block.Selected -= entry.Selected;
+        selectedCount_ -= entry.Selected;
+    }
+    size_ -= block.Entries.size() - kept;
+    block.Entries.resize(kept);
 }
 
 std::vector<RowEntry> RowOrder::Entries() const {
@@ -224,16 +238,16 @@ RowOrder::Place RowOrder::Find(std::size_t position) const {
     return {block, position - starts[block]};
 }
 
-/// The place of the first entry that does not belong before; behind the last entry where all do.
-template <typename Belongs>
-RowOrder::Place RowOrder::Partition(Belongs belongsBefore) const {
+/// Returns the place of the first entry for which `sortsBefore` is false, or the place after the last entry.
+template <typename SortsBefore>
+RowOrder::Place RowOrder::Partition(SortsBefore sortsBefore) const {
     const auto after = std::partition_point(blocks_.begin(), blocks_.end(), [&](const Block& block) {
-        return belongsBefore(block.Entries.front());
+        return sortsBefore(block.Entries.front());
     });
     if (after == blocks_.begin())
         return {};
     const Block& block = *(after - 1);
-    const auto entry = std::partition_point(block.Entries.begin(), block.Entries.end(), belongsBefore);
+    const auto entry = std::partition_point(block.Entries.begin(), block.Entries.end(), sortsBefore);
     return {static_cast<std::size_t>(after - blocks_.begin()) - 1,
             static_cast<std::size_t>(entry - block.Entries.begin())};
 }
@@ -248,8 +262,7 @@ void RowOrder::SplitBlock(std::size_t index) {
     Block half;
     half.Entries.reserve(BlockRoom);
     half.Entries.assign(middle, block.Entries.end());
-    half.Selected =
-        static_cast<std::uint32_t>(std::count_if(half.Entries.begin(), half.Entries.end(), IsSelected));
+    half.Selected = CountSelected(half.Entries);
     block.Entries.erase(middle, block.Entries.end());
     block.Selected -= half.Selected;
     blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(index) + 1, std::move(half));

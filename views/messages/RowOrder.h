@@ -7,90 +7,84 @@
 #include <span>
 #include <vector>
 
-#include "views/messages/MessageStore.h"
 #include "views/messages/TextPool.h"
 
 namespace tallyhorn {
 
-/// One row's place in a list: what it sorts by, whose it is, and whether the user has selected it.
+/// What an entry stands for: a message's slot in a list or among leaves, a group's number among groups.
+using RowId = std::int32_t;
+
+/// One row of a list or one child of a group: what it sorts by, what it stands for, and whether the user has
+/// selected it.
 struct RowEntry {
-    std::uint64_t Key = 0;  ///< orders before anything else
-    TextId Text = 0;        ///< decides between equal keys where the order is by text
-    std::uint32_t Slot : 31 = 0;
+    std::uint64_t Key = 0;  ///< compared first, unless the rule says TextFirst
+    TextId Text = 0;        ///< compared if the rule has Texts
+    std::uint32_t Id : 31 = 0;
     std::uint32_t Selected : 1 = 0;
 
-    /// For a slot, or any other number from 0 on.
-    static RowEntry Of(tallyhorn::Slot slot) {
+    /// `id` is not negative.
+    static RowEntry Of(RowId id) {
         RowEntry entry;
-        entry.Slot = static_cast<std::uint32_t>(slot) & 0x7FFFFFFFU;
+        entry.Id = static_cast<std::uint32_t>(id) & 0x7FFFFFFFU;
         return entry;
     }
 };
 
-/// Lets the processor fetch the memory there, where the compiler has a word for it.
-inline void FetchForWriting([[maybe_unused]] const void* place) {
-#ifdef __GNUC__
-    __builtin_prefetch(place, 1);
-#endif
-}
-
-/// The order of a list's rows in blocks of some hundreds, so that a row goes into its place among a million
-/// as into its place among a thousand.  Equal entries stay in the order in which they came.  User-interface
-/// thread only.
+/// Owns an ordered sequence of entries, in blocks of at most 512, so that an insertion moves a few hundred
+/// entries however long the sequence is.  Entries that compare equal keep the order in which they were added.
 class RowOrder {
 public:
-    /// How entries compare: by Key alone, by Key and then by the text in `Texts`, or the other way round.
+    /// How entries compare: by Key alone, by Key and then by the text in `Texts`, or with TextFirst the other
+    /// way round.
     struct Rule {
         const TextPool* Texts = nullptr;
         bool Descending = false;
         bool TextFirst = false;
 
-        /// Less than, equal to or greater than zero as `a` belongs before, with or after `b`.
+        /// Returns less than, equal to or greater than zero if `a` sorts before, with or after `b`.
         int Compare(const RowEntry& a, const RowEntry& b) const;
     };
+
+    /// Returns a number that is greater for entries added later; it decides between those that compare equal.
+    using TieBreak = std::function<std::uint64_t(RowId id)>;
 
     std::size_t Size() const { return size_; }
     const RowEntry& At(std::size_t position) const;
 
-    /// Tells entries that compare equal apart: grows from one that came to the next, given its Slot.
-    using Arrivals = std::function<std::uint64_t(std::uint32_t slot)>;
-
-    /// Puts the entry behind all others, where it belongs there.
+    /// Adds the entry at the end.  The caller makes sure that it sorts there.
     void Append(const RowEntry& entry);
-    /// Lets the processor fetch where Append will write.
-    void FetchEnd() const {
-        if (!blocks_.empty())
-            FetchForWriting(blocks_.back().Entries.data() + blocks_.back().Entries.size());
-    }
-    /// Puts the entry behind all that it does not belong before.
+    /// Asks the processor to load the memory that the next Append will write.
+    void PrefetchEnd() const;
+    /// Adds the entry after all entries that sort before it or with it.
     void Insert(const RowEntry& entry, const Rule& rule);
-    /// Takes `entries`, which are in order, instead of what was there.
+    /// Replaces all entries by `entries`, which are in order.
     void Assign(const std::vector<RowEntry>& entries);
     void Clear() { Assign({}); }
-    /// Makes each entry anew, its selection apart, and puts all of them in order.
-    void Resort(const std::function<RowEntry(Slot)>& make, const Rule& rule, const Arrivals& arrivals);
+    /// Replaces each entry by what `make` returns for its id, keeps which are selected, and sorts all.
+    void Resort(const std::function<RowEntry(RowId)>& make, const Rule& rule, const TieBreak& tieBreak);
 
-    /// Where the entry with this Slot stands, made as it was when it came in; nothing where it is not here.
+    /// Returns the position of the entry with this id, or nothing if there is none.  Key and Text have to be
+    /// those with which the entry was added, since they direct a binary search.
     std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
-                                          const Arrivals& arrivals) const;
+                                          const TieBreak& tieBreak) const;
 
     std::size_t SelectedCount() const { return selectedCount_; }
-    /// Positions first to last, both within the list.
+    /// Selects or deselects the entries at `first` to `last`, inclusive; both exist.
     void Select(std::size_t first, std::size_t last, bool selected);
     void ClearSelection();
-    /// In list order.
-    std::vector<Slot> SelectedSlots() const;
-    /// One pass over the blocks that hold selected entries; gives their slots in list order.
-    std::vector<Slot> RemoveSelected();
-    /// The same for the entries at `positions`, which ascend.
-    std::vector<Slot> RemoveAt(std::span<const std::size_t> positions);
+    /// Returns the ids of the selected entries in order.
+    std::vector<RowId> SelectedIds() const;
+    /// Removes the selected entries and returns their ids in order.
+    std::vector<RowId> RemoveSelected();
+    /// Removes the entries at `positions`, which ascend, and returns their ids in order.
+    std::vector<RowId> RemoveAt(std::span<const std::size_t> positions);
 
-    /// Every entry in order.
+    /// Returns a copy of all entries in order.
     std::vector<RowEntry> Entries() const;
 
 private:
     struct Block {
-        std::vector<RowEntry> Entries;
+        std::vector<RowEntry> Entries;  ///< never empty
         std::uint32_t Selected = 0;
     };
     struct Place {
@@ -106,18 +100,21 @@ private:
 
     Range EqualRange(const RowEntry& entry, const Rule& rule) const;
     Place Find(std::size_t position) const;
-    template <typename Belongs>
-    Place Partition(Belongs belongsBefore) const;
+    template <typename SortsBefore>
+    Place Partition(SortsBefore sortsBefore) const;
     std::size_t Position(Place place) const;
     void SplitBlock(std::size_t block);
-    /// Leaves no block empty, and few blocks where few rows are left.
+    /// Removes from the block the entries for which `goes`, called with each entry's offset, returns true,
+    /// and adds their ids to `removed`.
+    template <typename Goes>
+    void RemoveFrom(Block& block, Goes goes, std::vector<RowId>& removed);
     void JoinSmallBlocks();
     const std::vector<std::size_t>& Starts() const;
 
     std::vector<Block> blocks_;
     std::size_t size_ = 0;
     std::size_t selectedCount_ = 0;
-    mutable std::vector<std::size_t> starts_;  ///< first position of each block; empty where out of date
+    mutable std::vector<std::size_t> starts_;  ///< position of each block's first entry; empty if out of date
 };
 
 }  // namespace tallyhorn

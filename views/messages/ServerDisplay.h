@@ -8,39 +8,36 @@
 
 namespace tallyhorn {
 
-/// What the rules ask of the main window.  Called from the user-interface thread; nothing here lets events
-/// run.
+/// The port to the main window.  No function runs pending events.
 class ServerDisplay {
 public:
     virtual ~ServerDisplay() = default;
 
-    /// Whether the user could see the window at all; false while it is hidden to the notification area or
-    /// minimised.
+    /// Returns false while the window is minimised or hidden to the notification area.
     virtual bool IsVisible() const = 0;
     virtual MessagePage CurrentPage() const = 0;
-    /// Of several selected rows of a list the one that the user came to last, else the first; nothing where
-    /// none is selected.
+    /// Returns the slot of the list's current row if that is selected, otherwise of the first selected row,
+    /// or nothing if no row is selected.
     virtual std::optional<std::int32_t> SelectedSlot(ViewNumber list) const = 0;
 
     virtual void ShowPanel(StatusPanel panel, std::string_view text) = 0;
     virtual void ShowPanelToolTip(StatusPanel panel, std::string_view text) = 0;
-    /// A list or tree that holds nothing is disabled, a list also drawn in the colour of a button's face.
+    /// Enables or disables a list or the tree; a disabled list has the colour of a button's face.
     virtual void EnableView(ViewNumber view, bool enabled) = 0;
-    /// Lists and tree are hidden while much of them goes.
+    /// Shows a list or the tree, or hides it while much of it is removed.
     virtual void ShowView(ViewNumber view, bool shown) = 0;
 
-    /// The wait cursor from the begin of a long piece of work to its end, and a bar that tells how far it has
-    /// come once it lasts over half a second.  LongWork pairs the calls; a piece inside another shows nothing
-    /// of its own.
+    /// Show the wait cursor during long work and, after half a second, a progress bar.  LongWork pairs the
+    /// calls. Work inside other work shows nothing.
     virtual void BeginWork() = 0;
     virtual void ShowProgress(std::uint64_t done, std::uint64_t total) = 0;
     virtual void EndWork() = 0;
 
     virtual void EnableResumeTimer(bool enabled) = 0;
-    /// The pause button's picture and tool tip and the menu item's caption.
+    /// Sets the pause button's picture and tool tip and the menu item's caption.
     virtual void ShowPauseCommand(bool paused) = 0;
-    /// The filter button, pressed while a view filter is in force, its tool tip and the menu item's caption.
-    /// One that came off leaves another caption than the one at the start.
+    /// Sets whether the filter button is pressed, its tool tip and the menu item's caption.  After a filter
+    /// was removed the caption is not the same as at the start; see CommandBars::ShowFilter.
     virtual void ShowFilterCommand(bool inForce) = 0;
 };
 

@@ -12,37 +12,37 @@
 
 namespace tallyhorn {
 
+/// A text's number in its pool; reused once the text is gone.
 using TextId = std::uint32_t;
 
-/// Holds each different text of the rows once and counts its users, since alarms and computers repeat a
-/// thousandfold; a text without users is gone, so that what it holds is bounded by the rows.  User-interface
-/// thread only.
+/// Owns one copy of each different text, since the same alarms and computers occur in thousands of rows, and
+/// counts the users of each.  A text without users is removed.
 class TextPool {
 public:
     TextPool() = default;
-    // A copy's index would point into the original.
+    // The keys of a copied ids_ would point into the original's entries_.
     TextPool(const TextPool&) = delete;
     TextPool& operator=(const TextPool&) = delete;
     TextPool(TextPool&&) = default;
     TextPool& operator=(TextPool&&) = default;
     ~TextPool() = default;
 
-    /// Adds one user to the text.
+    /// Adds one user to the text and returns its number.
     TextId Add(std::string_view text);
-    /// Takes one user away.
+    /// Removes one user from the text.
     void Release(TextId id);
 
-    /// Nothing for a text that has no user.
+    /// Returns nothing for a text that has no user.
     std::optional<TextId> Find(std::string_view text) const;
-    /// Valid until the text's last user is released.
+    /// The view is valid until the text's last user is released.
     std::string_view Text(TextId id) const { return entries_[id].Text; }
-    /// The first eight bytes in upper case as one number that orders as they do: most comparisons end here.
+    /// Returns the first eight bytes in upper case as one number that sorts as they do: most comparisons need
+    /// no more.
     std::uint64_t SortPrefix(TextId id) const { return entries_[id].SortPrefix; }
-    /// Less than, equal to or greater than zero, without regard to case.
+    /// Returns less than, equal to or greater than zero, ignoring case.
     int Compare(TextId a, TextId b) const;
 
-    std::size_t Size() const { return ids_.size(); }
-    /// Above the number of every text here.
+    /// Greater than the number of every text in the pool.
     std::size_t IdBound() const { return entries_.size(); }
 
 private:
@@ -54,7 +54,7 @@ private:
 
     std::deque<Entry> entries_;
     std::vector<TextId> free_;
-    std::unordered_map<std::string_view, TextId, SeededHash> ids_;  ///< keys lie in entries_
+    std::unordered_map<std::string_view, TextId, SeededHash> ids_;  ///< the keys point into entries_
 };
 
 }  // namespace tallyhorn

@@ -1,5 +1,8 @@
 #include "views/messages/TreeGroups.h"
 
+#include <array>
+#include <cstdio>
+#include <string_view>
 #include <utility>
 
 namespace tallyhorn {
@@ -9,7 +12,48 @@ std::uint64_t LabelKey(std::uint32_t number, GroupLabel name) {
     return (std::uint64_t{number} << 32U) | name;
 }
 
+std::string FourDigits(std::uint32_t number) {
+    std::array<char, 16> text{};
+    const int length = std::snprintf(text.data(), text.size(), "%04u", number);
+    return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string_view NameOf(const TreeGroup& group, const TextPool& texts) {
+    return group.Level == TreeLevel::Type ? EventTypeName(group.Type) : texts.Text(group.Name);
+}
+
+/// compatibility: after a removal the count is cut off at the first "(" of the whole text, even one of the
+/// name.
+std::string_view BeforeCount(std::string_view name) {
+    const std::size_t open = name.find('(');
+    if (open == std::string_view::npos)
+        return name;
+    name = name.substr(0, open);
+    if (name.ends_with(' '))
+        name.remove_suffix(1);
+    return name;
+}
+
 }  // namespace
+
+std::string GroupText(const TreeGroup& group, const TextPool& texts) {
+    const std::string_view name = NameOf(group, texts);
+    std::string text(group.Form == TreeGroup::CountForm::AfterRemoval ? BeforeCount(name) : name);
+    if (group.Form == TreeGroup::CountForm::One)
+        return text.append(" ( 1 Event )");
+    return text.append(" ( ").append(std::to_string(group.Count)).append(" Events )");
+}
+
+std::string GroupKey(const TreeGroup& group, const TextPool& texts) {
+    switch (group.Level) {
+        case TreeLevel::Alarm:
+            return "ALARM_" + std::string(NameOf(group, texts));
+        case TreeLevel::Type:
+            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Type));
+        default:
+            return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(NameOf(group, texts));
+    }
+}
 
 GroupId TreeGroups::Look(const Map& map, std::uint64_t key) {
     const auto found = map.find(key);
@@ -21,18 +65,18 @@ GroupId TreeGroups::Find(GroupId parent, GroupLabel name) const {
 }
 
 GroupId TreeGroups::FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const {
-    return Look(computerByWay_, WayKey(alarm, type, computer));
+    return Look(computerByPath_, PathKey(alarm, type, computer));
 }
 
-/// Texts have numbers far below these, since each stands for one in memory.
-std::uint64_t TreeGroups::WayKey(GroupLabel alarm, EventType type, GroupLabel computer) {
+/// A text's number fits into 30 bits, since a pool with more texts would not fit into memory.
+std::uint64_t TreeGroups::PathKey(GroupLabel alarm, EventType type, GroupLabel computer) {
     constexpr unsigned TextBits = 30;
     return (static_cast<std::uint64_t>(type) << (2 * TextBits)) | (std::uint64_t{alarm} << TextBits) |
            computer;
 }
 
-std::uint64_t TreeGroups::WayTo(const TreeGroup& computer) const {
-    return WayKey(groups_[groups_[computer.Parent].Parent].Name, computer.Type, computer.Name);
+std::uint64_t TreeGroups::PathKeyOf(const TreeGroup& computer) const {
+    return PathKey(groups_[groups_[computer.Parent].Parent].Name, computer.Type, computer.Name);
 }
 
 GroupId TreeGroups::Add(TreeGroup group) {
@@ -48,7 +92,7 @@ GroupId TreeGroups::Add(TreeGroup group) {
     }
     byLabel_.emplace(LabelKey(group.Parent, group.Name), id);
     if (group.Level == TreeLevel::Computer)
-        computerByWay_.emplace(WayTo(group), id);
+        computerByPath_.emplace(PathKeyOf(group), id);
     group.Alive = true;
     groups_[id] = std::move(group);
     return id;
@@ -58,7 +102,7 @@ void TreeGroups::Remove(GroupId id) {
     TreeGroup& group = groups_[id];
     byLabel_.erase(LabelKey(group.Parent, group.Name));
     if (group.Level == TreeLevel::Computer)
-        computerByWay_.erase(WayTo(group));
+        computerByPath_.erase(PathKeyOf(group));
     if (group.Level != TreeLevel::Alarm)
         KeysOf(group.Level).erase(LabelKey(group.KeyNumber, group.Name));
     group = TreeGroup();
@@ -71,7 +115,7 @@ void TreeGroups::Clear() {
     groups_[0].Alive = true;
     free_.clear();
     byLabel_.clear();
-    computerByWay_.clear();
+    computerByPath_.clear();
     typeKeys_.clear();
     computerKeys_.clear();
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -9,27 +10,25 @@
 #include "records/EventTypes.h"
 #include "records/SeededHash.h"
 #include "views/messages/ChunkedArray.h"
-#include "views/messages/LivingOrder.h"
+#include "views/messages/RankBitmap.h"
 #include "views/messages/RowOrder.h"
 #include "views/messages/TreeNode.h"
 
 namespace tallyhorn {
 
-/// A group's number; the root has 0.
-using GroupId = std::uint32_t;
-/// What a group stands for: the text of an alarm or computer, the number of an event type.
+/// What a group stands for: the text of an alarm or computer, or the number of an event type.
 using GroupLabel = std::uint32_t;
 
-/// What the tree holds of one group.
+/// What the tree keeps of one group.
 struct TreeGroup {
-    /// How a group tells its count: the first notification, more of them, or what a removal left.
+    /// How the count is written: "( 1 Event )", "( 2 Events )", or after a removal always "( 1 Events )".
     enum class CountForm : std::uint8_t { One, Many, AfterRemoval };
 
     std::uint32_t Count = 0;
     GroupId Parent = 0;
     GroupLabel Name = 0;
-    LivingOrder::Number Number = 0;
-    std::uint32_t KeyNumber = 0;  ///< the parent's position when the group was made
+    RankBitmap::Index NodeIndex = 0;
+    std::uint32_t KeyNumber = 0;  ///< the number in the key: see ConsolidatedTree::Key
     TreeLevel Level = TreeLevel::Root;
     EventType Type{};
     CountForm Form = CountForm::One;
@@ -38,30 +37,30 @@ struct TreeGroup {
     RowOrder Children;
 };
 
-/// Owns the groups of the consolidated tree and finds them by what they stand for.  User-interface thread
-/// only.
+/// Owns the groups of the consolidated tree and finds them by what they stand for.  Numbers of removed groups
+/// are reused.
 class TreeGroups {
 public:
     TreeGroups() { Clear(); }
 
     TreeGroup& operator[](GroupId id) { return groups_[id]; }
     const TreeGroup& operator[](GroupId id) const { return groups_[id]; }
-    /// Beyond the largest number that was ever given.
+    /// Greater than every group's number.
     std::size_t Size() const { return groups_.Size(); }
     bool Holds(GroupId id) const { return id < groups_.Size() && groups_[id].Alive; }
 
-    /// 0 where there is none.
+    /// Returns the parent's child of that name; 0 if there is none.
     GroupId Find(GroupId parent, GroupLabel name) const;
-    /// The same for a computer by all three labels at once.
+    /// Returns the computer's group by the labels of all three levels; 0 if there is none.
     GroupId FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const;
 
-    /// A new group; 0 where another one has its key: for a type or computer the KeyNumber and the name.
+    /// Adds the group and returns its number; 0 if another type or computer has the same KeyNumber and name.
     GroupId Add(TreeGroup group);
     void Remove(GroupId id);
-    /// Leaves the root alone.
+    /// Removes all groups except the root.
     void Clear();
 
-    /// Calls `change` with the group and all that it hangs under, the root last.
+    /// Calls `change` with the group and all groups above it, the root last.
     template <typename Change>
     void ForEachUpwards(GroupId id, Change change) {
         for (;; id = groups_[id].Parent) {
@@ -76,16 +75,22 @@ private:
     using Map = std::unordered_map<std::uint64_t, GroupId, SeededHash>;
 
     static GroupId Look(const Map& map, std::uint64_t key);
-    static std::uint64_t WayKey(GroupLabel alarm, EventType type, GroupLabel computer);
-    std::uint64_t WayTo(const TreeGroup& computer) const;
+    static std::uint64_t PathKey(GroupLabel alarm, EventType type, GroupLabel computer);
+    std::uint64_t PathKeyOf(const TreeGroup& computer) const;
     Keys& KeysOf(TreeLevel level) { return level == TreeLevel::Type ? typeKeys_ : computerKeys_; }
 
     ChunkedArray<TreeGroup> groups_;
     std::vector<GroupId> free_;
     Map byLabel_;
-    Map computerByWay_;
+    Map computerByPath_;
     Keys typeKeys_;
     Keys computerKeys_;
 };
+
+/// Returns the group's name and its count, such as "Disk full ( 1 Event )" or "Warning ( 12 Events )".
+/// `texts` are those of the rows.
+std::string GroupText(const TreeGroup& group, const TextPool& texts);
+/// Returns the group's key; see ConsolidatedTree::Key.
+std::string GroupKey(const TreeGroup& group, const TextPool& texts);
 
 }  // namespace tallyhorn

@@ -6,19 +6,23 @@
 
 namespace tallyhorn {
 
-/// A node of the consolidated tree by number: a group, or a leaf by its message's slot.  A plain value.
+/// A group's number; the root has 0.
+using GroupId = std::uint32_t;
+
+/// A node of the consolidated tree: a group by its number, or a leaf by its message's slot.  It stays valid
+/// as a value when the node is removed; ConsolidatedTree::Holds returns whether the node still exists.
 class TreeNode {
 public:
     TreeNode() = default;
-    static TreeNode Group(std::uint32_t group) { return TreeNode(group); }
+    static TreeNode Group(tallyhorn::GroupId group) { return TreeNode(group); }
     static TreeNode Leaf(Slot slot) { return TreeNode(LeafBit | static_cast<std::uint32_t>(slot)); }
-    /// What Number gave.
+    /// Returns the node whose Number() is `number`.
     static TreeNode FromNumber(std::uint32_t number) { return TreeNode(number); }
 
-    /// What all alarms hang under; it is never shown.
+    /// The root is the parent of all alarms and is never shown.
     bool IsRoot() const { return number_ == 0; }
     bool IsLeaf() const { return (number_ & LeafBit) != 0; }
-    std::uint32_t GroupId() const { return number_; }
+    tallyhorn::GroupId GroupId() const { return number_; }
     Slot LeafSlot() const { return static_cast<Slot>(number_ & ~LeafBit); }
     std::uint32_t Number() const { return number_; }
 

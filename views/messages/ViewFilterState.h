@@ -4,12 +4,12 @@
 
 namespace tallyhorn {
 
-/// The view filter as the rest of the console sees it.  User-interface thread only.
+/// What other parts of the console need to know of the view filter.
 class ViewFilterState {
 public:
     virtual ~ViewFilterState() = default;
     virtual bool InForce() const = 0;
-    /// True for every alarm while no view filter is in force.
+    /// Returns true for every alarm while no view filter is in force.
     virtual bool PassesViewFilter(const AlarmRecord& alarm) const = 0;
 };
 

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "records/AlarmRecord.h"
+#include "views/messages/ChunkedArray.h"
+#include "views/messages/MessageRows.h"
+#include "views/messages/RankBitmap.h"
+#include "views/messages/RowOrder.h"
+#include "views/messages/TextPool.h"
+#include "views/messages/TreeNode.h"
+
+namespace tallyhorn {
+
+/// What the tree keeps of one leaf.
+struct TreeLeaf {
+    GroupId Computer = 0;  ///< the leaf's parent; 0 if the slot has no leaf
+    TextId Head = 0;       ///< the text before the date
+    RankBitmap::Index NodeIndex = 0;
+};
+
+/// Owns the leaves of the consolidated tree by slot, and one copy of each text before a date, which many
+/// leaves share.  A leaf's date is read from its message's row.
+class TreeLeaves {
+public:
+    /// `rows` outlives this.
+    explicit TreeLeaves(const MessageRows& rows) : rows_(rows) {}
+
+    std::size_t Count() const { return count_; }
+    bool Holds(Slot slot) const;
+    /// The leaf exists.
+    const TreeLeaf& operator[](Slot slot) const { return leaves_[static_cast<std::size_t>(slot)]; }
+
+    /// Returns the text before the date, with one user more, for a leaf that is about to be added.
+    TextId AddHead(const AlarmRecord& alarm);
+    void ReleaseHead(TextId head) { heads_.Release(head); }
+
+    /// Adds a leaf; `leaf.Head` is from AddHead and is released with the leaf.
+    void Add(Slot slot, const TreeLeaf& leaf);
+    void Remove(Slot slot);
+    void Clear();
+    void MapNodeIndexes(const RankBitmap::NewIndexes& newIndex);
+
+    std::string Text(Slot slot) const;
+    std::string Key(Slot slot) const;
+    /// Returns the leaf's entry among its siblings, which sort by text or else by arrival.
+    RowEntry Entry(Slot slot, bool byText) const;
+    const TextPool& Heads() const { return heads_; }
+
+private:
+    const MessageRows& rows_;
+    ChunkedArray<TreeLeaf> leaves_;
+    std::size_t count_ = 0;
+    TextPool heads_;
+    std::string headBuffer_;
+};
+
+}  // namespace tallyhorn

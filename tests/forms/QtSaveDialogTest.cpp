@@ -28,9 +28,6 @@ protected:
     static QLineEdit* NameBox(QFileDialog& dialog) {
         return dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     }
-    static void Press(QMessageBox& box, QMessageBox::StandardButton button) {
-        QTest::mouseClick(box.button(button), Qt::LeftButton);
-    }
 
     TemporaryFolder folder_;
     const fs::path proposal_ = folder_.Path() / "Received_Syslog_Messages_25-Dec-2008.txt";
@@ -51,11 +48,7 @@ TEST_F(QtSaveDialogTest, ProposesFolderNameAndFileType) {
 }
 
 TEST_F(QtSaveDialogTest, ReturnsTheTypedNameWithItsExtension) {
-    const struct {
-        const char16_t* Typed;
-        const char16_t* Given;
-    } cases[] = {
-        {u"mine", u"mine.txt"},
+    const std::pair<const char16_t*, const char16_t*> cases[] = {
         {u"mine.csv", u"mine.csv"},
         {u"\u00DCbersicht \u2013 \u65E5\u672C", u"\u00DCbersicht \u2013 \u65E5\u672C.txt"},
     };
@@ -71,27 +64,26 @@ TEST_F(QtSaveDialogTest, ReturnsTheTypedNameWithItsExtension) {
 
 TEST_F(QtSaveDialogTest, AsksBeforeItReturnsAnExistingFile) {
     WriteBytes(proposal_, "old");
-    EXPECT_EQ(Ask(proposal_,
-                  [this](QFileDialog& dialog) {
-                      InDialog<QMessageBox>([](QMessageBox& box) { Press(box, QMessageBox::No); });
-                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
-                      EXPECT_TRUE(dialog.isVisible()) << "the user may choose another name";
-                      InDialog<QMessageBox>([](QMessageBox& box) { Press(box, QMessageBox::Yes); });
-                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
-                  }),
-              proposal_);
+    const Answer answer = Ask(proposal_, [this](QFileDialog& dialog) {
+        for (const auto button : {QMessageBox::No, QMessageBox::Yes}) {
+            EXPECT_TRUE(dialog.isVisible()) << "after No, the user may choose another name";
+            InDialog<QMessageBox>(
+                [button](QMessageBox& box) { QTest::mouseClick(box.button(button), Qt::LeftButton); });
+            QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+        }
+    });
+    EXPECT_EQ(answer, proposal_);
     EXPECT_EQ(ReadBytes(proposal_), "old");
 }
 
 TEST_F(QtSaveDialogTest, TheEndOfTheSessionCancelsDialogAndQuestion) {
     EXPECT_EQ(Ask(proposal_, [](QFileDialog& /*dialog*/) { frmServer::DismissQuestions(); }), std::nullopt);
     WriteBytes(proposal_, "old");
-    EXPECT_EQ(Ask(proposal_,
-                  [this](QFileDialog& dialog) {
-                      InDialog<QMessageBox>([](QMessageBox& /*box*/) { frmServer::DismissQuestions(); });
-                      QTest::keyClick(NameBox(dialog), Qt::Key_Return);
-                  }),
-              std::nullopt);
+    const Answer answer = Ask(proposal_, [this](QFileDialog& dialog) {
+        InDialog<QMessageBox>([](QMessageBox& /*box*/) { frmServer::DismissQuestions(); });
+        QTest::keyClick(NameBox(dialog), Qt::Key_Return);
+    });
+    EXPECT_EQ(answer, std::nullopt);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <memory>
+#include <tuple>
 
 #include "storage/forms/frmSavingMessages.h"
 #include "tests/forms/ControlChecks.h"
@@ -27,12 +28,7 @@ TEST_F(frmSavingMessagesTest, ShowsProgressOnlyWhileLoading) {
         EXPECT_EQ(Find("pgbProgress")->isVisible(), loading);
         EXPECT_EQ(Find("lblProgress")->isVisible(), loading);
     }
-    const struct {
-        std::uint64_t Done;
-        std::uint64_t Total;
-        const char* Text;
-        int Thousandths;
-    } cases[] = {
+    const std::tuple<std::uint64_t, std::uint64_t, const char*, int> cases[] = {
         {0, 0, "0 of 0", 0},
         {999, 1'000, "999 of 1,000", 999},
         {1'234'567, 12'345'670, "1,234,567 of 12,345,670", 100},

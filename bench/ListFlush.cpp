@@ -107,7 +107,7 @@ void FlushBare(benchmark::State& state) {
         state.PauseTiming();
         std::vector<BareArea::Row> batch;
         for (std::int64_t i = 0; i < state.range(0); ++i) {
-            rows.Add(0, Alarms()[next++ % Alarms().size()], std::nullopt, 0);
+            rows.Add(0, Alarms()[next++ % Alarms().size()], EventType::None);
             BareArea::Row row;
             for (std::size_t column = 0; column < row.size(); ++column)
                 row[column] = ToVisibleLine(rows.CellText(0, static_cast<MessageColumn>(column)));

@@ -60,8 +60,9 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       received_(*window_, slices_, gate_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
-      viewFilter_(received_, *window_, slices_, machine.Time, currentAlarm_),
-      commands_(received_, *window_, machine.Boxes, slices_, machine.Time, viewFilter_),
+      context_{received_, *window_, machine.Boxes, slices_, machine.Time, currentAlarm_},
+      viewFilter_(context_),
+      commands_(context_, viewFilter_),
       syslog_(machine.Datagrams, Reception(),
               [this] {
                   QMetaObject::invokeMethod(
@@ -69,9 +70,8 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
               }),
       cycle_(mailslot_, syslog_, Reception()),
       backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
-      eventViewer_(received_, *window_, machine.Boxes, machine.Programs),
-      export_({received_, *window_, machine.Boxes, machine.AskFile, slices_, machine.Time, currentAlarm_},
-              folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      eventViewer_(context_, machine.Programs),
+      export_({context_, machine.AskFile}, folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, machine.Boxes),
       sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
@@ -133,12 +133,9 @@ void Console::End() {
 void Console::LoadMainWindow() {
     settings_ = ReadSettings(profile_);
     tray_->ShowSound(sound_.SoundOn());
-    window_->Load({.Received = received_,
+    window_->Load({.Context = context_,
                    .Commands = commands_,
                    .Others = *this,
-                   .Boxes = machine_.Boxes,
-                   .CurrentAlarm = currentAlarm_,
-                   .Time = machine_.Time,
                    .TimCheckTick = [this] { cycle_.TimCheckTick(); },
                    .ResumeTick = [this] { cycle_.ResumeTick(); },
                    .PauseCommand = [this] { cycle_.PauseCommand(); }});
@@ -151,8 +148,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {filters_, viewFilter_,   received_,    *window_, static_cast<ArrivalSignals&>(*this),
-            slices_,  machine_.Time, currentAlarm_};
+    return {context_, filters_, viewFilter_, static_cast<ArrivalSignals&>(*this)};
 }
 
 /// Reads the port from the settings file each time, since the user may have changed it.  A failure only sets

@@ -144,6 +144,7 @@ private:
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
+    const MessageContext context_;
     ViewFilter viewFilter_;
     MessageCommands commands_;
     QObject wakeTarget_;  ///< the receiver of queued calls, which its destruction cancels

@@ -36,7 +36,7 @@ struct Filled : MessagesOver<SystemClock> {
 
     TemporaryFolder Folder;
     FakeSaveDialog Dialog;
-    MessageExport Export{{Received, Display, Boxes, Dialog, Slices, Time, Alarm}, Folder.Path(), {}};
+    MessageExport Export{{Context, Dialog}, Folder.Path(), {}};
 };
 
 void WriteAlone(const std::filesystem::path& path, const std::string& bytes) {

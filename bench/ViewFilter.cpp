@@ -41,7 +41,7 @@ struct Full : MessagesOver<SystemClock> {
     }
     std::size_t Rows() { return RowCount(Channel()); }
 
-    ViewFilter Filter{Received, Display, Slices, Time, Alarm};
+    ViewFilter Filter{Context};
 };
 
 /// Returns criteria that ask for the last of the values that occur in `column`.

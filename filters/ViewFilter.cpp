@@ -65,7 +65,7 @@ bool SortsBefore(std::string_view a, std::string_view b) {
 // ---- the texts to choose from
 
 MessageChannel& ViewFilter::ChannelOnShow() const {
-    return received_.In(ChannelOfPage(display_.CurrentPage()));
+    return context_.Received.In(ChannelOfPage(context_.Display.CurrentPage()));
 }
 
 ViewFilter::Values ViewFilter::ValuesOnShow() const {
@@ -92,13 +92,13 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
 // ---- applying
 
 void ViewFilter::Apply(const Criteria& criteria) {
-    const Gate::Hold hold(received_.Gate());
+    const Gate::Hold hold(context_.Received.Gate());
     MessageChannel& channel = ChannelOnShow();
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
         rows += list.Size();
     // Two steps per row: it is tested, then it is removed or gets a new leaf.
-    LongWork work(display_, slices_, 2 * rows);
+    LongWork work(context_.Display, context_.Slices, 2 * rows);
 
     ShowLists(channel, false);
     const Division division = Divide(channel, criteria, work);
@@ -109,13 +109,13 @@ void ViewFilter::Apply(const Criteria& criteria) {
     }
     if (channel.Traits.HasTree) {
         // Leaves refer to rows, so they are removed first.
-        display_.ShowView(ConsolidatedView, false);
-        slices_.RunNow();
-        slices_.RunNow();
-        received_.Tree.Clear();
+        context_.Display.ShowView(ConsolidatedView, false);
+        context_.Slices.RunNow();
+        context_.Slices.RunNow();
+        context_.Received.Tree.Clear();
         RemoveRows(channel, removedSlots, work);
         RebuildTree(division.Kept, work);
-        display_.ShowView(ConsolidatedView, true);
+        context_.Display.ShowView(ConsolidatedView, true);
     } else {
         RemoveRows(channel, removedSlots, work);
     }
@@ -124,10 +124,10 @@ void ViewFilter::Apply(const Criteria& criteria) {
     for (std::size_t i = 0; i < CriterionCount; ++i)
         criteria_.at(i) = criteria.at(i).value_or(std::string());
     inForce_ = true;
-    received_.UpdateListViewStatus();
-    display_.ShowFilterCommand(true);
+    context_.Received.UpdateListViewStatus();
+    context_.Display.ShowFilterCommand(true);
     // Lets the tree view take in the new leaves before arrivals add to them.
-    slices_.RunNow();
+    context_.Slices.RunNow();
 }
 
 ViewFilter::Division ViewFilter::Divide(const MessageChannel& channel, const Criteria& criteria,
@@ -161,14 +161,14 @@ void ViewFilter::RebuildTree(const std::vector<Slot>& kept, LongWork& work) {
     const AlarmDate now = LocalTime();
     InGroups(kept.size(), MessagesPerLook, [&](std::size_t first, std::size_t count) {
         for (const Slot slot : std::span(kept).subspan(first, count))
-            received_.NoteSyslogLeaf(slot, now, currentAlarm_);
+            context_.Received.NoteSyslogLeaf(slot, now, context_.CurrentAlarm);
         AddLeaves(count, work);
     });
 }
 
 /// Adds the noted leaves before Advance, which lets events run: in an event every row has its leaf.
 void ViewFilter::AddLeaves(std::size_t count, LongWork& work) {
-    received_.Tree.AddNoted();
+    context_.Received.Tree.AddNoted();
     work.Advance(count);
 }
 
@@ -189,27 +189,28 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
 // ---- removing
 
 void ViewFilter::RemoveViewFilter() {
-    display_.ShowFilterCommand(false);
-    const Gate::Hold hold(received_.Gate());
-    LongWork work(display_, slices_,
-                  SlotCount(received_.Syslog.Messages) + SlotCount(received_.NetBios.Messages));
+    context_.Display.ShowFilterCommand(false);
+    const Gate::Hold hold(context_.Received.Gate());
+    LongWork work(
+        context_.Display, context_.Slices,
+        SlotCount(context_.Received.Syslog.Messages) + SlotCount(context_.Received.NetBios.Messages));
 
     ShowAllViews(false);
-    received_.ClearViews();
-    AddAllRows(received_.Syslog, work);
-    AddAllRows(received_.NetBios, work);
+    context_.Received.ClearViews();
+    AddAllRows(context_.Received.Syslog, work);
+    AddAllRows(context_.Received.NetBios, work);
     ShowAllViews(true);
     inForce_ = false;
-    received_.UpdateListViewStatus();
+    context_.Received.UpdateListViewStatus();
     // Lets the views take in the rows before arrivals add to them.
-    slices_.RunNow();
+    context_.Slices.RunNow();
 }
 
 void ViewFilter::AddAllRows(MessageChannel& channel, LongWork& work) {
     const AlarmDate now = LocalTime();
     InGroups(SlotCount(channel.Messages), MessagesPerLook, [&](std::size_t first, std::size_t count) {
         for (std::size_t slot = first; slot < first + count; ++slot)
-            received_.ShowMessage(channel, static_cast<Slot>(slot), now, currentAlarm_);
+            context_.Received.ShowMessage(channel, static_cast<Slot>(slot), now, context_.CurrentAlarm);
         AddLeaves(count, work);
     });
 }
@@ -225,12 +226,12 @@ void ViewFilter::ToggleViewFilter(const std::function<void()>& showDialog) {
 
 void ViewFilter::ShowLists(const MessageChannel& channel, bool shown) {
     for (std::size_t list = 0; list < channel.Lists.size(); ++list)
-        display_.ShowView(ViewOfList(channel.Traits.Id, list), shown);
+        context_.Display.ShowView(ViewOfList(channel.Traits.Id, list), shown);
 }
 
 void ViewFilter::ShowAllViews(bool shown) {
     for (ViewNumber view = 0; view <= ConsolidatedView; ++view)
-        display_.ShowView(view, shown);
+        context_.Display.ShowView(view, shown);
 }
 
 }  // namespace tallyhorn

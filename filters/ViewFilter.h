@@ -8,12 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
-#include "platform/TimeSlices.h"
-#include "records/AlarmRecord.h"
 #include "views/messages/LongWork.h"
-#include "views/messages/ReceivedMessages.h"
-#include "views/messages/ServerDisplay.h"
+#include "views/messages/MessageContext.h"
 #include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
@@ -23,13 +19,7 @@ namespace tallyhorn {
 class ViewFilter final : public ViewFilterState {
 public:
     /// All arguments must outlive the filter.
-    ViewFilter(ReceivedMessages& received, ServerDisplay& display, TimeSlices& slices, const Clock& clock,
-               AlarmRecord& currentAlarm)
-        : received_(received),
-          display_(display),
-          slices_(slices),
-          clock_(clock),
-          currentAlarm_(currentAlarm) {}
+    explicit ViewFilter(const MessageContext& context) : context_(context) {}
 
     /// The columns Alarm, LogType, AccountName and Computer of the lists, in this order.
     static constexpr std::size_t CriterionCount = MessageRow::TextCount;
@@ -70,13 +60,9 @@ private:
     void AddAllRows(MessageChannel& channel, LongWork& work);
     void RebuildTree(const std::vector<Slot>& kept, LongWork& work);
     void AddLeaves(std::size_t count, LongWork& work);
-    AlarmDate LocalTime() const { return AlarmDate{clock_.LocalSeconds()}; }
+    AlarmDate LocalTime() const { return AlarmDate{context_.Time.LocalSeconds()}; }
 
-    ReceivedMessages& received_;
-    ServerDisplay& display_;
-    TimeSlices& slices_;
-    const Clock& clock_;
-    AlarmRecord& currentAlarm_;
+    const MessageContext context_;
     bool inForce_ = false;
     std::array<std::string, CriterionCount> criteria_;
 };

@@ -5,14 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Clock.h"
-#include "platform/MessageBoxes.h"
 #include "platform/SaveDialog.h"
 #include "platform/SystemError.h"
-#include "platform/TimeSlices.h"
-#include "records/AlarmRecord.h"
-#include "views/messages/ReceivedMessages.h"
-#include "views/messages/ServerDisplay.h"
+#include "views/messages/MessageContext.h"
 
 namespace tallyhorn {
 
@@ -21,14 +16,8 @@ namespace tallyhorn {
 class MessageExport {
 public:
     /// All must outlive the export.
-    struct Parts {
-        ReceivedMessages& Received;
-        ServerDisplay& Display;
-        MessageBoxes& Boxes;
+    struct Parts : MessageContext {
         SaveDialog& Dialog;
-        TimeSlices& Slices;
-        const Clock& Time;
-        AlarmRecord& CurrentAlarm;
     };
 
     /// Proposes file names in `folder`.  `ownFiles` are the names of the console's own files in that folder,

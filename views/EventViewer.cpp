@@ -17,41 +17,38 @@ bool LooksLikeOption(std::string_view computer) {
 
 }  // namespace
 
-EventViewer::EventViewer(const ReceivedMessages& received, const ServerDisplay& display, MessageBoxes& boxes,
-                         ProgramLauncher& programs)
-    : received_(received), display_(display), boxes_(boxes), programs_(programs) {}
-
 void EventViewer::OpenEventViewer(ViewNumber view) {
     const std::string computer = SelectedComputer(view);
     if (computer.empty() || LooksLikeOption(computer))
-        boxes_.Warn(NoMessageText);
+        context_.Boxes.Warn(NoMessageText);
     else
         programs_.Start(ViewerProgram, std::span(&computer, 1));
 }
 
 /// `view` counts only if it is a list of the page in front.
 std::string EventViewer::SelectedComputer(ViewNumber view) const {
-    const MessagePage page = display_.CurrentPage();
+    const MessagePage page = context_.Display.CurrentPage();
     if (page == MessagePage::Consolidated)
         return ComputerOfNode();
     return PageOfView(view) == page ? ComputerOfRow(view) : std::string();
 }
 
 std::string EventViewer::ComputerOfRow(ViewNumber list) const {
-    const std::optional<Slot> slot = display_.SelectedSlot(list);
+    const std::optional<Slot> slot = context_.Display.SelectedSlot(list);
     if (!slot)
         return {};
-    return received_.In(ChannelOfView(list)).Rows.CellText(*slot, MessageColumn::Computer);
+    return context_.Received.In(ChannelOfView(list)).Rows.CellText(*slot, MessageColumn::Computer);
 }
 
 /// Returns the whole text of the computer's node, including its count.
 std::string EventViewer::ComputerOfNode() const {
-    TreeNode node = received_.Tree.SelectedNode();
-    if (node.IsRoot() || !received_.Tree.Holds(node))
+    TreeNode node = context_.Received.Tree.SelectedNode();
+    if (node.IsRoot() || !context_.Received.Tree.Holds(node))
         return {};
     if (node.IsLeaf())
-        node = received_.Tree.Parent(node);
-    return received_.Tree.Level(node) == TreeLevel::Computer ? received_.Tree.Text(node) : std::string();
+        node = context_.Received.Tree.Parent(node);
+    return context_.Received.Tree.Level(node) == TreeLevel::Computer ? context_.Received.Tree.Text(node)
+                                                                     : std::string();
 }
 
 }  // namespace tallyhorn

@@ -2,18 +2,16 @@
 
 #include <string>
 
-#include "platform/MessageBoxes.h"
 #include "platform/ProgramLauncher.h"
-#include "views/messages/ReceivedMessages.h"
-#include "views/messages/ServerDisplay.h"
+#include "views/messages/MessageContext.h"
 
 namespace tallyhorn {
 
 /// Opens the system's event viewer for the computer of the selected message.
 class EventViewer {
 public:
-    EventViewer(const ReceivedMessages& received, const ServerDisplay& display, MessageBoxes& boxes,
-                ProgramLauncher& programs);
+    EventViewer(const MessageContext& context, ProgramLauncher& programs)
+        : context_(context), programs_(programs) {}
 
     /// Takes the computer from the message that is selected in `view`, which was the active view when the
     /// user gave the command, or from the tree if that is in front. Shows a message if there is no computer,
@@ -25,9 +23,7 @@ private:
     std::string ComputerOfRow(ViewNumber list) const;
     std::string ComputerOfNode() const;
 
-    const ReceivedMessages& received_;
-    const ServerDisplay& display_;
-    MessageBoxes& boxes_;
+    const MessageContext context_;
     ProgramLauncher& programs_;
 };
 

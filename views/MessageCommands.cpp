@@ -23,19 +23,10 @@ constexpr std::size_t LeavesRemovedTogether = 10'000;
 
 }  // namespace
 
-MessageCommands::MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
-                                 TimeSlices& slices, Clock& clock, const ViewFilterState& viewFilter)
-    : received_(received),
-      display_(display),
-      boxes_(boxes),
-      slices_(slices),
-      clock_(clock),
-      viewFilter_(viewFilter) {}
-
 bool MessageCommands::RefuseWhileFiltered() {
     if (!viewFilter_.InForce())
         return false;
-    boxes_.Warn(FilterActiveText);
+    context_.Boxes.Warn(FilterActiveText);
     return true;
 }
 
@@ -43,7 +34,7 @@ void MessageCommands::DeleteMessages(ViewNumber view) {
     // compatibility: a NetBIOS list that was touched last while the syslog page is in front names no list of
     // that page, so nothing is deleted.
     const bool listIsElsewhere =
-        PageOfView(view) == MessagePage::NetBios && display_.CurrentPage() == MessagePage::Syslog;
+        PageOfView(view) == MessagePage::NetBios && context_.Display.CurrentPage() == MessagePage::Syslog;
     if (listIsElsewhere)
         RefuseWhileFiltered();
     else
@@ -53,7 +44,7 @@ void MessageCommands::DeleteMessages(ViewNumber view) {
 void MessageCommands::DeleteMessagesIn(ViewNumber view) {
     if (RefuseWhileFiltered())
         return;
-    received_.ActiveView = view;
+    context_.Received.ActiveView = view;
     switch (PageOfView(view)) {
         case MessagePage::NetBios:
             return DeleteNetBiosMessages(view);
@@ -65,63 +56,64 @@ void MessageCommands::DeleteMessagesIn(ViewNumber view) {
 }
 
 void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
-    MessageList& list = received_.List(view);
-    if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+    MessageList& list = context_.Received.List(view);
+    if (list.SelectedCount() == 0 || !context_.Boxes.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, slices_, list.SelectedCount());
-    const Gate::PollStop stop(received_.Gate());
-    display_.ShowView(view, false);
-    RemoveFromStore(received_.NetBios, list.RemoveSelected(), work);
-    display_.ShowView(view, true);
-    received_.UpdateStatusCounts(received_.NetBios);
-    received_.UpdateListViewStatus();
+    LongWork work(context_.Display, context_.Slices, list.SelectedCount());
+    const Gate::PollStop stop(context_.Received.Gate());
+    context_.Display.ShowView(view, false);
+    RemoveFromStore(context_.Received.NetBios, list.RemoveSelected(), work);
+    context_.Display.ShowView(view, true);
+    context_.Received.UpdateStatusCounts(context_.Received.NetBios);
+    context_.Received.UpdateListViewStatus();
 }
 
 void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
-    MessageList& list = received_.List(view);
-    const Gate::Hold hold(received_.Gate());
-    if (list.SelectedCount() == 0 || !boxes_.Confirm(DeleteQuestion))
+    MessageList& list = context_.Received.List(view);
+    const Gate::Hold hold(context_.Received.Gate());
+    if (list.SelectedCount() == 0 || !context_.Boxes.Confirm(DeleteQuestion))
         return;
-    LongWork work(display_, slices_, 2 * list.SelectedCount());
-    display_.ShowView(view, false);
-    display_.ShowView(ConsolidatedView, false);
+    LongWork work(context_.Display, context_.Slices, 2 * list.SelectedCount());
+    context_.Display.ShowView(view, false);
+    context_.Display.ShowView(ConsolidatedView, false);
     RemoveFromSyslog(list.RemoveSelected(), work);
-    display_.ShowView(view, true);
-    display_.ShowView(ConsolidatedView, true);
-    received_.UpdateStatusCounts(received_.Syslog);
-    received_.UpdateListViewStatus();
+    context_.Display.ShowView(view, true);
+    context_.Display.ShowView(ConsolidatedView, true);
+    context_.Received.UpdateStatusCounts(context_.Received.Syslog);
+    context_.Received.UpdateListViewStatus();
 }
 
 void MessageCommands::DeleteTreeSelection() {
-    const Gate::Hold hold(received_.Gate());
-    const TreeNode node = received_.Tree.SelectedNode();
-    if (node.IsRoot() || !boxes_.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
+    const Gate::Hold hold(context_.Received.Gate());
+    const TreeNode node = context_.Received.Tree.SelectedNode();
+    if (node.IsRoot() || !context_.Boxes.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
-    LongWork work(display_, slices_, 2 * received_.Tree.Count(node));
+    LongWork work(context_.Display, context_.Slices, 2 * context_.Received.Tree.Count(node));
     std::array<std::vector<Slot>, EventListCount> covered;
-    for (const Slot slot : received_.Tree.SlotsUnder(node))
-        covered.at(static_cast<std::size_t>(ListOf(received_.Syslog.Rows[slot].Type))).push_back(slot);
+    for (const Slot slot : context_.Received.Tree.SlotsUnder(node))
+        covered.at(static_cast<std::size_t>(ListOf(context_.Received.Syslog.Rows[slot].Type)))
+            .push_back(slot);
     ShowSyslogViews(false);
     // List by list in the order of the rows: the order in which the slots are freed and later reused.
     std::vector<Slot> slots;
     for (std::size_t list = 0; list < covered.size(); ++list) {
-        const std::vector<Slot> gone = received_.Syslog.Lists.at(list).Remove(covered.at(list));
+        const std::vector<Slot> gone = context_.Received.Syslog.Lists.at(list).Remove(covered.at(list));
         slots.insert(slots.end(), gone.begin(), gone.end());
     }
     RemoveFromSyslog(slots, work);
     ShowSyslogViews(true);
-    received_.UpdateStatusCounts(received_.Syslog);
-    received_.UpdateListViewStatus();
+    context_.Received.UpdateStatusCounts(context_.Received.Syslog);
+    context_.Received.UpdateListViewStatus();
 }
 
 /// Removes leaves before rows, since a leaf reads its row.  Leaves take about half of the time.
 void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
         const std::size_t count = std::min(LeavesRemovedTogether, slots.size() - i);
-        received_.Tree.RemoveLeaves(std::span(slots).subspan(i, count));
+        context_.Received.Tree.RemoveLeaves(std::span(slots).subspan(i, count));
         work.Advance(count);
     }
-    RemoveFromStore(received_.Syslog, slots, work);
+    RemoveFromStore(context_.Received.Syslog, slots, work);
 }
 
 /// The views are hidden meanwhile: this is faster, and the user cannot act on rows that are being deleted.
@@ -134,25 +126,25 @@ void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector
                 std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));
         channel.Messages.Free(slots[i]);
         if (work.Advance())
-            clock_.Sleep(Pause);
+            context_.Time.Sleep(Pause);
     }
 }
 
 void MessageCommands::ShowSyslogViews(bool shown) {
-    for (ViewNumber view = received_.Syslog.Traits.FirstView; view <= ConsolidatedView; ++view)
-        display_.ShowView(view, shown);
+    for (ViewNumber view = context_.Received.Syslog.Traits.FirstView; view <= ConsolidatedView; ++view)
+        context_.Display.ShowView(view, shown);
 }
 
 void MessageCommands::ClearAllMessages() {
     if (RefuseWhileFiltered())
         return;
-    MessageChannel& channel = received_.In(ChannelOfPage(display_.CurrentPage()));
-    if (boxes_.Confirm(channel.Traits.ClearQuestion)) {
-        const Gate::Hold hold(received_.Gate());
-        received_.Clear(channel);
-        received_.UpdateStatusCounts(channel);
+    MessageChannel& channel = context_.Received.In(ChannelOfPage(context_.Display.CurrentPage()));
+    if (context_.Boxes.Confirm(channel.Traits.ClearQuestion)) {
+        const Gate::Hold hold(context_.Received.Gate());
+        context_.Received.Clear(channel);
+        context_.Received.UpdateStatusCounts(channel);
     }
-    received_.UpdateListViewStatus();
+    context_.Received.UpdateListViewStatus();
 }
 
 }  // namespace tallyhorn

@@ -2,11 +2,7 @@
 
 #include <vector>
 
-#include "platform/Clock.h"
-#include "platform/MessageBoxes.h"
-#include "platform/TimeSlices.h"
-#include "views/messages/ReceivedMessages.h"
-#include "views/messages/ServerDisplay.h"
+#include "views/messages/MessageContext.h"
 #include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
@@ -17,8 +13,8 @@ class LongWork;
 /// sure that no other command starts meanwhile.
 class MessageCommands {
 public:
-    MessageCommands(ReceivedMessages& received, ServerDisplay& display, MessageBoxes& boxes,
-                    TimeSlices& slices, Clock& clock, const ViewFilterState& viewFilter);
+    MessageCommands(const MessageContext& context, const ViewFilterState& viewFilter)
+        : context_(context), viewFilter_(viewFilter) {}
 
     /// Deletes what is selected in `view`, which was the active one when the user gave the command, after a
     /// question. Refused while a view filter is in force; silent if nothing is selected, or if `view` is a
@@ -39,11 +35,7 @@ private:
     void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
     void ShowSyslogViews(bool shown);
 
-    ReceivedMessages& received_;
-    ServerDisplay& display_;
-    MessageBoxes& boxes_;
-    TimeSlices& slices_;
-    Clock& clock_;
+    const MessageContext context_;
     const ViewFilterState& viewFilter_;
 };
 

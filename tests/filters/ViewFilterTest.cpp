@@ -47,7 +47,7 @@ protected:
         return calls;
     }
 
-    ViewFilter filter_{Received, Display, Slices, Time, Alarm};
+    ViewFilter filter_{Context};
 };
 
 TEST_F(ViewFilterTest, ApplyKeepsTheRowsWithExactlyTheseTexts) {

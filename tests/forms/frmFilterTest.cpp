@@ -32,7 +32,7 @@ protected:
         return computers;
     }
 
-    ViewFilter filter_{Received, Display, Slices, Time, Alarm};
+    ViewFilter filter_{Context};
     std::unique_ptr<frmFilter> dialog_;
 };
 

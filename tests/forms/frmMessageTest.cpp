@@ -294,11 +294,10 @@ protected:
     }
 
     Slot slot_ = 0;
-    AlarmRecord alarm_;
     QWidget main_;
     QWidget* askedOver_ = nullptr;
     CommandQueue queue_{TheGate};
-    frmMessage window_{{Received, Boxes, alarm_, Time, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
+    frmMessage window_{{Context, queue_, [](ViewNumber, Slot) {}, [](ViewNumber) {},
                         [this](QWidget& over) { askedOver_ = &over; }},
                        &main_};
 };
@@ -309,11 +308,11 @@ TEST_F(frmMessageAloneTest, SuppressesWithTheShownAlarm) {
     auto* const cmdSuppress = window_.findChild<QPushButton*>(QStringLiteral("cmdSuppress"));
     Boxes.Answer = false;
     QTest::mouseClick(cmdSuppress, Qt::LeftButton);
-    EXPECT_EQ(alarm_, AlarmRecord()) << "answered No";
+    EXPECT_EQ(Alarm, AlarmRecord()) << "answered No";
     EXPECT_EQ(askedOver_, nullptr);
     Boxes.Answer = true;
     QTest::mouseClick(cmdSuppress, Qt::LeftButton);
-    EXPECT_EQ(alarm_.AlarmName + alarm_.TypeOfEvent + alarm_.Description, "Disk (C:)Warninga\r\nb");
+    EXPECT_EQ(Alarm.AlarmName + Alarm.TypeOfEvent + Alarm.Description, "Disk (C:)Warninga\r\nb");
     EXPECT_EQ(askedOver_, &window_);
     EXPECT_TRUE(window_.isVisible());
     EXPECT_EQ(Received.NetBios.Messages.Text(slot_), text) << "suppressing deletes nothing";

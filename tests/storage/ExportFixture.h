@@ -55,8 +55,7 @@ protected:
     TemporaryFolder folder_;
     const std::filesystem::path file_ = folder_.Path() / "chosen name.txt";
     FakeSaveDialog dialog_;
-    MessageExport export_{
-        {Received, Display, Boxes, dialog_, Slices, Time, Alarm}, "console folder", {folder_ / "Backup.dat"}};
+    MessageExport export_{{Context, dialog_}, "console folder", {folder_ / "Backup.dat"}};
 };
 
 }  // namespace tallyhorn

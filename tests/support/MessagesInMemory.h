@@ -6,7 +6,7 @@
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeWindow.h"
 #include "views/messages/Gate.h"
-#include "views/messages/ReceivedMessages.h"
+#include "views/messages/MessageContext.h"
 
 namespace tallyhorn {
 
@@ -35,6 +35,7 @@ struct MessagesOver {
     TimeSlices Slices{Time, Events};
     Gate TheGate;
     ReceivedMessages Received{Display, Slices, TheGate};
+    const MessageContext Context{Received, Display, Boxes, Slices, Time, Alarm};
 };
 
 using MessagesInMemory = MessagesOver<FakeClock>;

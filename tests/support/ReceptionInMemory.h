@@ -40,10 +40,9 @@ struct ReceptionOver : MessagesOver<ClockType> {
     FakeSignals Signals;
     int Wakes = 0;
     SuppressionFilters Suppression{Folder.Path() / "SavedFilters.dat"};
-    ViewFilter Filter{this->Received, this->Display, this->Slices, this->Time, this->Alarm};
+    ViewFilter Filter{this->Context};
     cvbMailslot Mailslot{Mailslots, this->Time};
-    ReceptionParts Parts{Suppression, Filter,       this->Received, this->Display,
-                         Signals,     this->Slices, this->Time,     this->Alarm};
+    ReceptionParts Parts{this->Context, Suppression, Filter, Signals};
     SyslogEndpoint Syslog{Datagrams, Parts, [this] { ++Wakes; }};
     ProcessingCycle Cycle{Mailslot, Syslog, Parts};
 };

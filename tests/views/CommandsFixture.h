@@ -11,7 +11,7 @@ namespace tallyhorn {
 class CommandsFixture : public ::testing::Test, protected MessagesInMemory {
 protected:
     FakeViewFilter filter_;
-    MessageCommands commands_{Received, Display, Boxes, Slices, Time, filter_};
+    MessageCommands commands_{Context, filter_};
 };
 
 }  // namespace tallyhorn

@@ -26,7 +26,7 @@ protected:
 
     const std::string refusal_ = "Please select a valid message before invoking the Event Viewer!";
     FakePrograms programs_;
-    EventViewer viewer_{Received, Display, Boxes, programs_};
+    EventViewer viewer_{Context, programs_};
 };
 
 TEST_F(EventViewerTest, TakesTheComputerOfTheSelectedRowOrNode) {

@@ -51,11 +51,11 @@ void DetailWindow::OpenTreeMessage() {
 
 void DetailWindow::Show(ViewNumber view, Slot slot, const QRect& entry) {
     if (message_ == nullptr) {
-        message_ = new frmMessage({parts_.Received, parts_.Boxes, parts_.CurrentAlarm, parts_.Time,
-                                   parts_.Queue, [this](ViewNumber in, Slot of) { SelectEntry(in, of); },
-                                   [this](ViewNumber in) { DeleteSelected(in); },
-                                   [this](QWidget& over) { parts_.Others.AddSuppressionFilter(over); }},
-                                  mainWindow_);
+        message_ =
+            new frmMessage({parts_, parts_.Queue, [this](ViewNumber in, Slot of) { SelectEntry(in, of); },
+                            [this](ViewNumber in) { DeleteSelected(in); },
+                            [this](QWidget& over) { parts_.Others.AddSuppressionFilter(over); }},
+                           mainWindow_);
         connect(message_, &frmMessage::Closed, this, [this] { message_ = nullptr; });
     }
     message_->InitForm(view, slot);

@@ -3,13 +3,10 @@
 #include <QObject>
 #include <array>
 
-#include "platform/Clock.h"
-#include "platform/MessageBoxes.h"
-#include "records/AlarmRecord.h"
 #include "views/MessageCommands.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
-#include "views/messages/ReceivedMessages.h"
+#include "views/messages/MessageContext.h"
 
 class QAbstractItemModel;
 class QRect;
@@ -27,12 +24,8 @@ class DetailWindow final : public QObject {
 
 public:
     /// All references outlive this; Lists is indexed by view number.
-    struct Parts {
-        ReceivedMessages& Received;
+    struct Parts : MessageContext {
         MessageCommands& Commands;
-        MessageBoxes& Boxes;
-        AlarmRecord& CurrentAlarm;
-        const Clock& Time;
         CommandQueue& Queue;
         ServerCommands& Others;
         QTabWidget& Pages;

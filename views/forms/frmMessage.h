@@ -3,11 +3,9 @@
 #include <QDialog>
 #include <functional>
 
-#include "platform/Clock.h"
-#include "platform/MessageBoxes.h"
-#include "records/AlarmRecord.h"
 #include "views/MessageDetails.h"
 #include "views/forms/CommandQueue.h"
+#include "views/messages/MessageContext.h"
 
 class QPlainTextEdit;
 class QPushButton;
@@ -21,11 +19,7 @@ class frmMessage final : public QDialog {
 
 public:
     /// All references outlive the window.
-    struct Parts {
-        ReceivedMessages& Received;
-        MessageBoxes& Boxes;
-        AlarmRecord& CurrentAlarm;
-        const Clock& Time;
+    struct Parts : MessageContext {
         CommandQueue& Commands;
         /// Selects the message, and nothing else, in the main window's view.
         std::function<void(ViewNumber view, Slot slot)> SelectEntry;

@@ -100,9 +100,9 @@ void frmServer::Load(const Parts& parts) {
     for (std::size_t channel = 0; channel < ChannelCount; ++channel)
         BuildLists(TraitsOf(static_cast<Channel>(channel)));
     BuildTree();
-    details_ = new DetailWindow({parts.Received, parts.Commands, parts.Boxes, parts.CurrentAlarm, parts.Time,
-                                 queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
-                                this);
+    details_ = new DetailWindow(
+        {parts.Context, parts.Commands, queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
+        this);
     connect(timCheck, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->TimCheckTick); });
     connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->ResumeTick); });
     timCheck->start();
@@ -114,7 +114,8 @@ void frmServer::BuildLists(const ChannelTraits& traits) {
     for (std::size_t frame = 0; frame < controls.Frames.size(); ++frame) {
         const std::size_t element = controls.Frames.size() - 1 - frame;
         const ViewNumber view = ViewOfList(traits.Id, element);
-        auto* const list = new MessageListView(parts_->Received.List(view), controls.Frames.at(frame));
+        auto* const list =
+            new MessageListView(parts_->Context.Received.List(view), controls.Frames.at(frame));
         list->setObjectName(ToQString(traits.ListName) + QString::number(element));
         list->setAccessibleName(WithoutAccessKey(controls.Frames.at(frame)->title()));
         controls.Lists.at(element) = list;
@@ -123,18 +124,19 @@ void frmServer::BuildLists(const ChannelTraits& traits) {
 }
 
 void frmServer::BuildTree() {
-    tvwConsolidated = new ConsolidatedTreeView(parts_->Received.Tree, fraConsolidated);
+    tvwConsolidated = new ConsolidatedTreeView(parts_->Context.Received.Tree, fraConsolidated);
     tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
     tvwConsolidated->setAccessibleName(WithoutAccessKey(fraConsolidated->title()));
     connect(tvwConsolidated, &ConsolidatedTreeView::Touched, this,
-            [this] { parts_->Received.ActiveView = ConsolidatedView; });
+            [this] { parts_->Context.Received.ActiveView = ConsolidatedView; });
     connect(tvwConsolidated, &ConsolidatedTreeView::DeleteRequested, this,
             [this] { Do(ServerCommand::DeleteMessages); });
 }
 
 void frmServer::ConnectList(ViewNumber view) {
     MessageListView* const list = ListView(view);
-    connect(list, &MessageListView::Touched, this, [this, view] { parts_->Received.ActiveView = view; });
+    connect(list, &MessageListView::Touched, this,
+            [this, view] { parts_->Context.Received.ActiveView = view; });
     connect(list, &MessageListView::MouseReleased, this, [this, view] { KeepColumnWidths(view); });
     connect(list, &MessageListView::DeleteRequested, this, [this] { Do(ServerCommand::DeleteMessages); });
 }
@@ -149,7 +151,7 @@ void frmServer::Do(ServerCommand command) {
     const std::optional<int> key =
         command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
     // Taken now: while the command waits, the user may go on to another view.
-    const ViewNumber view = parts_->Received.ActiveView;
+    const ViewNumber view = parts_->Context.Received.ActiveView;
     queue_.Run([this, command, view] { Execute(command, view); },
                opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
 }

@@ -12,8 +12,7 @@
 #include "views/forms/ServerHost.h"
 #include "views/forms/ServerStatusBar.h"
 #include "views/messages/Gate.h"
-#include "views/messages/ReceivedMessages.h"
-#include "views/messages/ServerDisplay.h"
+#include "views/messages/MessageContext.h"
 
 class QGroupBox;
 class QTabWidget;
@@ -35,12 +34,9 @@ public:
 
     /// What the window shows and what its commands call.  All of it outlives the window.
     struct Parts {
-        ReceivedMessages& Received;
+        const MessageContext& Context;
         MessageCommands& Commands;
         ServerCommands& Others;
-        MessageBoxes& Boxes;
-        AlarmRecord& CurrentAlarm;
-        const Clock& Time;
         std::function<void()> TimCheckTick;
         std::function<void()> ResumeTick;
         std::function<void()> PauseCommand;

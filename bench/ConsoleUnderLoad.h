@@ -13,12 +13,7 @@
 
 #include "app/Console.h"
 #include "config/TextProfileFunctions.h"
-#include "tests/support/FakeHelpViewer.h"
-#include "tests/support/FakeNotificationArea.h"
-#include "tests/support/FakePrograms.h"
-#include "tests/support/FakeSaveDialog.h"
-#include "tests/support/FakeSoundDevice.h"
-#include "tests/support/FakeUserNames.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeWindow.h"
 #include "tests/support/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"

@@ -12,7 +12,7 @@
 #include "platform/Heap.h"
 #include "records/SyslogFormat.h"
 #include "storage/MessageExport.h"
-#include "tests/support/FakeSaveDialog.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/MessagesInMemory.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "desktop/AlertSound.h"
-#include "tests/support/FakeSoundDevice.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/PreferencesParts.h"
 
 namespace tallyhorn {

@@ -3,7 +3,7 @@
 #include <tuple>
 
 #include "desktop/help/Help.h"
-#include "tests/support/FakeHelpViewer.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeWindow.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -3,7 +3,7 @@
 #include <map>
 
 #include "desktop/NotificationIcon.h"
-#include "tests/support/FakeNotificationArea.h"
+#include "tests/support/FakeDesktop.h"
 
 namespace tallyhorn {
 namespace {

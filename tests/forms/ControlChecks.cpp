@@ -36,6 +36,10 @@ QString Caption(const QWidget& widget) {
                : text + widget.property("title").toString();
 }
 
+bool IsTabStop(const QWidget& control) {
+    return (control.focusPolicy() & Qt::TabFocus) != 0 && control.focusProxy() == nullptr;
+}
+
 Widgets VisibleControls(const QWidget& window) {
     Widgets controls;
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
@@ -87,14 +91,13 @@ void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
                 << order[i]->objectName().toStdString() << " comes after "
                 << order[j]->objectName().toStdString();
     }
-    for (QWidget* const control : controls) {
-        const auto* const radio = qobject_cast<QRadioButton*>(control);
-        if (radio != nullptr && !radio->isChecked())
-            continue;
-        const bool isStop = control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) != 0 &&
-                            control->focusProxy() == nullptr;
-        EXPECT_EQ(std::count(order.begin(), order.end(), control), isStop ? 1 : 0)
-            << control->objectName().toStdString();
+    for (const QWidget* const control : controls) {
+        const auto* const radio = qobject_cast<const QRadioButton*>(control);
+        if (radio == nullptr || radio->isChecked()) {
+            EXPECT_EQ(std::count(order.begin(), order.end(), control),
+                      control->isEnabled() && IsTabStop(*control) ? 1 : 0)
+                << control->objectName().toStdString();
+        }
     }
 }
 
@@ -103,20 +106,16 @@ void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
 void ExpectSoundControls(QWidget& window, const std::string& sharedKeys) {
     const Widgets controls = VisibleControls(window);
     std::map<QString, int> keys;
-    bool takesFocus = false;
     for (QWidget* const control : controls) {
-        const bool isStop = (control->focusPolicy() & Qt::TabFocus) != 0 && control->focusProxy() == nullptr;
-        takesFocus = takesFocus || isStop;
-        if (!isStop && Caption(*control).isEmpty())
+        if (!IsTabStop(*control) && Caption(*control).isEmpty())
             continue;
-        EXPECT_FALSE(control->objectName().isEmpty()) << Caption(*control).toStdString();
-        EXPECT_FALSE(
-            QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name).trimmed().isEmpty())
-            << control->objectName().toStdString();
+        SCOPED_TRACE(control->objectName().toStdString() + ": " + Caption(*control).toStdString());
+        EXPECT_FALSE(control->objectName().isEmpty());
+        const QAccessibleInterface& accessible = *QAccessible::queryAccessibleInterface(control);
+        EXPECT_FALSE(accessible.text(QAccessible::Name).trimmed().isEmpty());
         const auto* const button = qobject_cast<QAbstractButton*>(control);
         if (button != nullptr && button->text().isEmpty()) {
-            EXPECT_FALSE(button->icon().isNull() || button->toolTip().isEmpty())
-                << control->objectName().toStdString();
+            EXPECT_FALSE(button->icon().isNull() || button->toolTip().isEmpty());
         }
         const QKeySequence key = QKeySequence::mnemonic(Caption(*control));
         if (!key.isEmpty())
@@ -126,7 +125,7 @@ void ExpectSoundControls(QWidget& window, const std::string& sharedKeys) {
     for (const auto& [key, count] : keys)
         shared += count > 1 ? key.toStdString() : "";
     EXPECT_EQ(shared, sharedKeys);
-    if (takesFocus)
+    if (std::any_of(controls.begin(), controls.end(), [](QWidget* control) { return IsTabStop(*control); }))
         ExpectTabOrder(window, controls);
 }
 

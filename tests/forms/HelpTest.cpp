@@ -1,8 +1,8 @@
-#include <QGroupBox>
 #include <QListWidget>
 #include <QMenu>
 #include <QTreeWidget>
 #include <set>
+#include <tuple>
 
 #include "app/QtMessageBoxes.h"
 #include "desktop/help/forms/HelpPageView.h"
@@ -22,14 +22,22 @@ protected:
         QTest::keyClick(focus != nullptr ? focus : &window, Qt::Key_F1);
         return help_.Requests.size() == 1 ? help_.Requests[0].What.Context : 0;
     }
-    void ExpectInDialog(const std::string& command, HelpContext context, const char* first = nullptr) {
-        InDialog([this, first, context](QWidget& dialog) {
-            if (first != nullptr)
-                dialog.findChild<QAbstractButton*>(QLatin1String(first))->click();
-            EXPECT_EQ(F1In(dialog), HelpNumber(context));
-            dialog.close();
-        });
-        Command(command);
+    /// Opens each dialog by its command and calls `check` with it and the number of its page.
+    void ForEachDialog(const std::function<void(QWidget&, unsigned)>& check) {
+        const std::tuple<const char*, const char*, HelpContext> dialogs[] = {
+            {"mnuOptions_Preferences", "", HelpContext::Preferences},
+            {"mnuEdit_Filter", "", HelpContext::ViewFilter},
+            {"mnuEdit_DropFilters", "", HelpContext::FilterManager},
+            {"mnuEdit_DropFilters", "cmdAdd", HelpContext::FilterEditor}};
+        for (const auto& [command, button, context] : dialogs) {
+            InDialog([&check, first = QLatin1String(button), page = HelpNumber(context)](QWidget& dialog) {
+                if (!first.isEmpty())
+                    dialog.findChild<QAbstractButton*>(first)->click();
+                check(dialog, page);
+                dialog.close();
+            });
+            Command(command);
+        }
     }
 };
 
@@ -41,10 +49,7 @@ TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
     EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::Tree));
     EXPECT_EQ(help_.Requests[0].What.Owner, Dialog().winId());
     ShowPage(0);
-    ExpectInDialog("mnuOptions_Preferences", HelpContext::Preferences);
-    ExpectInDialog("mnuEdit_Filter", HelpContext::ViewFilter);
-    ExpectInDialog("mnuEdit_DropFilters", HelpContext::FilterManager);
-    ExpectInDialog("mnuEdit_DropFilters", HelpContext::FilterEditor, "cmdAdd");
+    ForEachDialog([this](QWidget& dialog, unsigned page) { EXPECT_EQ(F1In(dialog), page); });
     ClickRow(List(0), 0);
     Command("mnuFile_ViewMsg");
     EXPECT_EQ(F1In(*Find("frmMessage")), HelpNumber(HelpContext::Details));
@@ -99,27 +104,16 @@ protected:
         ExpectExplained(window.windowTitle());
         for (const QObject* const object : window.findChildren<QObject*>()) {
             const bool isCount = object->objectName().startsWith(QStringLiteral("stbMain"));
-            const bool isText = qobject_cast<const QAction*>(object) != nullptr ||
-                                qobject_cast<const QAbstractButton*>(object) != nullptr ||
-                                qobject_cast<const QLabel*>(object) != nullptr;
+            const bool isText = object->inherits("QAction") || object->inherits("QAbstractButton") ||
+                                object->inherits("QLabel");
             if (isText && !isCount)
                 ExpectExplained(object->property("text").toString());
             if (object->objectName().startsWith(QStringLiteral("cmd")))
                 ExpectExplained(object->property("toolTip").toString());
-            if (qobject_cast<const QGroupBox*>(object) != nullptr)
+            if (object->inherits("QGroupBox"))
                 ExpectExplained(object->property("title").toString());
         }
     }
-    void ExpectDialogExplained(const std::string& command, const char* first = nullptr) {
-        InDialog([this, first](QWidget& dialog) {
-            if (first != nullptr)
-                dialog.findChild<QAbstractButton*>(QLatin1String(first))->click();
-            ExpectAllExplained(dialog);
-            dialog.close();
-        });
-        Command(command);
-    }
-
     QString helpText_;
     int captions_ = 0;
 };
@@ -135,10 +129,7 @@ TEST_F(HelpTextTest, TheHelpContainsEveryCaption) {
     ExpectAllExplained(Dialog());  // includes the detail window, which is its child
     Command("pause");
     ExpectAllExplained(Dialog());
-    ExpectDialogExplained("mnuOptions_Preferences");
-    ExpectDialogExplained("mnuEdit_DropFilters");
-    ExpectDialogExplained("mnuEdit_DropFilters", "cmdAdd");
-    ExpectDialogExplained("filter");
+    ForEachDialog([this](QWidget& dialog, unsigned /*page*/) { ExpectAllExplained(dialog); });
     for (const auto* const action : console_->PopUpMenu().actions())
         ExpectExplained(action->text());
     EXPECT_GT(captions_, 150);
@@ -161,10 +152,10 @@ protected:
         ASSERT_NE(window_, nullptr);
         AWAIT(window_->isActiveWindow());
     }
-    std::string Page() { return Find<HelpPageView>("txtPage")->ShownPage(); }
-    void ClickLink(const QString& link) {
-        emit Find<HelpPageView>("txtPage")->anchorClicked(
-            Find<HelpPageView>("txtPage")->source().resolved(QUrl(link)));
+    HelpPageView* View() { return Find<HelpPageView>("txtPage"); }
+    std::string Page() { return View()->ShownPage(); }
+    void ClickLink(const char* link) {
+        emit View()->anchorClicked(View()->source().resolved(QUrl(QLatin1String(link))));
     }
 
     OwnHelpViewer viewer_;
@@ -173,14 +164,12 @@ protected:
 
 TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     EXPECT_EQ(Page(), "main-window.html");
-    EXPECT_GT(Find<HelpPageView>("txtPage")->document()->size().height(), 500);
-    const std::pair<std::function<void()>, const char*> steps[] = {
-        {[this] { ClickLink(QStringLiteral("troubles.html#delete")); }, "troubles.html"},
-        {[this] { Press(Qt::Key_Left, Qt::AltModifier); }, "main-window.html"},
-        {[this] { Press(Qt::Key_Right, Qt::AltModifier); }, "troubles.html"},
-        {[this] { Press(Qt::Key_Home, Qt::AltModifier); }, "welcome.html"}};
-    for (const auto& [act, page] : steps) {
-        act();
+    EXPECT_GT(View()->document()->size().height(), 500);
+    ClickLink("troubles.html#delete");
+    for (const auto& [key, page] : {std::pair(Qt::Key_Left, "main-window.html"),
+                                    {Qt::Key_Right, "troubles.html"},
+                                    {Qt::Key_Home, "welcome.html"}}) {
+        Press(key, Qt::AltModifier);
         EXPECT_EQ(Page(), page);
     }
     auto* const contents = Find<QTreeWidget>("tvwContents");
@@ -189,7 +178,7 @@ TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     Press(Qt::Key_Down);
     EXPECT_EQ(Page(), "first-steps.html");
     for (const char* const elsewhere : {"http://example.org/", "file:///etc/passwd", "javascript:0"}) {
-        ClickLink(QString::fromLatin1(elsewhere));
+        ClickLink(elsewhere);
         EXPECT_EQ(Page(), "first-steps.html") << elsewhere;
     }
     Open(HelpNumber(HelpContext::Tree));
@@ -206,22 +195,21 @@ TEST_F(FrmHelpTest, FindsTextInAllPages) {
     Type("txtFind", QStringLiteral("sound.WAV"));
     auto* const found = Find<QListWidget>("lvwFound");
     ASSERT_EQ(found->count(), 4);
-    const auto place = [this] {
-        const QTextCursor cursor = Find<HelpPageView>("txtPage")->textCursor();
-        EXPECT_EQ(cursor.selectedText().toLower(), QStringLiteral("sound.wav"));
-        return std::pair(Page(), cursor.selectionStart());
-    };
     std::vector<std::pair<std::string, int>> places;
     std::set<std::string> pages;
-    for (int i = 0; i < 30; ++i) {
-        Press(Qt::Key_F3);
-        places.push_back(place());
+    const auto press = [&](Qt::KeyboardModifiers modifiers) {
+        Press(Qt::Key_F3, modifiers);
+        const QTextCursor cursor = View()->textCursor();
+        EXPECT_EQ(cursor.selectedText().toLower(), QStringLiteral("sound.wav"));
+        places.emplace_back(Page(), cursor.selectionStart());
         pages.insert(Page());
-    }
+    };
+    for (int i = 0; i < 30; ++i)
+        press(Qt::NoModifier);
     EXPECT_EQ(pages.size(), 4U);
-    for (std::size_t i = places.size() - 1; i-- > 0;) {
-        Press(Qt::Key_F3, Qt::ShiftModifier);
-        EXPECT_EQ(place(), places[i]) << i;
+    for (std::size_t i = 29; i-- > 0;) {
+        press(Qt::ShiftModifier);
+        EXPECT_EQ(places.back(), places[i]) << i;
     }
     const std::string last = Page();
     Type("txtFind", QStringLiteral("no such words"));
@@ -234,7 +222,7 @@ TEST_F(FrmHelpTest, CanBeUsedBesideAModalDialog) {
     QDialog dialog;
     InDialog([this](QWidget& modal) {
         QCoreApplication::processEvents();
-        ClickLink(QStringLiteral("tree.html"));
+        ClickLink("tree.html");
         auto* const contents = Find<QTreeWidget>("tvwContents");
         const QPoint first = contents->visualItemRect(contents->topLevelItem(0)).center();
         // Sent to the window: a modal dialog does not block events that are sent to a widget.
@@ -249,19 +237,16 @@ TEST_F(FrmHelpTest, CanBeUsedBesideAModalDialog) {
 }
 
 TEST_F(FrmHelpTest, LoadsNothingFromOtherFiles) {
-    auto* const page = Find<HelpPageView>("txtPage");
     const TemporaryFolder folder;
-    const std::string picture = folder / "outside.png";
-    QImage red(40, 40, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    ASSERT_TRUE(red.save(QString::fromStdString(picture)));
-    for (const std::string& name : {picture, "file://" + picture, "../../../" + picture}) {
+    const QString picture = QString::fromStdString(folder / "outside.png");
+    ASSERT_TRUE(QImage(40, 40, QImage::Format_RGB32).save(picture));
+    for (const char* const before : {"", "file://", "../../../"}) {
         const QVariant taken =
-            page->document()->resource(QTextDocument::ImageResource, QUrl(QString::fromStdString(name)));
-        EXPECT_EQ(taken.value<QImage>().size(), QSize(1, 1)) << name;
+            View()->document()->resource(QTextDocument::ImageResource, QUrl(QLatin1String(before) + picture));
+        EXPECT_EQ(taken.value<QImage>().size(), QSize(1, 1)) << before;
     }
-    const QVariant text = page->document()->resource(QTextDocument::StyleSheetResource,
-                                                     QUrl(QStringLiteral("file:///etc/hostname")));
+    const QVariant text = View()->document()->resource(QTextDocument::StyleSheetResource,
+                                                       QUrl(QStringLiteral("file:///etc/hostname")));
     EXPECT_EQ(text.toString(), QString());
 }
 

@@ -40,7 +40,6 @@ TEST_F(TrayIconTest, TheMenuIsCompleteAndItsCheckMarkFollowsTheSound) {
     EXPECT_TRUE(Item(1).isChecked());
     Item(1).trigger();
     EXPECT_FALSE(Item(1).isChecked());
-    EXPECT_NE(SettingsText().find("SoundOn=0"), std::string::npos) << SettingsText();
     InDialog([](QWidget& preferences) {
         auto* const sound = preferences.findChild<QCheckBox*>(QStringLiteral("chkSound"));
         EXPECT_FALSE(sound->isChecked());
@@ -51,9 +50,6 @@ TEST_F(TrayIconTest, TheMenuIsCompleteAndItsCheckMarkFollowsTheSound) {
     EXPECT_TRUE(Item(1).isChecked());
     InDialog<frmStartup>([](frmStartup& about) { about.close(); });
     Item(3).trigger();
-    Item(4).trigger();
-    ASSERT_EQ(help_.Requests.size(), 1U);
-    EXPECT_EQ(help_.Requests[0].What.Context, HelpNumber(HelpContext::Contents));
     EXPECT_EQ(area_.TakeCalls(), "") << "none of this changes the icon";
 }
 
@@ -64,7 +60,7 @@ TEST_F(TrayIconTest, TheWindowHidesTheIconFlashesAndTheWindowReturnsAsItWas) {
     List(0)->selectAll();
     Command("mnuFile_ViewMsg");
     auto* const details = Find("frmMessage");
-    for (const char* const place : {"maximised", "normal"}) {
+    for (const std::string place : {"maximised", "normal"}) {
         if (Place() != place)
             Window().showNormal();
         const QRect geometry = Window().geometry();
@@ -73,8 +69,7 @@ TEST_F(TrayIconTest, TheWindowHidesTheIconFlashesAndTheWindowReturnsAsItWas) {
         EXPECT_EQ(Place(), "hidden");
         EXPECT_FALSE(details->isVisible()) << "it hides with its main window";
         EXPECT_EQ(area_.TakeCalls(), "add 0");
-        EXPECT_FALSE(Timer("timFlash").isActive());
-        if (place == std::string("normal"))
+        if (place == "normal")
             Send(Datagram("new", "Error", "pc"));
         else
             Arrive("new", "Error");
@@ -145,7 +140,8 @@ TEST_F(TrayIconTest, ADialogKeepsTheWindowOnTheTaskBarAndTheMenuWorks) {
 
     InDialog([this](QWidget& /*preferences*/) {
         Item(4).trigger();
-        EXPECT_EQ(help_.Requests.size(), 1U) << "help does not wait for the dialog";
+        ASSERT_EQ(help_.Requests.size(), 1U) << "help does not wait for the dialog";
+        EXPECT_EQ(help_.Requests[0].What.Context, HelpNumber(HelpContext::Contents));
         area_.TakeCalls();
         Item(6).trigger();
         EXPECT_FALSE(console_->HasEnded()) << "not before the dialog has closed";

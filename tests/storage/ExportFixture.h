@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "storage/MessageExport.h"
-#include "tests/support/FakeSaveDialog.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/MessagesInMemory.h"
 #include "tests/support/Notifications.h"

@@ -16,7 +16,7 @@
 
 namespace tallyhorn {
 
-/// Message boxes that are answered at once and remembered.
+/// Records the texts of message boxes and answers at once.
 class FakeMessageBoxes final : public MessageBoxes {
 public:
     void Inform(std::string_view text) override { Shown.emplace_back(text); }
@@ -27,11 +27,8 @@ public:
             WhileAsked();
         return Answer;
     }
-
     bool Retry(std::string_view text) override {
-        Shown.emplace_back(text);
-        if (WhileAsked)
-            WhileAsked();
+        Confirm(text);
         return RetriesLeft-- > 0;
     }
 
@@ -41,7 +38,7 @@ public:
     std::vector<std::string> Shown;
 };
 
-/// Runs what a test wants to happen in the middle of work.
+/// Calls `Event` in place of the pending events.
 class FakePendingEvents final : public PendingEvents {
 public:
     void Run() override {
@@ -89,10 +86,10 @@ public:
     std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< done of total
     bool Resuming = false;
     bool PauseShown = false;
-    std::optional<bool> FilterShown;  ///< nothing until it is told
+    std::optional<bool> FilterShown;  ///< empty until the first call
 };
 
-/// A view filter that passes one computer's alarms alone, once it is in force.
+/// While it is active, passes only the alarms of one computer.
 class FakeViewFilter final : public ViewFilterState {
 public:
     bool InForce() const override { return Active; }

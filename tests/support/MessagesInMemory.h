@@ -10,12 +10,12 @@
 
 namespace tallyhorn {
 
-/// A console's messages with a window, a user and events that a test governs.
+/// The messages of a console with a fake window, fake message boxes and a clock of type ClockType.
 template <typename ClockType>
 struct MessagesOver {
-    /// As a notification that comes by syslog and passes its filters.
+    /// Keeps the record of a syslog notification; `shown` is false if the view filter hides it.
     void KeepSyslog(AlarmRecord record, bool shown = true) { Received.KeepSyslogMessage(record, shown); }
-    /// As a notification that comes by mailslot and passes its filters, or is hidden by the view filter.
+    /// Keeps the text of a mailslot notification; `shown` is false if the view filter hides it.
     Slot KeepNetBios(const std::string& text, bool shown = true) {
         ParseCurrentAlarm(text, Alarm);
         return Received.KeepNetBiosMessage(text, Alarm, shown);

@@ -14,7 +14,7 @@
 
 namespace tallyhorn {
 
-/// A console that holds what the preferences set in it.
+/// Records what the preferences set in the console.
 class FakePreferencesHost final : public PreferencesHost {
 public:
     explicit FakePreferencesHost(PrivateProfile& profile) : profile_(profile) {}
@@ -43,7 +43,7 @@ private:
     PrivateProfile& profile_;
 };
 
-/// What a Preferences object works on, with its own settings file.
+/// The parts that a Preferences object works on, with a settings file in a temporary folder.
 struct PreferencesParts {
     PreferencesParts() { Profile.SetINIFileName(Path); }
 

@@ -13,7 +13,7 @@
 
 namespace tallyhorn {
 
-/// Both channels over a mailslot and a port in memory, which are listened to, with filters of their own.
+/// Both channels, which read a mailslot and a UDP port in memory, with suppression filters and a view filter.
 template <typename ClockType>
 struct ReceptionOver : MessagesOver<ClockType> {
     static constexpr std::uint16_t Port = 5514;

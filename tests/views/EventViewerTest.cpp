@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/support/FakePrograms.h"
+#include "tests/support/FakeDesktop.h"
 #include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
 #include "views/EventViewer.h"

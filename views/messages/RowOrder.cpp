@@ -182,7 +182,7 @@ std::vector<RowId> RowOrder::RemoveSelected() {
     for (Block& block : blocks_) {
         if (block.Selected != 0)
             RemoveFrom(
-                block, [&block](std::size_t offset) { return IsSelected(block.Entries[offset]); }, ids);
+                block, [](std::size_t, const RowEntry& entry) { return IsSelected(entry); }, ids);
     }
     JoinSmallBlocks();
     return ids;
@@ -195,7 +195,7 @@ std::vector<RowId> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
     for (Block& block : blocks_) {
         const std::size_t end = start + block.Entries.size();
         if (ids.size() < positions.size() && positions[ids.size()] < end) {
-            const auto goes = [&](std::size_t offset) {
+            const auto goes = [&](std::size_t offset, const RowEntry&) {
                 return ids.size() < positions.size() && positions[ids.size()] == start + offset;
             };
             RemoveFrom(block, goes, ids);
@@ -208,19 +208,22 @@ std::vector<RowId> RowOrder::RemoveAt(std::span<const std::size_t> positions) {
 
 template <typename Goes>
 void RowOrder::RemoveFrom(Block& block, Goes goes, std::vector<RowId>& removed) {
-    std::size_t kept = 0;
-    for (std::size_t offset = 0; offset < block.Entries.size(); ++offset) {
-        const RowEntry entry = block.Entries[offset];
-        if (!goes(offset)) {
-            block.Entries[kept++] = entry;
-            continue;
+    const std::size_t size = block.Entries.size();
+    auto kept = block.Entries.begin();
+    std::uint32_t selected = 0;
+    for (std::size_t offset = 0; offset < size; ++offset) {
+        const RowEntry& entry = block.Entries[offset];
+        if (goes(offset, entry)) {
+            removed.push_back(IdOf(entry));
+            selected += entry.Selected;
+        } else {
+            *kept++ = entry;
         }
-        removed.push_back(IdOf(entry));
-        block.Selected -= entry.Selected;
-        selectedCount_ -= entry.Selected;
     }
-    size_ -= block.Entries.size() - kept;
-    block.Entries.resize(kept);
+    block.Entries.erase(kept, block.Entries.end());
+    block.Selected -= selected;
+    selectedCount_ -= selected;
+    size_ -= size - block.Entries.size();
 }
 
 std::vector<RowEntry> RowOrder::Entries() const {

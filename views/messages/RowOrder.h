@@ -104,8 +104,8 @@ private:
     Place Partition(SortsBefore sortsBefore) const;
     std::size_t Position(Place place) const;
     void SplitBlock(std::size_t block);
-    /// Removes from the block the entries for which `goes`, called with each entry's offset, returns true,
-    /// and adds their ids to `removed`.
+    /// Removes from the block the entries for which `goes`, called with the offset and the entry, returns
+    /// true, and adds their ids to `removed`.
     template <typename Goes>
     void RemoveFrom(Block& block, Goes goes, std::vector<RowId>& removed);
     void JoinSmallBlocks();

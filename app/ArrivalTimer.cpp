@@ -6,8 +6,8 @@
 namespace tallyhorn {
 namespace {
 
-/// The time from one batch to the next, in milliseconds, unless the batch left datagrams over.  It is longer
-/// in a storm, when showing the rows takes as long as all the rest and nobody can read every line.
+/// The time from one batch to the next, in milliseconds, unless the batch left datagrams unhandled.  It is
+/// longer in a storm: showing the rows then takes as long as all other work, and nobody can read every row.
 constexpr int ArrivalInterval = 40;
 constexpr int StormInterval = 80;
 constexpr std::uint64_t StormSize = 1000;  ///< datagrams in a batch

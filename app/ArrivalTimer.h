@@ -12,7 +12,7 @@ class QTimer;
 namespace tallyhorn {
 
 /// Decides when waiting datagrams are handled: at once, or up to 80 ms after the previous batch, because
-/// showing a batch costs more than handling it.  What it is given outlives it.
+/// showing a batch costs more than handling it.  The referenced objects must outlive the timer.
 class ArrivalTimer final : public QObject {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ std::string WhyUnreadable(const std::filesystem::path& folder) {
         return "the folder " + name + " does not exist";
     if (!std::filesystem::is_directory(folder, error))
         return name + " is not a folder";
-    // With "/." because a folder may be listed although its files cannot be reached.
+    // "/." makes this fail if the user may list the folder but not access the files in it.
     const std::filesystem::directory_iterator first(folder / ".", error);
     return error ? "the folder " + name + " cannot be read: " + error.message() : "";
 }

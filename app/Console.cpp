@@ -76,7 +76,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
-    // Set before Start, whose message boxes offer help too.
+    // The help file must be known before Start, because the message boxes of Start offer help.
     help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
 }
 
@@ -170,8 +170,8 @@ void Console::AskAboutPort() {
             return;
         }
         const bool accepted = AskPreferences();
-        // The port may be free by now.  After Cancel it is tried just this once, and the console runs without
-        // syslog.
+        // The port may be free by now.  If the user cancelled the preferences, this is the last attempt; if
+        // it fails, the console runs without syslog.
         if (portFailed_ && !HasEnded())
             InitializeWinsock();
         if (!accepted)
@@ -290,7 +290,7 @@ void Console::StartFlash() {
         QApplication::alert(window_.get());
 }
 
-/// Does nothing inside other work, which lets events run itself as it goes on.
+/// Does nothing inside other work, because that work runs pending events itself.
 void Console::LetEventsRun() {
     if (!window_->Commands().IsAtWork())
         Run();

@@ -112,7 +112,8 @@ int TellAndQuit(const CommandLine& line, int argc, char** argv) {
     return refused ? BadUsage : EXIT_SUCCESS;
 }
 
-/// Reports why on the screen too, for a user who started the console from a menu.
+/// Prints `why` to standard error and shows it in a message box, because a user who started the console from
+/// a menu does not see standard error.  Returns the exit status.
 int RefuseToRun(QApplication& application, TerminationSignals& termination, const std::string& why) {
     std::cerr << "tallyhorn-console: " << why << '\n';
     termination.Start([&] {

@@ -5,7 +5,8 @@
 
 namespace tallyhorn {
 
-/// What the preferences change in the running console, apart from the settings file.
+/// The port through which the preferences dialog changes the running console.  The settings file is changed
+/// separately.
 class PreferencesHost {
 public:
     virtual ~PreferencesHost() = default;
@@ -18,7 +19,7 @@ public:
 
     /// `seperator` is the text as typed; it may be empty.
     virtual void SetSeperator(std::string_view seperator) = 0;
-    /// Sets the flag and the check mark at "&Sound" in the notification area's menu.
+    /// Switches the alert sound on or off, and sets the check mark at "&Sound" in the notification-area menu.
     virtual void SetSoundOn(bool on) = 0;
     /// 0: month first, 1: day first.
     virtual void SetDateTime(std::int32_t order) = 0;

@@ -20,7 +20,7 @@ struct Settings {
     std::int32_t CPHeight = 0;
     std::array<std::int32_t, 5> ColumnWidths{};
     bool SoundOn = false;
-    /// Which tabs of the main window are shown: bit 0 stands for the leftmost.
+    /// The tabs of the main window that are shown, one bit for each; bit 0 is the leftmost tab.
     std::int32_t MessageViews = 0;
 
     bool operator==(const Settings&) const = default;

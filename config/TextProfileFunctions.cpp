@@ -27,7 +27,8 @@ std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) 
     return static_cast<std::uint32_t>(count);
 }
 
-/// A list ends in two NULs, so a buffer of one byte holds only an empty text.
+/// Copies as much of the list as fits, followed by two NULs.  A buffer of one byte has room for one NUL only
+/// and gets an empty text.
 std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) {
     if (buffer == nullptr || size < 2)
         return CopyText({}, buffer, size);

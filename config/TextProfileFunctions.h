@@ -9,8 +9,8 @@ namespace tallyhorn {
 /// The profile functions over plain files, for a system that has none.  Keeps nothing between calls.  A write
 /// replaces the file in one step: another program that reads it sees the old content or the new one.
 ///
-/// Files are ANSI text of at most `MaximumFileSize` bytes.  From a larger file, or an existing one that
-/// cannot be read, the functions read the defaults; they refuse to write to it, because its content would be
+/// Files are ANSI text of at most `MaximumFileSize` bytes.  If a file is larger, or exists but cannot be
+/// read, the functions return the defaults and refuse to write to the file, because its content would be
 /// lost.
 class TextProfileFunctions : public ProfileFunctions {
 public:

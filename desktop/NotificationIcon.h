@@ -6,8 +6,8 @@
 
 namespace tallyhorn {
 
-/// The console's icon in the notification area: decides which picture it shows.  Its owner has the timer that
-/// makes it flash.
+/// Decides which picture the console's icon in the notification area shows.  The owner of this object has the
+/// timer that makes the icon flash.
 class NotificationIcon {
 public:
     /// `enableTimer` starts and stops the timer.  It is called only on changes: to restart a running timer at

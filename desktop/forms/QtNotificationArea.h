@@ -52,7 +52,7 @@ private:
     std::optional<std::uint32_t> area_;  ///< the one for which the icon was made
     QPointer<QWindow> window_;           ///< the icon's window, if it belongs to this process
     bool added_ = false;
-    bool pressed_ = false;  ///< whether the right button is down, since a press on the icon
+    bool pressed_ = false;  ///< whether the right button was pressed on the icon and is still down
 };
 
 }  // namespace tallyhorn

@@ -38,8 +38,8 @@ void WindowHiding::Minimized() {
         Hide();
 }
 
-/// Goes by the transient parent instead of the parent widget, because the help window is no child of the main
-/// window.
+/// Returns whether `other` is visible and belongs to the main window.  Checks the transient parent instead of
+/// the parent widget, because the help window is not a child widget of the main window.
 bool WindowHiding::BelongsToIt(const QWidget& other) const {
     if (!other.isVisible() || other.windowType() == Qt::Popup || other.windowType() == Qt::ToolTip)
         return false;

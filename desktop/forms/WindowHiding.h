@@ -18,7 +18,7 @@ class WindowHiding final : public QObject {
 public:
     WindowHiding(QWidget& window, frmTrayIcon& tray);
 
-    /// Shows the window in front of all others, on the screen where it was.
+    /// Shows the window in front of all others, on the screen on which it was last shown.
     void Show(bool maximized);
     /// Restores a hidden window to its earlier state without giving it the focus.
     void Uncover();

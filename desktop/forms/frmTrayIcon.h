@@ -29,7 +29,7 @@ public:
     void ShowServerWindow() { host_.ShowMainWindow(false); }
     void StartFlash() { icon_.StartFlash(); }
     void StopFlash() { icon_.StopFlash(); }
-    /// Removes the icon for good.  Menu items and clicks have no effect afterwards.
+    /// Removes the icon permanently.  Menu items and clicks have no effect afterwards.
     void Unload();
 
     /// To be called when the main window has been minimised.  Adds the icon and returns whether an area shows

@@ -36,9 +36,9 @@ public:
 
     QToolBar* ToolBar() const { return tbrMain; }
     void ShowPause(bool paused);
-    /// While a filter is in force, the button is pressed and button and menu item offer to remove it.
-    /// Afterwards the menu item says "Alarms", where it said "Messages" at the start (compatibility: both
-    /// captions are as users know them).
+    /// While a filter is in force, shows the button pressed, and "Remove Filter" on button and menu item.
+    /// Compatibility: the menu item is "Apply a Filter to Received Messages" until the first call, and
+    /// "Apply a Filter to Received Alarms" whenever a filter has been removed.
     void ShowFilter(bool inForce);
 
 private:

@@ -18,10 +18,10 @@ class CommandQueue final : public QObject {
 public:
     using Command = std::function<void()>;
 
-    /// What a command is while it runs.  Other commands wait for both.
+    /// The gate's state while a command runs.  Other commands wait for the end of either state.
     enum class Kind { Work, Dialog };
 
-    /// The gate outlives the queue, which is the only one to be called when a guard is released.
+    /// `gate` must outlive the queue.  The queue sets itself as the gate's only handler of WhenReleased.
     explicit CommandQueue(Gate& gate);
     ~CommandQueue() override { gate_.WhenReleased(nullptr); }
 

@@ -23,7 +23,7 @@ namespace tallyhorn {
 /// than drawing it, and most cells are drawn again at the next repaint.
 class MessageRowPainter {
 public:
-    /// All outlive the painter; `header` says where the columns are.
+    /// The arguments must outlive the painter.  `header` determines the columns' positions and widths.
     MessageRowPainter(const QWidget& view, const QHeaderView& header, const MessageList& list);
 
     /// Reads colours and sizes from the view; called before the rows of each repaint.

@@ -150,7 +150,7 @@ void frmServer::Do(ServerCommand command) {
     // A command that waits already is not queued twice, except Pause, which is a toggle.
     const std::optional<int> key =
         command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
-    // Taken now: while the command waits, the user may go on to another view.
+    // The view is read now, because the user may change to another one while the command waits.
     const ViewNumber view = parts_->Context.Received.ActiveView;
     queue_.Run([this, command, view] { Execute(command, view); },
                opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
@@ -248,7 +248,7 @@ void frmServer::ShowPage(MessagePage page, bool shown) {
 // ---- closing
 
 void frmServer::DismissQuestions() {
-    // Stops at a dialog that stays open although its close() succeeded.
+    // The loop ends at a dialog that is still open after close() returned true.
     const QWidget* asked = nullptr;
     QWidget* modal = QApplication::activeModalWidget();
     while (modal != nullptr && modal != asked && modal->close()) {

@@ -56,7 +56,7 @@ public:
 
 private:
     ItemHosts hosts_;
-    std::optional<bool> items_;  ///< whether Qt has chosen status notifier items; nothing before the choice
+    std::optional<bool> items_;  ///< whether Qt uses status notifier items; empty before Decide
 };
 
 }  // namespace

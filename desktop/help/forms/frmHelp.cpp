@@ -219,8 +219,8 @@ bool frmHelp::FindInPage(bool onward) {
            txtPage->find(text, onward ? QTextDocument::FindFlags() : QTextDocument::FindBackward);
 }
 
-/// Goes to the next place in the page, then to the next page that contains the text, and from the last page
-/// to the first.
+/// Selects the next occurrence of the text in the page.  If there is none, shows the next page that contains
+/// the text; the first page follows the last.  Searches backwards if not `onward`.
 void frmHelp::Find(bool onward) {
     if (FindInPage(onward) || foundPages_.empty())
         return;

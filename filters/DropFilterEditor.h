@@ -32,17 +32,17 @@ public:
         std::int32_t RecordNumber = 0;
     };
     enum class Order { ByRecord, Ascending, Descending };
-    /// The outcome of OK, which decides where the form sets the focus.
+    /// The outcome of Save: the filter was saved, or the field for which it was refused.
     enum class Answer { Saved, NoName, NameInUse, NameTooLong, NoEventID };
 
     DropFilterEditor(SuppressionFilters& filters, MessageBoxes& boxes) : filters_(filters), boxes_(boxes) {}
 
-    /// The observer is told before and after every change of the entries; nullptr removes it.
+    /// Sets the observer, which is called before and after every change of the entries; nullptr removes it.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     void InitForm() { mode_ = DialogMode::Plain; }
     void InitFormAsManager();
-    /// Returns the fields that it proposes for this notification.
+    /// Changes to the mode Adding.  Returns the proposed fields of a filter for this notification.
     FilterFields InitFormAsQuickAdd(const AlarmRecord& alarm);
 
     DialogMode Mode() const { return mode_; }

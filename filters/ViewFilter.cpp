@@ -41,7 +41,7 @@ public:
 private:
     const MessageRows& rows_;
     std::array<std::optional<TextId>, ViewFilter::CriterionCount> texts_;
-    bool nothingMatches_ = false;  ///< a criterion that is in no row of the channel
+    bool nothingMatches_ = false;  ///< whether a criterion's text occurs in no row, so that no row matches
 };
 
 /// Calls work(first, count) for consecutive groups of at most `size` of the indices 0 to `total` - 1.
@@ -126,7 +126,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     inForce_ = true;
     context_.Received.UpdateListViewStatus();
     context_.Display.ShowFilterCommand(true);
-    // Lets the tree view take in the new leaves before arrivals add to them.
+    // Runs pending events, so that the tree view shows the new leaves before arrivals add more.
     context_.Slices.RunNow();
 }
 
@@ -202,7 +202,7 @@ void ViewFilter::RemoveViewFilter() {
     ShowAllViews(true);
     inForce_ = false;
     context_.Received.UpdateListViewStatus();
-    // Lets the views take in the rows before arrivals add to them.
+    // Runs pending events, so that the views show the rows before arrivals add more.
     context_.Slices.RunNow();
 }
 

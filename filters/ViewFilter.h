@@ -41,9 +41,9 @@ public:
     void ToggleViewFilter(const std::function<void()>& showDialog);
 
     bool InForce() const override { return inForce_; }
-    /// Whether to show an arrival: it has the chosen texts apart from case, or no filter is in force.
-    /// compatibility: a chosen text that is empty accepts all texts, and arrivals of both channels are
-    /// tested, although Apply changes the lists of one.
+    /// Returns whether to show an arrival: no filter is in force, or its texts equal the chosen ones
+    /// regardless of case. compatibility: a chosen text that is empty accepts all texts, and arrivals of both
+    /// channels are tested, although Apply changes the lists of one.
     bool PassesViewFilter(const AlarmRecord& alarm) const override;
 
 private:

@@ -28,7 +28,7 @@ AlarmRecord FixedAlarm() {
     return alarm;
 }
 
-/// The reference: the rules for one filter, test by test.
+/// The reference implementation: returns whether the filter matches, one test after the other.
 bool MatchesByTheRules(const SuppressionFilter& filter, const AlarmRecord& alarm) {
     bool verdict = false;
     const std::string_view texts[][2] = {{filter.Source.View(), alarm.Source},

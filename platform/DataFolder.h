@@ -13,7 +13,8 @@ namespace tallyhorn {
 // (settings, filters, backups).  They are the same folder if the user may write to the program folder.
 
 /// Returns the data folder: `program`, the program folder, if the user may create files there, otherwise a
-/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder does.
+/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder returns
+/// one.
 std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 
 /// Creates the folder and its missing parents with access for this user only.  Fails too if the folder exists

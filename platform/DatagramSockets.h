@@ -77,9 +77,9 @@ public:
     /// The receiver calls `wake` from its pump thread when datagrams are waiting, possibly before Listen
     /// returns and never after Stop has returned.  After that call it does not call again until the reader
     /// has found nothing waiting (Next returned nothing or HasWaiting false), so at most one wake is pending,
-    /// however many datagrams arrive.  A reader that leaves datagrams waiting must therefore come back
-    /// without a wake.  The reader may also read without having been woken; a later wake may then find
-    /// nothing.  `wake` must not throw.
+    /// however many datagrams arrive.  A reader that leaves datagrams waiting must therefore read again
+    /// later without another wake.  The reader may also read without having been woken; a later wake may
+    /// then find nothing.  `wake` must not throw.
     virtual std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) = 0;
     /// Connects to `port` of `host`, a name or an address.  Returns null if the host is unknown or
     /// unreachable.

@@ -34,8 +34,8 @@ struct PartialText {
 ///     store.Collect(take);            // take("*7-0-2-one two")
 ///     store.Add("*7-2-2-three", now); // begins another text 7, which stays incomplete
 ///
-/// Had the third part arrived before Collect, three parts would have been one too many, and no text would
-/// come out.
+/// If the third part arrives before Collect, the entry has three parts instead of two, and Collect passes no
+/// text.
 class FragmentStore {
 public:
     FragmentStore();

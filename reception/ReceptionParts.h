@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// What both channels work with. All of it outlives them.
+/// The objects that both channels use.  They must outlive the channels.
 struct ReceptionParts : MessageContext {
     SuppressionFilters& Filters;
     const ViewFilterState& ViewFilter;

@@ -110,8 +110,8 @@ bool SyslogEndpoint::HandleForASlice() {
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
     if (queue_.Count() == 0)
         return;
-    // The end of a hold or batch starts nothing.  The wake makes the caller call DataArrival again and again
-    // for as long as that returns Later.
+    // The end of a hold or a batch does not call this function again.  So ask for a call of DataArrival,
+    // which is repeated as long as it returns Later.
     if (TheGate().Decide(Gate::Request::Datagrams) == Gate::Answer::Later) {
         wake_();
         return;

@@ -14,7 +14,7 @@ void SyslogQueue::Add(std::string_view text) {
         ++lost_;
 }
 
-/// Removes the text at the position even if there is no room for the new one.
+/// Replaces the text at `position`.  If the limit leaves no room for the new text, both texts are lost.
 void SyslogQueue::Put(std::size_t position, std::string_view text) {
     if (texts_.size() < position)
         texts_.resize(position);

@@ -78,8 +78,8 @@ bool cvbMailslot::SendMessage(std::string_view message) {
 }
 
 void cvbMailslot::SendInParts(std::string_view message) const {
-    // Compatibility: rounded to the nearest, so that the last part may be long or empty.  A part's odd length
-    // leaves no halves.
+    // Compatibility: the quotient is rounded to the nearest integer.  If it is rounded up, the last part is
+    // empty.  No quotient ends in exactly one half, because PartLength is odd.
     const std::size_t last = (message.size() + PartLength / 2) / PartLength;
     for (std::size_t index = 0; index <= last; ++index) {
         std::string datagram = '*' + std::to_string(messageCounter_) + '-' + std::to_string(index) + '-' +

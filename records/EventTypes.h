@@ -10,8 +10,8 @@ namespace tallyhorn {
 // The types of event that a notification may name, and what each of them means in the views. Pure functions,
 // safe in any thread.
 
-/// What a notification's free type text names. A message's type is determined once, when its row is added;
-/// the views, the tree and the filters compare this value instead of the text.
+/// The type of event that the text `AlarmRecord::TypeOfEvent` names.  A message's type is determined once,
+/// when its row is added; the views, the tree and the filters compare this value instead of the text.
 enum class EventType : std::uint8_t {
     Information,
     Warning,
@@ -50,7 +50,7 @@ std::string_view EventTypeKey(EventType type);
 std::string_view EventTypeName(EventType type);
 
 /// Returns "Failure Audit" for "FAILUREAUDIT" and so on, and any other text unchanged. Blanks count here,
-/// unlike in EventTypeOf: "failure audit" comes back as it is.
+/// unlike in EventTypeOf: "failure audit" is returned unchanged.
 std::string EventTypeDisplayName(std::string_view type);
 /// Replaces `type` by its EventTypeDisplayName.
 void ShowEventType(std::string& type);

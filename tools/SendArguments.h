@@ -12,7 +12,7 @@ namespace tallyhorn {
 
 enum class SendMode { Text, File, Demo, Raw, Help, Version };
 
-/// Where syslog datagrams go.
+/// The destination of syslog datagrams.
 struct SyslogTarget {
     std::string Host;
     std::int32_t Port = 0;
@@ -23,11 +23,12 @@ struct SyslogTarget {
 struct SendArguments {
     SendMode Mode = SendMode::Text;
     std::string Mailslot{EngineMailslotName};
-    std::string MailslotFolder;                ///< empty for the user's own folder
-    std::optional<SyslogTarget> Syslog;        ///< if set, used instead of the mailslot
-    std::string File;                          ///< "-" for standard input
-    std::vector<std::string> Texts;            ///< the text, or the datagrams of --raw, in UTF-8
-    std::optional<std::uint64_t> Count, Rate;  ///< of a demo; empty for endless and for as fast as possible
+    std::string MailslotFolder;          ///< empty for the user's own folder
+    std::optional<SyslogTarget> Syslog;  ///< if set, used instead of the mailslot
+    std::string File;                    ///< "-" for standard input
+    std::vector<std::string> Texts;      ///< the text, or the datagrams of --raw, in UTF-8
+    /// The number of texts of a demo, and texts per second.  Empty: without end; as fast as possible.
+    std::optional<std::uint64_t> Count, Rate;
     std::uint64_t Seed = 1;
     bool Number = false;  ///< append a number to each text of a syslog demo
 };

@@ -49,8 +49,8 @@ std::string FindProgram(const std::string& program, const std::string& folders) 
     return length < found.size() ? std::string(found.data(), length) : std::string();
 }
 
-/// Appends one argument in quotes, as programs split their command line: backslashes are special only before
-/// a quote, where they must be doubled.
+/// Appends one argument in quotes, so that programs which split their command line by the rules of Windows
+/// read it unchanged: backslashes are special, and must be doubled, only before a quote.
 void AppendQuoted(std::string& line, std::string_view word) {
     line += '"';
     std::size_t backslashes = 0;

@@ -71,7 +71,7 @@ private:
     ReceivedMessages& received_;
     ViewNumber view_ = 0;
     Slot slot_ = -1;
-    std::size_t place_ = 0;  ///< from 0, in the list or among the leaves of its computer
+    std::size_t place_ = 0;  ///< the index of the message in its list, or among the leaves of its computer
     std::string text_;
     Group group_;
 };

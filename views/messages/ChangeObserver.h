@@ -2,9 +2,9 @@
 
 namespace tallyhorn {
 
-/// Is called around every change of a list or the tree that removes, empties or reorders something.  It is
-/// not called for an addition: storms add tens of thousands a second, and a view asks for what is new when it
-/// is about to show it.
+/// Receives a call before and after every change that removes or reorders entries of a list or the tree.  It
+/// is not called for additions: storms add tens of thousands of entries a second, and a view asks for new
+/// ones when it is about to show them.
 class ChangeObserver {
 public:
     virtual ~ChangeObserver() = default;

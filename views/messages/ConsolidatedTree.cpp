@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t AlarmText = 0;
 constexpr std::size_t ComputerText = 3;
 
-/// Where each type stands in the alphabetical order of the types' names.
+/// The position of each type in the alphabetical order of the types' names.
 constexpr std::array<std::uint64_t, KnownTypeCount> TypeRanks = {2, 4, 0, 1, 3};
 
 }  // namespace
@@ -88,7 +88,8 @@ GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     return group;
 }
 
-/// Returns 0 if another group has the key.
+/// Adds a group without leaves and returns its number; adds nothing and returns 0 if another group has its
+/// key.
 GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType type) {
     TreeGroup group;
     group.Parent = parent;

@@ -79,7 +79,8 @@ public:
     /// on.
     bool TogglePause();
     /// Returns whether datagrams are to be queued: during a pause, and while others are being handled.
-    /// Compatibility: the end of a batch ends a pause that began inside it, which the tool bar still shows.
+    /// Compatibility: the end of a batch also ends a pause that began during the batch, but the tool bar goes
+    /// on showing that pause.
     bool ProcessingPaused() const { return Is(State::Pause) || Is(State::Batch); }
     bool SyslogDeleteInProgress() const { return Is(State::Hold); }
 

@@ -48,7 +48,7 @@ public:
     /// The view that the user touched last.
     ViewNumber ActiveView = 0;
 
-    /// Returns what decides whether arrivals may come in now.
+    /// Returns the gate, which decides whether arrivals may be handled now.
     tallyhorn::Gate& Gate() const { return gate_; }
 
     MessageChannel& In(Channel channel);

@@ -11,11 +11,10 @@
 
 namespace tallyhorn {
 
-/// What an entry stands for: a message's slot in a list or among leaves, a group's number among groups.
+/// Identifies an entry: a message's slot in a list or among leaves, a group's number among groups.
 using RowId = std::int32_t;
 
-/// One row of a list or one child of a group: what it sorts by, what it stands for, and whether the user has
-/// selected it.
+/// One row of a list or one child of a group: its sort keys, its id, and whether the user has selected it.
 struct RowEntry {
     std::uint64_t Key = 0;  ///< compared first, unless the rule says TextFirst
     TextId Text = 0;        ///< compared if the rule has Texts

@@ -16,7 +16,7 @@
 
 namespace tallyhorn {
 
-/// What a group stands for: the text of an alarm or computer, or the number of an event type.
+/// Identifies a group among its parent's children: the TextId of an alarm or computer, or an EventType.
 using GroupLabel = std::uint32_t;
 
 /// What the tree keeps of one group.
@@ -37,8 +37,8 @@ struct TreeGroup {
     RowOrder Children;
 };
 
-/// Owns the groups of the consolidated tree and finds them by what they stand for.  Numbers of removed groups
-/// are reused.
+/// Owns the groups of the consolidated tree and finds them by their labels.  Numbers of removed groups are
+/// reused.
 class TreeGroups {
 public:
     TreeGroups() { Clear(); }
@@ -88,7 +88,7 @@ private:
 };
 
 /// Returns the group's name and its count, such as "Disk full ( 1 Event )" or "Warning ( 12 Events )".
-/// `texts` are those of the rows.
+/// `texts` is the pool of the channel's rows.
 std::string GroupText(const TreeGroup& group, const TextPool& texts);
 /// Returns the group's key; see ConsolidatedTree::Key.
 std::string GroupKey(const TreeGroup& group, const TextPool& texts);

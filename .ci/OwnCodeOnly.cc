@@ -11,8 +11,8 @@
 
 namespace tallyhorn {
 
-/// Matches the root of the syntax tree, which is visited first, and sets the traversal scope for all other
-/// checks.
+/// Matches the root of the syntax tree, which is visited first, and limits the traversal of all other checks
+/// to declarations outside system headers.
 class OwnCodeOnly final : public clang::tidy::ClangTidyCheck {
 public:
     using ClangTidyCheck::ClangTidyCheck;

@@ -44,7 +44,7 @@ protected:
             return;
         }
     }
-    /// A group has children in the model if it was opened, in the tree's order, and else none.
+    /// Checks that the model has the children of each opened group, in the tree's order, and no others.
     void Compare(const QModelIndex& parent) {
         const TreeNode group = ConsolidatedTreeModel::NodeAt(parent);
         const bool opened = group.IsRoot() || opened_.contains(group.Number());

@@ -36,7 +36,7 @@ QImage Drawn(const QIcon& icon, int side, QRgb background, QIcon::Mode mode = QI
 /// Counts the pixels whose grey values differ clearly, so that the pictures differ in shape, not only in
 /// colour.
 int ClearlyDifferent(const QImage& one, const QImage& other) {
-    constexpr int Clear = 48;  ///< of 255 grey values
+    constexpr int Clear = 48;  ///< the least difference of two grey values (0 to 255) that counts as clear
     int count = 0;
     for (int y = 0; y < one.height(); ++y) {
         for (int x = 0; x < one.width(); ++x)

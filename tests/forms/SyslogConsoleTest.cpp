@@ -214,8 +214,8 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
 
 class TakenPortTest : public SyslogConsoleTest {
 protected:
-    /// Starts while another program has the port.  The user retries `retries` times, each time does this in
-    /// the preferences, and then gives up.
+    /// Starts the console while another program has the port.  The user answers Retry `retries` times, and
+    /// each time calls `inPreferences` in the preferences dialog; then the user answers Cancel.
     void StartTaken(int retries, const std::function<void(QWidget&)>& inPreferences) {
         datagrams_.Taken = {Port};
         boxes_.Shown.clear();

@@ -223,8 +223,8 @@ TEST_F(frmDropFiltersTest, LoadsTheFiltersHoweverItIsClosed) {
     for (const auto& close : ways) {
         SCOPED_TRACE(&close - ways);
         Manage(b_);
-        // Only opening the file again finds one that replaced it.  On Windows an open file cannot be
-        // replaced: there the contents change.
+        // Replaces the file, so that the new filters are found only if the file is opened again.  Windows
+        // does not let an open file be replaced; there only its contents change.
         WriteBytes(folder_ / "other", blank_ + a_);
         std::error_code refused;
         std::filesystem::rename(folder_ / "other", path_, refused);

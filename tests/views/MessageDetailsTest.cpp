@@ -89,7 +89,7 @@ protected:
     ViewNumber view_ = SyslogErrors;
     std::string shown_, computer_;  ///< empty if there is nothing to show
     std::vector<std::string> texts_;
-    std::size_t index_ = 0;  ///< of shown_ in texts_
+    std::size_t index_ = 0;  ///< the index of shown_ in texts_, or texts_.size() if shown_ is not there
     std::size_t place_ = 0;  ///< the last index at which the message was seen
 };
 

@@ -58,10 +58,10 @@ WriteSettings() {
 FindPort() {
     port=$(sed -nE 's/^SyslogUDPPort *= *([0-9]+).*/\1/p' "$folder/thlisten.ini" | tail -n 1)
     if [[ -z $port || $port == 0 ]]; then
-        Say "No SyslogUDPPort in $folder/thlisten.ini: no notifications are sent by syslog"
+        Say "$folder/thlisten.ini sets no SyslogUDPPort: no notifications are sent by syslog"
         port=""
     elif PortTaken "$port"; then
-        Say "Another program uses UDP port $port: the console will ask about it; nothing is sent by syslog"
+        Say "Another program uses UDP port $port: the console will ask what to do, and no notifications are sent by syslog"
         port=""
     fi
 }
@@ -76,7 +76,7 @@ StartConsole() {
     TALLYHORN_SUMMARY=$PWD/$folder/summary.txt "$bin/tallyhorn-console" --folder "$folder" &
     console=$!
     started+=("$console")
-    WaitFor 20 ConsoleListens || Fail "the console does not listen within 20 seconds"
+    WaitFor 20 ConsoleListens || Fail "the console was not listening after 20 seconds"
 }
 
 # Send FILE COUNT RATE SEED [OPTION...]: appends the report of tallyhorn-send to FILE.
@@ -171,7 +171,7 @@ Keys() { xdotool key --delay 60 "$@"; }
 # Called by its path, because another program named import may be first on PATH.
 Screenshot() {
     sleep 0.7  # until the page is painted
-    /usr/bin/import -window root "$folder/$1.png" || Fail "no screenshot of $1"
+    /usr/bin/import -window root "$folder/$1.png" || Fail "could not take the screenshot $folder/$1.png"
 }
 
 TakeScreenshots() {
@@ -185,7 +185,7 @@ TakeScreenshots() {
     xdotool type --delay 60 'Logon f'
     Keys Right Down Right Down Right Down
     Screenshot tree
-    cmp -s "$folder/tree-closed.png" "$folder/tree.png" && Fail "the keyboard does not open the tree"
+    cmp -s "$folder/tree-closed.png" "$folder/tree.png" && Fail "the keys that open branches of the tree had no effect"
     return 0
 }
 
@@ -199,8 +199,8 @@ CheckRestart() {
     Screenshot restarted
     EndConsole
     CheckSyslog 0
-    cmp "$folder/Backup.first" "$folder/Backup.dat" || Fail "Backup.dat has changed after a second start"
-    Say "All messages were restored, and Backup.dat is the same byte for byte"
+    cmp "$folder/Backup.first" "$folder/Backup.dat" || Fail "Backup.dat has changed after the second run"
+    Say "All messages were restored, and Backup.dat is identical after the second run"
 }
 
 RunHeadless() {

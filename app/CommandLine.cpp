@@ -54,10 +54,10 @@ std::string HelpText() {
     return "Usage: tallyhorn-console [--folder DIR] [--help] [--version]\n"
            "Shows the alarms of an event-log monitoring engine as they arrive.\n"
            "\n"
-           "  --folder DIR   keep settings, filters and backup in DIR instead of the program's own folder\n"
-           "                 (or the user's data folder, where the program's may not be written)\n"
-           "  --help         print this text and end\n"
-           "  --version      print the version and end\n";
+           "  --folder DIR   keep settings, filters and messages in DIR, which must exist (default: the\n"
+           "                 program's folder, or the user's data folder if the former is not writable)\n"
+           "  --help         print this text and exit\n"
+           "  --version      print the version and exit\n";
 }
 
 }  // namespace tallyhorn

@@ -66,7 +66,7 @@ AsRoot() {
 InstallPackages() {
     local log
     log=$(mktemp)
-    AsRoot apt-get update -qq >"$log" 2>&1 || Say "apt-get update failed; using the package lists that are already here"
+    AsRoot apt-get update -qq >"$log" 2>&1 || Say "apt-get update failed; using the existing package lists"
     if ! AsRoot env DEBIAN_FRONTEND=noninteractive apt-get install -qq --no-install-recommends \
         -o DPkg::Lock::Timeout=300 "$@" >>"$log" 2>&1; then
         tail -n 40 "$log" >&2
@@ -117,7 +117,7 @@ Configure() {
     mkdir -p "$folder"
     if ! cmake --preset "$1" >"$folder/configure.log" 2>&1; then
         cat "$folder/configure.log" >&2
-        Fail "the preset $1 could not be configured"
+        Fail "CMake could not configure the preset $1"
     fi
     touch "$folder/.configured"
 }
@@ -134,5 +134,5 @@ Build() {
     if [[ ! -t 1 ]]; then
         arguments+=(-- --quiet)
     fi
-    cmake --build "${arguments[@]}" || Fail "the preset $preset does not build"
+    cmake --build "${arguments[@]}" || Fail "building the preset $preset failed"
 }

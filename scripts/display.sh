@@ -49,5 +49,5 @@ FreePort() {
             return
         fi
     done
-    Fail "none of 100 UDP ports is free"
+    Fail "tried 100 UDP ports, and none was free"
 }

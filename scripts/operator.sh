@@ -39,14 +39,14 @@ Keys() {
 Type() { xdotool type --delay 30 "$1"; }
 
 # Picture NAME: saves a picture of the screen.
-Picture() { /usr/bin/import -window root "$folder/$1.png" || Fail "no picture of $1"; }
+Picture() { /usr/bin/import -window root "$folder/$1.png" || Fail "could not take the screenshot $folder/$1.png"; }
 
 # PictureOf TITLE NAME: saves a picture of one window with its frame.
 PictureOf() {
     local window
     window=$(xdotool search --onlyvisible --name "^$1\$" | tail -n 1)
     Settle
-    /usr/bin/import -frame -window "$window" "$folder/$2.png" || Fail "no picture of $2"
+    /usr/bin/import -frame -window "$window" "$folder/$2.png" || Fail "could not take the screenshot $folder/$2.png"
 }
 
 # Opens TITLE KEY...: presses the keys, which must open a dialog with that title.

@@ -11,19 +11,21 @@ PrepareWine() {
     if [[ -e $WINEPREFIX/.prepared ]]; then
         return
     fi
-    Say "Making a Wine prefix"
+    Say "Creating a Wine prefix"
     local log=$WINEPREFIX.log font
     rm -rf "$WINEPREFIX"
     mkdir -p "$(dirname "$WINEPREFIX")"
-    env -u DISPLAY timeout 120 wine wineboot --init >"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
+    env -u DISPLAY timeout 120 wine wineboot --init >"$log" 2>&1 ||
+        Fail "wineboot failed: $(tail -n 5 "$log")"
     # Without these substitutes Wine draws the dialogs with a serif font.
     for font in "MS Shell Dlg" "MS Shell Dlg 2" "Segoe UI" Tahoma; do
         env -u DISPLAY timeout 60 wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
-            /v "$font" /d "DejaVu Sans" /f >>"$log" 2>&1 || Fail "$(tail -n 5 "$log")"
+            /v "$font" /d "DejaVu Sans" /f >>"$log" 2>&1 ||
+            Fail "Wine could not substitute the font $font: $(tail -n 5 "$log")"
     done
     # "null" creates invisible windows if there is no display.
     env -u DISPLAY timeout 60 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
-        Fail "$(tail -n 5 "$log")"
+        Fail "Wine could not set its graphics driver: $(tail -n 5 "$log")"
     # The running Wine desktop started without these settings.
     wineserver -k || true
     touch "$WINEPREFIX/.prepared"

@@ -19,8 +19,8 @@ reads, or as syslog datagrams to its UDP port.
   --file FILE        send one notification, the unchanged bytes of FILE; "-" is standard input
   --demo             send made-up notifications of all five event types, until Ctrl+C
       --count N          stop after N notifications
-      --rate PER_SECOND  send so many notifications per second (default: as fast as possible)
-      --seed N           choose the series (default 1); the same seed always gives the same series
+      --rate PER_SECOND  send this many notifications per second (default: as fast as possible)
+      --seed N           seed of the made-up texts (default 1); the same seed always gives the same texts
       --number           with --syslog: append " #000001", " #000002" and so on
   --raw DATAGRAM...  send each argument as one datagram, and never split it
 
@@ -30,12 +30,14 @@ reads, or as syslog datagrams to its UDP port.
   --help, --version      print this help or the version
   --                     treat all further arguments as texts
 
-To a mailslot, a text of up to 399 bytes is sent with a NUL at its end, one of 400 bytes without, and a longer one in
-numbered parts.  The console loses a text if it reads all its parts in one poll; so in a demo, about one notification
-in 250 is that long, and many of these never appear.  By syslog, every text is sent unchanged as one datagram.
+A text of up to 399 bytes is written to the mailslot with a NUL byte at its end, a text of 400 bytes without it, and a
+longer text in several numbered parts.  The console loses a text if it reads all parts of the text at once.  About one
+notification in 250 of a demo is sent in parts, and many of these never appear.  By syslog, each text is sent unchanged
+as one datagram.
 
-Exit status: 0 if everything was sent, 1 if nobody listens or no longer listens, 2 if the arguments are wrong.  With
---syslog, that nobody listens is certain to be noticed only on this machine, and a lost datagram is never noticed.
+Exit status: 0 if everything was sent, 1 if no program receives at the destination or sending failed, 2 if the arguments
+are wrong.  With --syslog, tallyhorn-send can detect reliably only on the local machine that no program receives, and it
+never detects lost datagrams.
 )";
 
 namespace {

@@ -79,7 +79,7 @@ void Report(const SendCounts& counts, const std::string& target, bool demo) {
 /// The parts of messages that depend on the way of sending.
 struct Wording {
     std::string Target;
-    std::string Listener;  ///< completes "nobody listens at"
+    std::string Listener;  ///< completes "no program receives at"
     std::string NotTaken;
 };
 
@@ -92,7 +92,7 @@ int SendAndReport(SendRun& run, const SendArguments& arguments, const std::vecto
     if (outcome != SendRun::Outcome::Refused || run.Counts().Datagrams > 0)
         Report(run.Counts(), wording.Target, demo);
     if (outcome == SendRun::Outcome::Refused)
-        return Fail(NobodyListens, "nobody listens at " + wording.Listener);
+        return Fail(NobodyListens, "no program receives at " + wording.Listener);
     return outcome == SendRun::Outcome::Sent ? Sent : Fail(NobodyListens, wording.NotTaken);
 }
 

@@ -9,9 +9,9 @@ Build release package-files
 rm -rf build/package
 if ! cpack --config build/release/CPackConfig.cmake -B build/package >build/release/cpack.log 2>&1; then
     cat build/release/cpack.log >&2
-    Fail "the package could not be made"
+    Fail "cpack could not build the package"
 fi
 rm -rf build/package/_CPack_Packages
 packages=(build/package/*.deb)
-[[ -f ${packages[0]} ]] || Fail "cpack made no package"
-Say "Made ${packages[0]}; install it with: sudo apt-get install ./${packages[0]}"
+[[ -f ${packages[0]} ]] || Fail "cpack created no package"
+Say "Created ${packages[0]}; install it with: sudo apt-get install ./${packages[0]}"

@@ -72,7 +72,7 @@ MakeInstaller() {
     ListFiles >"$result/files.nsh"
     makensis -V2 -WX -NOCD -Dversion="$version" -Dicon="$built/packaging/windows/console.ico" \
         -Dfolder="$result" -Dsize="$(du -sk --apparent-size "$files" | cut -f 1)" "$here/installer.nsi" ||
-        Fail "the installer could not be made"
+        Fail "makensis could not build the installer"
 }
 
 EnsurePackages windows windows-package

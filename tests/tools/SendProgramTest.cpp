@@ -116,11 +116,11 @@ TEST_F(SendProgramTest, SendsTheBytesOfAFile) {
 
 TEST_F(SendProgramTest, ReportsFailures) {
     EXPECT_EQ(SendByMailslot({"text"}),
-              "1||tallyhorn-send: nobody listens at the mailslot " + testMailslot_.Name + "\n");
+              "1||tallyhorn-send: no program receives at the mailslot " + testMailslot_.Name + "\n");
     receiver_.reset();
     const std::string nobody = SendBySyslog({"text"});
     EXPECT_TRUE(nobody.starts_with("1|") &&
-                nobody.ends_with("|tallyhorn-send: nobody listens at " + target_ + "\n"))
+                nobody.ends_with("|tallyhorn-send: no program receives at " + target_ + "\n"))
         << nobody;
     target_ = "no such host:514";
     EXPECT_EQ(SendBySyslog({"text"}),

@@ -95,6 +95,12 @@ TEST_F(SyslogEndpointTest, APauseQueuesDatagramsAndItsEndHandlesThem) {
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "2 Syslog Message(s)");
     Syslog.DataArrival();
     EXPECT_EQ(Names(), "one two three ");
+    Cycle.PauseCommand();
+    Arrive("queued");
+    Syslog.DataArrival();
+    Arrive("waiting");
+    Syslog.Close();
+    EXPECT_EQ(Names(), "one two three queued waiting ") << "Close handles both, even in a pause";
 }
 
 TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {

@@ -100,7 +100,8 @@ bool Console::Start() {
     ApplyMessageViews();
     ApplySettings();
     LoadBackup();
-    // The session has ended meanwhile.  Only now, with the old backup read, does a new one hold everything.
+    // The session may have ended during the steps above.  The console is shut down only here, after it has
+    // read the old backup: a new one saved earlier would lack the old messages.
     if (!gate_.Advance(Gate::Phase::Running)) {
         ShutDown();
         return true;
@@ -122,7 +123,7 @@ void Console::End() {
         case Gate::Answer::Queue:
             return window_->CloseWithoutQuestion();
         case Gate::Answer::Later:
-            // Start shuts the console down when it is through.
+            // Start is still running; it shuts the console down at its end.
             gate_.Advance(Gate::Phase::Ended);
             return frmServer::DismissQuestions();
         case Gate::Answer::Refuse:
@@ -179,7 +180,7 @@ void Console::AskAboutPort() {
     }
 }
 
-/// Arrivals wait until the end, so that the restored messages come before them.
+/// Holds arrivals until all messages of the backup are restored, so that arrivals are kept after these.
 void Console::LoadBackup() {
     frmSavingMessages loading(frmSavingMessages::Work::Loading);
     loading.show();
@@ -198,8 +199,7 @@ void Console::LoadBackup() {
     Run();
 }
 
-/// Shows the splash in front of the main window and gives the focus back to that; shows none if a dialog is
-/// open.
+/// Shows the splash in front of the main window, which keeps the focus.  Does nothing if a dialog is open.
 void Console::ShowSplash() {
     if (HasEnded() || QApplication::activeModalWidget() != nullptr)
         return;
@@ -274,7 +274,7 @@ void Console::ShutDown() {
         WriteSummary();
     }
     window_->hide();
-    // exit instead of quit, which asks the windows to close and gives up at the first that refuses.
+    // Not quit(), which asks each window to close and fails if one of them refuses.
     QCoreApplication::exit(EXIT_SUCCESS);
 }
 
@@ -328,7 +328,7 @@ void Console::AddSuppressionFilter(QWidget& over) {
 }
 
 void Console::ShowPreferences() {
-    // Only a port that failed while the dialog was open is asked about.
+    // Ask about the port only if it fails while this dialog is open.
     portFailed_ = false;
     AskPreferences();
     AskAboutPort();
@@ -360,8 +360,8 @@ void Console::ShowHelp(HelpContext context) {
     help_.ShowHelp(context, window_->winId());
 }
 
-/// Opens the help at once if a dialog or a question is open, which it is then about; otherwise as a command,
-/// which waits for other work.
+/// Opens the help at once if a dialog or a question is open, because the user then asks for help with it.
+/// Otherwise opens it as a command, which waits for other work.
 void Console::OpenHelp(HelpContext context) {
     if (QApplication::activeModalWidget() != nullptr)
         ShowHelp(context);

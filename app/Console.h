@@ -75,11 +75,11 @@ public:
             const std::filesystem::path& programFolder);
     ~Console() override;
 
-    /// Shows the console.  Returns false if another one is running, after a message.
+    /// Shows the console.  If another console is running, shows a message instead and returns false.
     bool Start();
     /// Closes the console without a question, as at the end of the user's session.
     void End();
-    /// Whether the console has been shut down.
+    /// Returns whether the console has been shut down.
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }
 
     frmServer& Window() { return *window_; }

@@ -15,7 +15,7 @@ public:
     /// that the settings file names.  The console reports a failure once the dialog has closed.
     virtual void InitializeWinsock() = 0;
 
-    // The settings that the console holds in memory.
+    // The following functions change the settings that the console holds in memory.
 
     /// `seperator` is the text as typed; it may be empty.
     virtual void SetSeperator(std::string_view seperator) = 0;

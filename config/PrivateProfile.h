@@ -35,7 +35,7 @@ public:
     bool GetSectionNames(std::vector<std::string>& sections);
     /// Lists the keys of the section's entries; a line without "=" is listed whole.  Of a section whose text
     /// exceeds 4,093 characters, the lines that do not fit are missing.
-    /// compatibility: always returns false, so only the list says whether there were any.
+    /// compatibility: always returns false; the list is empty if there are no keys.
     bool GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames);
     /// Lists the section's lines as key=value; otherwise like `GetKeyNames`, including the result false.
     bool GetEntries(const std::string& sectionName, std::vector<std::string>& entries);

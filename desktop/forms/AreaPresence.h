@@ -10,9 +10,8 @@ namespace tallyhorn {
 /// construction may block, for at most half a second.
 ///
 /// It works around four faults of Qt 6.4 on X11:
-/// - At its first icon or first query, Qt chooses between status notifier items (D-Bus) and the X tray, for
-/// the
-///   rest of the process.  So Qt is not used before an area has been found here.
+/// - At its first icon or first query, Qt chooses between status notifier items (D-Bus) and the X tray, and
+///   never changes that choice.  So Qt is not used before an area has been found here.
 /// - Qt reports an area as available although only one of the other kind is left.  So after the choice, only
 ///   the chosen kind counts here.
 /// - Qt takes an icon as shown although its tray has ended and a new one has started.  So a new icon is made

@@ -17,9 +17,8 @@ class frmStartup final : public QDialog {
 
 public:
     enum class Role {
-        /// Shown at the start, without frame and focus.  Closes and deletes itself after two seconds, or when
-        /// a
-        /// modal dialog or message box opens.
+        /// The window shown at the start, without frame and focus.  Closes and deletes itself after two
+        /// seconds, or when a modal dialog or message box opens.
         Splash,
         AboutBox  ///< an ordinary dialog
     };

@@ -3,7 +3,7 @@
 namespace tallyhorn {
 
 /// The numbers of the pages in the help file.  `docs/help/compile-help` reads them from this list;
-/// `docs/help/THListen.hhp` says which page has which.
+/// `docs/help/THListen.hhp` maps each number to its page.
 enum class HelpContext : unsigned {
     Contents = 1,
     MainWindow = 10,

@@ -62,7 +62,7 @@ std::string HelpPageView::PageOf(const QUrl& source) {
     return FromQString(path.mid(path.startsWith(QLatin1Char('/')) ? 1 : 0));
 }
 
-/// Ignores links out of the help file.
+/// Ignores links that lead out of the help file.
 void HelpPageView::Follow(const QUrl& link) {
     if (link.scheme() == Scheme())
         setSource(link);

@@ -37,7 +37,7 @@ std::uint32_t TypeBit(std::string_view text) {
     return OtherType;
 }
 
-/// Whether `text` equals `wanted`, which is in upper case, apart from case; an empty `wanted` accepts all.
+/// Returns whether `wanted` is empty or equals `text` regardless of case.  `wanted` must be in upper case.
 bool Accepts(const std::string& wanted, const std::string& text) {
     return wanted.empty() ||
            (wanted.size() == text.size() &&

@@ -20,14 +20,15 @@ public:
     FilterMatcher() = default;
     explicit FilterMatcher(std::span<const SuppressionFilter> filters);
 
-    /// Whether at least one filter matches: it tests something, and none of its tests fails.
+    /// Returns whether at least one filter matches: it has at least one test, and none of its tests fails.
     bool Matches(const AlarmRecord& alarm) const;
 
 private:
-    /// Source, Category, AccountName and Computer.
+    /// The number of texts tested: Source, Category, AccountName and Computer.
     static constexpr std::size_t TextCount = 4;
 
-    /// The tests of one filter.  A test that is not in force has the value that lets every alarm pass.
+    /// The tests of one filter.  A test that the filter does not make has the value that lets every alarm
+    /// pass.
     struct Tests {
         std::int32_t EventID;
         std::uint32_t EventTypes;  ///< the types that pass, as bits; OtherType is one of them

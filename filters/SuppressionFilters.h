@@ -27,7 +27,7 @@ public:
     /// their number.  Leaves the last record of the file, blank or not, in CurrentFilter.
     void LoadSuppressionFilters();
 
-    /// Whether at least one loaded filter matches.
+    /// Returns whether at least one loaded filter matches.
     bool IsSuppressed(const AlarmRecord& alarm) const { return loaded_.Matches(alarm); }
 
     /// Returns the number of records in the file, including blank ones and those beyond MaxRecords.

@@ -13,8 +13,8 @@
 namespace tallyhorn {
 
 /// Owns the datagrams between a pump thread and the reader.  Counts those that it had no room for, and calls
-/// `wake` once for all datagrams that arrive until the reader has found the inbox empty.  One thread, the
-/// pump, calls Put, and one thread, the reader, all else; both may be the same one.
+/// `wake` once for all datagrams that arrive until the reader has found the inbox empty.  The pump
+/// thread calls Put, the reader's thread all other functions; both may be the same thread.
 class DatagramInbox {
 public:
     DatagramInbox(std::size_t limit, std::function<void()> wake);

@@ -65,7 +65,7 @@ std::optional<std::string_view> DatagramQueue::Front() {
 void DatagramQueue::Pop() {
     frontOffset_ += sizeof(Length) + FrontSize();
     --frontCount_;
-    // At once, so that the appending thread never waits for a chunk that has been read.
+    // A chunk is released as soon as it has been read, so that the appending thread never waits for it.
     if (frontOffset_ == front_[frontChunk_].Used)
         ReleaseFront();
 }

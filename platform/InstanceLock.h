@@ -16,8 +16,8 @@ public:
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
 
-    /// Returns whether this is the first instance, which it then stays until it is destroyed.  Returns true
-    /// as well if the system cannot provide a lock: two consoles are better than none.
+    /// Returns true if no other instance holds the lock; this object then holds it until its destruction.
+    /// Also returns true if the system cannot provide a lock, because two consoles are better than none.
     bool Acquire();
 
 private:

@@ -89,7 +89,7 @@ void FragmentStore::Add(std::string_view datagram, Clock::TimePoint now) {
     const bool first = found == indexById_.end();
     PartialText& partial = first ? TakeEntry(part->ID, part->Last, now) : entries_[found->second];
     partial.LastUpdated = now;
-    // Counts the part even if its index is beyond the last one, when its data is dropped.
+    // The part counts even if its index is greater than the last one; only its data is dropped then.
     if (partial.PartsReceived < std::numeric_limits<std::int16_t>::max())
         ++partial.PartsReceived;
     if (part->Index <= partial.PartCount)

@@ -15,7 +15,7 @@ constexpr std::int32_t TicksUntilResume = 120;
 void ProcessingCycle::TimCheckTick() {
     if (!parts_.Received.Gate().AdmitPoll() || mailslot_.CheckForMessages() == 0)
         return;
-    // Taken out of the member, because a poll inside this one reads into a vector too.
+    // The vector is moved out of the member, because a nested poll must not overwrite its texts.
     std::vector<std::string> messages = std::exchange(spareMessages_, {});
     const std::int16_t count = mailslot_.ReadMessages(messages);
     if (count > 0) {

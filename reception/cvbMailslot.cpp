@@ -131,8 +131,8 @@ bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& mess
             fragments_.Add(text, clock_.Now());
         else
             Place(messages, placed).assign(text);
-        // Compatibility: a text without a NUL continues with what a longer text before it has left in the
-        // buffer, and with these blanks after that.
+        // Compatibility: if the next text has no NUL, the buffer's old bytes are read as its continuation:
+        // the rest of this text, if this one is longer, and then these blanks.
         std::fill(buffer.begin() + static_cast<std::ptrdiff_t>(text.size()), buffer.end(), ' ');
     }
     return true;

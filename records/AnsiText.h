@@ -55,7 +55,7 @@ std::string StripNulls(std::string_view text);
 /// first, 0 if both are equal, and above 0 otherwise.
 int CompareNoCase(std::string_view a, std::string_view b);
 
-/// Whether the character is one of the ten ASCII digits.
+/// Returns whether the character is one of the ten ASCII digits.
 constexpr bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }

@@ -23,13 +23,13 @@ enum class EventType : std::uint8_t {
 };
 /// The types before `Unknown` have a picture each, in the order of the image list.
 constexpr std::size_t EventPictureCount = 6;
-/// The first five are the event log's own.
+/// The first five types are those of the Windows event log.
 constexpr std::size_t KnownTypeCount = 5;
 
 constexpr bool HasPicture(EventType type) {
     return type != EventType::Unknown;
 }
-/// Whether it is one of the event log's five types.
+/// Returns whether `type` is one of the event log's five types.
 constexpr bool IsKnown(EventType type) {
     return static_cast<std::size_t>(type) < KnownTypeCount;
 }
@@ -38,15 +38,15 @@ constexpr bool IsKnown(EventType type) {
 enum EventList : std::int16_t { CriticalList = 0, WarningList = 1, InformationList = 2 };
 constexpr int EventListCount = 3;
 
-/// The type that `text` names, without regard to case and blanks: "Failure Audit", "failureaudit" and
+/// Returns the type that `text` names, ignoring case and blanks: "Failure Audit", "failureaudit" and
 /// "FAILURE  AUDIT" are all FailureAudit.
 EventType EventTypeOf(std::string_view text);
 
-/// The list that shows the type: the critical one for None and Unknown, so that nothing is overlooked.
+/// Returns the list that shows the type: the critical one for None and Unknown, so that none is overlooked.
 EventList ListOf(EventType type);
-/// "failureaudit" for FailureAudit and so on; "questionmark" for None and Unknown.
+/// Returns "failureaudit" for FailureAudit and so on; "questionmark" for None and Unknown.
 std::string_view EventTypeKey(EventType type);
-/// "Failure Audit" for FailureAudit and so on; "questionmark" for None and Unknown.
+/// Returns "Failure Audit" for FailureAudit and so on; "questionmark" for None and Unknown.
 std::string_view EventTypeName(EventType type);
 
 /// Returns "Failure Audit" for "FAILUREAUDIT" and so on, and any other text unchanged. Blanks count here,
@@ -55,10 +55,10 @@ std::string EventTypeDisplayName(std::string_view type);
 /// Replaces `type` by its EventTypeDisplayName.
 void ShowEventType(std::string& type);
 
-/// The type's text in lower case without blanks, "questionmark" for an empty one. For an unknown type this is
-/// a key that no picture has.
+/// Returns the type's text in lower case without blanks, or "questionmark" for an empty text. For an unknown
+/// type the result is a key without a picture.
 std::string EventTypeIconKey(std::string_view type);
-/// ListOf(EventTypeOf(type)).
+/// Returns ListOf(EventTypeOf(type)).
 std::int16_t EventTypeListIndex(std::string_view type);
 
 }  // namespace tallyhorn

@@ -42,7 +42,7 @@ public:
         std::string_view line;
         return Next(line) && Value(line, value);
     }
-    /// Like NextValue, for all remaining lines as one.
+    /// Takes all remaining lines as one and sets `value` as NextValue does.
     bool RemainingValue(std::string_view& value) const {
         return next_ <= text_.size() && Value(text_.substr(next_), value);
     }

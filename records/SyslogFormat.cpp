@@ -47,7 +47,7 @@ public:
     /// Takes a number and the separator after it.
     bool TakePart(int& number) { return TakeNumber(number) > 0 && TakeSeparator(); }
 
-    /// Whether the remaining text contains no separator.
+    /// Returns whether the remaining text contains no separator.
     bool IsPart() const {
         return std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
     }
@@ -179,7 +179,7 @@ void ReadFields(DatagramFields& fields, bool dayFirst, AlarmRecord& alarm) {
     alarm.Description.assign(Trim(fields.Remaining()));
 }
 
-/// Sets the fields of a notification that does not say where and when its event happened.
+/// Sets the fields of a notification that contains neither the computer nor the date of its event.
 void SetUnknown(AlarmRecord& alarm, std::string_view name, AlarmDate now) {
     alarm.DateTime = now;
     alarm.AlarmName = name;

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t BufferSize = std::size_t{256} << 10U;
 constexpr int LengthsPerCall = 2000;
 
-/// Returns 0 for a negative number and for digits that are no number.
+/// Returns the number that `digits` contains, or 0 if it is negative or `digits` is not a number.
 std::size_t LengthFrom(std::string_view digits) {
     std::int32_t length = 0;
     ReadInt32(digits, length);

@@ -9,12 +9,12 @@ namespace tallyhorn {
 
 /// The number of decimal digits in the length that precedes each text of a backup file.
 constexpr std::size_t BackupLengthDigits = 5;
-/// compatibility: after a smaller length there is no text; the next length is read directly behind it.
+/// compatibility: a smaller length has no text; the next length follows directly after it.
 constexpr std::size_t ShortestBackupText = 20;
 
-/// Splits a backup file into its texts.  The memory it needs does not depend on the file's contents.  Of a
-/// damaged file it returns whatever texts the bytes that look like lengths lead to.  The source must outlive
-/// it.
+/// Splits a backup file into its texts.  The memory it needs does not depend on the file's contents.  If the
+/// file is damaged, any bytes may be read as lengths, and the texts need not be those that were saved.  The
+/// source must outlive this object.
 class BackupReader {
 public:
     enum class Step { Text, NotYet, End };

@@ -87,7 +87,8 @@ void MessageBackup::LoadMessageBackup(const std::function<void(std::string_view)
     loading_ = false;
 }
 
-/// Lets pending events run after every text, and while a damaged file has none for long.
+/// Calls `handle` for each text that is not blank.  Lets pending events run after each call of
+/// BackupReader::Next, which also returns if it has not found a text in a damaged file for long.
 template <typename Handle>
 void MessageBackup::ForEachText(InputFile& file, Handle handle) {
     BackupReader reader(file);

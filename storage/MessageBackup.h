@@ -23,7 +23,7 @@ public:
 
     /// Deletes the file and writes a new one with every text that is not blank, in the order of the slots.
     /// The bytes are on the disk when this returns.  The first failure ends the save and is shown to the
-    /// user. compatibility: that there is no old file to delete is such a failure.  Does nothing during
+    /// user. compatibility: a missing old file counts as a failure to delete it.  Does nothing during
     /// LoadMessageBackup, because the file then contains messages that are not yet in the store.
     void SaveMessageBackup();
 

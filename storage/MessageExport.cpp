@@ -130,7 +130,7 @@ std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
     return file.Finish();
 }
 
-/// Whether `file` is one of `ownFiles`, whatever path leads to it.
+/// Returns whether `file` is one of the console's own files, by whatever path.
 bool MessageExport::IsOwnFile(const std::filesystem::path& file) const {
     return std::any_of(ownFiles_.begin(), ownFiles_.end(), [&](const std::string& own) {
         std::error_code none;

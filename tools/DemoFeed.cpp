@@ -158,7 +158,7 @@ std::string TwelveHourDateText(AlarmDate date) {
     return {text.data(), static_cast<std::size_t>(length)};
 }
 
-/// In the syslog format a comma ends a field.
+/// Returns the field with semicolons instead of commas, because a comma ends a field in the syslog format.
 std::string WithoutCommas(std::string field) {
     std::replace(field.begin(), field.end(), ',', ';');
     return field;

@@ -13,9 +13,10 @@ public:
     EventViewer(const MessageContext& context, ProgramLauncher& programs)
         : context_(context), programs_(programs) {}
 
-    /// Takes the computer from the message that is selected in `view`, which was the active view when the
-    /// user gave the command, or from the tree if that is in front. Shows a message if there is no computer,
-    /// or one whose name the viewer would take for an option. Silent if the viewer does not start.
+    /// Opens the viewer for the computer of the message selected in `view`, which was the active view when
+    /// the user gave the command, or of the node selected in the tree if the tree is in front. Shows a
+    /// message if there is no computer, or if the viewer would read its name as an option. Shows no message
+    /// if the viewer does not start.
     void OpenEventViewer(ViewNumber view);
 
 private:

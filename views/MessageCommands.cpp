@@ -18,7 +18,7 @@ constexpr std::string_view DeleteLeafQuestion =
 constexpr std::string_view DeleteBranchQuestion =
     "Are you sure you want to delete all the messages under the tree branch you selected?";
 constexpr std::chrono::milliseconds Pause{1};
-/// Takes about as long as a slice.
+/// The number of leaves whose removal takes about as long as a slice.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
 
 }  // namespace

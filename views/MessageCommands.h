@@ -16,14 +16,14 @@ public:
     MessageCommands(const MessageContext& context, const ViewFilterState& viewFilter)
         : context_(context), viewFilter_(viewFilter) {}
 
-    /// Deletes what is selected in `view`, which was the active one when the user gave the command, after a
-    /// question. Refused while a view filter is in force; silent if nothing is selected, or if `view` is a
-    /// NetBIOS list and the syslog page is in front.
+    /// Asks the user, then deletes the messages selected in `view`, which was the active view when the user
+    /// gave the command. Shows a message instead while a view filter is in force. Does nothing if no message
+    /// is selected, or if `view` is a NetBIOS list and the syslog page is in front.
     void DeleteMessages(ViewNumber view);
-    /// Deletes what is selected in `view`, whatever page is in front, as DeleteMessages does. Makes `view`
-    /// the active one.
+    /// Makes `view` the active view, whatever page is in front, and deletes its selected messages as
+    /// DeleteMessages does.
     void DeleteMessagesIn(ViewNumber view);
-    /// Deletes all messages of the channel of the page in front, after a question.
+    /// Asks the user, then deletes all messages of the channel of the page in front.
     void ClearAllMessages();
 
 private:

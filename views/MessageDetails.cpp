@@ -45,7 +45,8 @@ bool MessageDetails::ShowNext() {
     return IsInTree() ? ShowTreeMessage(1) : ShowListMessage(EntryCount(), 1);
 }
 
-/// `limit` is the position, counted from 1, of the row from which no step leads on.
+/// Shows the message `step` rows further, or returns false at row `limit`, counted from 1, which is the last
+/// row in that direction.
 bool MessageDetails::ShowListMessage(std::size_t limit, int step) {
     if (!IsThere())
         return false;

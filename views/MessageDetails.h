@@ -25,7 +25,8 @@ public:
     Slot ShownSlot() const { return slot_; }
     const std::string& Text() const { return text_; }
 
-    /// Whether the message has neighbours, as of the last call of Show, ShowPrevious, ShowNext or LookAgain.
+    /// Return whether the view has a message before or after this one, as of the last call of Show,
+    /// ShowPrevious, ShowNext or LookAgain.
     bool HasPrevious() const { return place_ > 0; }
     bool HasNext() const { return place_ + 1 < EntryCount(); }
     /// Change to the previous or next message of the view; return false and change nothing at its ends, and

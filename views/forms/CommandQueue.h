@@ -31,7 +31,7 @@ public:
     /// Runs the last command of all, now or when the gate lets it.  Drops those that wait; later ones are
     /// refused.
     void RunLast(const Command& command);
-    /// Runs work at once, whatever else runs: timers' routines decide by the gate themselves.
+    /// Runs a timer's routine at once, even during other work: such routines ask the gate themselves.
     void RunAsWork(const Command& work);
 
     bool IsAtWork() const { return gate_.Is(Gate::State::Work); }

@@ -142,7 +142,7 @@ void ConsolidatedTreeView::showEvent(QShowEvent* event) {
     ShowNewNodes();
 }
 
-/// Flushes first, so that the node under the mouse is the one that the tree has there.
+/// Shows waiting changes first, so that view and tree have the same node under the mouse.
 void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();

@@ -18,12 +18,12 @@ class ConsolidatedTreeView;
 class MessageListView;
 class frmMessage;
 
-/// Opens the one detail window for the message selected in a view, and tells it when the views change.
+/// Opens the one detail window for the message selected in a view, and notifies it when the views change.
 class DetailWindow final : public QObject {
     Q_OBJECT
 
 public:
-    /// All references outlive this; Lists is indexed by view number.
+    /// The referenced objects must outlive this object.  Lists is indexed by view number.
     struct Parts : MessageContext {
         MessageCommands& Commands;
         CommandQueue& Queue;

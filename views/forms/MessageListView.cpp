@@ -380,7 +380,8 @@ void MessageListView::RestoreCurrentRow() {
     viewport()->update();
 }
 
-/// Ends the hold by the mouse, since the release may go to another window.
+/// Treats the mouse buttons as released when the window loses the focus or the list is hidden, because this
+/// list may then not receive the release.
 bool MessageListView::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide)
         heldByMouse_ = false;

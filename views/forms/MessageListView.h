@@ -33,7 +33,7 @@ public:
     /// Returns the part of the current row that is visible, in screen coordinates; empty if there is none.
     QRect CurrentRowOnScreen() const;
 
-    /// In pixels; `column` is a sized one.
+    /// Return and set a width in pixels.  `column` is one of the five sized columns.
     int ColumnWidth(int column) const;
     void SetColumnWidth(int column, int width);
     QHeaderView* Header() const { return header_; }

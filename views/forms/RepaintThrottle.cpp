@@ -7,7 +7,7 @@
 namespace tallyhorn {
 namespace {
 
-/// In milliseconds; an eye sees shorter delays as none.
+/// In milliseconds.  Users do not notice shorter delays.
 constexpr int ShortestInterval = 40;
 /// Bounds the share of the thread's time that repaints take to a ninth.
 constexpr int IntervalPerCost = 8;
@@ -19,7 +19,8 @@ RepaintThrottle::RepaintThrottle(QObject* owner, std::function<void()> repaint)
     timer_->setObjectName(QStringLiteral("repaintThrottle"));
     timer_->setSingleShot(true);
     timer_->setTimerType(Qt::PreciseTimer);
-    // The owner is the context object, so that the timer, which outlives its members, calls no dead throttle.
+    // The timer is destroyed after this object, a member of the owner.  The context object `owner` ends the
+    // calls when it is destroyed.
     timer_->callOnTimeout(owner, [this] { Run(); });
 }
 

@@ -226,7 +226,7 @@ void frmMessage::ShowStep(bool stepped) {
     UpdateNavigation();
 }
 
-/// Selects the shown message in the main window first, where the user may have selected another one.
+/// Selects the shown message in the main window first, because the user may have selected another one there.
 void frmMessage::Delete() {
     const ViewNumber view = details_.View();
     parts_.Received.ActiveView = view;
@@ -271,8 +271,8 @@ QPushButton* frmMessage::ButtonOfKey(int key) const {
     }
 }
 
-/// Handles the window's Ctrl keys before its controls see them.  They act on release, so that holding one
-/// acts once.  Their presses are swallowed, on which the text box would scroll or copy its selection.
+/// Handles the window's Ctrl keys before its controls receive them.  A key acts on its release, so that
+/// holding it acts only once.  Presses are consumed, because the text box would scroll or copy its selection.
 bool frmMessage::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
     if (type != QEvent::KeyPress && type != QEvent::KeyRelease && type != QEvent::ShortcutOverride)

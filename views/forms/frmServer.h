@@ -32,7 +32,7 @@ class frmServer final : public QMainWindow, public ServerDisplay {
 public:
     frmServer(ServerLifetime& lifetime, Gate& gate);
 
-    /// What the window shows and what its commands call.  All of it outlives the window.
+    /// The objects that the window shows and those that its commands call.  All must outlive the window.
     struct Parts {
         const MessageContext& Context;
         MessageCommands& Commands;

@@ -62,15 +62,15 @@ struct ChannelTraits {
 
 const ChannelTraits& TraitsOf(Channel channel);
 
-/// The channel whose messages `view` shows: syslog for the tree.
+/// Returns the channel whose messages `view` shows: syslog for the tree.
 Channel ChannelOfView(ViewNumber view);
-/// The channel whose messages `page` shows. Every page but the NetBIOS one, and no page at all, count as
-/// syslog's, as the commands that clear and filter messages expect.
+/// Returns the channel whose messages `page` shows: syslog for every page but the NetBIOS one, and if no page
+/// is shown, as the commands that clear and filter messages expect.
 Channel ChannelOfPage(MessagePage page);
 MessagePage PageOfView(ViewNumber view);
-/// The index within its channel of the list that `view` names.
+/// Returns the index of the list `view` within its channel.
 std::size_t ListOfView(ViewNumber view);
-/// The view that shows list `list` of `channel`.
+/// Returns the view that shows list `list` of `channel`.
 ViewNumber ViewOfList(Channel channel, std::size_t list);
 
 }  // namespace tallyhorn

@@ -188,7 +188,7 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
     while (!candidates.empty()) {
         std::vector<ChildPlace> places;
         for (const GroupId group : candidates) {
-            // A group that still has empty children is reached again from them.
+            // A group with children is skipped.  It is examined again after its empty children were removed.
             if (group != 0 && groups_[group].Count == 0 && groups_[group].Children.Size() == 0)
                 places.push_back({groups_[group].Parent, PositionOf(TreeNode::Group(group))});
         }

@@ -84,7 +84,7 @@ public:
     bool ProcessingPaused() const { return Is(State::Pause) || Is(State::Batch); }
     bool SyslogDeleteInProgress() const { return Is(State::Hold); }
 
-    /// Moves on to a later phase.  Returns false and changes nothing if the gate is as far already.
+    /// Enters a later phase.  Returns false and changes nothing if the gate has already reached that phase.
     bool Advance(Phase phase);
     Phase CurrentPhase() const { return phase_; }
 

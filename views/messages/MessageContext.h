@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-/// What everything that receives, shows or changes messages works with. All of it outlives its users.
+/// The objects that all classes use which receive, show or change messages. They must outlive those classes.
 struct MessageContext {
     ReceivedMessages& Received;
     ServerDisplay& Display;

@@ -45,7 +45,7 @@ public:
     MessageChannel Syslog{Channel::Syslog};
     /// The syslog messages that are shown.
     ConsolidatedTree Tree{Syslog.Rows};
-    /// The view that the user touched last.
+    /// The view that the user clicked or operated by keyboard last.
     ViewNumber ActiveView = 0;
 
     /// Returns the gate, which decides whether arrivals may be handled now.
@@ -59,7 +59,7 @@ public:
     /// Sets how dates are shown in rows that are added from now on.
     void SetDateStyle(const DateStyle& style);
 
-    /// Whether dates are written and read with the day before the month.
+    /// Returns whether dates are written and read with the day before the month.
     bool DayFirst() const { return dayFirst_; }
 
     /// Reads a text that `channel` keeps into `alarm`. `now` is the date of a text that has none.
@@ -80,7 +80,7 @@ public:
     /// `shown`, its row and its leaf. Afterwards `alarm` is the record that the kept text yields.
     void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
 
-    /// Keeps a text from the backup file as KeepSyslogMessage does. No filter is asked. `now` is the date of
+    /// Keeps a text from the backup file as KeepSyslogMessage does. Applies no filter. `now` is the date of
     /// a text that has none.
     void RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm);
 
@@ -98,8 +98,8 @@ public:
     void UpdateListViewStatus();
 
 private:
-    /// Adds the row of an alarm whose type is unknown too, without a picture: an alarm that the console does
-    /// not recognise must not be overlooked.
+    /// Adds the row of an alarm. An unknown type gets a row too, without a picture, because an alarm that the
+    /// console does not recognise must not be overlooked.
     static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm);
     void AddNetBiosRow(Slot slot, AlarmRecord& alarm);
     void ParseMessageAdd(Slot slot, AlarmRecord& alarm);

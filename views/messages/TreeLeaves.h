@@ -29,7 +29,7 @@ public:
 
     std::size_t Count() const { return count_; }
     bool Holds(Slot slot) const;
-    /// The leaf exists.
+    /// Returns the leaf of `slot`, which must exist.
     const TreeLeaf& operator[](Slot slot) const { return leaves_[static_cast<std::size_t>(slot)]; }
 
     /// Returns the text before the date, with one user more, for a leaf that is about to be added.

@@ -4,7 +4,7 @@
 
 namespace tallyhorn {
 
-/// What other parts of the console need to know of the view filter.
+/// The state of the view filter that other parts of the console need.
 class ViewFilterState {
 public:
     virtual ~ViewFilterState() = default;

@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // An icon key, which a shown alarm keeps as its type, denotes the same type as the text that it was made
     // of.
     Require(EventTypeOf(carried.TypeOfEvent) == EventTypeOf(key));
-    // So does the displayed name.
+    // The displayed name denotes the same type too.
     Require(EventTypeIconKey(EventTypeDisplayName(carried.TypeOfEvent)) == key);
     Require(ParseAlarmDate(FormatGeneralDate(carried.DateTime)) == carried.DateTime);
     RequireReadsBack(carried);

@@ -16,8 +16,8 @@
 namespace tallyhorn {
 namespace {
 
-/// The fields of a line of tests/data/profile-cases.tsv, separated by tabs.  "\xHH" stands for a byte,
-/// "\null" for a null pointer.  Only lines in which Wine and Windows differ have the last two fields.
+/// The fields of a line of tests/data/profile-cases.tsv, separated by tabs.  "\xHH" means a byte,
+/// "\null" a null pointer.  Only lines in which Wine and Windows differ have the last two fields.
 enum Field { Content, Operation, Section, Key, Text, Number, Answer, OnWindows, Reason };
 using Case = std::vector<std::string>;
 
@@ -80,7 +80,7 @@ std::string Call(ProfileFunctions& functions, const Case& one, const std::string
     return std::to_string(count) + ':' + buffer.substr(0, count + 1);
 }
 
-/// Also calls the system's own profile functions if it has some.
+/// Compares TextProfileFunctions and, if the system has its own profile functions, those too.
 TEST(TextProfileFunctions, AnswersAsTheSystemDoes) {
     const TemporaryFolder folder;
     TextProfileFunctions functions;

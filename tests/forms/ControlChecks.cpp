@@ -68,7 +68,7 @@ bool IsReadBefore(const QWidget* one, const QWidget* other) {
     return inOneLine ? a.left() < b.left() : a.top() < b.top();
 }
 
-/// Presses Tab until the focus is where it was.  Returns the controls that had it.
+/// Presses Tab until the first control has the focus again.  Returns the controls that had it, in order.
 Widgets TabRound(const QWidget& window) {
     Widgets reached{window.focusWidget()};
     for (int i = 0; i < 200; ++i) {

@@ -74,7 +74,7 @@ protected:
     MessageRows rows_;
     MessageList list_{rows_};
     std::unique_ptr<MessageListView> view_;
-    std::unique_ptr<QAbstractItemModelTester> tester_;  ///< goes before the view
+    std::unique_ptr<QAbstractItemModelTester> tester_;  ///< destroyed before the view
     Slot next_ = 0;
 };
 

@@ -20,7 +20,7 @@ protected:
         for (const Qt::Key key : keys)
             QTest::keyClick(Tree(), key);
     }
-    /// What the lists, the tree's alarms and the status bar show.
+    /// Returns the texts in the lists, of the tree's alarms and in the status bar.
     std::string Everything() {
         std::string text = Panel(2).toStdString();
         for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
@@ -32,7 +32,7 @@ protected:
         }
         return text;
     }
-    /// By the list of errors.
+    /// Deletes the first `count` messages of the list of errors.
     void DeleteFirstSyslogRows(int count) {
         ShowPage(1);
         MessageListView* const list = SyslogList(0);
@@ -119,7 +119,7 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
     EXPECT_EQ(Current(), "m135 ( 3 Events )");
 }
 
-/// What comes while the tree is behind another page moves rows that nobody has told the view of.
+/// Arrivals while the tree is behind another page move nodes before the view receives any signal.
 TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
     StartOnTree();
     for (const char* const alarm : {"m1", "m2"})
@@ -144,11 +144,11 @@ TEST_F(SyslogConsoleTest, LongLinesAreCutInLineAndTip) {
     EXPECT_LT(Node({0}).data().toString().size(), 2'000);
 }
 
-/// Qt's own judge looks on while groups are open and everything comes and goes.
+/// Qt's model tester checks every signal of the model while groups are open and nodes are added and removed.
 TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
     StartOnTree();
     QAbstractItemModelTester tester(Tree()->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-    // It would ask for more in the middle of what it is being told.
+    // Otherwise the tester would call fetchMore while the model is emitting a signal.
     tester.setUseFetchMore(false);
     std::mt19937 random(2);
     for (int step = 0; step < 60; ++step) {
@@ -171,7 +171,7 @@ TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
     EXPECT_EQ(Tree()->model()->rowCount(), 0);
 }
 
-/// Texts of every byte value: what is shown and saved is the same after a restart, and after another one.
+/// Texts with bytes of every value are shown and saved unchanged after one restart and after several.
 TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
     StartOnTree();
     std::mt19937 random(4);

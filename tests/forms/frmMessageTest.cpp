@@ -19,7 +19,7 @@ namespace {
 
 class frmMessageTest : public ConsoleFixture {
 protected:
-    /// NetBIOS errors arrive, with the minute as name and date.
+    /// Lets a NetBIOS error arrive for each of `minutes`, which gives its name and date.
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
             std::string number = std::to_string(minute);

@@ -23,7 +23,7 @@ protected:
         Window().setWindowState(Window().windowState() | Qt::WindowMinimized);
         QCoreApplication::processEvents();
     }
-    /// Returns where the user sees the main window.
+    /// Returns the state of the main window that the user sees.
     std::string Place() {
         if (!Window().isVisible())
             return "hidden";

@@ -157,7 +157,7 @@ const std::vector<std::string> Types = {"Information",   "Warning",  "Error", "F
 const std::vector<std::string> Alarms = {"a1", "A1", "Link (one) (two)", "b", "c", "d", "e", "f", ""};
 const std::vector<std::string> Logs = {"System", "security", "SECURITY"};
 
-/// The tree and its rules taken literally, and random steps that both take.
+/// Applies random steps to the tree and to a LiteralTree, and compares them.
 class ConsolidatedTreeTest : public ::testing::Test {
 protected:
     std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
@@ -186,7 +186,8 @@ protected:
         const bool known = record.TypeOfEvent != "Critical" && !record.TypeOfEvent.empty();
         refused_ += known && !literal_.HasLeaf(slot) ? 1 : 0;
     }
-    /// Mostly a few, at times up to all.  Selects a node that may be removed.
+    /// Removes one to six random messages, or sometimes any number.  Before that, selects a node that may be
+    /// removed with them.
     void RemoveSome() {
         std::shuffle(used_.begin(), used_.end(), random_);
         const std::size_t count =
@@ -215,7 +216,7 @@ protected:
         literal_ = LiteralTree();
         used_.clear();
     }
-    /// As LiteralTree::Shown.
+    /// Returns the tree in the form of LiteralTree::Shown.
     std::string Shown(TreeNode parent = {}, const std::string& indent = "") const {
         std::string text;
         const std::size_t count = tree_.ChildCount(parent);
@@ -234,7 +235,7 @@ protected:
         }
         return text;
     }
-    /// Compares the rows that the nodes on one path cover.
+    /// Compares the results of SlotsUnder for each node on one random path.
     void CompareSlots() {
         std::vector<std::string> names;
         for (TreeNode node; tree_.ChildCount(node) > 0;

@@ -70,7 +70,7 @@ TEST_F(MessageCommandsTest, AsksOnlyAboutASelectionThatItMayDelete) {
     EXPECT_TRUE(Display.ListCalls.empty());
 }
 
-/// The pause of a millisecond comes after each slice, not after each row.
+/// A delete sleeps for one millisecond after each slice, not after each row.
 TEST_F(MessageCommandsTest, ALargeDeletePausesOncePerSlice) {
     Keep(50'000);
     Received.List(2).Select(0, 49'999, true);

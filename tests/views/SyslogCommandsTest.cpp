@@ -95,7 +95,7 @@ TEST_F(SyslogCommandsTest, ATreeDeleteRemovesAllRowsThatTheNodeCovers) {
     EXPECT_EQ(Boxes.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."});
 }
 
-/// Lists, tree and store agree, and slots are reused in the order in which they were freed.
+/// Checks that lists, tree and store agree, and that slots are reused in the order in which they were freed.
 TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
                                      "Success Audit", "unheard of", ""};

@@ -14,14 +14,16 @@ namespace {
 using ConsoleTest = ConsoleFixture;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
 
-TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
+TEST_F(ConsoleTest, ShowsArrivalsByTypeInTheRightFrames) {
     Start();
     Arrive("one", "Error");
     Arrive("two", "Information");
     Arrive("three", "Warning");
     Poll();
-    // The critical list is the lowest on the page.
+    // Element 0, the critical list, is at the bottom of the page.
     const char* const alarms[] = {"one", "three", "two"};
     for (int element = 0; element < 3; ++element) {
         MessageListView* const list = List(element);
@@ -32,7 +34,7 @@ TEST_F(ConsoleTest, ShowsArrivalsSortedByTypeUnderTheRightFrames) {
     }
     EXPECT_EQ(Panel(1) + Panel(2) + Panel(3),
               "3 NetBIOS Message(s)0 Syslog Message(s)Status: Processing Messages");
-    EXPECT_FALSE(SyslogList(0)->isEnabled()) << "an empty list";
+    EXPECT_FALSE(SyslogList(0)->isEnabled()) << "the list is empty";
     EXPECT_EQ(SyslogList(0)->viewport()->backgroundRole(), QPalette::Button);
     EXPECT_EQ(List(0)->viewport()->backgroundRole(), QPalette::Base);
 }
@@ -62,7 +64,7 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
     for (const QSize size : {QSize(1280, 760), QSize(700, 500), QSize(1600, 1100)}) {
         console_->Window().showNormal();
         console_->Window().resize(size);
-        // Without any page the tabs give up their height.
+        // The tabs collapse while no page is shown and must get their height back.
         for (const bool shown : {false, true}) {
             for (const MessagePage page : {MessagePage::NetBios, MessagePage::Syslog})
                 console_->Window().ShowPage(page, shown);
@@ -84,7 +86,7 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
     EXPECT_NEAR(List(1)->ColumnWidth(4), 0.15 * List(1)->width(), 1);
 }
 
-TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
+TEST_F(ConsoleTest, OneChannelsListsShareTheirColumnWidthsWhichAreSaved) {
     Start("MessageViews=7\r\nDateTime=1\r\nSeperator=.\r\nColWidth1=3000\r\nColWidth2=1500\r\n");
     Receive({"one"});
     EXPECT_EQ(List(0)->model()->index(0, 0).data().toString(), "21.08.2008 2:05:09 PM");
@@ -93,17 +95,16 @@ TEST_F(ConsoleTest, ColumnWidthsGoTogetherAndAreSaved) {
     ClickRow(List(0), 0);
     EXPECT_EQ(List(2)->ColumnWidth(1), 140);
     ShowPage(1);
-    EXPECT_EQ(SyslogList(1)->ColumnWidth(1), 100) << "the other channel's, until the layout is made anew";
+    EXPECT_EQ(SyslogList(1)->ColumnWidth(1), 100) << "the lists of the other channel keep their widths";
     boxes_.Answer = false;
     CloseByUser();
     EXPECT_TRUE(console_->Window().isVisible());
-    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"Are you sure you wish to close the console?"});
-    EXPECT_NE(SettingsText().find("ColWidth1=3000\r\nColWidth2=2100\r\n"), std::string::npos)
-        << SettingsText();
-    EXPECT_EQ(SettingsText().find("CPWidth=0"), std::string::npos) << SettingsText();
+    EXPECT_THAT(boxes_.Shown, ElementsAre("Are you sure you wish to close the console?"));
+    EXPECT_THAT(SettingsText(), HasSubstr("ColWidth1=3000\r\nColWidth2=2100\r\n"));
+    EXPECT_THAT(SettingsText(), Not(HasSubstr("CPWidth=0")));
 }
 
-TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
+TEST_F(ConsoleTest, EndsWithTheUsersSessionWithoutAQuestion) {
     for (const bool loggingOff : {false, true}) {
         Start();
         QEvent quit(QEvent::Quit);
@@ -112,12 +113,12 @@ TEST_F(ConsoleTest, TheEndOfTheSessionAsksNothing) {
         EXPECT_TRUE(console_->HasEnded());
         EXPECT_TRUE(boxes_.Shown.empty());
         EXPECT_FALSE(mailslots_.ByName.contains("TallyhornEngine")) << "the mailslot is closed";
-        EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "sizes are kept all the same";
+        EXPECT_THAT(SettingsText(), HasSubstr("CPWidth="));
         console_.reset();
     }
 }
 
-/// A delete hides the list and may leave it empty; neither may move the focus to another list.
+/// A delete hides the list for a moment and may leave it empty.  Neither may move the focus to another list.
 TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     Start();
     for (const char* const type : {"Information", "Information", "Warning", "Error"})
@@ -137,43 +138,43 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     EXPECT_EQ(Panel(1), "2 NetBIOS Message(s)");
 }
 
-TEST_F(ConsoleTest, SaysWhatKeepsItFromStarting) {
+TEST_F(ConsoleTest, WarnsOfASecondInstanceAndOfAMissingMailslot) {
     Start();
     InstanceLock second(InstanceName(), folder_ / "locks");
     EXPECT_FALSE(Console(Machine(second), folder_.Path(), folder_.Path()).Start());
     EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("Only one instance")));
     InstanceLock third(InstanceName() + "2", folder_ / "locks");
     boxes_.Shown.clear();
-    Console deaf(Machine(third), folder_.Path(), folder_.Path());
-    EXPECT_TRUE(deaf.Start()) << "without its mailslot the console still runs";
+    Console withoutMailslot(Machine(third), folder_.Path(), folder_.Path());
+    EXPECT_TRUE(withoutMailslot.Start());
     EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("no mailslot messages will be received")));
-    deaf.End();
+    withoutMailslot.End();
 }
 
 class ConsoleOrderTest : public ConsoleFixture {
 protected:
-    /// A letter for each thing that is open or visible: mailslot, UDP port, icon, window, Loading/saving
-    /// window, Rows.
+    /// Returns a letter for each thing that is open or visible: mailslot, UDP port, icon, window, the
+    /// Loading/saving window, and rows (R).
     std::string Snapshot() {
         std::string now;
         const auto add = [&now](char letter, bool there) { now += there ? std::string(1, letter) : ""; };
         add('m', mailslots_.ByName.contains("TallyhornEngine"));
         add('u', !datagrams_.Bound.empty());
         add('i', !area_.Calls.empty() && area_.Calls.back().starts_with("add"));
-        add('w', console_ != nullptr && console_->Window().isVisible());
+        add('w', console_->Window().isVisible());
         add('L', std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* widget) {
                 return widget->objectName() == QLatin1String("frmSavingMessages") && widget->isVisible();
             }));
-        add('R', console_ != nullptr && console_->Window().findChild<QWidget*>("lvwSyslog0") != nullptr &&
+        add('R', console_->Window().findChild<QWidget*>("lvwSyslog0") != nullptr &&
                      SyslogList(0)->model()->rowCount() > 0);
         return now;
     }
-    /// Records each snapshot that differs from the one before, whenever events run.
+    /// Records each snapshot that differs from the previous one, whenever events run.
     void Watch() {
         QObject::connect(&watch_, &QTimer::timeout, qApp, [this] {
             if (seen_.empty() || seen_.back() != Snapshot())
                 seen_.push_back(Snapshot());
-            if (WhileLoading && seen_.back().find("LR") != std::string::npos)
+            if (WhileLoading && seen_.back().ends_with("LR"))
                 std::exchange(WhileLoading, nullptr)();
         });
         watch_.start(0);
@@ -196,10 +197,10 @@ TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
     Watch();
     console_->End();
     EXPECT_THAT(seen_, ElementsAre("iwR", "wLR"))
-        << "mailslot, port and then the icon are closed before the backup is written";
+        << "first the mailslot and the port are closed, then the icon, and then the backup is written";
     const std::string saved = ReadBytes(folder_ / "Backup.dat");
     EXPECT_LT(saved.find("Alarm Name: queued"), saved.find("Alarm Name: waiting"));
-    EXPECT_NE(saved.find("Alarm Name: waiting"), std::string::npos);
+    EXPECT_THAT(saved, HasSubstr("Alarm Name: waiting"));
     EXPECT_FALSE(console_->Window().isVisible());
     console_.reset();
 
@@ -209,19 +210,18 @@ TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
     Restart();
     clock_.PerLook = std::chrono::milliseconds(0);
     watch_.stop();
-    EXPECT_THAT(std::vector<std::string>(seen_.begin(),
-                                         seen_.begin() + std::min<std::ptrdiff_t>(3, std::ssize(seen_))),
-                ElementsAre("m", "muL", "muLR"))
-        << "the port is bound and read while the backup is loaded, and the window is shown last";
+    seen_.resize(3);
+    EXPECT_THAT(seen_, ElementsAre("m", "muL", "muLR"))
+        << "the port is bound before the backup is loaded, and the window is shown last";
     EXPECT_THAT(Snapshot(), HasSubstr("w"));
     Handle();
     console_->End();
     const std::string again = ReadBytes(folder_ / "Backup.dat");
-    EXPECT_TRUE(again.starts_with(saved)) << "what arrived during the load comes after what was there before";
-    EXPECT_NE(again.find("Alarm Name: new"), std::string::npos);
+    EXPECT_THAT(again, StartsWith(saved)) << "an arrival during the load comes after the restored messages";
+    EXPECT_THAT(again, HasSubstr("Alarm Name: new"));
 }
 
-TEST_F(ConsoleTest, StartsOnDamagedFiles) {
+TEST_F(ConsoleTest, StartsWithDamagedFiles) {
     std::string bytes;
     for (int i = 0; i < 5000; ++i)
         bytes += static_cast<char>((i * 7919) >> 3);

@@ -45,22 +45,24 @@ protected:
     }
 };
 
-TEST_F(SyslogConsoleTest, ArrivalsComeIntoListsTreeAndStatusBar) {
+TEST_F(SyslogConsoleTest, ShowsArrivalsInListsTreeAndStatusBar) {
     StartOnTree();
-    EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5514");
     EXPECT_FALSE(Tree()->isEnabled());
-    Send(Datagram("Full", "Warning", "pc"));
-    Send("an ordinary line");
+    Send(Datagram("<b>Full</b>" + std::string(60'000, 'y'), "Warning", "pc"));
+    Send(Datagram("Empty", "Warning", "pc"));
     Handle();
-    EXPECT_EQ(Panel(2), "1 Syslog Message(s)");
-    ASSERT_EQ(Tree()->model()->rowCount(), 1);
-    EXPECT_EQ(Node({0}).data(Qt::AccessibleTextRole).toString(), "Alarm, Full ( 1 Event )");
-    EXPECT_FALSE(Tree()->isExpanded(Node({0}))) << "nothing opens by itself";
-    EXPECT_EQ(SyslogList(1)->model()->rowCount(), 1);
+    EXPECT_EQ(Panel(2), "2 Syslog Message(s)");
+    EXPECT_EQ(SyslogList(1)->model()->rowCount(), 2);
     EXPECT_TRUE(SyslogList(1)->isEnabled() && Tree()->isEnabled());
+    const QModelIndex full = Node({0});
+    EXPECT_TRUE(full.data(Qt::ToolTipRole).toString().startsWith("<p>&lt;b&gt;Full"));
+    EXPECT_LT(full.data(Qt::ToolTipRole).toString().size(), 2'000) << "long texts are cut";
+    EXPECT_LT(full.data().toString().size(), 2'000);
+    EXPECT_EQ(Node({1}).data(Qt::AccessibleTextRole).toString(), "Alarm, Empty ( 1 Event )");
+    EXPECT_FALSE(Tree()->isExpanded(full)) << "new groups are closed";
 }
 
-TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
+TEST_F(SyslogConsoleTest, MovesAndDeletesByKeyboard) {
     StartOnTree();
     for (const char* const computer : {"a", "b", "b", "c"})
         Send(Datagram("Full", "Warning", computer));
@@ -73,10 +75,11 @@ TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
               "System Log  ||  Source: Disk  ||  Event ID: 7  ||  Date Logged: 08/21/2008 2:05:09 PM");
     EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 2 Events )");
     PressInTree({Qt::Key_Delete});
-    EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 1 Events )") << "the next one";
+    EXPECT_EQ(Tree()->currentIndex().parent().data().toString(), "B ( 1 Events )")
+        << "the next leaf is current";
     EXPECT_TRUE(Tree()->selectionModel()->isSelected(Tree()->currentIndex()));
     PressInTree({Qt::Key_Delete});
-    EXPECT_EQ(Current(), "C ( 1 Event )") << "what took the group's place";
+    EXPECT_EQ(Current(), "C ( 1 Event )") << "the node that took the group's place";
     EXPECT_EQ(Text({0}), "Full ( 2 Events )");
     PressInTree({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
     EXPECT_EQ(Current(), "Other ( 1 Event )");
@@ -87,7 +90,7 @@ TEST_F(SyslogConsoleTest, TheKeyboardWalksAndDeletes) {
     EXPECT_EQ(boxes_.Shown.size(), 4U) << "there is nothing to delete";
 }
 
-TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) {
+TEST_F(SyslogConsoleTest, KeepsOpenGroupsAndPositionThroughArrivalsAndDeletions) {
     StartOnTree();
     for (int i = 0; i < 40; ++i) {
         for (int leaf = 0; leaf < 3; ++leaf)
@@ -112,7 +115,7 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
     EXPECT_EQ(Tree()->model()->rowCount(Node({12, 0, 0})), 4);
     EXPECT_EQ(Text({12}), "m102 ( 4 Events )");
     DeleteFirstSyslogRows(5);
-    EXPECT_EQ(Text({10}), "m101 ( 1 Events )") << "the first alarm went with its last leaf";
+    EXPECT_EQ(Text({10}), "m101 ( 1 Events )") << "m100 was removed with its last leaf";
     EXPECT_TRUE(Tree()->isExpanded(Node({11, 0, 0})));
     EXPECT_TRUE(Tree()->isExpanded(Node({39, 0, 0})));
     EXPECT_FALSE(Tree()->isExpanded(Node({12})));
@@ -120,7 +123,7 @@ TEST_F(SyslogConsoleTest, WhatIsOpenAndOnTopStaysSoThroughArrivalsAndDeletions) 
 }
 
 /// Arrivals while the tree is behind another page move nodes before the view receives any signal.
-TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
+TEST_F(SyslogConsoleTest, KeepsOpenGroupsWhileAnotherPageIsShown) {
     StartOnTree();
     for (const char* const alarm : {"m1", "m2"})
         Send(Datagram(alarm, "Error", "pc"));
@@ -135,20 +138,11 @@ TEST_F(SyslogConsoleTest, OpenGroupsStayOpenWhateverHappensBehindAnotherPage) {
     EXPECT_EQ(Current(), "m2 ( 1 Event )");
 }
 
-TEST_F(SyslogConsoleTest, LongLinesAreCutInLineAndTip) {
-    StartOnTree();
-    Send(Datagram("<b>x</b>" + std::string(60'000, 'y'), "Error", "pc"));
-    Handle();
-    EXPECT_TRUE(Node({0}).data(Qt::ToolTipRole).toString().startsWith("<p>&lt;b&gt;x"));
-    EXPECT_LT(Node({0}).data(Qt::ToolTipRole).toString().size(), 2'000);
-    EXPECT_LT(Node({0}).data().toString().size(), 2'000);
-}
-
-/// Qt's model tester checks every signal of the model while groups are open and nodes are added and removed.
+/// QAbstractItemModelTester checks the model while open groups gain and lose leaves.
 TEST_F(SyslogConsoleTest, TheModelKeepsQtsRules) {
     StartOnTree();
     QAbstractItemModelTester tester(Tree()->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-    // Otherwise the tester would call fetchMore while the model is emitting a signal.
+    // Without this, the tester calls fetchMore from inside the signals that it checks.
     tester.setUseFetchMore(false);
     std::mt19937 random(2);
     for (int step = 0; step < 60; ++step) {
@@ -183,7 +177,7 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
         return text;
     };
     for (int i = 0; i < 600; ++i) {
-        // A removal cuts a name that has a parenthesis; all else survives.
+        // When a message is removed, a name that contains a parenthesis is cut; all other bytes survive.
         const std::string alarm = bytes("()");
         std::string source = bytes(",");
         if (i % 10 == 0)
@@ -214,14 +208,14 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
 
 class TakenPortTest : public SyslogConsoleTest {
 protected:
-    /// Starts the console while another program has the port.  The user answers Retry `retries` times, and
-    /// each time calls `inPreferences` in the preferences dialog; then the user answers Cancel.
+    /// Starts while another program uses the port.  The user answers Retry `retries` times and operates the
+    /// preferences with `inPreferences` each time, and then answers Cancel.
     void StartTaken(int retries, const std::function<void(QWidget&)>& inPreferences) {
         datagrams_.Taken = {Port};
         boxes_.Shown.clear();
         boxes_.RetriesLeft = retries;
         boxes_.WhileAsked = [this, inPreferences] {
-            EXPECT_TRUE(console_->Window().isVisible()) << "the window is there first";
+            EXPECT_TRUE(console_->Window().isVisible()) << "the window is shown first";
             if (boxes_.RetriesLeft > 0)
                 InDialog(inPreferences);
         };
@@ -229,7 +223,7 @@ protected:
     }
 };
 
-TEST_F(TakenPortTest, AnotherPortIsChosenInThePreferences) {
+TEST_F(TakenPortTest, RetryAcceptsAnotherPort) {
     StartTaken(1, [](QWidget& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Tallyhorn Listener Console Preferences");
         QTest::keyClicks(dialog.focusWidget(), "5515");
@@ -241,7 +235,7 @@ TEST_F(TakenPortTest, AnotherPortIsChosenInThePreferences) {
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5515");
 }
 
-TEST_F(TakenPortTest, TheSamePortIsTriedAgain) {
+TEST_F(TakenPortTest, RetryTriesTheSamePortAgain) {
     StartTaken(2, [this](QWidget& dialog) {
         if (boxes_.Shown.size() == 2)
             datagrams_.Taken.clear();
@@ -250,7 +244,7 @@ TEST_F(TakenPortTest, TheSamePortIsTriedAgain) {
     EXPECT_TRUE(datagrams_.Bound.contains(Port));
 }
 
-TEST_F(TakenPortTest, WithoutSyslogTheConsoleGoesOn) {
+TEST_F(TakenPortTest, RunsWithoutSyslogIfThePreferencesAreCancelled) {
     StartTaken(1, [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     EXPECT_EQ(boxes_.Shown.size(), 1U);
     EXPECT_FALSE(console_->HasEnded());

@@ -10,8 +10,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t FirstSize = 1001;
-/// The length of a full part 0.  Of a text's first datagram, whichever part it is, only so many characters at
-/// its end are kept, which removes the header of a full part 0.
+/// The length of a full part 0.  Only this many characters at the end of the first datagram that arrives of a
+/// text are kept, even if it is another part; this removes the header of a full part 0.
 constexpr std::size_t FirstPartLength = 384;
 constexpr std::chrono::seconds Lifetime(30);
 

@@ -26,8 +26,9 @@ struct PartialText {
 
 /// Owns the parts of texts that arrive in parts, and joins each text once it is complete.
 ///
-/// Compatibility: a text is complete when as many parts have arrived as its last part index says, and it then
-/// consists of the parts below that index, as existing senders expect.  A sender sends one part more:
+/// Compatibility: a text is complete when the number of its parts that have arrived equals its last part
+/// index, and it then consists of the parts below that index, as existing senders expect.  A sender sends one
+/// more part:
 ///
 ///     store.Add("*7-0-2-one ", now);  // part 0 of the parts 0 to 2; a short first part keeps its header
 ///     store.Add("*7-1-2-two", now);   // two parts have arrived, and the last index is 2: complete
@@ -40,7 +41,7 @@ class FragmentStore {
 public:
     FragmentStore();
 
-    /// Frees every entry, at no cost if none was taken since the last call.
+    /// Frees every entry.  Returns at once if no entry was taken since the last call.
     void Reset();
     /// Adds one datagram of the form `*ID-INDEX-LAST-DATA`, whose numbers consist of digits only and are at
     /// most 32767.  Drops any other datagram and the id 0, which no sender uses.

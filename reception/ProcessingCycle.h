@@ -14,18 +14,18 @@ namespace tallyhorn {
 /// may run in the middle of a poll, and one of them may be the next poll.
 class ProcessingCycle {
 public:
-    /// What it is given outlives the cycle.
+    /// The arguments, and the objects that `parts` refers to, must outlive the cycle.
     ProcessingCycle(cvbMailslot& mailslot, SyslogEndpoint& syslog, const ReceptionParts& parts)
         : mailslot_(mailslot), syslog_(syslog), parts_(parts) {}
 
-    /// Polls the mailslot if the gate lets it: reads all waiting texts, and keeps and shows those that no
+    /// Polls the mailslot if the gate permits: reads all waiting texts, and keeps and shows those that no
     /// filter suppresses.
     void TimCheckTick();
-    /// Polls if the gate has put the last poll off.  In a syslog storm every poll may fall into the handling
-    /// of datagrams, so without this the mailslot would never be read.
+    /// Polls if the gate has postponed the last poll.  In a syslog storm every poll may be due while
+    /// datagrams are handled; without this function the mailslot would then never be read.
     void MissedTick();
 
-    /// Pauses, or ends the pause that the tool bar shows and then handles the datagrams that it queued.
+    /// Starts a pause, or ends the one that the tool bar shows and handles the datagrams queued during it.
     void PauseCommand();
     /// Counts one second of a pause; the 121st ends it.
     void ResumeTick();

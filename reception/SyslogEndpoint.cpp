@@ -48,7 +48,8 @@ void SyslogEndpoint::Close() {
     FinishBatch();
 }
 
-/// Handles what has arrived, or queues it if the gate does not let it in.
+/// Closes the UDP port.  Handles the datagrams that have arrived there; queues those that the gate does not
+/// permit to be handled now.
 void SyslogEndpoint::StopListening() {
     if (wscSyslog == nullptr)
         return;

@@ -19,19 +19,19 @@ public:
     /// `wake` asks for a call of DataArrival.  It is called on the pump thread when datagrams have arrived.
     SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts, std::function<void()> wake);
 
-    /// Handles what waits at the UDP port listened to so far, and listens at `port` instead; 0 lets the
-    /// system choose one.  Returns false if the system cannot bind it, and then listens nowhere.
+    /// Handles the datagrams that wait at the present UDP port, closes that port and listens at `port`; 0
+    /// lets the system choose one.  Returns false if `port` cannot be bound, and then listens at no port.
     bool InitializeWinsock(std::int32_t port);
-    /// Stops listening and handles all that has arrived, including what a pause has queued.
+    /// Stops listening and handles all datagrams that have arrived, including those that a pause has queued.
     void Close();
 
-    /// What waits after a call: nothing, more than one slice could handle, or datagrams that are to be
-    /// handled later, because they arrived during the slice or the gate does not let them in yet.
+    /// What waits after a call of DataArrival: nothing; more datagrams than the slice could handle; or
+    /// datagrams to be handled later, because they arrived during the slice or the gate answers Later.
     enum class Waiting { Nothing, More, Later };
     /// Handles waiting datagrams for about 10 ms, queues them during a pause, or leaves them in the pump's
     /// queue, as the gate decides.
     Waiting DataArrival();
-    /// Handles what a pause has queued, at its end.
+    /// Handles the datagrams that a pause has queued.  To be called at the end of the pause.
     void ProcessQueuedSyslogMessages();
 
     /// Returns how many datagrams have been handled since the start, notifications or not.
@@ -54,11 +54,11 @@ private:
     DatagramSockets& sockets_;
     ReceptionParts parts_;
     const std::function<void()> wake_;
-    std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null while it listens nowhere
+    std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null if no port is open
     SyslogQueue queue_;
-    AlarmDate now_;  ///< when the current batch began, or its last slice
+    AlarmDate now_;  ///< the time at which the current batch or its last slice began
     std::uint64_t receivedCount_ = 0;
-    DatagramLosses lostBefore_;  ///< at the UDP ports listened to before
+    DatagramLosses lostBefore_;  ///< at the UDP ports that were open earlier
     std::string toolTip_;
     std::string withoutNuls_;
 };

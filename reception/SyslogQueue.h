@@ -22,7 +22,7 @@ public:
     explicit SyslogQueue(std::size_t limit = DefaultLimit) : limit_(limit) {}
 
     void Add(std::string_view text);
-    /// Returns and forgets what is queued, in the order of the positions.
+    /// Removes all queued datagrams and returns them in the order of their positions.
     std::vector<std::string> Take();
 
     /// Returns how many datagrams were added since the last Take, which may be more than are queued.

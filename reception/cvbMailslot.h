@@ -31,13 +31,13 @@ public:
     /// The most bytes of a datagram, including its header and terminating NUL.
     static constexpr std::size_t MaximumMessageSize = 401;
 
-    /// Both outlive the object.
+    /// Both arguments must outlive this object.
     cvbMailslot(MailslotTransport& transport, const Clock& clock);
     ~cvbMailslot();
     cvbMailslot(const cvbMailslot&) = delete;
     cvbMailslot& operator=(const cvbMailslot&) = delete;
 
-    /// Returns what InitializeMailslot was asked for, whether or not it succeeded.
+    /// Return the arguments of the last call of InitializeMailslot, even if it failed.
     bool ServerModeActive() const { return serverMode_; }
     const std::string& MailslotName() const { return mailslotName_; }
     /// Returns -1 if no mailslot is open.
@@ -46,12 +46,13 @@ public:
     /// Sends a text of at most 400 bytes as it is, without a NUL, and returns whether that succeeded.  Sends
     /// a longer one in parts, each with a NUL, and returns true or throws MailslotWriteError.
     bool SendMessage(std::string_view message);
-    /// Returns how many datagrams wait, at most 32767; 0 if the mailslot cannot be asked.
+    /// Returns the number of waiting datagrams, at most 32767, or 0 if the mailslot cannot be queried.
     std::int16_t CheckForMessages();
     void Terminate();
-    /// Reads the datagrams that CheckForMessages counts.  Puts the whole texts and then the joined ones at
-    /// `messages` 1 to N, an empty one at 0, and returns N.  If a read fails it returns 0 at once and leaves
-    /// the texts read so far in `messages`.  Passing the same vector again reuses its memory.
+    /// Reads as many datagrams as CheckForMessages counts and returns the number N of complete texts.  Puts
+    /// an empty text at index 0 of `messages`, and from index 1 to N first the texts of one datagram each,
+    /// then those joined from parts.  If a read fails, returns 0 at once and leaves the texts read so far in
+    /// `messages`.  Passing the same vector again reuses its memory.
     std::int16_t ReadMessages(std::vector<std::string>& messages);
 
 private:

@@ -26,9 +26,10 @@ std::string DateSeparator(std::string_view setting);
 /// Formats the date by `pattern`: `dd`, `MM`, `yyyy`, `h` (1 to 12), `nn` (minutes), `ss` and `AM/PM` are
 /// replaced; other characters are copied.
 ///
-/// Compatibility: the third character of the result, or the second if the third is a digit, is then taken for
+/// Compatibility: the third character of the result, or the second if the third is a digit, then counts as
 /// the separator, and each occurrence of it becomes `separator`.  With the pattern "MM dd h" and the
-/// separator "-", "08 21 2" becomes "08-21-2".  This decides how separators other than one character look.
+/// separator "-", "08 21 2" becomes "08-21-2".  This determines how a separator that is not
+/// exactly one character long is displayed.
 std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator);
 
 /// Returns "Jan" to "Dec" for 1 to 12, in English on every system.

@@ -52,13 +52,13 @@ TEST(AlarmDate, CountsDaysFromTheEndOf1899) {
 
 TEST(DateDisplay, FollowsOrderAndSeparator) {
     const AlarmDate date = At(2008, 8, 21, 14, 5, 9);
-    // The character after the first number is taken for the separator and replaced everywhere.
+    // The character after the first number counts as the separator and is replaced everywhere.
     for (const auto& [separator, text] :
          SplitPairs("/=08/21/2008 2:05:09 PM|:=08:21:2008 2:05:09 PM|--=08----21----2008 2:05:09 PM| =08 21 "
                     "2008 2:05:09 PM"))
         EXPECT_EQ(FormatAlarmDate(date, DateStyle{false, separator}.Pattern(), separator), text);
     EXPECT_EQ(FormatAlarmDate(date, DateStyle{true, "-"}.Pattern(), "-"), "21-08-2008 2:05:09 PM");
-    // If the third character is a digit, the second one is taken for the separator.
+    // If the third character is a digit, the second one counts as the separator.
     for (const auto& [pattern, text] : SplitPairs("dd/MM/yyyy=21.08.2008|h/dd=2.21|h=2"))
         EXPECT_EQ(FormatAlarmDate(date, pattern, "."), text);
     EXPECT_EQ(FormatAlarmDate(At(2008, 8, 1, 0, 1, 2), "MM/dd h:nn:ss AM/PM", "/"), "08/01 12:01:02 AM");

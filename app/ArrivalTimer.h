@@ -19,7 +19,7 @@ class ArrivalTimer final : public QObject {
 public:
     ArrivalTimer(SyslogEndpoint& syslog, ProcessingCycle& cycle, CommandQueue& queue, QObject* parent);
 
-    /// Starts the timer, unless it runs; its tick handles the datagrams that wait by then.
+    /// Starts the timer unless it is running.  Its tick handles all datagrams that are waiting at that time.
     void HandleDatagrams();
     void Stop();
 

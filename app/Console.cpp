@@ -234,7 +234,7 @@ void Console::ShowFilterDialog() {
     dialog.exec();
 }
 
-/// Saves sizes and widths whatever the user answers.
+/// Saves sizes and widths even if the user then refuses to close the console.
 bool Console::QueryUnload(bool byUser) {
     if (HasEnded())
         return false;

@@ -53,7 +53,7 @@ class Console final : private ServerLifetime,
                       private ArrivalSignals,
                       private TrayHost {
 public:
-    /// The ports to the system.  All of them outlive the console.
+    /// The ports to the system, which must outlive the console.
     struct Machine {
         InstanceLock& Instance;
         MailslotTransport& Mailslots;

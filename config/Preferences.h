@@ -11,7 +11,7 @@
 
 namespace tallyhorn {
 
-/// The contents of the preferences dialog: what it shows at first, and what the user has made of it.
+/// The contents of the preferences dialog, as it shows them at first or as the user has changed them.
 struct PreferenceFields {
     std::string Port;
     std::string Seperator;  ///< compatibility: spelled as the key in the settings file

@@ -15,7 +15,7 @@ namespace tallyhorn {
 /// removed. Slots are reused, so a message is identified by its slot and its text together.
 class MessageDetails {
 public:
-    /// `received` outlives this.
+    /// `received` must outlive this object.
     explicit MessageDetails(ReceivedMessages& received) : received_(received) {}
 
     /// Shows the message of `slot` in `view`; returns false and changes nothing if the view does not have it.

@@ -14,7 +14,7 @@ namespace tallyhorn {
 ///   never changes that choice.  So Qt is not used before an area has been found here.
 /// - Qt reports an area as available although only one of the other kind is left.  So after the choice, only
 ///   the chosen kind counts here.
-/// - Qt takes an icon as shown although its tray has ended and a new one has started.  So a new icon is made
+/// - Qt reports an icon as shown even if its tray has ended and a new one has started.  So a new icon is made
 ///   for each owner of the X tray.
 /// - Qt queries D-Bus without a time limit.  So this class listens to the bus instead.
 class AreaPresence {

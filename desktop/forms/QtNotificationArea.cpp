@@ -22,7 +22,7 @@ QtNotificationArea::~QtNotificationArea() = default;
 
 bool QtNotificationArea::IsAvailable() {
     const std::optional<std::uint32_t> area = presence_->Area();
-    // In another area Qt would take the old icon as shown already, so a new one is made.
+    // Qt would not show the old icon in a new area, so a new icon is made.
     if (area != area_)
         icon_.reset();
     area_ = area;

@@ -12,8 +12,8 @@ namespace tallyhorn {
 class frmTrayIcon;
 
 /// Hides the main window and the windows that belong to it when the user minimises it and the
-/// notification-area icon can bring it back; then restores all of them as they were.  It outlives the window,
-/// whose events it watches.
+/// notification-area icon can bring it back; then restores all of them as they were.  Watches the events of
+/// the main window, which it must outlive.
 class WindowHiding final : public QObject {
 public:
     WindowHiding(QWidget& window, frmTrayIcon& tray);

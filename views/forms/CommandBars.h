@@ -31,7 +31,7 @@ class CommandBars {
 public:
     using Handler = std::function<void(ServerCommand)>;
 
-    /// Calls `handle` for each command that the user gives.  The window outlives this.
+    /// Calls `handle` for each command that the user gives.  The window must outlive this object.
     CommandBars(QMainWindow& window, Handler handle);
 
     QToolBar* ToolBar() const { return tbrMain; }

@@ -12,7 +12,7 @@ namespace tallyhorn {
 
 /// Presents the consolidated tree as a Qt model.  A group's children are announced when a view opens the
 /// group, and those added later in one batch when AnnounceNewNodes is called; a closed group costs nothing.
-/// The tree outlives the model.
+/// The tree must outlive the model.
 class ConsolidatedTreeModel final : public QAbstractItemModel, private ChangeObserver {
     Q_OBJECT
 

@@ -34,8 +34,8 @@ public:
     };
     DetailWindow(const Parts& parts, QWidget* mainWindow);
 
-    /// Shows what is selected in the tree if that is in front, else in `view`, which was the active one when
-    /// the user gave the command.
+    /// Shows the message selected in the tree if the tree is in front, otherwise the one selected in `view`,
+    /// which was the active view when the user gave the command.
     void ViewMessageDetails(ViewNumber view);
     void Close();
 

@@ -9,7 +9,7 @@
 namespace tallyhorn {
 
 /// Presents one message list as a Qt model.  Announces added rows in one batch when AnnounceNewRows is
-/// called, and every other change at once, as a reset.  The list outlives the model.
+/// called, and every other change at once, as a reset.  The list must outlive the model.
 class MessageListModel final : public QAbstractTableModel, private ChangeObserver {
     Q_OBJECT
 

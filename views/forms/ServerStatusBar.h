@@ -16,7 +16,8 @@ class QProgressBar;
 namespace tallyhorn {
 
 /// Fills the main window's status bar with its three panels and a progress bar, and shows the wait cursor
-/// during long work, which counts as work for the gate.  The window owns the controls and outlives this.
+/// during long work, which it reports to the gate as Gate::Work.  The window owns the controls and must
+/// outlive this object.
 class ServerStatusBar {
 public:
     ServerStatusBar(QMainWindow& window, Gate& gate);

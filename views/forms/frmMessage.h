@@ -18,7 +18,7 @@ class frmMessage final : public QDialog {
     Q_OBJECT
 
 public:
-    /// All references outlive the window.
+    /// The referenced objects must outlive the window.
     struct Parts : MessageContext {
         CommandQueue& Commands;
         /// Selects the message, and nothing else, in the main window's view.

@@ -22,14 +22,15 @@
 namespace tallyhorn {
 
 /// Owns the tree of the shown syslog messages: groups by alarm, event type and computer, each with the number
-/// of its messages, and a leaf per message.  `rows` outlives the tree; a leaf is removed before its row.
+/// of its messages, and a leaf per message.  `rows` must outlive the tree; a leaf must be removed before its
+/// row.
 class ConsolidatedTree {
 public:
     explicit ConsolidatedTree(const MessageRows& rows) : rows_(rows) {}
     ConsolidatedTree(const ConsolidatedTree&) = delete;
     ConsolidatedTree& operator=(const ConsolidatedTree&) = delete;
 
-    /// The tree has at most one observer, which outlives it or is removed with nullptr.
+    /// Sets the only observer, which must outlive the tree unless a call with nullptr removes it.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     /// Adds the leaf of `slot` and the groups that it needs.  Its row was made from the same record.  A

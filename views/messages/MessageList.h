@@ -14,13 +14,13 @@
 
 namespace tallyhorn {
 
-/// Owns which rows one of the lists shows, their order, and which of them are selected.  Positions are those
-/// on the screen, from 0 on.  `rows` outlives the list.
+/// Determines which rows one of the lists shows, their order, and which of them are selected.  Positions are
+/// those on the screen, from 0 on.  `rows` must outlive the list.
 class MessageList {
 public:
     explicit MessageList(const MessageRows& rows) : rows_(rows) {}
 
-    /// The list has at most one observer, which outlives it or is removed with nullptr.
+    /// Sets the only observer, which must outlive the list unless a call with nullptr removes it.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     std::size_t Size() const { return order_.Size(); }

@@ -24,7 +24,7 @@ struct TreeLeaf {
 /// leaves share.  A leaf's date is read from its message's row.
 class TreeLeaves {
 public:
-    /// `rows` outlives this.
+    /// `rows` must outlive this object.
     explicit TreeLeaves(const MessageRows& rows) : rows_(rows) {}
 
     std::size_t Count() const { return count_; }

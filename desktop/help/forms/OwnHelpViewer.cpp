@@ -9,7 +9,7 @@ HelpOutcome OwnHelpViewer::OpenWinHelp(const Request& /*request*/) {
     return HelpOutcome::NoViewer;
 }
 
-/// If the window is open already, it keeps its file, whatever the request names.
+/// An open window continues to show its file even if the request names another one.
 HelpOutcome OwnHelpViewer::OpenHtmlHelp(const Request& request) {
     std::error_code error;
     if (window_ == nullptr) {

@@ -26,7 +26,7 @@ PrepareWine() {
     # "null" creates invisible windows if there is no display.
     env -u DISPLAY timeout 60 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
         Fail "Wine could not set its graphics driver: $(tail -n 5 "$log")"
-    # The running Wine desktop started without these settings.
+    # End the running Wine desktop, because it was started without these settings.
     wineserver -k || true
     touch "$WINEPREFIX/.prepared"
 }

@@ -19,8 +19,7 @@ namespace {
 using Path = std::array<std::string, 3>;
 
 std::string FourDigits(std::size_t number) {
-    const std::string digits = std::to_string(number);
-    return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
+    return number < 1000 ? std::to_string(10'000 + number).substr(1) : std::to_string(number);
 }
 
 /// The tree's rules taken literally: one collection of nodes in the order in which they were made, searched
@@ -65,23 +64,15 @@ public:
         }
         rows_.erase(slot);
         nodes_.remove_if(
-            [slot](const Node& node) { return node.Leaf < 0 ? node.Count == 0 : node.Leaf == slot; });
+            [slot](const Node& node) { return node.Leaf < 0 ? !node.Count : node.Leaf == slot; });
     }
     void SortLeaves(const std::string& computerKey) {
         for (Node& node : nodes_)
             node.SortsLeaves = node.SortsLeaves || node.Key == computerKey;
     }
-    bool HasLeaf(Slot slot) const {
-        return std::any_of(nodes_.begin(), nodes_.end(),
-                           [slot](const Node& node) { return node.Leaf == slot; });
-    }
+    bool HasLeaf(Slot slot) const { return std::ranges::find(nodes_, slot, &Node::Leaf) != nodes_.end(); }
     std::string NameOf(const std::string& key) const {
-        return std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& node) { return node.Key == key; })
-            ->Name;
-    }
-    std::size_t LeafCount() const {
-        return static_cast<std::size_t>(
-            std::count_if(nodes_.begin(), nodes_.end(), [](const Node& node) { return node.Leaf >= 0; }));
+        return std::ranges::find(nodes_, key, &Node::Key)->Name;
     }
     /// A line for each node in the order of the screen: its position in the collection, its key and its text.
     std::string Shown(const Node* parent = nullptr, const std::string& indent = "") const {
@@ -118,15 +109,13 @@ private:
     };
 
     Node* Find(const Node* parent, const std::string& name) {
-        for (Node& node : nodes_) {
-            if (node.Parent == parent && node.Leaf < 0 && node.Name == name)
-                return &node;
-        }
-        return nullptr;
+        const auto at = std::ranges::find_if(nodes_, [&](const Node& node) {
+            return node.Parent == parent && node.Leaf < 0 && node.Name == name;
+        });
+        return at == nodes_.end() ? nullptr : &*at;
     }
     std::size_t PositionOf(const Node* node) const {
-        const auto at =
-            std::find_if(nodes_.begin(), nodes_.end(), [&](const Node& other) { return &other == node; });
+        const auto at = std::ranges::find(nodes_, node, [](const Node& other) { return &other; });
         return static_cast<std::size_t>(std::distance(nodes_.begin(), at)) + 1;
     }
     std::string GroupKey(std::size_t level, const Node* parent, std::string name) const {
@@ -141,11 +130,8 @@ private:
     static std::string Events(const Node& group) { return " ( " + std::to_string(group.Count) + " Events )"; }
     /// nullptr if another node has the key.
     Node* Append(const Node& node) {
-        for (const Node& other : nodes_) {
-            if (other.Key == node.Key)
-                return nullptr;
-        }
-        return &nodes_.emplace_back(node);
+        const bool taken = std::ranges::find(nodes_, node.Key, &Node::Key) != nodes_.end();
+        return taken ? nullptr : &nodes_.emplace_back(node);
     }
 
     std::list<Node> nodes_;
@@ -210,12 +196,6 @@ protected:
         tree_.SortChildren(computer);
         literal_.SortLeaves(tree_.Key(computer));
     }
-    void Clear() {
-        tree_.Clear();
-        rows_.Clear();
-        literal_ = LiteralTree();
-        used_.clear();
-    }
     /// Returns the tree in the form of LiteralTree::Shown.
     std::string Shown(TreeNode parent = {}, const std::string& indent = "") const {
         std::string text;
@@ -262,18 +242,23 @@ TEST_F(ConsolidatedTreeTest, AgreesWithItsRulesTakenLiterally) {
     for (Slot step = 0; step < 16'000; ++step) {
         SCOPED_TRACE(step);
         const bool grows = step / 300 % 2 == 0;
-        if (step == 3000)
-            Clear();
-        else if (used_.empty() || Below(10) < (grows ? 9U : 3U))
+        if (step == 3000) {
+            tree_.Clear();
+            rows_.Clear();
+            literal_ = LiteralTree();
+            used_.clear();
+        } else if (used_.empty() || Below(10) < (grows ? 9U : 3U)) {
             AddAny(step);
-        else
+        } else {
             ASSERT_NO_FATAL_FAILURE(RemoveSome());
+        }
         if (Below(30) == 0)
             SortAny();
         if (step % 20 != 0)
             continue;
         ASSERT_EQ(Shown(), literal_.Shown());
-        ASSERT_EQ(tree_.LeafCount(), literal_.LeafCount());
+        ASSERT_EQ(static_cast<std::ptrdiff_t>(tree_.LeafCount()),
+                  std::ranges::count_if(used_, [this](Slot slot) { return literal_.HasLeaf(slot); }));
         ASSERT_NO_FATAL_FAILURE(CompareSlots());
     }
     EXPECT_GT(refused_, 20U) << "too few taken keys to test their rules";

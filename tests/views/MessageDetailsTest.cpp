@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
 #include <random>
 
 #include "records/CanonicalText.h"
@@ -23,28 +22,15 @@ protected:
         alarm.DateTime = AlarmDate{minute * 60};
         KeepSyslog(alarm);
     }
-    /// Deletes as the main window does.
-    void Delete(ViewNumber view, const std::vector<Slot>& slots) {
-        details_.NotePlace();
-        Received.List(view).ClearSelection();
-        for (const Slot slot : slots) {
-            const std::size_t position = Received.List(view).PositionOf(slot).value();
-            Received.List(view).Select(position, position, true);
-        }
-        commands_.DeleteMessages(view);
+    /// Deletes each row with a chance of one in three, as the main window does.
+    void DeleteSome() {
+        MessageList& list = Received.List(SyslogErrors);
+        list.ClearSelection();
+        for (std::size_t i = 0; i < list.Size(); ++i)
+            list.Select(i, i, Below(3) == 0);
+        commands_.DeleteMessages(SyslogErrors);
     }
-    void SortByDate() {
-        details_.NotePlace();
-        Received.List(SyslogErrors).SortBy(MessageColumn::DateLogged);
-    }
-    /// Empties the views and shows the syslog messages at these slots again.
-    void ShowAgain(const std::vector<Slot>& slots) {
-        details_.NotePlace();
-        Received.ClearViews();
-        for (const Slot slot : slots)
-            Received.ShowMessage(Received.Syslog, slot, AlarmDate(), Alarm);
-        Received.Tree.AddNoted();
-    }
+    std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
 
     /// Reads the texts of the view in its order, in the tree those of the shown message's computer.
     void ReadTexts() {
@@ -53,10 +39,8 @@ protected:
         const TreeNode group = tree.FindComputer("Full", EventType::Error, computer_);
         const MessageList& list = Received.List(SyslogErrors);
         const bool inTree = view_ == ConsolidatedView;
-        for (std::size_t i = 0; i < (!inTree          ? list.Size()
-                                     : group.IsRoot() ? 0
-                                                      : tree.ChildCount(group));
-             ++i)
+        const std::size_t leaves = group.IsRoot() ? 0 : tree.ChildCount(group);
+        for (std::size_t i = 0; i < (inTree ? leaves : list.Size()); ++i)
             texts_.push_back(
                 Received.Syslog.Messages.Text(inTree ? tree.ChildAt(group, i).LeafSlot() : list.SlotAt(i)));
         index_ = static_cast<std::size_t>(std::find(texts_.begin(), texts_.end(), shown_) - texts_.begin());
@@ -85,6 +69,7 @@ protected:
     }
 
     MessageDetails details_{Received};
+    std::mt19937 random_{2};
     // What the window has to show, worked out from the order of the view alone.
     ViewNumber view_ = SyslogErrors;
     std::string shown_, computer_;  ///< empty if there is nothing to show
@@ -96,8 +81,6 @@ protected:
 /// Arrivals, deletions, sorting, rebuilt views and steps in random order, in a list and then in the tree.
 /// Freed slots are reused by other messages, and the window does not look again after every change.
 TEST_F(MessageDetailsTest, FollowsItsMessageThroughRandomSteps) {
-    std::mt19937 random(2);
-    const auto below = [&](std::size_t bound) { return static_cast<std::size_t>(random() % bound); };
     for (int step = 0; step < 8000; ++step) {
         SCOPED_TRACE(step);
         if (step == 4000) {
@@ -109,21 +92,24 @@ TEST_F(MessageDetailsTest, FollowsItsMessageThroughRandomSteps) {
         if (index_ < texts_.size())
             place_ = index_;
         const std::vector<Slot> all = Received.Tree.SlotsUnder(TreeNode());
-        std::vector<Slot> some;
-        std::copy_if(all.begin(), all.end(), std::back_inserter(some), [&](Slot) { return below(3) == 0; });
-        const std::size_t what = below(12);
+        const std::size_t what = Below(12);
+        if (what >= 9)
+            details_.NotePlace();
         if (what < 6) {
-            Keep(std::to_string(step), below(2) == 0 ? "PC" : "OTHER", static_cast<std::int64_t>(below(100)));
+            Keep(std::to_string(step), Below(2) == 0 ? "PC" : "OTHER", static_cast<std::int64_t>(Below(100)));
         } else if (what < 9 && !shown_.empty()) {
             ASSERT_NO_FATAL_FAILURE(StepAsExpected(what == 6));
         } else if (what == 9) {
-            SortByDate();
+            Received.List(SyslogErrors).SortBy(MessageColumn::DateLogged);
         } else if (what == 10) {
-            Delete(SyslogErrors, some);
+            DeleteSome();
         } else {
-            ShowAgain(all);
+            Received.ClearViews();
+            for (const Slot slot : all)
+                Received.ShowMessage(Received.Syslog, slot, AlarmDate(), Alarm);
+            Received.Tree.AddNoted();
         }
-        if (below(3) == 0)
+        if (Below(3) == 0)
             continue;
         if (shown_.empty() && !all.empty() && details_.Show(view_, all.back())) {
             shown_ = details_.Text();

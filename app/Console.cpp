@@ -40,7 +40,7 @@ constexpr std::string_view PortFailedAfter =
     "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
-/// How long a message stays open if nobody may be there to read it.
+/// The time for which a message is shown if perhaps no user is present to close it.
 constexpr std::chrono::seconds UnattendedBox{10};
 
 /// The environment variable that names a file to which the console writes at its end how much it received,

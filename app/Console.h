@@ -159,7 +159,7 @@ private:
     HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;
-    bool attended_ = false;  ///< whether the user closed the console and is there to read messages
+    bool attended_ = false;  ///< whether the user closed the console, and so can read messages
 };
 
 }  // namespace tallyhorn

@@ -22,7 +22,7 @@ struct LoadResult {
     std::uint64_t Sent = 0;
     std::uint64_t Received = 0;
     double SendingSeconds = 0;
-    double ProcessorSeconds = 0;  ///< of the receiving thread or process
+    double ProcessorSeconds = 0;  ///< the time of the receiving thread or process
 
     double Rate() const { return static_cast<double>(Sent) / SendingSeconds; }
     double NanosecondsEach() const { return ProcessorSeconds * 1e9 / static_cast<double>(Received); }

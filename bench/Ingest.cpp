@@ -37,7 +37,7 @@ Value OrRefuse(const std::optional<Value>& value, const char* what) {
         return *value;
     std::fprintf(stderr, "the machine is too busy to measure %s\n", what);
     std::fflush(nullptr);
-    // exit() would wait for the window to close.
+    // Not exit(), which would wait for the window to close.
     std::_Exit(1);
 }
 

@@ -49,7 +49,7 @@ private:
     std::unique_ptr<QSystemTrayIcon> icon_;
     QIcon picture_;
     QString tip_;
-    std::optional<std::uint32_t> area_;  ///< the one for which the icon was made
+    std::optional<std::uint32_t> area_;  ///< the area for which the icon was made
     QPointer<QWindow> window_;           ///< the icon's window, if it belongs to this process
     bool added_ = false;
     bool pressed_ = false;  ///< whether the right button was pressed on the icon and is still down

@@ -40,7 +40,7 @@ private:
     std::vector<QPointer<QWidget>> companions_;  ///< the windows that were hidden with it
     QPointer<QScreen> screen_;
     QRect normalGeometry_;
-    QPoint framePosition_;  ///< of the window when it is not maximised
+    QPoint framePosition_;  ///< the frame's position when the window is not maximised
     bool maximized_ = false;
     bool minimized_ = false;  ///< hidden or on the task bar
     bool hidden_ = false;

@@ -29,7 +29,7 @@ namespace {
 constexpr std::chrono::seconds SplashTime{2};
 
 // In device-independent pixels.
-constexpr int BandWidth = 176;  ///< of the coloured band at the left
+constexpr int BandWidth = 176;  ///< the width of the coloured band at the left
 constexpr int PictureSide = 112;
 constexpr int Margin = 24;
 constexpr QRgb BandTop = 0xFF2D7DD2;

@@ -110,8 +110,8 @@ void frmTrayIcon::DisplayMainWindow() {
     MainWindowRestored();
 }
 
-/// First brings an open dialog to the front: the about box has to wait until it closes, and the help opens
-/// beside it.
+/// Brings an open dialog to the front before it runs the command, because the about box opens only after that
+/// dialog has closed, and the help opens beside it.
 void frmTrayIcon::AskFor(void (TrayHost::*command)()) {
     if (QApplication::activeModalWidget() != nullptr)
         DisplayMainWindow();

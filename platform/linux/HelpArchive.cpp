@@ -28,8 +28,8 @@ namespace {
 constexpr std::uint64_t LargestFile = 1024ULL * 1024;
 constexpr std::size_t LargestWhole = 16ULL * 1024 * 1024;
 constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
-constexpr rlim_t MostSeconds = 5;                ///< of processor time
-constexpr std::chrono::seconds LongestWait{10};  ///< for a child that hangs without using processor time
+constexpr rlim_t MostSeconds = 5;                ///< the most processor time that the child may use
+constexpr std::chrono::seconds LongestWait{10};  ///< ends a child that hangs without using the processor
 
 /// Writes a text after its length, as TakeText reads it.
 bool WriteText(int to, std::string_view text) {

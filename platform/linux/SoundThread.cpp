@@ -41,8 +41,8 @@ Stream OpenStream(const WaveSamples& wave) {
                                                   : PA_SAMPLE_S32LE,
                                 wave.Rate, static_cast<std::uint8_t>(wave.Channels)};
     constexpr auto Default = static_cast<std::uint32_t>(-1);
-    // prebuf: playing begins with the first frame.  By default the server waits for more bytes than a short
-    // sound has.
+    // A prebuf of one frame makes playing begin with the first frame.  By default the server waits for more
+    // bytes than a short sound has.
     const pa_buffer_attr buffer{.maxlength = Default,
                                 .tlength = AheadSize,
                                 .prebuf = FrameSize(wave),

@@ -22,7 +22,7 @@ protected:
         WriteBytes(path_, file);
         editor_.InitFormAsManager();
     }
-    /// The entries with their record numbers, a star before the selected one.
+    /// Returns the entries with their record numbers, and a star before the selected one.
     std::string Listed() const {
         std::string listed;
         for (std::size_t i = 0; i < editor_.Entries().size(); ++i) {

@@ -16,7 +16,7 @@ class ViewFilterTest : public ::testing::Test, protected MessagesInMemory {
 protected:
     void SetUp() override { Display.Page = MessagePage::Syslog; }
 
-    /// The messages arrive: they are kept, and shown if they pass.
+    /// Keeps a syslog notification, and shows it if it passes the filter.
     void Syslog(const Notification& told) {
         const AlarmRecord record = RecordOf(told);
         KeepSyslog(record, filter_.PassesViewFilter(record));
@@ -31,7 +31,7 @@ protected:
         criteria.at(column) = text;
         filter_.Apply(criteria);
     }
-    /// The texts in one column of a list.
+    /// Returns the texts in one column of a list.
     Names Column(ViewNumber view, MessageColumn column) {
         Names names;
         for (std::size_t i = 0; i < Received.List(view).Size(); ++i)
@@ -39,7 +39,7 @@ protected:
         return names;
     }
     Names Computers(ViewNumber view) { return Column(view, MessageColumn::Computer); }
-    /// The views that were hidden ("-") and shown since the last call.
+    /// Returns the views that were hidden ("-") and shown since the last call.
     std::string TakeListCalls() {
         std::string calls;
         for (const std::string& call : std::exchange(Display.ListCalls, {}))

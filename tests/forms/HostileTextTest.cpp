@@ -28,8 +28,8 @@ const Hostile Texts[] = {
     {"SixtyThousandCharacters", std::string(60'000, 'x')},
 };
 
-/// A text from a sender stays a text in every window, on the clipboard, in an export and for the event
-/// viewer.
+/// A sender's text is never interpreted, as markup or otherwise: in no window, on the clipboard, in an export
+/// or by the event viewer.
 class HostileTextTest : public ConsoleFixture, public ::testing::WithParamInterface<Hostile> {
 protected:
     void StartWithMessage() {
@@ -41,8 +41,8 @@ protected:
         ClickRow(Errors(), 0);
     }
     MessageListView* Errors() { return SyslogList(0); }
-    /// No label reads the text as markup.  A tool tip is markup, so that it wraps, but shows the text
-    /// unchanged.
+    /// Checks that no label interprets the text as markup.  A tool tip is markup, so that it wraps, but shows
+    /// the text unchanged.
     void ExpectNoMarkup() {
         for (const QWidget* const widget : QApplication::allWidgets()) {
             if (const QString tip = widget->toolTip(); Qt::mightBeRichText(tip)) {

@@ -37,7 +37,7 @@ protected:
     }
 
     QTreeView* List() { return Find<QTreeView>("lvwManageFilters"); }
-    /// The names in the list, a star before the selected one.
+    /// Returns the names in the list, with a star before the selected one.
     std::string Listed() {
         std::string names;
         for (int row = 0; row < List()->model()->rowCount(); ++row) {

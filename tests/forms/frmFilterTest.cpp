@@ -24,7 +24,7 @@ protected:
         ShowDialog();
     }
     QComboBox* Combo(int number) { return Find<QComboBox>("cmbFilterText" + std::to_string(number)); }
-    /// The computers in the list of errors.
+    /// Returns the computers in the list of errors.
     std::string Shown() {
         std::string computers;
         for (std::size_t i = 0; i < Received.List(3).Size(); ++i)
@@ -148,7 +148,7 @@ protected:
         });
         Command("filter");
     }
-    /// The numbers of rows in the NetBIOS lists.
+    /// Returns the numbers of rows in the NetBIOS lists.
     std::string Rows() {
         AwaitShown();
         std::string rows;

@@ -35,7 +35,7 @@ protected:
         Handle();
     }
 
-    /// Returns nullptr if no window is open.
+    /// Returns the open window, or nullptr if none is open.
     frmMessage* Window() {
         for (auto* const window : console_->Window().findChildren<frmMessage*>())
             if (window->isVisible())
@@ -46,7 +46,8 @@ protected:
         return Window()->findChild<QPushButton*>(QString::fromLatin1(name));
     }
     QPlainTextEdit* Box() { return Window()->findChild<QPlainTextEdit*>(QStringLiteral("txtMessage")); }
-    /// The shown alarm or description with "^" and "v" for the enabled arrows; "-" if no window is open.
+    /// Returns the shown alarm or description, with "^" and "v" for the enabled arrows; "-" if no window is
+    /// open.
     std::string Shown() {
         if (Window() == nullptr)
             return "-";

@@ -36,7 +36,7 @@ public:
     std::optional<SystemError> AtEnd;
 };
 
-/// The error's number, 0 for none.
+/// Returns the number of the error, or 0 if there is none.
 int NumberOf(const std::optional<SystemError>& error) {
     return error.value_or(SystemError{}).Number;
 }

@@ -28,7 +28,7 @@ protected:
     static AlarmRecord Record(const std::string& name, const std::string& type = "Error") {
         return RecordOf({.Name = name, .Type = type});
     }
-    /// The line that Record(name, type) is exported as.
+    /// Returns the line that an export of Record(name, type) writes.
     static std::string Line(const std::string& name, const std::string& type = "Error") {
         return "08/21/2008 2:05:09 PM," + name + ",System,Disk," + type + ",None,7,JOE,PC,\"text\"\r\n";
     }
@@ -42,7 +42,7 @@ protected:
         EXPECT_EQ(CountFiles(folder_.Path()), 1U);
         return ReadBytes(file_);
     }
-    /// The export must neither ask nor write anything.
+    /// Checks that the export neither asks nor writes anything.
     void ExpectSilence() {
         Boxes.Shown.clear();
         dialog_.Asked.clear();

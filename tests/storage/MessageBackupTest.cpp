@@ -19,7 +19,7 @@ using Texts = std::vector<std::string>;
 class MessageBackupTest : public ::testing::Test {
 protected:
     void Put(const std::string& text) { messages_.Put(messages_.Grow(), text); }
-    /// The file's bytes after a save that replaces an existing file.
+    /// Returns the file's bytes after a save that replaces an existing file.
     std::string Saved() {
         WriteBytes(file_, "the old file");
         boxes_.Shown.clear();

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 class MessageExportTest : public ExportFixture {
 protected:
-    /// The export must ask, fail and show an error with a number, a tab and a text.
+    /// Checks that the export asks, fails and shows an error with a number, a tab and a text.
     void ExpectFailure() {
         Boxes.Shown.clear();
         export_.ExportMessages();

@@ -4,7 +4,7 @@
 
 namespace tallyhorn {
 
-/// A clock that advances when a test calls Advance, by PerLook with each call of Now, and by each Sleep.
+/// A clock that advances only in calls of Advance, Now (by PerLook) and Sleep.
 class FakeClock final : public Clock {
 public:
     TimePoint Now() const override { return now_ += PerLook; }

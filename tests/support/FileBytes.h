@@ -21,13 +21,13 @@ inline std::string ReadBytes(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Reads a file with "\n" for each line end of the system, as for the output of a program.
+/// Returns the file's content with "\n" in place of each line end of the system.
 inline std::string ReadText(const std::filesystem::path& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The `size` lowest bytes of the number, lowest first.
+/// Returns the `size` lowest bytes of the number, lowest first.
 inline std::string LittleEndian(std::uint32_t number, int size) {
     std::string bytes;
     for (int i = 0; i < size; ++i)
@@ -35,7 +35,7 @@ inline std::string LittleEndian(std::uint32_t number, int size) {
     return bytes;
 }
 
-/// The number of entries of a folder, without those of its subfolders.
+/// Returns the number of entries of a folder, without those of its subfolders.
 inline std::size_t CountFiles(const std::filesystem::path& folder) {
     return static_cast<std::size_t>(
         std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));

@@ -74,7 +74,8 @@ public:
     std::string NameOf(const std::string& key) const {
         return std::ranges::find(nodes_, key, &Node::Key)->Name;
     }
-    /// A line for each node in the order of the screen: its position in the collection, its key and its text.
+    /// Returns a line for each node in the order of the screen: its position in the collection, its key, its
+    /// text.
     std::string Shown(const Node* parent = nullptr, const std::string& indent = "") const {
         std::vector<const Node*> children;
         for (const Node& node : nodes_) {
@@ -92,7 +93,7 @@ public:
                     Shown(child, indent + "  ");
         return text;
     }
-    /// The slots of all rows whose path begins with these names.
+    /// Returns the slots of all rows whose path begins with these names.
     std::vector<Slot> SlotsUnder(const std::vector<std::string>& names) const {
         std::vector<Slot> slots;
         for (const auto& [slot, row] : rows_) {
@@ -128,7 +129,7 @@ private:
         return (level == 1 ? "EVENT_" : "COMPUTER_") + FourDigits(PositionOf(parent)) + "_" + name;
     }
     static std::string Events(const Node& group) { return " ( " + std::to_string(group.Count) + " Events )"; }
-    /// nullptr if another node has the key.
+    /// Adds a node and returns it; returns nullptr if another node has the key.
     Node* Append(const Node& node) {
         const bool taken = std::ranges::find(nodes_, node.Key, &Node::Key) != nodes_.end();
         return taken ? nullptr : &nodes_.emplace_back(node);

@@ -32,7 +32,7 @@ protected:
     }
     std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
 
-    /// Reads the texts of the view in its order, in the tree those of the shown message's computer.
+    /// Reads the texts of the view in its order; in the tree, the texts of the shown message's computer only.
     void ReadTexts() {
         texts_.clear();
         const ConsolidatedTree& tree = Received.Tree;

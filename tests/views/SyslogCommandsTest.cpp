@@ -21,7 +21,7 @@ protected:
         KeepSyslog(record);
     }
     std::size_t Rows() const { return RowCount(Received.Syslog); }
-    /// The first node of a level: 1 for alarms to 4 for leaves.
+    /// Returns the first node of a level, from 1 for alarms to 4 for leaves.
     TreeNode First(int level) const {
         TreeNode node;
         while (level-- > 0)

@@ -21,7 +21,7 @@ namespace {
 
 constexpr unsigned Close = 0x10, QueryEndSession = 0x11, EndSession = 0x16;  // WM_ and so on
 
-/// Finds the window of this process; a running console has one too.
+/// Returns the window of this process.  A console that runs at the same time has such a window too.
 void* SessionEndWindow() {
     void* window = nullptr;
     unsigned long process = 0;

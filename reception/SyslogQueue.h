@@ -34,7 +34,7 @@ private:
     void Put(std::size_t position, std::string_view text);
 
     const std::size_t limit_;
-    std::vector<std::optional<std::string>> texts_;  ///< from position 1 on; empty if a datagram was dropped
+    std::vector<std::optional<std::string>> texts_;  ///< element 0 is position 1; empty if dropped
     std::uint64_t count_ = 0;
     std::size_t bytes_ = 0;
     std::uint64_t lost_ = 0;

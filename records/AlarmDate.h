@@ -18,7 +18,7 @@ struct AlarmDate {
     /// The value of a date that was never set: 1899-12-30 00:00, which is 0 in the filter file.
     static constexpr std::int64_t DefaultSeconds = -25569LL * 86400;
 
-    /// The whole days since 1970-01-01, rounded down: -1 for 1969-12-31 at any time of day.
+    /// Returns the whole days since 1970-01-01, rounded down: -1 for 1969-12-31 at any time of day.
     std::int64_t Day() const { return (Seconds < 0 ? Seconds - 86399 : Seconds) / 86400; }
 
     auto operator<=>(const AlarmDate&) const = default;
@@ -40,12 +40,12 @@ struct CivilDateTime {
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts);
 CivilDateTime SplitAlarmDate(AlarmDate date);
 
-/// The hour on a clock of twelve hours, 1 to 12, for an hour of the day from 0 to 23.
+/// Returns the hour on a twelve-hour clock, 1 to 12, for an hour of the day from 0 to 23.
 constexpr int HourOfTwelve(int hour) {
     return hour % 12 == 0 ? 12 : hour % 12;
 }
 
-/// The full year for one written with two digits: 2000 to 2029 for 0 to 29, else 1930 to 1999.
+/// Returns the full year for a year of two digits: 2000 to 2029 for 0 to 29, 1930 to 1999 for 30 to 99.
 constexpr int YearOfTwoDigits(int digits) {
     return digits + (digits < 30 ? 2000 : 1900);
 }
@@ -59,9 +59,9 @@ bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 /// reads both.
 void AppendGeneralDate(std::string& text, AlarmDate date);
 
-/// The days since 1899-12-30 with the time of day as fraction, the form of dates in the filter file.
-/// Compatibility: in negative numbers, too, the fraction counts forward from midnight, so -1.25 is 1899-12-29
-/// 06:00.  Filter files contain such dates.
+/// Returns the days since 1899-12-30 with the time of day as fraction, the form of dates in the filter file.
+/// Compatibility: in a negative number, too, the fraction counts forward from midnight, so -1.25 is
+/// 1899-12-29 06:00.  Filter files contain such dates.
 double DaysFromAlarmDate(AlarmDate date);
 
 /// Converts `days`, in the form that DaysFromAlarmDate returns, to milliseconds since 1970-01-01, rounded and

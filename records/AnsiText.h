@@ -27,8 +27,8 @@ inline constexpr std::array<char, 256> UpperTable = [] {
     return table;
 }();
 
-/// Upper and lower case in Windows-1252, accented letters included.  Other characters are returned unchanged.
-/// ToUpper is inline because matching a notification against filters does little else than call it.
+/// Return the character in upper or lower case; Windows-1252 has accented letters too.  Other characters are
+/// returned unchanged.  ToUpper is inline because matching a notification against filters mainly calls it.
 inline char ToUpper(char character) {
     return UpperTable[static_cast<unsigned char>(character)];
 }

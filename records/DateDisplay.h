@@ -39,10 +39,11 @@ const char* ShortMonthName(int month);
 /// second, the year, then the hour as a text, so that "10:" to "12:" come before "1:".
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst);
 
-/// The minutes since 1970-01-01 00:00, with the seconds as fraction.
+/// Returns the minutes since 1970-01-01 00:00, with the seconds as fraction.
 double AlarmSortKey(AlarmDate date);
 
-/// The sort key as text, with at least nine digits before the point and four after it: "000000001.5000".
+/// Returns the sort key as text, with at least nine digits before the point and four after it, for example
+/// "000000001.5000".
 std::string FormatSortKey(AlarmDate date);
 
 }  // namespace tallyhorn

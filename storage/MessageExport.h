@@ -15,7 +15,7 @@ namespace tallyhorn {
 /// command until it returns.
 class MessageExport {
 public:
-    /// All must outlive the export.
+    /// All referenced objects must outlive the export.
     struct Parts : MessageContext {
         SaveDialog& Dialog;
     };

@@ -108,7 +108,7 @@ std::optional<std::size_t> MessageDetails::PlaceOf(ViewNumber view, Slot slot) c
     return received_.Tree.Holds(leaf) ? std::optional(received_.Tree.PositionOf(leaf)) : std::nullopt;
 }
 
-/// Returns the root if the computer has no leaf any more.
+/// Returns the group of the message's computer, or the root if the tree no longer has that group.
 TreeNode MessageDetails::Parent() const {
     return received_.Tree.FindComputer(group_.Alarm, group_.Type, group_.Computer);
 }

@@ -28,9 +28,9 @@ struct ServerLayout {
     static constexpr Twips FramesTop = 360;
 
     TwipsSize TabControl;
-    TwipsSize Frame;                   ///< of each of the three frames of a page
-    std::array<Twips, 3> FrameTops{};  ///< from the tab control's top
-    TwipsSize List;                    ///< of the list in each frame
+    TwipsSize Frame;                   ///< the size of each of the three frames of a page
+    std::array<Twips, 3> FrameTops{};  ///< the distances from the tab control's top
+    TwipsSize List;                    ///< the size of the list in each frame
     TwipsSize ConsolidatedFrame;
     TwipsSize Tree;
 };

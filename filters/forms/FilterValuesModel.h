@@ -7,7 +7,7 @@
 namespace tallyhorn {
 
 /// The texts that a combo box offers.  A text is converted for the screen only when its row is painted, so
-/// tens of thousands of texts are no burden.
+/// tens of thousands of texts cost little time.
 class FilterValuesModel final : public QAbstractListModel {
     Q_OBJECT
 

@@ -8,8 +8,8 @@ class QProgressBar;
 
 namespace tallyhorn {
 
-/// The small window that is shown while messages are saved or loaded.  While loading it has a progress bar
-/// too.
+/// The small window that is shown while messages are saved or loaded.  Only for loading it has a progress
+/// bar.
 class frmSavingMessages final : public QWidget {
     Q_OBJECT
 

@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-/// Holds the user's commands that may not run yet, and runs them in their order once the gate lets them.  A
+/// Holds the user's commands that may not run yet, and runs them in their order once the gate permits.  A
 /// command that ran in the middle of other work would find lists and stores half changed, and its question
 /// would stop that work until the user answers.
 class CommandQueue final : public QObject {
@@ -25,11 +25,11 @@ public:
     explicit CommandQueue(Gate& gate);
     ~CommandQueue() override { gate_.WhenReleased(nullptr); }
 
-    /// Runs the command now, or when the gate lets it.  Does nothing once the last command has been given, or
+    /// Runs the command now, or when the gate permits.  Does nothing once the last command has been given, or
     /// if a command with the same `key` is waiting already.
     void Run(const Command& command, Kind kind = Kind::Work, std::optional<int> key = std::nullopt);
-    /// Runs the last command of all, now or when the gate lets it.  Drops those that wait; later ones are
-    /// refused.
+    /// Runs the last command of all, now or when the gate permits.  Drops the waiting commands and refuses
+    /// all later ones.
     void RunLast(const Command& command);
     /// Runs a timer's routine at once, even during other work: such routines ask the gate themselves.
     void RunAsWork(const Command& work);

@@ -54,7 +54,7 @@ private:
     ConsolidatedTree& tree_;
     std::array<QIcon, EventPictureCount> icons_;
     QIcon alarmIcon_;
-    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group; always has the root
+    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group number; always has the root
 };
 
 }  // namespace tallyhorn

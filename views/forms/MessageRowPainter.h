@@ -44,11 +44,11 @@ private:
     const QHeaderView& header_;
     const MessageList& list_;
     std::array<QIcon, EventPictureCount> icons_;
-    std::array<LaidOutTexts, MessageColumnCount> laidOut_;  ///< by column, since the widths differ
+    std::array<LaidOutTexts, MessageColumnCount> laidOut_;  ///< a map per column: widths differ
     QPalette::ColorGroup colors_ = QPalette::Active;
     int rowHeight_ = 0;
     int iconSide_ = 0;
-    int textTop_ = 0;  ///< from the row's top
+    int textTop_ = 0;  ///< the distance of the text from the row's top
 };
 
 }  // namespace tallyhorn

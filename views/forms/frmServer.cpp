@@ -26,8 +26,8 @@ namespace {
 constexpr int TwipsPerInch = 1440;
 constexpr Twips FrameMargin = 135;
 constexpr Twips ListMargin = 240;
-constexpr Twips BelowTabs = 60;    ///< between the tabs and the first frame
-constexpr int ToolBarPadding = 8;  ///< in pixels, around a line of text
+constexpr Twips BelowTabs = 60;    ///< the space between the tabs and the first frame
+constexpr int ToolBarPadding = 8;  ///< the space around a line of text, in pixels
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
 constexpr int DismissInterval = 50;

@@ -25,7 +25,7 @@ class MessageListView;
 class DetailWindow;
 
 /// The main window.  It owns the pages with their lists, the menus, the bars and the two timers of the
-/// processing cycle.  The user's commands run when the gate lets them.
+/// processing cycle.  The user's commands run when the gate permits.
 class frmServer final : public QMainWindow, public ServerDisplay {
     Q_OBJECT
 
@@ -58,7 +58,7 @@ public:
     static void DismissQuestions();
 
     CommandQueue& Commands() { return queue_; }
-    /// Runs a command of the user, now or when the gate lets it.
+    /// Runs a command of the user, now or when the gate permits.
     void Do(ServerCommand command);
 
     /// Lets the views add the rows that arrived, then runs pending events.
@@ -89,7 +89,7 @@ protected:
 private:
     /// The page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and lvwSyslog.
     struct ChannelControls {
-        std::array<QGroupBox*, EventListCount> Frames{};       ///< from the top of the page
+        std::array<QGroupBox*, EventListCount> Frames{};       ///< in their order from the top of the page
         std::array<MessageListView*, EventListCount> Lists{};  ///< by list index
     };
 

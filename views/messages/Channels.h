@@ -41,7 +41,7 @@ struct ChannelTraits {
     ViewNumber FirstView;  ///< its list 0; lists 1 and 2 follow
     bool HasTree;          ///< whether the consolidated tree shows the channel's messages too
 
-    Slot UpperBoundAtStart;  ///< of the message store
+    Slot UpperBoundAtStart;  ///< the last slot of a new message store
     Slot UpperBoundAfterClear;
     /// compatibility: Tools > Export Messages To Text does nothing while exactly so many messages are kept.
     /// For syslog that is one; scripts that look for the file rely on it.

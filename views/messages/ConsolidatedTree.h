@@ -43,7 +43,7 @@ public:
     /// steps, no other leaf may be added, and no leaf or row removed.
     void NoteMessage(Slot slot, const AlarmRecord& alarm);
     void AddNoted();
-    /// Removes the leaf of `slot`, and the groups that count no message any more.
+    /// Removes the leaf of `slot`, and the groups that no longer count a message.
     void RemoveLeafForSlot(Slot slot) { RemoveLeaves(std::span(&slot, 1)); }
     /// Removes many leaves in one pass over the children of each group concerned.
     void RemoveLeaves(std::span<const Slot> slots);

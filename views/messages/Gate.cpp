@@ -8,7 +8,7 @@ Gate::Answer Gate::AnswerIn(State state, Request request) {
     using enum Answer;
     // One row for each state, in the order of State.
     static constexpr std::array<std::array<Answer, RequestCount>, StateCount> Table = {{
-        // poll, datagrams, command, dialog, end of session
+        // The columns: poll, datagrams, command, dialog, end of session.
         {Run, Run, Queue, Queue, Later},      // Starting
         {Later, Later, Queue, Queue, Queue},  // Batch
         {Later, Later, Queue, Queue, Queue},  // Hold

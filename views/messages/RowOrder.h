@@ -17,7 +17,7 @@ using RowId = std::int32_t;
 /// One row of a list or one child of a group: its sort keys, its id, and whether the user has selected it.
 struct RowEntry {
     std::uint64_t Key = 0;  ///< compared first, unless the rule says TextFirst
-    TextId Text = 0;        ///< compared if the rule has Texts
+    TextId Text = 0;        ///< compared if the rule has a pool of texts
     std::uint32_t Id : 31 = 0;
     std::uint32_t Selected : 1 = 0;
 
@@ -33,8 +33,8 @@ struct RowEntry {
 /// entries however long the sequence is.  Entries that compare equal keep the order in which they were added.
 class RowOrder {
 public:
-    /// How entries compare: by Key alone, by Key and then by the text in `Texts`, or with TextFirst the other
-    /// way round.
+    /// How entries are compared: by Key alone if `Texts` is null; otherwise by Key and then by their texts in
+    /// `Texts`, or if TextFirst is set, by their texts and then by Key.
     struct Rule {
         const TextPool* Texts = nullptr;
         bool Descending = false;

@@ -19,7 +19,7 @@ namespace tallyhorn {
 /// Identifies a group among its parent's children: the TextId of an alarm or computer, or an EventType.
 using GroupLabel = std::uint32_t;
 
-/// What the tree keeps of one group.
+/// The data of one group of the tree.
 struct TreeGroup {
     /// How the count is written: "( 1 Event )", "( 2 Events )", or after a removal always "( 1 Events )".
     enum class CountForm : std::uint8_t { One, Many, AfterRemoval };

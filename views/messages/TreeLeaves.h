@@ -13,7 +13,7 @@
 
 namespace tallyhorn {
 
-/// What the tree keeps of one leaf.
+/// The data of one leaf of the tree.
 struct TreeLeaf {
     GroupId Computer = 0;  ///< the leaf's parent; 0 if the slot has no leaf
     TextId Head = 0;       ///< the text before the date

@@ -158,7 +158,8 @@ void Console::InitializeWinsock() {
     portFailed_ = !syslog_.InitializeWinsock(ReadSyslogPort(profile_));
 }
 
-/// The mailslot is polled and the window works while the question is open, so the console may end meanwhile.
+/// Asks the user about a port that could not be bound, until it is bound or the user gives up.  The mailslot
+/// is polled and the window works while the question is open, so the console may end meanwhile.
 void Console::AskAboutPort() {
     while (portFailed_ && !HasEnded()) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));

@@ -36,7 +36,7 @@ std::optional<std::filesystem::path> QtSaveDialog::AskFile(const std::filesystem
     const QFileInfo proposed(proposal);
     const QStringList filters = NameFilters(fileTypes);
     QFileDialog dialog(DialogOwner(owner_));
-    // Some desktops' own dialogs have no default title.
+    // The dialogs of some desktops have no title by default.
     dialog.setWindowTitle(QStringLiteral("Save As"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -11,7 +11,7 @@
 namespace tallyhorn {
 namespace {
 
-/// A typical notification, with two lines of description.
+/// Returns a typical notification, with two lines of description.
 std::string TypicalText() {
     std::string text =
         "Date: 08/21/2008 14:05:09\r\nEngine: LON-MON-1\r\nRule: 17\r\nAlarm: (Logon failed)\r\n"

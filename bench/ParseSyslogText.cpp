@@ -12,7 +12,7 @@
 namespace tallyhorn {
 namespace {
 
-/// A typical notification of 300 bytes.
+/// Returns a typical notification of 300 bytes.
 std::string TypicalText() {
     std::string text =
         "<131>Aug 21 14:05:09 lon-mon-1 tallyhorn: Event 4625 (Logon failed): Security Log, "

@@ -28,7 +28,7 @@ std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) 
     return texts;
 }
 
-/// The reference: the same result, read from memory in one go.
+/// The reference implementation: returns the texts by reading the whole file from memory.
 std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= BackupLengthDigits) {

@@ -12,7 +12,7 @@ public:
 
     virtual ~Clock() = default;
     virtual TimePoint Now() const = 0;
-    /// The current local time, as seconds since 1970-01-01 00:00:00 local time.
+    /// Returns the current local time, as seconds since 1970-01-01 00:00:00 local time.
     virtual std::int64_t LocalSeconds() const = 0;
     virtual void Sleep(std::chrono::milliseconds time) = 0;
 };

@@ -34,7 +34,7 @@ public:
     static constexpr std::chrono::milliseconds LongestStop{500};
 
     virtual ~DatagramReceiver() = default;
-    /// The UDP port in use: if Listen was given 0, the one that the system chose.
+    /// Returns the UDP port in use: if Listen was called with 0, the one that the system chose.
     virtual std::uint16_t Port() const = 0;
     /// Closes the port.  Waiting datagrams, including those that the system had received by then, can still
     /// be read, and Losses still works.  During a flood, at most LastDatagrams are taken over from the

@@ -27,7 +27,7 @@ struct MailslotInfo {
 class MailslotServer {
 public:
     virtual ~MailslotServer() = default;
-    /// The descriptor or handle that the system assigned to the mailslot.
+    /// Returns the descriptor or handle that the system assigned to the mailslot.
     virtual std::int32_t Handle() const = 0;
     /// Returns false if the mailslot cannot be queried.
     virtual bool GetInfo(MailslotInfo& info) = 0;

@@ -9,10 +9,10 @@ namespace tallyhorn {
 class NotificationArea {
 public:
     struct Events {
-        /// The user activated the icon by a double click, or as the desktop defines it.
+        /// Called when the user activates the icon by a double click, or as the desktop defines it.
         std::function<void()> DoubleClick = [] {};
-        /// The user released the right button over the icon.  Never called if the desktop shows the icon's
-        /// menu itself.
+        /// Called when the right button is released over the icon.  Never called if the desktop shows the
+        /// icon's menu itself.
         std::function<void()> MenuWanted = [] {};
     };
 

@@ -10,7 +10,7 @@ namespace tallyhorn {
 class UserNames {
 public:
     virtual ~UserNames() = default;
-    /// The log-on name of the user.
+    /// Returns the log-on name of the user.
     virtual std::string UserName() const = 0;
     virtual std::string ComputerName() const = 0;
 };

@@ -228,7 +228,8 @@ std::size_t DemoFeed::NextLength() {
     return Below(TextsPerLongOne) == 0 ? 450 + Below(1000) : 300 + Below(LongestUnsplit - 300 + 1);
 }
 
-/// The standard library's distributions would give other numbers with another compiler.
+/// Returns a random number below `limit`.  Does not use the distributions of the standard library, because
+/// their results depend on the compiler.
 std::size_t DemoFeed::Below(std::size_t limit) {
     return static_cast<std::size_t>(random_() % limit);
 }

@@ -14,7 +14,7 @@ namespace tallyhorn {
 /// A run that sends to a mailslot.
 class MailslotRun final : public SendRun {
 public:
-    /// All arguments must outlive it.
+    /// All arguments must outlive the run.
     MailslotRun(const SendArguments& arguments, MailslotTransport& transport, const Clock& clock);
 
     /// Sends each text as the engine does: a long one in several datagrams.  With --raw, sends each as one

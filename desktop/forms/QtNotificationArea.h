@@ -30,7 +30,7 @@ public:
     void Delete() override;
 
 signals:
-    /// The right button was pressed over the icon and has been released.
+    /// Emitted when the right button, pressed over the icon, has been released.
     void RightButtonReleased();
 
 protected:

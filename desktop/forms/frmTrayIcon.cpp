@@ -12,11 +12,11 @@ namespace {
 
 constexpr int FlashInterval = 500;   ///< in milliseconds
 constexpr int WatchInterval = 1000;  ///< in milliseconds
-/// A desktop panel that restarts is missing for less than a second; the window must not appear because of
-/// that.
+/// The number of consecutive checks without an area after which the window is shown.  After one check a
+/// desktop panel may only be restarting, which takes less than a second.
 constexpr int MissesUntilGone = 2;
 
-/// A null caption makes a separator.
+/// The items of the menu.  A null caption makes a separator.
 constexpr std::array<const char*, frmTrayIcon::MenuItemCount> Captions = {
     "&Display Messages",
     "&Sound",

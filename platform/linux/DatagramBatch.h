@@ -24,8 +24,8 @@ public:
     /// Calls recvmmsg.  Returns the number of datagrams that it received, including those that were too long,
     /// or -1 with the error in errno.
     int Receive(int socket, int flags);
-    /// The datagrams that the last call received, without those that were too long.  Valid until the next
-    /// call.
+    /// Returns the datagrams that the last call of Receive received, without those that were too long.  They
+    /// are valid until the next call of Receive.
     std::span<const std::string_view> Texts() const { return texts_; }
     std::size_t Size() const { return size_; }
 

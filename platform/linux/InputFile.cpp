@@ -35,7 +35,7 @@ private:
     off_t position_ = 0;
 };
 
-/// O_NONBLOCK: opening a pipe does not wait for its other end.
+/// Opens the file.  O_NONBLOCK keeps open from waiting for the other end if the file is a pipe.
 FileDescriptor Open(const std::filesystem::path& path, int more) {
     return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0666));
 }

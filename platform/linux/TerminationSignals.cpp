@@ -45,8 +45,8 @@ private:
     static constexpr int Wake = SIGUSR1;
 
     sigset_t signals_{};
-    std::atomic<bool> stopping_{
-        false};  ///< Wake means Stop only if this is set, since other processes can send it too
+    /// Set by Stop before it sends Wake, because other processes can send that signal too.
+    std::atomic<bool> stopping_{false};
     std::thread thread_;
 };
 

@@ -14,7 +14,7 @@ struct WaveSamples {
     std::string_view Data;
 };
 
-/// The size of a frame, the samples of all channels for one moment, in bytes.
+/// Returns the size in bytes of a frame, which has one sample for each channel.
 std::uint32_t FrameSize(const WaveSamples& wave);
 
 /// Reads an uncompressed wave file with samples of 8, 16 or 32 bits, one or two channels and 4,000 to 192,000

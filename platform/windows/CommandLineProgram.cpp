@@ -4,7 +4,7 @@
 #include <io.h>
 #include <windows.h>
 
-// Must follow windows.h.
+// Must be included after windows.h.
 #include <shellapi.h>
 
 #include <atomic>
@@ -24,7 +24,7 @@ extern "C" void NoteEndRequest(int signal) {
     std::signal(signal, NoteEndRequest);
 }
 
-/// An unpaired surrogate becomes U+FFFD.
+/// Converts UTF-16 to UTF-8.  An unpaired surrogate becomes U+FFFD.
 std::string ToUtf8(std::wstring_view text) {
     std::string utf8(3 * text.size(), '\0');
     const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),

@@ -1,5 +1,5 @@
 #include <winsock2.h>
-// Must follow winsock2.h.
+// Must be included after winsock2.h.
 #include <mstcpip.h>
 #include <ws2tcpip.h>
 

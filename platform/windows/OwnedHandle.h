@@ -17,7 +17,7 @@ public:
     void Close();
     void* Get() const { return handle_; }
     explicit operator bool() const;
-    /// The handle as a number; only 32 bits of a handle are significant, also on 64-bit Windows.
+    /// Returns the handle as a number; only 32 bits of a handle are significant, also on 64-bit Windows.
     std::int32_t Number() const;
 
 private:

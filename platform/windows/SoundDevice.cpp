@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Must follow windows.h.
+// Must be included after windows.h.
 #include <mmsystem.h>
 
 namespace tallyhorn {
@@ -35,7 +35,7 @@ public:
         return true;
     }
 
-    /// The device is not used again, even if closing it fails.
+    /// Closes the device, which is not used again even if that fails.
     bool Close() override {
         MCI_GENERIC_PARMS close{};
         const bool closed = device_ == 0 || Send(MCI_CLOSE, 0, &close);

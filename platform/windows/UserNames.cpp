@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Must follow windows.h.
+// Must be included after windows.h.
 #include <lmcons.h>
 
 #include <array>

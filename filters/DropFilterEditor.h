@@ -49,7 +49,8 @@ public:
     /// Contains the filters among the first SuppressionFilters::MaxRecords records, and all that were added
     /// since.
     const std::vector<Entry>& Entries() const { return entries_; }
-    /// The entry that Edit, Delete and Save act on.  One is always selected unless the list is empty.
+    /// Returns the entry on which Edit, Delete and Save act.  One is always selected unless the list is
+    /// empty.
     std::optional<std::size_t> Selected() const { return selected_; }
     void Select(std::size_t entry);
     /// Sorts by name without regard to case, and keeps that order as entries change.

@@ -16,7 +16,7 @@ constexpr std::uint32_t KnownTypes =
 /// The bit for every type text that names none of the five event types.
 constexpr std::uint32_t OtherType = 32;
 
-/// The bit of an alarm's type text, which is compared in upper case and without its blanks.
+/// Returns the bit of an alarm's type text, which is compared in upper case and without its blanks.
 std::uint32_t TypeBit(std::string_view text) {
     constexpr std::string_view Names[] = {"INFORMATION", "WARNING", "ERROR", "FAILUREAUDIT", "SUCCESSAUDIT"};
     std::array<char, 12> folded;

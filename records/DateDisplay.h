@@ -15,8 +15,8 @@ struct DateStyle {
 
     bool operator==(const DateStyle&) const = default;
 
-    /// The pattern for FormatAlarmDate: "MM/dd/yyyy h:nn:ss AM/PM", or "dd/MM/yyyy ..." if DayFirst is set,
-    /// with Separator in place of "/".
+    /// Returns the pattern for FormatAlarmDate: "MM/dd/yyyy h:nn:ss AM/PM", or "dd/MM/yyyy ..." if DayFirst
+    /// is set, with Separator in place of "/".
     std::string Pattern() const;
 };
 

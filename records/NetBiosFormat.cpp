@@ -48,7 +48,7 @@ public:
     }
 
 private:
-    /// The position of the next CR LF, or the end of the text.
+    /// Returns the position of the next CR LF, or the end of the text.
     std::size_t LineEnd() const {
         std::size_t from = next_;
         while (const void* const found = std::memchr(text_.data() + from, '\r', text_.size() - from)) {

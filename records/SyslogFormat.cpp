@@ -60,8 +60,8 @@ private:
     const char own_;  ///< never a digit
 };
 
-/// The hour of the day for the `hour` of a date whose last part is `mark`: "PM" adds twelve hours, any other
-/// mark means the morning.
+/// Returns the hour of the day for the `hour` of a date that ends with `mark`: "PM" adds twelve hours, and
+/// any other mark means the morning.
 int HourOfDay(int hour, std::string_view mark) {
     const bool afternoon = mark.size() == 2 && ToUpper(mark[0]) == 'P' && ToUpper(mark[1]) == 'M';
     return (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);

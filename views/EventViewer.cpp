@@ -10,7 +10,8 @@ namespace {
 constexpr const char* ViewerProgram = "eventvwr";
 constexpr std::string_view NoMessageText = "Please select a valid message before invoking the Event Viewer!";
 
-/// A sender can write anything as the computer's name; an option for the viewer is refused.
+/// Returns whether the viewer would read the computer's name, in which a sender can write anything, as an
+/// option.
 bool LooksLikeOption(std::string_view computer) {
     return computer.starts_with('/') || computer.starts_with('-');
 }

@@ -116,7 +116,8 @@ void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork&
     RemoveFromStore(context_.Received.Syslog, slots, work);
 }
 
-/// The views are hidden meanwhile: this is faster, and the user cannot act on rows that are being deleted.
+/// Removes the rows and texts of `slots`.  The caller hides the views before: this is faster, and the user
+/// cannot act on rows that are being deleted.
 void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots,
                                       LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); ++i) {

@@ -37,7 +37,7 @@ public:
     bool IsAtWork() const { return gate_.Is(Gate::State::Work); }
 
 signals:
-    /// The outermost piece of work has ended.
+    /// Emitted when the outermost piece of work has ended.
     void WorkDone();
 
 private:

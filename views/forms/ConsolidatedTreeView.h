@@ -27,11 +27,11 @@ public:
     void reset() override;
 
 signals:
-    /// The user has clicked or pressed a key in the tree.
+    /// Emitted when the user clicks or presses a key in the tree.
     void Touched();
-    /// The user pressed the Delete key.
+    /// Emitted when the user presses the Delete key.
     void DeleteRequested();
-    /// The user double-clicked a leaf or pressed Return on it.
+    /// Emitted when the user double-clicks a leaf or presses Return on it.
     void Opened();
 
 protected:

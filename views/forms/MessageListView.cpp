@@ -286,7 +286,7 @@ void MessageListView::keyPressEvent(QKeyEvent* event) {
         event->ignore();
 }
 
-/// `toggles` deselects a row that is selected.
+/// Selects the current row, or deselects it if it is selected and `toggles` is set.
 void MessageListView::SelectCurrentRow(bool toggles) {
     const auto position = static_cast<std::size_t>(CurrentRow());
     List().Select(position, position, !toggles || !List().IsSelected(position));

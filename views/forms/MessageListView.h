@@ -46,13 +46,13 @@ public:
     void keyboardSearch(const QString& search) override;
 
 signals:
-    /// The user has clicked or pressed a key in the list.
+    /// Emitted when the user clicks or presses a key in the list.
     void Touched();
-    /// A mouse button was released over the list or its header.
+    /// Emitted when a mouse button is released over the list or its header.
     void MouseReleased();
-    /// The user pressed the Delete key.
+    /// Emitted when the user presses the Delete key.
     void DeleteRequested();
-    /// The user double-clicked a row or pressed Return.
+    /// Emitted when the user double-clicks a row or presses Return.
     void Opened();
 
 protected:

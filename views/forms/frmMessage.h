@@ -47,7 +47,7 @@ public:
     void reject() override { Run(&frmMessage::Close); }
 
 signals:
-    /// The window has been closed.
+    /// Emitted when the window has been closed.
     void Closed();
 
 protected:

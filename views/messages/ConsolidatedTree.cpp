@@ -69,7 +69,7 @@ void ConsolidatedTree::Add(const Noted& message) {
     }
 }
 
-/// Returns 0 if there is none.
+/// Returns the group of the row's computer, or 0 if there is none.
 GroupId ConsolidatedTree::FindComputer(const MessageRow& row) const {
     return groups_.FindComputer(row.Texts[AlarmText], row.Type, row.Texts[ComputerText]);
 }
@@ -162,7 +162,7 @@ void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& g
     Discount(computer, gone.size());
 }
 
-/// Returns the group that counted the row, 0 if none did.
+/// Forgets a row that has no leaf.  Returns the lowest group that counted the row, or 0 if none did.
 GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
     const auto found = leafless_.find(slot);
     if (found == leafless_.end())

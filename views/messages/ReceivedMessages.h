@@ -53,7 +53,7 @@ public:
 
     MessageChannel& In(Channel channel);
     const MessageChannel& In(Channel channel) const;
-    /// The list that `view`, which is not the tree, names.
+    /// Returns the list with the number `view`, which must not be the tree.
     MessageList& List(ViewNumber view);
 
     /// Sets how dates are shown in rows that are added from now on.

@@ -34,7 +34,7 @@ public:
 
     /// Returns nothing for a text that has no user.
     std::optional<TextId> Find(std::string_view text) const;
-    /// The view is valid until the text's last user is released.
+    /// Returns a view that is valid until the text's last user is released.
     std::string_view Text(TextId id) const { return entries_[id].Text; }
     /// Returns the first eight bytes in upper case as one number that sorts as they do: most comparisons need
     /// no more.

@@ -46,7 +46,8 @@ void TreeLeaves::MapNodeIndexes(const RankBitmap::NewIndexes& newIndex) {
     }
 }
 
-/// The date has the system's separator, whatever the lists use, but the row's order of day and month.
+/// Writes the date with the system's separator instead of the lists' separator, in the row's order of day and
+/// month.
 std::string TreeLeaves::Text(Slot slot) const {
     const DateStyle style{rows_.DayFirst(slot), "/"};
     return std::string(heads_.Text((*this)[slot].Head)) +

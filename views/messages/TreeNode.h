@@ -19,7 +19,7 @@ public:
     /// Returns the node whose Number() is `number`.
     static TreeNode FromNumber(std::uint32_t number) { return TreeNode(number); }
 
-    /// The root is the parent of all alarms and is never shown.
+    /// Returns whether this is the root, which is the parent of all alarms and is never shown.
     bool IsRoot() const { return number_ == 0; }
     bool IsLeaf() const { return (number_ & LeafBit) != 0; }
     tallyhorn::GroupId GroupId() const { return number_; }

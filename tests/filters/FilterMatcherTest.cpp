@@ -41,7 +41,7 @@ bool Matches(const SuppressionFilter& filter, const AlarmRecord& alarm) {
 using F = SuppressionFilter&;
 using A = AlarmRecord&;
 
-/// Each case changes a filter that tests nothing, or the typical alarm, or both.
+/// Checks cases, each of which changes a filter that tests nothing, or the typical alarm, or both.
 void ExpectMatches(const std::vector<std::tuple<const char*, std::function<void(F, A)>, bool>>& cases) {
     for (const auto& [name, change, expected] : cases) {
         SuppressionFilter filter = AnyFilter();

@@ -127,7 +127,7 @@ TEST_F(ViewFilterTest, BuildsTheTreeFromTheRemainingMessages) {
 }
 
 TEST_F(ViewFilterTest, HidesViewsAndHoldsArrivalsWhileItWorks) {
-    // `runs`: of pending events, if the work takes no time.
+    // The number in a case is how often pending events run if the work takes no time.
     const std::tuple<MessagePage, const char*, int> cases[] = {
         {MessagePage::NetBios, "-0 -1 -2 0 1 2 ", 1}, {MessagePage::Consolidated, "-3 -4 -5 -6 6 3 4 5 ", 3}};
     for (int i = 0; i < 3000; ++i) {

@@ -94,7 +94,8 @@ TEST_F(frmDropFiltersTest, HasSoundControlsInBothModes) {
     ExpectSoundControls(*dialog_, "CP");
 }
 
-/// Pressing a shared key again leads to the next control, from the top; the key does not press the control.
+/// Each press of a shared access key moves the focus to the next control with this key, and from the last to
+/// the first.  It does not press the control.
 TEST_F(frmDropFiltersTest, SharedAccessKeysTakeTurns) {
     Manage(a_);
     Find("txtUser")->setFocus();

@@ -14,7 +14,7 @@ using Mode = SoundDevice::Mode;
 
 constexpr std::uint32_t Rate = 44'100;
 
-/// Half a second of one channel, in which each sample is one more than the sample before.
+/// Returns half a second of one channel, in which each sample is one more than the sample before.
 std::string RisingSamples() {
     std::string samples;
     for (std::uint32_t i = 1; i <= Rate / 2; ++i)

@@ -8,7 +8,9 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <functional>
 #include <memory>
+#include <tuple>
 
 #include "tests/forms/Await.h"
 #include "views/forms/MessageListView.h"
@@ -82,11 +84,7 @@ TEST_F(MessageListViewTest, SelectsAsListsDo) {
     Add(8);
     constexpr Qt::KeyboardModifiers Both = Qt::ControlModifier | Qt::ShiftModifier;
     QWidget* const viewport = view_->viewport();
-    const struct {
-        const char* What;
-        std::function<void()> Act;
-        const char* Marked;
-    } steps[] = {
+    const std::tuple<const char*, std::function<void()>, const char*> steps[] = {
         {"click", [&] { Click(2); }, "2 at 2"},
         {"shift click", [&] { Click(4, Qt::ShiftModifier); }, "2 3 4 at 4"},
         {"shift click back over the anchor", [&] { Click(1, Qt::ShiftModifier); }, "1 2 at 1"},

@@ -245,7 +245,10 @@ TEST_F(TakenPortTest, RetryTriesTheSamePortAgain) {
 }
 
 TEST_F(TakenPortTest, RunsWithoutSyslogIfThePreferencesAreCancelled) {
-    StartTaken(1, [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    const auto cancel = [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); };
+    StartTaken(1, cancel);
+    InDialog(cancel);
+    Command("configure");
     EXPECT_EQ(boxes_.Shown.size(), 1U);
     EXPECT_FALSE(console_->HasEnded());
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Not listening for syslog messages");

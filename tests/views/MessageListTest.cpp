@@ -53,6 +53,9 @@ TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
     EXPECT_EQ(list_.CellText(3, MessageColumn::RecordNum), "000089400.0000");
     EXPECT_EQ(list_.FindByDate("03/04/1970 2", 0), 3U) << "as far as the hour";
     EXPECT_EQ(list_.FindByDate("03/04/1970 12", 0), 2U);
+    rows_.SetDateStyle({true, "-"});
+    Add(4, "a", 62 * 86400 + 7200);
+    EXPECT_EQ(list_.FindByDate("04-03", 2), 4U) << "the same day in another style reads differently";
     EXPECT_EQ(MessageList(rows_).FindByDate("0", 0), std::nullopt);
 }
 

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
+#include <cstdlib>
+#include <optional>
 
 #include "platform/MailslotTransport.h"
+#include "platform/linux/MailslotFolder.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TestMailslot.h"
 
@@ -63,6 +67,19 @@ TEST_F(MailslotFolderTest, TheServerDropsTextsOverItsMaximum) {
     EXPECT_TRUE(client->Write(std::string(402, 'x')));
     EXPECT_TRUE(client->Write("after"));
     EXPECT_EQ(AwaitText(), "after");
+}
+
+TEST(UserMailslotFolderTest, IsBelowTheRuntimeFolderIfThereIsOne) {
+    const char* const variable = std::getenv("XDG_RUNTIME_DIR");
+    const std::optional<std::string> before = variable ? std::optional<std::string>(variable) : std::nullopt;
+    setenv("XDG_RUNTIME_DIR", "/run/user/7", 1);
+    EXPECT_EQ(UserMailslotFolder(), "/run/user/7/mailslot");
+    setenv("XDG_RUNTIME_DIR", "", 1);
+    EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
+    unsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
+    if (before)
+        setenv("XDG_RUNTIME_DIR", before->c_str(), 1);
 }
 
 }  // namespace

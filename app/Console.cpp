@@ -257,7 +257,7 @@ void Console::Unload() {
 
 void Console::ShutDown() {
     arrivals_->Stop();
-    // If nobody is there, a box that reports a failure must not keep the console from ending.
+    // If no user is present, a message box about a failure must not keep the console from ending.
     if (!attended_)
         QTimer::singleShot(UnattendedBox, &wakeTarget_, [] { frmServer::DismissQuestions(); });
     mailslot_.Terminate();

@@ -18,7 +18,7 @@ class PrivateProfile {
 public:
     PrivateProfile(ProfileFunctions& functions, Clock& clock) : functions_(functions), clock_(clock) {}
 
-    /// The file's full path.  Nothing checks that the file exists.
+    /// Return and set the file's full path, without checking that the file exists.
     const std::string& INIFileName() const { return iniFileName_; }
     void SetINIFileName(std::string path) { iniFileName_ = std::move(path); }
 
@@ -26,7 +26,8 @@ public:
     bool CreateINIFile();
     /// Returns false and an empty text if the value is missing, empty or longer than 509 characters.
     bool GetStringValue(const std::string& sectionName, const std::string& keyName, std::string& stringValue);
-    /// `intValue` holds the default at the call.  A value that is not a number gives 0.  Always returns true.
+    /// Leaves `intValue` unchanged if the key is missing, and sets it to 0 if the value is not a number.
+    /// Always returns true.
     bool GetIntValue(const std::string& sectionName, const std::string& keyName, std::int32_t& intValue);
     bool WriteString(const std::string& sectionName, const std::string& keyName,
                      const std::string& valueName);

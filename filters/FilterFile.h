@@ -25,7 +25,7 @@ public:
     std::int32_t CountRecords();
     /// Returns nothing if any of the record's 236 data bytes is missing; the unused rest may be.
     std::optional<SuppressionFilter> Read(std::int32_t recordNumber);
-    /// Replaces the record, or extends the file by it.  Returns true once the system has taken the bytes.
+    /// Replaces the record, or extends the file by it.  Returns whether the system accepted the bytes.
     bool Write(std::int32_t recordNumber, const SuppressionFilter& filter);
 
 private:

@@ -9,9 +9,10 @@
 namespace tallyhorn {
 namespace {
 
-/// Rows that are tested or removed between two looks at the clock.  Each takes less time than a look.
+/// The number of rows that are tested or removed before the clock is read again, which costs more than a row.
 constexpr std::size_t RowsPerLook = 1024;
-/// Messages that are read and shown between two looks at the clock.  Adding their leaves together is faster.
+/// The number of messages that are read and shown before the clock is read again.  Their leaves are added
+/// together, which is faster.
 constexpr std::size_t MessagesPerLook = 64;
 
 /// The criteria for one channel's rows, as the ids that the texts have in those rows.
@@ -166,7 +167,8 @@ void ViewFilter::RebuildTree(const std::vector<Slot>& kept, LongWork& work) {
     });
 }
 
-/// Adds the noted leaves before Advance, which lets events run: in an event every row has its leaf.
+/// Adds the noted leaves before it calls Advance, because Advance lets events run, and then every row must
+/// have its leaf.
 void ViewFilter::AddLeaves(std::size_t count, LongWork& work) {
     context_.Received.Tree.AddNoted();
     work.Advance(count);

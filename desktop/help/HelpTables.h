@@ -8,8 +8,8 @@
 
 namespace tallyhorn {
 
-// Readers for the tables inside a compiled help file.  They accept any bytes, take linear time, and return no
-// more than the bounds below.
+// Functions that read the tables inside a compiled help file.  They accept any bytes, take linear time, and
+// return no more than the bounds below.
 
 /// A line of the table of contents.
 struct HelpEntry {

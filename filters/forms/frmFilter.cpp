@@ -139,7 +139,8 @@ void frmFilter::LayOut() {
     layout->addLayout(buttons);
 }
 
-/// Selects the first text if none is selected, because a filter by no text could hide every row.
+/// Enables or disables a combo box.  If an enabled one has no selected text, selects its first one, because a
+/// filter with an empty text could hide every row.
 void frmFilter::EnableCombo(std::size_t index, bool enabled) {
     QComboBox* const combo = cmbFilterText.at(index);
     combo->setEnabled(enabled);

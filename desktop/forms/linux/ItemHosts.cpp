@@ -23,7 +23,7 @@ QDBusMessage Question() {
     return question;
 }
 
-/// On other platforms Qt has no status notifier items.
+/// Returns whether Qt supports status notifier items on this platform.
 bool IsDesktopOfItems() {
     const QString platform = QGuiApplication::platformName();
     return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));

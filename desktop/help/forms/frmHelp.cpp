@@ -256,8 +256,8 @@ bool frmHelp::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-/// A modal dialog blocks all windows but its children.  So the help window is a child of the dialog while one
-/// is open, and of the owner otherwise.
+/// Makes the help window a child of the open modal dialog, because a modal dialog blocks all windows but its
+/// children; without such a dialog, a child of the owner.
 void frmHelp::StayInFront() {
     const QWidget* const owner = find(owner_);
     QWindow* const dialog = QGuiApplication::modalWindow();

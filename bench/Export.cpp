@@ -59,8 +59,8 @@ void SelectLargestBranch(ConsolidatedTree& tree) {
     tree.SelectNode(largest);
 }
 
-/// Takes the page and the number of messages.  `ratio` is the median time of the exports divided by that of
-/// the yardstick.
+/// The arguments are the page and the number of messages.  `ratio` is the median time of the exports divided
+/// by that of the yardstick.
 void ExportBesideBareWriting(benchmark::State& state) {
     Filled filled(static_cast<int>(state.range(1)));
     filled.Display.Page = static_cast<MessagePage>(state.range(0));

@@ -90,8 +90,8 @@ std::string ComputerName(std::size_t number) {
 
 constexpr std::size_t ComputerTotal = 40;
 constexpr std::int64_t FeedStart = 1'750'000'000;
-constexpr std::int32_t FirstFilterID =
-    100'000;  // larger than every ID in the notifications, so that no filter matches
+/// Larger than every ID in the notifications, so that no filter matches.
+constexpr std::int32_t FirstFilterID = 100'000;
 
 /// Most filters are like those of the suppress command (event ID, source and type).  Some also test an
 /// account, a computer or a category.  A few test only a computer or a range of dates that does not occur in

@@ -98,7 +98,7 @@ void BareReceive(benchmark::State& state) {
 }
 BENCHMARK(BareReceive)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// ReadMessages alone, over mailslots in memory.
+/// Measures ReadMessages alone, over mailslots in memory.
 void ReadMessagesAlone(benchmark::State& state) {
     constexpr std::size_t Waiting = 32'000;
     FakeMailslots mailslots;

@@ -32,9 +32,9 @@ using SteadyClock = std::chrono::steady_clock;
 /// Owns a console with its own mailslot folder, and a sending process.
 class Road {
 public:
-    /// The sender will write `count` texts, `rate` per second; 0 means as fast as possible.  It is forked
-    /// before the console exists: pages shared with it would have to be copied when the console writes to
-    /// them.
+    /// Forks the sender, which will write `count` texts, `rate` per second; 0 means as fast as possible.
+    /// Forks before the console exists, because pages shared with the sender would have to be copied when the
+    /// console writes to them.
     Road(int count, int rate) {
         setenv("XDG_RUNTIME_DIR", folder_.Path().c_str(), 1);
         if (pipe(start_.data()) != 0)

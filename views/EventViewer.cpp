@@ -26,7 +26,8 @@ void EventViewer::OpenEventViewer(ViewNumber view) {
         programs_.Start(ViewerProgram, std::span(&computer, 1));
 }
 
-/// `view` counts only if it is a list of the page in front.
+/// Returns the computer of the message selected in `view`, if `view` is a list of the page in front, or of
+/// the selected node if the tree is in front.
 std::string EventViewer::SelectedComputer(ViewNumber view) const {
     const MessagePage page = context_.Display.CurrentPage();
     if (page == MessagePage::Consolidated)

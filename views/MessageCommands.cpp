@@ -94,7 +94,7 @@ void MessageCommands::DeleteTreeSelection() {
         covered.at(static_cast<std::size_t>(ListOf(context_.Received.Syslog.Rows[slot].Type)))
             .push_back(slot);
     ShowSyslogViews(false);
-    // List by list in the order of the rows: the order in which the slots are freed and later reused.
+    // Rows are removed list by list, in their order: the slots are freed and later reused in this order.
     std::vector<Slot> slots;
     for (std::size_t list = 0; list < covered.size(); ++list) {
         const std::vector<Slot> gone = context_.Received.Syslog.Lists.at(list).Remove(covered.at(list));

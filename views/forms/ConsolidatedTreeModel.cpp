@@ -10,7 +10,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Nodes with longer texts, which may not fit in the window, have a tool tip.
+/// The longest text of a node without a tool tip.  Longer texts may not fit into the window.
 constexpr qsizetype LongestWithoutToolTip = 60;
 
 QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
@@ -34,7 +34,7 @@ ConsolidatedTreeModel::~ConsolidatedTreeModel() {
 
 bool ConsolidatedTreeModel::AnnounceNewNodes() {
     bool inserted = false;
-    // A copy of the keys: a view that is told of new rows may open a group and thereby add to announced_.
+    // The keys are copied, because a view that receives new rows may open a group, which adds to announced_.
     std::vector<std::uint32_t> groups;
     for (const auto& [group, before] : announced_)
         groups.push_back(group);

@@ -121,7 +121,7 @@ void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
     const TreeNode node = ConsolidatedTreeModel::NodeAt(index);
     if (node.IsRoot() || node.IsLeaf())
         return;
-    // Explicitly, because expand() fetches only when the view is next laid out.
+    // Fetch now, because expand() fetches only when the view is next laid out.
     if (model_.canFetchMore(index))
         model_.fetchMore(index);
     expand(index);

@@ -231,7 +231,8 @@ bool MessageListView::eventFilter(QObject* watched, QEvent* event) {
         heldByMouse_ = true;
     if (event->type() == QEvent::MouseButtonRelease) {
         heldByMouse_ = static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton;
-        // Queued, because this filter runs before the header handles the release and sets its new widths.
+        // The call is queued, because this filter runs before the header handles the release and sets its
+        // widths.
         if (watched == header_->viewport())
             QMetaObject::invokeMethod(this, &MessageListView::MouseReleased, Qt::QueuedConnection);
     }

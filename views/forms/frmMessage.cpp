@@ -136,7 +136,7 @@ void frmMessage::InitForm(ViewNumber view, Slot slot) {
 
 /// Shows the stored text; a control character other than a tab or a line end becomes a middle dot.
 void frmMessage::ShowText() {
-    // Cleared first, since each setting below lays out the present text again.
+    // The text is cleared first, since each setting below would lay out the old text again.
     txtMessage->clear();
     QFont letters = font();
     if (IsTabular(details_.Text())) {

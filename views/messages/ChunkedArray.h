@@ -18,7 +18,7 @@ public:
         return (*chunks_[index / ChunkSize])[index % ChunkSize];
     }
 
-    /// Does nothing if the array already has `size` elements.
+    /// Adds elements until the array has at least `size`.
     void GrowTo(std::size_t size) {
         while (chunks_.size() * ChunkSize < size)
             chunks_.push_back(std::make_unique<Chunk>());

@@ -42,8 +42,8 @@ void ConsolidatedTree::NoteMessage(Slot slot, const AlarmRecord& alarm) {
         noted_.push_back({slot, leaves_.AddHead(alarm)});
 }
 
-/// Works in passes, because groups and their children are far apart in memory: in a loop that does nothing
-/// else, the processor loads many of them at a time.
+/// Adds the noted leaves in three passes, because groups and their children are far apart in memory: in a
+/// short loop the processor loads many of them at a time.
 void ConsolidatedTree::AddNoted() {
     for (Noted& message : noted_)
         message.Computer = FindComputer(rows_[message.Message]);

@@ -39,8 +39,8 @@ void MessageRows::Remove(std::span<const Slot> slots) {
     }
 }
 
-/// Reads all rows before it releases any text: rows are far apart in memory, and in a loop that does nothing
-/// else the processor loads many of them at a time.
+/// Reads all rows before it releases any text: rows are far apart in memory, and in a short loop the
+/// processor loads many of them at a time.
 void MessageRows::RemoveFew(std::span<const Slot> slots) {
     std::array<TextId, RemovedTogether * MessageRow::TextCount> texts;
     std::size_t count = 0;

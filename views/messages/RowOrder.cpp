@@ -64,7 +64,7 @@ void RowOrder::PrefetchEnd() const {
 }
 
 void RowOrder::Insert(const RowEntry& entry, const Rule& rule) {
-    // Checked first, since rows mostly arrive in the order of their dates.
+    // The end is checked first, since rows mostly arrive in the order of their dates.
     if (blocks_.empty() || rule.Compare(entry, blocks_.back().Entries.back()) >= 0) {
         Append(entry);
         return;

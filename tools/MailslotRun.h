@@ -18,7 +18,7 @@ public:
     MailslotRun(const SendArguments& arguments, MailslotTransport& transport, const Clock& clock);
 
     /// Sends each text as the engine does: a long one in several datagrams.  With --raw, sends each as one
-    /// datagram with a NUL behind it.
+    /// datagram followed by a NUL.
     Outcome Send(const std::vector<std::string>& texts) override;
     Outcome SendDemo() override;
 

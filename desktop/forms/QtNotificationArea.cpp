@@ -11,8 +11,8 @@
 namespace tallyhorn {
 
 QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {
-    // Queued, so that the menu opens after the release has been handled; the release could otherwise choose
-    // the menu's first item.
+    // The connection is queued, so that the menu opens after the release has been handled; otherwise the
+    // release could choose the menu's first item.
     connect(
         this, &QtNotificationArea::RightButtonReleased, this, [this] { events_.MenuWanted(); },
         Qt::QueuedConnection);
@@ -58,7 +58,8 @@ void QtNotificationArea::Show(int image, std::string_view tip) {
     icon_->setToolTip(tip_);
 }
 
-/// Must not be called without an area: Qt would decide for the rest of the process that there is none.
+/// Makes the icon unless it exists.  Must not be called without an area, because Qt would then assume until
+/// the process ends that there is none.
 void QtNotificationArea::MakeIcon() {
     if (icon_ != nullptr)
         return;
@@ -67,7 +68,7 @@ void QtNotificationArea::MakeIcon() {
     icon_->setToolTip(tip_);
     if (presence_->ShowsMenu())
         icon_->setContextMenu(menu_);
-    // Queued, because the handler may delete the icon.
+    // The connection is queued, because the handler may delete the icon.
     connect(icon_.get(), &QSystemTrayIcon::activated, this, &QtNotificationArea::HandleActivation,
             Qt::QueuedConnection);
     ShowIcon();

@@ -51,7 +51,7 @@ protected:
         QTest::mouseClick(List()->viewport(), Qt::LeftButton, modifiers,
                           List()->visualRect(List()->model()->index(row, 0)).center());
     }
-    /// Returns a bool because a failed comparison of whole records would print kilobytes.
+    /// Returns whether the file has these bytes; a failed EXPECT_EQ of whole records would print kilobytes.
     bool FileIs(const std::string& bytes) { return ReadBytes(path_) == bytes; }
 
     void ExpectManage() { ExpectMode(true, "Manage Suppression Filters", "&Close"); }

@@ -70,7 +70,8 @@ TEST(DatagramInboxTest, CountsWhatItHasNoRoomFor) {
     }
 }
 
-/// Does not sleep: a thread that sleeps misses the few nanoseconds that the test below must hit.
+/// Waits until `done` returns true, without sleeping: a thread that sleeps misses the few nanoseconds that
+/// the test below must hit.
 template <typename Condition>
 bool Soon(Condition done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);

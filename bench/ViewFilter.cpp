@@ -125,7 +125,7 @@ void CollectValues(benchmark::State& state) {
 /// character only.
 void TestArrival(benchmark::State& state) {
     MessagesOver<SystemClock> none;
-    ViewFilter filter(none.Received, none.Display, none.Slices, none.Time, none.Alarm);
+    ViewFilter filter(none.Context);
     filter.Apply({"Failed logon", "Security", "LONDON\\ADMINISTRATOR", "LON-SQL-PROD-01"});
     std::array<AlarmRecord, 2> arrivals;
     for (AlarmRecord& arrival : arrivals) {

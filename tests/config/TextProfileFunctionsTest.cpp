@@ -46,7 +46,9 @@ std::string Sections(ProfileFunctions& functions, const char* file) {
     for (std::string name; std::getline(list, name, '\0');) {
         std::string entries(Size, '#');
         entries.resize(functions.GetPrivateProfileSection(name.c_str(), entries.data(), Size, file));
-        result += (name.empty() ? "" : '[' + name + ']') + entries;
+        if (!name.empty())
+            result.append(1, '[').append(name).append(1, ']');
+        result += entries;
     }
     return result;
 }

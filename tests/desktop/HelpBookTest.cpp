@@ -102,7 +102,9 @@ TEST(HelpTables, WhatIsReadIsBounded) {
         "<object><param name=\"Name\" value=\"n&amp;m\"><param name=\"Local\" value=\"p\"></object>";
     std::string contents;
     for (int i = 0; i < 100; ++i)
-        contents += "</ul>" + line + "<UL>" + line + "<ul><ul><ul><ul><ul><ul><ul><ul><ul>" + line;
+        contents.append("</ul>" + line)
+            .append("<UL>" + line)
+            .append("<ul><ul><ul><ul><ul><ul><ul><ul><ul>" + line);
     std::string numbers = LittleEndian(0, 4);
     for (std::size_t i = 0; i <= MostHelpEntries; ++i) {
         contents += line;

@@ -10,7 +10,8 @@
 namespace tallyhorn {
 namespace {
 
-struct HelpTest : ::testing::Test {
+class HelpTest : public ::testing::Test {
+protected:
     FakeHelpViewer viewer_;
     FakeMessageBoxes boxes_;
     Help help_{viewer_, boxes_};

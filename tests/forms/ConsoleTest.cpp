@@ -174,13 +174,13 @@ protected:
         QObject::connect(&watch_, &QTimer::timeout, qApp, [this] {
             if (seen_.empty() || seen_.back() != Snapshot())
                 seen_.push_back(Snapshot());
-            if (WhileLoading && seen_.back().ends_with("LR"))
-                std::exchange(WhileLoading, nullptr)();
+            if (whileLoading_ && seen_.back().ends_with("LR"))
+                std::exchange(whileLoading_, nullptr)();
         });
         watch_.start(0);
     }
 
-    std::function<void()> WhileLoading;
+    std::function<void()> whileLoading_;
     std::vector<std::string> seen_;
     QTimer watch_;
 };
@@ -205,7 +205,7 @@ TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
     console_.reset();
 
     seen_.clear();
-    WhileLoading = [this] { Send(Datagram("new", "Error", "pc")); };
+    whileLoading_ = [this] { Send(Datagram("new", "Error", "pc")); };
     clock_.PerLook = std::chrono::milliseconds(4);
     Restart();
     clock_.PerLook = std::chrono::milliseconds(0);

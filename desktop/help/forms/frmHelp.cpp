@@ -47,6 +47,7 @@ frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
     txtPage->setObjectName(QStringLiteral("txtPage"));
     txtPage->setAccessibleName(QStringLiteral("Page"));
     connect(txtPage, &QTextBrowser::sourceChanged, this, &frmHelp::FollowPage);
+    connect(this, &frmHelp::Blocked, this, &frmHelp::StayInFront, Qt::QueuedConnection);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(BuildBar());
@@ -252,7 +253,7 @@ void frmHelp::ShowFoundPage(int row) {
 
 bool frmHelp::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked)
-        QMetaObject::invokeMethod(this, &frmHelp::StayInFront, Qt::QueuedConnection);
+        emit Blocked();
     return QWidget::event(event);
 }
 

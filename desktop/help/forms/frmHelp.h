@@ -32,6 +32,10 @@ public:
     /// `owner`.
     void ShowContext(unsigned context, WId owner);
 
+signals:
+    /// Emitted when a modal dialog blocks the window.
+    void Blocked();
+
 protected:
     bool event(QEvent* event) override;
 

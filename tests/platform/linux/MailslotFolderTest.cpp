@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <optional>
 
 #include "platform/MailslotTransport.h"
 #include "platform/linux/MailslotFolder.h"
@@ -71,15 +70,14 @@ TEST_F(MailslotFolderTest, TheServerDropsTextsOverItsMaximum) {
 
 TEST(UserMailslotFolderTest, IsBelowTheRuntimeFolderIfThereIsOne) {
     const char* const variable = std::getenv("XDG_RUNTIME_DIR");
-    const std::optional<std::string> before = variable ? std::optional<std::string>(variable) : std::nullopt;
+    const std::string before = variable != nullptr ? variable : "";
     setenv("XDG_RUNTIME_DIR", "/run/user/7", 1);
     EXPECT_EQ(UserMailslotFolder(), "/run/user/7/mailslot");
     setenv("XDG_RUNTIME_DIR", "", 1);
     EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
     unsetenv("XDG_RUNTIME_DIR");
     EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
-    if (before)
-        setenv("XDG_RUNTIME_DIR", before->c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", before.c_str(), 1);
 }
 
 }  // namespace

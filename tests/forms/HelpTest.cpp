@@ -166,9 +166,9 @@ TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     EXPECT_EQ(Page(), "main-window.html");
     EXPECT_GT(View()->document()->size().height(), 500);
     ClickLink("troubles.html#delete");
-    for (const auto& [key, page] : {std::pair(Qt::Key_Left, "main-window.html"),
-                                    {Qt::Key_Right, "troubles.html"},
-                                    {Qt::Key_Home, "welcome.html"}}) {
+    const std::pair<Qt::Key, const char*> keys[] = {
+        {Qt::Key_Left, "main-window.html"}, {Qt::Key_Right, "troubles.html"}, {Qt::Key_Home, "welcome.html"}};
+    for (const auto& [key, page] : keys) {
         Press(key, Qt::AltModifier);
         EXPECT_EQ(Page(), page);
     }
@@ -245,9 +245,8 @@ TEST_F(FrmHelpTest, LoadsNothingFromOtherFiles) {
             View()->document()->resource(QTextDocument::ImageResource, QUrl(QLatin1String(before) + picture));
         EXPECT_EQ(taken.value<QImage>().size(), QSize(1, 1)) << before;
     }
-    const QVariant text = View()->document()->resource(QTextDocument::StyleSheetResource,
-                                                       QUrl(QStringLiteral("file:///etc/hostname")));
-    EXPECT_EQ(text.toString(), QString());
+    const QUrl text(QStringLiteral("file:///etc/hostname"));
+    EXPECT_EQ(View()->document()->resource(QTextDocument::StyleSheetResource, text).toString(), "");
 }
 
 TEST(OwnHelpViewer, RefusesOtherFiles) {

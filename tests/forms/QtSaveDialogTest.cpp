@@ -50,8 +50,7 @@ TEST_F(QtSaveDialogTest, ProposesFolderNameAndFileType) {
 TEST_F(QtSaveDialogTest, ReturnsTheTypedNameWithItsExtension) {
     const std::pair<const char16_t*, const char16_t*> cases[] = {
         {u"mine.csv", u"mine.csv"},
-        {u"\u00DCbersicht \u2013 \u65E5\u672C", u"\u00DCbersicht \u2013 \u65E5\u672C.txt"},
-    };
+        {u"\u00DCbersicht \u2013 \u65E5\u672C", u"\u00DCbersicht \u2013 \u65E5\u672C.txt"}};
     for (const auto& [typed, given] : cases) {
         // QTest can type ASCII only.
         const Answer answer = Ask(proposal_, [name = QString::fromUtf16(typed)](QFileDialog& dialog) {

@@ -20,12 +20,11 @@ namespace {
 
 class frmMessageTest : public ConsoleFixture {
 protected:
-    /// Lets a NetBIOS error arrive for each of `minutes`, which gives its name and date.
+    /// Lets a NetBIOS error arrive for each of `minutes`, which gives its source and date.
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
-            const std::string number = "0" + std::to_string(minute);
-            ArriveText("Date: 08/21/2008 14:" + number + ":00\r\n\r\n\r\n(m" + number +
-                       ")\r\n\r\n\r\nLog: System\r\nSource: m" + number + "\r\nType: Error\r\n");
+            const std::string name = "m0" + std::to_string(minute);
+            ArriveText(NetBiosText({.Description = "\r\n" + name, .Source = name}).replace(21, 1, name, 2));
         }
         Receive({});
     }
@@ -45,16 +44,13 @@ protected:
         return Window()->findChild<QPushButton*>(QString::fromLatin1(name));
     }
     QPlainTextEdit* Box() { return Window()->findChild<QPlainTextEdit*>(QStringLiteral("txtMessage")); }
-    /// Returns the shown alarm or description, with "^" and "v" for the enabled arrows; "-" if no window is
+    /// Returns the last line of the shown text, with "^" and "v" for the enabled arrows; "-" if no window is
     /// open.
     std::string Shown() {
         if (Window() == nullptr)
             return "-";
-        const QString text = Box()->toPlainText();
-        const qsizetype open = text.indexOf(QLatin1Char('('));
-        const QString name = open >= 0 ? text.mid(open + 1, text.indexOf(QLatin1Char(')')) - open - 1)
-                                       : text.mid(text.lastIndexOf(QLatin1Char('\n')) + 1);
-        return name.toStdString() + (Button("cmdUp")->isEnabled() ? "^" : "") +
+        const std::string text = Box()->toPlainText().toStdString();
+        return text.substr(text.rfind('\n') + 1) + (Button("cmdUp")->isEnabled() ? "^" : "") +
                (Button("cmdDown")->isEnabled() ? "v" : "");
     }
     // Each of these returns what is shown afterwards.
@@ -79,9 +75,8 @@ protected:
         return Shown();
     }
     std::string OpenNode(const std::vector<int>& path) {
-        for (std::size_t depth = 1; depth < path.size(); ++depth) {
-            Tree()->setExpanded(Node({path.begin(), path.begin() + static_cast<std::ptrdiff_t>(depth)}),
-                                true);
+        for (std::ptrdiff_t depth = 1; depth < std::ssize(path); ++depth) {
+            Tree()->expand(Node({path.begin(), path.begin() + depth}));
             QCoreApplication::processEvents();
         }
         const QPoint node = Tree()->visualRect(Node(path)).center();
@@ -103,8 +98,7 @@ TEST_F(frmMessageTest, OpensOneWindowByMouseKeyAndCommand) {
     EXPECT_EQ(Open(List(0), 1, Qt::RightButton), "-");
     EXPECT_EQ(Open(List(0), 1), "m02^v");
     const frmMessage* const first = Window();
-    EXPECT_TRUE(Box()->isReadOnly() && !first->isModal());
-    EXPECT_EQ(first->focusWidget(), Box());
+    EXPECT_TRUE(Box()->isReadOnly() && Box() == first->focusWidget() && !first->isModal());
     ExpectSoundControls(*Window());
     EXPECT_FALSE(first->frameGeometry().intersects(List(0)->CurrentRowOnScreen()));
     QTest::keyClick(List(0), Qt::Key_Down);
@@ -198,7 +192,7 @@ TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {
     EXPECT_EQ(boxes_.Shown.size(), 2U);
     SelectSomeText();
     Press(Qt::Key_C);
-    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("Type: Error\r\n")) << "not the selection";
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\r\nm02")) << "not the selection";
     boxes_.Answer = true;
     InDialog([this](QWidget& dialog) {
         EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"))->text(), "m02");

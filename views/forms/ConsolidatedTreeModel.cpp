@@ -57,7 +57,7 @@ bool ConsolidatedTreeModel::Announce(TreeNode group, Announced& before) {
         before.Rows = now.Rows;
         endInsertRows();
     }
-    if (now.Leaves != before.Leaves && tree_.Level(group) != TreeLevel::Computer) {
+    if (now.Rows > 0 && now.Leaves != before.Leaves && tree_.Level(group) != TreeLevel::Computer) {
         const QModelIndex parent = IndexOf(group);
         emit dataChanged(index(0, 0, parent), index(static_cast<int>(now.Rows) - 1, 0, parent),
                          {Qt::DisplayRole});

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <QGroupBox>
+#include <QTabBar>
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -116,6 +117,21 @@ TEST_F(ConsoleTest, EndsWithTheUsersSessionWithoutAQuestion) {
         EXPECT_THAT(SettingsText(), HasSubstr("CPWidth="));
         console_.reset();
     }
+}
+
+TEST_F(ConsoleTest, ADeleteByCommandLeavesTheFocusWhereTheUserPutIt) {
+    Start();
+    for (int i = 0; i < 3; ++i)
+        Receive({"a"}, "Information");
+    MessageListView* const list = List(2);
+    ClickRow(list, 0);
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_TRUE(list->hasFocus());
+    ClickRow(list, 0);
+    Find<QTabWidget>("tabMessageTypes")->tabBar()->setFocus();
+    Command("delete");
+    EXPECT_EQ(list->model()->rowCount(), 1);
+    EXPECT_FALSE(list->hasFocus());
 }
 
 /// A delete hides the list for a moment and may leave it empty.  Neither may move the focus to another list.

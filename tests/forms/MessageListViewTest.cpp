@@ -152,6 +152,18 @@ TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
     EXPECT_EQ(bar->value(), 0) << "newest first: the top";
 }
 
+TEST_F(MessageListViewTest, OnlyAnUnknownTypeHasNoPicture) {
+    for (const EventType type : {EventType::Error, EventType::None, EventType::Unknown}) {
+        rows_.Add(next_, AlarmRecord(), type);
+        list_.Add(next_++);
+    }
+    Add(1);
+    for (const int role : {Qt::DecorationRole, Qt::AccessibleTextRole}) {
+        for (int row = 0; row < 3; ++row)
+            EXPECT_EQ(view_->model()->index(row, 0).data(role).isValid(), row < 2) << row;
+    }
+}
+
 TEST_F(MessageListViewTest, TheHiddenColumnStaysShut) {
     QHeaderView* const header = view_->Header();
     for (int column = 0; column < 5; ++column)

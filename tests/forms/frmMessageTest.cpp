@@ -137,6 +137,11 @@ TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Return})
         QTest::keyClick(Tree(), key);
     EXPECT_EQ(Shown(), "what");
+    ClickRow(SyslogList(0), 0);
+    EXPECT_EQ(View(2), "what");
+    Command("delete");
+    EXPECT_EQ(boxes_.Shown.back(), "Are you sure you want to delete the message you have selected?")
+        << "opening a message in the tree makes the tree the active view";
 }
 
 TEST_F(frmMessageTest, TheListsSelectionFollowsStepsAndTheWindowFollowsTheList) {

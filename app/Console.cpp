@@ -385,7 +385,9 @@ void Console::WriteSummary() const {
         return;
     std::ofstream stream(file);
     const auto write = [&stream](const char* name, std::uint64_t received, const MessageChannel& channel) {
-        const auto rows = [&channel](EventList list) { return channel.Lists.at(list).Size(); };
+        const auto rows = [&channel](EventList list) {
+            return channel.Lists.at(static_cast<std::size_t>(list)).Size();
+        };
         stream << name << ' ' << received << " received, " << channel.Messages.MessageCount()
                << " kept, rows: " << rows(InformationList) << " information, " << rows(WarningList)
                << " warning, " << rows(CriticalList) << " critical";

@@ -39,7 +39,7 @@ TEST_F(DatagramSocketsTest, ReceivesEverySizeOverIPv4AndIPv6) {
         if (sender == nullptr && host == std::string_view("::1"))
             continue;  // this machine has no IPv6
         ASSERT_NE(sender, nullptr) << host;
-        for (const std::size_t size : {0, 1, 2, 300, 1472, 1473, 65506, 65536, 65507}) {
+        for (const std::size_t size : {0U, 1U, 2U, 300U, 1472U, 1473U, 65506U, 65536U, 65507U}) {
             std::string text;
             while (text.size() < size)
                 text += static_cast<char>(text.size() % 256 + text.size() / 256);
@@ -56,7 +56,7 @@ TEST_F(DatagramSocketsTest, SendsABatchInOrderUpToTheFirstTextThatIsTooLong) {
         texts.push_back(std::to_string(i) + std::string(i % 3 == 0 ? 0 : 200, static_cast<char>(i)));
     std::vector<std::string_view> batch(texts.begin(), texts.end());
     const std::string tooLong(65536, 'x');
-    for (const std::size_t sent : {150, 100, 0}) {
+    for (const std::size_t sent : {150U, 100U, 0U}) {
         EXPECT_EQ(sender->SendBatch(batch), sent);
         for (std::size_t i = 0; i < sent; ++i)
             ASSERT_EQ(Await(), texts[i]);

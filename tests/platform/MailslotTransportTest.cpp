@@ -86,7 +86,7 @@ TEST_F(MailslotTransportTest, RefusesInvalidPathsAndSizes) {
 }
 
 TEST_F(MailslotTransportTest, TakesTextsUpToItsSizeAndNoneLonger) {
-    for (const std::size_t size : {0, 1, 2, 400, 401, 402, 4000}) {
+    for (const std::size_t size : {0U, 1U, 2U, 400U, 401U, 402U, 4000U}) {
         const std::string text(size, static_cast<char>('a' + size % 26));
         const bool arrives = size <= Size || UnderWine;
         ASSERT_EQ(client_->Write(text), arrives) << size;

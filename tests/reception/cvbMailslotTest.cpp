@@ -121,8 +121,10 @@ TEST_F(cvbMailslotTest, SendsLongTextsInParts) {
             std::string part;
             for (std::size_t i = 0; i < length; ++i)
                 part += static_cast<char>(1 + (text.size() + i) % 255);
-            expected.push_back(header + std::to_string(expected.size()) + '-' +
-                               std::to_string(lengths.size() - 1) + '-' + part + '\0');
+            std::string datagram = header;
+            datagram.append(std::to_string(expected.size())).append(1, '-');
+            datagram.append(std::to_string(lengths.size() - 1)).append(1, '-').append(part).append(1, '\0');
+            expected.push_back(datagram);
             text += part;
         }
         Mailslot().Waiting.clear();

@@ -37,7 +37,7 @@ public:
     /// `leaf` has the leaf's key and text; a type outside the five gets no node.
     void Add(Slot slot, const Path& path, Node leaf) {
         Row& row = rows_[slot] = {path, nullptr};
-        const bool known = path[1] != "" && path[1] != "Critical";
+        const bool known = !path[1].empty() && path[1] != "Critical";
         bool complete = known;
         for (std::size_t level = 0; complete && level < path.size(); ++level) {
             Node* below = Find(row.CountedBy, path.at(level));

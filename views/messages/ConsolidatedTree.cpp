@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "records/EventTypes.h"
 
@@ -12,7 +13,10 @@ struct ConsolidatedTree::ChildPlace {
     GroupId Parent = 0;
     std::size_t Position = 0;
 
-    auto operator<=>(const ChildPlace&) const = default;
+    bool operator==(const ChildPlace&) const = default;
+    bool operator<(const ChildPlace& other) const {
+        return std::tie(Parent, Position) < std::tie(other.Parent, other.Position);
+    }
 };
 
 namespace {

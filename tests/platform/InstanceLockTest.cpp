@@ -30,7 +30,8 @@ TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
     for (const char* const before : {"", "instance-"})
         EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + before + mailslot.Name, 401),
                   nullptr);
-    EXPECT_TRUE(InstanceLock(mailslot.Name + "2", mailslot.Home / "missing/folder").Acquire()) << "no lock there";
+    EXPECT_TRUE(InstanceLock(mailslot.Name + "2", mailslot.Home / "missing/folder").Acquire())
+        << "no lock there";
 }
 
 }  // namespace

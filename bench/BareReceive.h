@@ -1,6 +1,6 @@
 #pragma once
 
-// The yardstick for datagrams: the rate and the processor time of a bare receiving loop.
+// A bare receiving loop, with whose rate and processor time the benchmarks of datagrams compare theirs.
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -76,7 +76,7 @@ inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t 
     return result;
 }
 
-/// Returns the highest rate, in datagrams per second, at which the yardstick loses none in one second. Starts
+/// Returns the highest rate, in datagrams per second, at which BareReceive loses none in one second. Starts
 /// at the highest rate of one sender and lowers it by a tenth at each step; returns nothing if all 20 steps
 /// lose some.
 inline std::optional<double> LossFreeRate() {

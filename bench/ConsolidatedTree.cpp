@@ -1,4 +1,4 @@
-// Adds and removes leaves in a tree of 1,000,000 leaves and, as the yardstick, in one of 10,000.
+// Adds and removes leaves in a tree of 1,000,000 leaves and, for comparison, in one of 10,000.
 
 #include "views/messages/ConsolidatedTree.h"
 

@@ -47,8 +47,8 @@ inline void PinTo(int core) {
 }
 
 /// Owns a process that sends notifications by syslog to a port on this machine; each ends with its number,
-/// from " #00000001".  The process is forked in the constructor, which should run before much memory is in
-/// use, and starts to send at Start.  For one thread.
+/// from " #00000001".  The constructor forks the process and should run before much memory is in use. Start
+/// makes it send.  Not thread-safe.
 class DatagramLoad {
 public:
     /// Sends `rate` datagrams per second, evenly spaced; 0 means as fast as possible.
@@ -107,7 +107,7 @@ private:
     }
 
     bool SendAll(DatagramSender& sender, std::vector<std::string>& texts, Clock::time_point start) const {
-        // Small batches keep a given rate even.
+        // At a given rate, small batches spread the datagrams evenly.
         const std::uint64_t batchSize = rate_ == 0 ? 64 : 8;
         std::vector<std::string_view> batch;
         for (std::uint64_t sent = 0; sent < count_; sent += batch.size()) {
@@ -116,7 +116,7 @@ private:
                 batch.push_back(Number(texts[i % texts.size()], i + 1));
             const auto due = start + std::chrono::nanoseconds(rate_ == 0 ? 0 : sent * 1'000'000'000 / rate_);
             while (Clock::now() < due) {
-                // Spins, because a sleep is too coarse; the core is not needed by anything else.
+                // Spins, because a sleep is too coarse; nothing else needs the core.
             }
             if (sender.SendBatch(batch) != batch.size())
                 return false;

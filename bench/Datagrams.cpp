@@ -1,6 +1,6 @@
 // Receives UDP datagrams from another process and counts them: the highest rate without a loss, and the
 // processor time per datagram (all threads, kernel time included).  Sender and receiver run on different
-// cores.  The yardstick is a bare receiving loop over the same datagrams.
+// cores.  A bare receiving loop over the same datagrams is measured for comparison.
 
 #include <benchmark/benchmark.h>
 
@@ -58,7 +58,7 @@ void LossFree(benchmark::State& state) {
     }
 }
 
-/// The reader sleeps until the receiver wakes it, like the console's user-interface thread.
+/// Measures a reader that sleeps until the receiver wakes it, like the console's user-interface thread.
 void Receiver(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
         LoadResult result{.Sent = CountFor(state.range(0))};
@@ -86,8 +86,8 @@ void Receiver(benchmark::State& state) {
     }
 }
 
-/// The reader keeps the receiver's core busy and takes the waiting datagrams only once per second.  Losses
-/// then mean that the pump thread did not get the core in time.
+/// Measures a reader that keeps the receiver's core busy and takes the waiting datagrams only once per
+/// second. Losses then mean that the pump thread did not get the core in time.
 void BusyReader(benchmark::State& state) {
     using Clock = std::chrono::steady_clock;
     for ([[maybe_unused]] auto _ : state) {

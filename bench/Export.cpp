@@ -1,5 +1,5 @@
-// Exports messages to a text file.  The yardstick writes the same bytes with the same buffer and waits for
-// the disk in the same way.
+// Exports messages to a text file.  For comparison, the same bytes are written with the same buffer, with the
+// same wait for the disk.
 
 #include <benchmark/benchmark.h>
 
@@ -60,7 +60,7 @@ void SelectLargestBranch(ConsolidatedTree& tree) {
 }
 
 /// The arguments are the page and the number of messages.  `ratio` is the median time of the exports divided
-/// by that of the yardstick.
+/// by that of WriteAlone.
 void ExportBesideBareWriting(benchmark::State& state) {
     Filled filled(static_cast<int>(state.range(1)));
     filled.Display.Page = static_cast<MessagePage>(state.range(0));

@@ -1,6 +1,6 @@
 // Sends storms of syslog datagrams to a whole console with its window; sender and console run on different
-// cores. The yardsticks are a bare receiving loop's highest rate without a loss and its processor time per
-// datagram.  They are measured in the same run, because the speed of a shared machine varies.  If DISPLAY is
+// cores. The results are compared with a bare receiving loop's highest rate without a loss and its processor
+// time per datagram, measured in the same run, because the speed of a shared machine varies.  If DISPLAY is
 // set (e.g. by xvfb-run), the window is drawn there, else on Qt's "offscreen" platform.
 
 #include <benchmark/benchmark.h>
@@ -30,7 +30,7 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-/// Ends the program if a yardstick could not be measured, because the results mean nothing without it.
+/// Returns the value.  Ends the program if there is none, because the ratios mean nothing without it.
 template <typename Value>
 Value OrRefuse(const std::optional<Value>& value, const char* what) {
     if (value)
@@ -51,7 +51,7 @@ double BareLoopNanoseconds() {
     return Bare.NanosecondsEach();
 }
 
-/// The system's sockets; remembers the receiver that the console got from them.
+/// Forwards to the system's sockets and remembers the receiver that the console listens with.
 class WatchedSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
@@ -115,8 +115,8 @@ public:
     }
     double SendingRate() const { return static_cast<double>(load_.Count()) / sendingSeconds_.value_or(0); }
     double ProcessorMicroseconds() const { return used_ * 1e6 / static_cast<double>(Received()); }
-    /// Ends the console.  Returns the bytes of the backup that it saved, or an empty string if it does not
-    /// end.
+    /// Ends the console.  Returns the bytes of the backup file that it saved, or an empty string if it does
+    /// not end.
     std::string Save() { return console_.End() ? ReadBytes(folder_ / "Backup.dat") : std::string(); }
 
     void Report(benchmark::State& state) const {
@@ -154,7 +154,7 @@ private:
     bool finished_ = false;
 };
 
-/// Sends at a percentage of the yardstick's rate.
+/// Sends at a percentage of the highest rate at which the bare receiving loop loses nothing.
 void AtAShareOfTheYardstick(benchmark::State& state) {
     for (auto _ : state) {
         const auto rate =
@@ -204,7 +204,7 @@ void AStallOfASecond(benchmark::State& state) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         const auto stalled = SteadyClock::now();
         const bool caughtUp = ConsoleUnderLoad::WorkUntil([&] {
-            // At most 0.1 s behind the sender.
+            // Has the console shown everything but the last 0.1 s of what was sent?
             return static_cast<double>(storm.Received()) > (storm.Elapsed() - 0.1) * Rate;
         });
         if (!caughtUp)
@@ -216,7 +216,7 @@ void AStallOfASecond(benchmark::State& state) {
 }
 BENCHMARK(AStallOfASecond)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
-/// Sends a burst as fast as possible while the window is busy with an earlier one.  No datagram may be lost.
+/// Sends two bursts, the second while the window is busy with the first.  No datagram may be lost.
 void TwoBurstsOf20000(benchmark::State& state) {
     constexpr std::uint64_t Burst = 20'000;
     constexpr std::uint64_t Both = 2 * Burst;
@@ -252,7 +252,7 @@ void Unpaced200000(benchmark::State& state) {
         std::uint64_t last = 0;
         std::uint64_t saved = 0;
         for (std::size_t at = backup.find(" #"); at != std::string::npos; at = backup.find(" #", at + 1)) {
-            // Real numbers have eight digits and are followed by the five digits of the next text's length.
+            // The sender's numbers have eight digits; the five digits of the next text's length may follow.
             if (std::min(backup.find_first_not_of("0123456789", at + 2), backup.size()) - at < 10)
                 continue;
             const std::uint64_t number = std::stoull(backup.substr(at + 2, 8));

@@ -1,5 +1,5 @@
-// Tests a notification against 100 suppression filters, none of which matches.  The yardstick is a loop that
-// makes the same tests on precomputed integers.
+// Tests a notification against 100 suppression filters, none of which matches.  For comparison, a loop makes
+// the same tests on precomputed integers.
 
 #include <benchmark/benchmark.h>
 
@@ -41,7 +41,7 @@ std::size_t Roll(std::mt19937& random, std::size_t below) {
     return random() % below;
 }
 
-/// The yardstick's filter: each text is a precomputed number, and 0 means "not tested".
+/// A filter of the comparison: numbers stand for the texts, and a field that is 0 is not compared.
 struct ReadyTests {
     std::int64_t Begin = 0, End = 0;
     std::int32_t EventID = AnyEventID;

@@ -1,5 +1,5 @@
-// Adds batches of rows to a visible list, which scrolls to the newest row and paints it.  The yardstick is a
-// minimal widget that paints the same rows.  The run fails if a batch was not painted separately.
+// Adds batches of rows to a visible list, which scrolls to the newest row and paints it.  For comparison, a
+// minimal widget paints the same rows.  The run fails if a batch was not painted separately.
 
 #include <benchmark/benchmark.h>
 
@@ -39,7 +39,7 @@ const std::vector<AlarmRecord>& Alarms() {
 
 constexpr std::array<int, SizedColumnCount> Widths = {276, 264, 180, 252, 180};
 
-/// The yardstick: paints rows of ready-made strings cell by cell, without selection, sorting or resizing.
+/// Paints rows of ready-made strings cell by cell, for comparison: without selection, sorting or resizing.
 class BareArea final : public QAbstractScrollArea {
 public:
     using Row = std::array<QString, SizedColumnCount>;
@@ -144,7 +144,7 @@ void FlushList(benchmark::State& state) {
         for (Slot slot = first; slot < next; ++slot)
             list.Add(slot);
         view.ShowNewRows();
-        // The list waits a moment to show several batches together; this fires its timer at once.
+        // The list waits a moment to show several batches together.  Ends this wait at once.
         if (throttle->isActive()) {
             throttle->start(0);
             QCoreApplication::processEvents();

@@ -1,6 +1,6 @@
-// Receives texts that another process writes into a mailslot: the processor time of the pump thread, the
-// queue and ReadMessages together (all threads of this process, kernel time included).  The yardstick is a
-// bare receiving loop over the same datagrams, which is what the system alone costs.
+// Receives texts that another process writes into a mailslot, and measures the processor time of the pump
+// thread, the queue and ReadMessages together (all threads of this process, kernel time included).  For
+// comparison, a bare loop receives the same datagrams: its time is what the system alone costs.
 
 #include <benchmark/benchmark.h>
 #include <sys/socket.h>

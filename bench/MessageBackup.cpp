@@ -1,5 +1,5 @@
-// Saves 100,000 texts to the backup file and reads them back.  The yardstick of saving is `cp` of the same
-// file and `sync` of the copy: an fsync, which a save waits for too.
+// Saves 100,000 texts to the backup file and reads them back.  Saving is compared with copying the same file
+// with `cp` and `sync`, because a save, too, waits for an fsync.
 
 #include "storage/MessageBackup.h"
 
@@ -32,7 +32,7 @@ struct FilledBackup {
             text.resize(TextSize, static_cast<char>('a' + i % 26));
             Messages.Put(Messages.Grow(), std::move(text));
         }
-        WriteBytes(File, "");  // a save deletes the earlier file
+        WriteBytes(File, "");  // a save fails if there is no file to replace
         Backup.SaveMessageBackup();
     }
 
@@ -46,8 +46,8 @@ struct FilledBackup {
     MessageBackup Backup{File, Messages, Boxes, Slices};
 };
 
-/// Runs both in turn, each over the file that it wrote before.  `ratio` is the median time of the saves
-/// divided by that of the copies.
+/// Copies and saves in turn; each replaces the file that it wrote before.  `ratio` is the median time of the
+/// saves divided by that of the copies.
 void SaveBesideCopy(benchmark::State& state) {
     FilledBackup filled;
     const std::string copy = filled.Folder / "copy";
@@ -67,7 +67,7 @@ void SaveBesideCopy(benchmark::State& state) {
 }
 BENCHMARK(SaveBesideCopy)->Iterations(21)->Unit(benchmark::kMillisecond);
 
-/// Counts and reads the texts without using them.
+/// Loads the texts as the console does, but does not use them.
 void Load(benchmark::State& state) {
     FilledBackup filled;
     std::size_t bytes = 0;
@@ -80,7 +80,7 @@ void Load(benchmark::State& state) {
 }
 BENCHMARK(Load)->Unit(benchmark::kMillisecond);
 
-/// Reads all texts in one pass over the file.  The yardstick is `ReadAlone`, which reads the bytes only.
+/// Reads all texts in one pass over the file.  For comparison, `ReadAlone` reads the bytes only.
 void ReadTexts(benchmark::State& state) {
     FilledBackup filled;
     const auto file = OpenInputFile(filled.File);

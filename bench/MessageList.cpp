@@ -89,7 +89,7 @@ void DeleteScattered(benchmark::State& state) {
 BENCHMARK(DeleteScattered)->Arg(10'000)->Iterations(50)->UseManualTime();
 BENCHMARK(DeleteScattered)->Arg(1'000'000)->Iterations(3)->UseManualTime();
 
-/// Reports the heap bytes per message, without its text's own bytes, for 200,000 messages.
+/// Reports the heap bytes per message, without the bytes of its text, for 200,000 messages.
 void BytesHeld(benchmark::State& state, std::optional<MessageColumn> sortedBy) {
     constexpr int Kept = 200'000;
     for (auto _ : state) {

@@ -1,5 +1,5 @@
-// Parses a NetBIOS notification.  The yardstick is the least that any parser must do: copy the text and
-// search it for ten bytes.
+// Parses a NetBIOS notification.  For comparison, does the least that any parser must do: copies the text and
+// searches it for ten bytes.
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
-// Parses a syslog notification, makes the text that the console keeps of it, and reads that text back.  The
-// yardstick is the least that any parser must do: copy the text and search it for ten bytes.
+// Parses a syslog notification, makes the text that the console keeps of it, and reads that text back.  For
+// comparison, does the least that any parser must do: copies the text and searches it for ten bytes.
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
 // Receives texts that another process writes into a real mailslot and shows them as rows of a window on Qt's
-// "offscreen" platform: the processor time per text, and how long a click waits meanwhile.
+// "offscreen" platform.  Measures the processor time per text, and how long a click waits meanwhile.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -39,7 +39,7 @@ public:
         setenv("XDG_RUNTIME_DIR", folder_.Path().c_str(), 1);
         if (pipe(start_.data()) != 0)
             std::abort();
-        // Memory freed by an earlier run must not be shared with the sender either.
+        // Returns memory freed by an earlier run to the system, so that it is not shared with the sender.
         malloc_trim(0);
         sender_ = fork();
         if (sender_ == 0)
@@ -52,7 +52,7 @@ public:
     /// Lets the sender start.
     void Send() { (void)!write(start_[1], "", 1); }
 
-    /// Runs pending events until the lists show `count` rows.  Returns false if they do not.
+    /// Runs pending events until the lists show `count` rows.  Returns false after two minutes.
     [[nodiscard]] bool AwaitRows(int count) {
         const bool all = ConsoleUnderLoad::WorkUntil([&] { return Rows() >= count; });
         waitpid(sender_, nullptr, 0);

@@ -1,5 +1,5 @@
-// Applies a view filter to 1,000,000 messages, removes it, and tests an arrival against it.  The yardsticks
-// do the same work without lists and tree.
+// Applies a view filter to 1,000,000 messages, removes it, and tests an arrival against it.  For comparison,
+// does the same work without lists and tree.
 
 #include "filters/ViewFilter.h"
 
@@ -21,7 +21,7 @@ constexpr int Messages = 1'000'000;
 constexpr std::size_t ByLog = 1;
 constexpr std::size_t ByComputer = 3;
 
-/// A channel full of realistic messages, and its view filter.
+/// A channel with 1,000,000 realistic messages, and its view filter.
 struct Full : MessagesOver<SystemClock> {
     explicit Full(MessagePage page) {
         GrowHeapInLargeSteps();  // the console does this too
@@ -44,7 +44,7 @@ struct Full : MessagesOver<SystemClock> {
     ViewFilter Filter{Context};
 };
 
-/// Returns criteria that ask for the last of the values that occur in `column`.
+/// Returns criteria that only messages with the last of the column's values meet.
 ViewFilter::Criteria Choose(const ViewFilter& filter, std::size_t column) {
     ViewFilter::Criteria criteria;
     const ViewFilter::Values values = filter.ValuesOnShow();
@@ -77,7 +77,7 @@ void TakeOff(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// The yardstick of removing a filter: reads all texts and does nothing with them.
+/// Compared with removing a filter: reads all texts and does nothing with them.
 void ReadAll(benchmark::State& state, MessagePage page) {
     const auto full = std::make_unique<Full>(page);
     const MessageStore& messages = full->Channel().Messages;
@@ -92,8 +92,7 @@ void ReadAll(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// The yardstick of applying a filter: erases from an array of plain rows those with another text in
-/// `column`.
+/// Compared with applying a filter: erases from an array of plain rows those with another text in `column`.
 void EraseOthers(benchmark::State& state, MessagePage page, std::size_t column) {
     const auto full = std::make_unique<Full>(page);
     const std::string wanted = Choose(full->Filter, column).at(column).value();
@@ -121,8 +120,8 @@ void CollectValues(benchmark::State& state) {
         benchmark::DoNotOptimize(full->Filter.ValuesOnShow());
 }
 
-/// Tests two arrivals in turn: one passes all four criteria, the other differs from them in its last
-/// character only.
+/// Tests two arrivals in turn: one passes all four criteria, the other differs only in the last character of
+/// its computer.
 void TestArrival(benchmark::State& state) {
     MessagesOver<SystemClock> none;
     ViewFilter filter(none.Context);

@@ -1,5 +1,5 @@
-// Reads any bytes as the backup file.  The texts must be those that follow their lengths in the file, in
-// order, reading must end, and complete records must be read back unchanged.
+// Reads arbitrary bytes as the backup file.  The texts must be those that follow their lengths in the file,
+// in order, reading must end, and complete records must be read back unchanged.
 
 #include "storage/BackupReader.h"
 
@@ -46,7 +46,8 @@ std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     return texts;
 }
 
-/// Cuts the bytes into texts of at least ShortestBackupText bytes; the first byte of each decides its length.
+/// Cuts the bytes into texts of ShortestBackupText bytes or more; the first byte of a text decides its
+/// length.
 std::vector<std::string> CutIntoTexts(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= ShortestBackupText) {

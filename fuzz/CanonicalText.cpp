@@ -1,6 +1,6 @@
-// Reads any bytes as the text of a kept message.  Nothing may be read past the end, a text in another layout
-// must leave the record unchanged, and the fields of a valid one must give the same text again, except for
-// the spelling of the date.
+// Reads arbitrary bytes as the text of a kept message.  Nothing may be read past the end, a text in another
+// layout must leave the record unchanged, and the fields of a valid text must give that text again, except
+// for the spelling of the date.
 
 #include "records/CanonicalText.h"
 

@@ -1,5 +1,5 @@
-// Loads any bytes as the filter file.  The filters must be those in the file, IsSuppressed must agree with a
-// literal implementation of the rules, and encoding a decoded record must give the same bytes.
+// Loads arbitrary bytes as the filter file.  The filters must be those in the file, IsSuppressed must agree
+// with a literal implementation of the rules, and encoding a decoded record must give the same bytes.
 
 #include <unistd.h>
 
@@ -57,8 +57,8 @@ bool MatchesByTheRules(const SuppressionFilter& filter, const AlarmRecord& alarm
     return filter.EventTypes == 0 ? verdict : (filter.EventTypes & FilterFailureAudit) != 0;
 }
 
-/// Returns whether a filter in the bytes suppresses the fixed alarm.  Adds the number of named filters to
-/// `named`.
+/// Returns whether one of the filters in the file's bytes suppresses FixedAlarm().  Adds the number of
+/// filters with a name to `named`.
 bool SuppressedByTheRules(const char* data, std::size_t size, std::int32_t& named) {
     bool suppressed = false;
     for (std::size_t start = 0; start + FilterDataSize <= size; start += FilterRecordSize) {

@@ -1,5 +1,5 @@
-// Feeds datagrams to the store of text parts, one per line (NUL ends a line too), mixed with calls of the
-// store's other functions, and checks its invariants.
+// Feeds datagrams, one per line (NUL ends a line too), to the FragmentStore, mixed with calls of its other
+// functions, and checks its invariants.
 
 #include "reception/FragmentStore.h"
 

@@ -1,5 +1,5 @@
-// Parses any bytes as the tables of a help file.  Parsing must end, stay within the limits, and return only
-// texts that are in the bytes.
+// Parses arbitrary bytes as the tables of a help file.  Parsing must end, stay within the limits, and return
+// only texts that are in the bytes.
 
 #include "desktop/help/HelpTables.h"
 
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         Require(entry.Depth >= 0 && entry.Depth <= DeepestHelpEntry);
     }
 
-    // Splits the bytes at any position into the table and the texts that it refers to.
+    // The first byte decides where the table ends and the texts that it refers to begin.
     const std::size_t middle = size == 0 ? 0 : data[0] % size;
     const std::string_view strings = bytes.substr(middle);
     for (const auto& [number, page] : ParseHelpContexts(bytes.substr(0, middle), strings))

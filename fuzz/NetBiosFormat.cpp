@@ -1,5 +1,5 @@
-// Parses any bytes as a NetBIOS notification.  Nothing may be read past the end, and the fields of the record
-// must survive formatting and parsing again.
+// Parses arbitrary bytes as a NetBIOS notification.  Nothing may be read past the end, and the fields of the
+// record must survive formatting and parsing again.
 
 #include "records/NetBiosFormat.h"
 
@@ -41,8 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ParseCurrentAlarm(text, again);
     Require(again == carried);
     const std::string key = EventTypeIconKey(carried.TypeOfEvent);
-    // An icon key, which a shown alarm keeps as its type, denotes the same type as the text that it was made
-    // of.
+    // The icon key, which a shown alarm keeps as its type, denotes the same type as the original text.
     Require(EventTypeOf(carried.TypeOfEvent) == EventTypeOf(key));
     // The displayed name denotes the same type too.
     Require(EventTypeIconKey(EventTypeDisplayName(carried.TypeOfEvent)) == key);

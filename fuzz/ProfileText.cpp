@@ -1,5 +1,5 @@
-// Reads and changes any bytes as an INI file.  The first line of the input gives a section, a key and a
-// value, the rest is the file.
+// Reads and changes arbitrary bytes as an INI file.  The input begins with a section, a key and a value, each
+// ended by "|", a line end or NUL; the rest is the file.
 
 #include "config/ProfileText.h"
 
@@ -61,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tallyhorn::ProfileInteger(profile.Value(section, key).value_or(value));
 
     profile.SetValue(section, key, value);
-    // A key without special characters must be found again in any file.
+    // After SetValue, a key without special characters must be found in any file.
     if (key.find_first_of("=;[]") == std::string::npos && section.find_first_of("[]") == std::string::npos)
         Require(profile.Value(section, key).has_value());
     Require(profile.Bytes().size() <= text.size() + section.size() + key.size() + value.size() + 9);

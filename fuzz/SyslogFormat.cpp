@@ -1,5 +1,5 @@
-// Parses any bytes as a syslog datagram.  Nothing may be read past the end, and the kept text must give the
-// same record however often it is saved and loaded.
+// Parses arbitrary bytes as a syslog datagram.  Nothing may be read past the end, and the kept text must give
+// the same record however often it is saved and loaded.
 
 #include "records/SyslogFormat.h"
 
@@ -15,7 +15,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns the text as saving it to the backup file and loading it would change it.
+/// Returns the text as it would be after it was saved to the backup file and loaded again.
 std::string SavedAndLoaded(const std::string& text) {
     std::string saved(Trim(text));
     std::erase(saved, '\0');

@@ -1,5 +1,5 @@
-// Reads any bytes as a WAVE file.  The samples found must lie within the bytes and consist of whole frames in
-// a format that the console plays.
+// Reads arbitrary bytes as a WAVE file.  The samples found must lie within the bytes and consist of whole
+// frames in a format that the console plays.
 
 #include "platform/linux/WaveFile.h"
 

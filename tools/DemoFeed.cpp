@@ -11,7 +11,7 @@ namespace {
 
 using Texts = std::string_view;
 
-/// A kind of event as a monitored machine logs it.
+/// A kind of event that a monitored machine logs.
 struct Kind {
     DemoType Type;
     Texts Alarm;
@@ -73,7 +73,7 @@ constexpr std::array<Kind, 24> Kinds = {{
      "Audit Policy Change:\r\n\tNew Policy: success and failure of logons"},
 }};
 
-/// How many of a hundred events have each type, in the order of DemoType.
+/// The number of events of each type among a hundred, in the order of DemoType.
 constexpr std::array<std::size_t, 5> Weights = {45, 20, 12, 9, 14};
 
 constexpr std::array<Texts, 8> Roles = {"DC", "FILE", "PRINT", "SQL", "WEB", "MAIL", "APP", "WS"};
@@ -196,7 +196,7 @@ DemoText DemoFeed::Next() {
 
 DemoText DemoFeed::NextSyslog() {
     Event event = NextEvent();
-    // A syslog datagram normally has no line ends; an odd one may contain anything.
+    // A syslog datagram normally has no line ends; an odd one may contain any characters.
     if (!event.Odd)
         JoinLines(event.Record.Description);
     const std::size_t target = NextLength();

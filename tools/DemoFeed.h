@@ -25,8 +25,8 @@ struct DemoText {
     DemoType Type = DemoType::Information;
 };
 
-/// Makes an endless series of lifelike notifications: the same for the same seed on every machine.  Its dates
-/// start at a fixed day and do not depend on the clock.
+/// Makes an endless series of lifelike notifications, which depends on the seed alone, not on the machine or
+/// the clock.  The dates start at a fixed day.
 class DemoFeed {
 public:
     /// One text in 250 is too long for one mailslot datagram.  Such texts are rare because the console loses
@@ -35,7 +35,7 @@ public:
 
     explicit DemoFeed(std::uint64_t seed);
 
-    /// Returns a mailslot notification: mostly 300 to 390 bytes, and none of them NUL.
+    /// Returns a mailslot notification without NULs, mostly of 300 to 390 bytes.
     DemoText Next();
     /// Returns a syslog datagram of at least 300 bytes, which ends with the description.
     DemoText NextSyslog();
@@ -46,7 +46,7 @@ private:
         DemoType Type = DemoType::Information;
         bool Odd = false;
     };
-    /// The longest of the texts that fit one mailslot datagram.
+    /// The greatest length of a text that is sent in one mailslot datagram.
     static constexpr std::size_t LongestUnsplit = 390;
 
     Event NextEvent();

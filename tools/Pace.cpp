@@ -20,8 +20,8 @@ std::uint64_t Pace::Due(std::uint64_t index, std::uint64_t most) const {
     return rate_ > 0 ? std::min(due_ - std::min(index, due_), most) : most;
 }
 
-/// Sleeps for at least a millisecond.  At high rates several texts become due in that time, and Due counts
-/// them.
+/// Sleeps until text `index` is due, in steps of at least a millisecond.  At high rates several texts become
+/// due in one step, and Due counts them.
 void Pace::Sleep(std::uint64_t index) {
     using namespace std::chrono_literals;
     const std::chrono::duration<double> offset(static_cast<double>(index) / rate_);

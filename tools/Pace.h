@@ -6,8 +6,8 @@
 
 namespace tallyhorn {
 
-/// The schedule of a feed with a fixed rate.  It starts with the construction, and late texts do not shift
-/// it.
+/// The schedule of a feed with a fixed rate.  It starts when the object is constructed, and a late text does
+/// not delay the texts after it.
 class Pace {
 public:
     /// `rate` is in texts per second; without a rate all texts are due at once.

@@ -68,7 +68,7 @@ std::optional<SyslogTarget> ParseTarget(const std::string& text) {
     return SyslogTarget{std::move(host), static_cast<std::int32_t>(*port), text};
 }
 
-/// Parses a command line.  Error is the first mistake in it.
+/// Parses a command line.  Error returns the first mistake in it, or an empty text.
 class Parser {
 public:
     explicit Parser(std::span<const std::string> arguments) : rest_(arguments) {}

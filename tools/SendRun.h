@@ -11,13 +11,13 @@ namespace tallyhorn {
 
 /// What a run has sent so far.
 struct SendCounts {
-    std::optional<std::uint64_t> Texts;  ///< only if a text can take several datagrams
+    std::optional<std::uint64_t> Texts;  ///< only for mailslots, where one text can take several datagrams
     std::uint64_t Datagrams = 0;
     std::uint64_t Bytes = 0;
-    DemoTypeCounts ByType{};  ///< only for a demo
+    DemoTypeCounts ByType{};  ///< counted only by SendDemo
 };
 
-/// A run of tallyhorn-send.  Owns the counts.
+/// Sends what the command line asks for, and counts it.
 class SendRun {
 public:
     /// NotTaken: the system did not accept a text.  Refused: the system reports that nobody listens.
@@ -29,7 +29,7 @@ public:
     SendRun& operator=(const SendRun&) = delete;
 
     virtual Outcome Send(const std::vector<std::string>& texts) = 0;
-    /// Sends a feed, until the number of texts in the arguments is reached or the user asks the program to
+    /// Sends texts of a DemoFeed until the Count of the arguments is reached or the user asks the program to
     /// end.
     virtual Outcome SendDemo() = 0;
 

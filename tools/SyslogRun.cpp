@@ -39,7 +39,7 @@ SendRun::Outcome SyslogRun::Send(const std::vector<std::string>& texts) {
 }
 
 SendRun::Outcome SyslogRun::SendDemo() {
-    // DatagramSender::SendBatch sends so many in one system call.
+    // The largest number of datagrams that DatagramSender::SendBatch sends in one system call.
     constexpr std::uint64_t BatchSize = 64;
     const std::uint64_t count = arguments_.Count.value_or(std::numeric_limits<std::uint64_t>::max());
     DemoFeed feed(arguments_.Seed);

@@ -14,7 +14,7 @@ namespace tallyhorn {
 /// A run that sends syslog datagrams.
 class SyslogRun final : public SendRun {
 public:
-    /// Both arguments must outlive it.
+    /// Both arguments must outlive the run.
     SyslogRun(const SendArguments& arguments, DatagramSender& sender);
 
     /// Sends each text unchanged as one datagram.

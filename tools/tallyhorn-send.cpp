@@ -53,7 +53,7 @@ std::string Counted(std::uint64_t count, const std::string& what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-/// Returns the texts to send, none for a demo; or nothing if the file cannot be read.
+/// Returns the texts to send (for a demo, none), or nothing if the file cannot be read.
 std::optional<std::vector<std::string>> TextsToSend(const SendArguments& arguments) {
     std::vector<std::string> texts;
     if (arguments.Mode == SendMode::File) {
@@ -76,7 +76,7 @@ void Report(const SendCounts& counts, const std::string& target, bool demo) {
         std::cout << "  " << DemoTypeNames[type] << ": " << counts.ByType[type] << '\n';
 }
 
-/// The parts of messages that depend on the way of sending.
+/// The parts of the program's output that differ between mailslot and syslog.
 struct Wording {
     std::string Target;
     std::string Listener;  ///< completes "no program receives at"

@@ -46,8 +46,7 @@ std::vector<std::string> ReadByTheRule(std::string_view bytes) {
     return texts;
 }
 
-/// Cuts the bytes into texts of ShortestBackupText bytes or more; the first byte of a text decides its
-/// length.
+/// Cuts the bytes into texts of at least ShortestBackupText bytes; a text's first byte decides its length.
 std::vector<std::string> CutIntoTexts(std::string_view bytes) {
     std::vector<std::string> texts;
     while (bytes.size() >= ShortestBackupText) {

@@ -56,12 +56,12 @@ TEST_F(PreferencesTest, FileConsoleAndNextDialogGetTheSameSettings) {
         EXPECT_EQ(host_.Held, ReadSettings(parts_.Profile));
         EXPECT_EQ(Preferences(parts_.All()).Load(), fields);
     }
-    EXPECT_THAT(host_.OpenedPorts, ElementsAre(1514)) << "only where the port changed";
+    EXPECT_THAT(host_.OpenedPorts, ElementsAre(1514)) << "only a changed port is opened";
 }
 
 TEST_F(PreferencesTest, AChangedPortIsOpenedIfItFitsInto16Bits) {
     enum Outcome { Unchanged, Opened, WrittenAndLeft, Left };
-    // The port in the file = the port as typed.  Halves are rounded to the even number.
+    // Each pair is the port in the file and the port as typed.  Halves are rounded to the even number.
     const std::pair<Outcome, const char*> cases[] = {
         {Unchanged, "514= 514 |514=+514|514=514.5|40000=40000"},
         {Opened, "514=515|515=515.5|514= 1514 |514=0|514=-1|514=32767|514=-32768|40000=514"},
@@ -75,10 +75,10 @@ TEST_F(PreferencesTest, AChangedPortIsOpenedIfItFitsInto16Bits) {
             host_.OpenedPorts.clear();
             const bool saved = result == Unchanged || result == Opened;
             EXPECT_EQ(preferences_.Save(WithPort(typed)), saved);
-            EXPECT_EQ(host_.Held.DateTime, saved ? 0 : -1) << "what follows the port";
+            EXPECT_EQ(host_.Held.DateTime, saved ? 0 : -1) << "the settings after the port";
             const std::string& written = result == Opened || result == WrittenAndLeft ? typed : inFile;
             EXPECT_TRUE(parts_.Bytes().starts_with("[General]\r\nSyslogUDPPort=" + written + "\r\n"));
-            // The endpoint reads the port from the file, so it must be written first.
+            // The endpoint reads the port from the file, which must therefore be written first.
             const std::vector<std::int32_t> opened(result == Opened ? 1 : 0, ReadSyslogPort(parts_.Profile));
             EXPECT_EQ(host_.OpenedPorts, opened);
         }
@@ -109,7 +109,7 @@ TEST_F(PreferencesTest, ResetAsksFirst) {
     const char* const question =
         "Are you sure you want to reset the main window dimensions and column widths?";
     EXPECT_THAT(parts_.Boxes.Shown, ElementsAre(question, question));
-    EXPECT_EQ(parts_.Events.Runs, 1) << "so that the window is drawn while the dialog stays open";
+    EXPECT_EQ(parts_.Events.Runs, 1) << "pending events draw the window behind the dialog";
 }
 
 }  // namespace

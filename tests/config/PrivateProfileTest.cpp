@@ -13,7 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// The class over the profile functions that the program uses on this system.
+/// A PrivateProfile over the profile functions that the console uses on this system.
 class PrivateProfileTest : public ::testing::Test {
 protected:
     PrivateProfileTest() { profile_.SetINIFileName(path_.string()); }
@@ -77,7 +77,7 @@ TEST_F(PrivateProfileTest, ListsKeysAndEntriesAndDeletes) {
     EXPECT_FALSE(profile_.CreateINIFile());
 }
 
-/// Six lines of 681 characters with their NULs take 4,092 of the 4,093 characters that are read.
+/// Six lines of 681 characters take, with their NULs, 4,092 of the 4,093 characters that are read.
 TEST_F(PrivateProfileTest, OmitsTheLinesThatDoNotFitIntoTheBuffer) {
     std::string bytes = "[s]\r\n";
     for (char name = 'a'; name <= 'f'; ++name)
@@ -112,7 +112,7 @@ TEST_F(PrivateProfileTest, ListsSectionNamesOfUpTo32767BytesWithinTwoSeconds) {
     names = {"old"};
     EXPECT_TRUE(profile_.GetSectionNames(names));
     EXPECT_THAT(names, IsEmpty());
-    EXPECT_EQ(clock_.Now() - start, std::chrono::seconds(2)) << "waits for a first section";
+    EXPECT_EQ(clock_.Now() - start, std::chrono::seconds(2)) << "the call waits for a section";
 }
 
 TEST(PrivateProfile, ExceptionsOfTheProfileFunctionsBecomeFailures) {

@@ -12,8 +12,8 @@ constexpr const char* Sample =
     "; settings\r\n\r\n[General]\r\n  SoundOn = 1 \r\n; why ten\nCPWidth=10\nword\rCPWidth=11\r\n\r\n"
     "; about the other\r\n[Other]\r\nx=1";
 
-/// A change, "section|key|value", replaces the bytes `from` in the sample by `to` and no others.  Without a
-/// value it deletes the key, without a key the section.
+/// A change, "section|key|value", must replace the bytes `from` in the sample by `to` and leave all others.
+/// Without a value it deletes the key, without a key the section.
 TEST(ProfileText, AChangeKeepsAllOtherBytes) {
     const std::array<const char*, 3> cases[] = {
         {"GENERAL|soundon|0", "  SoundOn = 1 \r\n", "  SoundOn =0\r\n"},
@@ -46,7 +46,7 @@ TEST(ProfileText, AChangeKeepsAllOtherBytes) {
     }
 }
 
-/// With quadratic work on long or many lines, the test would exceed its time limit.
+/// If the work grew with the square of the lines' length or number, the test would exceed its time limit.
 TEST(ProfileText, WorkIsLinear) {
     std::string bytes = "[s]\n" + std::string(4U << 20U, '[') + '\n' + std::string(4U << 20U, ' ');
     for (int i = 0; i < 500000; ++i)

@@ -1,6 +1,6 @@
 // Compares TextProfileFunctions, and the system's own profile functions if it has some, with the answers that
-// Wine's profile functions gave.  To add a case, write a line with any answer; the failure of the Windows
-// build then shows the right one.
+// Wine's profile functions gave.  To add a case, add a line with any answer to profile-cases.tsv; the test
+// then fails in the Windows build and shows the right answer.
 
 #include <gtest/gtest.h>
 
@@ -68,8 +68,8 @@ std::string Call(ProfileFunctions& functions, const Case& one, const std::string
             functions.WritePrivateProfileString(pointer(Section), pointer(Key), pointer(Text), file);
         return (written ? "1:" : "0:") + Sections(functions, file);
     }
-    // The other functions fill a buffer.  The answer is the count, and the counted bytes with the NUL after
-    // them.
+    // The other functions fill a buffer.  Their answer is the returned count, then that many bytes and the
+    // NUL behind them.
     const auto size = static_cast<std::uint32_t>(number);
     std::string buffer(size + 1, '#');
     const std::uint32_t count =
@@ -82,7 +82,7 @@ std::string Call(ProfileFunctions& functions, const Case& one, const std::string
     return std::to_string(count) + ':' + buffer.substr(0, count + 1);
 }
 
-/// Compares TextProfileFunctions and, if the system has its own profile functions, those too.
+/// Checks TextProfileFunctions and, if the system has its own profile functions, those too.
 TEST(TextProfileFunctions, AnswersAsTheSystemDoes) {
     const TemporaryFolder folder;
     TextProfileFunctions functions;
@@ -110,7 +110,7 @@ TEST(TextProfileFunctions, WritesReplaceTheFileUnlessItIsTooLargeToBeRead) {
         return functions.GetPrivateProfileInt("s", "k", 77, file.c_str());
     };
     EXPECT_TRUE(write(path, nullptr));
-    EXPECT_EQ(CountFiles(folder.Path()), 0U) << "nothing to delete";
+    EXPECT_EQ(CountFiles(folder.Path()), 0U) << "deleting a key creates no file";
     EXPECT_TRUE(write(path, "1"));
     EXPECT_TRUE(write(path, "22"));
     EXPECT_EQ(ReadBytes(path), "[s]\r\nk=22\r\n");

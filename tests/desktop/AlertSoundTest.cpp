@@ -11,7 +11,7 @@ using Mode = SoundDevice::Mode;
 
 class AlertSoundTest : public ::testing::Test {
 protected:
-    /// Returns the commands for an alert that follows the one before after `pause`.
+    /// Requests an alert `pause` after the previous one and returns the device's commands.
     std::string Alert(std::chrono::milliseconds pause = std::chrono::seconds(1)) {
         parts_.Time.Advance(pause);
         device_.Commands.clear();
@@ -21,7 +21,7 @@ protected:
 
     PreferencesParts parts_;
     TemporaryFolder second_;
-    Settings settings_{0, "", 0, 0, {}, true, 0};  // with the sound on
+    Settings settings_{0, "", 0, 0, {}, true, 0};  // the sound is on
     FakeSoundDevice device_;
     AlertSound sound_{
         parts_.Profile, settings_, parts_.Time, device_, {parts_.Folder.Path(), second_.Path()}};
@@ -48,7 +48,7 @@ TEST_F(AlertSoundTest, AlertsWithinATenthOfASecondAfterACountedOneAreDropped) {
     for (const char* const failing : {"", "Open "}) {
         device_.Failing = failing;
         EXPECT_NE(Alert(), "");
-        // The dropped ones do not prolong the silence, and failed ones count.
+        // A dropped alert does not prolong the tenth of a second; an alert that fails starts one, too.
         for (const auto& [pause, counts] :
              {std::pair(60, false), {39, false}, {1, true}, {60, false}, {39, false}, {1, true}})
             EXPECT_EQ(!Alert(std::chrono::milliseconds(pause)).empty(), counts) << pause;
@@ -56,9 +56,9 @@ TEST_F(AlertSoundTest, AlertsWithinATenthOfASecondAfterACountedOneAreDropped) {
 }
 
 TEST_F(AlertSoundTest, PlaysTheFirstFileFoundWhileTheSwitchIsOn) {
-    EXPECT_EQ(Alert(), "") << "no file";
+    EXPECT_EQ(Alert(), "") << "there is no sound file";
     std::filesystem::create_directory(parts_.Folder / "sound.wav");
-    EXPECT_EQ(Alert(), "") << "no regular file";
+    EXPECT_EQ(Alert(), "") << "a folder is no sound file";
     WriteBytes(second_ / "sound.wav", "wave");
     EXPECT_EQ(Alert(), "Open Prev Play ");
     EXPECT_EQ(device_.FileName, second_ / "sound.wav");
@@ -71,7 +71,7 @@ TEST_F(AlertSoundTest, PlaysTheFirstFileFoundWhileTheSwitchIsOn) {
     device_.Commands.clear();
     sound_.Close();
     sound_.Close();
-    EXPECT_EQ(device_.Commands, "Close ") << "only if it is open";
+    EXPECT_EQ(device_.Commands, "Close ") << "only an open device is closed";
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST_F(HelpBookTest, EachNumberHasItsOwnPageInTheContents) {
     EXPECT_TRUE(book_->Read("main-window.png").starts_with("\x89PNG"));
 }
 
-/// A damaged file may give any lengths; reading it must end with a bounded result.
+/// A damaged file may contain any lengths; reading it must end, with a limited number of bytes.
 TEST_F(HelpBookTest, DamagedFilesAreReadWithinBoundsOrRefused) {
     const std::string whole = ReadBytes(TALLYHORN_HELP);
     const TemporaryFolder folder;
@@ -62,7 +62,7 @@ TEST_F(HelpBookTest, DamagedFilesAreReadWithinBoundsOrRefused) {
     std::mt19937 random(7);
     for (int i = 0; i < 100; ++i) {
         std::string damaged = whole;
-        // The headers and the directory are at the start.
+        // Most changes hit the headers and the directory, which are at the start of the file.
         const std::size_t end = i % 4 == 0 ? whole.size() : 0x4000;
         for (int change = 0; change < 3; ++change)
             damaged[random() % end] = static_cast<char>(random());
@@ -72,7 +72,7 @@ TEST_F(HelpBookTest, DamagedFilesAreReadWithinBoundsOrRefused) {
     EXPECT_EQ(HelpBook::Open("/dev/zero"), nullptr);
 }
 
-/// Each table is cut at every byte, in front of bytes that would be read as more of it.
+/// Cuts each table at every byte; the rest of the table is behind the cut and must not be read.
 TEST(HelpTables, NothingIsReadBehindTheEndOfATable) {
     const std::string strings = std::string("a.html\0bc.html\0", 15);
     const std::string numbers = LittleEndian(16, 4) + LittleEndian(10, 4) + LittleEndian(0, 4) +

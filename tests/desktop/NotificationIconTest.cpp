@@ -8,13 +8,13 @@
 namespace tallyhorn {
 namespace {
 
-/// Steps: I initialize, F start the flash, t tick of the timer, S stop the flash, D shut down.  "+" starts
-/// the timer, "-" stops it.
+/// Steps: I initialize, F start the flash, t tick of the timer, S stop the flash, D shut down.  In the
+/// results, "+" starts the timer, and "-" stops it.
 TEST(NotificationIconTest, StepsChangeTheIconAndTheTimer) {
     const std::pair<std::string, const char*> cases[] = {
         // A second start neither restarts the timer nor changes the order of the pictures.
         {"IFtFtt", "add 0, +, modify 2, modify 1, modify 2"},
-        // Each flash begins with picture 2, after an odd and an even number of ticks.
+        // Each flash begins with picture 2, whether an odd or an even number of ticks came before.
         {"IFtSFt", "add 0, +, modify 2, -, +, modify 2"},
         {"IFttSFt", "add 0, +, modify 2, modify 1, -, +, modify 2"},
         {"IFtSDIFt", "add 0, +, modify 2, -, delete, add 0, +, modify 2"},

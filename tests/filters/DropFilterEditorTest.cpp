@@ -87,7 +87,7 @@ TEST_F(DropFilterEditorTest, AddsBehindTheLastRecordEvenIfItListsFewer) {
 TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     Manage(a_ + blank_ + b_);
     Add("C", "c");
-    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + b_ + c_) << "behind the last record, not over the blank one";
+    EXPECT_EQ(ReadBytes(path_), a_ + blank_ + b_ + c_) << "added at the end, not over the blank record";
     EXPECT_EQ(Listed(), "A 1, B 3, *C 4");
 
     editor_.Select(1);
@@ -96,7 +96,7 @@ TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     fields.FilterName = "D";
     fields.Source = "x";
     EXPECT_EQ(editor_.Save(fields), Answer::Saved);
-    // The second edit starts with the fields of the first, and may take the old name again.
+    // The second edit shows what the first one saved, and may use the filter's earlier name again.
     EXPECT_EQ(editor_.Edit(), ShowRecord(FilterOn("D", "x")));
     EXPECT_EQ(Save("B", "d"), Answer::Saved);
     const std::string b = RecordBytes(FilterOn("B", "d"));
@@ -106,7 +106,7 @@ TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     editor_.Select(0);
     editor_.Delete();
     EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + b + c_);
-    Add("A", "a");  // the name is free again, the record is not
+    Add("A", "a");  // the deleted filter's name can be used again; its record cannot
     EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + b + c_ + a_);
     EXPECT_EQ(Listed(), "B 3, C 4, *A 5");
     editor_.Delete();
@@ -119,7 +119,7 @@ TEST_F(DropFilterEditorTest, WritesEachChangeAtOnceAndLoadsTheFiltersAtTheEnd) {
     EXPECT_EQ(SuppressedSources(filters_), "bd");
     EXPECT_EQ(filters_.FilterCount, 2);
     editor_.InitFormAsManager();
-    EXPECT_EQ(filters_.FilterCount, 6) << "records while the dialog is open, filters afterwards";
+    EXPECT_EQ(filters_.FilterCount, 6) << "it counts records while the dialog is open, then filters";
     EXPECT_EQ(Listed(), "*B 3, E 6");
 }
 
@@ -165,15 +165,15 @@ TEST_F(DropFilterEditorTest, OneEntryIsSelectedUnlessTheListIsEmpty) {
     Manage(a_ + b_ + c_);
     editor_.Select(1);
     editor_.Delete();
-    EXPECT_EQ(Listed(), "A 1, *C 3") << "the next one";
+    EXPECT_EQ(Listed(), "A 1, *C 3") << "the next entry is selected";
     editor_.Select(7);
     editor_.Delete();
-    EXPECT_EQ(Listed(), "*A 1") << "the last one";
+    EXPECT_EQ(Listed(), "*A 1") << "the last entry is selected";
     editor_.Delete();
     editor_.Delete();
     EXPECT_EQ(editor_.Selected(), std::nullopt);
     EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + blank_);
-    // Nothing is selected: the current record is shown, and nothing is written.
+    // If nothing is selected, Edit returns CurrentFilter's fields, and Save writes nothing.
     filters_.CurrentFilter = FilterOn("current", "x");
     EXPECT_EQ(editor_.Edit(), ShowRecord(FilterOn("current", "x")));
     EXPECT_EQ(Save("other"), Answer::Saved);
@@ -195,7 +195,7 @@ TEST_F(DropFilterEditorTest, SortsByNameWithoutCaseAndKeepsTheSelection) {
     editor_.Edit();
     EXPECT_EQ(Save("aaa"), Answer::Saved);
     EXPECT_EQ(Listed(), "beta 1, BETA 5, azure 6, Alpha 2, *aaa 4");
-    EXPECT_EQ(ReadBytes(path_).substr(3 * FilterRecordSize, 4), "aaa ") << "the record that was selected";
+    EXPECT_EQ(ReadBytes(path_).substr(3 * FilterRecordSize, 4), "aaa ") << "the edited record is written";
 }
 
 TEST_F(DropFilterEditorTest, GoesOnIfThereCanBeNoFile) {

@@ -72,7 +72,7 @@ TEST(FilterFieldsTest, StoresDatesOnlyWithADateRange) {
     EXPECT_EQ(stored(), std::tuple(FilterFalse, 1.5, 2.5));
     fields.UseDateRange = true;
     EXPECT_EQ(stored(), std::tuple(-1, 46348.75, 46349 + (6 * 3600 + 1) / 86400.0));
-    fields.EventID.clear();  // -1 is shown as an empty text
+    fields.EventID.clear();  // the event ID -1 is shown as an empty text
     EXPECT_EQ(ShowRecord(record), fields);
 }
 
@@ -86,13 +86,13 @@ TEST(FilterFieldsTest, LimitsTheDatesOfAFileToThoseThatCanBeTyped) {
         {-1.25, Date({1899, 12, 29, 6, 0, 0}), Date({1899, 12, 29, 6, 0, 0})},
         {1e300, LastTypedDate, LastTypedDate},
         {-Infinity, FirstTypedDate, FirstTypedDate},
-        // NaN excludes no date.
+        // A begin or an end that is NaN excludes no date.
         {std::nan(""), FirstTypedDate, LastTypedDate},
     };
     for (const auto& [days, asBegin, asEnd] : cases) {
         SCOPED_TRACE(days);
         SuppressionFilter record;
-        record.UseDateRange = 1;  // every value but FilterFalse is true
+        record.UseDateRange = 1;  // every value except FilterFalse means true
         record.BeginDate = record.EndDate = days;
         FilterFields fields = ShowRecord(record);
         EXPECT_TRUE(fields.UseDateRange);

@@ -41,7 +41,7 @@ bool Matches(const SuppressionFilter& filter, const AlarmRecord& alarm) {
 using F = SuppressionFilter&;
 using A = AlarmRecord&;
 
-/// Checks cases, each of which changes a filter that tests nothing, or the typical alarm, or both.
+/// Checks cases.  Each one changes a filter without criteria (AnyFilter), the typical alarm, or both.
 void ExpectMatches(const std::vector<std::tuple<const char*, std::function<void(F, A)>, bool>>& cases) {
     for (const auto& [name, change, expected] : cases) {
         SuppressionFilter filter = AnyFilter();
@@ -91,7 +91,7 @@ TEST(FilterMatcher, NeedsEveryTestInForce) {
 }
 
 TEST(FilterMatcher, TestsTheType) {
-    // The texts of the five types, in the order of their bits, and four texts of no type.
+    // The texts of the five types, in the order of their bits, and four texts that denote no type.
     std::vector<std::string> types =
         SplitAtBars("Information|WARNING| e r r o r |Failure Audit|success   audit|   |Warning\t|Error\0"s);
     types.emplace_back(9999, 'E');

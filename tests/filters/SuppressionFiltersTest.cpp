@@ -22,8 +22,8 @@ SuppressionFilter FilterWithAllFields() {
     SuppressionFilter filter;
     filter.FilterName = "7036_Caf\xE9";
     filter.UseDateRange = FilterTrue;
-    filter.BeginDate = 1.0;     // 3FF0000000000000
-    filter.EndDate = 38353.75;  // 40E2BA3800000000
+    filter.BeginDate = 1.0;     // the double 3FF0000000000000
+    filter.EndDate = 38353.75;  // the double 40E2BA3800000000
     filter.EventTypes = FilterWarning | FilterSuccessAudit;
     filter.Source = "Service Control Manager";
     filter.Category = "None";
@@ -102,7 +102,7 @@ TEST_F(SuppressionFiltersTest, ChangesTakeEffectWhenTheFileIsLoadedAgain) {
     Load();
     EXPECT_EQ(SuppressedSources(filters_), "abc");
 
-    // A deleted filter keeps its place and its dates, and nothing else.
+    // A deleted filter leaves a record in the file that keeps nothing but the dates.
     filters_.CurrentFilter = FilterWithAllFields();
     filters_.ClearFilterRecord();
     EXPECT_TRUE(filters_.WriteFilterRecord(1));
@@ -112,7 +112,7 @@ TEST_F(SuppressionFiltersTest, ChangesTakeEffectWhenTheFileIsLoadedAgain) {
     EXPECT_EQ(ReadBytes(path_), RecordBytes(deleted) + b_ + RecordBytes(FilterOn("C", "c")));
     EXPECT_TRUE(Write(1, FilterOn("D", "d")));
     Load();
-    EXPECT_EQ(SuppressedSources(filters_), "bcd") << "the place can be used again";
+    EXPECT_EQ(SuppressedSources(filters_), "bcd") << "the record can be used again";
 }
 
 TEST_F(SuppressionFiltersTest, HasNoFiltersUntilThereIsAFile) {
@@ -129,7 +129,7 @@ TEST_F(SuppressionFiltersTest, HasNoFiltersUntilThereIsAFile) {
     EXPECT_TRUE(std::filesystem::is_directory(path_));
     std::filesystem::remove(path_);
     Load();
-    EXPECT_TRUE(Write(1, FilterOn("A", "a"))) << "a later try succeeds";
+    EXPECT_TRUE(Write(1, FilterOn("A", "a"))) << "a write succeeds once a file can be created";
 }
 
 TEST_F(SuppressionFiltersTest, LoadsAFileThatMayOnlyBeRead) {

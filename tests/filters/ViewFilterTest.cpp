@@ -39,7 +39,7 @@ protected:
         return names;
     }
     Names Computers(ViewNumber view) { return Column(view, MessageColumn::Computer); }
-    /// Returns the views that were hidden ("-") and shown since the last call.
+    /// Returns the views that were hidden (marked "-") and shown since the previous call.
     std::string TakeListCalls() {
         std::string calls;
         for (const std::string& call : std::exchange(Display.ListCalls, {}))
@@ -56,7 +56,7 @@ TEST_F(ViewFilterTest, ApplyKeepsTheRowsWithExactlyTheseTexts) {
         {"full", "System", "", "C", "Error"},      {"Fuller", "Security", "ANN", "D", "Information"},
         {"", "", "ANN", "E", "who knows"},         {"Full", "Security", "ANN", "F", "Success Audit"},
     };
-    // `left`: the computers in the lists of errors, warnings and information.
+    // `left` names the computers that remain in the lists of errors, warnings and information.
     const std::tuple<const char*, ViewFilter::Criteria, std::array<Names, 3>, std::size_t> cases[] = {
         {"by alarm, case matters", {{"Full", Any, Any, Any}}, {{{"A"}, {"B"}, {"F"}}}, 3},
         {"by account", {{Any, Any, "ANN", Any}}, {{{"E"}, {}, {"D", "F"}}}, 2},
@@ -119,9 +119,8 @@ TEST_F(ViewFilterTest, BuildsTheTreeFromTheRemainingMessages) {
     const TreeNode alarm = Received.Tree.ChildAt(TreeNode(), 0);
     EXPECT_EQ(Received.Tree.Text(alarm), "Full ( 3 Events )");
     EXPECT_TRUE(Received.Tree.HasLeaf(0) && Received.Tree.HasLeaf(2) && Received.Tree.HasLeaf(3));
-    EXPECT_EQ(Computers(3), (Names{"A", "A", "A"})) << "an unknown type has no leaf";
-    EXPECT_EQ(Received.Tree.SlotsUnder(alarm).size(), 4U)
-        << "but its slot belongs to the branch of its alarm";
+    EXPECT_EQ(Computers(3), (Names{"A", "A", "A"})) << "a message of unknown type has no leaf";
+    EXPECT_EQ(Received.Tree.SlotsUnder(alarm).size(), 4U) << "but it belongs to the branch of its alarm";
     EXPECT_TRUE(Received.Tree.SelectedNode().IsRoot());
     EXPECT_EQ(Alarm.TypeOfEvent, "Warning") << "the current alarm is the last leaf's";
 }
@@ -214,7 +213,7 @@ TEST_F(ViewFilterTest, KeepsSortingAndSelection) {
     EXPECT_EQ(Computers(3), (Names{"Z", "B", "B"}));
     filter_.RemoveViewFilter();
     EXPECT_EQ(Computers(3), (Names{"Z", "C", "B", "B", "A"}));
-    EXPECT_EQ(Received.List(3).SelectedCount(), 0U) << "all rows are new ones";
+    EXPECT_EQ(Received.List(3).SelectedCount(), 0U) << "new rows are not selected";
 }
 
 TEST_F(ViewFilterTest, OffersEachTextOfTheChannelOnce) {

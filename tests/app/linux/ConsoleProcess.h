@@ -15,7 +15,7 @@
 
 namespace tallyhorn {
 
-/// The real program, without a screen, in a runtime folder of its own.
+/// Runs the real console as a process, without a screen and with its own runtime folder.
 class ProcessTest : public ::testing::Test {
 protected:
     void SetUp() override {

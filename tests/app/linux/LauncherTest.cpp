@@ -5,8 +5,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs the package's launcher with a program that only writes down its arguments, and not as root, since no
-/// folder is closed to root.
+/// Runs the package's launcher with a program that only writes its arguments to a file, and not as root,
+/// because root may write to every folder.
 class LauncherTest : public ProcessTest {
 protected:
     void SetUp() override {
@@ -71,7 +71,7 @@ TEST_F(LauncherTest, WritesNothingIfItMayNot) {
     EXPECT_TRUE(fs::is_empty(Home()));
     EXPECT_TRUE(fs::is_empty(folder_ / "closed"));
 
-    // A link to a missing file belongs to the user, and the launcher does not create that file.
+    // If thlisten.ini is the user's link to a missing file, the launcher must not create that file.
     const std::string folder = Home() + "/data/tallyhorn-console";
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms(0777));
@@ -79,7 +79,7 @@ TEST_F(LauncherTest, WritesNothingIfItMayNot) {
     EXPECT_EQ(Start("", "XDG_DATA_HOME=" + Home() + "/data"), "--folder|" + folder + "|");
     EXPECT_FALSE(fs::exists(Home() + "/nowhere"));
     EXPECT_EQ(CountFiles(folder), 1U);
-    EXPECT_EQ(Start("", "XDG_DATA_HOME=data"), "--folder|" + Data().string() + "|") << "it is not absolute";
+    EXPECT_EQ(Start("", "XDG_DATA_HOME=data"), "--folder|" + Data().string() + "|") << "relative: ignored";
 }
 
 TEST_F(LauncherTest, StartsAtTheSameTimeWriteOneWholeFile) {

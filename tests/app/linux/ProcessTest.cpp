@@ -7,9 +7,9 @@ TEST_F(ProcessTest, ARequestToEndIsTheNormalShutDown) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         const pid_t console = StartConsole();
         EXPECT_EQ(ExitStatus(Spawn(TALLYHORN_SEND, {"--demo", "--count", "20", "--seed", "9"})), 0);
-        // Two polls, and a machine that has other things to do.
+        // Long enough for two polls, even on a busy machine.
         std::this_thread::sleep_for(std::chrono::milliseconds(2500));
-        kill(console, SIGUSR1);  // means nothing, and must not make it deaf
+        kill(console, SIGUSR1);  // has no effect; the console must still obey the next signal
         kill(console, signal);
         EXPECT_EQ(ExitStatus(console), 0) << signal;
         EXPECT_EQ(ReadBytes(folder_ / "summary").find("NetBIOS 20 received, 20 kept"), 0U);
@@ -23,10 +23,10 @@ TEST_F(ProcessTest, ASecondConsoleOnlySaysSo) {
     TemporaryFolder elsewhere;
     const pid_t second = Spawn(TALLYHORN_CONSOLE, {"--folder", elsewhere.Path().string()});
     std::this_thread::sleep_for(std::chrono::milliseconds(1500));
-    EXPECT_EQ(waitpid(second, nullptr, WNOHANG), 0) << "it shows its message";
+    EXPECT_EQ(waitpid(second, nullptr, WNOHANG), 0) << "it still shows its message";
     kill(second, SIGTERM);
     EXPECT_EQ(ExitStatus(second), 0);
-    EXPECT_TRUE(std::filesystem::is_empty(elsewhere.Path())) << "no settings, no filters";
+    EXPECT_TRUE(std::filesystem::is_empty(elsewhere.Path())) << "it writes no settings and no filters";
     kill(first, SIGTERM);
     EXPECT_EQ(ExitStatus(first), 0);
 }

@@ -23,14 +23,14 @@ std::uint16_t FreePort() {
     return ntohs(address.sin_port);
 }
 
-/// Does not try to bind the port, since that could make the console's own attempt fail.
+/// Reads /proc/net: trying to bind the port could make the console's own attempt fail.
 bool SomebodyListensAt(std::uint16_t port) {
     std::ostringstream local;
     local << ':' << std::hex << std::uppercase << std::setw(4) << std::setfill('0') << port << " 00000000";
     return (ReadBytes("/proc/net/udp") + ReadBytes("/proc/net/udp6")).find(local.str()) != std::string::npos;
 }
 
-/// The real console on a port of its own.
+/// Runs the real console with its own UDP port.
 class SyslogProcessTest : public ProcessTest {
 protected:
     void SetUp() override {
@@ -43,13 +43,13 @@ protected:
         EXPECT_TRUE(Eventually([this] { return SomebodyListensAt(port_); }));
         return console;
     }
-    /// Runs a line of the shell in which $1 and $2 are the text and the port.
+    /// Runs a shell command in which $1 is the text and $2 the port.
     int Run(const std::string& command, const std::string& text) const {
         return ExitStatus(Spawn("/bin/sh", {"-c", command, "sh", text, Port()}));
     }
     /// Ends a console and returns its summary of the syslog channel.
     std::string End(pid_t console) {
-        std::this_thread::sleep_for(std::chrono::seconds(2));  // a busy machine shows the window late
+        std::this_thread::sleep_for(std::chrono::seconds(2));  // a busy machine needs time to show the window
         kill(console, SIGTERM);
         EXPECT_EQ(ExitStatus(console), 0);
         const std::string summary = ReadBytes(folder_ / "summary");
@@ -62,7 +62,7 @@ protected:
     const std::uint16_t port_ = FreePort();
 };
 
-/// A program that can send a line by UDP; $1 is the text and $2 the port.
+/// A program that sends a text by UDP.  In Command, $1 is the text and $2 the port.
 struct Sender {
     const char* Program;
     const char* Command;

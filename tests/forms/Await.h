@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-/// Lets events run until the condition holds; a fatal failure after half a minute, which a busy
-/// machine may need.  Qt's own macros of the kind let a GoogleTest pass then.
+/// Lets events run until the condition holds.  Fails the test after half a minute, which a busy machine may
+/// need.  A failure of Qt's QTRY_VERIFY would not fail a GoogleTest.
 #define AWAIT(condition) \
     ASSERT_TRUE(QTest::qWaitFor([&] { return static_cast<bool>(condition); }, 30'000)) << #condition

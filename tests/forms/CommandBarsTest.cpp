@@ -18,7 +18,7 @@ protected:
         auto* const bar = Find<QToolBar>("tbrMain");
         QTest::mouseClick(bar->widgetForAction(Find<QAction>(key)), Qt::LeftButton);
     }
-    /// Opens the menu by its access key and presses the item's.
+    /// Presses the access key of the menu and then that of the item.
     void Choose(Qt::Key menu, Qt::Key item) {
         QTest::keyClick(&console_->Window(), menu, Qt::AltModifier);
         AWAIT(qApp->activePopupWidget() != nullptr);

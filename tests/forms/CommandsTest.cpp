@@ -41,7 +41,7 @@ TEST(CommandQueueTest, CommandsWaitForWorkAndDialogsInTheirOrder) {
     EXPECT_EQ(log, "work a[timer]bc last");
 }
 
-/// The user's commands in a whole console.
+/// Tests the user's commands in a whole console.
 class CommandsTest : public ConsoleFixture {
 protected:
     void StartWithError() {
@@ -134,7 +134,7 @@ TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     QCoreApplication::processEvents();
     EXPECT_EQ(boxes_.Shown.size(), 2U);
     Command("clear");
-    EXPECT_EQ(boxes_.Shown.size(), 3U) << "the command runs again once it does not wait any more";
+    EXPECT_EQ(boxes_.Shown.size(), 3U) << "a command that no longer waits runs again";
     boxes_.WhileAsked = [this] {
         boxes_.WhileAsked = nullptr;
         Command("clear");
@@ -143,10 +143,10 @@ TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     Command("clear");
     AWAIT(boxes_.Shown.size() == 5);
     QCoreApplication::processEvents();
-    EXPECT_EQ(boxes_.Shown.size(), 5U) << "asked twice while it runs, it runs once more";
+    EXPECT_EQ(boxes_.Shown.size(), 5U) << "requested twice while it runs, it runs once more";
 }
 
-/// Work that is running when the session ends may ask more questions before it is done.
+/// Work that runs when the session ends may ask more questions before it is done.
 TEST_F(CommandsTest, ABoxThatOpensAfterTheEndCloses) {
     StartWithError();
     console_->Window().Commands().Run([this] {

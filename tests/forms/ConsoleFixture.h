@@ -33,7 +33,7 @@
 
 namespace tallyhorn {
 
-/// A complete console over fakes of the system and a temporary folder.
+/// Owns a complete console over fakes of the system and a temporary folder.
 class ConsoleFixture : public DialogFixture {
 protected:
     static constexpr std::uint16_t Port = 5514;
@@ -42,8 +42,8 @@ protected:
 
     void TearDown() override {
         console_.reset();
-        // The end of a console leaves every later event loop ended.  Running and ending one of the
-        // application's own resets that.
+        // After the end of a console, Qt would end every later event loop at once.  Running the application's
+        // own loop and ending it prevents that.
         QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
         QCoreApplication::exec();
     }
@@ -63,11 +63,11 @@ protected:
                 .Names = names_};
     }
 
-    /// Starts a console over the files in the folder.
+    /// Starts a console with the files in `folder_`.
     void Restart() {
         console_ = std::make_unique<Console>(Machine(instance_), folder_.Path(), folder_.Path());
         ASSERT_TRUE(console_->Start());
-        // A test that gives up a taken port ends the console before its window is shown.
+        // If a test cancels the question about a taken port, the console ends during its start.
         AWAIT(console_->HasEnded() || console_->Window().windowHandle()->isExposed());
         QCoreApplication::processEvents();
         if (!keepsSplash_)
@@ -122,7 +122,7 @@ protected:
         return Find<MessageListView>("lvwSyslog" + std::to_string(element));
     }
     ConsolidatedTreeView* Tree() { return Find<ConsolidatedTreeView>("tvwConsolidated"); }
-    /// Returns the tree's node that the rows in `way` lead to, one a level.
+    /// Returns the tree's node with these row numbers, one for each level from the top.
     QModelIndex Node(const std::vector<int>& way) {
         QModelIndex index;
         for (const int row : way)
@@ -152,7 +152,7 @@ protected:
     FakeDatagrams datagrams_;
     std::unique_ptr<ProfileFunctions> profiles_ = MakeProfileFunctions();
     FakeClock clock_;
-    bool keepsSplash_ = false;  ///< otherwise Restart deletes it
+    bool keepsSplash_ = false;  ///< if false, Restart deletes the splash window
     FakeMessageBoxes boxes_;
     FakePrograms programs_;
     FakeSaveDialog saveDialog_;

@@ -65,7 +65,7 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
     for (const QSize size : {QSize(1280, 760), QSize(700, 500), QSize(1600, 1100)}) {
         console_->Window().showNormal();
         console_->Window().resize(size);
-        // The tabs collapse while no page is shown and must get their height back.
+        // While no page is shown, the tabs have no height; afterwards they must get it back.
         for (const bool shown : {false, true}) {
             for (const MessagePage page : {MessagePage::NetBios, MessagePage::Syslog})
                 console_->Window().ShowPage(page, shown);
@@ -169,8 +169,8 @@ TEST_F(ConsoleTest, WarnsOfASecondInstanceAndOfAMissingMailslot) {
 
 class ConsoleOrderTest : public ConsoleFixture {
 protected:
-    /// Returns a letter for each thing that is open or visible: mailslot, UDP port, icon, window, the
-    /// Loading/saving window, and rows (R).
+    /// Returns a letter for each thing that is open or visible: mailslot (m), UDP port (u), icon (i), window
+    /// (w), the Loading/Saving window (L), rows (R).
     std::string Snapshot() {
         std::string now;
         const auto add = [&now](char letter, bool there) { now += there ? std::string(1, letter) : ""; };
@@ -185,7 +185,7 @@ protected:
                      SyslogList(0)->model()->rowCount() > 0);
         return now;
     }
-    /// Records each snapshot that differs from the previous one, whenever events run.
+    /// Takes a snapshot whenever events run, and records it if it differs from the previous one.
     void Watch() {
         QObject::connect(&watch_, &QTimer::timeout, qApp, [this] {
             if (seen_.empty() || seen_.back() != Snapshot())

@@ -67,7 +67,7 @@ protected:
     ConsolidatedTreeModel model_{tree_};
     std::mt19937 random_{1};
     std::vector<Slot> used_;
-    std::set<std::uint32_t> opened_;  ///< groups by number; removed groups' numbers are reused
+    std::set<std::uint32_t> opened_;  ///< numbers of opened groups; removed groups' numbers are reused
 };
 
 TEST_F(ConsolidatedTreeModelTest, HasTheChildrenOfOpenedGroupsThroughRandomSteps) {

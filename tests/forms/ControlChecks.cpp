@@ -20,7 +20,7 @@ namespace {
 
 using Widgets = std::vector<QWidget*>;
 
-/// Returns false for parts of other controls and for tool buttons, which have no names of their own.
+/// Returns false for parts of other controls and for tool buttons, which need no names.
 bool IsControl(const QWidget& widget) {
     const QWidget* const parent = widget.parentWidget();
     return !widget.objectName().startsWith(QLatin1String("qt_")) &&
@@ -49,7 +49,7 @@ Widgets VisibleControls(const QWidget& window) {
     return controls;
 }
 
-/// Returns the place of the frame's child that contains the control.
+/// Returns the rectangle of the frame's child that contains the control.
 QRect PartWith(const QWidget* control, const QWidget* frame) {
     while (control->parentWidget() != frame)
         control = control->parentWidget();
@@ -57,7 +57,7 @@ QRect PartWith(const QWidget* control, const QWidget* frame) {
 }
 
 /// Returns whether `one` is to the left of `other` in the same line, or above it.  Compares the children of
-/// the innermost frame that contains both, so that a frame is read to its end first.
+/// the innermost frame that contains both, so that the controls of one frame stay together.
 bool IsReadBefore(const QWidget* one, const QWidget* other) {
     const QWidget* frame = one->parentWidget();
     while (!frame->isAncestorOf(other))
@@ -68,14 +68,14 @@ bool IsReadBefore(const QWidget* one, const QWidget* other) {
     return inOneLine ? a.left() < b.left() : a.top() < b.top();
 }
 
-/// Presses Tab until the first control has the focus again.  Returns the controls that had it, in order.
+/// Presses Tab until the first control has the focus again.  Returns the controls in the order of the focus.
 Widgets TabRound(const QWidget& window) {
     Widgets reached{window.focusWidget()};
     for (int i = 0; i < 200; ++i) {
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
         if (window.focusWidget() == reached.front())
             break;
-        if (window.focusWidget() != reached.back())  // a date picker has several stops
+        if (window.focusWidget() != reached.back())  // Tab visits each part of a date picker
             reached.push_back(window.focusWidget());
     }
     return reached;

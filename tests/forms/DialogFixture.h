@@ -83,7 +83,7 @@ private:
         });
     }
 
-    QObject actor_;  ///< the receiver of the timers, which its destruction stops
+    QObject actor_;  ///< its destruction stops the timers of ActOnceModal
     int waitingActs_ = 0;
 };
 

@@ -22,7 +22,7 @@ protected:
         QTest::keyClick(focus != nullptr ? focus : &window, Qt::Key_F1);
         return help_.Requests.size() == 1 ? help_.Requests[0].What.Context : 0;
     }
-    /// Opens each dialog by its command and calls `check` with it and the number of its page.
+    /// Opens each dialog by its command and calls `check` with the dialog and the number of its help page.
     void ForEachDialog(const std::function<void(QWidget&, unsigned)>& check) {
         const std::tuple<const char*, const char*, HelpContext> dialogs[] = {
             {"mnuOptions_Preferences", "", HelpContext::Preferences},
@@ -70,7 +70,7 @@ TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
 TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
     std::ofstream(folder_ / "THListen.CHM").close();
     help_.Outcome = HelpOutcome::NoFile;
-    mailslots_.ByName["TallyhornEngine"];  // taken, so that the start shows a message box
+    mailslots_.ByName["TallyhornEngine"];  // exists already, so that the start shows a message box
     boxes_.WhileAsked = [this] {
         if (help_.Requests.empty())
             QTest::keyClick(&Dialog(), Qt::Key_F1);
@@ -135,7 +135,7 @@ TEST_F(HelpTextTest, TheHelpContainsEveryCaption) {
     EXPECT_GT(captions_, 150);
 }
 
-/// The console's own help window with the help file of this build.
+/// Tests the console's own help window with the help file of this build.
 class FrmHelpTest : public DialogFixture {
 protected:
     void SetUp() override {
@@ -186,7 +186,7 @@ TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     Press(Qt::Key_Escape);
     AWAIT(window_ == nullptr);
     Open(HelpNumber(HelpContext::About));
-    EXPECT_EQ(Page(), "about.html") << "opened again";
+    EXPECT_EQ(Page(), "about.html") << "the window was closed and opened again";
 }
 
 TEST_F(FrmHelpTest, FindsTextInAllPages) {
@@ -225,7 +225,7 @@ TEST_F(FrmHelpTest, CanBeUsedBesideAModalDialog) {
         ClickLink("tree.html");
         auto* const contents = Find<QTreeWidget>("tvwContents");
         const QPoint first = contents->visualItemRect(contents->topLevelItem(0)).center();
-        // Sent to the window: a modal dialog does not block events that are sent to a widget.
+        // Sent to the window, because a modal dialog does not block events that are sent to a widget.
         QTest::mouseClick(window_->windowHandle(), Qt::LeftButton, {},
                           contents->viewport()->mapTo(window_.data(), first));
         QCoreApplication::processEvents();

@@ -27,8 +27,8 @@ const Hostile Texts[] = {
     {"SixtyThousandCharacters", std::string(60'000, 'x')},
 };
 
-/// A sender's text is never interpreted, as markup or otherwise: in no window, on the clipboard or by the
-/// event viewer.
+/// A sender's text must never be interpreted, e.g. as markup or as an option: neither by a window nor by the
+/// event viewer nor on the clipboard.
 class HostileTextTest : public ConsoleFixture, public ::testing::WithParamInterface<Hostile> {
 protected:
     /// Checks that no label interprets the text as markup.  A tool tip is markup, so that it wraps, but shows
@@ -60,7 +60,7 @@ TEST_P(HostileTextTest, StaysATextInEveryWindowAndForOtherPrograms) {
     for (const auto& [column, shown] : {std::pair(1, name_), {3, upper_}, {4, upper_}})
         EXPECT_EQ(errors->model()->index(0, column).data().toString(), ToVisibleLine(shown));
     Command("eventviewer");
-    // What looks like an option is refused.
+    // A computer's name that looks like an option is not passed to the event viewer.
     std::vector<std::vector<std::string>> started;
     if (!upper_.starts_with('/'))
         started.push_back({"eventvwr", upper_});

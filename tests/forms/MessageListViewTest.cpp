@@ -60,7 +60,7 @@ protected:
     void Press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(view_.get(), static_cast<Qt::Key>(key), modifiers);
     }
-    /// Types the text so late that it does not continue what was typed before.
+    /// Types the text as a new search, which does not continue the previous one.
     void Search(const QString& text) {
         const int interval = QApplication::keyboardInputInterval();
         QApplication::setKeyboardInputInterval(0);
@@ -76,7 +76,7 @@ protected:
     MessageRows rows_;
     MessageList list_{rows_};
     std::unique_ptr<MessageListView> view_;
-    std::unique_ptr<QAbstractItemModelTester> tester_;  ///< destroyed before the view
+    std::unique_ptr<QAbstractItemModelTester> tester_;  ///< must be destroyed before the view
     Slot next_ = 0;
 };
 
@@ -129,7 +129,7 @@ TEST_F(MessageListViewTest, SelectionAndCurrentRowFollowTheirMessages) {
     EXPECT_EQ(view_->Header()->sortIndicatorOrder(), Qt::DescendingOrder);
     list_.RemoveSelected();
     EXPECT_EQ(view_->model()->rowCount(), 6);
-    EXPECT_EQ(Marked() + Date(4), "at 401/03/1970 12:00:00 AM") << "the row after the removed one";
+    EXPECT_EQ(Marked() + Date(4), "at 401/03/1970 12:00:00 AM") << "the row after the removed one is current";
 }
 
 TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
@@ -149,7 +149,7 @@ TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
     EXPECT_EQ(bar->value(), bar->maximum());
     ClickHeader(0);
     Add(1);
-    EXPECT_EQ(bar->value(), 0) << "newest first: the top";
+    EXPECT_EQ(bar->value(), 0) << "the newest row is at the top";
 }
 
 TEST_F(MessageListViewTest, OnlyAnUnknownTypeHasNoPicture) {

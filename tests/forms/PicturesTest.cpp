@@ -12,7 +12,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns all icons by names for failure messages.
+/// Returns all icons, by the names that failure messages use.
 std::map<std::string, QIcon> AllIcons() {
     std::map<std::string, QIcon> icons{{"alarm", AlarmIcon()}, {"console", ConsoleIcon()}};
     for (std::size_t i = 0; i < EventPictureCount; ++i)
@@ -33,8 +33,8 @@ QImage Drawn(const QIcon& icon, int side, QRgb background, QIcon::Mode mode = QI
     return image;
 }
 
-/// Counts the pixels whose grey values differ clearly, so that the pictures differ in shape, not only in
-/// colour.
+/// Counts the pixels whose grey values differ clearly.  If there are many, the pictures differ in shape, not
+/// only in colour.
 int ClearlyDifferent(const QImage& one, const QImage& other) {
     constexpr int Clear = 48;  ///< the least difference of two grey values (0 to 255) that counts as clear
     int count = 0;
@@ -79,7 +79,7 @@ TEST(PicturesTest, DisabledIconsAreFainterAndEverySizeIsFilled) {
     }
 }
 
-/// The program's own pictures, tested above, contain everything that is supported.
+/// What is supported is tested above: the program's own pictures contain all of it.
 TEST(SvgPictureTest, RefusesWhatIsNotSupported) {
     const QByteArray root = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)";
     const QByteArray good = R"(<circle cx="8" cy="8" r="7"/>)";

@@ -19,7 +19,7 @@ protected:
         for (const Qt::Key key : keys)
             QTest::keyClick(Tree(), key);
     }
-    /// Returns the texts in the lists, of the tree's alarms and in the status bar.
+    /// Returns the texts in the lists, in the top level of the tree and in the status bar.
     std::string Everything() {
         std::string text = Panel(2).toStdString();
         for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
@@ -78,7 +78,7 @@ TEST_F(SyslogConsoleTest, MovesAndDeletesByKeyboard) {
         << "the next leaf is current";
     EXPECT_TRUE(Tree()->selectionModel()->isSelected(Tree()->currentIndex()));
     PressInTree({Qt::Key_Delete});
-    EXPECT_EQ(Current(), "C ( 1 Event )") << "the node that took the group's place";
+    EXPECT_EQ(Current(), "C ( 1 Event )") << "the node in the group's place is current";
     EXPECT_EQ(Text({0}), "Full ( 2 Events )");
     PressInTree({Qt::Key_Left, Qt::Key_Left, Qt::Key_Delete});
     EXPECT_EQ(Current(), "Other ( 1 Event )");
@@ -121,7 +121,7 @@ TEST_F(SyslogConsoleTest, KeepsOpenGroupsAndPositionThroughArrivalsAndDeletions)
     EXPECT_EQ(Current(), "m135 ( 3 Events )");
 }
 
-/// Arrivals while the tree is behind another page move nodes before the view receives any signal.
+/// While another page is shown, arrivals move nodes before the tree's view receives any signal.
 TEST_F(SyslogConsoleTest, KeepsOpenGroupsWhileAnotherPageIsShown) {
     StartOnTree();
     for (const char* const alarm : {"m1", "m2"})
@@ -149,7 +149,7 @@ TEST_F(SyslogConsoleTest, ARestartShowsAndSavesTheSame) {
         return text;
     };
     for (int i = 0; i < 600; ++i) {
-        // When a message is removed, a name that contains a parenthesis is cut; all other bytes survive.
+        // After a removal, the tree cuts an alarm's name at the first parenthesis, so these contain none.
         const std::string alarm = bytes("()");
         std::string source = bytes(",");
         if (i % 10 == 0)

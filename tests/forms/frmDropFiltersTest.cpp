@@ -92,7 +92,7 @@ TEST_F(frmDropFiltersTest, HasSoundControlsInBothModes) {
 }
 
 /// Each press of a shared access key moves the focus to the next control with this key, and from the last to
-/// the first.  It does not press the control.
+/// the first.  The key does not press the control.
 TEST_F(frmDropFiltersTest, SharedAccessKeysTakeTurns) {
     Manage(a_);
     Find("txtUser")->setFocus();
@@ -109,7 +109,7 @@ TEST_F(frmDropFiltersTest, SharedAccessKeysTakeTurns) {
 TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
     Manage("");
     ExpectManage();
-    Press(Qt::Key_Space);  // Add has the focus
+    Press(Qt::Key_Space);  // the Add button has the focus
     ExpectFields();
     EXPECT_EQ(Focus(), "txtFilterName");
     QTest::keyClicks(dialog_->focusWidget(), "night");
@@ -127,9 +127,9 @@ TEST_F(frmDropFiltersTest, AddsEditsAndDeletesByKeyboardAndMouse) {
     filter.EventID = 0;
     filter.EventTypes = FilterWarning | FilterSuccessAudit;
     EXPECT_TRUE(FileIs(RecordBytes(filter)));
-    EXPECT_EQ(SuppressedSources(filters_), "") << "until the dialog is closed";
+    EXPECT_EQ(SuppressedSources(filters_), "") << "no effect until the dialog is closed";
 
-    // Edited twice: each time the boxes show what was saved last.
+    // Edits the filter twice; each time, the boxes must show what was saved before.
     for (const char* const name : {"day", "night"}) {
         Click("cmdEdit");
         ExpectFields();
@@ -242,7 +242,7 @@ TEST_F(frmDropFiltersTest, DatesAreEnabledByYesAndSavedToTheSecond) {
             EXPECT_EQ(Find(name)->isEnabled(), enabled) << name;
     }
     begin->setFocus();
-    QTest::keyClick(begin, Qt::Key_Down);  // a month back
+    QTest::keyClick(begin, Qt::Key_Down);  // sets the date back by a month
     end->setDateTime(QDateTime(QDate(2026, 9, 28), QTime(2, 5, 9), Qt::UTC));
     Press(Qt::Key_Return);
     ExpectManage();
@@ -276,7 +276,7 @@ TEST_F(frmDropFiltersTest, SortsByItsHeaderAndAlwaysSelectsOneFilter) {
     EXPECT_EQ(Listed(), "c B *A ") << "a click with Ctrl does not unselect it";
     QTest::mouseClick(List()->viewport(), Qt::LeftButton, Qt::NoModifier,
                       QPoint(5, List()->viewport()->height() - 2));
-    EXPECT_EQ(Listed(), "c B *A ") << "nor does one below the last row";
+    EXPECT_EQ(Listed(), "c B *A ") << "a click below the rows does not unselect it";
     Press(Qt::Key_Up);
     Click("cmdDelete");
     EXPECT_EQ(Listed(), "c *A ");

@@ -57,7 +57,7 @@ TEST_F(frmFilterTest, ACheckBoxEnablesItsComboBox) {
     }
     Find("chkFilterOn4")->setFocus();
     Press(Qt::Key_Space);
-    EXPECT_EQ(Focus(), "cmbFilterText4") << "also by keyboard";
+    EXPECT_EQ(Focus(), "cmbFilterText4") << "the key works like a click";
     EXPECT_EQ(Combo(4)->currentText(), "B") << "the choice is kept";
     Press(Qt::Key_C);
     Click("chkFilterOn1");
@@ -88,7 +88,7 @@ TEST_F(frmFilterTest, AccessKeysMoveTheFocusToTheCheckBoxes) {
     Press(Qt::Key_Space);
     ASSERT_EQ(Focus(), "cmbFilterText1");
     Press(Qt::Key_A, Qt::AltModifier);
-    EXPECT_EQ(Focus(), "chkFilterOn1") << "also from the same frame";
+    EXPECT_EQ(Focus(), "chkFilterOn1") << "the key works in the same frame too";
     EXPECT_TRUE(IsChecked("chkFilterOn1")) << "the key does not press the box";
     ExpectSoundControls(*dialog_);
 }
@@ -108,7 +108,7 @@ TEST_F(frmFilterTest, ManyLongAndSimilarTextsCanBeChosen) {
     EXPECT_LT(view->window()->width(), 900);
     const QRect row = view->visualRect(view->model()->index(0, 0));
     EXPECT_LE(row.width(), view->viewport()->width());
-    EXPECT_LE(view->viewport()->height(), 17 * row.height()) << "not as high as the screen";
+    EXPECT_LE(view->viewport()->height(), 17 * row.height()) << "the popup is not as high as the screen";
     Combo(1)->hidePopup();
     const int middle = Combo(1)->findText(QString::fromUtf8("\u00B7middle"));
     ASSERT_EQ(Combo(1)->itemText(middle + 1), Combo(1)->itemText(middle));
@@ -136,7 +136,7 @@ TEST_F(frmFilterTest, TakesNoInputWhileItApplies) {
     EXPECT_EQ(Received.List(3).Size(), 3000U);
 }
 
-/// The view filter in the whole console.
+/// Tests the view filter in the whole console.
 class FilterConsoleTest : public ConsoleFixture {
 protected:
     /// Opens the dialog, calls `before`, and applies a filter with the first alarm name.
@@ -166,7 +166,7 @@ TEST_F(FilterConsoleTest, AppliesToArrivalsUntilItIsRemoved) {
         Arrive("B", "Error");
         Poll();
     });
-    EXPECT_EQ(Rows(), "1 0 0 ") << "also what arrived while the dialog was open";
+    EXPECT_EQ(Rows(), "1 0 0 ") << "what arrived in the meantime is filtered too";
     EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
     EXPECT_EQ(console_->Window().focusWidget(), List(0));
     Receive({"a"}, "Warning");

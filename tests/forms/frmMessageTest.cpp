@@ -20,7 +20,7 @@ namespace {
 
 class frmMessageTest : public ConsoleFixture {
 protected:
-    /// Lets a NetBIOS error arrive for each of `minutes`, which gives its source and date.
+    /// Lets a NetBIOS error arrive for each of `minutes`; the minute is part of its source and its date.
     void ArriveAt(std::initializer_list<int> minutes) {
         for (const int minute : minutes) {
             const std::string name = "m0" + std::to_string(minute);
@@ -53,7 +53,7 @@ protected:
         return text.substr(text.rfind('\n') + 1) + (Button("cmdUp")->isEnabled() ? "^" : "") +
                (Button("cmdDown")->isEnabled() ? "v" : "");
     }
-    // Each of these returns what is shown afterwards.
+    // Each of the following functions returns what is shown afterwards.
     std::string Click(const char* button) {
         QTest::mouseClick(Button(button), Qt::LeftButton);
         return Shown();
@@ -116,8 +116,8 @@ TEST_F(frmMessageTest, OpensOneWindowByMouseKeyAndCommand) {
     EXPECT_TRUE(console_->Window().findChildren<frmMessage*>().isEmpty());
 }
 
-/// The command uses the list touched last; on the syslog page a NetBIOS list means the syslog list of its
-/// type.
+/// The View command uses the list that was touched last; on the syslog page, a touched NetBIOS list means the
+/// syslog list of the same type.
 TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
     StartListening();
     ArriveAt({1});
@@ -125,7 +125,7 @@ TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
     ClickRow(List(0), 0);
     EXPECT_EQ(View(1), "-") << "the syslog list of errors has no selected row";
     ClickRow(SyslogList(0), 0);
-    EXPECT_EQ(View(0), "what") << "touched last, though on another page";
+    EXPECT_EQ(View(0), "what") << "the list touched last, though on another page";
     ClickRow(List(0), 0);
     EXPECT_EQ(View(0), "m01");
     EXPECT_EQ(View(1), "what");
@@ -193,11 +193,11 @@ TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {
     Press(Qt::Key_S);
     EXPECT_EQ(boxes_.Shown, std::vector<std::string>{
                                 "Are you sure you want to suppress future occurrences of this event?"});
-    EXPECT_EQ(Press(Qt::Key_Delete), "m02^v") << "answered No";
+    EXPECT_EQ(Press(Qt::Key_Delete), "m02^v") << "the user answered No";
     EXPECT_EQ(boxes_.Shown.size(), 2U);
     SelectSomeText();
     Press(Qt::Key_C);
-    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\r\nm02")) << "not the selection";
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\r\nm02")) << "the whole text is copied";
     boxes_.Answer = true;
     InDialog([this](QWidget& dialog) {
         EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"))->text(), "m02");
@@ -221,7 +221,7 @@ TEST_F(frmMessageTest, DeletesWhatItShowsWhateverIsSelectedElsewhere) {
     EXPECT_EQ(Panel(1) + Panel(2), "2 NetBIOS Message(s)1 Syslog Message(s)");
     EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->currentIndex(), 0);
     Click("cmdDown");
-    EXPECT_EQ(Click("cmdDelete"), "m02") << "the last one left";
+    EXPECT_EQ(Click("cmdDelete"), "m02") << "one message is left";
     List(0)->setFocus();
     EXPECT_EQ(Click("cmdDelete"), "-");
     EXPECT_EQ(qobject_cast<MessageListView*>(console_->Window().focusWidget()), nullptr)
@@ -236,12 +236,12 @@ TEST_F(frmMessageTest, StepsAndDeletesInTheTree) {
     SendDescription("other", "d");
     ShowPage(2);
     EXPECT_EQ(OpenNode({0, 0, 1, 1}), "b^v");
-    EXPECT_EQ(Press(Qt::Key_Down), "c^") << "only the leaves of one computer";
+    EXPECT_EQ(Press(Qt::Key_Down), "c^") << "steps stay within one computer";
     EXPECT_EQ(Tree()->currentIndex().row(), 2);
     ShowPage(0);
     SendDescription("pc", "e");
-    EXPECT_EQ(Press(Qt::Key_Down), "e^") << "not announced yet by the hidden tree";
-    EXPECT_EQ(Press(Qt::Key_Delete), "c^") << "the previous leaf";
+    EXPECT_EQ(Press(Qt::Key_Down), "e^") << "a leaf that the hidden tree has not announced yet";
+    EXPECT_EQ(Press(Qt::Key_Delete), "c^") << "the previous leaf is shown";
     EXPECT_EQ(Tree()->currentIndex().row(), 2);
 }
 
@@ -280,7 +280,7 @@ TEST_F(frmMessageTest, ClosesWithTheMainWindow) {
         EXPECT_FALSE(left->isVisible()) << left->objectName().toStdString();
 }
 
-/// The window without a main window.
+/// Tests the detail window without a main window.
 class frmMessageAloneTest : public CommandsFixture {
 protected:
     QWidget main_;

@@ -54,7 +54,7 @@ TEST_F(frmPreferencesTest, SavesWhatIsShown) {
     Type("txtSeperator", QString(QChar(0xB7)) + QChar(0x2192));
     parts_.Events.Event = [this] {
         EXPECT_TRUE(IsBusy());
-        EXPECT_EQ(parts_.Bytes(), "[General]\r\nSyslogUDPPort=514\r\n") << "events run before the work";
+        EXPECT_EQ(parts_.Bytes(), "[General]\r\nSyslogUDPPort=514\r\n") << "nothing is saved yet";
     };
     Click("cmdOK");
     EXPECT_FALSE(IsBusy() || window_->isVisible());
@@ -84,7 +84,7 @@ TEST_F(frmPreferencesTest, StaysOpenUntilThePortIsAccepted) {
     EXPECT_TRUE(window_->isVisible());
     EXPECT_EQ(Text("txtSyslogUDPPort"), "5 14");
     EXPECT_EQ(Focus(), "txtSyslogUDPPort");
-    QTest::keyClicks(window_->focusWidget(), "32768");  // beyond 16 bits
+    QTest::keyClicks(window_->focusWidget(), "32768");  // beyond 16 bits with a sign
     Click("cmdOK");
     EXPECT_TRUE(window_->isVisible());
     EXPECT_FALSE(IsBusy());
@@ -95,7 +95,7 @@ TEST_F(frmPreferencesTest, StaysOpenUntilThePortIsAccepted) {
     Type("txtSyslogUDPPort", "32767");
     Press(Qt::Key_Enter);
     EXPECT_FALSE(window_->isVisible());
-    EXPECT_EQ(parts_.Boxes.Shown.size(), 2U) << "one for the first port, one for the reset";
+    EXPECT_EQ(parts_.Boxes.Shown.size(), 2U) << "one box for the first port, one for the reset";
 }
 
 TEST_F(frmPreferencesTest, InputDuringASaveHasNoEffectOnIt) {

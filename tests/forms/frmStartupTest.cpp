@@ -82,7 +82,7 @@ TEST_F(frmStartupTest, TheSplashClosesForClicksDialogsAndAHiddenWindow) {
     console_.reset();
     datagrams_.Taken.insert(Port);
     Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
-    EXPECT_EQ(Splash(), nullptr) << "a message box is open";
+    EXPECT_EQ(Splash(), nullptr) << "a message box closes the splash";
     EXPECT_EQ(boxes_.Shown.size(), 1U);
 }
 

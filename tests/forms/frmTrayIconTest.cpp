@@ -11,7 +11,7 @@ class TrayIconTest : public ConsoleFixture {
 protected:
     void StartQuietly() {
         Start("MessageViews=7\r\nSyslogUDPPort=5514\r\nSoundOn=1\r\n");
-        EXPECT_EQ(area_.TakeCalls(), "add 0") << "shown beside the window at first";
+        EXPECT_EQ(area_.TakeCalls(), "add 0") << "the icon is shown beside the window";
     }
     frmServer& Window() { return console_->Window(); }
     QAction& Item(int index) { return *console_->PopUpMenu().actions().at(index); }
@@ -23,7 +23,7 @@ protected:
         Window().setWindowState(Window().windowState() | Qt::WindowMinimized);
         QCoreApplication::processEvents();
     }
-    /// Returns the state of the main window that the user sees.
+    /// Returns how the user sees the main window.
     std::string Place() {
         if (!Window().isVisible())
             return "hidden";
@@ -77,7 +77,7 @@ TEST_F(TrayIconTest, TheWindowHidesTheIconFlashesAndTheWindowReturnsAsItWas) {
         AWAIT(Timer("timFlash").isActive());
         EXPECT_EQ(Timer("timFlash").interval(), 500);
         Tick("timFlash");
-        EXPECT_EQ(area_.TakeCalls(), "modify 2") << "each time the first picture of the flash";
+        EXPECT_EQ(area_.TakeCalls(), "modify 2") << "each flash begins with its first picture";
         area_.At.DoubleClick();
         EXPECT_EQ(Place(), place);
         EXPECT_EQ(Window().geometry(), geometry) << place;
@@ -98,16 +98,16 @@ TEST_F(TrayIconTest, TheWindowIsReachableWhateverTheAreaDoes) {
     EXPECT_TRUE(Timer("timWatch").isActive());
     area_.Available = true;
     Tick("timWatch");
-    EXPECT_FALSE(Timer("timWatch").isActive()) << "nothing depends on the area";
+    EXPECT_FALSE(Timer("timWatch").isActive()) << "the window does not need the area";
     EXPECT_EQ(Place(), "task bar");
     Window().showMaximized();
     QCoreApplication::processEvents();
     EXPECT_FALSE(Timer("timFlash").isActive()) << "the user sees the window";
 
-    // The second time, the area disappears while the window is hidden.
+    // Now the area disappears while the window is hidden.
     Minimize();
     ASSERT_EQ(Place(), "hidden");
-    // An area that is missing once may only restart.
+    // If the area is missing at one tick only, it may be restarting: the window stays hidden.
     for (const bool available : {false, true, false}) {
         area_.Available = available;
         Tick("timWatch");
@@ -144,7 +144,7 @@ TEST_F(TrayIconTest, ADialogKeepsTheWindowOnTheTaskBarAndTheMenuWorks) {
         EXPECT_EQ(help_.Requests[0].What.Context, HelpNumber(HelpContext::Contents));
         area_.TakeCalls();
         Item(6).trigger();
-        EXPECT_FALSE(console_->HasEnded()) << "not before the dialog has closed";
+        EXPECT_FALSE(console_->HasEnded()) << "the console ends after the dialog";
     });
     Command("mnuOptions_Preferences");
     AWAIT(console_->HasEnded());
@@ -152,7 +152,7 @@ TEST_F(TrayIconTest, ADialogKeepsTheWindowOnTheTaskBarAndTheMenuWorks) {
     EXPECT_NE(SettingsText().find("CPWidth="), std::string::npos) << "the settings are saved";
     EXPECT_EQ(area_.TakeCalls(), "delete");
     area_.At.DoubleClick();
-    EXPECT_EQ(Place(), "hidden") << "the menu has no effect any more";
+    EXPECT_EQ(Place(), "hidden") << "the icon has no effect any more";
 }
 
 }  // namespace

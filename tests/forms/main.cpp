@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (*TALLYHORN_FONTS != '\0') {
         // On Windows the "offscreen" plug-in does not ask the system for fonts: without a folder of fonts it
-        // draws boxes.
+        // draws boxes instead of letters.
         qputenv("QT_QPA_FONTDIR", TALLYHORN_FONTS);
         QFont::insertSubstitutions(QStringLiteral("Sans Serif"), {"DejaVu Sans", "Arial"});
         QFont::insertSubstitutions(QStringLiteral("monospace"), {"DejaVu Sans Mono", "Courier New"});

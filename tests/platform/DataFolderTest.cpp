@@ -17,7 +17,7 @@ TEST(DataFolderTest, IsTheProgramFolderIfThatIsWritable) {
     EXPECT_EQ(ChooseDataFolder(home.Path()), home.Path());
     for (const char* const name : {"none", "file"})
         EXPECT_EQ(ChooseDataFolder(home.Path() / name), users) << name;
-    EXPECT_EQ(CountFiles(home.Path()), 1U) << "the question creates nothing";
+    EXPECT_EQ(CountFiles(home.Path()), 1U) << "the choice creates nothing";
 }
 
 TEST(DataFolderTest, IsCreatedForItsUserAlone) {
@@ -27,7 +27,7 @@ TEST(DataFolderTest, IsCreatedForItsUserAlone) {
         EXPECT_FALSE(MakeDataFolder(home.Path() / name)) << name;
         EXPECT_TRUE(fs::is_directory(home / name)) << name;
     }
-    // Windows keeps no such permissions: there, the folder inherits the access rights of its parent.
+    // Windows has no such permissions: there, the folder inherits the access rights of its parent.
     fs::permissions(home.Path(), fs::perms::owner_all);
     if (fs::status(home.Path()).permissions() == fs::perms::owner_all) {
         for (const char* const name : {"one", "one/two/three"})

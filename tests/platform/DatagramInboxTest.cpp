@@ -19,7 +19,7 @@ TEST(DatagramInboxTest, WakesOnceUntilTheReaderFindsNothing) {
     int wakes = 0;
     DatagramInbox inbox(Limit, [&] { ++wakes; });
     EXPECT_FALSE(inbox.HasWaiting());
-    // Both ways to find nothing allow the next wake, again and again.
+    // A Next that returns nothing and a HasWaiting that returns false both allow another wake.
     for (int round = 0; round < 4; ++round) {
         PutOne(inbox, "a");
         EXPECT_EQ(wakes, round + 1);
@@ -42,7 +42,7 @@ TEST(DatagramInboxTest, AViewIsValidUntilTheNextCall) {
         PutOne(inbox, large);
     for (std::size_t i = 1; i <= 2 * textsOfAChunk; ++i) {
         const std::string_view text = inbox.Next().value_or("none");
-        // If the chunk of its last text were released too early, these would overwrite that text.
+        // If Next released the chunk of its last text too early, these texts would overwrite that text.
         for (std::size_t put = 0; i % textsOfAChunk == 0 && put < textsOfAChunk; ++put)
             PutOne(inbox, other);
         ASSERT_TRUE(text == large) << i;
@@ -92,7 +92,7 @@ TEST(DatagramInboxTest, NoWakeIsLostAndNeverAreTwoPending) {
     std::jthread pump([&] {
         for (std::size_t i = 0; i < Texts; ++i) {
             PutOne(inbox, std::to_string(i));
-            // Varies the moment at which the next text meets a reader that is about to find nothing.
+            // Varies when the next text arrives while the reader is about to find the inbox empty.
             for (std::size_t spin = i % 97; spin > 0; --spin)
                 std::atomic_signal_fence(std::memory_order_seq_cst);
             // Waits now and then, so that no later text can wake a reader whose wake was lost.

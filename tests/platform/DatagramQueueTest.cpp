@@ -24,7 +24,7 @@ std::string FrontAndPop(DatagramQueue& queue) {
     return text;
 }
 
-/// Compares the queue with a std::deque, over many chunks, and again after it was emptied.
+/// Compares the queue with a std::deque, over many chunks, also after the queue was emptied.
 TEST(DatagramQueueTest, ReturnsWhatWasAppended) {
     std::mt19937 random(7);
     DatagramQueue queue;
@@ -46,7 +46,7 @@ TEST(DatagramQueueTest, ReturnsWhatWasAppended) {
     }
     std::array<char, 8> buffer{};
     std::size_t read = 5;
-    EXPECT_FALSE(queue.Read(buffer, read)) << "it is empty";
+    EXPECT_FALSE(queue.Read(buffer, read)) << "the queue is empty";
     queue.Append(std::array<std::string_view, 1>{"too long for the buffer"});
     EXPECT_FALSE(queue.Read(buffer, read));
     EXPECT_EQ(read, 5U);
@@ -77,7 +77,7 @@ TEST(DatagramQueueTest, AtItsLimitTheAppendingThreadWaitsForAReaderOrForStop) {
     EXPECT_GT(most, Limit / 2);
     EXPECT_TRUE(Eventually([&] { return !queue.HasRoom(); }));
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    queue.Stop();  // the test hangs if the wait goes on
+    queue.Stop();  // the test hangs if the thread keeps waiting
 }
 
 }  // namespace

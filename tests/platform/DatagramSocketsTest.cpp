@@ -12,14 +12,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Sends to a receiver over the loopback interface and reads when woken.
+/// Sends to a receiver over the loopback interface and reads when the receiver calls `wake`.
 class DatagramSocketsTest : public testing::Test {
 protected:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port) {
         return sockets_->Listen(port, [this] { woken_.release(); });
     }
     auto Open(const std::string& host = "127.0.0.1") { return sockets_->Open(host, receiver_->Port()); }
-    /// Returns the next datagram, and waits for a wake until it arrives; "timeout" if none arrives.
+    /// Returns the next datagram.  Waits for wakes until there is one; returns "timeout" if none arrives.
     std::string Await() {
         std::optional<std::string_view> next = receiver_->Next();
         while (!next && woken_.try_acquire_for(10s))
@@ -84,12 +84,12 @@ TEST_F(DatagramSocketsTest, ReportsThatNobodyListens) {
     receiver_.reset();
     sender->Send("unheard");
     EXPECT_TRUE(Eventually([&] { return sender->Refused(); }));
-    EXPECT_TRUE(sender->Refused()) << "it stays so";
+    EXPECT_TRUE(sender->Refused()) << "the refusal stays";
 }
 
 TEST_F(DatagramSocketsTest, ReportsTheLossesOfTheSystem) {
     if (!receiver_->Losses().BySystem)
-        GTEST_SKIP() << "this system does not report them";
+        GTEST_SKIP() << "this system does not report losses";
     // Large datagrams, sent faster than any thread can receive them, fill the receive buffer.
     const std::unique_ptr<DatagramSender> sender = Open();
     const std::string large(60'000, 'x');
@@ -107,11 +107,11 @@ TEST_F(DatagramSocketsTest, ReportsTheLossesOfTheSystem) {
         << " sent, " << taken << " taken, " << LostBySystem() << " lost";
     const std::uint64_t lost = LostBySystem();
     receiver_->Stop();
-    EXPECT_EQ(LostBySystem(), lost) << "after the socket was closed";
+    EXPECT_EQ(LostBySystem(), lost) << "the count stays when the socket is closed";
 }
 
 TEST_F(DatagramSocketsTest, APortIsFreeOnlyAfterStopWhichKeepsWhatArrived) {
-    // Few enough for the smallest receive buffer, in which they wait while the pump sleeps.
+    // So few that the smallest receive buffer holds all of them while the pump thread sleeps.
     constexpr std::size_t Texts = 100;
     for (int round = 0; round < 20; ++round) {
         const std::uint16_t port = receiver_->Port();

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file in memory, on a disk that is full after `Room` bytes.
+/// Writes to memory, like to a file on a disk that is full after `Room` bytes.
 class FakeOutputFile final : public OutputFile {
 public:
     std::optional<SystemError> Write(std::string_view bytes) override {
@@ -109,7 +109,7 @@ TEST_F(FilesTest, ANewFileIsCreatedOnceAndRemovedOnce) {
     auto file = CreateOutputFile(path_, error_);
     ASSERT_TRUE(file);
     EXPECT_FALSE(file->Write("") || file->Write(bytes) || file->Finish());
-    EXPECT_NE(NumberOf(file->Write("more")), 0) << "it is closed";
+    EXPECT_NE(NumberOf(file->Write("more")), 0) << "the file is closed";
     EXPECT_NE(NumberOf(file->Finish()), 0);
     file.reset();
     EXPECT_FALSE(CreateOutputFile(path_, error_));
@@ -118,7 +118,7 @@ TEST_F(FilesTest, ANewFileIsCreatedOnceAndRemovedOnce) {
 
     EXPECT_FALSE(RemoveFile(path_) || fs::exists(path_));
     EXPECT_EQ(NumberOf(RemoveFile(path_)), 2);
-    EXPECT_TRUE(RemoveFile(folder_.Path()) && fs::exists(folder_.Path())) << "it is an empty folder";
+    EXPECT_TRUE(RemoveFile(folder_.Path()) && fs::exists(folder_.Path())) << "an empty folder is not removed";
 }
 
 TEST_F(FilesTest, InputIsReadUpToTheSizeAtItsOpening) {
@@ -145,7 +145,7 @@ TEST_F(FilesTest, InputComesFromRegularFilesOnlyAndMissingOnesAreCreated) {
     }
     fs::permissions(folder_ / "read-only", fs::perms::owner_all);
     EXPECT_FALSE(OpenInputFile(folder_ / "no/folder") || OpenInputFile(folder_.Path()));
-    EXPECT_TRUE(!MakePipe() || !OpenInputFile(folder_ / "pipe")) << "and does not wait for its other end";
+    EXPECT_TRUE(!MakePipe() || !OpenInputFile(folder_ / "pipe")) << "does not wait for a writer";
 }
 
 TEST_F(FilesTest, AReplacementShowsOnlyWhenItIsFinished) {
@@ -194,7 +194,7 @@ TEST_F(FilesTest, OnlyAWritableFileIsReplaced) {
     ASSERT_TRUE(file);
     EXPECT_FALSE(file->Write("never"));
     fs::create_directory(path_);
-    EXPECT_TRUE(file->Finish()) << "a folder of its name was created meanwhile";
+    EXPECT_TRUE(file->Finish()) << "a folder has taken the name";
     EXPECT_TRUE(file->Write("more")) << "the failure stays";
     EXPECT_TRUE(fs::is_directory(path_));
     if (!MakePipe())

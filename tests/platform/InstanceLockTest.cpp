@@ -31,7 +31,7 @@ TEST(InstanceLockTest, SharesItsFolderWithAMailslotOfTheSameName) {
         EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + before + mailslot.Name, 401),
                   nullptr);
     EXPECT_TRUE(InstanceLock(mailslot.Name + "2", mailslot.Home / "missing/folder").Acquire())
-        << "no lock there";
+        << "without a folder nothing is locked";
 }
 
 }  // namespace

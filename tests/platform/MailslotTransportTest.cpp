@@ -16,9 +16,9 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t Size = 401;
 
-/// Wine sets this variable for every Windows program that it runs.  Its mailslots differ from those of
-/// Windows and Linux: a write blocks once about 170 texts are unread, a text that is too long is cut, and a
-/// mailslot outlives its reader as long as a sender has it open.
+/// Wine sets this variable for every program that it runs.  Wine's mailslots differ from those of Windows and
+/// Linux: a write blocks once about 170 texts are unread, a text that is too long is cut, and a mailslot
+/// outlives its reader as long as a sender has it open.
 const bool UnderWine = std::getenv("WINEHOMEDIR") != nullptr;
 
 class MailslotTransportTest : public testing::Test {
@@ -52,7 +52,7 @@ TEST_F(MailslotTransportTest, ANameHasOneServerAtATime) {
     for (const std::size_t size : {Size, Size, std::size_t{5}}) {
         ASSERT_NE(server_, nullptr) << "the name is free again";
         EXPECT_EQ(MakeMailslotTransport(mailslot_.Folder)->Create(mailslot_.Path, Size), nullptr);
-        EXPECT_EQ(Info().Waiting, 0U) << "nothing is left of the server before";
+        EXPECT_EQ(Info().Waiting, 0U) << "no text of the previous server is left";
         ASSERT_TRUE(client_->Write("the failed creation changed nothing"));
         EXPECT_TRUE(AwaitTexts(1));
         client_.reset();
@@ -64,7 +64,7 @@ TEST_F(MailslotTransportTest, ANameHasOneServerAtATime) {
     EXPECT_EQ(client_->Write("six by"), UnderWine);
     EXPECT_TRUE(client_->Write("five."));
     EXPECT_TRUE(server_->Handle() != -1 && client_->Handle() != -1);
-    EXPECT_EQ(Open("2"), nullptr) << "another name";
+    EXPECT_EQ(Open("2"), nullptr) << "nobody reads the name with a 2";
     EXPECT_NE(Create("2"), nullptr);
     server_.reset();
     EXPECT_EQ(client_->Write("late"), UnderWine);
@@ -103,7 +103,7 @@ TEST_F(MailslotTransportTest, TakesTextsUpToItsSizeAndNoneLonger) {
 }
 
 TEST_F(MailslotTransportTest, SendersDoNotWaitForAReader) {
-    // Contains every byte value.
+    // Together, the texts contain every byte value.
     const auto text = [](std::size_t number) {
         return std::to_string(number) + std::string(340, static_cast<char>(number));
     };
@@ -143,14 +143,14 @@ TEST_F(MailslotTransportTest, ManySendersLoseNothingAndKeepTheirOrder) {
 
 TEST_F(MailslotTransportTest, TheEndOfTheServerEndsBlockedWrites) {
     if (UnderWine)
-        GTEST_SKIP() << "blocked writes stay blocked";
+        GTEST_SKIP() << "under Wine, blocked writes stay blocked";
     std::jthread sender([&] {
         while (client_->Write(std::string(Size, 'x')))
             continue;
     });
     std::this_thread::sleep_for(20ms);
     server_.reset();
-    sender.join();  // hangs if the write does not return
+    sender.join();  // the test hangs if the write does not return
     EXPECT_FALSE(client_->Write("gone"));
 }
 

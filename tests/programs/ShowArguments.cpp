@@ -1,6 +1,6 @@
 // usage: show-arguments FILE [ARGUMENT...]
-// Writes the arguments to FILE, each followed by a NUL.  FILE appears complete, by renaming: a test that
-// waits for it can read it at once.
+// Writes the arguments to FILE, each followed by a NUL.  FILE gets its name when it is complete, so that a
+// test that waits for it can read it at once.
 
 #include <filesystem>
 #include <fstream>

@@ -11,7 +11,7 @@ AlarmDate At(int year, int month, int day, int hour = 0, int minute = 0, int sec
     return MakeAlarmDate({year, month, day, hour, minute, second}).value();
 }
 
-/// The second text of each pair is the general form of the date in the first one.
+/// In each pair, the first text is read as a date, and FormatGeneralDate writes this date as the second.
 TEST(AlarmDate, IsReadInTheFormsOfUsEnglish) {
     for (const auto& [text, expected] :
          SplitPairs("08/21/2008 14:05:09=8/21/2008 2:05:09 PM|21/8/2008=8/21/2008|13-1-08=1/13/2008|"
@@ -52,7 +52,7 @@ TEST(AlarmDate, CountsDaysFromTheEndOf1899) {
 
 TEST(DateDisplay, FollowsOrderAndSeparator) {
     const AlarmDate date = At(2008, 8, 21, 14, 5, 9);
-    // The character after the first number counts as the separator and is replaced everywhere.
+    // The third character counts as the separator, and each occurrence of it is replaced.
     for (const auto& [separator, text] :
          SplitPairs("/=08/21/2008 2:05:09 PM|:=08:21:2008 2:05:09 PM|--=08----21----2008 2:05:09 PM| =08 21 "
                     "2008 2:05:09 PM"))
@@ -69,7 +69,7 @@ TEST(DateDisplay, FollowsOrderAndSeparator) {
 TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {
     for (const bool dayFirst : {false, true}) {
         const DateStyle style{dayFirst, "/"};
-        // Every hour of some days, so that "10:" meets "1:"; then days, months and years.
+        // The first 100 dates are an hour apart, so that "10:" is compared with "1:"; the others a month.
         AlarmDate before = At(2008, 2, 11, 9, 59, 59);
         for (int i = 0; i < 400; ++i) {
             const AlarmDate date{before.Seconds + (i < 100 ? 3'607 : 2'801'113)};

@@ -16,7 +16,7 @@ TEST(AnsiText, FoldsAccentedLettersAndNothingElse) {
         EXPECT_EQ(ToLower(upper[i]), lower[i]) << i;
 }
 
-/// Eight bytes are folded at once: every byte value at every position of texts of 0 to 17 bytes.
+/// Puts every byte value at every position of texts of 0 to 17 bytes: eight bytes are folded at once.
 TEST(AnsiText, FoldsTextsOfEveryLength) {
     std::string upper;
     for (std::size_t length = 0; length <= 17; ++length) {

@@ -22,7 +22,7 @@ const std::string SampleText =
 /// neither the record nor the text.
 AlarmRecord ExpectSettled(AlarmRecord alarm, const std::string& note) {
     const std::string text = SettleMessage(alarm);
-    EXPECT_EQ(StripNulls(text), text) << note << ": saving drops these";
+    EXPECT_EQ(StripNulls(text), text) << note << ": saving would drop bytes";
     AlarmRecord read;
     EXPECT_TRUE(ReadMessageText(text, read)) << note;
     EXPECT_EQ(read, alarm) << note;
@@ -127,7 +127,7 @@ TEST(SettleMessage, CutsAFieldAtTheLabelsThatItHolds) {
     }
     AlarmRecord alarm = SampleRecord();
     alarm.Category = "c" + hostile[0];
-    EXPECT_EQ(ExpectSettled(alarm, "two ids").EventID, 5) << "shown now as it will be after a restart";
+    EXPECT_EQ(ExpectSettled(alarm, "two ids").EventID, 5) << "as it will be read after a restart";
 }
 
 }  // namespace

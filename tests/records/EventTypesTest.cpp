@@ -15,7 +15,7 @@ TEST(EventTypes, GiveDisplayNameListAndIcon) {
         {"error", "Error", 0, "error", EventType::Error},
         {"FAILUREAUDIT", "Failure Audit", 0, "failureaudit", EventType::FailureAudit},
         {"SuccessAudit", "Success Audit", 2, "successaudit", EventType::SuccessAudit},
-        // Blanks count for the display name and for nothing else.
+        // Blanks matter for the display name only.
         {"Failure Audit", "Failure Audit", 0, "failureaudit", EventType::FailureAudit},
         {"SUCCESS AUDIT", "SUCCESS AUDIT", 2, "successaudit", EventType::SuccessAudit},
         {" w a r n i n g ", " w a r n i n g ", 1, "warning", EventType::Warning},

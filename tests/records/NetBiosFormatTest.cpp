@@ -23,7 +23,7 @@ TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
                            "LON-DC-1", "Logon failure:\r\n\tReason: unknown user\r\n"}));
 }
 
-/// Each line in turn is missing or invalid: only its own field keeps its value.
+/// If a line is missing or invalid, only its own field keeps its earlier value.
 TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
     const std::vector<std::string> good =
         SplitAtBars("Date: 8/21/2008 2:05:09 PM|||Alarm (a)|||L: l|S: s|T: t|C: c|E: 7|A: a|K: k|D: d");

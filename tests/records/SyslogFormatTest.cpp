@@ -29,7 +29,7 @@ TEST(IsAlarmNotification, RequiresTheWordWithItsBlankAndAColon) {
 }
 
 TEST(ParseSyslogText, ReadsAWholeNotification) {
-    // The name ends at the first closing parenthesis and is not trimmed; commas belong to the description.
+    // The name ends at the first closing parenthesis and is not trimmed; a description may have commas.
     EXPECT_EQ(
         Parsed("<131>Aug 21 mon: Event: )( Logon failed)):  Security Log, 08/21/2008 2:05:09 PM , Micro soft,"
                "FAILUREAUDIT, Logon/Logoff , 4625 , acme\\m\xFCller ,lon-dc-1, A, b:\r\n\tc,  "),
@@ -37,8 +37,8 @@ TEST(ParseSyslogText, ReadsAWholeNotification) {
                      "Failure Audit", "Logon/Logoff", 4625, "ACME\\M\xDCLLER", "LON-DC-1", "A, b:\r\n\tc,"}));
 }
 
-/// The text grows by one delimiter at a time: fields before the missing one are read, the others keep their
-/// values.
+/// The text grows by one delimiter at a time.  The fields before the first missing delimiter are read, the
+/// others keep their values.
 TEST(ParseSyslogText, KeepsEveryFieldFromAMissingDelimiterOn) {
     const std::tuple<const char*, void (*)(AlarmRecord&)> steps[] = {
         {"(a)", [](AlarmRecord& a) { a.AlarmName = "a"; }},
@@ -93,8 +93,8 @@ TEST(ParseSyslogText, ReadsDates) {
     const auto parsed = [](const std::string& text, bool dayFirst) {
         return Parsed("(a): b Log,  " + text + " ,s,", dayFirst);
     };
-    // The third character is a separator throughout the date, even if it is a digit, as the 9 below.
-    // A seventh part other than PM means the morning, but only if no eighth part follows.
+    // If the third character is a digit, it separates all numbers, like the 9 in 0192192008.  Behind the
+    // seconds, PM means the afternoon and any other word the morning; two words are ignored.
     for (const auto& [text, expected] : SplitPairs(
              "08/21/2008 12:05:09 AM=8/21/2008 12:05:09 AM|08/21/2008 12:05:09 PM=8/21/2008 12:05:09 PM|"
              "08/21/2008 2:05:09 pm=8/21/2008 2:05:09 PM|08/21/2008 11:05:09 am=8/21/2008 11:05:09 AM|"

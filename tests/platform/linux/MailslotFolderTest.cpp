@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Mailslots as files: a socket and a lock file in a folder.
+/// Tests the files of a mailslot: a socket and a lock file in a folder.
 class MailslotFolderTest : public testing::Test {
 protected:
     std::string AwaitText() {
@@ -45,7 +45,7 @@ TEST_F(MailslotFolderTest, IsForItsOwnerAlone) {
 }
 
 TEST_F(MailslotFolderTest, ASocketLeftByACrashIsReplacedButNoOtherFile) {
-    // A second link to the socket outlives the server, as the first one does after a crash.
+    // The server removes its socket but not this second link, which remains as after a crash.
     const std::string stale = mailslot_.Path + "-stale";
     fs::create_hard_link(socket_, folder_ / (mailslot_.Name + "-stale"));
     server_.reset();
@@ -60,7 +60,7 @@ TEST_F(MailslotFolderTest, ASocketLeftByACrashIsReplacedButNoOtherFile) {
 }
 
 TEST_F(MailslotFolderTest, TheServerDropsTextsOverItsMaximum) {
-    // The client reads another maximum than the server has, as if it had connected to an earlier server.
+    // Makes the client read another maximum, as if it had connected to an earlier server.
     WriteBytes(folder_ / (".mailslot-" + mailslot_.Name), "5000");
     const std::unique_ptr<MailslotClient> client = transport_.Open(mailslot_.Path);
     EXPECT_TRUE(client->Write(std::string(402, 'x')));

@@ -12,12 +12,12 @@
 
 namespace {
 
-/// What the two functions below were called for, in order.
+/// The calls of the two functions below, in order.
 std::string calls;
 
 }  // namespace
 
-// These replace the functions of the C library in this program.
+// The following functions replace those of the C library in this program.
 extern "C" int fsync(int file) {
     struct stat status {};
     fstat(file, &status);
@@ -42,13 +42,13 @@ bool Replace(const fs::path& path, bool isNew = false) {
     return file && !file->Write("the ") && !file->Write("content") && !file->Finish();
 }
 
-/// After a power failure, a rename that reached the disk before the content leaves an empty file.
+/// If the rename reached the disk before the content, a power failure could leave an empty file.
 TEST(OutputFileTest, TheContentIsOnTheDiskBeforeTheNameIs) {
     const TemporaryFolder folder;
     calls.clear();
     EXPECT_TRUE(Replace(folder / "new", true));
     EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, sync folder, ");
-    // Each file is created, and then replaced.
+    // The first round creates each file, the second replaces it.
     for (int round = 0; round < 2; ++round) {
         EXPECT_TRUE(ReplaceWholeFile(folder / "whole", "the content"));
         EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, rename, sync folder, ");

@@ -10,7 +10,7 @@ namespace {
 
 struct Wave {
     std::uint32_t Kind = 1, Channels = 1, Rate = 44'100, Bits = 16, Frame = 2;
-    std::uint32_t DataSize = 64;  ///< the size that the file states; the true size is 64
+    std::uint32_t DataSize = 64;  ///< as stated in the file; the true size is 64
     std::string Before{};         ///< chunks before the format chunk
     std::uint32_t FormatSize = 16;
 

@@ -14,7 +14,7 @@ using Mode = SoundDevice::Mode;
 
 constexpr std::uint32_t Rate = 44'100;
 
-/// Returns half a second of one channel, in which each sample is one more than the sample before.
+/// Returns half a second of sound in one channel, in which each sample is one more than the one before.
 std::string RisingSamples() {
     std::string samples;
     for (std::uint32_t i = 1; i <= Rate / 2; ++i)
@@ -30,7 +30,7 @@ std::string Wave(const std::string& samples) {
     return "RIFF" + LittleEndian(static_cast<std::uint32_t>(chunks.size()), 4) + chunks;
 }
 
-/// Removes silent samples: a busy machine leaves gaps, and the end of the file may not be written yet.
+/// Removes silent samples: a busy machine leaves gaps, and the end of the file may still be missing.
 std::string WithoutSilence(const std::string& samples) {
     std::string heard;
     for (std::size_t at = 0; at + 1 < samples.size(); at += 2) {

@@ -6,7 +6,7 @@
 #include "platform/TerminationSignals.h"
 #include "tests/support/TestMailslot.h"
 
-// Declared here, since only the back ends include windows.h.
+// Declared here, because only the back ends include windows.h.
 extern "C" {
 __declspec(dllimport) void* __stdcall FindWindowExW(void* parent, void* after, const wchar_t* kind,
                                                     const wchar_t* title);
@@ -19,7 +19,7 @@ __declspec(dllimport) std::intptr_t
 namespace tallyhorn {
 namespace {
 
-constexpr unsigned Close = 0x10, QueryEndSession = 0x11, EndSession = 0x16;  // WM_ and so on
+constexpr unsigned Close = 0x10, QueryEndSession = 0x11, EndSession = 0x16;  // window messages: WM_CLOSE etc.
 
 /// Returns the window of this process.  A console that runs at the same time has such a window too.
 void* SessionEndWindow() {

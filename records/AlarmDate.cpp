@@ -60,15 +60,15 @@ public:
         return true;
     }
 
-    /// Takes "AM" or "PM" in either case.
-    bool TakeHalfDay(bool& afternoon) {
-        if (end_ - next_ < 2 || ToUpper(next_[1]) != 'M')
+    /// Takes "AM" or "PM" in either case, and after a blank also "A" or "P".
+    bool TakeHalfDay(bool afterBlank, bool& afternoon) {
+        if (next_ == end_ || (ToUpper(*next_) != 'A' && ToUpper(*next_) != 'P'))
             return false;
-        const char half = ToUpper(next_[0]);
-        if (half != 'A' && half != 'P')
+        const bool whole = end_ - next_ > 1 && ToUpper(next_[1]) == 'M';
+        if (!whole && !afterBlank)
             return false;
-        afternoon = half == 'P';
-        next_ += 2;
+        afternoon = ToUpper(*next_) == 'P';
+        next_ += whole ? 2 : 1;
         return true;
     }
 
@@ -124,9 +124,9 @@ bool ReadTime(DateReader& reader, CivilDateTime& parts) {
         return false;
     if (reader.Take(':') && (!reader.TakeNumber(parts.Second, digits) || digits != 2))
         return false;
-    reader.SkipBlanks();
+    const bool afterBlank = reader.SkipBlanks();
     bool afternoon = false;
-    if (!reader.TakeHalfDay(afternoon))
+    if (!reader.TakeHalfDay(afterBlank, afternoon))
         return true;
     if (parts.Hour < 1 || parts.Hour > 12)
         return false;

@@ -71,6 +71,23 @@ private:
     std::size_t next_ = 0;  ///< larger than the text's size after the last line
 };
 
+/// Returns the 20 characters that contain the date.  A date of 21 or 22 characters, such as
+/// "12/21/2008 10:05:09 PM", continues behind them; the rest of the line is included if it can only be the
+/// end of "AM" or "PM".
+std::string_view DateText(std::string_view text) {
+    constexpr std::string_view MarkLetters = " AaMmPp";
+    std::size_t end = DateLength;
+    while (end < text.size() && MarkLetters.find(text[end]) != std::string_view::npos)
+        ++end;
+    const bool endsLine = end >= text.size() || text[end] == '\r' || text[end] == '\n';
+    return text.substr(0, endsLine ? end : DateLength);
+}
+
+void SetDate(std::string_view text, AlarmDate& date) {
+    if (!ReadAlarmDate(DateText(text), date))
+        ReadAlarmDate(text.substr(0, DateLength), date);
+}
+
 void SetAlarmName(std::string_view line, std::string& field) {
     const std::size_t open = line.find('(');
     const std::size_t close = line.rfind(')');
@@ -82,7 +99,7 @@ void SetAlarmName(std::string_view line, std::string& field) {
 
 void ParseCurrentAlarm(std::string_view text, AlarmRecord& alarm) {
     if (text.size() > DateStart)
-        ReadAlarmDate(text.substr(DateStart, DateLength), alarm.DateTime);
+        SetDate(text.substr(DateStart), alarm.DateTime);
     Lines lines(text);
     std::string_view value;
     lines.Skip(3);

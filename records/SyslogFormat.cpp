@@ -13,84 +13,116 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::string_view Unknown = "???";
+constexpr std::size_t YearLength = 4;
+/// Greater than every hour of a day.
+constexpr int NoHour = 24;
 
 bool IsDateSeparator(char character, char own) {
     return character == '/' || character == ' ' || character == ':' || character == own;
 }
 
-/// Reads the numbers of a date one after another from the front of its text.  `own` is the separator that
-/// this date uses beside the usual ones.
-class DateNumbers {
+/// Splits a date into parts at its separators, from front to back.  `own` is the separator that this date
+/// uses beside the usual ones.
+class DateParts {
 public:
-    DateNumbers(std::string_view text, char own)
+    DateParts(std::string_view text, char own)
         : next_(text.data()), end_(text.data() + text.size()), own_(own) {}
 
-    /// Takes a number of at most nine digits, which cannot overflow.  Returns the count of its digits, or 0
-    /// if it is missing or longer.
-    std::size_t TakeNumber(int& number) {
+    /// Takes the next part.  Returns the count of its digits, or 0 and leaves `number` unchanged if the part
+    /// is missing or is not a number of at most nine digits, which cannot overflow.
+    std::size_t Take(int& number) {
         constexpr std::size_t MostDigits = 9;
         const char* const first = next_;
         unsigned value = 0;
         for (; next_ != end_ && IsDigit(*next_); ++next_)
             value = value * 10 + static_cast<unsigned>(*next_ - '0');
-        number = static_cast<int>(value);
         const auto digits = static_cast<std::size_t>(next_ - first);
-        return digits <= MostDigits ? digits : 0;
+        const bool isNumber = digits > 0 && digits <= MostDigits && SkipSeparator();
+        if (!isNumber)
+            SkipPart();
+        else
+            number = static_cast<int>(value);
+        return isNumber ? digits : 0;
+    }
+    /// Takes the next part, and stores it in `number` if it is a number below `bound`.
+    void TakeBelow(int bound, int& number) {
+        int value = bound;
+        if (Take(value) > 0 && value < bound)
+            number = value;
     }
 
-    bool TakeSeparator() {
-        if (next_ == end_ || !IsDateSeparator(*next_, own_))
-            return false;
-        ++next_;
-        return true;
+    /// Sets `part` to the remaining text and returns true if that is exactly one part.
+    bool IsLast(std::string_view& part) const {
+        part = {next_, static_cast<std::size_t>(end_ - next_)};
+        return separated_ && std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
     }
-    /// Takes a number and the separator after it.
-    bool TakePart(int& number) { return TakeNumber(number) > 0 && TakeSeparator(); }
-
-    /// Returns whether the remaining text contains no separator.
-    bool IsPart() const {
-        return std::none_of(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
-    }
-    bool AtEnd() const { return next_ == end_; }
-    std::string_view Remaining() const { return {next_, static_cast<std::size_t>(end_ - next_)}; }
 
 private:
+    /// Returns true after the last part too.
+    bool SkipSeparator() {
+        separated_ = next_ != end_ && IsDateSeparator(*next_, own_);
+        next_ += separated_ ? 1 : 0;
+        return separated_ || next_ == end_;
+    }
+    void SkipPart() {
+        next_ = std::find_if(next_, end_, [this](char c) { return IsDateSeparator(c, own_); });
+        SkipSeparator();
+    }
+
     const char* next_;
     const char* const end_;
-    const char own_;  ///< never a digit
+    const char own_;         ///< never a digit
+    bool separated_ = true;  ///< whether a part follows, which may be empty
 };
 
-/// Returns the hour of the day for the `hour` of a date that ends with `mark`: "PM" adds twelve hours, and
-/// any other mark means the morning.
-int HourOfDay(int hour, std::string_view mark) {
+/// Reads hour, minute and second.  A missing hour becomes 24, a missing or wrong minute or second 0.
+void ReadTime(DateParts& parts, CivilDateTime& moment) {
+    moment.Hour = NoHour;
+    parts.Take(moment.Hour);
+    parts.TakeBelow(60, moment.Minute);
+    parts.TakeBelow(60, moment.Second);
+}
+
+/// Converts the hour of a date that ends with `mark` to an hour of the day: "PM" adds twelve hours, and any
+/// other mark means the morning.
+void ApplyMark(std::string_view mark, int& hour) {
     const bool afternoon = mark.size() == 2 && ToUpper(mark[0]) == 'P' && ToUpper(mark[1]) == 'M';
-    return (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);
+    hour = (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);
 }
 
-bool CutDate(std::string_view text, char own, bool dayFirst, CivilDateTime& moment) {
-    DateNumbers numbers(text, own);
-    if (!numbers.TakePart(dayFirst ? moment.Day : moment.Month) ||
-        !numbers.TakePart(dayFirst ? moment.Month : moment.Day))
-        return false;
-    const std::size_t yearDigits = numbers.TakeNumber(moment.Year);
-    if (yearDigits == 0 || !numbers.TakeSeparator() || !numbers.TakePart(moment.Hour) ||
-        !numbers.TakePart(moment.Minute) || numbers.TakeNumber(moment.Second) == 0)
-        return false;
-    if (yearDigits == 2)
-        moment.Year = YearOfTwoDigits(moment.Year);
-    if (numbers.AtEnd())
-        return true;
-    if (!numbers.TakeSeparator())
-        return false;
-    // A seventh part may be AM or PM; with an eighth part, the hour is one of 24.
-    if (numbers.IsPart())
-        moment.Hour = HourOfDay(moment.Hour, numbers.Remaining());
-    return true;
+/// Sets `date`; an hour out of range becomes 0.  Returns false and leaves `date` unchanged if there is no
+/// such day.
+bool SetDate(CivilDateTime moment, AlarmDate& date) {
+    if (moment.Hour >= NoHour)
+        moment.Hour = 0;
+    const std::optional<AlarmDate> read = MakeAlarmDate(moment);
+    date = read.value_or(date);
+    return read.has_value();
 }
 
-/// The date's own separator is the character after the first number: its second character, or its third if
-/// the second is a digit.  Leaves `date` unchanged if the text is not a date.
-void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
+/// Reads a date that begins with a year of four digits, then month and day.  A blank or "T" precedes the
+/// time. A fraction of a second and a time zone are ignored.  Returns false and leaves `date` unchanged if
+/// the text does not begin with such a day.
+bool ReadYearFirst(std::string_view text, AlarmDate& date) {
+    const std::size_t dayEnd = std::min(text.find_first_of("Tt "), text.size());
+    DateParts day(text.substr(0, dayEnd), text[YearLength]);
+    CivilDateTime moment;
+    if (day.Take(moment.Year) != YearLength || day.Take(moment.Month) == 0 || day.Take(moment.Day) == 0)
+        return false;
+    const std::string_view rest = Trim(text.substr(std::min(dayEnd + 1, text.size())));
+    const std::string_view digits = rest.substr(0, rest.find_first_not_of("0123456789:"));
+    DateParts time(digits, ':');
+    ReadTime(time, moment);
+    const std::string_view mark = Trim(rest.substr(digits.size()));
+    if (CompareNoCase(mark, "AM") == 0 || CompareNoCase(mark, "PM") == 0)
+        ApplyMark(mark, moment.Hour);
+    return SetDate(moment, date);
+}
+
+/// Reads a date that begins with month and day, or with day and month.  Its own separator is the character
+/// after the first number: its second character, or its third if the second is a digit.  Leaves `date`
+/// unchanged if the text does not begin with a day.
+void ReadYearLast(std::string_view text, bool dayFirst, AlarmDate& date) {
     const std::size_t position = text.size() > 1 && IsDigit(text[1]) ? 2 : 1;
     if (position >= text.size())
         return;
@@ -99,14 +131,32 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
         // Compatibility: a third digit is the separator, in the whole date.  "0192192008" is 01/21/2008.
         std::string other(text);
         std::replace(other.begin(), other.end(), own, '/');
-        ReadDatagramDate(other, dayFirst, date);
+        ReadYearLast(other, dayFirst, date);
         return;
     }
+    DateParts parts(text, own);
     CivilDateTime moment;
-    if (!CutDate(text, own, dayFirst, moment))
+    if (parts.Take(dayFirst ? moment.Day : moment.Month) == 0 ||
+        parts.Take(dayFirst ? moment.Month : moment.Day) == 0)
         return;
-    if (const std::optional<AlarmDate> read = MakeAlarmDate(moment))
-        date = *read;
+    const std::size_t yearDigits = parts.Take(moment.Year);
+    if (yearDigits == 0)
+        return;
+    if (yearDigits == 2)
+        moment.Year = YearOfTwoDigits(moment.Year);
+    ReadTime(parts, moment);
+    // A seventh part may be AM or PM; with an eighth part, the hour is one of 24.
+    std::string_view mark;
+    if (parts.IsLast(mark))
+        ApplyMark(mark, moment.Hour);
+    SetDate(moment, date);
+}
+
+void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
+    const bool mayBeginWithYear =
+        text.size() > YearLength && IsDigit(text[2]) && IsDigit(text[3]) && !IsDigit(text[YearLength]);
+    if (!mayBeginWithYear || !ReadYearFirst(text, date))
+        ReadYearLast(text, dayFirst, date);
 }
 
 /// Splits a datagram into its fields, from front to back.  The object is small and results are returned

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "records/DateDisplay.h"
 #include "records/NetBiosFormat.h"
 #include "tests/support/Cases.h"
+#include "tests/support/DateTexts.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/SampleRecord.h"
 
@@ -73,11 +75,27 @@ TEST(ParseCurrentAlarm, FindsValuesByPositionAlone) {
                            "K\rK\nK", ""}));
 }
 
-TEST(ParseCurrentAlarm, ReadsTwentyCharactersAsTheDate) {
+/// Some of these dates are 21 or 22 characters long.  A sender may send all of them or only the first 20.
+TEST(ParseCurrentAlarm, ReadsEveryMonthAndHourWholeOrCutAtTwentyCharacters) {
+    for (int moment = 0; moment < 12 * 2 * 24; ++moment) {
+        const CivilDateTime parts{2008, moment / 48 + 1, moment / 24 % 2 == 0 ? 1 : 21, moment % 24, 5, 9};
+        const AlarmDate date = MakeAlarmDate(parts).value();
+        for (const std::string& text :
+             {FormatGeneralDate(date), FormatAlarmDate(date, "MM/dd/yyyy h:nn:ss AM/PM", "/")}) {
+            EXPECT_EQ(Parsed("Date: " + text + "\r\n").DateTime, date) << text;
+            const std::string cut = text.substr(0, 20);
+            CivilDateTime seen = parts;
+            if (cut.find_first_of("AP") == std::string::npos)
+                seen.Hour = HourOfTwelve(seen.Hour);
+            EXPECT_EQ(Parsed("Date: " + cut).DateTime, MakeAlarmDate(seen)) << cut;
+        }
+    }
+    for (const auto& [line, read] : SplitPairs(
+             "08/21/2008 14:05:09 and more=8/21/2008 2:05:09 PM|12/21/2008 10:05:09 PM or so=12/21/2008 "
+             "10:05:09 AM|12/21/2008 10:05:09 p=12/21/2008 10:05:09 PM|12/21/2008  10:05:09 PM "
+             "=12/21/2008 10:05:09 PM|12/21/2008 14:05:09 PM=12/21/2008 2:05:09 PM"))
+        EXPECT_EQ(FormatGeneralDate(Parsed("Date: " + line).DateTime), read) << line;
     EXPECT_EQ(Parsed("Date: 8/21/2008 14:05:09 and more").DateTime, AlarmDate{1});
-    EXPECT_EQ(Parsed("Date: 08/21/2008 14:05:09 and more").DateTime, MakeAlarmDate({2008, 8, 21, 14, 5, 9}));
-    EXPECT_EQ(Parsed("When: 12/21/2008 12:05:09 AM").DateTime, MakeAlarmDate({2008, 12, 21, 12, 5, 9}))
-        << "AM is beyond the twentieth character";
 }
 
 }  // namespace

@@ -82,8 +82,6 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
         return Waiting::Nothing;
     }
     const Batch batch(*this);
-    if (!parts_.Display.IsVisible())
-        parts_.Signals.StartFlash();
     HandleQueue();
     const bool all = HandleForASlice();
     FinishBatch();
@@ -117,8 +115,6 @@ void SyslogEndpoint::ProcessQueuedSyslogMessages() {
         wake_();
         return;
     }
-    if (!parts_.Display.IsVisible())
-        parts_.Signals.StartFlash();
     const Batch batch(*this);
     HandleQueue();
     FinishBatch();
@@ -144,6 +140,9 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
     ++receivedCount_;
     if (!IsAlarmNotification(message))
         return;
+    // Before the filters: a suppressed notification makes the icon flash too.
+    if (!parts_.Display.IsVisible())
+        parts_.Signals.StartFlash();
     // Drops NULs, which the backup file could not hold.
     if (message.find('\0') != std::string_view::npos) {
         withoutNuls_ = message;

@@ -12,8 +12,8 @@
 
 namespace tallyhorn {
 
-/// Listens for syslog datagrams and keeps those that are notifications.  Events may run in the middle of a
-/// batch, and one of them may be the next arrival.
+/// Listens for syslog datagrams and keeps those that are notifications.  Others leave no trace.  Events may
+/// run in the middle of a batch, and one of them may be the next arrival.
 class SyslogEndpoint {
 public:
     /// `wake` asks for a call of DataArrival.  It is called on the pump thread when datagrams have arrived.

@@ -12,17 +12,17 @@ constexpr std::string_view LineEnd = "\r\n";
 /// compatibility: always "/", whatever separator the lists use.
 constexpr std::string_view Separator = "/";
 
-/// Returns the text with each line end replaced by a blank; uses `buffer` only if there is one to replace.
+/// Returns the text with each CR LF, CR or LF replaced by one blank; uses `buffer` only if there is one to
+/// replace.
 std::string_view OnOneLine(std::string_view text, std::string& buffer) {
-    std::size_t end = text.find(LineEnd);
-    if (end == std::string_view::npos)
+    if (text.find('\r') == std::string_view::npos && text.find('\n') == std::string_view::npos)
         return text;
     buffer.clear();
-    for (; end != std::string_view::npos; end = text.find(LineEnd)) {
-        buffer.append(text.substr(0, end)) += ' ';
-        text.remove_prefix(end + LineEnd.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text.substr(i, LineEnd.size()) != LineEnd)
+            buffer += text[i] == '\r' || text[i] == '\n' ? ' ' : text[i];
     }
-    return buffer.append(text);
+    return buffer;
 }
 
 }  // namespace
@@ -38,11 +38,11 @@ bool ExportFile::Write(const AlarmRecord& alarm) {
     line_ = FormatAlarmDate(alarm.DateTime, datePattern_, Separator);
     for (const std::string* const field :
          {&alarm.AlarmName, &alarm.LogType, &alarm.Source, &alarm.TypeOfEvent, &alarm.Category})
-        (line_ += ',') += *field;
+        (line_ += ',') += OnOneLine(*field, buffer_);
     (line_ += ',') += std::to_string(alarm.EventID);
-    (line_ += ',') += alarm.AccountName;
-    (line_ += ',') += alarm.Computer;
-    (line_ += ",\"") += Trim(OnOneLine(alarm.Description, description_));
+    (line_ += ',') += OnOneLine(alarm.AccountName, buffer_);
+    (line_ += ',') += OnOneLine(alarm.Computer, buffer_);
+    (line_ += ",\"") += Trim(OnOneLine(alarm.Description, buffer_));
     (line_ += '"') += LineEnd;
     return writer_ && writer_->Write(line_);
 }

@@ -13,9 +13,9 @@ namespace tallyhorn {
 
 /// Owns the text file that an export writes: a header, then one line per alarm, each ended by CR LF.
 ///
-/// A line consists of the record's ten fields, separated by commas.  The description is in double quotes,
-/// with a blank in place of each line end.  compatibility: nothing is escaped, as the programs that read
-/// these files expect.
+/// A line consists of the record's ten fields, separated by commas, with a blank in place of each line end
+/// (CR LF, CR or LF).  The description is in double quotes.  compatibility: nothing is escaped, as the
+/// programs that read these files expect.
 class ExportFile {
 public:
     /// Creates the file that Finish puts at `path`.  If that fails, Write returns false and Finish the error.
@@ -33,7 +33,7 @@ private:
     std::optional<BufferedWriter> writer_;  ///< empty if the file could not be created
     const std::string datePattern_;
     std::string line_;
-    std::string description_;
+    std::string buffer_;
 };
 
 }  // namespace tallyhorn

@@ -9,6 +9,9 @@ namespace {
 
 constexpr const char* ViewerProgram = "eventvwr";
 constexpr std::string_view NoMessageText = "Please select a valid message before invoking the Event Viewer!";
+constexpr std::string_view OptionText =
+    "The name of the message's computer begins with \"-\" or \"/\", so the Event Viewer would take it for an "
+    "option.";
 
 /// Returns whether the viewer would read the computer's name, in which a sender can write anything, as an
 /// option.
@@ -20,8 +23,10 @@ bool LooksLikeOption(std::string_view computer) {
 
 void EventViewer::OpenEventViewer(ViewNumber view) {
     const std::string computer = SelectedComputer(view);
-    if (computer.empty() || LooksLikeOption(computer))
+    if (computer.empty())
         context_.Boxes.Warn(NoMessageText);
+    else if (LooksLikeOption(computer))
+        context_.Boxes.Warn(OptionText);
     else
         programs_.Start(ViewerProgram, std::span(&computer, 1));
 }

@@ -51,8 +51,14 @@ TEST_F(EventViewerTest, TakesTheComputerOfTheSelectedRowOrNode) {
     }
     Received.Clear(Received.Syslog);
     EXPECT_EQ(Open(MessagePage::Consolidated, ConsolidatedView), refusal_) << "the node is removed";
-    KeepSyslog(RecordOf({.Computer = "-x"}));
-    EXPECT_EQ(Open(MessagePage::Syslog, 3), refusal_) << "an option for the program";
+    for (const char* const name : {"-x", "/x"}) {
+        KeepSyslog(RecordOf({.Computer = name}));
+        EXPECT_EQ(Open(MessagePage::Syslog, 3),
+                  "The name of the message's computer begins with \"-\" or "
+                  "\"/\", so the Event Viewer would take it for an option.")
+            << name;
+        Received.Clear(Received.Syslog);
+    }
 }
 
 }  // namespace

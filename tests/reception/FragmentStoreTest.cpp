@@ -77,7 +77,7 @@ TEST_F(FragmentStoreTest, JoinsTheParts) {
 TEST_F(FragmentStoreTest, GrowsByHalfRoundedToEven) {
     std::vector<std::size_t> bounds{store_.UpperBound()};
     for (int id = 1; id <= 32767; ++id) {
-        // Room for all announced parts would take 4 GB.
+        // Each text announces 32,767 parts: room for all of them would take 4 GB.
         store_.Add('*' + std::to_string(id) + "-0-32767-data", clock_.Now());
         if (store_.UpperBound() != bounds.back())
             bounds.push_back(store_.UpperBound());
@@ -93,7 +93,7 @@ TEST_F(FragmentStoreTest, GrowsByHalfRoundedToEven) {
 TEST_F(FragmentStoreTest, ReusesTheLowestFreeEntry) {
     Add({"*1-0-1-a", "*2-0-2-b", "*3-0-1-c"});
     EXPECT_EQ(Collect().size(), 2U);
-    // The texts 4 and 5 get the entries of 1 and 3, which are before and after that of 2.
+    // The texts 4 and 5 get the entries of the texts 1 and 3, before and after the entry of text 2.
     Add({"*4-0-1-d", "*5-0-1-e", "*6-0-1-f", "*2-1-2-g"});
     EXPECT_EQ(Collect(), (Texts{"*4-0-1-d", "*2-0-2-bg", "*5-0-1-e", "*6-0-1-f"}));
 }

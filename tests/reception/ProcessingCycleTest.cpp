@@ -41,9 +41,9 @@ TEST_F(ProcessingCycleTest, SortsArrivalsByType) {
     EXPECT_EQ(Display.Enabled, (std::array<bool, 7>{true, true, true, false, false, false, false}));
     EXPECT_EQ(Received.NetBios.Messages.Text(1), NetBiosText({.Name = "a", .Type = "Information"}))
         << "the first slot is 1";
-    EXPECT_EQ(Signals.Sounds, 1) << "one for each poll that reads texts";
+    EXPECT_EQ(Signals.Sounds, 1) << "one sound for each poll that reads texts";
     EXPECT_EQ(Signals.Flashes, 0);
-    EXPECT_EQ(Events.Runs, 1) << "at the end of the poll";
+    EXPECT_EQ(Events.Runs, 1) << "events run at the end of the poll";
 }
 
 TEST_F(ProcessingCycleTest, OnlyTheFieldsOfASuppressedTextRemain) {

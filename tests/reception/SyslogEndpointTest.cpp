@@ -47,7 +47,7 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
         EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
         Events.Event = nullptr;
     };
-    EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later) << "one arrived while events ran";
+    EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later) << "a datagram arrived meanwhile";
     EXPECT_FALSE(TheGate.ProcessingPaused());
     EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "3 Syslog Message(s)");
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
@@ -68,7 +68,7 @@ TEST_F(SyslogEndpointTest, KeepsNotificationsAndNothingElse) {
     EXPECT_EQ(Names(), "one late ") << "the first datagram without its NULs";
     EXPECT_EQ(Kept(), 4) << "messages that the view filter hides are kept too";
     EXPECT_EQ(Received.Tree.LeafCount(), 2U);
-    EXPECT_EQ(Signals.Sounds, 4) << "one for each message";
+    EXPECT_EQ(Signals.Sounds, 4) << "one sound for each message";
     AlarmRecord record = RecordOf({.Name = "one", .Type = "Warning", .Description = "text, with a comma"});
     EXPECT_EQ(Received.Syslog.Messages.Text(0), SettleMessage(record));
     const std::string dated = Received.Syslog.Messages.Text(2);

@@ -59,8 +59,8 @@ struct BothChannels : ReceptionInMemory {
     }
 };
 
-/// Sends random notifications to two consoles, at every moment.  One of them sets and removes its view filter
-/// at random, the other has none; each time the filter has been removed, both must show the same.
+/// Sends the same random notifications to two consoles, at any moment.  One of them sets and removes its view
+/// filter at random, the other has none.  After each removal, both must show the same.
 TEST(ViewFilterArrivalsTest, ARemovedFilterLeavesNoTrace) {
     constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
                                      "Success Audit", "unheard of", ""};
@@ -76,8 +76,8 @@ TEST(ViewFilterArrivalsTest, ARemovedFilterLeavesNoTrace) {
             console->Arrive({.Name = alarm, .Computer = computer, .Type = type});
     };
     filtering.Events.Event = [&] {
-        // Only while the filter is being applied: a tick inside another tick would change the order of
-        // arrival.
+        // Ticks only while the filter is being applied, because a tick inside another tick would change the
+        // order of arrival.
         if (filtering.Display.WorkUnderWay == 0)
             return;
         if (below(3) == 0)

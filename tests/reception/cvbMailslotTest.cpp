@@ -22,7 +22,7 @@ protected:
     }
     FakeMailslots::Mailslot& Mailslot() { return mailslots_.ByName["Test"]; }
     void Put(const Texts& texts) { Mailslot().Waiting.assign(texts.begin(), texts.end()); }
-    /// Returns the texts that ReadMessages puts into the vector, and checks its result.
+    /// Returns the texts that ReadMessages puts into the vector, and checks the count that it returns.
     Texts Read(bool succeeds = true) {
         Texts messages{"left", "from", "before"};
         const std::int16_t count = server_.ReadMessages(messages);
@@ -57,7 +57,7 @@ TEST_F(cvbMailslotTest, ReportsWhetherItIsOpen) {
 TEST_F(cvbMailslotTest, ATextWithoutNulContinuesWithTheTextBeforeIt) {
     const auto padded = [](std::string text) { return text.append(401 - text.size(), ' '); };
     const std::pair<Texts, Texts> cases[] = {
-        {{"first"}, {"first"}},  // the buffer starts as NULs
+        {{"first"}, {"first"}},  // the buffer contains NULs at first
         {{"abcdef\0"s, "XY", "Z", "Q\0"s}, {"abcdef", padded("XYcdef"), padded("ZYcdef"), "Q"}},
         {{"abcdef\0"s, ""}, {"abcdef", padded("abcdef")}},
         {{std::string(401, 'x'), std::string(400, 'y')},

@@ -49,7 +49,7 @@ def joined(runs):
 
 
 def heard(recording):
-    """Returns (hertz, seconds) of each tone in the recording.  Runs shorter than 30 ms are edges between two tones."""
+    """Returns (hertz, seconds) of each tone in the recording.  Omits runs shorter than 30 ms, edges between tones."""
     samples = array.array("h", recording[:len(recording) // 2 * 2])
     blocks = (samples[begin:begin + BLOCK] for begin in range(0, len(samples) - BLOCK, BLOCK))
     runs = joined((tone_of(block), BLOCK / RATE) for block in blocks)
@@ -57,7 +57,7 @@ def heard(recording):
 
 
 def bad_sounds(path):
-    """Replaces the sound by files that must be neither heard nor do harm, one after the other: a cut one, one with a wrong
+    """Replaces the sound by files that must not be heard and must do no harm, one after the other: a cut one, one with a wrong
     chunk length, one that is too large, and a FIFO, which would block a reader.  Restores the sound at the end."""
     whole = path.read_bytes()
     for bad in (whole[:1000], whole[:24] + (1).to_bytes(4, "little") + whole[28:], whole + bytes(20 << 20)):
@@ -131,7 +131,7 @@ class Console:
         summary = (self.folder / "summary").read_text()
         require(f"Syslog {self.sent} received, {self.sent} kept" in summary, f"the console received\n{summary}")
         self.errors.seek(0)
-        # Qt's "offscreen" platform reports what it cannot do.
+        # Qt's "offscreen" platform reports what it cannot do, which is no fault.
         said = "".join(line for line in self.errors if not line.startswith("This plugin does not support "))
         require(not said, f"the console wrote to standard error:\n{said}")
         return seconds

@@ -60,7 +60,7 @@ TEST(BackupReaderTest, FollowsTheLengths) {
         {"cut in the text", A25 + B20.substr(0, B20.size() - 1), First},
         {"too long", A25 + "99999" + B20, First},
         {"one byte", "0", {}},
-        // A lost byte shifts what follows by one; after eleven more bytes, a length is found again.
+        // The first text lacks a byte and takes a # as its last; two invalid lengths and a valid one follow.
         {"a text after a damaged one",
          "00025" + Letters(24, 'a') + Letters(11, '#') + B20,
          {Letters(24, 'a') + "#", Letters(20, 'b')}},

@@ -46,7 +46,7 @@ TEST_F(ExportFileTest, WritesADescriptionOnOneLineInQuotes) {
     }
 }
 
-/// A comma in a field therefore shifts the fields behind it.  Only line ends are replaced.
+/// Nothing but line ends is replaced, so a comma in a field shifts the fields behind it.
 TEST_F(ExportFileTest, EscapesNothing) {
     std::string text = ",\"x\"=cmd|' /C calc'!A0<b>%n&amp;</b>\r\n";
     for (int i = 255; i >= 0; --i)

@@ -15,7 +15,7 @@
 
 namespace tallyhorn {
 
-/// An export with empty message stores and a save dialog that returns `file_`, in a temporary folder.
+/// Owns an export with empty message stores and a save dialog that returns `file_`, in a temporary folder.
 class ExportFixture : public ::testing::Test, protected MessagesInMemory {
 protected:
     using Texts = std::vector<std::string>;
@@ -34,7 +34,7 @@ protected:
     }
     void StoreNamed(const std::string& name) { KeepNetBios(NetBiosText({.Name = name}), false); }
 
-    /// Exports and returns the file's bytes.  The export must ask one question and leave no other file.
+    /// Exports and returns the file's bytes.  The export must ask one question and create no other file.
     std::string Exported() {
         Boxes.Shown.clear();
         export_.ExportMessages();

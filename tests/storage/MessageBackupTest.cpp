@@ -39,7 +39,7 @@ protected:
     FakeClock clock_;
     FakePendingEvents events_;
     FakeMessageBoxes boxes_;
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> progress_;  ///< done of total
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> progress_;  ///< pairs of done and total
     TimeSlices slices_{clock_, events_};
     MessageStore messages_{3};
     MessageBackup backup_{file_, messages_, boxes_, slices_};
@@ -109,7 +109,7 @@ TEST_F(MessageBackupTest, ShowsProgressAndLetsEventsRun) {
     clock_.PerLook = std::chrono::milliseconds(10);
     events_.Runs = 0;
     EXPECT_EQ(Loaded(), Texts());
-    EXPECT_GT(events_.Runs, 100) << "also in a damaged file without any text";
+    EXPECT_GT(events_.Runs, 100) << "events run in a damaged file without texts too";
 }
 
 TEST_F(MessageBackupTest, DoesNotSaveOrLoadDuringALoad) {
@@ -126,7 +126,7 @@ TEST_F(MessageBackupTest, DoesNotSaveOrLoadDuringALoad) {
     EXPECT_EQ(restored, 2);
     EXPECT_EQ(ReadBytes(file_), bytes);
     backup_.SaveMessageBackup();
-    EXPECT_EQ(ReadBytes(file_), "00004kept") << "but afterwards";
+    EXPECT_EQ(ReadBytes(file_), "00004kept") << "a save works again after the load";
     EXPECT_EQ(boxes_.Shown, Texts());
 }
 
@@ -135,7 +135,7 @@ TEST_F(MessageBackupTest, ReportsAFailedSaveAndSavesLater) {
         "The following error occurred when attempting to save received messages to disk.\r\nError # ";
     Put("text");
     backup_.SaveMessageBackup();
-    ASSERT_EQ(boxes_.Shown.size(), 1U) << "there is no file to delete";
+    ASSERT_EQ(boxes_.Shown.size(), 1U) << "a save fails if there is no file to delete";
     EXPECT_TRUE(boxes_.Shown[0].starts_with(failed + "2:\t")) << boxes_.Shown[0];
     EXPECT_EQ(CountFiles(folder_.Path()), 0U);
 

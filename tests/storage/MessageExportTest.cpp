@@ -36,7 +36,7 @@ protected:
             node = Received.Tree.ChildAt(node, position);
         Received.Tree.SelectNode(node);
     }
-    /// Adds three messages to each channel and selects the branch of the syslog ones.
+    /// Adds three messages to each channel and selects the branch of the syslog messages.
     void FillAll() {
         for (int i = 0; i < 3; ++i) {
             StoreNamed("n");
@@ -82,13 +82,13 @@ TEST_F(MessageExportTest, AsksAndProposesANameForEachPage) {
 }
 
 TEST_F(MessageExportTest, DoesNothingIfThereIsNothingToExport) {
-    ExpectSilence();  // no NetBIOS message
+    ExpectSilence();  // there is no NetBIOS message
     Display.Page = MessagePage::Consolidated;
-    ExpectSilence();  // no selected node
+    ExpectSilence();  // no node is selected
     KeepSyslog(Record("one"));
     ExpectSilence();
     Display.Page = MessagePage::Syslog;
-    ExpectSilence();  // exactly one
+    ExpectSilence();  // a single syslog message is not exported
     Display.Page = static_cast<MessagePage>(-1);
     ExpectSilence();  // no page is shown
 
@@ -96,7 +96,7 @@ TEST_F(MessageExportTest, DoesNothingIfThereIsNothingToExport) {
     KeepSyslog(Record("two"));
     Exported();
     Received.Clear(Received.Syslog);
-    EXPECT_EQ(Exported(), Header) << "no syslog message is not nothing";
+    EXPECT_EQ(Exported(), Header) << "a cleared channel is exported";
     Display.Page = MessagePage::NetBios;
     StoreNamed("one");
     EXPECT_EQ(Exported(), Header + Line("one"));
@@ -109,7 +109,7 @@ TEST_F(MessageExportTest, WritesAllMessagesInTheOrderOfTheirSlots) {
     Received.Syslog.Messages.Free(1);
     Received.Syslog.Messages.Free(2);
     Received.Syslog.Rows.Remove(std::vector<Slot>{1, 2});
-    // Whether a message is shown does not matter.
+    // Messages that the view filter hides are exported too.
     KeepSyslog(Record("hidden", "Warning"), false);
     Received.Syslog.Messages.Put(700, "   ");
     EXPECT_EQ(Exported(), Header + Line("a") + Line("hidden", "Warning") + Line("d"));
@@ -129,7 +129,7 @@ TEST_F(MessageExportTest, ReadsTheTextsOfEachChannelInItsFormat) {
         "Description: one\r\n two\r\n",
         false);
     KeepNetBios("short", false);
-    // Fields that a text lacks keep the values of the text before.
+    // Fields that a text lacks keep the values of the previous text.
     const std::string last =
         "25/12/2008 3:04:05 PM,a (b) c,Security,x,y,audit FAILURE ,,0,M\xDCLLER,PC,\"one  two\"\r\n";
     EXPECT_EQ(Exported(), Header + last + last);
@@ -146,12 +146,12 @@ TEST_F(MessageExportTest, ReadsTheTextsOfEachChannelInItsFormat) {
                                    "\"one Source: two\"\r\n"
                                    "01/01/2010 12:00:00 AM,???,???,Disk,,None,7,???,???,"
                                    "\"one Source: two\"\r\n"))
-        << "another text has the present date";
+        << "a text in another format gets the present date";
 }
 
 TEST_F(MessageExportTest, WritesABranchInTheOrderOfTheTree) {
     Display.Page = MessagePage::Consolidated;
-    // Nodes are sorted without regard to case; leaves by log type, source, event id and date, as text.
+    // Groups are sorted without regard to case; leaves by log type, source, event ID and date, as text.
     const std::tuple<const char*, const char*, const char*, const char*, int> records[] = {
         {"beta", "Warning", "PC", "S", 1},  {"Alpha", "Warning", "PC", "S", 1},
         {"Alpha", "Error", "B", "S", 1},    {"Alpha", "Error", "a", "Z", 1},
@@ -168,7 +168,7 @@ TEST_F(MessageExportTest, WritesABranchInTheOrderOfTheTree) {
     }
     Select({0});
     EXPECT_EQ(Exported(), Header + lines[5] + lines[4] + lines[3] + lines[2] + lines[1])
-        << "though it was never expanded";
+        << "a branch that was never expanded is exported too";
     Select({0, 0, 0});
     EXPECT_EQ(Exported(), Header + lines[5] + lines[4] + lines[3]);
     Select({0, 0, 0, 1});
@@ -189,7 +189,7 @@ TEST_F(MessageExportTest, ExportsTheBranchThatIsSelectedAfterTheDialog) {
     fs::remove(file_);
     dialog_.WhileOpen = [this] { Received.Clear(Received.Syslog); };
     export_.ExportMessages();
-    EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "the branch is gone";
+    EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "the branch was removed";
 }
 
 TEST_F(MessageExportTest, HoldsArrivalsOnlyWhileItWrites) {
@@ -211,7 +211,7 @@ TEST_F(MessageExportTest, HoldsArrivalsOnlyWhileItWrites) {
         const std::string bytes = Exported();
         EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 5001);
         EXPECT_GE(Events.Runs - before, 5000 / 11);
-        EXPECT_LE(Display.Progress.size(), 501U) << "not for every line";
+        EXPECT_LE(Display.Progress.size(), 501U) << "progress is not shown for every line";
         EXPECT_GT(Display.Progress.back().first, 4900U);
         EXPECT_EQ(Display.Progress.back().second, 5000U);
         EXPECT_FALSE(TheGate.SyslogDeleteInProgress());

@@ -8,7 +8,7 @@
 
 namespace tallyhorn {
 
-// The functions of records/AlarmDate.h in the form that suits expectations: values in, values out.
+// Functions of records/AlarmDate.h that return their results, so that expectations can compare them.
 
 inline std::optional<AlarmDate> ParseAlarmDate(std::string_view text) {
     AlarmDate date;

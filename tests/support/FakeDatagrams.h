@@ -15,7 +15,7 @@
 
 namespace tallyhorn {
 
-/// UDP ports in memory, with failures on request.  Must outlive the objects that it makes.  For one thread:
+/// UDP ports in memory, with failures on request.  Must outlive the objects that it makes.  Not thread-safe:
 /// Arrive calls `wake` itself.
 class FakeDatagrams final : public DatagramSockets {
 public:
@@ -24,7 +24,7 @@ public:
         std::deque<std::string> Waiting;
         DatagramLosses Losses;
         std::function<void()> Wake;
-        bool Awake = false;  ///< the reader was woken and has not yet found nothing waiting
+        bool Awake = false;  ///< the reader was woken and has not found the port empty since
         int Wakes = 0;
     };
 

@@ -39,7 +39,7 @@ private:
     }
 };
 
-/// An area that the test makes available or not; records the calls.
+/// A notification area that a test makes available or not; records the calls.
 class FakeNotificationArea final : public NotificationArea {
 public:
     void Listen(Events events) override { At = std::move(events); }

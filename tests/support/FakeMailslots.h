@@ -12,7 +12,7 @@
 
 namespace tallyhorn {
 
-/// Mailslots in memory, with failures on request.  Must outlive the objects that it makes.  For one thread.
+/// Mailslots in memory, with failures on request.  Must outlive the objects that it makes.  Not thread-safe.
 class FakeMailslots final : public MailslotTransport {
 public:
     /// The state of one mailslot, which tests may read and change.

@@ -78,15 +78,15 @@ public:
 
     bool Visible = true;
     MessagePage Page = MessagePage::NetBios;
-    std::map<ViewNumber, std::int32_t> Selected;  ///< the slot, by list
+    std::map<ViewNumber, std::int32_t> Selected;  ///< the selected slot of each list
     std::map<StatusPanel, std::string> Panels, ToolTips;
     std::array<bool, ConsolidatedView + 1> Enabled{};
     std::vector<std::string> ListCalls;
     int WorkUnderWay = 0;
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< done of total
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< pairs of done and total
     bool Resuming = false;
     bool PauseShown = false;
-    std::optional<bool> FilterShown;  ///< empty until the first call
+    std::optional<bool> FilterShown;  ///< empty until ShowFilterCommand is called
 };
 
 /// While it is active, passes only the alarms of one computer.

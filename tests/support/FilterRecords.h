@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Returns a filter that tests the source alone, or nothing if `source` is empty.
+/// Returns a filter that compares only the source, or nothing at all if `source` is empty.
 inline SuppressionFilter FilterOn(std::string_view name, std::string_view source) {
     SuppressionFilter filter;
     filter.FilterName = name;
@@ -22,7 +22,7 @@ inline std::string RecordBytes(const SuppressionFilter& filter) {
     return {record.data(), record.size()};
 }
 
-/// Returns the sources, of "a" to "d", whose alarms are suppressed.
+/// Returns those of the sources "a" to "d" whose alarms are suppressed.
 inline std::string SuppressedSources(const SuppressionFilters& filters) {
     std::string sources;
     AlarmRecord alarm;

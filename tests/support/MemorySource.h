@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Reads bytes in memory, which must outlive it, in pieces of one size.
+/// Reads bytes in memory, which must outlive the source, in pieces of at most `pieceSize` bytes.
 class MemorySource final : public ByteSource {
 public:
     explicit MemorySource(std::string_view bytes, std::size_t pieceSize = std::string_view::npos)

@@ -31,7 +31,7 @@ struct MessagesOver {
     FakePendingEvents Events;
     FakeDisplay Display;
     FakeMessageBoxes Boxes;
-    AlarmRecord Alarm;  ///< the current one
+    AlarmRecord Alarm;  ///< the current alarm
     TimeSlices Slices{Time, Events};
     Gate TheGate;
     ReceivedMessages Received{Display, Slices, TheGate};

@@ -32,7 +32,7 @@ inline std::string Datagram(const Notification& told) {
            told.Description;
 }
 
-/// Returns the record that both texts are read as.
+/// Returns the record that the parsers read from both texts.
 inline AlarmRecord RecordOf(const Notification& told) {
     AlarmRecord record;
     record.DateTime =

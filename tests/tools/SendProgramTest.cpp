@@ -25,7 +25,7 @@ protected:
     std::string Send(const Texts& arguments, const std::string& redirection = {}) const {
         const std::string out = testMailslot_.Home / "out";
         const std::string err = testMailslot_.Home / "err";
-        // "cd . &&" because cmd.exe removes a quote at the begin of a command and one at its end.
+        // Begins with "cd . &&", because cmd.exe would otherwise remove the first and the last quote.
         std::string command = "cd . && \"" TALLYHORN_SEND "\"";
         for (const std::string& argument : arguments)
             command += " \"" + argument + '"';
@@ -71,7 +71,7 @@ protected:
 TEST_F(SendProgramTest, SendsTextsByMailslot) {
     ASSERT_TRUE(mailslot_.InitializeMailslot(testMailslot_.Name, true));
     const std::string end = " bytes to " + testMailslot_.Name + "\n|";
-    // A text of 400 bytes is sent without a NUL; it is read correctly only as the first of a batch.
+    // A text of 400 bytes is sent without a NUL; it is read correctly only if it is the first of a batch.
     EXPECT_EQ(SendByMailslot({std::string(400, 'y')}), "0|sent 1 text, 1 datagram, 400" + end);
     EXPECT_EQ(SendByMailslot({"--", "--help"}), "0|sent 1 text, 1 datagram, 7" + end);
     EXPECT_EQ(SendByMailslot({std::string(600, 'z')}), "0|sent 1 text, 3 datagrams, 624" + end);

@@ -22,7 +22,7 @@ protected:
     SendRunTest() { arguments_.Seed = 5; }
 
     FakeMailslots::Mailslot& Mailslot() { return mailslots_.ByName[arguments_.Mailslot]; }
-    /// Returns the numbers of each type in the first `count` texts of the feed.
+    /// Returns how many of the first `count` texts of the feed have each type.
     static DemoTypeCounts Types(std::uint64_t count) {
         DemoFeed feed(5);
         DemoTypeCounts types{};

@@ -22,8 +22,8 @@ std::string FourDigits(std::size_t number) {
     return number < 1000 ? std::to_string(10'000 + number).substr(1) : std::to_string(number);
 }
 
-/// The tree's rules taken literally: one collection of nodes in the order in which they were made, searched
-/// from end to end, in which every change edits the text that is on the screen.
+/// Implements the tree's rules literally: one collection of nodes in the order of their creation, which is
+/// searched from one end to the other; every change edits the displayed text.
 class LiteralTree {
 public:
     struct Node {
@@ -34,7 +34,7 @@ public:
         bool SortsLeaves = false;
     };
 
-    /// `leaf` has the leaf's key and text; a type outside the five gets no node.
+    /// `leaf` contains the leaf's key and text.  A type that is none of the five gets no node.
     void Add(Slot slot, const Path& path, Node leaf) {
         Row& row = rows_[slot] = {path, nullptr};
         const bool known = !path[1].empty() && path[1] != "Critical";
@@ -74,7 +74,7 @@ public:
     std::string NameOf(const std::string& key) const {
         return std::ranges::find(nodes_, key, &Node::Key)->Name;
     }
-    /// Returns a line for each node in the order of the screen: its position in the collection, its key, its
+    /// Returns a line for each node in the displayed order: its position in the collection, its key, its
     /// text.
     std::string Shown(const Node* parent = nullptr, const std::string& indent = "") const {
         std::vector<const Node*> children;
@@ -106,7 +106,7 @@ public:
 private:
     struct Row {
         Path Names;
-        Node* CountedBy = nullptr;  ///< the lowest group made for it: its computer, unless a key was taken
+        Node* CountedBy = nullptr;  ///< the row's lowest group: its computer, unless a key was taken
     };
 
     Node* Find(const Node* parent, const std::string& name) {
@@ -122,7 +122,7 @@ private:
     std::string GroupKey(std::size_t level, const Node* parent, std::string name) const {
         if (level == 0)
             return "ALARM_" + name;
-        if (level == 1) {  // "Failure Audit" is "failureaudit"
+        if (level == 1) {  // "Failure Audit" becomes "failureaudit"
             std::erase(name, ' ');
             std::transform(name.begin(), name.end(), name.begin(), [](char c) { return ToLower(c); });
         }
@@ -173,8 +173,8 @@ protected:
         const bool known = record.TypeOfEvent != "Critical" && !record.TypeOfEvent.empty();
         refused_ += known && !literal_.HasLeaf(slot) ? 1 : 0;
     }
-    /// Removes one to six random messages, or sometimes any number.  Before that, selects a node that may be
-    /// removed with them.
+    /// Selects a node that may be removed with its messages, and then removes one to six random messages, or
+    /// sometimes any number.
     void RemoveSome() {
         std::shuffle(used_.begin(), used_.end(), random_);
         const std::size_t count =
@@ -216,7 +216,7 @@ protected:
         }
         return text;
     }
-    /// Compares the results of SlotsUnder for each node on one random path.
+    /// Compares the results of both SlotsUnder functions for each node on one random path.
     void CompareSlots() {
         std::vector<std::string> names;
         for (TreeNode node; tree_.ChildCount(node) > 0;
@@ -234,11 +234,11 @@ protected:
     LiteralTree literal_;
     std::mt19937 random_{1};
     std::vector<Slot> used_;
-    std::size_t refused_ = 0;  ///< leaves not made because a key was taken
+    std::size_t refused_ = 0;  ///< number of leaves that were not made because a key was taken
 };
 
-/// Waves of growth and removal move positions, so that keys are often taken, and leave far more removed nodes
-/// than existing ones.
+/// Keys contain positions, which waves of growth and removal move, so that keys are often taken.  In the end,
+/// far more nodes have been removed than exist.
 TEST_F(ConsolidatedTreeTest, AgreesWithItsRulesTakenLiterally) {
     for (Slot step = 0; step < 16'000; ++step) {
         SCOPED_TRACE(step);

@@ -12,7 +12,7 @@ namespace {
 
 class EventViewerTest : public CommandsFixture {
 protected:
-    /// Returns the argument of the program started, or the text of the message box.
+    /// Returns the argument of the started program, or the text of the message box.
     std::string Open(MessagePage page, ViewNumber activeView) {
         Display.Page = page;
         Boxes.Shown.clear();

@@ -15,13 +15,13 @@ namespace {
 
 using State = Gate::State;
 
-/// Returns the initials of a gate's answers to poll, datagrams, command, dialog and end, in the given states.
+/// Returns a letter for each answer of a gate in the given states: to poll, datagrams, command, dialog, end.
 std::string AnswersIn(std::string_view states) {
     Gate gate(states.starts_with("Starting") ? Gate::Phase::Starting : Gate::Phase::Running);
     std::vector<std::shared_ptr<void>> guards;
     const std::map<std::string, std::function<void()>> enter = {
         {"", [] {}},
-        {"Starting", [] {}},  // the gate's phase, above
+        {"Starting", [] {}},  // nothing to do: the gate was made in this phase
         {"Batch", [&] { guards.push_back(std::make_shared<Gate::Batch>(gate)); }},
         {"Hold", [&] { guards.push_back(std::make_shared<Gate::Hold>(gate)); }},
         {"PollStop", [&] { guards.push_back(std::make_shared<Gate::PollStop>(gate)); }},

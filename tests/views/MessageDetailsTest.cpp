@@ -22,7 +22,7 @@ protected:
         alarm.DateTime = AlarmDate{minute * 60};
         KeepSyslog(alarm);
     }
-    /// Deletes each row with a chance of one in three, as the main window does.
+    /// Deletes about a third of the rows, in the same way as the main window.
     void DeleteSome() {
         MessageList& list = Received.List(SyslogErrors);
         list.ClearSelection();
@@ -32,7 +32,7 @@ protected:
     }
     std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
 
-    /// Reads the texts of the view in its order; in the tree, the texts of the shown message's computer only.
+    /// Reads the view's texts in their order; in the tree, the texts of the shown message's computer only.
     void ReadTexts() {
         texts_.clear();
         const ConsolidatedTree& tree = Received.Tree;
@@ -70,7 +70,7 @@ protected:
 
     MessageDetails details_{Received};
     std::mt19937 random_{2};
-    // What the window has to show, worked out from the order of the view alone.
+    // What the window has to show, calculated from the order of the view alone.
     ViewNumber view_ = SyslogErrors;
     std::string shown_, computer_;  ///< empty if there is nothing to show
     std::vector<std::string> texts_;
@@ -78,8 +78,8 @@ protected:
     std::size_t place_ = 0;  ///< the last index at which the message was seen
 };
 
-/// Arrivals, deletions, sorting, rebuilt views and steps in random order, in a list and then in the tree.
-/// Freed slots are reused by other messages, and the window does not look again after every change.
+/// Mixes arrivals, deletions, sorting, rebuilt views and steps at random, in a list and then in the tree.
+/// Other messages reuse freed slots, and LookAgain is not called after every change.
 TEST_F(MessageDetailsTest, FollowsItsMessageThroughRandomSteps) {
     for (int step = 0; step < 8000; ++step) {
         SCOPED_TRACE(step);

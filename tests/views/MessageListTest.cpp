@@ -47,20 +47,20 @@ TEST_F(MessageListTest, TypeAheadGoesRoundFromWhereItStarts) {
         Add(slot, "a", slot * 31 * 86400);
     EXPECT_EQ(list_.FindByDate("02/01", 0), 1U);
     EXPECT_EQ(list_.FindByDate("01/", 2), 0U);
-    EXPECT_EQ(list_.FindByDate("0", 3), 0U) << "behind the last row comes the first";
+    EXPECT_EQ(list_.FindByDate("0", 3), 0U) << "the search continues at the first row";
     EXPECT_EQ(list_.FindByDate("x", 0), std::nullopt);
     Add(3, "a", 62 * 86400 + 7200);
     EXPECT_EQ(list_.CellText(3, MessageColumn::RecordNum), "000089400.0000");
-    EXPECT_EQ(list_.FindByDate("03/04/1970 2", 0), 3U) << "as far as the hour";
+    EXPECT_EQ(list_.FindByDate("03/04/1970 2", 0), 3U) << "the text may include the hour";
     EXPECT_EQ(list_.FindByDate("03/04/1970 12", 0), 2U);
     rows_.SetDateStyle({true, "-"});
     Add(4, "a", 62 * 86400 + 7200);
-    EXPECT_EQ(list_.FindByDate("04-03", 2), 4U) << "the same day in another style reads differently";
+    EXPECT_EQ(list_.FindByDate("04-03", 2), 4U) << "dates are compared as they are displayed";
     EXPECT_EQ(MessageList(rows_).FindByDate("0", 0), std::nullopt);
 }
 
-/// Random steps, against a vector that takes the same steps the slow way.  Waves of growth and removal split
-/// and join blocks, also blocks with selected rows.  The observer hears of all changes except additions.
+/// Compares the list with a vector after random steps.  Waves of growth and removal split and join blocks,
+/// also blocks with selected rows.  The list announces all changes except additions.
 TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
     struct Row {
         Slot Of;  ///< smaller for later rows, so that slots and arrivals differ in order
@@ -85,7 +85,7 @@ TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
         const std::size_t what = below(1000);
         const std::size_t before = rows.size();
         if (what < 980 || rows.empty()) {
-            // Names with a long common beginning, so that the first eight bytes do not decide.
+            // The names begin alike, so that their first eight bytes do not decide the order.
             const std::string start = below(2) != 0 ? "Common start " : "COMMON START ";
             const Row row{step, start + std::to_string(below(40)), static_cast<std::int64_t>(below(50)) - 25};
             Add(step, row.Name, row.Seconds);
@@ -105,7 +105,7 @@ TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
         } else if (what < 997) {
             std::vector<Slot> gone;
             const std::size_t kept =
-                rows.size() > 3000 && below(3) == 0 ? 20 : 0;  // one of so many, or nearly all
+                rows.size() > 3000 && below(3) == 0 ? 20 : 0;  // keeps one row in 20, or nearly all
             for (const Row& row : rows) {
                 if (kept > 0 ? below(kept) != 0 : below(rows.size()) == 0)
                     gone.push_back(row.Of);
@@ -146,7 +146,7 @@ TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
         ASSERT_EQ(list_.SelectedCount(), selected.size()) << step;
         for (std::size_t i = below(7); i < slots.size(); i += 7)
             ASSERT_EQ(list_.PositionOf(slots[i]), i) << step;
-        ASSERT_LE(rows_.Texts().IdBound(), 81U) << "texts whose rows are gone are still held";
+        ASSERT_LE(rows_.Texts().IdBound(), 81U) << "texts whose rows are removed are still held";
     }
     EXPECT_GT(largest, 3000U) << "too few rows for several blocks";
 }

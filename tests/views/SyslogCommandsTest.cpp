@@ -55,7 +55,7 @@ TEST_F(SyslogCommandsTest, ATreeDeleteRemovesAllRowsThatTheNodeCovers) {
     const std::string leafQuestion = "Are you sure you want to delete the message you have selected?";
     const std::string branchQuestion =
         "Are you sure you want to delete all the messages under the tree branch you selected?";
-    Keep("Disk", "Unheard of", "A");  // the tree counts this row at its alarm and does not show it
+    Keep("Disk", "Unheard of", "A");  // the tree counts this row in its alarm, but has no leaf for it
     for (int level = 4; level > 0; --level) {
         SCOPED_TRACE(level);
         Keep("Disk", "Error", "A");
@@ -71,7 +71,7 @@ TEST_F(SyslogCommandsTest, ATreeDeleteRemovesAllRowsThatTheNodeCovers) {
 }
 
 /// Checks that lists, tree and store agree, that slots are reused in the order in which they were freed, and
-/// that the store grows just before its end.
+/// that the store grows just before it is full.
 TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
     constexpr const char* Types[] = {"Information",   "Warning",    "Error", "Failure Audit",
                                      "Success Audit", "unheard of", ""};
@@ -108,7 +108,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             for (std::size_t level = 1 + below(3); level > 0 && Received.Tree.ChildCount(node) > 0; --level)
                 node = Received.Tree.ChildAt(node, below(Received.Tree.ChildCount(node)));
             const std::vector<Slot> covered = Received.Tree.SlotsUnder(node);
-            // They are freed list by list, in the order of the rows.
+            // The covered slots are freed list by list, in the order of the rows.
             for (const MessageList& freeing : Received.Syslog.Lists) {
                 for (std::size_t i = 0; i < freeing.Size(); ++i) {
                     if (std::ranges::find(covered, freeing.SlotAt(i)) != covered.end())

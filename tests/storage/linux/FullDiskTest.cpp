@@ -26,7 +26,7 @@ TEST_F(FullDiskTest, AFailedExportKeepsTheEarlierFile) {
     const std::string name(1'000'000, 'x');
     StoreNamed(name);
     WriteBytes(file_, "old");
-    // The signal would otherwise end the process.
+    // Writing beyond the limit raises SIGXFSZ, which would end the process.
     auto* const signalBefore = std::signal(SIGXFSZ, SIG_IGN);
     const rlim_t limitBefore = LimitFileSizes(600'000);
     export_.ExportMessages();

@@ -57,8 +57,8 @@ def heard(recording):
 
 
 def bad_sounds(path):
-    """Replaces the sound by files that must not be heard and must do no harm, one after the other: a cut one, one with a wrong
-    chunk length, one that is too large, and a FIFO, which would block a reader.  Restores the sound at the end."""
+    """Replaces the sound by files that must not be heard and must do no harm, one after the other: a cut one, one with a
+    wrong chunk length, one that is too large, and a FIFO, which would block a reader.  Restores the sound at the end."""
     whole = path.read_bytes()
     for bad in (whole[:1000], whole[:24] + (1).to_bytes(4, "little") + whole[28:], whole + bytes(20 << 20)):
         path.unlink()

@@ -1,6 +1,6 @@
 #pragma once
 
-// A bare receiving loop, with whose rate and processor time the benchmarks of datagrams compare theirs.
+// The benchmarks of datagrams compare their rates and processor times with those of this bare receiving loop.
 
 #include <netinet/in.h>
 #include <sys/socket.h>

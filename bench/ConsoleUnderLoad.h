@@ -54,8 +54,8 @@ public:
         QTimer watch;
         watch.start(5);
         const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
-        // Not a QEventLoop: the end of one console quits the application, which would end the loops of later
-        // ones.
+        // Does not use a QEventLoop: the end of a console quits the application, which would end the event
+        // loops of later consoles at once.
         do {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             if (done())

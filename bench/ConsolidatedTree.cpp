@@ -53,7 +53,7 @@ struct LeafyTree {
     ConsolidatedTree Tree{Rows};
 };
 
-/// Makes the rows outside the measured time, because the lists need them too.
+/// Adds leaves, `together` at a time.  Does not measure making their rows, which the lists need too.
 void AddLeaves(benchmark::State& state, Slot leaves, Slot together) {
     constexpr Slot Added = 10'000;
     const auto tree = std::make_unique<LeafyTree>(leaves);

@@ -204,7 +204,7 @@ void AStallOfASecond(benchmark::State& state) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         const auto stalled = SteadyClock::now();
         const bool caughtUp = ConsoleUnderLoad::WorkUntil([&] {
-            // Has the console shown everything but the last 0.1 s of what was sent?
+            // True once the console shows all but the last 0.1 s of what was sent.
             return static_cast<double>(storm.Received()) > (storm.Elapsed() - 0.1) * Rate;
         });
         if (!caughtUp)

@@ -39,7 +39,7 @@ const std::vector<AlarmRecord>& Alarms() {
 
 constexpr std::array<int, SizedColumnCount> Widths = {276, 264, 180, 252, 180};
 
-/// Paints rows of ready-made strings cell by cell, for comparison: without selection, sorting or resizing.
+/// For comparison: paints rows of ready-made strings cell by cell, without selection, sorting or resizing.
 class BareArea final : public QAbstractScrollArea {
 public:
     using Row = std::array<QString, SizedColumnCount>;

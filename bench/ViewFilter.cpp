@@ -77,7 +77,7 @@ void TakeOff(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// Compared with removing a filter: reads all texts and does nothing with them.
+/// For comparison with TakeOff: reads all texts and does nothing with them.
 void ReadAll(benchmark::State& state, MessagePage page) {
     const auto full = std::make_unique<Full>(page);
     const MessageStore& messages = full->Channel().Messages;
@@ -92,7 +92,7 @@ void ReadAll(benchmark::State& state, MessagePage page) {
     }
 }
 
-/// Compared with applying a filter: erases from an array of plain rows those with another text in `column`.
+/// For comparison with PutOn: erases from an array of plain rows those with another text in `column`.
 void EraseOthers(benchmark::State& state, MessagePage page, std::size_t column) {
     const auto full = std::make_unique<Full>(page);
     const std::string wanted = Choose(full->Filter, column).at(column).value();

@@ -75,7 +75,7 @@ private:
     void ActOnceModal(const QWidget* before, const std::function<void(QWidget&)>& act) {
         QTimer::singleShot(10, &actor_, [this, before, act] {
             QWidget* const modal = QApplication::activeModalWidget();
-            // Wait until the new dialog is active.
+            // Waits until the new dialog is active.
             if (modal == nullptr || modal == before || !modal->isVisible() || !modal->isActiveWindow())
                 return ActOnceModal(before, act);
             --waitingActs_;

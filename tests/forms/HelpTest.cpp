@@ -70,7 +70,7 @@ TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
 TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
     std::ofstream(folder_ / "THListen.CHM").close();
     help_.Outcome = HelpOutcome::NoFile;
-    mailslots_.ByName["TallyhornEngine"];  // exists already, so that the start shows a message box
+    mailslots_.ByName["TallyhornEngine"];  // the mailslot exists already: the start shows a message box
     boxes_.WhileAsked = [this] {
         if (help_.Requests.empty())
             QTest::keyClick(&Dialog(), Qt::Key_F1);
@@ -225,7 +225,7 @@ TEST_F(FrmHelpTest, CanBeUsedBesideAModalDialog) {
         ClickLink("tree.html");
         auto* const contents = Find<QTreeWidget>("tvwContents");
         const QPoint first = contents->visualItemRect(contents->topLevelItem(0)).center();
-        // Sent to the window, because a modal dialog does not block events that are sent to a widget.
+        // Clicks the window, because a modal dialog would not block an event that is sent to a widget.
         QTest::mouseClick(window_->windowHandle(), Qt::LeftButton, {},
                           contents->viewport()->mapTo(window_.data(), first));
         QCoreApplication::processEvents();

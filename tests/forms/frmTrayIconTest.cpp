@@ -6,7 +6,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The notification-area icon and the hiding of the main window, tested with the whole console.
+/// Tests the notification-area icon and the hiding of the main window with the whole console.
 class TrayIconTest : public ConsoleFixture {
 protected:
     void StartQuietly() {

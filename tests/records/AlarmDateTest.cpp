@@ -34,7 +34,7 @@ TEST(AlarmDate, IsNotReadFromAnyOtherText) {
 }
 
 TEST(AlarmDate, RoundTripsThroughItsPartsItsTextAndItsDays) {
-    // The step shares no factor with the lengths of days, months and years.
+    // The step shares no factor with the lengths of days, months and years, so that the times of day vary.
     for (AlarmDate date = At(100, 1, 1); date.Seconds <= At(9999, 12, 31).Seconds;
          date.Seconds += 7'654'321) {
         ASSERT_EQ(MakeAlarmDate(SplitAlarmDate(date)), date);

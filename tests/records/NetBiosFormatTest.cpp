@@ -75,7 +75,7 @@ TEST(ParseCurrentAlarm, FindsValuesByPositionAlone) {
                            "K\rK\nK", ""}));
 }
 
-/// Some of these dates are 21 or 22 characters long.  A sender may send all of them or only the first 20.
+/// Some of these dates have 21 or 22 characters.  A sender may send a whole date or only its first 20.
 TEST(ParseCurrentAlarm, ReadsEveryMonthAndHourWholeOrCutAtTwentyCharacters) {
     for (int moment = 0; moment < 12 * 2 * 24; ++moment) {
         const CivilDateTime parts{2008, moment / 48 + 1, moment / 24 % 2 == 0 ? 1 : 21, moment % 24, 5, 9};

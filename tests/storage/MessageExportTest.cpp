@@ -175,7 +175,7 @@ TEST_F(MessageExportTest, WritesABranchInTheOrderOfTheTree) {
     EXPECT_EQ(Exported(), Header + lines[4]);
 }
 
-/// Events run while the question and the dialog are open.
+/// Events run while the question and the dialog are open, so the selected branch may change.
 TEST_F(MessageExportTest, ExportsTheBranchThatIsSelectedAfterTheDialog) {
     Display.Page = MessagePage::Consolidated;
     KeepSyslog(Record("a"));

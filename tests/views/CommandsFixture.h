@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// The commands over empty lists and a window in memory.
+/// Owns the commands, with empty lists and a fake window.
 class CommandsFixture : public ::testing::Test, protected MessagesInMemory {
 protected:
     FakeViewFilter filter_;

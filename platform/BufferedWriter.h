@@ -18,8 +18,8 @@ public:
 
     /// Returns false if this or an earlier write failed.
     bool Write(std::string_view bytes);
-    /// Writes the buffer and finishes the file, even after a failure.  Returns the first failure.  The
-    /// destructor does not write the buffer.
+    /// Writes the buffer, unless an earlier write failed, and then calls Finish of the file.  Returns the
+    /// first failure.  Must be called, since the destructor does not write the buffer.
     std::optional<SystemError> Finish();
 
 private:

@@ -14,7 +14,8 @@ bool IsFolder(const fs::path& path) {
     return fs::is_directory(path, none);
 }
 
-/// Succeeds too if another program creates a folder at the same time.
+/// Creates the folder and its missing parents.  Succeeds also if another program creates one of them at the
+/// same time.
 std::optional<SystemError> MakeFolders(const fs::path& folder) {
     if (IsFolder(folder))
         return std::nullopt;

@@ -9,16 +9,16 @@
 
 namespace tallyhorn {
 
-// The folders of the console's files: the program folder has the installed files, the data folder the user's
-// (settings, filters, backups).  They are the same folder if the user may write to the program folder.
+// The folders of the console's files.  The program folder contains the installed files; the data folder
+// contains the user's files (settings, filters, backups).  They are the same folder if the user may create
+// files in the program folder.
 
 /// Returns the data folder: `program`, the program folder, if the user may create files there, otherwise a
-/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder returns
-/// one.
+/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder does.
 std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 
-/// Creates the folder and its missing parents with access for this user only.  Fails too if the folder exists
-/// but the user may not create files in it.
+/// Creates the folder and its missing parents with access for this user only.  Returns an error also if the
+/// folder exists but the user may not create files in it.
 std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 
 /// Returns the path of the regular file `name` in the first of the folders that has one, or an empty path.
@@ -33,8 +33,8 @@ bool MayWriteInto(const std::filesystem::path& folder);
 /// Returns an empty path if the system has none.
 std::filesystem::path UserDataFolder();
 
-/// Creates one folder with access for this user only.  Its parent must exist.  Returns false if anything
-/// exists at that path.
+/// Creates one folder with access for this user only.  Its parent must exist.  Returns false on failure, for
+/// example if anything exists at that path.
 bool MakePrivateFolder(const std::filesystem::path& folder);
 
 /// Returns the path in the byte encoding of the system, as the profile functions require.  On Windows, if the

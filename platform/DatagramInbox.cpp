@@ -16,7 +16,8 @@ void DatagramInbox::Put(std::span<const std::string_view> datagrams) {
 }
 
 std::optional<std::string_view> DatagramInbox::Next() {
-    // Not removed earlier, because the reader was using the view that the last call returned.
+    // The text that the previous call returned is removed only now, because the reader was using it until
+    // now.
     if (std::exchange(taken_, false))
         queue_.Pop();
     if (!HasWaiting())
@@ -36,11 +37,11 @@ bool DatagramInbox::IsEmpty() const {
 /// Called by the reader when the queue is empty.  Returns true if the pump will wake the reader for the next
 /// datagram, and false if the reader must read on, because a datagram has arrived without a wake.
 ///
-/// The order of the pump's exchange in Put and the first exchange here decides.  If the pump's is first, the
-/// pump did not call `wake`, but IsEmpty sees what it appended before its exchange; the second exchange
-/// returns false, and the reader reads on.  If the reader's is first, the pump finds awake_ cleared and calls
-/// `wake`; the second exchange returns true, and the reader waits for that wake.  So no wake is lost, and
-/// there are never two at once.
+/// Put appends datagrams and then sets awake_; this function clears awake_ and then checks the queue.  So no
+/// wake is lost: if Put found awake_ still set, and did not call `wake`, IsEmpty sees its datagrams.  If the
+/// queue is not empty, the second exchange shows whether Put has set awake_ meanwhile.  If it has, it calls
+/// `wake`, and the reader waits for that; otherwise the reader reads on, and Put does not call `wake`.  So
+/// two wakes are never pending at once.
 bool DatagramInbox::AllowNextWake() {
     awake_.exchange(false, std::memory_order_acq_rel);
     return IsEmpty() || awake_.exchange(true, std::memory_order_acq_rel);

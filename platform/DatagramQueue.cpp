@@ -8,11 +8,11 @@
 namespace tallyhorn {
 namespace {
 
-/// Precedes each text in a chunk.
+/// The type of the length that precedes each text in a chunk.
 using Length = std::uint32_t;
 
-/// The number of free chunks to keep, so that a steady stream of texts needs no allocation.  After a flood,
-/// further chunks are freed.
+/// The number of unused chunks to keep, so that a steady stream of texts needs no allocation.  Any others,
+/// left by a flood, are freed.
 constexpr std::size_t SpareChunks = 8;
 
 }  // namespace

@@ -13,22 +13,22 @@
 
 namespace tallyhorn {
 
-/// Owns the texts between a pump thread and the reader, in the order of their arrival.  They are stored in
-/// large chunks, so that a text needs no allocation.  One thread appends and one thread reads, and both may
-/// be the same one.  Any thread may call Stop.
+/// Owns the texts that a pump thread has received and the reader has not yet read, in the order of their
+/// arrival.  They are stored in large chunks, so that a text needs no allocation.  One thread appends and one
+/// thread reads; they may be the same thread.  Any thread may call Stop.
 class DatagramQueue {
 public:
     static constexpr std::size_t ChunkSize = std::size_t{2} << 20U;
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20U;
     static constexpr std::size_t LargestText = 65536;
 
-    /// `limit` is in bytes.  It may be exceeded by up to two chunks, since Append does not check it for each
-    /// text.
+    /// `limit` is in bytes.  The texts may exceed it by up to two chunks, since Append adds a batch without
+    /// checking the limit.
     explicit DatagramQueue(std::size_t limit = DefaultLimit);
 
-    // For the appending thread.
+    // Called by the appending thread.
     bool HasRoom() const;
-    /// Waits until there is room.  Returns false after Stop.
+    /// Waits until there is room.  Returns false if Stop has been called.
     bool WaitForRoom();
     /// Appends all texts, regardless of the limit.  No text may be longer than LargestText.
     void Append(std::span<const std::string_view> texts);
@@ -36,9 +36,9 @@ public:
     std::size_t AppendWhileRoom(std::span<const std::string_view> texts);
     void Stop();
 
-    // For the reading thread.
+    // Called by the reading thread.
     std::size_t Count() const;
-    /// Returns the oldest text without removing it.  The view is valid until Pop or Read.
+    /// Returns the oldest text without removing it.  The view is valid until the next call of Pop or Read.
     std::optional<std::string_view> Front();
     /// Removes the oldest text.  The queue must not be empty, and Front or NextSize must have been called for
     /// it.

@@ -6,12 +6,12 @@
 
 namespace tallyhorn {
 
-/// The contents of the files by their paths, written as in links of the help: "page.html".
+/// Maps the path of each file, as links in the help write it (for example "page.html"), to its content.
 using HelpFiles = std::map<std::string, std::string>;
 
-/// Returns the files in a compiled help file (CHM), without those over 1 MiB.  Returns none if the files
-/// exceed 16 MiB together, if `file` is not a regular file, not such an archive, or damaged, and always on
-/// Windows, which has a viewer.  Safe for untrusted files.
+/// Returns the files in a compiled help file (CHM), except those over 1 MiB. Returns none if `file` is not a
+/// regular file, not a CHM file, or damaged, or if its files together exceed 16 MiB. Always returns none on
+/// Windows, which has a viewer for such files.  Safe for untrusted files.
 HelpFiles UnpackHelpFile(const std::filesystem::path& file);
 
 }  // namespace tallyhorn

@@ -9,21 +9,21 @@ namespace tallyhorn {
 enum class HelpOutcome {
     Shown,
     NoFile,   ///< the file does not exist
-    BadFile,  ///< not a help file, or a damaged one
+    BadFile,  ///< the file is damaged, or not a help file
     NoViewer  ///< no viewer for this kind of file is installed
 };
 
-/// The port for the viewer of help files.  The viewer has its own window, and no call waits until that is
-/// closed.
+/// The port for the viewer of help files.  The viewer has its own window, and no function waits for that
+/// window to be closed.
 class HelpViewer {
 public:
     virtual ~HelpViewer() = default;
 
     struct Request {
         std::filesystem::path File;
-        unsigned Command = 0;      ///< the HELP_ or HH_ constant of the viewer
+        unsigned Command = 0;      ///< a HELP_ constant for OpenWinHelp, an HH_ constant for OpenHtmlHelp
         unsigned Context = 0;      ///< the number of the page to show
-        std::uintptr_t Owner = 0;  ///< the handle of the main window
+        std::uintptr_t Owner = 0;  ///< the handle of the console's main window
     };
     /// Shows a WinHelp file (.hlp).
     virtual HelpOutcome OpenWinHelp(const Request& request) = 0;

@@ -16,7 +16,7 @@ public:
 };
 
 /// Opens the file, and creates an empty one if it does not exist.  Returns null if that fails or `path` is
-/// not a regular file, and does not wait if it is a pipe.
+/// not a regular file.  Does not block if `path` is a pipe.
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

@@ -6,7 +6,7 @@
 namespace tallyhorn {
 
 /// Owns the lock that shows that an instance of the program is running in this log-on session.  The system
-/// releases it however the process ends.
+/// releases the lock when the process ends, even by a crash.
 class InstanceLock {
 public:
     /// On Linux the lock is a file in `folder`, or in the user's mailslot folder if `folder` is empty.

@@ -31,8 +31,8 @@ public:
     virtual std::int32_t Handle() const = 0;
     /// Returns false if the mailslot cannot be queried.
     virtual bool GetInfo(MailslotInfo& info) = 0;
-    /// Moves the oldest text to `buffer` and sets `read` to its size.  Returns false and keeps the text if
-    /// none is waiting or `buffer` is too small.
+    /// Moves the oldest text to `buffer` and sets `read` to its size.  Returns false if no text is waiting,
+    /// or if `buffer` is too small; the text then stays.
     virtual bool Read(std::span<char> buffer, std::size_t& read) = 0;
 };
 
@@ -48,8 +48,8 @@ public:
     virtual bool Write(std::string_view text) = 0;
 };
 
-/// Creates and opens mailslots by their path, `\\.\mailslot\NAME`.  The returned objects close them when they
-/// are destroyed, and may outlive this object.  For one thread at a time.
+/// Creates and opens mailslots by their path, `\\.\mailslot\NAME`.  The returned objects close their mailslot
+/// when they are destroyed, and may outlive this object.  For one thread at a time.
 class MailslotTransport {
 public:
     /// The largest `maximumSize` of a mailslot.
@@ -63,9 +63,9 @@ public:
     virtual std::unique_ptr<MailslotClient> Open(std::string_view path) = 0;
 };
 
-/// Returns the back end of the system.  On Linux mailslots are sockets in `folder`, or in the user's mailslot
-/// folder if `folder` is empty; with different folders, two consoles can run side by side.  Windows ignores
-/// `folder`.
+/// Returns the back end for this operating system.  On Linux, mailslots are sockets in `folder`, or in the
+/// user's mailslot folder if `folder` is empty; with different folders, two consoles can run side by side.
+/// Windows ignores `folder`.
 std::unique_ptr<MailslotTransport> MakeMailslotTransport(const std::string& folder = {});
 
 }  // namespace tallyhorn

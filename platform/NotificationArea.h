@@ -9,7 +9,7 @@ namespace tallyhorn {
 class NotificationArea {
 public:
     struct Events {
-        /// Called when the user activates the icon by a double click, or as the desktop defines it.
+        /// Called when the user activates the icon: by a double click, or by what the desktop uses instead.
         std::function<void()> DoubleClick = [] {};
         /// Called when the right button is released over the icon.  Never called if the desktop shows the
         /// icon's menu itself.
@@ -19,11 +19,11 @@ public:
     virtual ~NotificationArea() = default;
     /// Sets the functions to call for events of the icon.
     virtual void Listen(Events events) = 0;
-    /// Returns whether a notification area exists.  It can disappear and reappear at any time without an
-    /// event, so ask again before relying on it.  An icon that was added while none existed appears at the
-    /// latest during the call that returns true again.
+    /// Returns whether a notification area exists.  The area can disappear and reappear at any time without
+    /// an event, so call this function each time before relying on it.  An icon that was added while there
+    /// was no area appears at the latest when IsAvailable next returns true.
     virtual bool IsAvailable() = 0;
-    /// Adds the icon, or changes its picture and tool tip if it exists.
+    /// Adds the icon, or changes its picture and tool tip if it was already added.
     virtual void Add(int image, std::string_view tip) = 0;
     /// Changes the picture and tool tip.  Does nothing if no icon was added.
     virtual void Modify(int image, std::string_view tip) = 0;

@@ -5,9 +5,9 @@
 
 namespace tallyhorn {
 
-/// The port for the five functions of Windows for initialisation (INI) files.  They behave like their "A"
-/// forms: texts are NUL-terminated Windows-1252, each call names the file, and nothing is cached between
-/// calls.  Other programs may read the file at the same time.
+/// The port for the five Windows functions that read and write initialisation (INI) files.  Every back end
+/// behaves like the "A" versions of these functions: texts are NUL-terminated Windows-1252, each call names
+/// the file, and nothing is cached between calls.  Other programs may read the file at the same time.
 ///
 /// Functions with a buffer of `size` bytes write a terminating NUL if `size` is not 0, and return the number
 /// of bytes before it.  A text that does not fit is cut, and the result is size - 1.  A list consists of
@@ -15,9 +15,9 @@ namespace tallyhorn {
 class ProfileFunctions {
 public:
     virtual ~ProfileFunctions() = default;
-    /// Reads a value without surrounding blanks and one pair of quotes, or `defaultText` if there is none;
-    /// null means an empty text.  If `key` is null, lists the keys of the section; if `section` is null,
-    /// lists the sections.
+    /// Reads a value without surrounding blanks and without a pair of quotes around it.  If the key does not
+    /// exist, reads `defaultText` instead, in which null means an empty text.  If `key` is null, lists the
+    /// keys of the section; if `section` is null, lists the sections.
     virtual std::uint32_t GetPrivateProfileString(const char* section, const char* key,
                                                   const char* defaultText, char* buffer, std::uint32_t size,
                                                   const char* file) = 0;

@@ -35,7 +35,7 @@ public:
     virtual bool Play() = 0;
 };
 
-/// Returns the back end of the system.
+/// Returns the back end for this operating system.
 std::unique_ptr<SoundDevice> MakeSoundDevice();
 
 }  // namespace tallyhorn

@@ -19,10 +19,10 @@ class TimeSlices {
 public:
     TimeSlices(const Clock& clock, PendingEvents& events);
 
-    /// Runs the events if 10 ms have passed since they last ran, and returns whether they did.  Call it after
-    /// each small step of the work.
+    /// Runs the pending events if 10 ms have passed since they last ran, and returns whether it ran them.
+    /// Call it after each small step of the work.
     bool LetRun();
-    /// Runs the events at once, as at the end of a batch.
+    /// Runs the pending events at once, for example at the end of a batch.
     void RunNow();
 
 private:

@@ -5,8 +5,8 @@
 
 namespace tallyhorn {
 
-/// The port for the names of the user and the machine, in UTF-8.  They are queried at each call and empty if
-/// the system does not provide them.  For one thread at a time.
+/// The port for the names of the user and the machine, in UTF-8.  Each call queries the system; the result is
+/// empty if the system does not provide the name.  For one thread at a time.
 class UserNames {
 public:
     virtual ~UserNames() = default;

@@ -6,19 +6,19 @@
 
 namespace tallyhorn {
 
-// Small files that are read and written in one call.  Paths are in the byte encoding of the system; see
+// Functions that read or write a small file in one call.  Paths are in the byte encoding of the system; see
 // NarrowPath.  Safe in any thread.
 
 enum class ReadOutcome { Complete, Missing, Failed };
 
 /// Sets `bytes` to the content of the file.  Returns `Failed` if the file is larger than `maximum` bytes,
-/// cannot be read, or is not a regular file, and does not wait if it is a pipe.
+/// cannot be read, or is not a regular file.  Does not block if it is a pipe.
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes);
 
-/// Replaces the file at `path`, or creates it, in one step: other programs see the old file or the complete
-/// new one, and so does the next start after a power failure.  On Linux symbolic links are followed and the
-/// permissions are kept.  Returns false and leaves the old file unchanged if that fails, for example if the
-/// file is not writable.
+/// Replaces the file at `path`, or creates it, in one step: other programs always see either the old file or
+/// the complete new one, even after a power failure.  On Linux, symbolic links are followed, and the new file
+/// has the permissions of the old one.  Returns false and leaves the old file unchanged if that fails, for
+/// example if the file is not writable.
 bool ReplaceWholeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tallyhorn

@@ -20,7 +20,7 @@ ChunkMemory MakeChunkMemory(std::size_t size) {
     void* const memory = std::aligned_alloc(LargePage, size);
     if (memory == nullptr)
         throw std::bad_alloc();
-    // If this fails, the memory has small pages.
+    // If this fails, the memory has ordinary pages, which are only slower.
     static_cast<void>(madvise(memory, size, MADV_HUGEPAGE));
     return ChunkMemory(static_cast<char*>(memory));
 }

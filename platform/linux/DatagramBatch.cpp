@@ -3,8 +3,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns the distance between buffers.  If it were a multiple of the page size, the starts of all buffers
-/// would share the same few cache sets.
+/// Returns the distance between the starts of two buffers.  If it were a multiple of the page size, the
+/// starts of all buffers would compete for the same few cache sets.
 std::size_t StrideFor(std::size_t length) {
     constexpr std::size_t Page = 4096;
     constexpr std::size_t Shift = 448;

@@ -54,7 +54,7 @@ FileDescriptor Bind(std::uint16_t port) {
     return lacksIPv6 ? BindIPv4(port) : std::move(both);
 }
 
-/// Addresses of IPv4 and IPv6 have the port at the same offset.
+/// Returns the port to which the socket is bound.  IPv4 and IPv6 addresses have the port at the same offset.
 std::uint16_t BoundPort(int socket) {
     sockaddr_in6 address{};
     socklen_t size = sizeof address;
@@ -63,8 +63,8 @@ std::uint16_t BoundPort(int socket) {
     return ntohs(address.sin6_port);
 }
 
-/// Requests a receive buffer of 1 GiB, which the system reduces to its limit.  Unused parts of it occupy no
-/// memory.
+/// Requests a receive buffer of 1 GiB, which the system reduces to its limit.  The unused part of the buffer
+/// occupies no memory.
 void AskForLargestBuffer(int socket) {
     const int size = 1 << 30;
     setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, sizeof size);
@@ -86,7 +86,7 @@ Addresses Resolve(const std::string& host, std::int32_t port) {
     return Addresses(list);
 }
 
-/// Owns a connected socket: only for those does the system report ICMP errors.
+/// Owns a connected socket.  The system reports ICMP errors only for connected sockets.
 class LinuxDatagramSender final : public DatagramSender {
 public:
     explicit LinuxDatagramSender(FileDescriptor socket) : socket_(std::move(socket)) {}
@@ -118,7 +118,7 @@ private:
         std::array<mmsghdr, Most> messages{};
         const std::size_t count = std::min(texts.size(), Most);
         for (std::size_t i = 0; i < count; ++i) {
-            // iovec has no const pointer, but sendmmsg does not write.
+            // iovec has no const pointer, but sendmmsg does not write to the text.
             vectors[i] = {.iov_base = const_cast<char*>(texts[i].data()), .iov_len = texts[i].size()};
             messages[i].msg_hdr.msg_iov = &vectors[i];
             messages[i].msg_hdr.msg_iovlen = 1;

@@ -22,7 +22,7 @@ public:
 
     int Get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
-    /// Returns false if the system reports only now that an earlier write failed.
+    /// Closes the descriptor.  Returns false if the system reports, only now, that an earlier write failed.
     bool Close() {
         const int descriptor = std::exchange(descriptor_, -1);
         return descriptor < 0 || close(descriptor) == 0;

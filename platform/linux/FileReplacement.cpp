@@ -38,7 +38,8 @@ std::optional<fs::path> FollowLinks(fs::path path) {
     return std::nullopt;
 }
 
-/// Checks the permission of the file itself, since a rename requires only that of the folder.
+/// Returns whether the user may write to the old file.  Replacing it by a rename would require only
+/// permission for the folder.
 bool MayReplace(const fs::path& path, const struct stat& old) {
     if (S_ISREG(old.st_mode))
         return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
@@ -46,8 +47,8 @@ bool MayReplace(const fs::path& path, const struct stat& old) {
     return false;
 }
 
-/// Returns a path in the same folder, since a rename cannot move a file to another file system.  The name is
-/// short, so that the path is not too long if `path` is not.
+/// Returns a path in the folder of `path`, since a rename cannot move a file to another file system.  The
+/// name is short, so that the result does not exceed the system's limit for paths.
 fs::path TemporaryName(const fs::path& path) {
     static std::atomic<unsigned> count{0};
     std::string name = ".";
@@ -55,7 +56,7 @@ fs::path TemporaryName(const fs::path& path) {
     return path.parent_path() / name;
 }
 
-/// Creates a file with an unused name.  Some names may be in use since a crash.
+/// Creates a file with an unused name.  Files with some of the names may be left over from a crash.
 FileDescriptor CreateTemporary(const fs::path& target, fs::path& temporary) {
     for (int i = 0; i < MostAttempts; ++i) {
         const fs::path name = TemporaryName(target);

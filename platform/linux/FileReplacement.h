@@ -7,8 +7,9 @@
 
 namespace tallyhorn {
 
-/// Owns a temporary file that replaces another file in one step, and removes it if that did not happen.  Each
-/// function returns false with the error in errno if it fails.  For one thread at a time.
+/// Owns a temporary file that replaces another file in one step.  The destructor removes the temporary file
+/// if it did not replace the other one.  A function that fails returns false and sets errno.  For one thread
+/// at a time.
 class FileReplacement {
 public:
     FileReplacement() = default;
@@ -16,8 +17,8 @@ public:
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
 
-    /// Creates the temporary file in the folder of the file that `path` names or links to, with its owner and
-    /// permissions.  That file must be a writable regular file, or not exist.
+    /// Creates the temporary file in the folder of the file that `path` names or links to, with the owner and
+    /// the permissions of that file.  That file must be a writable regular file, or not exist.
     bool Begin(const std::filesystem::path& path);
     bool Write(std::string_view bytes);
     /// Replaces the old file.  After a power failure the path has either the old file or the complete new

@@ -5,7 +5,7 @@
 namespace tallyhorn {
 
 void GrowHeapInLargeSteps() {
-    // This reserves addresses; memory is used only for pages that are written to.
+    // This reserves only addresses; the system provides memory for a page when it is first written to.
     constexpr int Step = 64 << 20;
     mallopt(M_TOP_PAD, Step);
 }

@@ -29,9 +29,9 @@ constexpr std::uint64_t LargestFile = 1024ULL * 1024;
 constexpr std::size_t LargestWhole = 16ULL * 1024 * 1024;
 constexpr rlim_t MostMemory = 256ULL * 1024 * 1024;
 constexpr rlim_t MostSeconds = 5;                ///< the most processor time that the child may use
-constexpr std::chrono::seconds LongestWait{10};  ///< ends a child that hangs without using the processor
+constexpr std::chrono::seconds LongestWait{10};  ///< limit for a child that hangs without using the processor
 
-/// Writes a text after its length, as TakeText reads it.
+/// Writes the length of a text and then the text, in the form that TakeText reads.
 bool WriteText(int to, std::string_view text) {
     const std::uint64_t size = text.size();
     return WriteAll(to, {reinterpret_cast<const char*>(&size), sizeof size}) && WriteAll(to, text);
@@ -77,7 +77,7 @@ void Limit(__rlimit_resource what, rlim_t most) {
     _exit(sent ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
-/// Waits until `from` is readable.  Returns false if it is not by `deadline`.
+/// Waits until `from` is readable.  Returns false if it has not become readable by `deadline`.
 bool AwaitBytes(int from, std::chrono::steady_clock::time_point deadline) {
     pollfd wanted{.fd = from, .events = POLLIN, .revents = 0};
     int ready = -1;
@@ -89,8 +89,8 @@ bool AwaitBytes(int from, std::chrono::steady_clock::time_point deadline) {
     return ready > 0;
 }
 
-/// Reads until the child closes the pipe.  Returns nothing if it does not within LongestWait, or sends too
-/// much.
+/// Reads until the child closes the pipe.  Returns nothing if the child has not closed it within LongestWait,
+/// or has sent LargestWhole or more.
 std::optional<std::string> ReadAll(int from) {
     const auto deadline = std::chrono::steady_clock::now() + LongestWait;
     std::string all;
@@ -150,7 +150,7 @@ HelpFiles UnpackHelpFile(const std::filesystem::path& file) {
     if (child < 0)
         return {};
     const std::optional<std::string> sent = ReadAll(from.Get());
-    // Has no effect if the child has ended; ends a child that hangs.
+    // Ends a child that hangs; has no effect if the child has already ended.
     kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {

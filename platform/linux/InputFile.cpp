@@ -35,7 +35,8 @@ private:
     off_t position_ = 0;
 };
 
-/// Opens the file.  O_NONBLOCK keeps open from waiting for the other end if the file is a pipe.
+/// Opens the file with the additional flags `more`.  If the file is a pipe, O_NONBLOCK prevents `open` from
+/// waiting for its other end.
 FileDescriptor Open(const std::filesystem::path& path, int more) {
     return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0666));
 }

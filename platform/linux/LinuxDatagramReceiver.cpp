@@ -88,15 +88,15 @@ void LinuxDatagramReceiver::Pump() {
              : full     ? Delay::None
                         : Delay::Short);
     }
-    // Takes over what the socket still holds, but no more than LastDatagrams, so that a flood cannot keep the
-    // thread running.
+    // Takes the datagrams that the socket still holds, but no more than LastDatagrams, so that a flood cannot
+    // keep the thread running.
     for (int i = 0; i < LastBatches && Receive(batch, socket_.Get()) > 0; ++i)
         inbox_.Put(batch.Texts());
 }
 
-/// Stop ends every delay at once.
+/// Waits as `delay` says, but no longer than until Stop is called.
 void LinuxDatagramReceiver::Wait(Delay delay) {
-    // In milliseconds.  Most errors are shortages of memory, which pass.
+    // In milliseconds.  Most errors are temporary shortages of memory.
     constexpr int ErrorDelay = 10;
     if (delay == Delay::None)
         return;

@@ -14,7 +14,7 @@
 namespace tallyhorn {
 
 /// Owns a bound socket, and a pump thread that moves datagrams from it into the inbox at once, since the
-/// receive buffer of a socket is small.  For the reader's thread.
+/// receive buffer of a socket is small.  Only the reader's thread may use it.
 class LinuxDatagramReceiver final : public DatagramReceiver {
 public:
     /// `stop` is an unsignalled eventfd, with which Stop wakes the pump thread.
@@ -42,7 +42,7 @@ private:
     const int shortDelay_;
     DatagramInbox inbox_;
     std::atomic<bool> stopping_ = false;
-    DatagramLosses finalLosses_;  ///< valid when the socket is closed
+    DatagramLosses finalLosses_;  ///< the result of Losses after the socket is closed
     std::thread pump_;
 };
 

@@ -16,23 +16,23 @@
 namespace tallyhorn {
 namespace {
 
-/// Limits the buffers of a batch to the size of one chunk.  More would seldom be used: a socket holds only
-/// few datagrams (10 by default).
+/// Returns the number of datagrams in a batch, chosen so that their buffers together are as large as one
+/// chunk at most.  More would seldom be used: a socket holds only few datagrams (10 by default).
 std::size_t BatchSizeFor(std::size_t maximumSize) {
     return std::clamp<std::size_t>(DatagramQueue::ChunkSize / maximumSize, 1, DatagramBatch::MostDatagrams);
 }
 
-/// Returns whether to try again after `error`, and first waits for 10 ms if the system is short of memory.  A
-/// pump that gave up would leave the senders blocked.
+/// Returns whether to try again after `error`.  If the system is short of memory, first waits for 10 ms.  If
+/// the pump gave up instead, the senders would stay blocked.
 bool WaitOutShortage(int error) {
     if (error == ENOMEM || error == ENOBUFS)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return error == EINTR || error == ENOMEM || error == ENOBUFS;
 }
 
-/// Blocks until a datagram arrives and receives the others that are waiting.  Drops datagrams that are longer
-/// than the mailslot's maximum, which a sender can send that ignores it.  Returns false if the socket has
-/// failed or was shut down.
+/// Blocks until a datagram arrives, and receives it and any others that are waiting.  Drops datagrams longer
+/// than the mailslot's maximum: a sender that ignores the maximum can send them.  Returns false if the socket
+/// has failed or was shut down.
 bool Receive(DatagramBatch& batch, int socket) {
     return batch.Receive(socket, MSG_WAITFORONE) >= 0 || WaitOutShortage(errno);
 }
@@ -50,7 +50,7 @@ LinuxMailslotServer::LinuxMailslotServer(FileDescriptor lock, FileDescriptor soc
 LinuxMailslotServer::~LinuxMailslotServer() {
     unlink(socketPath_.c_str());
     queue_.Stop();
-    // Ends a blocked receive, and makes the writes of blocked senders fail.
+    // Ends a blocked receive of the pump thread, and makes the writes of blocked senders fail.
     shutdown(socket_.Get(), SHUT_RDWR);
     pump_.join();
 }

@@ -10,7 +10,7 @@
 
 namespace tallyhorn {
 
-/// Owns a mailslot's socket, its file in the folder, and a pump thread that moves datagrams from the socket
+/// Owns a mailslot's socket, the file of that socket, and a pump thread that moves datagrams from the socket
 /// into the queue, so that senders do not wait for the console.
 class LinuxMailslotServer final : public MailslotServer {
 public:

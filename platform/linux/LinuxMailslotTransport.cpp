@@ -24,7 +24,7 @@ constexpr mode_t OwnerOnly = 0600;
 /// The size of a sender's buffer; the system reduces it to its own limit.
 constexpr int SendBuffer = 1 << 20;
 
-/// Returns nothing if the path is too long for a socket address.
+/// Returns the socket address of the path, or nothing if the path is too long for one.
 std::optional<sockaddr_un> AddressOf(const std::string& path) {
     sockaddr_un address{};
     if (path.size() >= sizeof address.sun_path)
@@ -54,7 +54,7 @@ std::optional<std::size_t> PublishedSize(const std::string& lockPath) {
     return size;
 }
 
-/// Removes the socket that a crashed server left behind.  Returns false if another kind of file exists there.
+/// Removes the socket that a crashed server left behind.  Returns false if `path` is another kind of file.
 bool RemoveStaleSocket(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0)
@@ -96,7 +96,8 @@ std::unique_ptr<MailslotServer> LinuxMailslotTransport::Create(std::string_view 
     if (!address)
         return nullptr;
 
-    // The lock reserves the name, so no other process takes the following steps for it at the same time.
+    // The lock reserves the name, so no other process can execute the following steps for this name at the
+    // same time.
     bool reachable = false;
     FileDescriptor lock = TakeLock(LockPath(*name), reachable);
     if (!lock || !RemoveStaleSocket(socketPath) || !PublishSize(lock.Get(), maximumSize))
@@ -116,8 +117,8 @@ std::unique_ptr<MailslotClient> LinuxMailslotTransport::Open(std::string_view pa
     FileDescriptor connected = MakeSocket();
     if (!address || !connected || connect(connected.Get(), AsSockaddr(*address), sizeof *address) != 0)
         return nullptr;
-    // Must follow connect: a server publishes its size before it binds its socket, so this is the size of the
-    // server that connect found.
+    // Must follow connect: a server publishes its size before it binds its socket, so the size read now is
+    // that of the connected server.
     const std::optional<std::size_t> size = PublishedSize(LockPath(*name));
     if (!size)
         return nullptr;

@@ -8,13 +8,13 @@
 
 namespace tallyhorn {
 
-/// Mailslots as Unix datagram sockets in a folder that only this user may enter.  The lock file of a socket
-/// contains its maximum size, which the clients read.
+/// Implements mailslots as Unix datagram sockets in a folder that only this user may enter.  The lock file of
+/// a mailslot contains its maximum size, which the clients read.
 class LinuxMailslotTransport final : public MailslotTransport {
 public:
     explicit LinuxMailslotTransport(std::string folder);
 
-    /// Returns null also if the folder is not private.
+    /// Returns null also if other users may enter the folder.
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override;
     std::unique_ptr<MailslotClient> Open(std::string_view path) override;
 

@@ -23,7 +23,7 @@ std::string UserMailslotFolder() {
 }
 
 bool PrepareMailslotFolder(const std::string& folder) {
-    // Fails if the folder exists, which is checked either way.
+    // Fails if the folder already exists; the next line checks the folder in both cases.
     static_cast<void>(mkdir(folder.c_str(), OwnerOnlyFolder));
     return IsPrivateFolder(folder);
 }

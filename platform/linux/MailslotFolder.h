@@ -13,13 +13,15 @@ namespace tallyhorn {
 /// Returns `$XDG_RUNTIME_DIR/mailslot`, or `/tmp/mailslot-UID` if that variable is not set.
 std::string UserMailslotFolder();
 
-/// Creates the folder if it does not exist.  Its parent must exist.  Returns IsPrivateFolder.
+/// Creates the folder if it does not exist; its parent must exist.  Returns whether IsPrivateFolder is then
+/// true.
 bool PrepareMailslotFolder(const std::string& folder);
 /// Returns whether the folder belongs to this user and nobody else may enter it.
 bool IsPrivateFolder(const std::string& folder);
 
-/// Locks the file at `path` until the returned descriptor is closed.  Returns an empty descriptor if another
-/// process has locked it, or if it cannot be opened; `reachable` is false only in the latter case.
+/// Locks the file at `path`, which it creates if necessary, until the returned descriptor is closed.  Returns
+/// an empty descriptor if the file cannot be opened (`reachable` is then false) or another process has locked
+/// it (`reachable` is then true).
 FileDescriptor TakeLock(const std::string& path, bool& reachable);
 
 }  // namespace tallyhorn

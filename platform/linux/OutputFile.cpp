@@ -41,7 +41,7 @@ private:
 
 class LinuxReplacementFile final : public OutputFile {
 public:
-    /// Returns false if that fails; LastSystemError returns the reason.
+    /// Creates the temporary file.  Returns false on failure; LastSystemError then returns the reason.
     bool Begin(const std::filesystem::path& path) { return replacement_.Begin(path); }
 
     std::optional<SystemError> Write(std::string_view bytes) override {

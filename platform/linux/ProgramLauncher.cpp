@@ -39,7 +39,7 @@ std::optional<std::string> FindProgram(const std::string& program, std::string_v
 }
 
 /// Owns the settings for posix_spawn: the new process has the default signal handlers, no blocked signals, no
-/// open files of the console, an own session, and /dev/null as its input.
+/// open files of the console except its output, its own session, and /dev/null as its input.
 class SpawnSettings {
 public:
     SpawnSettings() {
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    /// Reaps the processes that have ended, which are zombies until then.
+    /// Calls waitpid for the processes that have ended, since they stay zombies until then.
     void ReapEnded() {
         std::erase_if(started_, [](pid_t process) { return waitpid(process, nullptr, WNOHANG) != 0; });
     }

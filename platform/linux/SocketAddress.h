@@ -4,7 +4,7 @@
 
 namespace tallyhorn {
 
-/// The address of any family in the form that bind and connect take.
+/// Returns an address of any family in the form that bind and connect accept.
 template <typename Address>
 const sockaddr* AsSockaddr(const Address& address) {
     return reinterpret_cast<const sockaddr*>(&address);

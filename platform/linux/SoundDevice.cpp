@@ -5,7 +5,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Plays through a SoundThread.  CurrentMode reflects the commands, not what can be heard.
+/// Plays through a SoundThread.  CurrentMode depends only on the commands: it stays Playing when the sound
+/// has ended.
 class LinuxSoundDevice final : public SoundDevice {
 public:
     LinuxSoundDevice() = default;
@@ -29,9 +30,9 @@ public:
             thread_->Want({});
         return true;
     }
-    /// Does nothing else, since Play always begins at the start of the file.
+    /// Has nothing to do, since Play always begins at the start of the file.
     bool Prev() override { return mode_ != Mode::NotOpen; }
-    /// The first call starts the thread, so that there is none if no sound is ever played.
+    /// The first call starts the thread, so that no thread exists if no sound is ever played.
     bool Play() override {
         if (mode_ == Mode::NotOpen)
             return false;

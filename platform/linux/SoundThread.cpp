@@ -21,8 +21,8 @@ constexpr std::chrono::milliseconds LongestEnd{500};
 /// Larger files are not played, since a sound is read into memory as a whole.
 constexpr std::size_t LargestFile = std::size_t{16} << 20U;
 
-/// The size of the server's buffer.  All of a usual sound fits, so that no write blocks.  Closing the stream
-/// silences the buffered part at once.
+/// The size of the server's buffer.  A sound of usual length fits into it, so that no write blocks.  Closing
+/// the stream discards what is in the buffer.
 constexpr std::uint32_t AheadSize = std::uint32_t{1} << 20U;
 constexpr std::size_t PieceSize = 8192;  ///< a multiple of every frame size
 
@@ -89,8 +89,8 @@ void SoundThread::Run() {
     changed_.notify_all();
 }
 
-/// Opens the file and the stream for each sound, so that changes of the file, the server and its devices take
-/// effect.  Closing the stream at the end stops the sound.
+/// Opens the file and the stream again for each sound, so that changes of the file, the server and its
+/// devices take effect.  The sound stops when this function returns, because that closes the stream.
 void SoundThread::Play(const std::filesystem::path& file) {
     std::string bytes;
     if (file.empty() || ReadWholeFile(file.string(), LargestFile, bytes) != ReadOutcome::Complete)
@@ -105,7 +105,7 @@ void SoundThread::Play(const std::filesystem::path& file) {
             return;
         left.remove_prefix(piece.size());
     }
-    // At most the server's buffer remains to be played.
+    // Waits until the server has played its buffer, which holds at most AheadSize bytes.
     const std::size_t left = std::min<std::size_t>(wave->Data.size(), AheadSize);
     IsInterrupted(std::chrono::seconds(left / FrameSize(*wave) / wave->Rate) + LongestTail);
 }

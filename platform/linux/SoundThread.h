@@ -10,10 +10,11 @@
 namespace tallyhorn {
 
 /// Plays one file at a time through the sound server, in its own thread, since a call to a server that hangs
-/// blocks for half a minute.  Each request replaces the one before.  Safe in any thread.
+/// blocks for half a minute.  A new request replaces the previous one.  Any thread may call all functions.
 class SoundThread {
 public:
-    /// Starts the thread, which owns a reference to the object until End.
+    /// Creates the object and starts its thread, which shares the ownership of the object until the thread
+    /// ends.
     static std::shared_ptr<SoundThread> Start();
 
     /// Stops the current sound and plays the file from its start, or nothing if the path is empty.
@@ -30,7 +31,7 @@ private:
 
     std::mutex mutex_;  ///< guards all members below
     std::condition_variable changed_;
-    std::optional<std::filesystem::path> wanted_;  ///< empty if the thread has taken the last request
+    std::optional<std::filesystem::path> wanted_;  ///< the request that the thread has not yet taken, if any
     bool ending_ = false;
     bool ended_ = false;
 };

@@ -7,7 +7,7 @@ namespace tallyhorn {
 
 SystemError LastSystemError() {
     const int number = errno;
-    // Unlike those of strerror, these texts are not translated, and so are ASCII.
+    // These texts, unlike those of strerror, are not translated, and are therefore ASCII.
     const char* const text = strerrordesc_np(number);
     return {number, text != nullptr ? text : "Unknown error"};
 }

@@ -45,7 +45,8 @@ private:
     static constexpr int Wake = SIGUSR1;
 
     sigset_t signals_{};
-    /// Set by Stop before it sends Wake, because other processes can send that signal too.
+    /// Set by Stop before it sends Wake; without it, the same signal from another process would end the
+    /// thread.
     std::atomic<bool> stopping_{false};
     std::thread thread_;
 };

@@ -18,8 +18,8 @@ struct WaveSamples {
 std::uint32_t FrameSize(const WaveSamples& wave);
 
 /// Reads an uncompressed wave file with samples of 8, 16 or 32 bits, one or two channels and 4,000 to 192,000
-/// frames per second.  Returns nothing for any other file: the sound server is not given a format that it
-/// might not handle.
+/// frames per second.  Returns nothing for any other file, so that the sound server never receives a format
+/// that it might not support.
 std::optional<WaveSamples> ReadWave(std::string_view file);
 
 }  // namespace tallyhorn

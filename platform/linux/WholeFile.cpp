@@ -13,7 +13,7 @@
 namespace tallyhorn {
 namespace {
 
-/// The bytes to read at once if the file is longer than its size was.
+/// The number of bytes to read at a time after the file has proved longer than its reported size.
 constexpr std::size_t MoreRoom = 65536;
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns an empty text if the ANSI code page lacks one of the characters.
+/// Converts to the ANSI code page.  Returns an empty text if that lacks one of the characters.
 std::string ToAnsi(const std::wstring& text) {
     const int size = static_cast<int>(text.size());
     BOOL lacking = FALSE;
@@ -62,7 +62,7 @@ std::string NarrowPath(const std::filesystem::path& path) {
         return Utf8FromPath(path);
     if (std::string ansi = ToAnsi(path.wstring()); !ansi.empty())
         return ansi;
-    // Only the folder has a short name: the file may not exist yet.
+    // Only the folder is replaced by its short name, since the file may not exist yet.
     const std::filesystem::path folder = ShortName(path.parent_path());
     return folder.empty() ? Utf8FromPath(path) : ToAnsi((folder / path.filename()).wstring());
 }

@@ -20,7 +20,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Owns one reference to the socket library, which counts them.  Each socket needs one.  Safe in any thread.
+/// Owns one reference to the socket library, which is in use while references to it exist.  Each socket needs
+/// one.  Safe in any thread.
 class SocketLibrary {
 public:
     SocketLibrary() {
@@ -129,12 +130,12 @@ OwnedSocket Bind(std::uint16_t port) {
 }
 
 /// Owns a bound socket, and a pump thread that moves datagrams from it into the inbox at once, since the
-/// receive buffer of a socket is small.  For the reader's thread.
+/// receive buffer of a socket is small.  Only the reader's thread may use it.
 class WindowsDatagramReceiver final : public DatagramReceiver {
 public:
     WindowsDatagramReceiver(OwnedSocket socket, std::function<void()> wake)
         : socket_(std::move(socket)), inbox_(MostWaiting, std::move(wake)) {
-        // Addresses of IPv4 and IPv6 have the port at the same offset.
+        // IPv4 and IPv6 addresses have the port at the same offset.
         sockaddr_in6 address{};
         int size = sizeof address;
         getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
@@ -144,7 +145,7 @@ public:
     WindowsDatagramReceiver(const WindowsDatagramReceiver&) = delete;
     WindowsDatagramReceiver& operator=(const WindowsDatagramReceiver&) = delete;
 
-    /// Starts the pump thread.  Returns false if an event object could not be created.
+    /// Starts the pump thread.  Returns false if an event object could not be created or used for the socket.
     bool Start() {
         if (!stop_ || !readable_ || WSAEventSelect(socket_.Get(), readable_.Get(), FD_READ) != 0)
             return false;
@@ -172,8 +173,8 @@ private:
             if (!Drain())
                 break;
         }
-        // Takes over what the socket still holds, but within limits, so that a flood cannot keep the thread
-        // running.
+        // Takes the datagrams that the socket still holds, but within limits, so that a flood cannot keep the
+        // thread running.
         const auto end = std::chrono::steady_clock::now() + LongestStop;
         for (std::size_t i = 0; i < LastDatagrams && std::chrono::steady_clock::now() < end; ++i) {
             if (TakeOne() == WSAEWOULDBLOCK)
@@ -187,7 +188,7 @@ private:
             const int error = TakeOne();
             if (error == WSAEWOULDBLOCK)
                 return true;
-            // Other errors may pass.
+            // Other errors may be temporary.
             constexpr DWORD ErrorDelayMilliseconds = 10;
             if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : ErrorDelayMilliseconds) == WAIT_OBJECT_0)
                 return false;
@@ -232,7 +233,7 @@ bool IsRefusal(int error) {
     return error == WSAECONNRESET || error == WSAECONNREFUSED;
 }
 
-/// Owns a connected socket: only for those does the system report ICMP errors.
+/// Owns a connected socket.  The system reports ICMP errors only for connected sockets.
 class WindowsDatagramSender final : public DatagramSender {
 public:
     explicit WindowsDatagramSender(OwnedSocket socket) : socket_(std::move(socket)) {}
@@ -250,7 +251,8 @@ public:
     }
 
 private:
-    /// Windows reports an ICMP error only to a receive call.
+    /// Tries to receive, since Windows reports an ICMP error only to a receive call.  Returns the error, or
+    /// 0.
     int ReadError() const {
         u_long unblocked = 1;
         u_long blocked = 0;
@@ -262,7 +264,7 @@ private:
         return error;
     }
 
-    /// Wine reports it as SO_ERROR.
+    /// Returns the value of SO_ERROR, in which Wine reports an ICMP error.
     int SocketError() const {
         int error = 0;
         int size = sizeof error;
@@ -282,7 +284,7 @@ private:
     bool refused_ = false;
 };
 
-/// Owns a reference to the socket library, which resolving names needs.
+/// Owns a reference to the socket library, because Resolve needs one before any socket exists.
 class WindowsDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
@@ -292,7 +294,8 @@ public:
         if (!bound)
             return nullptr;
         bound.Set(SOL_SOCKET, SO_RCVBUF, int{64 << 20});
-        // Otherwise recvfrom would fail whenever an ICMP error arrives for a datagram sent from this port.
+        // Without this, recvfrom would fail whenever an ICMP error arrives for a datagram that was sent from
+        // this port.
         DWORD done = 0;
         BOOL off = FALSE;
         WSAIoctl(bound.Get(), SIO_UDP_CONNRESET, &off, sizeof off, nullptr, 0, &done, nullptr, nullptr);

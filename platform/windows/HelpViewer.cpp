@@ -22,8 +22,8 @@ bool IsThere(const std::filesystem::path& file) {
     return std::filesystem::is_regular_file(file, error);
 }
 
-/// Returns null if the viewer is not installed; it is optional, and therefore loaded at run time.  The
-/// library is never unloaded, since its window may be open.
+/// Loads the viewer of HTML help at run time, since not every Windows has it installed.  Returns null if it
+/// is not installed.  Never unloads its library, since the viewer's window may be open.
 HtmlHelpFunction FindHtmlHelp() {
     const HMODULE library = LoadLibraryExA("hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     if (library == nullptr)

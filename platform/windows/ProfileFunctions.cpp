@@ -12,7 +12,6 @@
 namespace tallyhorn {
 namespace {
 
-/// Calls the functions of Windows.
 class WindowsProfileFunctions final : public ProfileFunctions {
 public:
     std::uint32_t GetPrivateProfileString(const char* section, const char* key, const char* defaultText,

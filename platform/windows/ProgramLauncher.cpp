@@ -15,7 +15,8 @@
 namespace tallyhorn {
 namespace {
 
-constexpr DWORD ElevationRequired = 740;  // missing in the headers of some compilers
+constexpr DWORD ElevationRequired =
+    740;  // ERROR_ELEVATION_REQUIRED, which the headers of some compilers lack
 
 std::string EnvironmentPath() {
     std::vector<char> value(GetEnvironmentVariableA("PATH", nullptr, 0));
@@ -78,7 +79,7 @@ bool StartElevated(const std::string& file, const std::string& arguments) {
     return ShellExecuteExA(&start) != 0;
 }
 
-/// Joins the arguments, each up to its first NUL, to the end of a command line.
+/// Returns the end of a command line: the arguments in quotes, each up to its first NUL.
 std::string JoinQuoted(std::span<const std::string> arguments) {
     std::string line;
     for (const std::string& argument : arguments) {

@@ -35,7 +35,7 @@ public:
         return true;
     }
 
-    /// Closes the device, which is not used again even if that fails.
+    /// Closes the device.  Even if that fails, the device is not used again.
     bool Close() override {
         MCI_GENERIC_PARMS close{};
         const bool closed = device_ == 0 || Send(MCI_CLOSE, 0, &close);

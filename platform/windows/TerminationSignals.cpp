@@ -12,12 +12,12 @@ namespace tallyhorn {
 namespace {
 
 constexpr const wchar_t* ClassName = L"TallyhornSessionEnd";
-/// WM_CLOSE is not used, since a program that closes others, such as taskkill, sends it to every window, and
-/// the user may then choose not to close the console.
+/// The message that ends the thread.  WM_CLOSE is not used for that, since programs such as taskkill send it
+/// to every window, and the user may then choose to keep the console open.
 constexpr UINT StopListening = WM_APP;
 
-/// Owns a hidden window, and a thread for it, that receives WM_ENDSESSION.  Windows ends the process as soon
-/// as all its windows have handled that message, and this window does so only when Stop is called.
+/// Owns a hidden window, and a thread for it, that receives WM_ENDSESSION. Windows ends the process when all
+/// its windows have handled that message; this window finishes handling it only when Stop is called.
 class SessionEnd final : public TerminationSignals {
 public:
     SessionEnd() = default;
@@ -84,8 +84,8 @@ private:
         return TRUE;
     }
 
-    /// Calls `ended_` and waits for Stop.  Meanwhile handles sent messages, since a program that sends one to
-    /// all windows would hang otherwise, this one included.
+    /// Calls `ended_` and waits for Stop.  Meanwhile handles sent messages; otherwise any program, including
+    /// this one, that sends a message to all windows would hang.
     void End() {
         ended_();
         const HANDLE done = done_.Get();

@@ -10,8 +10,9 @@
 namespace tallyhorn {
 namespace {
 
-/// Owns the mailslot and a queue of the texts taken out of it.  GetInfo moves all waiting texts to the queue
-/// and counts them there, since not every system counts them correctly, and so that senders get room.
+/// Owns the mailslot and a queue of the texts taken out of it.  GetInfo moves the waiting texts to the queue,
+/// so that senders have room, and counts them there, since not every system counts the texts in a mailslot
+/// correctly.
 class WindowsMailslotServer final : public MailslotServer {
 public:
     WindowsMailslotServer(HANDLE handle, std::size_t maximumSize)
@@ -29,7 +30,8 @@ public:
     bool Read(std::span<char> buffer, std::size_t& read) override { return queue_.Read(buffer, read); }
 
 private:
-    /// More than a reader handles at once.  Without a limit, a fast sender would keep GetInfo from returning.
+    /// The limit of texts in the queue.  It is higher than the number that a reader handles at once.  Without
+    /// a limit, GetInfo would not return while a fast sender sends.
     static constexpr std::size_t TakenAhead = 40'000;
 
     /// Moves waiting texts to the queue, up to TakenAhead.  Returns false if the mailslot cannot be queried
@@ -47,8 +49,8 @@ private:
         return true;
     }
 
-    /// Moves one text of `size` bytes to the queue.  No text is longer than the mailslot's maximum: writing a
-    /// longer one fails, and Wine cuts it.
+    /// Moves one text of `size` bytes to the queue.  No text is longer than the mailslot's maximum: on
+    /// Windows, writing a longer one fails, and Wine cuts it.
     bool TakeOne(DWORD size) {
         DWORD read = 0;
         const BOOL done =
@@ -67,8 +69,8 @@ private:
     DatagramQueue queue_;
 };
 
-/// Owns the handle that writes to one mailslot.  Windows itself refuses texts that are longer than its
-/// maximum.
+/// Owns the handle that writes to one mailslot.  Windows itself refuses texts that are longer than the
+/// mailslot's maximum.
 class WindowsMailslotClient final : public MailslotClient {
 public:
     explicit WindowsMailslotClient(HANDLE handle) : handle_(handle) {}
@@ -85,7 +87,6 @@ private:
     const OwnedHandle handle_;
 };
 
-/// The mailslots of Windows.
 class WindowsMailslotTransport final : public MailslotTransport {
 public:
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override {

@@ -21,8 +21,8 @@ std::wstring FinalPath(HANDLE file) {
     return path;
 }
 
-/// Returns a path in the same folder, since a rename cannot move a file to another volume.  The name is
-/// short, so that the path is not too long if `path` is not.
+/// Returns a path in the folder of `path`, since a rename cannot move a file to another volume.  The name is
+/// short, so that the result does not exceed the system's limit for paths.
 std::wstring TemporaryName(const std::wstring& path) {
     static std::atomic<unsigned> count{0};
     const std::size_t separator = path.find_last_of(L"\\/:");
@@ -64,7 +64,7 @@ std::optional<SystemError> WindowsReplacementFile::FindTarget(const std::filesys
     return std::nullopt;
 }
 
-/// Creates the file with an unused name.  Some names may be in use since a crash.
+/// Creates the file with an unused name.  Files with some of the names may be left over from a crash.
 std::optional<SystemError> WindowsReplacementFile::CreateTemporary() {
     for (int i = 0; i < MostAttempts; ++i) {
         const std::wstring name = TemporaryName(target_);
@@ -96,7 +96,8 @@ std::optional<SystemError> WindowsReplacementFile::TakePlace() {
     if (FlushFileBuffers(file_->Get()) == 0)
         return LastSystemError();
     file_->Close();
-    // ReplaceFile keeps the permissions of the old file.  File systems that do not support it get a rename.
+    // ReplaceFile keeps the permissions of the old file.  On file systems that do not support ReplaceFile, a
+    // rename replaces the old file.
     constexpr DWORD Ignored = REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS;
     const bool replaced =
         exists_ && ReplaceFileW(target_.c_str(), temporary_.c_str(), nullptr, Ignored, nullptr, nullptr) != 0;

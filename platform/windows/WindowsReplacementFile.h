@@ -11,8 +11,8 @@
 
 namespace tallyhorn {
 
-/// Owns a temporary file that replaces another file when it is finished without a failure, and removes it
-/// otherwise.  For one thread at a time.
+/// Owns a temporary file.  Finish makes it replace another file if no call has failed; otherwise the
+/// destructor removes it.  For one thread at a time.
 class WindowsReplacementFile final : public OutputFile {
 public:
     WindowsReplacementFile() = default;
@@ -24,7 +24,7 @@ public:
     /// a writable regular file, or not exist.
     std::optional<SystemError> Begin(const std::filesystem::path& path);
     std::optional<SystemError> Write(std::string_view bytes) override;
-    /// Replaces the old file when all bytes are on the disk, and keeps its permissions.
+    /// Waits until all bytes are on the disk, and replaces the old file, whose permissions the new file gets.
     std::optional<SystemError> Finish() override;
 
 private:

@@ -283,8 +283,9 @@ void Console::ShutDown() {
 
 /// Lets the window's entry in the task bar flash too, unless the window is hidden and has none.
 void Console::StartFlash() {
-    // During the start the window is invisible only because it has not been shown yet.
-    if (gate_.Is(Gate::State::Starting))
+    // During the start the window is invisible only because it has not been shown yet, and if the session
+    // ends then, the icon was never added.
+    if (gate_.Is(Gate::State::Starting) || gate_.Is(Gate::State::Closing))
         return;
     tray_->StartFlash();
     if (!hiding_.IsHidden())

@@ -24,7 +24,10 @@ DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
 /// A batch whose datagrams without a date are dated at its beginning.
 class SyslogEndpoint::Batch {
 public:
-    explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.TheGate()) { endpoint.LookAtTheTime(); }
+    explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.TheGate()) {
+        endpoint.LookAtTheTime();
+        endpoint.flashStarted_ = false;
+    }
 
 private:
     Gate::Batch batch_;
@@ -140,9 +143,12 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
     ++receivedCount_;
     if (!IsAlarmNotification(message))
         return;
-    // Before the filters: a suppressed notification makes the icon flash too.
-    if (!parts_.Display.IsVisible())
+    // Called before the filters, because a suppressed notification makes the icon flash too.  One call for
+    // each batch is enough: each call may also ask the desktop to mark the window's entry in the task bar.
+    if (!flashStarted_ && !parts_.Display.IsVisible()) {
+        flashStarted_ = true;
         parts_.Signals.StartFlash();
+    }
     // Drops NULs, which the backup file could not hold.
     if (message.find('\0') != std::string_view::npos) {
         withoutNuls_ = message;

@@ -61,6 +61,7 @@ private:
     DatagramLosses lostBefore_;  ///< at the UDP ports that were open earlier
     std::string toolTip_;
     std::string withoutNuls_;
+    bool flashStarted_ = false;  ///< in the current batch
 };
 
 }  // namespace tallyhorn

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <tuple>
 
 #include "records/EventTypes.h"
@@ -34,14 +35,14 @@ constexpr std::array<std::uint64_t, KnownTypeCount> TypeRanks = {2, 4, 0, 1, 3};
 void ConsolidatedTree::AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm) {
     const MessageRow& row = rows_[slot];
     if (!IsKnown(row.Type))
-        leafless_.emplace(slot, 0);
+        leafless_.insert(slot);
     else
         Add({slot, leaves_.AddHead(alarm), FindComputer(row)});
 }
 
 void ConsolidatedTree::NoteMessage(Slot slot, const AlarmRecord& alarm) {
     if (!IsKnown(rows_[slot].Type))
-        leafless_.emplace(slot, 0);
+        leafless_.insert(slot);
     else
         noted_.push_back({slot, leaves_.AddHead(alarm)});
 }
@@ -65,12 +66,7 @@ void ConsolidatedTree::Add(const Noted& message) {
         ++each.Count;
         each.Form = each.Count == 1 ? TreeGroup::CountForm::One : TreeGroup::CountForm::Many;
     });
-    if (groups_[group].Level == TreeLevel::Computer) {
-        AddLeaf(group, message.Message, message.Head);
-    } else {
-        leaves_.ReleaseHead(message.Head);
-        leafless_.emplace(message.Message, group);
-    }
+    AddLeaf(group, message.Message, message.Head);
 }
 
 /// Returns the group of the row's computer, or 0 if there is none.
@@ -78,22 +74,17 @@ GroupId ConsolidatedTree::FindComputer(const MessageRow& row) const {
     return groups_.FindComputer(row.Texts[AlarmText], row.Type, row.Texts[ComputerText]);
 }
 
-/// Returns the message's computer, or the lowest group above it if the next group's key is taken.
 GroupId ConsolidatedTree::FindOrAddGroups(const MessageRow& row) {
     GroupId group = 0;
     for (const GroupLabel label :
          {row.Texts[AlarmText], static_cast<GroupLabel>(row.Type), row.Texts[ComputerText]}) {
         const GroupId found = groups_.Find(group, label);
-        const GroupId below = found != 0 ? found : AddGroup(group, label, row.Type);
-        if (below == 0)
-            return group;
-        group = below;
+        group = found != 0 ? found : AddGroup(group, label, row.Type);
     }
     return group;
 }
 
-/// Adds a group without leaves and returns its number; adds nothing and returns 0 if another group has its
-/// key.
+/// Adds a group without leaves and returns its number.
 GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType type) {
     TreeGroup group;
     group.Parent = parent;
@@ -103,8 +94,6 @@ GroupId ConsolidatedTree::AddGroup(GroupId parent, GroupLabel name, EventType ty
     if (parent != 0)
         group.KeyNumber = static_cast<std::uint32_t>(nodes_.Rank(groups_[parent].NodeIndex));
     const GroupId id = groups_.Add(std::move(group));
-    if (id == 0)
-        return 0;
     groups_[id].NodeIndex = nodes_.Add();
     groups_[parent].Children.Insert(GroupEntry(id), RuleBelow(groups_[parent]));
     return id;
@@ -129,8 +118,8 @@ void ConsolidatedTree::RemoveLeaves(std::span<const Slot> slots) {
     for (const Slot slot : slots) {
         if (HasLeaf(slot))
             places.push_back({leaves_[slot].Computer, PositionOf(TreeNode::Leaf(slot))});
-        else if (const GroupId group = ForgetLeafless(slot); group != 0)
-            groups.push_back(group);
+        else
+            leafless_.erase(slot);
     }
     TakeChildren(std::move(places), [&](GroupId computer, const std::vector<Slot>& gone) {
         ForgetLeaves(computer, gone);
@@ -163,25 +152,8 @@ void ConsolidatedTree::ForgetLeaves(GroupId computer, const std::vector<Slot>& g
         nodes_.Remove(leaves_[slot].NodeIndex);
         leaves_.Remove(slot);
     }
-    Discount(computer, gone.size());
-}
-
-/// Forgets a row that has no leaf.  Returns the lowest group that counted the row, or 0 if none did.
-GroupId ConsolidatedTree::ForgetLeafless(Slot slot) {
-    const auto found = leafless_.find(slot);
-    if (found == leafless_.end())
-        return 0;
-    const GroupId group = found->second;
-    leafless_.erase(found);
-    if (group != 0) {
-        Discount(group, 1);
-    }
-    return group;
-}
-
-void ConsolidatedTree::Discount(GroupId group, std::size_t gone) {
-    groups_.ForEachUpwards(group, [gone](TreeGroup& each) {
-        each.Count -= static_cast<std::uint32_t>(gone);
+    groups_.ForEachUpwards(computer, [&gone](TreeGroup& each) {
+        each.Count -= static_cast<std::uint32_t>(gone.size());
         each.Form = TreeGroup::CountForm::AfterRemoval;
     });
 }
@@ -192,8 +164,7 @@ void ConsolidatedTree::RemoveEmptyGroups(std::vector<GroupId> candidates) {
     while (!candidates.empty()) {
         std::vector<ChildPlace> places;
         for (const GroupId group : candidates) {
-            // A group with children is skipped.  It is examined again after its empty children were removed.
-            if (group != 0 && groups_[group].Count == 0 && groups_[group].Children.Size() == 0)
+            if (group != 0 && groups_[group].Count == 0)
                 places.push_back({groups_[group].Parent, PositionOf(TreeNode::Group(group))});
         }
         candidates.clear();
@@ -326,10 +297,9 @@ std::vector<Slot> ConsolidatedTree::SlotsUnder(TreeNode node) const {
     std::vector<Slot> slots;
     AppendLeaves(node.GroupId(), slots);
     const TreeGroup& group = groups_[node.GroupId()];
-    for (const auto& [slot, counted] : leafless_) {
-        if (Covers(group, slot))
-            slots.push_back(slot);
-    }
+    if (group.Level == TreeLevel::Alarm)
+        std::copy_if(leafless_.begin(), leafless_.end(), std::back_inserter(slots),
+                     [&](Slot slot) { return rows_[slot].Texts[AlarmText] == group.Name; });
     return slots;
 }
 
@@ -340,21 +310,6 @@ void ConsolidatedTree::AppendLeaves(GroupId id, std::vector<Slot>& slots) const 
             slots.push_back(static_cast<Slot>(entry.Id));
         else
             AppendLeaves(entry.Id, slots);
-    }
-}
-
-/// Returns whether a row without a leaf has the texts and type of the group and of all groups above it.
-bool ConsolidatedTree::Covers(const TreeGroup& group, Slot slot) const {
-    const MessageRow& row = rows_[slot];
-    switch (group.Level) {
-        case TreeLevel::Root:
-            return true;
-        case TreeLevel::Alarm:
-            return row.Texts[AlarmText] == group.Name;
-        case TreeLevel::Type:
-            return row.Type == group.Type && Covers(groups_[group.Parent], slot);
-        default:
-            return row.Texts[ComputerText] == group.Name && Covers(groups_[group.Parent], slot);
     }
 }
 

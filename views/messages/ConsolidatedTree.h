@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "records/AlarmRecord.h"
@@ -34,8 +34,7 @@ public:
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
     /// Adds the leaf of `slot` and the groups that it needs.  Its row was made from the same record.  A
-    /// message whose event type is none of the five gets no leaf.  compatibility: if a needed group's key is
-    /// taken, neither that group nor what belongs below it is made, but the groups above count the message.
+    /// message whose event type is none of the five gets no leaf.
     void AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm);
     /// Add many leaves in two steps: NoteMessage for each leaf, then AddNoted, which adds them in the order
     /// in which they were noted.  For 64 leaves at a time this is a fifth faster than
@@ -77,8 +76,8 @@ public:
     /// Returns "ALARM_name", "EVENT_number_type", "COMPUTER_number_name" or "FIELDS_slot_log".  The number is
     /// the parent's PositionInCollection when the group was made.  The first message, slot 0, makes the nodes
     /// 1 to 4: "ALARM_Disk", "EVENT_0001_error", "COMPUTER_0002_PC" and "FIELDS_0000_System".  If messages
-    /// before a group's parent are removed, the parent moves down, the key stays, and a later group may need
-    /// the same key.
+    /// before a group's parent are removed, the parent moves down and the key stays.  A later group that
+    /// would get the same key gets the next free number instead.
     std::string Key(TreeNode node) const;
     /// Returns the node's position among all existing nodes in the order in which they were made, from 1 on.
     std::size_t PositionInCollection(TreeNode node) const;
@@ -91,8 +90,7 @@ public:
     TreeNode SelectedNode() const { return selected_; }
     void SelectNode(TreeNode node) { selected_ = node; }
 
-    /// Returns, in no order, the slots of the rows that belong to the node by their texts and type: its
-    /// leaves, and rows that have no leaf.
+    /// Returns, in no order, the slots of the node's leaves and, for an alarm, of its rows without a leaf.
     std::vector<Slot> SlotsUnder(TreeNode node) const;
 
 private:
@@ -115,8 +113,6 @@ private:
     template <typename Taken>
     void TakeChildren(std::vector<ChildPlace> places, Taken taken);
     void ForgetLeaves(GroupId computer, const std::vector<Slot>& gone);
-    GroupId ForgetLeafless(Slot slot);
-    void Discount(GroupId group, std::size_t gone);
     void RemoveEmptyGroups(std::vector<GroupId> candidates);
     void ForgetGroup(GroupId group);
     void CompactNodes();
@@ -126,13 +122,11 @@ private:
     RowOrder::TieBreak TieBreakBelow(const TreeGroup& parent) const;
 
     void AppendLeaves(GroupId group, std::vector<Slot>& slots) const;
-    bool Covers(const TreeGroup& group, Slot slot) const;
 
     const MessageRows& rows_;
     TreeGroups groups_;
     TreeLeaves leaves_{rows_};
-    /// Rows without a leaf, with the lowest group that counts them, 0 for none.
-    std::unordered_map<Slot, GroupId> leafless_;
+    std::unordered_set<Slot> leafless_;  ///< rows whose event type is none of the five
     std::vector<Noted> noted_;
     RankBitmap nodes_;
     TreeNode selected_;

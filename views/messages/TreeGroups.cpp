@@ -8,8 +8,8 @@
 namespace tallyhorn {
 namespace {
 
-std::uint64_t LabelKey(std::uint32_t number, GroupLabel name) {
-    return (std::uint64_t{number} << 32U) | name;
+std::uint64_t LabelKey(GroupId parent, GroupLabel name) {
+    return (std::uint64_t{parent} << 32U) | name;
 }
 
 std::string FourDigits(std::uint32_t number) {
@@ -80,9 +80,8 @@ std::uint64_t TreeGroups::PathKeyOf(const TreeGroup& computer) const {
 }
 
 GroupId TreeGroups::Add(TreeGroup group) {
-    if (group.Level != TreeLevel::Alarm &&
-        !KeysOf(group.Level).insert(LabelKey(group.KeyNumber, group.Name)).second)
-        return 0;
+    if (group.Level != TreeLevel::Alarm)
+        group.KeyNumber = NumbersOf(group.Level).Take(group.Name, group.KeyNumber);
     auto id = static_cast<GroupId>(groups_.Size());
     if (free_.empty()) {
         groups_.GrowTo(groups_.Size() + 1);
@@ -104,7 +103,7 @@ void TreeGroups::Remove(GroupId id) {
     if (group.Level == TreeLevel::Computer)
         computerByPath_.erase(PathKeyOf(group));
     if (group.Level != TreeLevel::Alarm)
-        KeysOf(group.Level).erase(LabelKey(group.KeyNumber, group.Name));
+        NumbersOf(group.Level).Release(group.Name, group.KeyNumber);
     group = TreeGroup();
     free_.push_back(id);
 }
@@ -116,8 +115,8 @@ void TreeGroups::Clear() {
     free_.clear();
     byLabel_.clear();
     computerByPath_.clear();
-    typeKeys_.clear();
-    computerKeys_.clear();
+    typeNumbers_.Clear();
+    computerNumbers_.Clear();
 }
 
 }  // namespace tallyhorn

@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "records/EventTypes.h"
 #include "records/SeededHash.h"
 #include "views/messages/ChunkedArray.h"
+#include "views/messages/KeyNumbers.h"
 #include "views/messages/RankBitmap.h"
 #include "views/messages/RowOrder.h"
 #include "views/messages/TreeNode.h"
@@ -54,7 +54,8 @@ public:
     /// Returns the computer's group by the labels of all three levels; 0 if there is none.
     GroupId FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const;
 
-    /// Adds the group and returns its number; 0 if another type or computer has the same KeyNumber and name.
+    /// Adds the group and returns its number.  If another type or computer of that name has its KeyNumber,
+    /// the group gets the next free one.
     GroupId Add(TreeGroup group);
     void Remove(GroupId id);
     /// Removes all groups except the root.
@@ -71,20 +72,21 @@ public:
     }
 
 private:
-    using Keys = std::unordered_set<std::uint64_t, SeededHash>;
     using Map = std::unordered_map<std::uint64_t, GroupId, SeededHash>;
 
     static GroupId Look(const Map& map, std::uint64_t key);
     static std::uint64_t PathKey(GroupLabel alarm, EventType type, GroupLabel computer);
     std::uint64_t PathKeyOf(const TreeGroup& computer) const;
-    Keys& KeysOf(TreeLevel level) { return level == TreeLevel::Type ? typeKeys_ : computerKeys_; }
+    KeyNumbers& NumbersOf(TreeLevel level) {
+        return level == TreeLevel::Type ? typeNumbers_ : computerNumbers_;
+    }
 
     ChunkedArray<TreeGroup> groups_;
     std::vector<GroupId> free_;
     Map byLabel_;
     Map computerByPath_;
-    Keys typeKeys_;
-    Keys computerKeys_;
+    KeyNumbers typeNumbers_;
+    KeyNumbers computerNumbers_;
 };
 
 /// Returns the group's name and its count, such as "Disk full ( 1 Event )" or "Warning ( 12 Events )".

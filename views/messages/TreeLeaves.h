@@ -34,7 +34,6 @@ public:
 
     /// Returns the text before the date, with one user more, for a leaf that is about to be added.
     TextId AddHead(const AlarmRecord& alarm);
-    void ReleaseHead(TextId head) { heads_.Release(head); }
 
     /// Adds a leaf; `leaf.Head` is from AddHead and is released with the leaf.
     void Add(Slot slot, const TreeLeaf& leaf);

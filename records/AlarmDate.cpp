@@ -22,7 +22,7 @@ class DateReader {
 public:
     explicit DateReader(std::string_view text) : next_(text.data()), end_(text.data() + text.size()) {}
 
-    /// CR and LF count as the end of the text.
+    /// The text ends at its first CR or LF.
     bool AtEnd() const { return next_ == end_ || *next_ == '\r' || *next_ == '\n'; }
 
     bool SkipBlanks() {
@@ -60,7 +60,7 @@ public:
         return true;
     }
 
-    /// Takes "AM" or "PM" in either case, and after a blank also "A" or "P".
+    /// Takes "AM" or "PM", in upper or lower case; after a blank also takes "A" or "P".
     bool TakeHalfDay(bool afterBlank, bool& afternoon) {
         if (next_ == end_ || (ToUpper(*next_) != 'A' && ToUpper(*next_) != 'P'))
             return false;
@@ -90,8 +90,8 @@ int FullYear(Number year) {
     return year.Digits == 4 ? year.Value : YearOfTwoDigits(year.Value);
 }
 
-/// Accepts month/day/year, day/month/year if the first number is over 12, and year/month/day if the first
-/// number has four digits.
+/// Accepts year/month/day if the first number has four digits, day/month/year if it is over 12, and otherwise
+/// month/day/year.
 bool ReadDay(DateReader& reader, CivilDateTime& parts) {
     std::array<Number, 3> numbers;
     char separator = 0;
@@ -143,7 +143,7 @@ public:
         Add(static_cast<char>('0' + number / 10 % 10));
         Add(static_cast<char>('0' + number % 10));
     }
-    /// Adds a number below 100 without a leading zero.
+    /// Adds a number from 0 to 99 without a leading zero.
     void Add(int number) {
         if (number >= 10)
             Add(static_cast<char>('0' + number / 10));

@@ -9,8 +9,8 @@
 
 namespace tallyhorn {
 
-/// A moment in whole seconds of local time, as notifications contain it: it has no time zone.  Valid for the
-/// years 100 to 9999.
+/// A moment in whole seconds of local time, without a time zone, because notifications contain none.  Valid
+/// for the years 100 to 9999.
 struct AlarmDate {
     /// Seconds since 1970-01-01 00:00:00 local time; negative for earlier moments.
     std::int64_t Seconds = DefaultSeconds;
@@ -18,7 +18,7 @@ struct AlarmDate {
     /// The value of a date that was never set: 1899-12-30 00:00, which is 0 in the filter file.
     static constexpr std::int64_t DefaultSeconds = -25569LL * 86400;
 
-    /// Returns the whole days since 1970-01-01, rounded down: -1 for 1969-12-31 at any time of day.
+    /// Returns the number of days since 1970-01-01, rounded down: -1 for 1969-12-31 at any time of day.
     std::int64_t Day() const { return (Seconds < 0 ? Seconds - 86399 : Seconds) / 86400; }
 
     auto operator<=>(const AlarmDate&) const = default;
@@ -36,7 +36,8 @@ struct CivilDateTime {
     bool operator==(const CivilDateTime&) const = default;
 };
 
-/// Returns nothing if a field is out of range: years run from 100 to 9999, and the month must have the day.
+/// Returns nothing if a field is out of range: years run from 100 to 9999, and the day must exist in the
+/// month.
 std::optional<AlarmDate> MakeAlarmDate(const CivilDateTime& parts);
 CivilDateTime SplitAlarmDate(AlarmDate date);
 
@@ -51,21 +52,21 @@ constexpr int YearOfTwoDigits(int digits) {
 }
 
 /// Reads a date in US English form into `date`; docs/decisions.md lists the accepted forms.  The text ends at
-/// its first CR or LF.  Returns false and leaves `date` unchanged unless all of the text up to there is a
+/// its first CR or LF. Returns false and leaves `date` unchanged unless the whole text up to that end is a
 /// date.
 bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 
 /// Appends the date as `M/d/yyyy h:mm:ss AM/PM`, or as `M/d/yyyy` if its time is 00:00:00.  ReadAlarmDate
-/// reads both.
+/// accepts both forms.
 void AppendGeneralDate(std::string& text, AlarmDate date);
 
-/// Returns the days since 1899-12-30 with the time of day as fraction, the form of dates in the filter file.
-/// Compatibility: in a negative number, too, the fraction counts forward from midnight, so -1.25 is
-/// 1899-12-29 06:00.  Filter files contain such dates.
+/// Returns the days since 1899-12-30 with the time of day as fraction, as the filter file stores dates.
+/// Compatibility: the fraction counts forward from midnight even in a negative number, so -1.25 is 1899-12-29
+/// 06:00, because existing filter files contain such dates.
 double DaysFromAlarmDate(AlarmDate date);
 
 /// Converts `days`, in the form that DaysFromAlarmDate returns, to milliseconds since 1970-01-01, rounded and
-/// clamped to the limits of the type.  Returns nothing for a NaN.
+/// clamped to the limits of 64 bits.  Returns nothing for a NaN.
 std::optional<std::int64_t> MillisecondsFromDays(double days);
 
 }  // namespace tallyhorn

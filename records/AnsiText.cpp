@@ -37,7 +37,8 @@ constexpr std::array<char, Bytes> LowerTable = MakeLowerTable();
 static_assert(UpperTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 static_assert(LowerTable[MultiplicationSign] == static_cast<char>(MultiplicationSign));
 
-/// Compares the fraction with these digits to one half: returns 1 if it is larger, 0 if equal, -1 if smaller.
+/// Compares the decimal fraction that has these digits with one half.  Returns 1 if it is larger, 0 if both
+/// are equal, and -1 if it is smaller.
 int CompareWithHalf(std::string_view digits) {
     if (digits.empty() || digits.front() < '5')
         return -1;
@@ -48,8 +49,8 @@ int CompareWithHalf(std::string_view digits) {
 
 constexpr std::size_t WordSize = sizeof(std::uint64_t);
 
-/// Writes eight bytes in upper case, in one step if all are ASCII, as in nearly all names of accounts and
-/// computers.  Every notification has such names.
+/// Writes eight bytes in upper case.  If all are ASCII, it does so in one step: every notification contains
+/// the names of an account and a computer, and nearly all such names are ASCII.
 void UpperCaseWord(const char* from, char* to) {
     constexpr std::uint64_t Each = 0x0101010101010101U;
     constexpr std::uint64_t HighBits = Each * 0x80U;
@@ -59,8 +60,8 @@ void UpperCaseWord(const char* from, char* to) {
         std::transform(from, from + WordSize, to, ToUpper);
         return;
     }
-    // Each addition sets the high bit of a byte that is at least "a", or above "z".  Shifted right by two,
-    // the high bit is 0x20, the difference between lower and upper case.
+    // The first addition sets the high bit of each byte that is at least "a", the second that of each byte
+    // above "z".  Shifted right by two, the high bit is 0x20, the difference between lower and upper case.
     const std::uint64_t fromA = word + Each * (0x80U - 'a');
     const std::uint64_t beyondZ = word + Each * (0x80U - 'z' - 1);
     word ^= (fromA & ~beyondZ & HighBits) >> 2U;
@@ -148,7 +149,7 @@ bool ReadInt32(std::string_view text, std::int32_t& number) {
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);
-    // The value stays at this limit for larger numbers, which the test at the end refuses.
+    // For larger numbers, the value stays at this limit, which the test at the end refuses.
     constexpr std::int64_t Beyond = std::int64_t{1} << 32U;
     std::int64_t value = 0;
     std::size_t digits = 0;

@@ -10,9 +10,9 @@
 namespace tallyhorn {
 
 // The console's texts are Windows-1252, one byte per character.  All 256 byte values are valid characters
-// here, those that Windows-1252 leaves undefined too, and no conversion loses one of them.
+// here, even those that Windows-1252 leaves undefined, and no conversion loses one of them.
 
-/// The upper-case character of each of the 256 bytes.
+/// The upper-case form of each of the 256 characters.
 inline constexpr std::array<char, 256> UpperTable = [] {
     constexpr std::size_t DivisionSign = 0xF7;
     std::array<char, 256> table{};
@@ -37,8 +37,8 @@ std::string UpperCase(std::string_view text);
 /// Sets `to` to `text` in upper case.  Allocates only if the capacity of `to` is too small.
 void AssignUpperCase(std::string& to, std::string_view text);
 
-/// Returns `text` without leading and trailing blanks.  Only 0x20 is a blank, here and below.  Inline because
-/// most fields have at most one blank to remove.
+/// Returns `text` without leading and trailing blanks.  Only 0x20 is a blank, here and in the functions
+/// below.  Inline because it is called for every field, and most fields have at most one blank to remove.
 inline std::string_view Trim(std::string_view text) {
     while (text.starts_with(' '))
         text.remove_prefix(1);
@@ -48,11 +48,11 @@ inline std::string_view Trim(std::string_view text) {
 }
 /// Returns `text` without any of its blanks.
 std::string RemoveBlanks(std::string_view text);
-/// Returns `text` without its NULs, and then without leading and trailing blanks.
+/// Removes the NULs from `text`, then its leading and trailing blanks.
 std::string StripNulls(std::string_view text);
 
-/// Compares the texts in upper case by their unsigned byte values.  Returns a number below 0 if `a` sorts
-/// first, 0 if both are equal, and above 0 otherwise.
+/// Compares the texts in upper case by their unsigned byte values.  Returns a negative number if `a` sorts
+/// first, 0 if both are equal, and a positive number if `b` sorts first.
 int CompareNoCase(std::string_view a, std::string_view b);
 
 /// Returns whether the character is one of the ten ASCII digits.
@@ -68,7 +68,7 @@ bool ReadInt32(std::string_view text, std::int32_t& number);
 /// Returns the Unicode character of a byte.  The five bytes that Windows-1252 leaves undefined become the
 /// control character with the same value.
 char16_t UnicodeFromAnsi(char character);
-/// Returns nothing if Windows-1252 does not contain the character.
+/// Returns the byte of the character, or nothing if Windows-1252 does not contain it.
 std::optional<char> AnsiFromUnicode(char32_t character);
 /// Converts UTF-8 to Windows-1252, with a "?" for each character that Windows-1252 does not contain and for
 /// each byte that is not valid UTF-8.

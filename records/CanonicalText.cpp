@@ -25,7 +25,8 @@ constexpr std::string_view DescriptionLabel = "\r\nDescription: \r\n";
 
 constexpr std::size_t LongestDate = std::string_view("12/31/9999 12:59:59 PM").size();
 constexpr std::size_t LongestNumber = std::string_view("-2147483648").size();
-/// The largest size of everything in a text that is neither a name nor the description.
+/// The largest total size of the labels, the date and the event id of a message text, without its other
+/// fields.
 constexpr std::size_t MostBesideFields = [] {
     std::size_t size = LongestDate + LongestNumber;
     for (const std::string_view label :
@@ -55,7 +56,7 @@ public:
         return true;
     }
 
-    /// Takes the text before the next `label`, and the label.
+    /// Removes the text before the next `label` and the label itself, and stores that text in `field`.
     bool TakeUntil(std::string_view label, std::string_view& field) {
         const std::size_t end = remaining_.find(label);
         if (end == std::string_view::npos)
@@ -65,7 +66,8 @@ public:
         return true;
     }
 
-    /// Takes the text before the next valid event id, the id, and the account's label that must follow it.
+    /// Removes the text before the next valid event id, the id, and the account's label, which must follow
+    /// the id.  Stores the text in `field` and the id in `number`.
     bool TakeUntilEventID(std::string_view& field, std::int32_t& number) {
         std::size_t end = remaining_.find(EventIDLabel);
         for (; end != std::string_view::npos; end = remaining_.find(EventIDLabel, end + 1)) {
@@ -82,7 +84,7 @@ public:
     std::string_view Remaining() const { return remaining_; }
 
 private:
-    /// Takes a number if it is written as std::to_string writes it: "042" and "+42" are not.
+    /// Takes a number only if it is written as std::to_string writes it, so neither "042" nor "+42".
     bool TakeNumber(std::int32_t& number) {
         const char* const end =
             std::from_chars(remaining_.data(), remaining_.data() + remaining_.size(), number).ptr;
@@ -124,15 +126,16 @@ auto FieldsBeforeDescription(Alarm& alarm) {
                       &alarm.Category,  &alarm.AccountName, &alarm.Computer};
 }
 
-/// Without a line feed, no field can contain a line that looks like a label.
+/// Returns whether any of these fields contains a line feed.  Without one, no field can contain a line that
+/// looks like a label.
 bool HoldsLineFeed(const AlarmRecord& alarm) {
     const auto fields = FieldsBeforeDescription(alarm);
     return std::any_of(fields.begin(), fields.end(),
                        [](const std::string* field) { return field->find('\n') != std::string::npos; });
 }
 
-/// Removes `excess` bytes: from the end of the description, and if that is empty, from the end of the longest
-/// other field, repeatedly.
+/// Removes `excess` bytes from the end of the description and, when that is empty, from the ends of the other
+/// fields, the longest first.
 void Shorten(AlarmRecord& alarm, std::size_t excess) {
     std::string* field = &alarm.Description;
     while (excess > 0) {
@@ -169,7 +172,7 @@ std::string BuildMessageText(const AlarmRecord& alarm) {
 
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm) {
     MessageFields fields;
-    // ReadAlarmDate would ignore everything after a line end.
+    // A line end in the date must be refused here, because ReadAlarmDate ignores everything after one.
     if (!CutMessageText(text, fields) || fields.Date.find_first_of("\r\n") != std::string_view::npos ||
         !ReadAlarmDate(fields.Date, alarm.DateTime))
         return false;
@@ -195,8 +198,8 @@ std::string SettleMessage(AlarmRecord& alarm) {
     }
     if (!HoldsLineFeed(alarm) && text.find('\0') == std::string::npos)
         return text;
-    // Reading may have changed the type.  Settling it again cannot change where the other fields begin and
-    // end, since labels are searched for in order.
+    // Reading may have changed the type.  Settling the type again cannot change where the other fields begin
+    // and end, since labels are searched for in order.
     if (!ReadMessageText(StripNulls(text), alarm))
         return text;
     SettleType(alarm);

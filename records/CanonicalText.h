@@ -8,8 +8,8 @@
 
 namespace tallyhorn {
 
-// The message text, in which the console keeps syslog notifications: ten labelled lines that end with CR LF.
-// The description begins on the line after its label:
+// The message text is the form in which the console keeps syslog notifications: ten labelled lines that end
+// with CR LF. The description begins on the line after its label:
 //
 //     Date: 8/21/2008 2:05:09 PM
 //     Alarm Name: Logon failed
@@ -23,18 +23,18 @@ std::string BuildMessageText(const AlarmRecord& alarm);
 /// Reads a message text into `alarm`.  Returns false and leaves `alarm` unchanged for any other text.
 ///
 /// Labels are searched for in their order, and a field ends at the first line that begins with the next
-/// label.  "EventID: " is accepted only if a number as BuildMessageText writes it and the line of the account
-/// follow.  Fields are neither trimmed nor converted.
+/// label.  "EventID: " is accepted only if a number, as BuildMessageText writes it, and then the line of the
+/// account follow.  Fields are neither trimmed nor converted.
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm);
 
-/// The largest size of a message text.  The backup writes a size with five digits; after a longer text,
-/// nothing in the file could be read back.  Datagrams are shorter than this, but fields that a record keeps
-/// from the datagram before can make the text longer.
+/// The largest size of a message text.  The backup file stores the size of each text in five digits; after a
+/// longer text, nothing in the file could be read back.  Datagrams are shorter than this, but a record can
+/// keep fields of the previous datagram, which can make the text longer.
 constexpr std::size_t LongestMessageText = 99'999;
 
 /// Returns the message text of `alarm` and changes `alarm` to the record that ReadMessageText reads from that
-/// text, so that a message looks the same before and after a restart.  Settling the result again changes
-/// nothing.
+/// text, so that a message looks the same before and after a restart.  Another call with the resulting
+/// `alarm` changes nothing.
 ///
 /// - The type becomes EventTypeDisplayName(EventTypeIconKey(type)).
 /// - NULs and trailing blanks of the description are removed, since the backup does not keep them.

@@ -18,7 +18,7 @@ void AppendPadded(std::string& text, int number, int digits) {
 }
 
 /// Appends the value of the placeholder at the start of `pattern`.  Returns the length of that placeholder,
-/// or 0 if there is none.
+/// or 0 if the pattern does not start with one.
 std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilDateTime& parts) {
     if (pattern.starts_with("AM/PM")) {
         text += parts.Hour < 12 ? "AM" : "PM";

@@ -26,23 +26,23 @@ std::string DateSeparator(std::string_view setting);
 /// Formats the date by `pattern`: `dd`, `MM`, `yyyy`, `h` (1 to 12), `nn` (minutes), `ss` and `AM/PM` are
 /// replaced; other characters are copied.
 ///
-/// Compatibility: the third character of the result, or the second if the third is a digit, then counts as
-/// the separator, and each occurrence of it becomes `separator`.  With the pattern "MM dd h" and the
-/// separator "-", "08 21 2" becomes "08-21-2".  This determines how a separator that is not
-/// exactly one character long is displayed.
+/// Compatibility: after that, the third character of the result, or the second if the third is a digit,
+/// counts as the old separator, and each occurrence of that character is replaced by `separator`.  With the
+/// pattern "MM dd h" and the separator "-", "08 21 2" becomes "08-21-2".  This determines what the user sees
+/// if the separator is not exactly one character long.
 std::string FormatAlarmDate(AlarmDate date, std::string_view pattern, std::string_view separator);
 
 /// Returns "Jan" to "Dec" for 1 to 12, in English on every system.
 const char* ShortMonthName(int month);
 
-/// Returns a number that orders dates as the texts of FormatAlarmDate are ordered: by the first number, the
-/// second, the year, then the hour as a text, so that "10:" to "12:" come before "1:".
+/// Returns a number by which dates sort as their displayed texts do: by the first number, the second number,
+/// the year, and then the hour as text, so that "10:" to "12:" come before "1:".
 std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst);
 
 /// Returns the minutes since 1970-01-01 00:00, with the seconds as fraction.
 double AlarmSortKey(AlarmDate date);
 
-/// Returns the sort key as text, with at least nine digits before the point and four after it, for example
+/// Returns AlarmSortKey as text, with at least nine digits before the point and four after it, for example
 /// "000000001.5000".
 std::string FormatSortKey(AlarmDate date);
 

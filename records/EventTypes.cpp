@@ -41,7 +41,8 @@ const TypeTexts* FindKeyNoCase(std::string_view text) {
     });
 }
 
-/// Finds a type in one of the two forms that nearly every notification has, without copying its text.
+/// Finds a type whose text is exactly a known DisplayName or Key, as in nearly every notification.  Does not
+/// copy the text.
 const TypeTexts* FindWritten(std::string_view text) {
     return FindBy([text](const TypeTexts& known) { return known.DisplayName == text || known.Key == text; });
 }

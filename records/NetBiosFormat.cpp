@@ -42,7 +42,7 @@ public:
         std::string_view line;
         return Next(line) && Value(line, value);
     }
-    /// Takes all remaining lines as one and sets `value` as NextValue does.
+    /// Sets `value` as NextValue does, but treats all remaining lines as one line.
     bool RemainingValue(std::string_view& value) const {
         return next_ <= text_.size() && Value(text_.substr(next_), value);
     }
@@ -68,12 +68,12 @@ private:
     }
 
     const std::string_view text_;
-    std::size_t next_ = 0;  ///< larger than the text's size after the last line
+    std::size_t next_ = 0;  ///< after the last line, larger than the text's size
 };
 
-/// Returns the 20 characters that contain the date.  A date of 21 or 22 characters, such as
-/// "12/21/2008 10:05:09 PM", continues behind them; the rest of the line is included if it can only be the
-/// end of "AM" or "PM".
+/// Returns the 20 characters that contain the date.  A date of 21 or 22 characters, such as "12/21/2008
+/// 10:05:09 PM", is longer; so the rest of the line is included if it consists only of blanks and letters of
+/// "AM" and "PM".
 std::string_view DateText(std::string_view text) {
     constexpr std::string_view MarkLetters = " AaMmPp";
     std::size_t end = DateLength;

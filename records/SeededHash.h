@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Hashes texts and numbers with a random seed that each process chooses at its start, so that a sender
+/// Hashes texts and numbers with a random seed, which each process chooses at its start so that a sender
 /// cannot construct notifications whose texts all have the same hash.
 class SeededHash {
 public:
@@ -44,7 +44,7 @@ private:
         return (a * b) ^ ((a >> 32U) * (b >> 32U) + (cross >> 32U) + (middle >> 32U));
 #endif
     }
-    /// Both factors depend on `hash`, and so on the seed.
+    /// Both factors depend on `hash` and therefore on the seed.
     static std::uint64_t Mix(std::uint64_t hash, std::uint64_t word) {
         constexpr std::uint64_t Odd = 0x9E3779B97F4A7C15U;
         return Fold(hash ^ word ^ Odd, (hash | 1U) + Odd);

@@ -22,7 +22,7 @@ bool IsDateSeparator(char character, char own) {
 }
 
 /// Splits a date into parts at its separators, from front to back.  `own` is the separator that this date
-/// uses beside the usual ones.
+/// uses besides "/", ":" and the blank.
 class DateParts {
 public:
     DateParts(std::string_view text, char own)
@@ -58,7 +58,7 @@ public:
     }
 
 private:
-    /// Returns true after the last part too.
+    /// Skips one separator, if there is one.  Returns whether the text was at a separator or at its end.
     bool SkipSeparator() {
         separated_ = next_ != end_ && IsDateSeparator(*next_, own_);
         next_ += separated_ ? 1 : 0;
@@ -72,10 +72,11 @@ private:
     const char* next_;
     const char* const end_;
     const char own_;         ///< never a digit
-    bool separated_ = true;  ///< whether a part follows, which may be empty
+    bool separated_ = true;  ///< whether another part follows; it may be empty
 };
 
-/// Reads hour, minute and second.  A missing hour becomes 24, a missing or wrong minute or second 0.
+/// Reads hour, minute and second.  A missing hour becomes NoHour; a missing or invalid minute or second
+/// becomes 0.
 void ReadTime(DateParts& parts, CivilDateTime& moment) {
     moment.Hour = NoHour;
     parts.Take(moment.Hour);
@@ -90,8 +91,8 @@ void ApplyMark(std::string_view mark, int& hour) {
     hour = (hour == 12 ? 0 : hour) + (afternoon ? 12 : 0);
 }
 
-/// Sets `date`; an hour out of range becomes 0.  Returns false and leaves `date` unchanged if there is no
-/// such day.
+/// Sets `date`, with hour 0 if the hour is out of range.  Returns false and leaves `date` unchanged if the
+/// day does not exist.
 bool SetDate(CivilDateTime moment, AlarmDate& date) {
     if (moment.Hour >= NoHour)
         moment.Hour = 0;
@@ -100,9 +101,9 @@ bool SetDate(CivilDateTime moment, AlarmDate& date) {
     return read.has_value();
 }
 
-/// Reads a date that begins with a year of four digits, then month and day.  A blank or "T" precedes the
-/// time. A fraction of a second and a time zone are ignored.  Returns false and leaves `date` unchanged if
-/// the text does not begin with such a day.
+/// Reads a date that begins with a year of four digits, then month and day.  The time follows after a blank
+/// or "T".  A fraction of a second and a time zone are ignored.  Returns false and leaves `date` unchanged if
+/// the text does not begin with a valid day in this form.
 bool ReadYearFirst(std::string_view text, AlarmDate& date) {
     const std::size_t dayEnd = std::min(text.find_first_of("Tt "), text.size());
     DateParts day(text.substr(0, dayEnd), text[YearLength]);
@@ -119,16 +120,17 @@ bool ReadYearFirst(std::string_view text, AlarmDate& date) {
     return SetDate(moment, date);
 }
 
-/// Reads a date that begins with month and day, or with day and month.  Its own separator is the character
-/// after the first number: its second character, or its third if the second is a digit.  Leaves `date`
-/// unchanged if the text does not begin with a day.
+/// Reads a date that begins with month and day, or with day and month.  The date's own separator is the
+/// character after its first one or two digits.  Leaves `date` unchanged if the text does not begin with a
+/// valid day.
 void ReadYearLast(std::string_view text, bool dayFirst, AlarmDate& date) {
     const std::size_t position = text.size() > 1 && IsDigit(text[1]) ? 2 : 1;
     if (position >= text.size())
         return;
     const char own = text[position];
     if (IsDigit(own)) {
-        // Compatibility: a third digit is the separator, in the whole date.  "0192192008" is 01/21/2008.
+        // Compatibility: if the third character is also a digit, that digit is the separator in the whole
+        // date: "0192192008" is 01/21/2008.
         std::string other(text);
         std::replace(other.begin(), other.end(), own, '/');
         ReadYearLast(other, dayFirst, date);
@@ -145,7 +147,8 @@ void ReadYearLast(std::string_view text, bool dayFirst, AlarmDate& date) {
     if (yearDigits == 2)
         moment.Year = YearOfTwoDigits(moment.Year);
     ReadTime(parts, moment);
-    // A seventh part may be AM or PM; with an eighth part, the hour is one of 24.
+    // After month, day, year, hour, minute and second, a seventh part may be AM or PM. If even more parts
+    // follow, the hour is taken as one of 24.
     std::string_view mark;
     if (parts.IsLast(mark))
         ApplyMark(mark, moment.Hour);
@@ -159,14 +162,14 @@ void ReadDatagramDate(std::string_view text, bool dayFirst, AlarmDate& date) {
         ReadYearLast(text, dayFirst, date);
 }
 
-/// Splits a datagram into its fields, from front to back.  The object is small and results are returned
-/// through references: passing either through memory costs more than the search.
+/// Splits a datagram into its fields, from front to back.  The object is kept small, and results are returned
+/// through references, because passing larger objects through memory costs more than the search.
 class DatagramFields {
 public:
     explicit DatagramFields(std::string_view text) : remaining_(text) {}
 
-    /// Takes everything up to the first text in parentheses and returns that text.  Takes nothing and returns
-    /// an empty text if there are no parentheses.
+    /// Removes everything up to and including the first text in parentheses, and returns that text.  Without
+    /// parentheses, removes nothing and returns an empty text.
     std::string_view TakeName() {
         const std::size_t open = remaining_.find('(');
         if (open == std::string_view::npos)
@@ -179,8 +182,8 @@ public:
         return name;
     }
 
-    /// Takes the text before the next `delimiter`, and the delimiter.  Takes nothing and returns false if
-    /// there is none.
+    /// Removes the text before the next `delimiter` and the delimiter, and stores the text in `field`.
+    /// Without a delimiter, removes nothing and returns false.
     bool Take(char delimiter, std::string_view& field) {
         const std::size_t end = remaining_.find(delimiter);
         if (end == std::string_view::npos)

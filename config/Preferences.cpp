@@ -19,9 +19,9 @@ bool FitsIn16Bits(std::int32_t number) {
            number <= std::numeric_limits<std::int16_t>::max();
 }
 
-/// Returns whether the text is a decimal number: digits with an optional sign, decimal point and blanks
-/// around. Other notations, such as 0x202 or 1e3, are refused, because the profile functions would read a
-/// different number from them.
+/// Returns whether the text is a decimal number: digits, optionally with a sign, a decimal point, and blanks
+/// around them.  Other notations, such as 0x202 or 1e3, are refused, because the profile functions would read
+/// a different number from them.
 bool IsNumeric(std::string_view text) {
     text = Trim(text);
     if (text.starts_with('-') || text.starts_with('+'))
@@ -62,7 +62,7 @@ bool Preferences::Save(const PreferenceFields& fields) {
     return true;
 }
 
-/// Writes the port as typed (" 514 "), but compares and remembers its number.
+/// Writes the port as the user typed it (for example " 514 "), but compares and stores it as a number.
 bool Preferences::SavePort(const std::string& text) {
     std::int32_t port = 0;
     if (!ReadInt32(text, port))

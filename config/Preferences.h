@@ -11,7 +11,7 @@
 
 namespace tallyhorn {
 
-/// The contents of the preferences dialog, as it shows them at first or as the user has changed them.
+/// The contents of the preferences dialog: as loaded from the settings file, or as changed by the user.
 struct PreferenceFields {
     std::string Port;
     std::string Seperator;  ///< compatibility: spelled as the key in the settings file
@@ -22,11 +22,12 @@ struct PreferenceFields {
     bool operator==(const PreferenceFields&) const = default;
 };
 
-/// The commands of the preferences dialog: load, validate, save, reset.  One object serves one opening of the
-/// dialog; it remembers the port that the dialog showed.  Writes to the settings file that fail are ignored.
+/// The commands of the preferences dialog: load, validate, save, reset.  Each opening of the dialog needs a
+/// new object, which remembers the port that the dialog showed.  Errors in writing the settings file are
+/// ignored.
 class Preferences {
 public:
-    /// What the commands work on; must outlive this object.
+    /// The objects that the commands use.  They must outlive this object.
     struct Parts {
         PrivateProfile& Profile;
         PreferencesHost& Host;
@@ -35,22 +36,21 @@ public:
     };
     explicit Preferences(const Parts& parts) : parts_(parts) {}
 
-    /// Reads the settings file.  Keys that are missing give 0 or "".
+    /// Reads the settings file.  A missing key has the value 0 or "".
     PreferenceFields Load();
 
     /// Returns whether the fields may be saved; shows a message box if not.
     bool Validate(const PreferenceFields& fields);
 
-    /// Writes fields that Validate accepts and applies them to the console.  Returns true if all of them were
-    /// saved, so that the dialog may close.
+    /// Writes the fields to the settings file and applies them to the console.  Validate must have accepted
+    /// them.  Returns true if all fields were saved, so that the dialog may close.
     ///
-    /// compatibility: a port that does not fit into 16 bits ends the command without a message and without
-    /// opening the endpoint on it.  Before that, the port is written if it fits into 32 bits; nothing after
-    /// it is saved.
+    /// compatibility: if the port does not fit into 16 bits, the command ends without a message: it writes
+    /// the port if that fits into 32 bits, but does not open the endpoint and saves no other field.
     bool Save(const PreferenceFields& fields);
 
-    /// Asks for confirmation.  On Yes, forgets the window's size and the column widths, maximises the window
-    /// and shares its width among the columns.
+    /// Asks for confirmation.  If the user answers Yes, deletes the stored window size and column widths,
+    /// maximises the window and divides its width among the columns.
     void Reset();
 
 private:

@@ -14,14 +14,15 @@ constexpr std::size_t ValueBufferSize = 512;
 constexpr std::size_t SectionBufferSize = 4095;
 
 constexpr std::size_t FirstNamesBufferSize = 255;
-/// The buffer doubles up to this size, the first that holds every list of at most 32,767 bytes.
+/// The buffer for section names is doubled up to this size, which is enough for every list of at most 32,767
+/// bytes.
 constexpr std::size_t LastNamesBufferSize = FirstNamesBufferSize << 8U;
 constexpr auto NamesTimeLimit = std::chrono::seconds(2);
-/// The pause between two tries once the buffer has its largest size, so that the wait for a first section
+/// The pause between two tries when the buffer has its largest size, so that waiting for a section to appear
 /// does not use the processor.
 constexpr auto NamesRetryPause = std::chrono::milliseconds(10);
 
-/// Returns the step's result, or the type's default value (false, 0) if the step threw an exception.
+/// Returns the result of `step`, or the default value of its type (false or 0) if it throws an exception.
 template <typename Step>
 auto Attempt(Step step) {
     try {
@@ -31,8 +32,8 @@ auto Attempt(Step step) {
     }
 }
 
-/// Splits the text at its NULs and leaves out the last `dropped` pieces.  A NUL at the end of the text is
-/// followed by one more, empty piece.
+/// Splits the text at its NULs and leaves out the last `dropped` pieces.  After a NUL at the end of the text
+/// there is one more piece, which is empty.
 std::vector<std::string> SplitAtNuls(std::string_view text, std::size_t dropped) {
     std::vector<std::string> pieces;
     std::size_t begin = 0;
@@ -59,7 +60,8 @@ bool PrivateProfile::GetStringValue(const std::string& sectionName, const std::s
         const std::uint32_t count =
             functions_.GetPrivateProfileString(sectionName.c_str(), keyName.c_str(), nullptr, buffer.data(),
                                                ValueBufferSize, iniFileName_.c_str());
-        // The count is size - 1 for a value that was cut.  compatibility: size - 2 is treated as cut, too.
+        // The count is size - 1 if the value was truncated. compatibility: a count of size - 2 is also
+        // treated as truncated.
         if (count == 0 || count >= ValueBufferSize - 2)
             return false;
         stringValue.assign(buffer.data(), count);
@@ -119,8 +121,9 @@ std::vector<std::string> PrivateProfile::ReadEntries(const std::string& sectionN
     std::array<char, SectionBufferSize> buffer{};
     const std::uint32_t count = functions_.GetPrivateProfileSection(sectionName.c_str(), buffer.data(),
                                                                     SectionBufferSize, iniFileName_.c_str());
-    // A whole list ends in two NULs, the first of which ends its last line, so the last two pieces are empty.
-    // In a list that was cut, the last two pieces are the cut line and an empty one.  Both pairs are dropped.
+    // A complete list ends with two NULs, the first of which ends its last line, so the last two pieces are
+    // empty.  In a truncated list, the last two pieces are the truncated line and an empty one.  In both
+    // cases, these two are dropped.
     return SplitAtNuls(std::string_view(buffer.data(), count + 1), 2);
 }
 

@@ -13,32 +13,35 @@ namespace tallyhorn {
 /// Reads and writes one profile (INI) file through the profile functions.  Owns the file's path and caches
 /// nothing of its content.
 ///
-/// No function throws.  After a failure it returns false, and its "out" argument may be partly filled.
+/// No function throws.  A function that fails returns false, and may have filled its output argument in part.
 class PrivateProfile {
 public:
     PrivateProfile(ProfileFunctions& functions, Clock& clock) : functions_(functions), clock_(clock) {}
 
-    /// Return and set the file's full path, without checking that the file exists.
+    /// INIFileName returns the file's full path, and SetINIFileName sets it without checking that the file
+    /// exists.
     const std::string& INIFileName() const { return iniFileName_; }
     void SetINIFileName(std::string path) { iniFileName_ = std::move(path); }
 
     /// Creates the file, or empties it if it exists.
     bool CreateINIFile();
-    /// Returns false and an empty text if the value is missing, empty or longer than 509 characters.
+    /// Reads a value.  Returns false and sets `stringValue` to "" if the value is missing, empty or longer
+    /// than 509 characters.
     bool GetStringValue(const std::string& sectionName, const std::string& keyName, std::string& stringValue);
-    /// Leaves `intValue` unchanged if the key is missing, and sets it to 0 if the value is not a number.
-    /// Always returns true.
+    /// Reads a number.  Leaves `intValue` unchanged if the key is missing, and sets it to 0 if the value is
+    /// not a number.  Always returns true.
     bool GetIntValue(const std::string& sectionName, const std::string& keyName, std::int32_t& intValue);
     bool WriteString(const std::string& sectionName, const std::string& keyName,
                      const std::string& valueName);
-    /// Lists the section names.  If there are none, retries for two seconds before it returns the empty list.
-    /// compatibility: fails if the names take more than 32,767 bytes.
+    /// Lists the section names.  If there are none, retries for two seconds before it returns an empty list.
+    /// compatibility: fails if the names together occupy more than 32,767 bytes.
     bool GetSectionNames(std::vector<std::string>& sections);
-    /// Lists the keys of the section's entries; a line without "=" is listed whole.  Of a section whose text
-    /// exceeds 4,093 characters, the lines that do not fit are missing.
-    /// compatibility: always returns false; the list is empty if there are no keys.
+    /// Lists the keys of the section's entries, and lines without "=" as they are.  If the section's text
+    /// exceeds 4,093 characters, the lines beyond that are missing. compatibility: always returns false, even
+    /// on success.
     bool GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames);
-    /// Lists the section's lines as key=value; otherwise like `GetKeyNames`, including the result false.
+    /// Lists the section's lines as key=value.  In all else it behaves as `GetKeyNames`, and also always
+    /// returns false.
     bool GetEntries(const std::string& sectionName, std::vector<std::string>& entries);
     std::int32_t GetNumEntriesInSection(const std::string& sectionName);
     bool DeleteSection(const std::string& sectionNameToDelete);

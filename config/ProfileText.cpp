@@ -42,7 +42,7 @@ void AppendItem(std::string& list, std::string_view item) {
     list += '\0';
 }
 
-/// Returns 36, which is beyond every base, for a character that is not a digit.
+/// Returns the value of a digit, or 36, which is too large for every base, for any other character.
 unsigned DigitValue(char character) {
     if (character >= '0' && character <= '9')
         return static_cast<unsigned>(character - '0');
@@ -50,7 +50,7 @@ unsigned DigitValue(char character) {
     return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A') + 10U : 36U;
 }
 
-/// Returns the base of the number and removes the prefix that says so.
+/// Returns the base of the number, and removes the prefix that indicates the base.
 unsigned TakeBase(std::string_view& digits) {
     for (const auto& [prefix, base] : BasePrefixes) {
         if (digits.starts_with(prefix)) {

@@ -8,34 +8,34 @@ namespace tallyhorn {
 
 class PrivateProfile;
 
-/// The settings in memory while the console runs.  Members are named as the keys in the settings file. Widths
-/// and heights are in twips (1/1440 inch); 0 means that none is stored.
+/// The settings in memory while the console runs.  Members have the names of the keys in the settings file.
+/// Widths and heights are in twips (1/1440 inch); 0 means that no value is stored.
 struct Settings {
     /// 0: dates are shown month first; any other value: day first.
     std::int32_t DateTime = 0;
-    /// compatibility: spelled as the key.  The text between day, month and year as typed.
+    /// The text between day, month and year, as the user typed it. compatibility: spelled as the key.
     std::string Seperator;
-    /// compatibility: CPWidth and CPHeight, the size of the main window, are named as the keys.
+    /// The size of the main window. compatibility: named as the keys.
     std::int32_t CPWidth = 0;
     std::int32_t CPHeight = 0;
     std::array<std::int32_t, 5> ColumnWidths{};
     bool SoundOn = false;
-    /// The tabs of the main window that are shown, one bit for each; bit 0 is the leftmost tab.
+    /// One bit for each tab of the main window, set if the tab is shown.  Bit 0 is the leftmost tab.
     std::int32_t MessageViews = 0;
 
     bool operator==(const Settings&) const = default;
 };
 
-/// Reads all settings from the section "General".  Keys that are missing give 0 or "".
+/// Reads all settings from the section "General".  A missing key has the value 0 or "".
 Settings ReadSettings(PrivateProfile& profile);
 
-/// Returns the UDP port for syslog as written in the file, without checking its range.
+/// Returns the number of the UDP port for syslog from the settings file, without checking its range.
 std::int32_t ReadSyslogPort(PrivateProfile& profile);
 
 /// Returns for each of the three tabs whether it is shown.
 std::array<bool, 3> VisibleMessageViews(std::int32_t messageViews);
 
-/// Writes one key of the section "General".  Ignores a write that fails.
+/// Writes one key of the section "General".  Ignores errors.
 void WriteSetting(PrivateProfile& profile, const std::string& key, const std::string& value);
 
 /// Writes the window's size and the column widths, and no other key.

@@ -27,8 +27,8 @@ std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) 
     return static_cast<std::uint32_t>(count);
 }
 
-/// Copies as much of the list as fits, followed by two NULs.  A buffer of one byte has room for one NUL only
-/// and gets an empty text.
+/// Copies as much of the list as fits, followed by two NULs.  A buffer of one byte gets a single NUL, that
+/// is, an empty text.
 std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) {
     if (buffer == nullptr || size < 2)
         return CopyText({}, buffer, size);
@@ -39,7 +39,8 @@ std::uint32_t CopyList(std::string_view list, char* buffer, std::uint32_t size) 
     return static_cast<std::uint32_t>(count);
 }
 
-/// Removes trailing spaces and quotes from a default text, as Windows does; a text of one space stays.
+/// Removes trailing spaces and the quotes around a default text, as Windows does.  A text that consists of
+/// spaces becomes one space.
 std::string_view DefaultText(const char* text) {
     std::string_view result = text == nullptr ? "" : text;
     while (result.size() > 1 && result.ends_with(' '))
@@ -60,7 +61,7 @@ std::uint32_t TextProfileFunctions::GetPrivateProfileString(const char* section,
         return CopyText(value ? *value : DefaultText(defaultText), buffer, size);
     }
     const std::uint32_t count = CopyList(profile.KeyNames(section), buffer, size);
-    // As on Windows, a list whose first name is empty counts as missing.
+    // As on Windows, the default text replaces a list whose first name is empty.
     const bool none = count == 0 || buffer[0] == '\0';
     return none ? CopyText(DefaultText(defaultText), buffer, size) : count;
 }

@@ -6,8 +6,8 @@
 
 namespace tallyhorn {
 
-/// The profile functions over plain files, for a system that has none.  Keeps nothing between calls.  A write
-/// replaces the file in one step: another program that reads it sees the old content or the new one.
+/// Implements the profile functions for a system that has none.  Caches nothing between calls.  A write
+/// replaces the file in one step, so that other programs see either the old content or the new one.
 ///
 /// Files are ANSI text of at most `MaximumFileSize` bytes.  If a file is larger, or exists but cannot be
 /// read, the functions return the defaults and refuse to write to the file, because its content would be

@@ -33,8 +33,8 @@ public:
     BusyCursor& operator=(const BusyCursor&) = delete;
 };
 
-/// Returns a text box that refuses line ends, for example in a pasted text: each would start another line in
-/// the settings file.
+/// Returns a text box that does not accept line ends, for example in pasted text, because each would start
+/// another line in the settings file.
 QLineEdit* MakeTextBox(const QString& name, int characters, QWidget* parent) {
     static const QRegularExpression OneLine(QStringLiteral("[^\\r\\n\\0]*"));
     auto* const box = Named(new QLineEdit(parent), name);
@@ -43,7 +43,7 @@ QLineEdit* MakeTextBox(const QString& name, int characters, QWidget* parent) {
     return box;
 }
 
-/// Returns a line with the caption in front of the text box.
+/// Returns a layout with the caption to the left of the text box.
 QHBoxLayout* MakeLine(const QString& caption, const QString& name, QLineEdit* box) {
     auto* const line = new QHBoxLayout;
     line->addWidget(MakeLabelFor(box, caption, name));
@@ -152,7 +152,8 @@ void frmPreferences::Show(const PreferenceFields& fields) {
         chkShowTab.at(i)->setChecked(fields.ShowTab.at(i));
     chkSound->setChecked(fields.Sound);
     optDateTime.at(fields.DayFirst ? 1 : 0)->setChecked(true);
-    // Tab must reach the checked radio button only; Qt ensures that only after one of them has had the focus.
+    // The Tab key must reach only the checked radio button.  Qt itself ensures that only after one of the
+    // buttons has had the focus.
     optDateTime.at(fields.DayFirst ? 0 : 1)->setFocusPolicy(Qt::ClickFocus);
 }
 
@@ -172,8 +173,8 @@ void frmPreferences::StartAtPort() {
     txtSyslogUDPPort->selectAll();
 }
 
-/// Saves the fields as they are when the button is pressed, not what is typed while events run.  Saves them
-/// even if the end of the session closes the dialog meanwhile.
+/// Saves the fields as they were when the button was pressed, without what the user types while events run.
+/// Saves them even if the end of the log-on session closes the dialog meanwhile.
 void frmPreferences::Ok() {
     if (busy_)
         return;

@@ -37,7 +37,8 @@ private:
 
     Preferences preferences_;
     PendingEvents& events_;
-    bool busy_ = false;  ///< whether a command runs; the events that it lets run may include another click
+    bool busy_ =
+        false;  ///< true during a command; it runs pending events, and a second click among them is ignored
 
     QLineEdit* txtSyslogUDPPort = nullptr;
     QCheckBox* chkSound = nullptr;

@@ -44,7 +44,8 @@ void AlertSound::Close() {
         device_.Close();
 }
 
-/// Counts an alert even if there is no file or the device fails, because that costs the same.
+/// Returns whether the previous alert was less than ShortestGap ago; otherwise records this alert.  It is
+/// recorded even if its sound cannot be played, because the attempt costs as much.
 bool AlertSound::TooSoon() {
     const Clock::TimePoint now = clock_.Now();
     if (lastAlert_ && now - *lastAlert_ < ShortestGap)

@@ -12,25 +12,25 @@ class PrivateProfile;
 class SoundDevice;
 struct Settings;
 
-/// The sound that is played when notifications arrive, and the switch for it (`Settings::SoundOn`).  Owns
-/// neither the device nor the settings.
+/// Plays the alert sound for arriving notifications, and manages the setting that switches it on
+/// (`Settings::SoundOn`).  Owns neither the device nor the settings.
 class AlertSound {
 public:
-    /// The referenced objects must outlive this one.  The first of `folders` that contains "sound.wav"
-    /// provides the sound; it is looked for at each alert.
+    /// The referenced objects must outlive this one.  The sound is the file "sound.wav" in the first of
+    /// `folders` that contains it, searched for at each alert.
     AlertSound(PrivateProfile& profile, Settings& settings, const Clock& clock, SoundDevice& device,
                std::vector<std::filesystem::path> folders);
 
     bool SoundOn() const;
-    /// Sets the switch without writing it to the settings file.
+    /// Switches the sound on or off without writing that to the settings file.
     void SetSoundOn(bool on);
-    /// Inverts the switch and writes it to the settings file.
+    /// Switches the sound on if it is off, and off if it is on, and writes that to the settings file.
     void SoundMode();
 
     /// Starts the sound from its beginning, even if it is still playing, and returns at once.  Does nothing
-    /// if the switch is off or there is no file; reports no failure.  Within a tenth of a second after an
-    /// alert that was not dropped, further alerts are dropped, so that a storm uses the disk and the device
-    /// at most ten times a second.
+    /// if the sound is switched off or there is no file.  Ignores errors.  Also drops an alert within a tenth
+    /// of a second after the previous one that was not dropped, so that a storm of notifications uses the
+    /// disk and the device at most ten times a second.
     void PlayAlertSound();
     /// Stops the sound and closes the device, so that other programs can use it.
     void Close();
@@ -44,7 +44,7 @@ private:
     const Clock& clock_;
     SoundDevice& device_;
     std::vector<std::filesystem::path> folders_;
-    std::optional<Clock::TimePoint> lastAlert_;  ///< the last one that was not dropped
+    std::optional<Clock::TimePoint> lastAlert_;  ///< the last alert that was not dropped
 };
 
 }  // namespace tallyhorn

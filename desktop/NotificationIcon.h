@@ -10,18 +10,19 @@ namespace tallyhorn {
 /// timer that makes the icon flash.
 class NotificationIcon {
 public:
-    /// `enableTimer` starts and stops the timer.  It is called only on changes: to restart a running timer at
-    /// each notification would keep the icon from flashing for as long as notifications arrive faster than
-    /// the timer's interval.
+    /// `enableTimer` starts and stops the timer.  It is called only on changes: if each notification
+    /// restarted the timer, the icon would not flash while notifications arrive faster than the timer's
+    /// interval.
     NotificationIcon(NotificationArea& area, std::function<void(bool)> enableTimer);
 
     void Initialize();
     void Shutdown();
-    /// Starts the flash; does not change one that is running.
+    /// Makes the icon flash.  Does nothing if it already flashes.
     void StartFlash();
-    /// Stops the flash.  The icon keeps the picture that it shows until it is added again or flashes again.
+    /// Stops the flashing.  The icon keeps its current picture until Initialize is called or it flashes
+    /// again.
     void StopFlash();
-    /// To be called by the timer, every half second.
+    /// Shows the next picture of the flashing icon.  To be called by the timer, every half second.
     void TimFlashTick();
 
 private:

@@ -37,8 +37,7 @@ private:
 
     Preferences preferences_;
     PendingEvents& events_;
-    bool busy_ =
-        false;  ///< true during a command; it runs pending events, and a second click among them is ignored
+    bool busy_ = false;  ///< true during a command, so that a click among the events that it runs is ignored
 
     QLineEdit* txtSyslogUDPPort = nullptr;
     QCheckBox* chkSound = nullptr;

@@ -11,8 +11,8 @@
 namespace tallyhorn {
 
 QtNotificationArea::QtNotificationArea() : presence_(MakeAreaPresence()) {
-    // The connection is queued, so that the menu opens after the release has been handled; otherwise the
-    // release could choose the menu's first item.
+    // The connection is queued, so that the menu opens after the release of the button has been handled;
+    // otherwise the release could choose the first item of the menu.
     connect(
         this, &QtNotificationArea::RightButtonReleased, this, [this] { events_.MenuWanted(); },
         Qt::QueuedConnection);
@@ -22,7 +22,7 @@ QtNotificationArea::~QtNotificationArea() = default;
 
 bool QtNotificationArea::IsAvailable() {
     const std::optional<std::uint32_t> area = presence_->Area();
-    // Qt would not show the old icon in a new area, so a new icon is made.
+    // Qt would not show the old icon in a new area, so a new icon is made below.
     if (area != area_)
         icon_.reset();
     area_ = area;
@@ -58,8 +58,8 @@ void QtNotificationArea::Show(int image, std::string_view tip) {
     icon_->setToolTip(tip_);
 }
 
-/// Makes the icon unless it exists.  Must not be called without an area, because Qt would then assume until
-/// the process ends that there is none.
+/// Makes the icon unless it exists.  Must not be called while there is no area, because Qt would then assume
+/// for the rest of the process that none exists.
 void QtNotificationArea::MakeIcon() {
     if (icon_ != nullptr)
         return;
@@ -85,9 +85,9 @@ void QtNotificationArea::ShowIcon() {
     }
 }
 
-/// A modal dialog blocks all windows of the process that are not its children.  If the icon is such a window
-/// (in the X tray), it could not bring back a main window that was minimised together with its dialog.  So
-/// the icon's window is made a child of the dialog.
+/// A modal dialog blocks all windows of the process that are not its children.  In the X tray, the icon is
+/// such a window.  If it were blocked, the user could not bring back a main window that was minimised
+/// together with its dialog.  So the icon's window is made a child of the dialog.
 void QtNotificationArea::KeepOpen(QWindow& iconWindow) {
     if (QWindow* const dialog = QGuiApplication::modalWindow())
         iconWindow.setTransientParent(dialog);
@@ -99,7 +99,8 @@ void QtNotificationArea::HandleActivation(QSystemTrayIcon::ActivationReason reas
         return events_.DoubleClick();
     if (reason != QSystemTrayIcon::Context || presence_->ShowsMenu())
         return;
-    // Qt reports the press, but the menu opens at the release, which eventFilter sees in the icon's window.
+    // Qt reports the press of the button, but the menu is to open at its release, which eventFilter receives
+    // if the icon's window is known.
     pressed_ = window_ != nullptr && QGuiApplication::mouseButtons().testFlag(Qt::RightButton);
     if (!pressed_)
         events_.MenuWanted();

@@ -12,7 +12,7 @@
 
 namespace tallyhorn {
 
-/// The notification area by means of QSystemTrayIcon.  Makes the icon as soon as there is an area for it.
+/// Implements the notification area with QSystemTrayIcon.  Makes the icon as soon as an area exists.
 class QtNotificationArea final : public QObject, public NotificationArea {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
     QtNotificationArea();
     ~QtNotificationArea() override;
 
-    /// Sets the menu for areas that show the icon's menu themselves.  To be called before `Add`.
+    /// Sets the menu of the icon, for areas that show this menu themselves.  To be called before `Add`.
     void SetMenu(QMenu& menu) { menu_ = &menu; }
 
     void Listen(Events events) override { events_ = std::move(events); }

@@ -13,7 +13,7 @@ WindowHiding::WindowHiding(QWidget& window, frmTrayIcon& tray) : window_(window)
     window.installEventFilter(this);
 }
 
-/// Looks at the state only once the change is complete, because it may hide the window.
+/// Calls LookAtState after the state has changed completely, because LookAtState may hide the window.
 bool WindowHiding::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::WindowStateChange || event->type() == QEvent::WindowUnblocked)
         QMetaObject::invokeMethod(
@@ -30,8 +30,8 @@ void WindowHiding::LookAtState() {
         tray_.MainWindowRestored();
 }
 
-/// An open dialog keeps the window on the task bar: hiding the dialog would answer it, and hiding the window
-/// alone would leave a question on the screen without the messages that it is about.
+/// Hides the window, but not while a dialog is open: hiding a dialog would cancel it, and hiding only the
+/// window would leave a question on the screen without the messages that it concerns.
 void WindowHiding::Minimized() {
     minimized_ = true;
     if (tray_.MainWindowMinimized() && QApplication::activeModalWidget() == nullptr)
@@ -57,7 +57,7 @@ void WindowHiding::Hide() {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         if (!BelongsToIt(*widget))
             continue;
-        // A splash would be out of date when the window is shown again.
+        // A splash is closed, because it would be out of date when the main window is shown again.
         if (widget->windowType() == Qt::SplashScreen) {
             widget->close();
             continue;
@@ -87,10 +87,11 @@ void WindowHiding::Uncover() {
     window_.setAttribute(Qt::WA_ShowWithoutActivating, false);
 }
 
-/// Called before the window is shown; otherwise a window manager would choose another place for it.
+/// Restores the position and size of the window.  Must be called before the window is shown; otherwise the
+/// window manager would choose another place for it.
 void WindowHiding::GiveBackPlace() {
-    // A window that was moved to another screen while maximised has its normal geometry on the first screen
-    // still.
+    // If the window was moved to another screen while it was maximised, its normal geometry is still on the
+    // old screen.
     if (maximized_ && screen_ != nullptr && !screen_->geometry().contains(normalGeometry_.center()))
         normalGeometry_.moveCenter(screen_->availableGeometry().center());
     window_.setGeometry(normalGeometry_);
@@ -99,13 +100,13 @@ void WindowHiding::GiveBackPlace() {
 }
 
 void WindowHiding::BringBack() {
-    // Windows keeps place and state of a hidden window itself.  If they were set here too, a maximised window
-    // would be drawn with the contents of its normal size.
+    // Windows itself keeps the place and state of a hidden window.  If they were also set here, a maximised
+    // window would be drawn with the contents of its normal size.
     const bool keepsPlace = QGuiApplication::platformName() == QLatin1String("windows");
     if (std::exchange(hidden_, false) && !keepsPlace) {
         GiveBackPlace();
-        // Maximised in a second step below: Qt does not report a state to the window manager that the hidden
-        // window had already.
+        // The window is maximised in a second step, below: Qt does not tell the window manager about a state
+        // that the window already had while it was hidden.
         window_.setWindowState(Qt::WindowNoState);
         window_.show();
     }
@@ -114,7 +115,7 @@ void WindowHiding::BringBack() {
     for (const QPointer<QWidget>& companion : std::exchange(companions_, {})) {
         if (companion == nullptr)
             continue;
-        // Window managers minimise a window's companions together with it.
+        // The window manager minimised the companions together with the main window.
         companion->setWindowState(companion->windowState() & ~Qt::WindowMinimized);
         companion->show();
     }

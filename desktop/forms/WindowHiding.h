@@ -11,16 +11,16 @@ namespace tallyhorn {
 
 class frmTrayIcon;
 
-/// Hides the main window and the windows that belong to it when the user minimises it and the
-/// notification-area icon can bring it back; then restores all of them as they were.  Watches the events of
-/// the main window, which it must outlive.
+/// When the user minimises the main window, hides it and the windows that belong to it, if the
+/// notification-area icon can bring them back.  Later restores all of them as they were.  Watches the events
+/// of the main window, which it must outlive.
 class WindowHiding final : public QObject {
 public:
     WindowHiding(QWidget& window, frmTrayIcon& tray);
 
-    /// Shows the window in front of all others, on the screen on which it was last shown.
+    /// Shows the main window in front of all others, on the screen on which it was last visible.
     void Show(bool maximized);
-    /// Restores a hidden window to its earlier state without giving it the focus.
+    /// Restores the hidden main window to its earlier state without giving it the focus.
     void Uncover();
     bool IsHidden() const { return hidden_; }
 
@@ -37,12 +37,12 @@ private:
 
     QWidget& window_;
     frmTrayIcon& tray_;
-    std::vector<QPointer<QWidget>> companions_;  ///< the windows that were hidden with it
+    std::vector<QPointer<QWidget>> companions_;  ///< the windows that were hidden with the main window
     QPointer<QScreen> screen_;
     QRect normalGeometry_;
     QPoint framePosition_;  ///< the frame's position when the window is not maximised
     bool maximized_ = false;
-    bool minimized_ = false;  ///< hidden or on the task bar
+    bool minimized_ = false;  ///< whether the window is hidden or on the task bar
     bool hidden_ = false;
 };
 

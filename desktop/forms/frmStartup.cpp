@@ -28,15 +28,15 @@ namespace {
 
 constexpr std::chrono::seconds SplashTime{2};
 
-// In device-independent pixels.
+// Lengths in device-independent pixels.
 constexpr int BandWidth = 176;  ///< the width of the coloured band at the left
 constexpr int PictureSide = 112;
 constexpr int Margin = 24;
 constexpr QRgb BandTop = 0xFF2D7DD2;
 constexpr QRgb BandBottom = 0xFF174A85;
 
-/// "XXXX" is replaced by the current year.  Qt's licence requires its mention wherever the program shows its
-/// own copyright.
+/// "XXXX" is replaced by the current year.  Qt is mentioned because its licence requires that wherever the
+/// program shows its own copyright.
 constexpr const char* Notice =
     "Copyright \xA9 XXXX the makers of the Tallyhorn Listener Console\n"
     "Uses Qt, copyright The Qt Company Ltd. and others, under the LGPL 3,\nwhich comes with this program";
@@ -122,7 +122,7 @@ void frmStartup::BecomeSplash() {
 }
 
 bool frmStartup::event(QEvent* event) {
-    // A modal dialog or message box has opened, and the splash must not cover it.
+    // WindowBlocked means that a modal dialog or message box has opened, which the splash must not cover.
     if (event->type() == QEvent::WindowBlocked && windowType() == Qt::SplashScreen)
         close();
     return QDialog::event(event);

@@ -17,10 +17,10 @@ class frmStartup final : public QDialog {
 
 public:
     enum class Role {
-        /// The window shown at the start, without frame and focus.  Closes and deletes itself after two
-        /// seconds, or when a modal dialog or message box opens.
+        /// A window without frame and focus, shown when the program starts.  It closes and deletes itself
+        /// after two seconds, or when a modal dialog or message box opens.
         Splash,
-        AboutBox  ///< an ordinary dialog
+        AboutBox  ///< a modal dialog with a frame
     };
 
     frmStartup(Role role, const UserNames& names, const Clock& time, QWidget* parent);

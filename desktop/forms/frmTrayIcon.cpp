@@ -12,11 +12,11 @@ namespace {
 
 constexpr int FlashInterval = 500;   ///< in milliseconds
 constexpr int WatchInterval = 1000;  ///< in milliseconds
-/// The number of consecutive checks without an area after which the window is shown.  After one check a
-/// desktop panel may only be restarting, which takes less than a second.
+/// The number of consecutive checks without an area after which the main window is shown.  One such check may
+/// only mean that the desktop panel is restarting, which takes less than a second.
 constexpr int MissesUntilGone = 2;
 
-/// The items of the menu.  A null caption makes a separator.
+/// The captions of the menu items.  A null pointer stands for a separator.
 constexpr std::array<const char*, frmTrayIcon::MenuItemCount> Captions = {
     "&Display Messages",
     "&Sound",
@@ -110,8 +110,8 @@ void frmTrayIcon::DisplayMainWindow() {
     MainWindowRestored();
 }
 
-/// Brings an open dialog to the front before it runs the command, because the about box opens only after that
-/// dialog has closed, and the help opens beside it.
+/// If a dialog is open, brings it to the front before running the command, because the about box does not
+/// open until that dialog is closed, and the help opens beside it.
 void frmTrayIcon::AskFor(void (TrayHost::*command)()) {
     if (QApplication::activeModalWidget() != nullptr)
         DisplayMainWindow();
@@ -130,8 +130,8 @@ void frmTrayIcon::MainWindowRestored() {
     Shutdown();
 }
 
-/// Checks once a second whether there is an area.  Stops if there is one and the main window is visible: then
-/// the icon is shown, and nothing depends on the area.
+/// Called once a second: checks whether there is an area.  The checks end when there is one and the main
+/// window is visible, because the icon is then shown, and the user does not need it to reach the window.
 void frmTrayIcon::Watch() {
     const bool hidden = host_.IsMainWindowHidden();
     if (area_.IsAvailable()) {

@@ -12,8 +12,8 @@ class QTimer;
 
 namespace tallyhorn {
 
-/// The timers and the menu of the notification-area icon; a window that is never shown.  Ensures that the
-/// user can always get a hidden main window back.
+/// Owns the timers and the menu of the notification-area icon.  It is a window that is never shown.  Ensures
+/// that the user can always bring back a hidden main window.
 class frmTrayIcon final : public QWidget {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     void ShowServerWindow() { host_.ShowMainWindow(false); }
     void StartFlash() { icon_.StartFlash(); }
     void StopFlash() { icon_.StopFlash(); }
-    /// Removes the icon permanently.  Menu items and clicks have no effect afterwards.
+    /// Removes the icon permanently.  After that, its menu and clicks have no effect.
     void Unload();
 
     /// To be called when the main window has been minimised.  Adds the icon and returns whether an area shows
@@ -37,7 +37,7 @@ public:
     bool MainWindowMinimized();
     /// To be called when the main window is visible again.  Removes the icon.
     void MainWindowRestored();
-    /// Sets the check mark at "&Sound".
+    /// Sets or removes the check mark of the menu item "&Sound".
     void ShowSound(bool on);
 
     QMenu& PopUpMenu() { return *mnuPopUp; }

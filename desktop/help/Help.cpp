@@ -9,7 +9,7 @@ namespace tallyhorn {
 namespace {
 
 constexpr unsigned WinHelpContext = 1;
-constexpr unsigned WinHelpFinder = 11;  ///< shows the contents
+constexpr unsigned WinHelpFinder = 11;  ///< makes WinHelp show the contents
 constexpr unsigned HtmlHelpContext = 15;
 
 constexpr std::string_view NoFileText =

@@ -13,14 +13,15 @@ namespace tallyhorn {
 /// Opens pages of the program's help file in the viewer, and explains failures in message boxes.
 class Help {
 public:
-    /// Both must outlive this object.
+    /// The viewer and the boxes must outlive this object.
     Help(HelpViewer& viewer, MessageBoxes& boxes) : viewer_(viewer), boxes_(boxes) {}
 
-    /// A name that ends in "HLP" means a file for WinHelp; any other means compiled HTML.
+    /// Sets the help file.  If its name ends in "HLP", it is a WinHelp file, otherwise a compiled HTML help
+    /// file.
     void SetHelpFile(std::filesystem::path file) { helpFile_ = std::move(file); }
 
-    /// Opens the page, or a message box that says why that failed.  Does nothing while such a box is open.
-    /// `owner` is the main window, as the window system knows it.
+    /// Opens the page, or, if that fails, a message box that says why.  Does nothing while such a box is
+    /// open.  `owner` is the native handle of the main window.
     void ShowHelp(HelpContext context, std::uintptr_t owner);
 
 private:

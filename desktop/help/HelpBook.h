@@ -12,20 +12,20 @@
 namespace tallyhorn {
 
 /// One opened help file, held in memory: its table of contents, and its pages by number and by name.  The
-/// file may contain anything; of each part only a bounded size is read.
+/// file need not be trusted: its size is limited, and any content is accepted.
 class HelpBook {
 public:
-    /// Returns null if the file is not a help file or lacks its start page.
+    /// Reads the file.  Returns null if it is not a help file or lacks its start page.
     static std::unique_ptr<HelpBook> Open(const std::filesystem::path& file);
 
     const std::string& Title() const { return facts_.Title; }
     const std::string& StartPage() const { return facts_.StartPage; }
     const std::vector<HelpEntry>& Contents() const { return contents_; }
-    /// Returns the start page if no page has this number.
+    /// Returns the page with the number `context`, or the start page if no page has this number.
     const std::string& PageOf(std::uint32_t context) const;
-    /// Returns the pages in the table of contents, each once, in order.
+    /// Returns the pages in the order of the table of contents, each once.
     std::vector<std::string> Pages() const;
-    /// Returns the bytes of a page, a picture or a style sheet, or an empty text if there is none of that
+    /// Returns the bytes of a page, a picture or a style sheet, or an empty text if the file has none of that
     /// name.
     std::string Read(const std::string& name) const;
 

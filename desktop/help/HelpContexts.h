@@ -21,8 +21,8 @@ enum class HelpContext : unsigned {
     Troubles = 130,
 };
 
-/// The property of a widget that holds the number of its help page.  Of nested widgets the innermost one with
-/// this property counts.
+/// The property of a widget that holds the number of its help page.  If widgets are nested, the innermost one
+/// with this property determines the page.
 constexpr const char* HelpContextProperty = "helpContext";
 
 constexpr unsigned HelpNumber(HelpContext context) {

@@ -15,8 +15,8 @@ bool IsSameLetter(char a, char b) {
     return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
 }
 
-/// Removes the text up to and including the next tag and returns the tag without "<" and ">", or nothing at
-/// the end.
+/// Removes the text up to and including the next tag and returns the tag without "<" and ">", or nothing if
+/// there is no further tag.
 std::optional<std::string_view> TakeTag(std::string_view& text) {
     const std::size_t begin = text.find('<');
     const std::size_t end = begin == std::string_view::npos ? begin : text.find('>', begin);
@@ -45,7 +45,7 @@ std::string_view Attribute(std::string_view tag, std::string_view name) {
     return tag.substr(0, std::min(tag.find('"'), LongestHelpText));
 }
 
-/// Decodes the four entities that an attribute needs.
+/// Replaces the four entities that can occur in an attribute by their characters.
 std::string Plain(std::string_view text) {
     constexpr std::array<std::pair<std::string_view, char>, 4> Names = {
         {{"&quot;", '"'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}}};

@@ -15,8 +15,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr DWORD ElevationRequired =
-    740;  // ERROR_ELEVATION_REQUIRED, which the headers of some compilers lack
+constexpr DWORD ElevationRequired = 740;  // ERROR_ELEVATION_REQUIRED, which some headers lack
 
 std::string EnvironmentPath() {
     std::vector<char> value(GetEnvironmentVariableA("PATH", nullptr, 0));

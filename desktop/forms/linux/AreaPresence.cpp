@@ -23,7 +23,7 @@ xcb_connection_t* XConnection() {
     return x != nullptr ? x->connection() : nullptr;
 }
 
-/// Returns the window that owns the selection _NET_SYSTEM_TRAY_S0, which is the X screen's tray.
+/// Returns the window of the X screen's tray: the owner of the selection _NET_SYSTEM_TRAY_S0.
 std::optional<std::uint32_t> XTray() {
     xcb_connection_t* const x = XConnection();
     if (x == nullptr)
@@ -40,11 +40,12 @@ std::optional<std::uint32_t> XTray() {
     return owner->owner;
 }
 
-/// Finds hosts of status notifier items on the session bus, which Qt prefers, or else the X screen's tray.
+/// Looks for hosts of status notifier items on the session bus, which Qt prefers, and otherwise for the tray
+/// of the X screen.
 class LinuxPresence final : public AreaPresence {
 public:
     std::optional<std::uint32_t> Area() override {
-        // One number for all hosts of items: Qt itself registers its item with each new host.
+        // All hosts have the same number, because Qt itself registers its item with each new host.
         const bool host = hosts_.HasHost();
         if (!items_.value_or(host))
             return XTray();

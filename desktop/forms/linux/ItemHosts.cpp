@@ -9,10 +9,10 @@
 namespace tallyhorn {
 namespace {
 
-/// The name of the watcher's service and of its interface.
+/// The D-Bus name of the watcher's service, which is also the name of its interface.
 const QString Watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString WatcherPath = QStringLiteral("/StatusNotifierWatcher");
-/// In milliseconds.  A watcher that takes longer for its first answer counts as having no host.
+/// In milliseconds.  If the watcher takes longer for its first answer, no host is assumed to exist.
 constexpr int FirstAnswerWithin = 500;
 
 QDBusMessage Question() {

@@ -5,8 +5,8 @@
 
 namespace tallyhorn {
 
-/// Knows whether a host of status notifier items runs on the session bus.  The bus reports when hosts start
-/// and end, so a query costs nothing.
+/// Keeps track of whether a host of status notifier items runs on the session bus.  The bus reports when
+/// hosts start and end, so HasHost sends no query.
 class ItemHosts final : public QObject {
     Q_OBJECT
 

@@ -8,7 +8,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns 0 if neither the widget nor an ancestor has a page.
+/// Returns the help page of the widget or of its nearest ancestor with one, or 0 if none of them has one.
 unsigned ContextOf(const QWidget* widget) {
     for (; widget != nullptr; widget = widget->parentWidget()) {
         if (const unsigned context = widget->property(HelpContextProperty).toUInt(); context != 0)
@@ -32,7 +32,7 @@ bool HelpKeys::eventFilter(QObject* watched, QEvent* event) {
     const unsigned context = ContextOf(static_cast<const QWidget*>(watched));
     if (context == 0)
         return false;
-    // An open menu grabs mouse and keyboard, so the help could not be used.
+    // Closes open menus: a menu grabs mouse and keyboard, so that the help could not be used.
     while (QWidget* const popup = QApplication::activePopupWidget())
         popup->close();
     if (!key->isAutoRepeat())

@@ -7,8 +7,9 @@
 
 namespace tallyhorn {
 
-/// Handles F1 in all windows of the program while it exists: calls the handler with the help page of the
-/// widget that has the focus, or of its nearest ancestor with one (`HelpContextProperty`).
+/// Handles the key F1 in all windows of the program for as long as this object exists.  Calls the handler
+/// with the help page of the widget that has the focus, or of its nearest ancestor that has a page
+/// (`HelpContextProperty`).
 class HelpKeys final : public QObject {
 public:
     using Handler = std::function<void(HelpContext)>;

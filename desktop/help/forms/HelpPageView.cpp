@@ -16,14 +16,14 @@ QString Scheme() {
     return QStringLiteral("chm");
 }
 
-/// A document for reading a page's text; it loads no pictures or style sheets.
+/// A document that only converts a page to plain text; it loads no pictures or style sheets.
 class TextAlone final : public QTextDocument {
 protected:
     QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return QByteArray(""); }
 };
 
-/// Returns a single transparent pixel if the bytes are not a picture, or one that is too large.  Without a
-/// picture, Qt would look for a file of that name.
+/// Returns the picture in the bytes, or a single transparent pixel if they contain none or one that is too
+/// large: if it returned no picture, Qt would look for a file of that name.
 QImage Decode(const QByteArray& bytes) {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -76,7 +76,7 @@ QString HelpPageView::PlainText(const std::string& page) const {
     return document.toPlainText();
 }
 
-/// Always returns something: for an invalid result Qt would look for a file of that name.
+/// Never returns an invalid result: for such a result, Qt would look for a file of that name.
 QVariant HelpPageView::loadResource(int type, const QUrl& name) {
     std::string bytes;
     if (name.scheme() == Scheme() || name.isRelative())

@@ -14,7 +14,7 @@ public:
     /// The book must outlive the view.
     HelpPageView(const HelpBook& book, QWidget* parent);
 
-    /// `local` is a page, or a page with "#" and an anchor.
+    /// `local` is the path of a page, possibly followed by "#" and an anchor.
     void ShowPage(const std::string& local);
     std::string ShownPage() const { return PageOf(source()); }
     static std::string PageOf(const QUrl& source);

@@ -9,7 +9,7 @@ HelpOutcome OwnHelpViewer::OpenWinHelp(const Request& /*request*/) {
     return HelpOutcome::NoViewer;
 }
 
-/// An open window continues to show its file even if the request names another one.
+/// If the window is already open, it continues to show its file even if the request names another one.
 HelpOutcome OwnHelpViewer::OpenHtmlHelp(const Request& request) {
     std::error_code error;
     if (window_ == nullptr) {

@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// Shows help files in the console's own window, on systems without a viewer.  Has at most one window.
+/// Shows help files in a window of the console, for systems without a viewer.  Has at most one such window.
 class OwnHelpViewer final : public HelpViewer {
 public:
     ~OwnHelpViewer() override { delete window_.data(); }

@@ -25,7 +25,7 @@ enum Side { ContentsSide, SearchSide };
 constexpr int LocalRole = Qt::UserRole;
 constexpr QSize FirstSize(980, 680);
 constexpr int SideWidth = 290;
-constexpr int RowPadding = 8;  ///< above and below a line of the contents, together, in pixels
+constexpr int RowPadding = 8;  ///< the sum of the space above and below a line of the contents, in pixels
 
 std::string LocalOf(const QTreeWidgetItem& item) {
     return FromQString(item.data(0, LocalRole).toString());
@@ -57,7 +57,7 @@ frmHelp::frmHelp(std::unique_ptr<const HelpBook> book)
 }
 
 frmHelp::~frmHelp() {
-    // The view refers to the book, which is destroyed before the child widgets are.
+    // txtPage refers to book_, which is destroyed before the child widgets, so txtPage is deleted first.
     delete txtPage;
 }
 
@@ -133,7 +133,7 @@ QWidget* frmHelp::BuildSearch() {
 }
 
 void frmHelp::FillContents() {
-    std::vector<QTreeWidgetItem*> open;  // for each depth, the item that gets the next children
+    std::vector<QTreeWidgetItem*> open;  // for each depth, the last item, to which children are added
     for (const HelpEntry& entry : book_->Contents()) {
         const auto depth = std::min(static_cast<std::size_t>(entry.Depth), open.size());
         open.resize(depth);
@@ -151,7 +151,7 @@ void frmHelp::ShowContext(unsigned context, WId owner) {
     if (isMinimized())
         showNormal();
     create();
-    // Before show(): the window system learns the transient parent when the window is shown.
+    // This must precede show(), which passes the transient parent to the window system.
     if (const QWidget* const owned = find(owner); owned != nullptr)
         windowHandle()->setTransientParent(owned->windowHandle());
     show();
@@ -173,7 +173,7 @@ void frmHelp::Forward() {
     txtPage->forward();
 }
 
-/// Selects the page's line in the contents, without the signal that would open that page again.
+/// Selects the page's line in the contents, with signals blocked, because they would open that page again.
 void frmHelp::FollowPage(const QUrl& source) {
     const std::string page = HelpPageView::PageOf(source);
     const std::string local = source.hasFragment() ? page + "#" + FromQString(source.fragment()) : page;
@@ -220,8 +220,8 @@ bool frmHelp::FindInPage(bool onward) {
            txtPage->find(text, onward ? QTextDocument::FindFlags() : QTextDocument::FindBackward);
 }
 
-/// Selects the next occurrence of the text in the page.  If there is none, shows the next page that contains
-/// the text; the first page follows the last.  Searches backwards if not `onward`.
+/// Selects the next occurrence of the searched text in the page.  If there is none, shows the next page that
+/// contains the text; after the last page, the first one is next.  If `onward` is false, searches backwards.
 void frmHelp::Find(bool onward) {
     if (FindInPage(onward) || foundPages_.empty())
         return;
@@ -257,8 +257,8 @@ bool frmHelp::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-/// Makes the help window a child of the open modal dialog, because a modal dialog blocks all windows but its
-/// children; without such a dialog, a child of the owner.
+/// Makes the help window a child of the open modal dialog, because such a dialog blocks all windows except
+/// its children.  Without such a dialog, makes it a child of the owner.
 void frmHelp::StayInFront() {
     const QWidget* const owner = find(owner_);
     QWindow* const dialog = QGuiApplication::modalWindow();

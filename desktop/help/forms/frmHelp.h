@@ -19,8 +19,8 @@ namespace tallyhorn {
 
 class HelpPageView;
 
-/// The console's own help window: contents, pages, and a search through all pages.  Can be used beside a
-/// modal dialog.  Deletes itself when it is closed.
+/// The console's own help window: contents, pages, and a search through all pages.  Can be used while a modal
+/// dialog is open.  Deletes itself when it is closed.
 class frmHelp final : public QWidget {
     Q_OBJECT
 
@@ -28,8 +28,8 @@ public:
     explicit frmHelp(std::unique_ptr<const HelpBook> book);
     ~frmHelp() override;
 
-    /// Shows the page of that number and brings the window to the front.  It stays in front of the window
-    /// `owner`.
+    /// Shows the page with the number `context` and brings the help window to the front.  The help window
+    /// stays in front of the window `owner`.
     void ShowContext(unsigned context, WId owner);
 
 signals:

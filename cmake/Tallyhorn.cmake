@@ -36,13 +36,13 @@ if(WIN32)
   target_compile_definitions(tallyhorn_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 else()
   set(TALLYHORN_SYSTEM linux)
-  # Drops libraries that a program does not use from the list of those that it needs.
+  # A program is linked only to those libraries that it uses.
   target_link_options(tallyhorn_options INTERFACE -Wl,--as-needed)
 endif()
 
-# tallyhorn_library(NAME [LIBRARY...]): builds the static library tallyhorn_NAME from the sources of the caller's folder,
-# and from those below linux/ or windows/, whichever the target system is.  main.cpp and tallyhorn-*.cpp are left out:
-# they are programs.
+# tallyhorn_library(NAME [LIBRARY...]): builds the static library tallyhorn_NAME from the sources of the caller's
+# folder, and from those below linux/ or windows/, depending on the target system. main.cpp and tallyhorn-*.cpp are left
+# out, because they contain the `main` functions of programs.
 function(tallyhorn_library name)
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h ${TALLYHORN_SYSTEM}/*.cpp ${TALLYHORN_SYSTEM}/*.h)
   list(FILTER sources EXCLUDE REGEX "/(main|tallyhorn-[a-z]+)[.]cpp$")
@@ -50,7 +50,8 @@ function(tallyhorn_library name)
   target_link_libraries(tallyhorn_${name} PUBLIC tallyhorn_options ${ARGN})
 endfunction()
 
-# Like tallyhorn_library, for sources that need Qt and its generated code (moc).
+# tallyhorn_forms_library(NAME [LIBRARY...]): does the same as tallyhorn_library for sources that need Qt and its
+# generated code (moc).
 function(tallyhorn_forms_library name)
   set(CMAKE_AUTOMOC ON)
   tallyhorn_library(${name} ${ARGN} Qt6::Widgets)

@@ -55,7 +55,7 @@ QString ToShownLine(std::string_view ansi) {
     return ToVisibleLine(ansi.substr(0, LongestShown));
 }
 
-/// Qt wraps a tool tip only if it is markup, hence the paragraph around the escaped text.
+/// Qt wraps a tool tip only if it is markup, so this returns a paragraph that contains the escaped text.
 QString ToToolTip(const QString& line) {
     return QStringLiteral("<p>%1</p>").arg(line.toHtmlEscaped());
 }

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace tallyhorn {
 
-// The makers of the controls that several forms have.  A name is the control's object name; the control
-// belongs to its Qt parent.
+// Functions that make controls for several forms.  `name` becomes the control's object name.  The Qt parent
+// owns the control.
 
 template <typename Control>
 Control* Named(Control* control, const QString& name) {

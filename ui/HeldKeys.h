@@ -4,8 +4,8 @@
 
 namespace tallyhorn {
 
-/// Drops the repeated presses of a Return key that is held down.  Otherwise it would answer each message box
-/// that follows the first one.  To be installed as event filter of the application.
+/// Drops the repeated presses of a Return key that is held down; otherwise they would answer all message
+/// boxes that follow the first one.  To be installed as an event filter of the application.
 class HeldKeys final : public QObject {
 public:
     using QObject::QObject;

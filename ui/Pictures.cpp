@@ -12,7 +12,7 @@
 #include "ui/AnsiString.h"
 #include "ui/SvgPicture.h"
 
-/// Keeps the linker from omitting the resource files of this static library.  Q_INIT_RESOURCE must be used
+/// Prevents the linker from omitting the resource files of this static library.  Q_INIT_RESOURCE must be used
 /// outside of any namespace.
 static void LinkFiles() {
     Q_INIT_RESOURCE(pictures);
@@ -21,14 +21,14 @@ static void LinkFiles() {
 namespace tallyhorn {
 namespace {
 
-constexpr float Faded = 0.4F;  ///< opacity of a disabled control's icon
+constexpr float Faded = 0.4F;  ///< the opacity of a disabled control's icon
 
 /// One picture file, read when it is drawn for the first time.
 class PictureFile {
 public:
     explicit PictureFile(QString name) : name_(std::move(name)) {}
 
-    /// Draws nothing if there is no such file.
+    /// Draws the picture, or nothing if there is no such file.
     void Paint(QPainter& painter) {
         if (!picture_)
             picture_ = Read().value_or(SvgPicture());
@@ -47,7 +47,7 @@ private:
 };
 
 /// Paints a picture at any size, faded for a disabled control.  Caches the result for each size, because
-/// curves take longer than everything else in a row of a list.
+/// drawing the curves takes longer than drawing all other parts of a row in a list.
 class DrawnIcon final : public QIconEngine {
 public:
     explicit DrawnIcon(std::shared_ptr<PictureFile> picture) : picture_(std::move(picture)) {}
@@ -69,7 +69,8 @@ public:
     QIconEngine* clone() const override { return new DrawnIcon(picture_); }
 
 private:
-    /// `side` is in device-independent pixels, each of which is `ratio` pixels of the screen wide.
+    /// Returns the picture with the width and height `side`, in device-independent pixels.  Each of them is
+    /// `ratio` pixels of the screen wide.
     const QPixmap& Drawn(int side, qreal ratio, QIcon::Mode mode) {
         const bool faded = mode == QIcon::Disabled;
         QPixmap& pixmap = drawn_[{qRound(side * ratio), faded}];
@@ -82,7 +83,8 @@ private:
         painter.scale(side * ratio / SvgPicture::Grid, side * ratio / SvgPicture::Grid);
         picture_->Paint(painter);
         if (faded) {
-            // Fades the finished picture: translucent shapes would show the shapes that they cover.
+            // Fades the finished picture as a whole, because translucent shapes would show the shapes that
+            // they cover.
             painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
             painter.fillRect(0, 0, SvgPicture::Grid, SvgPicture::Grid, QColor::fromRgbF(0, 0, 0, Faded));
         }

@@ -9,7 +9,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr qreal MiterLimit = 4;  ///< SVG's default
+constexpr qreal MiterLimit = 4;  ///< the default of SVG
 
 bool IsNumber(const QString& text) {
     static const QRegularExpression Form(QStringLiteral("^-?[0-9]+([.][0-9]+)?\\z"));
@@ -36,7 +36,7 @@ SvgAttributes::SvgAttributes(const QXmlStreamAttributes& attributes) {
 
 QPainterPath SvgAttributes::TakeOutline(const QString& element) {
     QPainterPath outline;
-    // SVG's default fill rule is "nonzero".
+    // WindingFill corresponds to "nonzero", the default fill rule of SVG.
     outline.setFillRule(Qt::WindingFill);
     if (element == QLatin1String("path")) {
         outline.addPath(TakePath());
@@ -62,8 +62,8 @@ QBrush SvgAttributes::TakeFill() {
     return fill == QLatin1String("none") ? QBrush(Qt::NoBrush) : QBrush(Colour(fill));
 }
 
-/// Without a stroke, takes nothing: attributes such as stroke-width are then left and make the file
-/// unsupported.
+/// If there is no attribute "stroke", takes nothing; attributes such as stroke-width are then left over and
+/// make the file unsupported.
 QPen SvgAttributes::TakeStroke() {
     if (!Has("stroke"))
         return QPen(Qt::NoPen);

@@ -12,17 +12,17 @@ class QXmlStreamAttributes;
 
 namespace tallyhorn {
 
-/// Copies of the attributes of one SVG element.  The Take functions read attributes and remove them; if one
-/// is missing or has an unsupported value, `AreUnderstood` returns false from then on.
+/// Owns copies of the attributes of one SVG element.  The Take functions read attributes and remove them.  If
+/// a required attribute is missing or has an unsupported value, `AreUnderstood` returns false after that.
 class SvgAttributes {
 public:
     explicit SvgAttributes(const QXmlStreamAttributes& attributes);
 
-    /// Returns whether every attribute has been taken and had a supported value.
+    /// Returns whether all attributes have been taken and had supported values.
     bool AreUnderstood() const { return understood_ && left_.isEmpty(); }
 
-    /// Returns the outline of the element, such as "rect", from the attributes that describe its shape. Empty
-    /// for an unsupported element.
+    /// Takes the attributes that describe the shape of an element such as "rect", and returns its outline,
+    /// which is empty for an unsupported element.
     QPainterPath TakeOutline(const QString& element);
     QBrush TakeFill();
     QPen TakeStroke();
@@ -36,7 +36,8 @@ private:
     QPolygonF TakePoints();
     QPainterPath TakePath();
     QPainterPath TakeRectangle();
-    /// Returns the index of the attribute's word in `words`, or 0 if the attribute is missing.
+    /// Takes an attribute whose value is one of `words`.  Returns the index of that word, or 0 if the
+    /// attribute is missing.
     int TakeWord(const char* name, std::initializer_list<const char*> words);
     qreal Number(const QString& text);
     QColor Colour(const QString& text);

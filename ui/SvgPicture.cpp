@@ -42,8 +42,8 @@ bool SvgPicture::Take(QXmlStreamReader& xml, int& depth) {
             return true;
         case QXmlStreamReader::Characters:
             return xml.isWhitespace();
-        // Invalid is an error, which the caller checks at the end.  The other tokens, such as a processing
-        // instruction, might change how the shapes look and are refused.
+        // Invalid means an error, for which the caller checks at the end.  Tokens that are not listed here,
+        // such as a processing instruction, might change how the shapes look, and are refused.
         case QXmlStreamReader::StartDocument:
         case QXmlStreamReader::EndDocument:
         case QXmlStreamReader::Comment:

@@ -12,8 +12,8 @@ class QXmlStreamReader;
 
 namespace tallyhorn {
 
-/// The shapes of one SVG file.  Supports only the subset of SVG that this program's own files use; Qt's SVG
-/// module is not part of the Windows build.
+/// Owns the shapes of one SVG file.  Supports only the subset of SVG that this program's own files use,
+/// because the Windows build does not contain Qt's SVG module.
 ///
 /// The root's only attribute is viewBox="0 0 16 16".  It contains the elements path, rect, circle, line,
 /// polygon and polyline with the attributes fill, stroke, stroke-width, stroke-linecap and stroke-linejoin.
@@ -24,10 +24,12 @@ public:
     /// The side of the square in which the shapes are drawn.
     static constexpr int Grid = 16;
 
-    /// Returns nothing if the file contains anything else, so that no picture is drawn in part.
+    /// Reads a file.  Returns nothing if the file contains anything unsupported, so that no picture is drawn
+    /// incompletely.
     static std::optional<SvgPicture> Read(const QByteArray& svg);
 
-    /// Draws the shapes in a square of side `Grid`; the caller scales the painter.
+    /// Draws the shapes into a square of `Grid` by `Grid` units.  The caller scales the painter to the size
+    /// of the picture.
     void Paint(QPainter& painter) const;
 
 private:
@@ -37,7 +39,8 @@ private:
         QPen Stroke;
     };
 
-    /// Reads the file's next token; `depth` counts the open elements.  Returns false if it is not supported.
+    /// Processes the current token of the file.  `depth` counts the open elements.  Returns false if the
+    /// token is not supported.
     bool Take(QXmlStreamReader& xml, int& depth);
     bool TakeShape(const QXmlStreamReader& xml);
 

@@ -6,11 +6,12 @@
 namespace tallyhorn {
 namespace {
 
-/// The time from one batch to the next, in milliseconds, unless the batch left datagrams unhandled.  It is
-/// longer in a storm: showing the rows then takes as long as all other work, and nobody can read every row.
+/// The shortest time from one batch to the next, in milliseconds.  If a batch leaves datagrams unhandled, the
+/// next one follows at once instead.  The time is longer in a storm, because showing the rows then takes as
+/// long as all other work, and nobody can read every row.
 constexpr int ArrivalInterval = 40;
 constexpr int StormInterval = 80;
-constexpr std::uint64_t StormSize = 1000;  ///< datagrams in a batch
+constexpr std::uint64_t StormSize = 1000;  ///< a batch of at least so many datagrams is a storm
 
 }  // namespace
 
@@ -30,7 +31,8 @@ void ArrivalTimer::HandleDatagrams() {
     timArrival->start(static_cast<int>(std::clamp<qint64>(interval_ - since, 0, interval_)));
 }
 
-/// Starts the timer even if more datagrams wait already, so that all other events run between two slices.
+/// Handles one slice of datagrams.  If more are waiting, starts the timer again instead of handling them at
+/// once, so that all other events run between two slices.
 void ArrivalTimer::Tick() {
     auto waiting = SyslogEndpoint::Waiting::Nothing;
     const std::uint64_t before = syslog_.ReceivedCount();

@@ -11,15 +11,17 @@ class QTimer;
 
 namespace tallyhorn {
 
-/// Decides when waiting datagrams are handled: at once, or up to 80 ms after the previous batch, because
-/// showing a batch costs more than handling it.  The referenced objects must outlive the timer.
+/// Decides when waiting datagrams are handled: at once, or, if a batch was handled just before, up to 80 ms
+/// after it.  Showing a batch costs more than handling it, so a few large batches are cheaper than many small
+/// ones.  The referenced objects must outlive the timer.
 class ArrivalTimer final : public QObject {
     Q_OBJECT
 
 public:
     ArrivalTimer(SyslogEndpoint& syslog, ProcessingCycle& cycle, CommandQueue& queue, QObject* parent);
 
-    /// Starts the timer unless it is running.  Its tick handles all datagrams that are waiting at that time.
+    /// Starts the timer unless it is running.  When it fires, it handles waiting datagrams for about 10 ms,
+    /// and starts again if datagrams are left.
     void HandleDatagrams();
     void Stop();
 

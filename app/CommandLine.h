@@ -11,7 +11,7 @@ struct CommandLine {
     enum class Wish { Run, Help, Version, Refuse };
 
     Wish Asked = Wish::Run;
-    std::filesystem::path Folder;  ///< empty for the one that ChooseDataFolder returns
+    std::filesystem::path Folder;  ///< if empty, the folder that ChooseDataFolder returns is used
     std::string Refusal;           ///< the reason, if Asked is Refuse
 };
 

@@ -40,11 +40,11 @@ constexpr std::string_view PortFailedAfter =
     "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
-/// The time for which a message is shown if perhaps no user is present to close it.
+/// The time after which the shut-down closes message boxes if perhaps no user is present.
 constexpr std::chrono::seconds UnattendedBox{10};
 
-/// The environment variable that names a file to which the console writes at its end how much it received,
-/// for scripts that run it unattended.
+/// If this environment variable names a file, the console writes to it at its end how much it received, for
+/// scripts that run the console unattended.
 constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
 }  // namespace
@@ -101,14 +101,14 @@ bool Console::Start() {
     ApplySettings();
     LoadBackup();
     // The session may have ended during the steps above.  The console is shut down only here, after it has
-    // read the old backup: a new one saved earlier would lack the old messages.
+    // read the backup, because a backup saved earlier would lack the old messages.
     if (!gate_.Advance(Gate::Phase::Running)) {
         ShutDown();
         return true;
     }
     tray_->Initialize();
     tray_->ShowServerWindowMax();
-    // The splash is shown once the event loop runs, because Qt would otherwise run events while it shows it.
+    // The splash is shown later, by the event loop, because showing it lets Qt run events.
     if (!portFailed_)
         QMetaObject::invokeMethod(
             &wakeTarget_, [this] { ShowSplash(); }, Qt::QueuedConnection);
@@ -123,7 +123,7 @@ void Console::End() {
         case Gate::Answer::Queue:
             return window_->CloseWithoutQuestion();
         case Gate::Answer::Later:
-            // Start is still running; it shuts the console down at its end.
+            // Start is still running and will shut the console down before it returns.
             gate_.Advance(Gate::Phase::Ended);
             return frmServer::DismissQuestions();
         case Gate::Answer::Refuse:
@@ -153,13 +153,13 @@ ReceptionParts Console::Reception() {
 }
 
 /// Reads the port from the settings file each time, since the user may have changed it.  A failure only sets
-/// `portFailed_`; AskAboutPort asks about it once no other dialog is open.
+/// `portFailed_`; AskAboutPort asks the user later, when no dialog is open.
 void Console::InitializeWinsock() {
     portFailed_ = !syslog_.InitializeWinsock(ReadSyslogPort(profile_));
 }
 
-/// Asks the user about a port that could not be bound, until it is bound or the user gives up.  The mailslot
-/// is polled and the window works while the question is open, so the console may end meanwhile.
+/// Asks the user about a port that could not be bound, until it is bound or the user gives up.  While the
+/// question is open, other work goes on, so the console may be shut down.
 void Console::AskAboutPort() {
     while (portFailed_ && !HasEnded()) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));
@@ -181,7 +181,7 @@ void Console::AskAboutPort() {
     }
 }
 
-/// Holds arrivals until all messages of the backup are restored, so that arrivals are kept after these.
+/// Holds arrivals until all messages of the backup are restored, so that those come before new ones.
 void Console::LoadBackup() {
     frmSavingMessages loading(frmSavingMessages::Work::Loading);
     loading.show();
@@ -200,7 +200,7 @@ void Console::LoadBackup() {
     Run();
 }
 
-/// Shows the splash in front of the main window, which keeps the focus.  Does nothing if a dialog is open.
+/// Shows the splash in front of the main window without the focus.  Does nothing if a dialog is open.
 void Console::ShowSplash() {
     if (HasEnded() || QApplication::activeModalWidget() != nullptr)
         return;
@@ -235,7 +235,7 @@ void Console::ShowFilterDialog() {
     dialog.exec();
 }
 
-/// Saves sizes and widths even if the user then refuses to close the console.
+/// Saves the window's size and the columns' widths even if the user refuses to close the console.
 bool Console::QueryUnload(bool byUser) {
     if (HasEnded())
         return false;
@@ -250,7 +250,7 @@ bool Console::QueryUnload(bool byUser) {
 }
 
 void Console::Unload() {
-    // ShutDown lets events run, which may unload the window once more.
+    // ShutDown lets events run, and one of them may call Unload again.
     if (gate_.Advance(Gate::Phase::Ended))
         ShutDown();
 }
@@ -275,13 +275,13 @@ void Console::ShutDown() {
         WriteSummary();
     }
     window_->hide();
-    // Not quit(), which asks each window to close and fails if one of them refuses.
+    // Calls exit() instead of quit(), which asks each window to close and fails if one of them refuses.
     QCoreApplication::exit(EXIT_SUCCESS);
 }
 
 // ---- the notification area
 
-/// Lets the window's entry in the task bar flash too, unless the window is hidden and has none.
+/// Makes the notification-area icon flash, and also the task-bar entry unless the window is hidden.
 void Console::StartFlash() {
     // During the start the window is invisible only because it has not been shown yet, and if the session
     // ends then, the icon was never added.
@@ -292,7 +292,7 @@ void Console::StartFlash() {
         QApplication::alert(window_.get());
 }
 
-/// Does nothing inside other work, because that work runs pending events itself.
+/// Does nothing while a command or a timer's routine runs, because it runs pending events itself.
 void Console::LetEventsRun() {
     if (!window_->Commands().IsAtWork())
         Run();
@@ -330,13 +330,13 @@ void Console::AddSuppressionFilter(QWidget& over) {
 }
 
 void Console::ShowPreferences() {
-    // Ask about the port only if it fails while this dialog is open.
+    // The user is asked about the port only if binding it fails while this dialog is open.
     portFailed_ = false;
     AskPreferences();
     AskAboutPort();
 }
 
-/// Returns false if the user has cancelled.
+/// Returns false if the user has cancelled the dialog.
 bool Console::AskPreferences() {
     frmPreferences dialog({profile_, *this, machine_.Boxes, *this}, window_.get());
     return dialog.exec() == QDialog::Accepted;
@@ -362,8 +362,8 @@ void Console::ShowHelp(HelpContext context) {
     help_.ShowHelp(context, window_->winId());
 }
 
-/// Opens the help at once if a dialog or a question is open, because the user then asks for help with it.
-/// Otherwise opens it as a command, which waits for other work.
+/// Opens the help at once if a dialog or a question is open, because the user wants help with it.  Otherwise
+/// opens the help as a command, which waits until other work has ended.
 void Console::OpenHelp(HelpContext context) {
     if (QApplication::activeModalWidget() != nullptr)
         ShowHelp(context);

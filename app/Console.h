@@ -45,7 +45,7 @@ namespace tallyhorn {
 class ArrivalTimer;
 class frmStartup;
 
-/// Owns the console's state and windows, starts them in order and shuts them down in order.
+/// Owns the console's state and windows, and starts them and shuts them down in the required order.
 class Console final : private ServerLifetime,
                       private ServerCommands,
                       private PreferencesHost,
@@ -69,7 +69,7 @@ public:
         UserNames& Names;
     };
 
-    /// `folder` holds settings, filters and the backup.  The help file and the sound are in it or in
+    /// `folder` has the settings, the filters and the backup; the help file and the sound are in `folder` or
     /// `programFolder`.
     Console(const Machine& machine, const std::filesystem::path& folder,
             const std::filesystem::path& programFolder);
@@ -138,7 +138,7 @@ private:
     AlarmRecord currentAlarm_;
     TimeSlices slices_;
     Gate gate_{Gate::Phase::Starting};
-    std::unique_ptr<frmServer> window_;  ///< destroyed first, since its views read what the others own
+    std::unique_ptr<frmServer> window_;  ///< destroyed first, because its views read the members below
     std::unique_ptr<frmTrayIcon> tray_;
     WindowHiding hiding_;
     ReceivedMessages received_;
@@ -147,7 +147,7 @@ private:
     const MessageContext context_;
     ViewFilter viewFilter_;
     MessageCommands commands_;
-    QObject wakeTarget_;  ///< the receiver of queued calls, which its destruction cancels
+    QObject wakeTarget_;  ///< receives queued calls; its destruction cancels them
     SyslogEndpoint syslog_;
     ProcessingCycle cycle_;
     ArrivalTimer* arrivals_ = nullptr;  ///< owned by the window
@@ -159,7 +159,7 @@ private:
     HelpKeys helpKeys_;
     QPointer<frmStartup> splash_;
     bool portFailed_ = false;
-    bool attended_ = false;  ///< whether the user closed the console, and so can read messages
+    bool attended_ = false;  ///< whether the user closed the console and so can answer message boxes
 };
 
 }  // namespace tallyhorn

@@ -7,7 +7,8 @@
 
 namespace tallyhorn {
 
-/// Shows message boxes in front of the main window, once it exists.
+/// Shows each message box in front of the window that DialogOwner returns.  That may be none until SetOwner
+/// is called.
 class QtMessageBoxes final : public MessageBoxes {
 public:
     void SetOwner(QWidget* owner) { owner_ = owner; }

@@ -7,8 +7,8 @@
 
 namespace tallyhorn {
 
-/// Shows the desktop's own dialog, or Qt's if it has none, in front of the main window, once it exists.
-/// Closing the dialog's window cancels it.
+/// Shows the desktop's save dialog, or Qt's own if the desktop has none, in front of the window that
+/// DialogOwner returns.  Closing the dialog's window cancels the dialog.
 class QtSaveDialog final : public SaveDialog {
 public:
     void SetOwner(QWidget* owner) { owner_ = owner; }

@@ -77,7 +77,8 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
     int status = console.HasEnded() ? EXIT_SUCCESS : EXIT_FAILURE;
     if (started && !console.HasEnded())
         status = QApplication::exec();
-    // On Windows the end of the session may end the event loop although a question is open.
+    // On Windows, the end of the session may end the event loop while a question is open and before the
+    // console has been shut down.
     console.End();
     termination.Stop();
     return status;
@@ -95,8 +96,8 @@ std::string PrepareDataFolder(const std::filesystem::path& folder) {
                  : "";
 }
 
-/// Prints what the command line asks for instead of the console, or shows it in a box if the program has no
-/// output.
+/// Prints the help, the version or the reason for the refusal, or shows it in a message box if the program
+/// has no output.  Returns the exit status.
 int TellAndQuit(const CommandLine& line, int argc, char** argv) {
     const bool refused = line.Asked == CommandLine::Wish::Refuse;
     const std::string text =

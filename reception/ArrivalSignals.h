@@ -7,7 +7,7 @@ class ArrivalSignals {
 public:
     virtual ~ArrivalSignals() = default;
     virtual void PlayAlertSound() = 0;
-    /// Lets the notification-area icon flash; does nothing if it flashes already.
+    /// Makes the notification-area icon flash; does nothing if it is already flashing.
     virtual void StartFlash() = 0;
 };
 

@@ -10,8 +10,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t FirstSize = 1001;
-/// The length of a full part 0.  Only this many characters at the end of the first datagram that arrives of a
-/// text are kept, even if it is another part; this removes the header of a full part 0.
+/// The length of a full part 0 without its header.  Of the datagram of a text that arrives first, even if it
+/// is not part 0, only this many characters at the end are kept.  This removes the header of a full part 0.
 constexpr std::size_t FirstPartLength = 384;
 constexpr std::chrono::seconds Lifetime(30);
 
@@ -22,7 +22,8 @@ struct Part {
     std::string_view Data;
 };
 
-/// Removes digits and the "-" after them from the front of `text`.
+/// Removes a number and the "-" after it from the front of `text` and returns the number, or nothing if there
+/// is none.
 std::optional<std::int16_t> TakeNumber(std::string_view& text) {
     // from_chars would accept a sign.
     if (text.empty() || text.front() == '-')
@@ -89,7 +90,7 @@ void FragmentStore::Add(std::string_view datagram, Clock::TimePoint now) {
     const bool first = found == indexById_.end();
     PartialText& partial = first ? TakeEntry(part->ID, part->Last, now) : entries_[found->second];
     partial.LastUpdated = now;
-    // The part counts even if its index is greater than the last one; only its data is dropped then.
+    // A part whose index is greater than PartCount is counted too; only its data is dropped.
     if (partial.PartsReceived < std::numeric_limits<std::int16_t>::max())
         ++partial.PartsReceived;
     if (part->Index <= partial.PartCount)

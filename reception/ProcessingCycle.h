@@ -18,16 +18,16 @@ public:
     ProcessingCycle(cvbMailslot& mailslot, SyslogEndpoint& syslog, const ReceptionParts& parts)
         : mailslot_(mailslot), syslog_(syslog), parts_(parts) {}
 
-    /// Polls the mailslot if the gate permits: reads all waiting texts, and keeps and shows those that no
-    /// filter suppresses.
+    /// Polls the mailslot if the gate permits: reads all waiting texts, keeps those that no suppression
+    /// filter drops, and shows those that the view filter does not hide.
     void TimCheckTick();
-    /// Polls if the gate has postponed the last poll.  In a syslog storm every poll may be due while
-    /// datagrams are handled; without this function the mailslot would then never be read.
+    /// Polls if the gate answered the most recent poll with Later.  In a syslog storm every poll may be due
+    /// while datagrams are handled; without this function the mailslot would then never be read.
     void MissedTick();
 
     /// Starts a pause, or ends the one that the tool bar shows and handles the datagrams queued during it.
     void PauseCommand();
-    /// Counts one second of a pause; the 121st ends it.
+    /// To be called every second during a pause; the 121st call ends the pause.
     void ResumeTick();
 
     /// Returns how many texts have been read since the start, including suppressed ones.
@@ -41,7 +41,7 @@ private:
     ReceptionParts parts_;
     std::int32_t resumeTicks_ = 0;
     std::uint64_t receivedCount_ = 0;
-    std::vector<std::string> spareMessages_;  ///< kept between polls, so that the next one reuses its memory
+    std::vector<std::string> spareMessages_;  ///< kept between polls, so that the next poll reuses its memory
 };
 
 }  // namespace tallyhorn

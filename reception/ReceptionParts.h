@@ -7,7 +7,7 @@
 
 namespace tallyhorn {
 
-/// The objects that both channels use.  They must outlive the channels.
+/// The objects that ProcessingCycle and SyslogEndpoint use.  They must outlive both.
 struct ReceptionParts : MessageContext {
     SuppressionFilters& Filters;
     const ViewFilterState& ViewFilter;

@@ -9,7 +9,8 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::chrono::milliseconds SliceLength{10};
-/// Reading the clock takes a tenth of the time of handling a datagram.
+/// The clock is read only after so many datagrams, because reading it takes a tenth of the time of handling
+/// one.
 constexpr int DatagramsPerLook = 16;
 
 DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
@@ -21,7 +22,7 @@ DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
 
 }  // namespace
 
-/// A batch whose datagrams without a date are dated at its beginning.
+/// A batch of datagrams.  A datagram without a date gets the time at which the batch began.
 class SyslogEndpoint::Batch {
 public:
     explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.TheGate()) {
@@ -51,8 +52,8 @@ void SyslogEndpoint::Close() {
     FinishBatch();
 }
 
-/// Closes the UDP port.  Handles the datagrams that have arrived there; queues those that the gate does not
-/// permit to be handled now.
+/// Closes the UDP port.  Handles the datagrams that have arrived there, or queues them if the gate does not
+/// permit handling them now.
 void SyslogEndpoint::StopListening() {
     if (wscSyslog == nullptr)
         return;
@@ -93,7 +94,7 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     return HasWaiting() ? Waiting::Later : Waiting::Nothing;
 }
 
-/// Returns whether it has handled all waiting datagrams.
+/// Handles datagrams for about 10 ms.  Returns whether none are left.
 bool SyslogEndpoint::HandleForASlice() {
     if (wscSyslog == nullptr)
         return true;
@@ -112,8 +113,8 @@ bool SyslogEndpoint::HandleForASlice() {
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
     if (queue_.Count() == 0)
         return;
-    // The end of a hold or a batch does not call this function again.  So ask for a call of DataArrival,
-    // which is repeated as long as it returns Later.
+    // The end of a hold or a batch does not call this function again.  Therefore a call of DataArrival is
+    // requested; ArrivalTimer repeats it as long as it returns Later.
     if (TheGate().Decide(Gate::Request::Datagrams) == Gate::Answer::Later) {
         wake_();
         return;
@@ -131,7 +132,8 @@ void SyslogEndpoint::HandleQueue() {
     }
 }
 
-/// Lets events run before the batch ends, so that the views show its rows before the next batch.
+/// Lets events run before the batch ends, so that the views show the batch's rows before the next batch
+/// begins.
 void SyslogEndpoint::FinishBatch() {
     parts_.Received.UpdateStatusCounts(parts_.Received.Syslog);
     parts_.Received.UpdateListViewStatus();
@@ -149,7 +151,7 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
         flashStarted_ = true;
         parts_.Signals.StartFlash();
     }
-    // Drops NULs, which the backup file could not hold.
+    // Drops NULs, because the backup file cannot contain them.
     if (message.find('\0') != std::string_view::npos) {
         withoutNuls_ = message;
         std::erase(withoutNuls_, '\0');

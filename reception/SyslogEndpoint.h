@@ -12,15 +12,17 @@
 
 namespace tallyhorn {
 
-/// Listens for syslog datagrams and keeps those that are notifications.  Others leave no trace.  Events may
-/// run in the middle of a batch, and one of them may be the next arrival.
+/// Listens for syslog datagrams and keeps those that are notifications.  Other datagrams are only counted.
+/// Events may run in the middle of a batch, and one of them may be the next arrival.
 class SyslogEndpoint {
 public:
-    /// `wake` asks for a call of DataArrival.  It is called on the pump thread when datagrams have arrived.
+    /// `wake` requests a call of DataArrival.  It is called on the pump thread when datagrams have arrived,
+    /// and on the user-interface thread by ProcessQueuedSyslogMessages.
     SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts, std::function<void()> wake);
 
-    /// Handles the datagrams that wait at the present UDP port, closes that port and listens at `port`; 0
-    /// lets the system choose one.  Returns false if `port` cannot be bound, and then listens at no port.
+    /// Handles the datagrams that wait at the current UDP port, closes that port and listens at `port`; if
+    /// `port` is 0, the system chooses one.  Returns false if `port` cannot be bound, and then listens at no
+    /// port.
     bool InitializeWinsock(std::int32_t port);
     /// Stops listening and handles all datagrams that have arrived, including those that a pause has queued.
     void Close();
@@ -28,8 +30,8 @@ public:
     /// What waits after a call of DataArrival: nothing; more datagrams than the slice could handle; or
     /// datagrams to be handled later, because they arrived during the slice or the gate answers Later.
     enum class Waiting { Nothing, More, Later };
-    /// Handles waiting datagrams for about 10 ms, queues them during a pause, or leaves them in the pump's
-    /// queue, as the gate decides.
+    /// Handles waiting datagrams for about 10 ms, queues them during a pause, or leaves them in the
+    /// DatagramInbox, as the gate decides.
     Waiting DataArrival();
     /// Handles the datagrams that a pause has queued.  To be called at the end of the pause.
     void ProcessQueuedSyslogMessages();
@@ -56,9 +58,9 @@ private:
     const std::function<void()> wake_;
     std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null if no port is open
     SyslogQueue queue_;
-    AlarmDate now_;  ///< the time at which the current batch or its last slice began
+    AlarmDate now_;  ///< the local time when the batch began or when events last ran in it
     std::uint64_t receivedCount_ = 0;
-    DatagramLosses lostBefore_;  ///< at the UDP ports that were open earlier
+    DatagramLosses lostBefore_;  ///< the losses at the UDP ports that were open earlier
     std::string toolTip_;
     std::string withoutNuls_;
     bool flashStarted_ = false;  ///< in the current batch

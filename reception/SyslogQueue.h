@@ -9,14 +9,14 @@
 
 namespace tallyhorn {
 
-/// Owns the datagrams that arrive during a pause, at positions from 1 on.  Once all positions are taken,
-/// further ones overwrite those from position 1 on.  Compatibility: those that would overwrite the last
-/// position are dropped, as are the 60000th, the 90000th and so on.
+/// Owns the datagrams that arrive during a pause, at the positions 1 to 30,000.  Once all positions are
+/// taken, further datagrams overwrite those from position 1 on.  Compatibility: the last position is never
+/// overwritten; the 60,000th datagram, the 90,000th and so on are dropped instead.
 class SyslogQueue {
 public:
     static constexpr std::size_t Positions = 30000;
-    /// The most bytes held; datagrams beyond that are dropped.  30,000 of the largest would take two
-    /// gigabytes.
+    /// The most bytes that the queue holds; datagrams beyond this limit are dropped. 30,000 datagrams of the
+    /// largest size would take two gigabytes.
     static constexpr std::size_t DefaultLimit = std::size_t{64} << 20U;
 
     explicit SyslogQueue(std::size_t limit = DefaultLimit) : limit_(limit) {}

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t NoHandle = -1;
 constexpr std::int16_t LastMessageNumber = 30000;
-/// The length of a part; part 0 is one character shorter.
+/// The length of a part without its header; part 0 is one character shorter.
 constexpr std::size_t PartLength = 385;
 
 /// Returns the text before the buffer's first NUL.
@@ -120,7 +120,7 @@ std::int16_t cvbMailslot::ReadMessages(std::vector<std::string>& messages) {
     return complete ? static_cast<std::int16_t>(placed) : std::int16_t{0};
 }
 
-/// Returns false if a read failed.
+/// Reads `count` datagrams.  Returns false if a read failed.
 bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& messages, std::size_t& placed) {
     ReadBuffer buffer{};
     for (std::int16_t i = 0; i < count; ++i) {
@@ -138,7 +138,7 @@ bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& mess
     return true;
 }
 
-/// Reads one datagram over the start of `buffer`.
+/// Reads one datagram into the start of `buffer` and leaves the bytes after it unchanged.
 bool cvbMailslot::ReadNext(ReadBuffer& buffer) {
     MailslotInfo info;
     std::size_t read = 0;

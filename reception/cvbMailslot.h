@@ -40,17 +40,17 @@ public:
     /// Return the arguments of the last call of InitializeMailslot, even if it failed.
     bool ServerModeActive() const { return serverMode_; }
     const std::string& MailslotName() const { return mailslotName_; }
-    /// Returns -1 if no mailslot is open.
+    /// Returns the system's handle of the open mailslot, or -1 if none is open.
     std::int32_t Handle() const;
     bool InitializeMailslot(std::string_view mailslotName, bool initServer);
     /// Sends a text of at most 400 bytes as it is, without a NUL, and returns whether that succeeded.  Sends
-    /// a longer one in parts, each with a NUL, and returns true or throws MailslotWriteError.
+    /// a longer text in parts, each ended by a NUL, and returns true or throws MailslotWriteError.
     bool SendMessage(std::string_view message);
     /// Returns the number of waiting datagrams, at most 32767, or 0 if the mailslot cannot be queried.
     std::int16_t CheckForMessages();
     void Terminate();
     /// Reads as many datagrams as CheckForMessages counts and returns the number N of complete texts.  Puts
-    /// an empty text at index 0 of `messages`, and from index 1 to N first the texts of one datagram each,
+    /// an empty text at index 0 of `messages`, and at the indexes 1 to N first the texts that arrived whole,
     /// then those joined from parts.  If a read fails, returns 0 at once and leaves the texts read so far in
     /// `messages`.  Passing the same vector again reuses its memory.
     std::int16_t ReadMessages(std::vector<std::string>& messages);

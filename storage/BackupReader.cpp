@@ -8,7 +8,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Room for the longest text whose length has five digits.
+/// Enough for the longest text, because lengths have at most five digits.
 constexpr std::size_t BufferSize = std::size_t{256} << 10U;
 constexpr int LengthsPerCall = 2000;
 
@@ -37,7 +37,8 @@ BackupReader::Step BackupReader::Next(std::string_view& text) {
     return Step::NotYet;
 }
 
-/// Returns the next `count` bytes, or nothing if the source ends before; the rest is then discarded.
+/// Returns the next `count` bytes.  If the source has fewer bytes left, discards them and returns an empty
+/// view.
 std::string_view BackupReader::Take(std::size_t count) {
     while (end_ - begin_ < count) {
         if (!ReadMore()) {

@@ -9,12 +9,12 @@ namespace tallyhorn {
 
 /// The number of decimal digits in the length that precedes each text of a backup file.
 constexpr std::size_t BackupLengthDigits = 5;
-/// compatibility: a smaller length has no text; the next length follows directly after it.
+/// compatibility: a smaller length is not followed by a text but directly by the next length.
 constexpr std::size_t ShortestBackupText = 20;
 
 /// Splits a backup file into its texts.  The memory it needs does not depend on the file's contents.  If the
-/// file is damaged, any bytes may be read as lengths, and the texts need not be those that were saved.  The
-/// source must outlive this object.
+/// file is damaged, any bytes may be read as lengths, and the texts may differ from those that were saved.
+/// The source must outlive this object.
 class BackupReader {
 public:
     enum class Step { Text, NotYet, End };
@@ -23,8 +23,8 @@ public:
 
     /// Sets `text` to the next text, which stays valid until the next call.  Returns `NotYet` after ten
     /// thousand bytes without a text, so that the caller can let events run.  A length that is not a number
-    /// counts as 0, so the search goes on with the next five bytes.  A text that the file cuts off is not
-    /// returned.
+    /// counts as 0, so the search goes on with the next five bytes.  A text that is cut off at the end of the
+    /// file is not returned.
     Step Next(std::string_view& text);
 
 private:

@@ -12,8 +12,8 @@ constexpr std::string_view LineEnd = "\r\n";
 /// compatibility: always "/", whatever separator the lists use.
 constexpr std::string_view Separator = "/";
 
-/// Returns the text with each CR LF, CR or LF replaced by one blank; uses `buffer` only if there is one to
-/// replace.
+/// Returns the text with each CR LF, CR or LF replaced by one blank; copies it to `buffer` only if there is
+/// one to replace.
 std::string_view OnOneLine(std::string_view text, std::string& buffer) {
     if (text.find('\r') == std::string_view::npos && text.find('\n') == std::string_view::npos)
         return text;

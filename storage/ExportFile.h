@@ -18,13 +18,14 @@ namespace tallyhorn {
 /// programs that read these files expect.
 class ExportFile {
 public:
-    /// Creates the file that Finish puts at `path`.  If that fails, Write returns false and Finish the error.
+    /// Creates the file that Finish puts at `path`.  If it cannot be created, Write returns false and Finish
+    /// returns the error.
     ExportFile(const std::filesystem::path& path, bool dayFirst);
 
-    /// Returns false after the first failure.
+    /// Writes one line.  Returns false if this or an earlier write failed.
     bool Write(const AlarmRecord& alarm);
-    /// Replaces the file at `path` by what was written.  After a failure, leaves the file at `path` unchanged
-    /// and returns the first error.
+    /// Replaces the file at `path` by the new file.  After a failure, leaves the file at `path` unchanged and
+    /// returns the first error.
     std::optional<SystemError> Finish();
 
 private:

@@ -16,11 +16,11 @@ namespace {
 constexpr std::string_view SaveFailure =
     "The following error occurred when attempting to save received messages to disk.\r\nError # ";
 
-/// Showing the progress takes as long as restoring a text, so it is shown after every hundredth.
+/// Showing the progress takes as long as restoring a text, so it is shown only after every hundredth text.
 constexpr std::uint64_t TextsPerShow = 100;
 
-/// compatibility: five digits, but more for a text of 100,000 bytes or more, which no reader can then read
-/// back.
+/// Returns the length in five digits. compatibility: a length of 100,000 or more has more digits, and its
+/// text cannot be read back.
 std::string LengthDigits(std::size_t length) {
     std::string digits = std::to_string(length);
     digits.insert(0, BackupLengthDigits - std::min(digits.size(), BackupLengthDigits), '0');
@@ -88,7 +88,8 @@ void MessageBackup::LoadMessageBackup(const std::function<void(std::string_view)
 }
 
 /// Calls `handle` for each text that is not blank.  Lets pending events run after each call of
-/// BackupReader::Next, which also returns if it has not found a text in a damaged file for long.
+/// BackupReader::Next, which also returns when it has searched ten thousand bytes of a damaged file without
+/// finding a text.
 template <typename Handle>
 void MessageBackup::ForEachText(InputFile& file, Handle handle) {
     BackupReader reader(file);

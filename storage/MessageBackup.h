@@ -14,8 +14,8 @@
 
 namespace tallyhorn {
 
-/// Saves the texts of a message store in the backup file and loads them back.  All arguments of the
-/// constructor must outlive it.
+/// Saves the texts of a message store in the backup file and loads them back.  The objects that the
+/// constructor takes by reference must outlive it.
 class MessageBackup {
 public:
     MessageBackup(std::filesystem::path file, const MessageStore& messages, MessageBoxes& boxes,
@@ -27,9 +27,9 @@ public:
     /// LoadMessageBackup, because the file then contains messages that are not yet in the store.
     void SaveMessageBackup();
 
-    /// Calls `restore` for each text of the file that is not blank, and `showProgress` now and then with the
-    /// number of texts restored so far and in all.  Lets pending events run in between.  Creates the file if
-    /// there is none, and skips what cannot be read without telling the user.
+    /// Calls `restore` for each text of the file that is not blank, and from time to time `showProgress`,
+    /// with the number of texts restored so far and the number of all texts.  Lets pending events run between
+    /// the texts.  Creates the file if there is none, and skips damaged parts without telling the user.
     void LoadMessageBackup(const std::function<void(std::string_view)>& restore,
                            const std::function<void(std::uint64_t done, std::uint64_t total)>& showProgress);
 

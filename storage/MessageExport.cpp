@@ -22,7 +22,7 @@ std::string CaptionOf(MessagePage page) {
     return caption;
 }
 
-/// Returns the day as "25-Dec-2008".
+/// Returns the day in the form "25-Dec-2008".
 std::string DayText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
     std::string text = std::to_string(parts.Day);
@@ -76,8 +76,8 @@ std::optional<std::filesystem::path> MessageExport::AskFile(MessagePage page) {
     return parts_.Dialog.AskFile(folder_ / name, FileTypes);
 }
 
-/// Exports the node that is selected after the save dialog: events run while it is open, so that the node
-/// that was selected before may be deleted by then.
+/// Exports the node that is selected when the save dialog has closed: events run while the dialog is open,
+/// and may delete the node that was selected before.
 void MessageExport::ExportTreeBranch() {
     const ConsolidatedTree& tree = parts_.Received.Tree;
     if (tree.SelectedNode().IsRoot() || !parts_.Boxes.Confirm(BranchQuestion))
@@ -91,7 +91,8 @@ void MessageExport::ExportTreeBranch() {
     Export(parts_.Received.Syslog, *file, leaves);
 }
 
-/// Adds the leaves at or below the node, in the order in which a fully expanded tree shows them.
+/// Adds to `leaves` the slots of the leaves at or below the node, in the order in which a fully expanded tree
+/// shows them.
 void MessageExport::ExportTreeBranchNode(TreeNode node, Slots& leaves) {
     if (node.IsLeaf()) {
         leaves.push_back(node.LeafSlot());
@@ -110,7 +111,8 @@ void MessageExport::Export(const MessageChannel& channel, const std::filesystem:
                           error->Text);
 }
 
-/// Arrivals are held, and no events have run since the slots were collected, so the file is a snapshot.
+/// The file is a snapshot: no events have run since the slots were collected, and arrivals are held while it
+/// is written.
 std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
                                                 const std::filesystem::path& path, const Slots& slots) {
     if (IsOwnFile(path)) {
@@ -130,7 +132,7 @@ std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
     return file.Finish();
 }
 
-/// Returns whether `file` is one of the console's own files, by whatever path.
+/// Returns whether `file` is one of the console's own files, even if its path is written differently.
 bool MessageExport::IsOwnFile(const std::filesystem::path& file) const {
     return std::any_of(ownFiles_.begin(), ownFiles_.end(), [&](const std::string& own) {
         std::error_code none;

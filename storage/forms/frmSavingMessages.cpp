@@ -9,10 +9,10 @@
 namespace tallyhorn {
 namespace {
 
-/// The bar's range: more steps than it has pixels.
+/// The range of the progress bar: more steps than the bar has pixels.
 constexpr int ProgressSteps = 1000;
 
-/// Formats with a comma after the thousands in every locale, like the English texts around it.
+/// Formats the number as 1,234,567 in every locale, because the texts around it are always English.
 QString Grouped(std::uint64_t number) {
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(qulonglong{number});
 }
@@ -43,7 +43,7 @@ frmSavingMessages::frmSavingMessages(Work work, QWidget* parent)
     pgbProgress->setVisible(loading);
     lblProgress->setObjectName(QStringLiteral("lblProgress"));
     lblProgress->setTextFormat(Qt::PlainText);
-    // An empty label has no height, so the window would grow at the first number.
+    // An empty label has no height, so the window would grow when the first number is shown.
     lblProgress->setMinimumHeight(lblProgress->fontMetrics().height());
     lblProgress->setVisible(loading);
     auto* const layout = new QVBoxLayout(this);

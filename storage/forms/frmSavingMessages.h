@@ -8,8 +8,8 @@ class QProgressBar;
 
 namespace tallyhorn {
 
-/// The small window that is shown while messages are saved or loaded.  Only for loading it has a progress
-/// bar.
+/// The small window that is shown while messages are saved or loaded.  It has a progress bar only while
+/// messages are loaded.
 class frmSavingMessages final : public QWidget {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
 
     explicit frmSavingMessages(Work work = Work::Saving, QWidget* parent = nullptr);
 
-    /// Shows how many messages are loaded so far and in all.
+    /// Shows how many messages have been loaded so far and how many there are.
     void ShowProgress(std::uint64_t done, std::uint64_t total);
 
 private:

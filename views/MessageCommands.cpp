@@ -21,6 +21,12 @@ constexpr std::chrono::milliseconds Pause{1};
 /// The number of leaves whose removal takes about as long as a slice.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
 
+/// Removes the rows that were selected when the question opened.  If they still are the selected ones, uses
+/// RemoveSelected, which need not look for them.
+std::vector<Slot> RemoveChosen(MessageList& list, const std::vector<Slot>& chosen) {
+    return list.SelectedSlots() == chosen ? list.RemoveSelected() : list.Remove(chosen);
+}
+
 }  // namespace
 
 bool MessageCommands::RefuseWhileFiltered() {
@@ -57,12 +63,13 @@ void MessageCommands::DeleteMessagesIn(ViewNumber view) {
 
 void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
     MessageList& list = context_.Received.List(view);
-    if (list.SelectedCount() == 0 || !context_.Boxes.Confirm(DeleteQuestion))
+    const std::vector<Slot> chosen = list.SelectedSlots();
+    if (chosen.empty() || !context_.Boxes.Confirm(DeleteQuestion))
         return;
-    LongWork work(context_.Display, context_.Slices, list.SelectedCount());
+    LongWork work(context_.Display, context_.Slices, chosen.size());
     const Gate::PollStop stop(context_.Received.Gate());
     context_.Display.ShowView(view, false);
-    RemoveFromStore(context_.Received.NetBios, list.RemoveSelected(), work);
+    RemoveFromStore(context_.Received.NetBios, RemoveChosen(list, chosen), work);
     context_.Display.ShowView(view, true);
     context_.Received.UpdateStatusCounts(context_.Received.NetBios);
     context_.Received.UpdateListViewStatus();
@@ -70,13 +77,14 @@ void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
 
 void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
     MessageList& list = context_.Received.List(view);
-    const Gate::Hold hold(context_.Received.Gate());
-    if (list.SelectedCount() == 0 || !context_.Boxes.Confirm(DeleteQuestion))
+    const std::vector<Slot> chosen = list.SelectedSlots();
+    if (chosen.empty() || !context_.Boxes.Confirm(DeleteQuestion))
         return;
-    LongWork work(context_.Display, context_.Slices, 2 * list.SelectedCount());
+    const Gate::Hold hold(context_.Received.Gate());
+    LongWork work(context_.Display, context_.Slices, 2 * chosen.size());
     context_.Display.ShowView(view, false);
     context_.Display.ShowView(ConsolidatedView, false);
-    RemoveFromSyslog(list.RemoveSelected(), work);
+    RemoveFromSyslog(RemoveChosen(list, chosen), work);
     context_.Display.ShowView(view, true);
     context_.Display.ShowView(ConsolidatedView, true);
     context_.Received.UpdateStatusCounts(context_.Received.Syslog);
@@ -84,26 +92,33 @@ void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
 }
 
 void MessageCommands::DeleteTreeSelection() {
-    const Gate::Hold hold(context_.Received.Gate());
     const TreeNode node = context_.Received.Tree.SelectedNode();
-    if (node.IsRoot() || !context_.Boxes.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
+    if (node.IsRoot())
         return;
-    LongWork work(context_.Display, context_.Slices, 2 * context_.Received.Tree.Count(node));
-    std::array<std::vector<Slot>, EventListCount> covered;
-    for (const Slot slot : context_.Received.Tree.SlotsUnder(node))
-        covered.at(static_cast<std::size_t>(ListOf(context_.Received.Syslog.Rows[slot].Type)))
-            .push_back(slot);
+    const std::vector<Slot> chosen = context_.Received.Tree.SlotsUnder(node);
+    if (!context_.Boxes.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
+        return;
+    const Gate::Hold hold(context_.Received.Gate());
+    LongWork work(context_.Display, context_.Slices, 2 * chosen.size());
     ShowSyslogViews(false);
-    // Rows are removed list by list, in their order: the slots are freed and later reused in this order.
-    std::vector<Slot> slots;
-    for (std::size_t list = 0; list < covered.size(); ++list) {
-        const std::vector<Slot> gone = context_.Received.Syslog.Lists.at(list).Remove(covered.at(list));
-        slots.insert(slots.end(), gone.begin(), gone.end());
-    }
-    RemoveFromSyslog(slots, work);
+    RemoveFromSyslog(RemoveSyslogRows(chosen), work);
     ShowSyslogViews(true);
     context_.Received.UpdateStatusCounts(context_.Received.Syslog);
     context_.Received.UpdateListViewStatus();
+}
+
+/// Removes the rows list by list and returns their slots in that order, in which they are freed and reused.
+std::vector<Slot> MessageCommands::RemoveSyslogRows(const std::vector<Slot>& slots) {
+    std::array<std::vector<Slot>, EventListCount> covered;
+    for (const Slot slot : slots)
+        covered.at(static_cast<std::size_t>(ListOf(context_.Received.Syslog.Rows[slot].Type)))
+            .push_back(slot);
+    std::vector<Slot> removed;
+    for (std::size_t list = 0; list < covered.size(); ++list) {
+        const std::vector<Slot> gone = context_.Received.Syslog.Lists.at(list).Remove(covered.at(list));
+        removed.insert(removed.end(), gone.begin(), gone.end());
+    }
+    return removed;
 }
 
 /// Removes leaves before rows, since a leaf reads its row.  Leaves take about half of the time.

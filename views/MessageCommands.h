@@ -10,15 +10,17 @@ namespace tallyhorn {
 class LongWork;
 
 /// The commands that delete messages: the selected ones or all.  They run pending events, so the caller makes
-/// sure that no other command starts meanwhile.
+/// sure that no other command starts meanwhile.  Messages arrive while a question is open; arrivals are held
+/// only from the answer Yes on.
 class MessageCommands {
 public:
     MessageCommands(const MessageContext& context, const ViewFilterState& viewFilter)
         : context_(context), viewFilter_(viewFilter) {}
 
-    /// Asks the user, then deletes the messages selected in `view`, which was the active view when the user
-    /// gave the command. Shows a message instead while a view filter is in force. Does nothing if no message
-    /// is selected, or if `view` is a NetBIOS list and the syslog page is in front.
+    /// Asks the user, then deletes the messages that were selected in `view` when the question opened. `view`
+    /// was the active view when the user gave the command. Shows a message instead while a view filter is in
+    /// force. Does nothing if no message is selected, or if `view` is a NetBIOS list and the syslog page is
+    /// in front.
     void DeleteMessages(ViewNumber view);
     /// Makes `view` the active view, whatever page is in front, and deletes its selected messages as
     /// DeleteMessages does.
@@ -31,6 +33,7 @@ private:
     void DeleteNetBiosMessages(ViewNumber view);
     void DeleteSyslogMessages(ViewNumber view);
     void DeleteTreeSelection();
+    std::vector<Slot> RemoveSyslogRows(const std::vector<Slot>& slots);
     void RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work);
     void RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots, LongWork& work);
     void ShowSyslogViews(bool shown);

@@ -34,21 +34,36 @@ protected:
     }
 };
 
-TEST_F(SyslogCommandsTest, AListDeleteRemovesTheLeavesAndHoldsArrivals) {
-    for (const char* const computer : {"A", "B", "B"})
-        Keep("Full", "Warning", computer);
-    Received.List(4).Select(0, 1, true);
-    Boxes.WhileAsked = [this] {
-        EXPECT_TRUE(TheGate.SyslogDeleteInProgress());
-        EXPECT_FALSE(TheGate.AdmitPoll());
-    };
-    commands_.DeleteMessages(4);
-    EXPECT_EQ(Boxes.Shown.size(), 1U);
-    EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 4", "hide 6", "show 4", "show 6"}));
-    EXPECT_EQ(Rows(), 1U);
-    EXPECT_EQ(Received.Tree.Text(First(3)), "B ( 1 Events )");
-    EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount], "1 Syslog Message(s)");
-    EXPECT_TRUE(Display.Enabled[ConsolidatedView]);
+/// Arrivals are held from the answer on.  Those of the time of the question stay, whatever is selected then.
+TEST_F(SyslogCommandsTest, DeletesWhatWasSelectedWhenTheQuestionOpened) {
+    for (const ViewNumber view : {ViewNumber{4}, ConsolidatedView}) {
+        for (const char* const computer : {"A", "B", "B"})
+            Keep("Full", "Warning", computer);
+        Received.List(4).ClearSelection();
+        Received.List(4).Select(0, 1, true);
+        Received.Tree.SelectNode(First(3));
+        Boxes.WhileAsked = [this] {
+            EXPECT_FALSE(TheGate.SyslogDeleteInProgress());
+            EXPECT_TRUE(TheGate.AdmitPoll());
+            Keep("Full", "Warning", "A");
+            Received.List(4).Select(2, 3, true);
+            Received.Tree.SelectNode(First(1));
+        };
+        Events.Event = [this] { EXPECT_TRUE(TheGate.SyslogDeleteInProgress()); };
+        Time.PerLook = std::chrono::milliseconds(20);
+        Display.ListCalls.clear();
+        commands_.DeleteMessages(view);
+        const bool inList = view == 4;
+        EXPECT_EQ(Display.ListCalls.size(), inList ? 4U : 8U) << "views are hidden and shown";
+        EXPECT_EQ(Rows(), inList ? 2U : 3U);
+        EXPECT_EQ(Display.Panels[StatusPanel::SyslogCount],
+                  inList ? "2 Syslog Message(s)" : "3 Syslog Message(s)");
+        EXPECT_EQ(Received.Tree.Text(First(3)), "A ( 1 Events )");
+        EXPECT_TRUE(Display.Enabled[ConsolidatedView]);
+        Received.Clear(Received.Syslog);
+    }
+    EXPECT_GT(Events.Runs, 0);
+    EXPECT_EQ(Boxes.Shown.size(), 2U);
 }
 
 TEST_F(SyslogCommandsTest, ATreeDeleteRemovesAllRowsThatTheNodeCovers) {

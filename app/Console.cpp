@@ -57,10 +57,11 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this), gate_)),
       tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
       hiding_(*window_, *tray_),
+      questions_(machine.Boxes, machine.AskFile, [this] { window_->Commands().DropWaiting(); }),
       received_(*window_, slices_, gate_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
-      context_{received_, *window_, machine.Boxes, slices_, machine.Time, currentAlarm_},
+      context_{received_, *window_, questions_, slices_, machine.Time, currentAlarm_},
       viewFilter_(context_),
       commands_(context_, viewFilter_),
       syslog_(machine.Datagrams, Reception(),
@@ -69,10 +70,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
                       &wakeTarget_, [this] { arrivals_->HandleDatagrams(); }, Qt::QueuedConnection);
               }),
       cycle_(mailslot_, syslog_, Reception()),
-      backup_(folder / BackupFileName, received_.Syslog.Messages, machine.Boxes, slices_),
+      backup_(folder / BackupFileName, received_.Syslog.Messages, questions_, slices_),
       eventViewer_(context_, machine.Programs),
-      export_({context_, machine.AskFile}, folder, {SettingsFileName, FilterFileName, BackupFileName}),
-      help_(machine.Help, machine.Boxes),
+      export_({context_, questions_}, folder, {SettingsFileName, FilterFileName, BackupFileName}),
+      help_(machine.Help, questions_),
       sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
@@ -86,11 +87,11 @@ Console::~Console() {
 
 bool Console::Start() {
     if (!machine_.Instance.Acquire()) {
-        machine_.Boxes.Warn(OneInstanceText);
+        questions_.Warn(OneInstanceText);
         return false;
     }
     if (!mailslot_.InitializeMailslot(EngineMailslotName, true))
-        machine_.Boxes.Warn(MailslotFailedText);
+        questions_.Warn(MailslotFailedText);
     // Events run while a message box is open, and one of them may be the end of the session.
     if (HasEnded())
         return true;
@@ -127,7 +128,8 @@ void Console::End() {
             gate_.Advance(Gate::Phase::Ended);
             return frmServer::DismissQuestions();
         case Gate::Answer::Refuse:
-            return;
+            // The console is closing already, but a message about a failed save may keep it from ending.
+            return window_->KeepDismissingQuestions();
     }
 }
 
@@ -164,7 +166,7 @@ void Console::AskAboutPort() {
     while (portFailed_ && !HasEnded()) {
         const std::string port = std::to_string(ReadSyslogPort(profile_));
         const bool retry =
-            machine_.Boxes.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
+            questions_.Retry(std::string(PortFailedBefore).append(port).append(PortFailedAfter));
         if (HasEnded())
             return;
         if (!retry) {
@@ -231,15 +233,15 @@ void Console::ToggleViewFilter() {
 }
 
 void Console::ShowFilterDialog() {
-    frmFilter dialog(viewFilter_, machine_.Boxes, window_.get());
-    dialog.exec();
+    frmFilter dialog(viewFilter_, questions_, window_.get());
+    Open(dialog);
 }
 
 /// Saves the window's size and the columns' widths even if the user refuses to close the console.
 bool Console::QueryUnload(bool byUser) {
     if (HasEnded())
         return false;
-    const bool goesOn = !byUser || machine_.Boxes.Confirm(CloseQuestion);
+    const bool goesOn = !byUser || questions_.Confirm(CloseQuestion);
     const TwipsSize size = window_->RestoredSize();
     settings_.CPWidth = size.Width;
     settings_.CPHeight = size.Height;
@@ -316,17 +318,17 @@ void Console::SetSoundOn(bool on) {
 // ---- commands
 
 void Console::ManageSuppressionFilters() {
-    frmDropFilters dialog(filters_, machine_.Boxes, machine_.Time, window_.get());
+    frmDropFilters dialog(filters_, questions_, machine_.Time, window_.get());
     dialog.InitForm();
     dialog.InitFormAsManager();
-    dialog.exec();
+    Open(dialog);
 }
 
 void Console::AddSuppressionFilter(QWidget& over) {
-    frmDropFilters dialog(filters_, machine_.Boxes, machine_.Time, &over);
+    frmDropFilters dialog(filters_, questions_, machine_.Time, &over);
     dialog.InitForm();
     dialog.InitFormAsQuickAdd(currentAlarm_);
-    dialog.exec();
+    Open(dialog);
 }
 
 void Console::ShowPreferences() {
@@ -338,8 +340,14 @@ void Console::ShowPreferences() {
 
 /// Returns false if the user has cancelled the dialog.
 bool Console::AskPreferences() {
-    frmPreferences dialog({profile_, *this, machine_.Boxes, *this}, window_.get());
-    return dialog.exec() == QDialog::Accepted;
+    frmPreferences dialog({profile_, *this, questions_, *this}, window_.get());
+    return Open(dialog) == QDialog::Accepted;
+}
+
+int Console::Open(QDialog& dialog) {
+    const int result = dialog.exec();
+    window_->Commands().DropWaiting();
+    return result;
 }
 
 void Console::SetSeperator(std::string_view seperator) {
@@ -373,7 +381,7 @@ void Console::OpenHelp(HelpContext context) {
 
 void Console::ShowAbout() {
     frmStartup about(frmStartup::Role::AboutBox, machine_.Names, machine_.Time, window_.get());
-    about.exec();
+    Open(about);
 }
 
 void Console::Run() {

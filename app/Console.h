@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/Questions.h"
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
 #include "config/Settings.h"
@@ -39,6 +40,8 @@
 #include "views/forms/frmServer.h"
 #include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
+
+class QDialog;
 
 namespace tallyhorn {
 
@@ -77,8 +80,8 @@ public:
 
     /// Shows the console.  If another console is running, shows a message instead and returns false.
     bool Start();
-    /// Closes the console without a question, as at the end of the user's session.
-    void End();
+    /// Also answers the questions that are open, even if the console is closing already.
+    void End() override;
     /// Returns whether the console has been shut down.
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }
 
@@ -121,6 +124,7 @@ private:
     void LoadMainWindow();
     void ShutDown();
     bool AskPreferences();
+    int Open(QDialog& dialog);
     void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
@@ -141,6 +145,7 @@ private:
     std::unique_ptr<frmServer> window_;  ///< destroyed first, because its views read the members below
     std::unique_ptr<frmTrayIcon> tray_;
     WindowHiding hiding_;
+    Questions questions_;
     ReceivedMessages received_;
     SuppressionFilters filters_;
     cvbMailslot mailslot_;

@@ -10,10 +10,12 @@ namespace tallyhorn {
 namespace {
 
 int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
-         QMessageBox::StandardButtons buttons) {
+         QMessageBox::StandardButtons buttons,
+         QMessageBox::StandardButton defaultButton = QMessageBox::NoButton) {
     QMessageBox box(icon, QStringLiteral("Tallyhorn Listener Console"), ToQString(text), buttons,
                     DialogOwner(mainWindow));
     box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(defaultButton);
     box.setProperty(HelpContextProperty, HelpNumber(HelpContext::Troubles));
     return box.exec();
 }
@@ -29,7 +31,13 @@ void QtMessageBoxes::Warn(std::string_view text) {
 }
 
 bool QtMessageBoxes::Confirm(std::string_view text) {
-    return Show(owner_, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return Show(owner_, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+           QMessageBox::Yes;
+}
+
+bool QtMessageBoxes::ConfirmErasing(std::string_view text) {
+    return Show(owner_, QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
+           QMessageBox::Yes;
 }
 
 bool QtMessageBoxes::Retry(std::string_view text) {

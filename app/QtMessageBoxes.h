@@ -16,6 +16,7 @@ public:
     void Inform(std::string_view text) override;
     void Warn(std::string_view text) override;
     bool Confirm(std::string_view text) override;
+    bool ConfirmErasing(std::string_view text) override;
     bool Retry(std::string_view text) override;
 
 private:

@@ -16,6 +16,8 @@ public:
     virtual void Warn(std::string_view text) = 0;
     /// Shows a question icon, Yes and No.  Returns true for Yes.
     virtual bool Confirm(std::string_view text) = 0;
+    /// Shows what Confirm shows, but with No as the default button, so that Return erases nothing.
+    virtual bool ConfirmErasing(std::string_view text) = 0;
     /// Shows an exclamation icon, Retry and Cancel.  Returns true for Retry.
     virtual bool Retry(std::string_view text) = 0;
 };

@@ -155,7 +155,7 @@ void MessageCommands::ClearAllMessages() {
     if (RefuseWhileFiltered())
         return;
     MessageChannel& channel = context_.Received.In(ChannelOfPage(context_.Display.CurrentPage()));
-    if (context_.Boxes.Confirm(channel.Traits.ClearQuestion)) {
+    if (context_.Boxes.ConfirmErasing(channel.Traits.ClearQuestion)) {
         const Gate::Hold hold(context_.Received.Gate());
         context_.Received.Clear(channel);
         context_.Received.UpdateStatusCounts(channel);

@@ -110,8 +110,8 @@ void frmTrayIcon::DisplayMainWindow() {
     MainWindowRestored();
 }
 
-/// If a dialog is open, brings it to the front before running the command, because the about box does not
-/// open until that dialog is closed, and the help opens beside it.
+/// Brings an open dialog to the front before it passes the command on: the help opens beside that dialog, and
+/// the about box does not open at all while a dialog is open.
 void frmTrayIcon::AskFor(void (TrayHost::*command)()) {
     if (QApplication::activeModalWidget() != nullptr)
         DisplayMainWindow();

@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 
+#include "app/QtMessageBoxes.h"
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/support/FileBytes.h"
 #include "views/forms/CommandQueue.h"
@@ -124,26 +125,71 @@ TEST_F(CommandsTest, APauseEndsWhileAQuestionIsOpen) {
 
 TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     StartWithError();
-    boxes_.Answer = false;
     console_->Window().Commands().RunAsWork([this] {
         for (int i = 0; i < 3; ++i)
-            Command("clear");
-        Command("eventviewer");
+            Command("mnuHelp_HelpFile");
     });
-    AWAIT(boxes_.Shown.size() == 2);
+    AWAIT(!help_.Requests.empty());
     QCoreApplication::processEvents();
-    EXPECT_EQ(boxes_.Shown.size(), 2U);
-    Command("clear");
-    EXPECT_EQ(boxes_.Shown.size(), 3U) << "a command that no longer waits runs again";
-    boxes_.WhileAsked = [this] {
-        boxes_.WhileAsked = nullptr;
-        Command("clear");
-        Command("clear");
+    EXPECT_EQ(help_.Requests.size(), 1U);
+}
+
+TEST_F(CommandsTest, OnlyTheFirstQuestionOfThoseThatWaitIsAsked) {
+    StartWithError();
+    boxes_.Answer = false;
+    const auto giveCommands = [this] {
+        for (int i = 0; i < 3; ++i)
+            CloseByUser();
+        for (const char* const command : {"mnuFile_Exit", "clear", "eventviewer"})
+            Command(command);
     };
-    Command("clear");
-    AWAIT(boxes_.Shown.size() == 5);
+    console_->Window().Commands().RunAsWork(giveCommands);
+    AWAIT(!boxes_.Shown.empty());
     QCoreApplication::processEvents();
-    EXPECT_EQ(boxes_.Shown.size(), 5U) << "requested twice while it runs, it runs once more";
+    EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"Are you sure you wish to close the console?"});
+    boxes_.WhileAsked = giveCommands;
+    Command("clear");
+    InDialog([&](QWidget& preferences) {
+        giveCommands();
+        preferences.close();
+    });
+    Command("configure");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(boxes_.Shown.size(), 2U) << "what was wanted while a question or dialog was open is dropped";
+}
+
+TEST_F(CommandsTest, ReturnAnswersNoOnlyIfAllMessagesAreToBeErased) {
+    const std::pair<bool (QtMessageBoxes::*)(std::string_view), bool> cases[] = {
+        {&QtMessageBoxes::Confirm, true}, {&QtMessageBoxes::ConfirmErasing, false}};
+    Start();
+    for (const auto& [ask, answer] : cases) {
+        InDialog([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Return); });
+        QtMessageBoxes boxes;
+        EXPECT_EQ((boxes.*ask)("Sure?"), answer);
+    }
+}
+
+/// A user who has closed the console may not be there any more when the message about a failed save opens.
+TEST_F(CommandsTest, TheEndOfTheSessionAnswersTheMessageAboutAFailedSave) {
+    StartWithError();
+    std::filesystem::remove(folder_ / "Backup.dat");
+    std::filesystem::create_directories(folder_.Path() / "Backup.dat" / "in the way");
+    bool deaf = false;
+    boxes_.WhileAsked = [&] {
+        if (boxes_.Shown.size() == 1)
+            return;  // the question whether to close
+        QMessageBox box(QMessageBox::Warning, {}, QStringLiteral("failed"), QMessageBox::Ok);
+        QTimer::singleShot(0, &box, [this] { console_->End(); });
+        QTimer::singleShot(5000, &box, [&] {
+            deaf = true;
+            box.close();
+        });
+        box.exec();
+    };
+    CloseByUser();
+    EXPECT_TRUE(console_->HasEnded());
+    EXPECT_EQ(boxes_.Shown.size(), 2U);
+    EXPECT_FALSE(deaf);
 }
 
 /// Work that runs when the session ends may ask more questions before it is done.

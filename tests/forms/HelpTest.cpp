@@ -1,3 +1,4 @@
+#include <QDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QTreeWidget>
@@ -72,6 +73,9 @@ TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
     help_.Outcome = HelpOutcome::NoFile;
     mailslots_.ByName["TallyhornEngine"];  // the mailslot exists already: the start shows a message box
     boxes_.WhileAsked = [this] {
+        QDialog box;
+        box.setModal(true);
+        box.show();
         if (help_.Requests.empty())
             QTest::keyClick(&Dialog(), Qt::Key_F1);
     };

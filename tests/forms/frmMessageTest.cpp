@@ -250,15 +250,16 @@ TEST_F(frmMessageTest, CommandsWaitForTheBatch) {
     ArriveAt({1, 2});
     Open(List(0), 0);
     clock_.PerLook = std::chrono::milliseconds(4);
-    for (int i = 0; i < 20; ++i)
-        ArriveText("x");
-    QTimer::singleShot(0, &console_->Window(), [this] {
-        EXPECT_EQ(Click("cmdDelete"), "m01v");
-        EXPECT_EQ(Press(Qt::Key_Escape, Qt::NoModifier), "m01v");
-    });
-    Poll();
+    const auto during = [this](const std::function<std::string()>& act) {
+        for (int i = 0; i < 20; ++i)
+            ArriveText("x");
+        QTimer::singleShot(0, &console_->Window(), [this, act] { EXPECT_EQ(Shown(), act()); });
+        Poll();
+    };
+    during([this] { return Click("cmdDelete"); });
     EXPECT_EQ(Panel(1), "22 NetBIOS Message(s)");
     AWAIT(Panel(1) == QStringLiteral("21 NetBIOS Message(s)"));
+    during([this] { return Press(Qt::Key_Escape, Qt::NoModifier); });
     AWAIT(Window() == nullptr);
 }
 

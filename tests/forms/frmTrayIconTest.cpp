@@ -48,9 +48,28 @@ TEST_F(TrayIconTest, TheMenuIsCompleteAndItsCheckMarkFollowsTheSound) {
     });
     Command("mnuOptions_Preferences");
     EXPECT_TRUE(Item(1).isChecked());
-    InDialog<frmStartup>([](frmStartup& about) { about.close(); });
-    Item(3).trigger();
     EXPECT_EQ(area_.TakeCalls(), "") << "none of this changes the icon";
+}
+
+TEST_F(TrayIconTest, AboutOpensOnceAndNotBehindAnotherDialog) {
+    StartQuietly();
+    std::string opened;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || !dialog->isActiveWindow())
+            return;
+        opened += dialog->objectName().toStdString() + " ";
+        Window().activateWindow();
+        Item(3).trigger();
+        EXPECT_TRUE(dialog->isActiveWindow()) << "the open dialog is brought to the front";
+        dialog->close();
+    });
+    watch.start(1);
+    Item(3).trigger();
+    Command("mnuOptions_Preferences");
+    QTest::qWait(50);
+    EXPECT_EQ(opened, "frmStartup frmPreferences ");
 }
 
 TEST_F(TrayIconTest, TheWindowHidesTheIconFlashesAndTheWindowReturnsAsItWas) {

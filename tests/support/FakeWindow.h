@@ -27,6 +27,7 @@ public:
             WhileAsked();
         return Answer;
     }
+    bool ConfirmErasing(std::string_view text) override { return Confirm(text); }
     bool Retry(std::string_view text) override {
         Confirm(text);
         return RetriesLeft-- > 0;

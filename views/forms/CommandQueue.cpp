@@ -24,6 +24,11 @@ void CommandQueue::RunLast(const Command& command) {
     RunOrWait({command, Kind::Work, std::nullopt});
 }
 
+void CommandQueue::DropWaiting() {
+    if (!gate_.Is(Gate::State::Closing))
+        waiting_.clear();
+}
+
 void CommandQueue::RunOrWait(const Waiting& command) {
     if (!gate_.QueuedMayRun()) {
         waiting_.push_back(command);

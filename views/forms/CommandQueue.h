@@ -31,6 +31,9 @@ public:
     /// Runs the last command of all, now or when the gate permits.  Drops the waiting commands and refuses
     /// all later ones.
     void RunLast(const Command& command);
+    /// Drops the waiting commands, except the last.  To be called when a dialog or a question has closed: it
+    /// may have been open for hours, and the user no longer expects what waited behind it.
+    void DropWaiting();
     /// Runs a timer's routine at once, even during other work: such routines ask the gate themselves.
     void RunAsWork(const Command& work);
 

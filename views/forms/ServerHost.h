@@ -10,6 +10,8 @@ namespace tallyhorn {
 class ServerLifetime {
 public:
     virtual ~ServerLifetime() = default;
+    /// Closes the console without a question, as at the end of the user's session.
+    virtual void End() = 0;
     /// Returns whether the window may close; asks the user first if `byUser`.
     virtual bool QueryUnload(bool byUser) = 0;
     /// Called once the window has closed.

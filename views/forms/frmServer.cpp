@@ -257,10 +257,13 @@ void frmServer::DismissQuestions() {
     }
 }
 
-/// Dismisses questions until the window closes, because running work may ask several before it ends.
-void frmServer::CloseWithoutQuestion() {
+void frmServer::KeepDismissingQuestions() {
     timDismiss->start();
     DismissQuestions();
+}
+
+void frmServer::CloseWithoutQuestion() {
+    KeepDismissingQuestions();
     queue_.RunLast([this] {
         timDismiss->stop();
         Close(false);
@@ -269,10 +272,11 @@ void frmServer::CloseWithoutQuestion() {
 
 void frmServer::closeEvent(QCloseEvent* event) {
     event->ignore();
-    // The user's own close is a spontaneous event; any other is part of the end of the session.  Both wait
-    // for running work.
-    const bool byUser = event->spontaneous();
-    queue_.Run([this, byUser] { Close(byUser); });
+    // The user's own close is a spontaneous event; any other is part of the end of the session.
+    if (event->spontaneous())
+        Do(ServerCommand::Exit);
+    else
+        lifetime_.End();
 }
 
 void frmServer::Close(bool byUser) {

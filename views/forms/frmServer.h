@@ -56,6 +56,9 @@ public:
     void CloseWithoutQuestion();
     /// Closes all open dialogs and questions, as if the user had cancelled them.
     static void DismissQuestions();
+    /// Calls DismissQuestions now and every 50 ms, because running work may ask several questions before it
+    /// ends.
+    void KeepDismissingQuestions();
 
     CommandQueue& Commands() { return queue_; }
     /// Runs a command of the user, now or when the gate permits.

@@ -14,7 +14,7 @@ live feed of notifications by mailslot and by syslog.  Close the window or press
 
 Without a display, the console runs under Xvfb for about twenty seconds, with its files in
 demo/headless/, which is emptied first.  It is started twice, to check that the second start restores
-all messages.  The run leaves screenshots and summaries, and fails if something is missing.
+all messages.  The run leaves screenshots and summaries there, and fails if a message is missing.
 
   --build   only install missing packages and build everything of the preset release
 END
@@ -24,7 +24,7 @@ readonly bin=build/release/bin
 readonly burst=210 steady=40
 runtime=""
 console=""
-folder=demo  # for the files of the console
+folder=demo  # the folder for the files of the console
 port=""      # the UDP port for syslog; empty if syslog cannot be sent
 
 CleanUp() {
@@ -34,7 +34,7 @@ CleanUp() {
     fi
 }
 
-# Uses a separate XDG_RUNTIME_DIR, so that a console that the user runs does not receive the feed.  A relative
+# Sets a separate XDG_RUNTIME_DIR, so that a console that the user already runs does not receive the feed.  A relative
 # WAYLAND_DISPLAY refers to the old XDG_RUNTIME_DIR, so it is made absolute.
 PrepareRuntime() {
     if [[ -n ${WAYLAND_DISPLAY:-} && $WAYLAND_DISPLAY != /* ]]; then
@@ -44,7 +44,7 @@ PrepareRuntime() {
     export XDG_RUNTIME_DIR=$runtime
 }
 
-# WriteSettings PORT: writes a settings file unless there is one.
+# WriteSettings PORT: writes a settings file unless one exists, and removes the reports of the previous run.
 WriteSettings() {
     mkdir -p "$folder"
     if [[ ! -e $folder/thlisten.ini ]]; then
@@ -54,7 +54,8 @@ WriteSettings() {
     rm -f "$folder"/{summary,sent,sent-syslog}.txt
 }
 
-# Sets `port` to the one in the settings, or to nothing if that is missing or taken.
+# Sets `port` to the UDP port in the settings file.  Sets it to an empty text if the file names no port or another
+# program uses that port.
 FindPort() {
     port=$(sed -nE 's/^SyslogUDPPort *= *([0-9]+).*/\1/p' "$folder/thlisten.ini" | tail -n 1)
     if [[ -z $port || $port == 0 ]]; then
@@ -86,7 +87,8 @@ Send() {
     "$bin/tallyhorn-send" "$@" --demo --count "$count" --rate "$rate" --seed "$seed" >>"$file" 2>&1
 }
 
-# SendBoth COUNT RATE SEED: sends to the mailslot and, if there is a port, to that at the same time.
+# SendBoth COUNT RATE SEED: sends COUNT notifications to the mailslot and, if `port` is not empty, as many to that port
+# at the same time.
 SendBoth() {
     local syslog=""
     if [[ -n $port ]]; then
@@ -138,11 +140,11 @@ EndConsole() {
     ((status == 0)) || Fail "the console ended with status $status"
 }
 
-# Sums FILE PATTERN: prints the sums of the two numbers that PATTERN captures in the lines of FILE.
+# Sums FILE PATTERN: prints two sums, one for each of the two numbers that PATTERN captures in the lines of FILE.
 Sums() { sed -nE "s/$2/\1 \2/p" "$1" | awk '{ some += $1; more += $2 } END { print some + 0, more + 0 }'; }
 
 # Checks that the console received what was sent to the mailslot.  A text that was sent in several datagrams may be
-# missing: by the protocol, the console drops it if it reads all parts in one poll.
+# missing: by the protocol, the console drops it if it reads all of these datagrams in one poll.
 CheckMailslot() {
     local texts datagrams received
     read -r texts datagrams < <(Sums "$folder/sent.txt" '^sent ([0-9]+) texts?, ([0-9]+) datagrams?,.*')
@@ -152,8 +154,8 @@ CheckMailslot() {
         Fail "the console received ${received:-none} of $texts texts sent to the mailslot"
 }
 
-# CheckSyslog RECEIVED: checks the line of the summary about syslog.  The console shows an event type that it does not
-# know ("other" in the report of tallyhorn-send) in a list and not in the tree.
+# CheckSyslog RECEIVED: checks the line of the summary about syslog.  A notification with an unknown event type ("other"
+# in the report of tallyhorn-send) appears in a list but not in the tree.
 CheckSyslog() {
     local sent others expected line
     read -r sent _ < <(Sums "$folder/sent-syslog.txt" '^sent ([0-9]+) datagrams?, ([0-9]+) bytes.*')
@@ -168,7 +170,7 @@ CheckSyslog() {
 # Keys KEY...: presses the keys, one after the other.
 Keys() { xdotool key --delay 60 "$@"; }
 
-# Called by its path, because another program named import may be first on PATH.
+# Screenshot NAME: calls ImageMagick's import by its full path, because PATH may contain another program of that name.
 Screenshot() {
     sleep 0.7  # until the page is painted
     /usr/bin/import -window root "$folder/$1.png" || Fail "could not take the screenshot $folder/$1.png"
@@ -180,7 +182,7 @@ TakeScreenshots() {
     Screenshot syslog
     Keys alt+y alt+d Home
     Screenshot tree-closed
-    # Opens two alarms, each down to the notifications of its first computer.
+    # Opens two alarms of the tree; of each, the first computer and its notifications.
     Keys Down Right Down Right Down Right
     xdotool type --delay 60 'Logon f'
     Keys Right Down Right Down Right Down
@@ -189,7 +191,7 @@ TakeScreenshots() {
     return 0
 }
 
-# Checks that a second start restores the messages and that its end writes the same Backup.dat.
+# Checks that a second run restores the messages and writes the same Backup.dat when it ends.
 CheckRestart() {
     cp "$folder/Backup.dat" "$folder/Backup.first"
     Say "Starting the console again: it must restore its messages"

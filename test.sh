@@ -13,8 +13,8 @@ Installs missing packages, builds the tests and runs them.
 
   --preset NAME   the preset to build and run instead of dev-asan, which finds invalid memory accesses,
                   leaks and undefined behaviour
-  --windows       the preset windows: the tests of the Windows build, under Wine
-  --area NAME     only the tests in tests/NAME; may be repeated
+  --windows       the same as --preset windows: runs the tests of the Windows build under Wine
+  --area NAME     build and run only the tests in tests/NAME; may be repeated
 END
 }
 
@@ -63,7 +63,7 @@ PrepareSurroundings() {
     trap CleanUp EXIT
     trap 'exit 130' INT TERM HUP
     if [[ $preset == windows ]]; then
-        # Made here, because two tests that start at the same time would both make it.
+        # The prefix is made before the tests, because two tests that start at the same time would both try to make it.
         PrepareWine build/windows/wine
         KeepWineRunning
     fi

@@ -62,7 +62,7 @@ AsRoot() {
     fi
 }
 
-# InstallPackages PACKAGE...: shows the output of apt-get only if it fails.
+# InstallPackages PACKAGE...: installs the packages.  Shows the output of apt-get only if it fails.
 InstallPackages() {
     local log
     log=$(mktemp)
@@ -76,7 +76,7 @@ InstallPackages() {
     rm -f "$log"
 }
 
-# EnsurePackages TASK...: installs the packages of these tasks that are missing.
+# EnsurePackages TASK...: installs those packages of the tasks that are missing.
 EnsurePackages() {
     local task list names=() missing
     for task in "$@"; do
@@ -103,9 +103,9 @@ EnsurePackages() {
 Configure() {
     local folder=build/$1
     if [[ $1 == windows ]]; then
-        packaging/windows/build-qt.sh  # returns at once if that Qt is in the cache
+        packaging/windows/build-qt.sh  # returns at once if Qt is already in the cache
         if [[ $(readlink build/qt-windows) != $(cat "$folder/.made-with" 2>/dev/null) ]]; then
-            rm -rf "$folder"  # made with another Qt, whose headers may look older or newer than these
+            rm -rf "$folder"  # made with another Qt; Ninja compares only times, so it might not rebuild everything
             mkdir -p "$folder"
             readlink build/qt-windows >"$folder/.made-with"
         fi

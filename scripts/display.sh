@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Functions to end the processes that a script starts, and to run an invisible display.  Sourced after common.sh.
 
-started=()  # the processes that EndStarted ends, in the order of their start
+started=()  # the ids of the processes that EndStarted ends, in the order of their start
 
 Runs() { kill -0 "$1" 2>/dev/null; }
 Ended() { ! Runs "$1"; }

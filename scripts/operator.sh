@@ -19,11 +19,11 @@ Unchanged() {
 }
 
 # Settle [SECONDS]: waits until the screen has not changed for 0.2 or SECONDS seconds.  A text cursor blinks every half
-# second, so longer times work only without one.
+# second, so a longer time works only if no text cursor is visible.
 Settle() { WaitFor 20 Unchanged "${1:-0.2}" || FailSession "keeps changing the screen"; }
 
-# Succeeds if the active window has the keyboard focus.  Between the end of a dialog and the activation of the window
-# below it, keys are lost.
+# Succeeds if the active window has the keyboard focus.  Keys that are pressed after a dialog has closed and before the
+# window below it is active are lost.
 HasKeyboard() {
     local active focus
     active=$(xdotool getactivewindow 2>/dev/null) && focus=$(xdotool getwindowfocus 2>/dev/null) &&
@@ -32,7 +32,7 @@ HasKeyboard() {
 
 # Keys KEY...: presses the keys, one after the other.
 Keys() {
-    WaitFor 15 HasKeyboard || FailSession "leaves no window with the keyboard focus"
+    WaitFor 15 HasKeyboard || FailSession "did not give the keyboard focus to its active window"
     xdotool key --delay 60 "$@"
 }
 
@@ -88,7 +88,7 @@ Export() {
     WaitFor 15 test -s "$folder/$1.txt" || FailSession "writes no export"
     WaitFor 15 Visible "Save As" 0 || FailSession "does not close the file dialog"
     Settle
-    # After Wine's file dialog the main window is not active.
+    # When Wine's file dialog has closed, the main window is not active.
     timeout 15 xdotool search --onlyvisible --name "^$title\$" windowactivate --sync ||
         FailSession "does not come to the front"
 }

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Functions to run Windows programs under Wine in a separate prefix, never the user's.  Sourced after common.sh.
+# Functions to run Windows programs under Wine in a separate prefix, never in the user's own.  Sourced after common.sh.
 
 unset WINEPREFIX
 
@@ -23,22 +23,22 @@ PrepareWine() {
             /v "$font" /d "DejaVu Sans" /f >>"$log" 2>&1 ||
             Fail "Wine could not substitute the font $font: $(tail -n 5 "$log")"
     done
-    # "null" creates invisible windows if there is no display.
+    # Without a display, Wine uses the driver "null", which creates invisible windows.
     env -u DISPLAY timeout 60 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f >>"$log" 2>&1 ||
         Fail "Wine could not set its graphics driver: $(tail -n 5 "$log")"
-    # End the running Wine desktop, because it was started without these settings.
+    # Ends the running Wine desktop, because it was started without these settings.
     wineserver -k || true
     touch "$WINEPREFIX/.prepared"
 }
 
-# Starts the processes that all Wine programs share (desktop, services), without a display, until EndWine.  If the first
-# test started them, they would inherit its output and keep it open, and CTest would wait for them.
+# Starts the processes that all Wine programs share (desktop, services), without a display.  They run until EndWine.  If
+# the first test started them instead, they would inherit its output and keep it open, and CTest would wait for them.
 KeepWineRunning() {
     env -u DISPLAY wine notepad >/dev/null 2>&1 &
     env -u DISPLAY wine rundll32 user32.dll,MessageBeep >/dev/null 2>&1 || true  # returns once the desktop runs
 }
 
-# Ends the Windows session like logging off: the programs are asked first and can save.
+# Ends the Windows session as logging off does: asks the programs first, so that they can save their data.
 EndWineSession() { timeout 60 wine wineboot --end-session --force || true; }
 
 # Ends everything that still runs in the prefix.

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Cross-builds the static Qt (Core, Gui, Widgets and Test) for the console's Windows build, from Debian's source
-# package and with Debian's compiler.  This takes about twenty minutes on two cores, once: the result is kept in the
-# user's cache folder (CacheFolder in scripts/common.sh) under a hash of everything that went into it.
-# build/qt-windows is a link to it.
+# Cross-builds the static Qt (Core, Gui, Widgets and Test) for the console's Windows build, from Debian's source package
+# and with Debian's compiler.  This takes about twenty minutes on two cores, but only once: the result is kept in the
+# user's cache folder (CacheFolder in scripts/common.sh) under a hash of everything that affects it.  build/qt-windows is
+# a link to that result.
 set -euo pipefail
 shopt -s inherit_errexit
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
@@ -13,7 +13,7 @@ cache=$(CacheFolder)
 work=""
 builder=""  # the process that builds Qt; also the id of its process group
 
-# Modules and features that the console does not use.  tabletevent is here because Debian's source lacks a header
+# Modules and features that the console does not use.  tabletevent is in this list because Debian's source lacks a header
 # that it needs.  direct2d must stay: the font code of the Windows platform plug-in needs it.
 readonly without=(sql dbus xml concurrent printsupport network androiddeployqt
     vulkan direct2d1_1 tabletevent ssl zstd icu glib jpeg textmarkdownreader textmarkdownwriter)
@@ -21,7 +21,7 @@ readonly bundled=(zlib pcre2 doubleconversion png freetype harfbuzz)
 
 Version() { dpkg-query -W -f='${source:Version}' "$1"; }
 
-# Prints everything that decides the result: versions, options, build functions, toolchain file.
+# Prints everything that affects the result: versions, options, build functions, toolchain file.
 Recipe() {
     local package
     for package in qt6-base-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev binutils-mingw-w64-x86-64; do
@@ -32,7 +32,8 @@ Recipe() {
     cat "$toolchain"
 }
 
-# SourceLists FOLDER: writes this machine's package sources there, changed from binary to source packages.
+# SourceLists FOLDER: copies this machine's lists of package sources to the folder, changed from binary to source
+# packages.
 SourceLists() {
     mkdir -p "$1"
     local list
@@ -96,7 +97,7 @@ CleanUp() {
     [[ -z $work ]] || rm -rf "$work"
 }
 
-# Builds Qt unless another process is doing so: then waits for that one.
+# Builds Qt.  If another process is already building it, waits for that process and uses its result.
 MakeQt() {
     mkdir -p "$cache"
     exec 9>"$qt.lock"

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh
 
 readonly here=packaging/windows built=build/windows result=build/package-windows
-readonly files=$result/files  # the files that zip file and installer share
+readonly files=$result/files  # the files that both the zip file and the installer contain
 
 # Text FROM TO: copies a text, inserts the versions and converts it to the line ends of Windows.
 Text() { sed "s/@version@/$version/g; s/@qt@/$qt/g; s/\r*\$/\r/" "$1" >"$2"; }
@@ -39,7 +39,8 @@ CollectFiles() {
     CollectLicences
 }
 
-# The zip file also contains start.cmd and the settings that it copies; the installer writes those itself.
+# The zip file also contains start.cmd and the settings file that start.cmd copies; the installer itself writes the
+# settings file.
 MakeZip() {
     local folder=tallyhorn-console-$version-windows
     cp -r "$files" "$result/$folder"
@@ -49,7 +50,7 @@ MakeZip() {
     rm -r "${result:?}/$folder"
 }
 
-# Prints the macros InstallFiles and RemoveFiles for installer.nsi, both from the files in $files.
+# Prints the macros InstallFiles and RemoveFiles for installer.nsi, which install and remove the files in $files.
 ListFiles() {
     local folder file
     echo '!macro InstallFiles'

@@ -2,8 +2,8 @@
 ; version, icon, folder (the one with the collected files) and size (of all files, in KiB).
 ;
 ; Exit status: 0 done, 1 cancelled, 2 failed, 3 the console is running, 4 done except for the firewall rule.
-; With /S it shows nothing.  Windows still asks for an administrator if a rule is to be made (/FIREWALL=1) or if one that the
-; installer made is to be removed.
+; With /S, the installer shows no windows.  Windows still asks for an administrator if a firewall rule is to be made
+; (/FIREWALL=1), or if a rule that the installer made is to be removed.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel user
@@ -15,7 +15,7 @@ ManifestSupportedOS Win10
 !define program "$INSTDIR\tallyhorn-console.exe"
 !define shortcut "$SMPROGRAMS\${product}.lnk"
 !define key "Software\Microsoft\Windows\CurrentVersion\Uninstall\TallyhornListenerConsole"
-; The name contains the folder, so that several users can have a rule each.
+; The name contains the folder, so that each of several users can have a rule.
 !define rule "${product} in $INSTDIR"
 !define netsh '"$SYSDIR\netsh.exe" advfirewall firewall'
 !define deleteRule `${netsh} delete rule name="${rule}" program="${program}"`
@@ -193,12 +193,12 @@ uninstall again." /SD IDOK
   Delete "$INSTDIR\uninstall.exe"
   Delete "${shortcut}"
   DeleteRegKey HKCU "${key}"
-  SetOutPath "$TEMP"  ; a folder that is the current one of a process cannot be removed
+  SetOutPath "$TEMP"  ; the current folder of a process cannot be removed
   RMDir "$INSTDIR"
   Call un.ListRemainingFiles
 SectionEnd
 
-; thlisten.ini is listed even if the user never changed it: the uninstaller cannot know that.
+; thlisten.ini is listed even if the user never changed it, because the uninstaller cannot know whether they did.
 Function un.ListRemainingFiles
   ${IfNot} ${FileExists} "$INSTDIR\*.*"
     Return

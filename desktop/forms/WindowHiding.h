@@ -12,8 +12,8 @@ namespace tallyhorn {
 class frmTrayIcon;
 
 /// When the user minimises the main window, hides it and the windows that belong to it, if the
-/// notification-area icon can bring them back.  Later restores all of them as they were.  Watches the events
-/// of the main window, which it must outlive.
+/// notification-area icon can bring them back.  Later restores all of them as they were.  Keeps references to
+/// both arguments: once one of them is destroyed, no function may be called and no event may run.
 class WindowHiding final : public QObject {
 public:
     WindowHiding(QWidget& window, frmTrayIcon& tray);

@@ -12,7 +12,7 @@ public:
     virtual void Changed() = 0;
 };
 
-/// Calls the observer, which may be null, before and after the change made while this object exists.
+/// Calls AboutToChange when it is made and Changed when it is destroyed.  The observer may be null.
 class Change {
 public:
     explicit Change(ChangeObserver* observer) : observer_(observer) {

@@ -11,7 +11,7 @@
 
 namespace tallyhorn {
 
-// The pages and views of the main window, and the one table of what distinguishes the two channels.
+// The pages and views of the main window, and the table of everything that differs between the two channels.
 
 /// The pages of the main window's tab control, by index.
 enum class MessagePage : std::int16_t { NetBios = 0, Syslog = 1, Consolidated = 2 };
@@ -31,19 +31,19 @@ enum class Channel : std::uint8_t { NetBios, Syslog };
 constexpr std::size_t ChannelCount = 2;
 
 /// Everything in which one channel differs from the other. Code that depends on the channel reads a field of
-/// this table instead of comparing channels, pages or views; a third channel is a third row.
+/// this table instead of comparing channels, pages or views; a third channel would be a third row.
 struct ChannelTraits {
-    /// Reads a kept text into `alarm`; `now` is the date of a text that has none.
+    /// Reads a kept text into `alarm`; a text without a date gets the date `now`.
     using Reader = void (*)(std::string_view text, bool dayFirst, AlarmDate now, AlarmRecord& alarm);
 
     Channel Id;
     MessagePage Page;      ///< the page with the channel's three lists
-    ViewNumber FirstView;  ///< its list 0; lists 1 and 2 follow
+    ViewNumber FirstView;  ///< the view of the channel's list 0; those of lists 1 and 2 follow
     bool HasTree;          ///< whether the consolidated tree shows the channel's messages too
 
     Slot UpperBoundAtStart;  ///< the last slot of a new message store
     Slot UpperBoundAfterClear;
-    /// compatibility: Tools > Export Messages To Text does nothing while exactly so many messages are kept.
+    /// compatibility: Tools > Export Messages To Text does nothing if exactly this many messages are kept.
     /// For syslog that is one; scripts that look for the file rely on it.
     Slot CountNotExported;
 
@@ -53,7 +53,7 @@ struct ChannelTraits {
     std::string_view ExportFailure;  ///< precedes the number and text of the error
     /// The captions of the frames, from the top of the page; the list in the first frame is list 2.
     std::array<std::string_view, EventListCount> FrameCaptions;
-    /// Names of the frames and lists as controls, before their index.
+    /// The names of the controls of frames and lists; the index of each is appended.
     std::string_view FrameName;
     std::string_view ListName;
 
@@ -64,8 +64,8 @@ const ChannelTraits& TraitsOf(Channel channel);
 
 /// Returns the channel whose messages `view` shows: syslog for the tree.
 Channel ChannelOfView(ViewNumber view);
-/// Returns the channel whose messages `page` shows: syslog for every page but the NetBIOS one, and if no page
-/// is shown, as the commands that clear and filter messages expect.
+/// Returns the channel whose messages `page` shows.  Returns syslog if no page is shown, as the commands that
+/// clear and filter messages expect.
 Channel ChannelOfPage(MessagePage page);
 MessagePage PageOfView(ViewNumber view);
 /// Returns the index of the list `view` within its channel.

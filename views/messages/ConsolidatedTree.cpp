@@ -9,7 +9,7 @@
 
 namespace tallyhorn {
 
-/// A child by its position in its parent.
+/// Identifies a child by its parent and its position there.
 struct ConsolidatedTree::ChildPlace {
     GroupId Parent = 0;
     std::size_t Position = 0;
@@ -60,7 +60,7 @@ void ConsolidatedTree::AddNoted() {
 }
 
 void ConsolidatedTree::Add(const Noted& message) {
-    // Most messages have a known computer: one lookup instead of three.
+    // For most messages, FindComputer has found the group with one lookup; FindOrAddGroups needs three.
     const GroupId group = message.Computer != 0 ? message.Computer : FindOrAddGroups(rows_[message.Message]);
     groups_.ForEachUpwards(group, [](TreeGroup& each) {
         ++each.Count;

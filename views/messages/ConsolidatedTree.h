@@ -33,8 +33,8 @@ public:
     /// Sets the only observer, which must outlive the tree unless a call with nullptr removes it.
     void SetObserver(ChangeObserver* observer) { observer_ = observer; }
 
-    /// Adds the leaf of `slot` and the groups that it needs.  Its row was made from the same record.  A
-    /// message whose event type is none of the five gets no leaf.
+    /// Adds the leaf of `slot` and the groups that it needs.  The row of `slot` must have been made from
+    /// `alarm`.  A message whose event type is none of the five gets no leaf.
     void AddMessageToConsolidatedTree(Slot slot, const AlarmRecord& alarm);
     /// Add many leaves in two steps: NoteMessage for each leaf, then AddNoted, which adds them in the order
     /// in which they were noted.  For 64 leaves at a time this is a fifth faster than
@@ -51,7 +51,7 @@ public:
     bool IsEmpty() const { return ChildCount(TreeNode()) == 0; }
     std::size_t LeafCount() const { return leaves_.Count(); }
     bool HasLeaf(Slot slot) const { return leaves_.Holds(slot); }
-    /// Returns whether the node exists; false after its removal.
+    /// Returns whether the node still exists.
     bool Holds(TreeNode node) const;
 
     TreeLevel Level(TreeNode node) const;
@@ -67,30 +67,32 @@ public:
     bool FindNextAlarmNode(TreeNode& node) const;
     /// Changes `node` to its previous sibling; returns false and leaves it unchanged if it is the first.
     bool FindPreviousAlarmNode(TreeNode& node) const;
-    /// Returns the computer's group, found by the texts of its rows; the root if there is none.
+    /// Returns the group of `computer` under `type` under `alarm`, or the root if there is none.
     TreeNode FindComputer(std::string_view alarm, EventType type, std::string_view computer) const;
 
     std::string Text(TreeNode node) const;
-    /// Returns nothing for an alarm, whose messages may be of different types.
+    /// Returns nothing for an alarm's group, whose messages may be of different types.
     std::optional<EventType> Type(TreeNode node) const;
     /// Returns "ALARM_name", "EVENT_number_type", "COMPUTER_number_name" or "FIELDS_slot_log".  The number is
     /// the parent's PositionInCollection when the group was made.  The first message, slot 0, makes the nodes
-    /// 1 to 4: "ALARM_Disk", "EVENT_0001_error", "COMPUTER_0002_PC" and "FIELDS_0000_System".  If messages
-    /// before a group's parent are removed, the parent moves down and the key stays.  A later group that
-    /// would get the same key gets the next free number instead.
+    /// 1 to 4: "ALARM_Disk", "EVENT_0001_error", "COMPUTER_0002_PC" and "FIELDS_0000_System".  If nodes
+    /// before a group's parent are removed, the parent's position falls but the group keeps its key.  A later
+    /// group that would get the same key gets the next free number instead.
     std::string Key(TreeNode node) const;
     /// Returns the node's position among all existing nodes in the order in which they were made, from 1 on.
     std::size_t PositionInCollection(TreeNode node) const;
 
-    /// Sorts a computer's leaves by their texts, now and after each addition; other groups are always sorted.
-    /// Returns false if nothing changed.  Does not call the observer: views sort a group before they show it.
+    /// Sorts a computer's leaves by their texts, and keeps them sorted; the children of other groups are
+    /// always sorted.  Returns false if nothing changed.  Does not call the observer: views sort a group
+    /// before they show it.
     bool SortChildren(TreeNode node);
 
-    /// Returns the node that the user selected; the root if there is none.
+    /// Returns the node that the user selected, or the root if there is none.
     TreeNode SelectedNode() const { return selected_; }
     void SelectNode(TreeNode node) { selected_ = node; }
 
-    /// Returns, in no order, the slots of the node's leaves and, for an alarm, of its rows without a leaf.
+    /// Returns, in no particular order, the slots of the node's leaves and, for an alarm, of its rows without
+    /// a leaf.
     std::vector<Slot> SlotsUnder(TreeNode node) const;
 
 private:
@@ -98,7 +100,7 @@ private:
     struct Noted {
         Slot Message = 0;
         TextId Head = 0;
-        GroupId Computer = 0;  ///< 0 if not known yet
+        GroupId Computer = 0;  ///< 0 if there is no such group yet
     };
 
     struct ChildPlace;

@@ -8,10 +8,11 @@
 
 namespace tallyhorn {
 
-/// Decides what may run when, from the one table in Gate.cpp.  It owns every state that keeps something from
+/// Decides what may run when, from the table in Gate.cpp.  It owns every state that prevents something from
 /// running.  A guard enters a state and leaves it at the end of its scope; guards of one state may nest.
 ///
-/// When several states hold at once, the strictest answer counts: Run < Queue < Later < Refuse.  For example:
+/// If the console is in several states, the strictest answer counts: Run < Queue < Later < Refuse.  For
+/// example:
 ///
 ///     Gate gate;
 ///     gate.TogglePause();                        // the user pauses
@@ -30,12 +31,12 @@ public:
     enum class State : std::uint8_t {
         Starting,  ///< settings, filters and the backup are being read
         Batch,     ///< datagrams are being handled
-        Hold,      ///< messages are being deleted, cleared, read back, filtered or exported
+        Hold,      ///< syslog messages are being deleted, or any are cleared, restored, filtered or exported
         PollStop,  ///< NetBIOS messages are being deleted
         Pause,
         Work,    ///< a command, a timer's routine or another piece of work that lets events run
         Dialog,  ///< a dialog that a command opened is open, perhaps for hours
-        Closing  ///< the last command has been given, or the console has ended
+        Closing  ///< the command that closes the console was given, or the console has ended
     };
     static constexpr std::size_t RequestCount = 5;
     static constexpr std::size_t StateCount = 8;
@@ -62,33 +63,35 @@ public:
     using Work = Guard<State::Work>;
     using Dialog = Guard<State::Dialog>;
 
-    /// Returns the table's entry for a state that holds alone.
+    /// Returns the answer if the console is in no other state.
     static Answer AnswerIn(State state, Request request);
     Answer Decide(Request request) const;
     bool Is(State state) const;
 
-    /// Returns whether a command that was queued may run now.  Unlike Decide, it lets the last command run
-    /// while the console closes.
+    /// Returns whether a command that was queued may run now.  Unlike Decide, it ignores State::Closing, so
+    /// that the command that closes the console can run.
     bool QueuedMayRun() const;
 
-    /// Returns whether a poll that is due now may run, and remembers one that is answered with Later.
+    /// Returns whether a poll that is due now may run.  After the answer Later, PollIsMissed returns true
+    /// until the next poll runs.
     bool AdmitPoll();
     bool PollIsMissed() const { return pollIsMissed_; }
 
-    /// Starts a pause, or ends the one that the tool bar shows, and returns what the tool bar shows from now
-    /// on.
+    /// Starts a pause if the tool bar shows none, otherwise ends it.  Returns whether the tool bar now shows
+    /// a pause.
     bool TogglePause();
-    /// Returns whether datagrams are to be queued: during a pause, and while others are being handled.
-    /// Compatibility: the end of a batch also ends a pause that began during the batch, but the tool bar goes
-    /// on showing that pause.
+    /// Returns whether queued datagrams must stay queued: during a pause, and during a batch.  Compatibility:
+    /// the end of a batch also ends a pause that began during the batch, but the tool bar still shows that
+    /// pause.
     bool ProcessingPaused() const { return Is(State::Pause) || Is(State::Batch); }
     bool SyslogDeleteInProgress() const { return Is(State::Hold); }
 
-    /// Enters a later phase.  Returns false and changes nothing if the gate has already reached that phase.
+    /// Enters a later phase.  Returns false and changes nothing if the gate has already reached that phase or
+    /// a later one.
     bool Advance(Phase phase);
     Phase CurrentPhase() const { return phase_; }
 
-    /// `released` is called whenever a guard has left its state, and when the start is over; null removes it.
+    /// Sets a function that is called whenever a guard has left its state, and when the start is over.
     void WhenReleased(std::function<void(State)> released) { released_ = std::move(released); }
 
 private:

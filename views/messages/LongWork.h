@@ -18,8 +18,8 @@ public:
     LongWork(const LongWork&) = delete;
     LongWork& operator=(const LongWork&) = delete;
 
-    /// Counts `steps` as done.  Runs pending events if the slice is over, and returns whether it ran them. To
-    /// be called after several steps that are short, since it reads the clock.
+    /// Counts `steps` as done.  Runs pending events if the slice is over, and returns whether it ran them. If
+    /// the steps are short, call it only after several of them, because it reads the clock.
     bool Advance(std::uint64_t steps = 1) {
         done_ += steps;
         if (!slices_.LetRun())

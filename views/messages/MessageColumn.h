@@ -9,7 +9,7 @@ namespace tallyhorn {
 enum class MessageColumn { DateLogged, Alarm, LogType, AccountName, Computer, RecordNum };
 
 constexpr int MessageColumnCount = 6;
-/// RecordNum, the last column, is never shown: its width stays 0 and is neither kept nor restored.
+/// RecordNum, the last column, is never shown: its width stays 0 and is neither saved nor restored.
 constexpr int SizedColumnCount = 5;
 
 constexpr std::array<std::string_view, MessageColumnCount> MessageColumnHeaders = {

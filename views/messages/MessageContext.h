@@ -9,15 +9,15 @@
 
 namespace tallyhorn {
 
-/// The objects that all classes use which receive, show or change messages. They must outlive those classes.
+/// The objects used by all classes that receive, show or change messages. They must outlive those classes.
 struct MessageContext {
     ReceivedMessages& Received;
     ServerDisplay& Display;
     MessageBoxes& Boxes;
     TimeSlices& Slices;
     Clock& Time;
-    /// The record of the text that was read last, of either channel. Compatibility: a field that a text does
-    /// not set keeps the value of the text before.
+    /// The record of the most recently read text of either channel. Compatibility: a field that a text does
+    /// not set keeps the value from the text read before it.
     AlarmRecord& CurrentAlarm;
 };
 

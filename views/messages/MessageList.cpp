@@ -37,8 +37,9 @@ EventType MessageList::TypeAt(std::size_t position) const {
     return rows_[SlotAt(position)].Type;
 }
 
-/// Finds a row by the text of its date.  Skips rows of a day that has already failed to match, because the
-/// texts of one day are equal up to the blank before the time.  So only few of a million rows are formatted.
+/// Finds a row by the text of its date.  Skips rows of the same day as a row that has just failed to match,
+/// because the texts of one day are equal up to the blank before the time.  So only few of a million rows are
+/// formatted.
 std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::size_t start) const {
     std::int64_t lastDay = 0;
     std::uint16_t lastStyle = 0;

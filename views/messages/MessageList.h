@@ -14,8 +14,8 @@
 
 namespace tallyhorn {
 
-/// Determines which rows one of the lists shows, their order, and which of them are selected.  Positions are
-/// those on the screen, from 0 on.  `rows` must outlive the list.
+/// Determines which rows one of the lists shows, their order, and which of them are selected.  A position is
+/// a row's place in the order shown, counted from 0.  `rows` must outlive the list.
 class MessageList {
 public:
     explicit MessageList(const MessageRows& rows) : rows_(rows) {}
@@ -35,11 +35,11 @@ public:
 
     /// Adds the row of `slot` at the end or, in a sorted list, at its sorted position.
     void Add(Slot slot);
-    /// Returns the position of the row added last; nothing if it was removed.
+    /// Returns the position of the most recently added row, or nothing if that row was removed.
     std::optional<std::size_t> NewestPosition() const;
 
-    /// Sorts by the column and reverses the direction, whatever the column was before: the first call sorts
-    /// in descending order.
+    /// Sorts by the column in the opposite direction to the previous call, even if that call named another
+    /// column.  The first call sorts in descending order.
     void SortBy(MessageColumn column);
     bool IsSorted() const { return sortColumn_.has_value(); }
     bool IsDescending() const { return descending_; }
@@ -54,10 +54,10 @@ public:
     /// Removes the selected rows from the list and returns their slots in list order.  The caller frees the
     /// slots.
     std::vector<Slot> RemoveSelected();
-    /// Removes the rows of `slots`, which are all different, selected or not, and returns the removed slots
-    /// in list order.  Ignores slots that this list does not show.
+    /// Removes the rows of `slots`, which has no duplicates, and returns the removed slots in list order.
+    /// Ignores slots that this list does not show.
     std::vector<Slot> Remove(std::span<const Slot> slots);
-    /// Removes the rows at `positions`, which ascend, and returns their slots.
+    /// Removes the rows at `positions`, which must be in ascending order, and returns their slots.
     std::vector<Slot> RemoveAt(std::span<const std::size_t> positions);
     void Clear();
 

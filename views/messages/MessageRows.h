@@ -18,7 +18,7 @@
 namespace tallyhorn {
 
 /// What one row shows.  It is fixed when the row is added: later settings do not change it.  Texts and date
-/// style are numbers.
+/// style are stored as numbers.
 struct MessageRow {
     static constexpr std::size_t TextCount = 4;
 
@@ -30,13 +30,13 @@ struct MessageRow {
     bool Present = false;  ///< false for a slot that has no row
 };
 
-/// Owns the rows of one channel's lists, by slot like the texts in its store, and the texts of their cells.
+/// Owns the rows of one channel's lists, indexed by slot, and the texts of their cells.
 class MessageRows {
 public:
     /// Sets the date style of rows that are added later.
     void SetDateStyle(const DateStyle& style);
 
-    /// Adds the row of `slot`, which has none, from a record.
+    /// Adds a row for `slot`, which must not have one yet, from a record.
     void Add(Slot slot, const AlarmRecord& alarm, EventType type);
     /// Removes rows; ignores slots without one.  Fastest with RemovedTogether slots or more in one call.
     static constexpr std::size_t RemovedTogether = 64;
@@ -45,7 +45,7 @@ public:
     void Clear();
 
     bool Holds(Slot slot) const;
-    /// Greater than every slot that has a row.
+    /// Returns a number greater than every slot that has a row.
     Slot SlotBound() const { return static_cast<Slot>(rows_.Size()); }
     const MessageRow& operator[](Slot slot) const { return rows_[static_cast<std::size_t>(slot)]; }
     /// Returns whether the row's date is shown with the day before the month.

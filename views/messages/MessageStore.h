@@ -21,7 +21,7 @@ public:
 
     std::int32_t MessageCount() const { return messageCount_; }
     Slot UpperBound() const { return static_cast<Slot>(texts_.Size()) - 1; }
-    /// Empty for a freed slot and for one outside the store.
+    /// Returns an empty text for a freed slot and for one outside the store.
     const std::string& Text(Slot slot) const;
 
     /// Takes the slot that was freed first out of the queue; returns nothing if the queue is empty.
@@ -30,11 +30,11 @@ public:
     Slot Grow();
     /// Makes `upperBound` the last slot if the store is smaller; new slots are empty.
     void GrowTo(Slot upperBound) { texts_.GrowTo(static_cast<std::size_t>(upperBound) + 1); }
-    /// Stores the text of a new message and counts it.  `slot` is empty and within the store.
+    /// Stores the text of a new message and counts it.  `slot` must be empty and within the store.
     void Put(Slot slot, std::string text);
     /// Empties the slot and adds it to the end of the queue; does nothing for one outside the store.
     void Free(Slot slot);
-    /// Removes all messages; slots 0 to `upperBound` remain, empty and in no queue.
+    /// Removes all messages; slots 0 to `upperBound` remain, empty and not in the queue.
     void Clear(Slot upperBound);
 
 private:

@@ -6,19 +6,20 @@
 
 namespace tallyhorn {
 
-/// A bitmap with rank queries: Add sets the next bit, Remove clears one, and Rank counts the set bits up to a
-/// given one.  The tree uses it to know which of the nodes that still exist is the 1st, 2nd, 3rd ... made.
+/// A bitmap with rank queries: Add appends a set bit, Remove clears a bit, and Rank counts the set bits up to
+/// a given one.  The tree uses it to know which of the nodes that still exist is the 1st, 2nd, 3rd ... made.
 class RankBitmap {
 public:
-    /// A bit's index; grows by one with each Add.
+    /// The index of a bit: 0 for the first that was added, and one more for each later one.
     using Index = std::uint32_t;
 
     Index Add();
-    /// `index` is set.
+    /// Clears the bit at `index`, which must be set.
     void Remove(Index index);
     void Clear();
 
-    /// Returns the number of set bits from the first to the one at `index`, which is set: 1 for the first.
+    /// Returns the number of set bits from the first to the one at `index`, which must be set: 1 for the
+    /// first.
     std::size_t Rank(Index index) const;
 
     /// Maps the index that a set bit had before Compact to its index afterwards.
@@ -34,7 +35,7 @@ public:
 
     /// Returns true if most of a large bitmap's bits are clear.
     bool IsSparse() const { return size_ >= FewestToCompact && size_ / 2 > setBits_; }
-    /// Removes the clear bits.  The caller replaces every index that it holds by the mapped one.
+    /// Removes the clear bits.  The caller must replace each index that it has stored by the mapped one.
     NewIndexes Compact();
 
 private:

@@ -79,7 +79,7 @@ Slot ReceivedMessages::TakeSyslogSlot() {
     return freed ? *freed : Syslog.Messages.MessageCount();
 }
 
-/// Settles the record first, so that the row and the leaf show what the kept text says.
+/// Settles the record first, so that the row and the leaf show what the kept text contains.
 void ReceivedMessages::ParseSyslogMessage(Slot slot, std::string& message, bool addToListView,
                                           AlarmRecord& alarm) {
     message = SettleMessage(alarm);

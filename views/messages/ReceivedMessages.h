@@ -25,27 +25,27 @@ struct MessageChannel {
     MessageChannel(const MessageChannel&) = delete;
     MessageChannel& operator=(const MessageChannel&) = delete;
 
-    /// Removes all rows and leaves the texts in the store.
+    /// Removes all rows; the texts stay in the store.
     void ClearRows();
 
     const ChannelTraits& Traits;
     MessageStore Messages;
     MessageRows Rows;
-    /// By list index.
+    /// The lists, indexed by EventList.
     std::array<MessageList, EventListCount> Lists{MessageList(Rows), MessageList(Rows), MessageList(Rows)};
 };
 
-/// All messages that the console holds. Keeps stores, rows, lists and tree in agreement, and writes their
-/// counts into the status bar.
+/// Owns all messages that the console keeps. Keeps stores, rows, lists and tree consistent, and writes the
+/// numbers of messages into the status bar.
 class ReceivedMessages {
 public:
     ReceivedMessages(ServerDisplay& display, TimeSlices& slices, tallyhorn::Gate& gate);
 
     MessageChannel NetBios{Channel::NetBios};
     MessageChannel Syslog{Channel::Syslog};
-    /// The syslog messages that are shown.
+    /// The tree of the syslog messages that are shown.
     ConsolidatedTree Tree{Syslog.Rows};
-    /// The view that the user clicked or operated by keyboard last.
+    /// The view that the user most recently clicked or operated by keyboard.
     ViewNumber ActiveView = 0;
 
     /// Returns the gate, which decides whether arrivals may be handled now.
@@ -56,45 +56,45 @@ public:
     /// Returns the list with the number `view`, which must not be the tree.
     MessageList& List(ViewNumber view);
 
-    /// Sets how dates are shown in rows that are added from now on.
+    /// Sets how dates are shown in rows that are added later.
     void SetDateStyle(const DateStyle& style);
 
     /// Returns whether dates are written and read with the day before the month.
     bool DayFirst() const { return dayFirst_; }
 
-    /// Reads a text that `channel` keeps into `alarm`. `now` is the date of a text that has none.
+    /// Reads a text that `channel` keeps into `alarm`. A text without a date gets the date `now`.
     void ReadKeptText(const MessageChannel& channel, std::string_view text, AlarmDate now,
                       AlarmRecord& alarm) const {
         channel.Traits.ReadKeptText(text, dayFirst_, now, alarm);
     }
 
-    /// Removes all messages of `channel`, and its leaves.
+    /// Removes all messages of `channel`, including their leaves.
     void Clear(MessageChannel& channel);
 
     /// Keeps a NetBIOS notification in the next free slot, which is returned: its text and, if `shown`, its
-    /// row. compatibility: afterwards TypeOfEvent of a shown alarm holds its icon key, which the next
-    /// notification without a type inherits. Lets pending events run if the slice is over.
+    /// row. If `shown`, lets pending events run when the slice is over. compatibility: afterwards TypeOfEvent
+    /// of a shown alarm is its icon key, which the next notification without a type inherits.
     Slot KeepNetBiosMessage(std::string text, AlarmRecord& alarm, bool shown);
 
     /// Keeps a syslog notification in the next free slot: its settled text (see SettleMessage) and, if
-    /// `shown`, its row and its leaf. Afterwards `alarm` is the record that the kept text yields.
+    /// `shown`, its row and its leaf. Afterwards `alarm` is the record that is read from the kept text.
     void KeepSyslogMessage(AlarmRecord& alarm, bool shown);
 
-    /// Keeps a text from the backup file as KeepSyslogMessage does. Applies no filter. `now` is the date of
-    /// a text that has none.
+    /// Keeps a text from the backup file as KeepSyslogMessage does. Applies no filter. A text without a date
+    /// gets the date `now`.
     void RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm);
 
-    /// Removes all rows and leaves of both channels and leaves the texts in the stores.
+    /// Removes all rows and leaves of both channels; the texts stay in the stores.
     void ClearViews();
-    /// Adds the row of the text at `slot`, which has none, after reading the text into `alarm`. A leaf is
-    /// only noted and enters the tree at Tree.AddNoted. Does nothing if the slot is empty.
+    /// Reads the text at `slot` into `alarm` and adds its row; the slot must not have a row yet. A syslog
+    /// message's leaf is only noted; Tree.AddNoted adds it. Does nothing if the slot is empty.
     void ShowMessage(MessageChannel& channel, Slot slot, AlarmDate now, AlarmRecord& alarm);
     /// Notes the leaf of a syslog message that has its row; Tree.AddNoted adds the leaf.
     void NoteSyslogLeaf(Slot slot, AlarmDate now, AlarmRecord& alarm);
 
     /// Writes the number of messages of `channel` into its status panel.
     void UpdateStatusCounts(const MessageChannel& channel);
-    /// Enables each list, and the tree, if it has entries, and disables it otherwise.
+    /// Enables each list and the tree if it has entries, and disables it otherwise.
     void UpdateListViewStatus();
 
 private:

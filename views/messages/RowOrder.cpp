@@ -8,7 +8,7 @@ namespace {
 constexpr std::size_t BlockSize = 512;
 /// How far Assign fills a block: a full one would be split by the next insertion.
 constexpr std::size_t FilledSize = BlockSize * 3 / 4;
-/// Reserved per block: an insertion exceeds the size by one before the block is split.
+/// The capacity reserved for a block: an insertion exceeds BlockSize by one before the block is split.
 constexpr std::size_t BlockRoom = BlockSize + 1;
 
 bool IsSelected(const RowEntry& entry) {
@@ -39,11 +39,11 @@ const RowEntry& RowOrder::At(std::size_t position) const {
     return blocks_[place.Block].Entries[place.Offset];
 }
 
-/// Starts a new block if the last one is full: splitting it would leave two half-full blocks behind each
-/// append.
+/// Starts a new block if the last one is full.  Splitting the last one instead would leave half-full blocks
+/// behind.
 void RowOrder::Append(const RowEntry& entry) {
     if (blocks_.empty() || blocks_.back().Entries.size() >= BlockSize) {
-        // No reserve for the first block: most groups of the tree have only a few children.
+        // Nothing is reserved for the first block, because most groups of the tree have only a few children.
         const bool first = blocks_.empty();
         blocks_.emplace_back();
         if (!first)

@@ -21,7 +21,7 @@ struct RowEntry {
     std::uint32_t Id : 31 = 0;
     std::uint32_t Selected : 1 = 0;
 
-    /// `id` is not negative.
+    /// Makes an entry with this id, which must not be negative.
     static RowEntry Of(RowId id) {
         RowEntry entry;
         entry.Id = static_cast<std::uint32_t>(id) & 0x7FFFFFFFU;
@@ -50,32 +50,33 @@ public:
     std::size_t Size() const { return size_; }
     const RowEntry& At(std::size_t position) const;
 
-    /// Adds the entry at the end.  The caller makes sure that it sorts there.
+    /// Adds the entry at the end.  The caller makes sure that this is its sorted position.
     void Append(const RowEntry& entry);
     /// Asks the processor to load the memory that the next Append will write.
     void PrefetchEnd() const;
-    /// Adds the entry after all entries that sort before it or with it.
+    /// Adds the entry after all entries that sort before it or compare equal to it.
     void Insert(const RowEntry& entry, const Rule& rule);
-    /// Replaces all entries by `entries`, which are in order.
+    /// Replaces all entries by `entries`, which must be sorted.
     void Assign(const std::vector<RowEntry>& entries);
     void Clear() { Assign({}); }
-    /// Replaces each entry by what `make` returns for its id, keeps which are selected, and sorts all.
+    /// Replaces each entry by the one that `make` returns for its id, and sorts all entries.  Selected
+    /// entries stay selected.
     void Resort(const std::function<RowEntry(RowId)>& make, const Rule& rule, const TieBreak& tieBreak);
 
-    /// Returns the position of the entry with this id, or nothing if there is none.  Key and Text have to be
-    /// those with which the entry was added, since they direct a binary search.
+    /// Returns the position of the entry with this id, or nothing if there is none.  Key and Text must be
+    /// those with which the entry was added, because a binary search compares them.
     std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
                                           const TieBreak& tieBreak) const;
 
     std::size_t SelectedCount() const { return selectedCount_; }
-    /// Selects or deselects the entries at `first` to `last`, inclusive; both exist.
+    /// Selects or deselects the entries at `first` to `last`, inclusive; both must exist.
     void Select(std::size_t first, std::size_t last, bool selected);
     void ClearSelection();
     /// Returns the ids of the selected entries in order.
     std::vector<RowId> SelectedIds() const;
     /// Removes the selected entries and returns their ids in order.
     std::vector<RowId> RemoveSelected();
-    /// Removes the entries at `positions`, which ascend, and returns their ids in order.
+    /// Removes the entries at `positions`, which must be in ascending order, and returns their ids in order.
     std::vector<RowId> RemoveAt(std::span<const std::size_t> positions);
 
     /// Returns a copy of all entries in order.

@@ -27,8 +27,8 @@ public:
     /// Shows a list or the tree, or hides it while much of it is removed.
     virtual void ShowView(ViewNumber view, bool shown) = 0;
 
-    /// Show the wait cursor during long work and, after half a second, a progress bar.  LongWork pairs the
-    /// calls. Work inside other work shows nothing.
+    /// Show the wait cursor during long work and, after half a second, a progress bar.  LongWork calls
+    /// BeginWork and EndWork in pairs. Work inside other work shows nothing.
     virtual void BeginWork() = 0;
     virtual void ShowProgress(std::uint64_t done, std::uint64_t total) = 0;
     virtual void EndWork() = 0;
@@ -37,7 +37,7 @@ public:
     /// Sets the pause button's picture and tool tip and the menu item's caption.
     virtual void ShowPauseCommand(bool paused) = 0;
     /// Sets whether the filter button is pressed, its tool tip and the menu item's caption.  After a filter
-    /// was removed the caption is not the same as at the start; see CommandBars::ShowFilter.
+    /// was removed, the caption differs from that at the start; see CommandBars::ShowFilter.
     virtual void ShowFilterCommand(bool inForce) = 0;
 };
 

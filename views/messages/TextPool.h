@@ -12,11 +12,11 @@
 
 namespace tallyhorn {
 
-/// A text's number in its pool; reused once the text is gone.
+/// A text's number in its pool; reused after the text was removed.
 using TextId = std::uint32_t;
 
 /// Owns one copy of each different text, since the same alarms and computers occur in thousands of rows, and
-/// counts the users of each.  A text without users is removed.
+/// counts the references to each.  A text without references is removed.
 class TextPool {
 public:
     TextPool() = default;
@@ -27,22 +27,23 @@ public:
     TextPool& operator=(TextPool&&) = default;
     ~TextPool() = default;
 
-    /// Adds one user to the text and returns its number.
+    /// Adds the text if it is new, adds one reference to it, and returns its number.
     TextId Add(std::string_view text);
-    /// Removes one user from the text.
+    /// Removes one reference to the text.
     void Release(TextId id);
 
-    /// Returns nothing for a text that has no user.
+    /// Returns nothing if the text is not in the pool.
     std::optional<TextId> Find(std::string_view text) const;
-    /// Returns a view that is valid until the text's last user is released.
+    /// Returns a view that is valid until the text's last reference is released.
     std::string_view Text(TextId id) const { return entries_[id].Text; }
-    /// Returns the first eight bytes in upper case as one number that sorts as they do: most comparisons need
-    /// no more.
+    /// Returns the first eight bytes in upper case as one number with the same order.  Most comparisons need
+    /// only this number.
     std::uint64_t SortPrefix(TextId id) const { return entries_[id].SortPrefix; }
-    /// Returns less than, equal to or greater than zero, ignoring case.
+    /// Returns less than, equal to or greater than zero if `a` sorts before, with or after `b`, ignoring
+    /// case.
     int Compare(TextId a, TextId b) const;
 
-    /// Greater than the number of every text in the pool.
+    /// Returns a number greater than that of every text in the pool.
     std::size_t IdBound() const { return entries_.size(); }
 
 private:

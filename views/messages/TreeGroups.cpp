@@ -22,8 +22,8 @@ std::string_view NameOf(const TreeGroup& group, const TextPool& texts) {
     return group.Level == TreeLevel::Type ? EventTypeName(group.Type) : texts.Text(group.Name);
 }
 
-/// compatibility: after a removal the count is cut off at the first "(" of the whole text, even one of the
-/// name.
+/// Returns the part of the name that is shown after a removal. compatibility: the name is cut off at its
+/// first "(", because the count begins with "(" too.
 std::string_view BeforeCount(std::string_view name) {
     const std::size_t open = name.find('(');
     if (open == std::string_view::npos)
@@ -68,7 +68,8 @@ GroupId TreeGroups::FindComputer(GroupLabel alarm, EventType type, GroupLabel co
     return Look(computerByPath_, PathKey(alarm, type, computer));
 }
 
-/// A text's number fits into 30 bits, since a pool with more texts would not fit into memory.
+/// Packs the labels into one number.  The number of a text fits into 30 bits, because a pool with more texts
+/// would not fit into memory.
 std::uint64_t TreeGroups::PathKey(GroupLabel alarm, EventType type, GroupLabel computer) {
     constexpr unsigned TextBits = 30;
     return (static_cast<std::uint64_t>(type) << (2 * TextBits)) | (std::uint64_t{alarm} << TextBits) |

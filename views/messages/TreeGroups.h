@@ -21,7 +21,8 @@ using GroupLabel = std::uint32_t;
 
 /// The data of one group of the tree.
 struct TreeGroup {
-    /// How the count is written: "( 1 Event )", "( 2 Events )", or after a removal always "( 1 Events )".
+    /// How the count is written: "( 1 Event )", "( 2 Events )", or after a removal always with "Events": "( 1
+    /// Events )".
     enum class CountForm : std::uint8_t { One, Many, AfterRemoval };
 
     std::uint32_t Count = 0;
@@ -37,31 +38,31 @@ struct TreeGroup {
     RowOrder Children;
 };
 
-/// Owns the groups of the consolidated tree and finds them by their labels.  Numbers of removed groups are
-/// reused.
+/// Owns the groups of the consolidated tree and finds them by their labels.  The numbers of removed groups
+/// are reused.
 class TreeGroups {
 public:
     TreeGroups() { Clear(); }
 
     TreeGroup& operator[](GroupId id) { return groups_[id]; }
     const TreeGroup& operator[](GroupId id) const { return groups_[id]; }
-    /// Greater than every group's number.
+    /// Returns a number greater than that of every group.
     std::size_t Size() const { return groups_.Size(); }
     bool Holds(GroupId id) const { return id < groups_.Size() && groups_[id].Alive; }
 
-    /// Returns the parent's child of that name; 0 if there is none.
+    /// Returns the parent's child with that label, or 0 if there is none.
     GroupId Find(GroupId parent, GroupLabel name) const;
-    /// Returns the computer's group by the labels of all three levels; 0 if there is none.
+    /// Returns the computer's group with these labels on the three levels, or 0 if there is none.
     GroupId FindComputer(GroupLabel alarm, EventType type, GroupLabel computer) const;
 
-    /// Adds the group and returns its number.  If another type or computer of that name has its KeyNumber,
-    /// the group gets the next free one.
+    /// Adds the group and returns its number.  If another event type or computer with the same Name has its
+    /// KeyNumber, the group gets the next free number.
     GroupId Add(TreeGroup group);
     void Remove(GroupId id);
     /// Removes all groups except the root.
     void Clear();
 
-    /// Calls `change` with the group and all groups above it, the root last.
+    /// Calls `change` with the group and all groups above it, up to the root.
     template <typename Change>
     void ForEachUpwards(GroupId id, Change change) {
         for (;; id = groups_[id].Parent) {

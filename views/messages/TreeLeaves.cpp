@@ -46,8 +46,7 @@ void TreeLeaves::MapNodeIndexes(const RankBitmap::NewIndexes& newIndex) {
     }
 }
 
-/// Writes the date with the system's separator instead of the lists' separator, in the row's order of day and
-/// month.
+/// Writes the date with "/" instead of the lists' separator, but in the row's order of day and month.
 std::string TreeLeaves::Text(Slot slot) const {
     const DateStyle style{rows_.DayFirst(slot), "/"};
     return std::string(heads_.Text((*this)[slot].Head)) +

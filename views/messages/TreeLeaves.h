@@ -20,8 +20,8 @@ struct TreeLeaf {
     RankBitmap::Index NodeIndex = 0;
 };
 
-/// Owns the leaves of the consolidated tree by slot, and one copy of each text before a date, which many
-/// leaves share.  A leaf's date is read from its message's row.
+/// Owns the leaves of the consolidated tree, indexed by slot, and one copy of each text before a date, which
+/// many leaves share.  A leaf's date is read from its message's row.
 class TreeLeaves {
 public:
     /// `rows` must outlive this object.
@@ -32,7 +32,8 @@ public:
     /// Returns the leaf of `slot`, which must exist.
     const TreeLeaf& operator[](Slot slot) const { return leaves_[static_cast<std::size_t>(slot)]; }
 
-    /// Returns the text before the date, with one user more, for a leaf that is about to be added.
+    /// Adds one reference to the text before the date of a leaf that is about to be added, and returns the
+    /// text's number.
     TextId AddHead(const AlarmRecord& alarm);
 
     /// Adds a leaf; `leaf.Head` is from AddHead and is released with the leaf.
@@ -43,7 +44,7 @@ public:
 
     std::string Text(Slot slot) const;
     std::string Key(Slot slot) const;
-    /// Returns the leaf's entry among its siblings, which sort by text or else by arrival.
+    /// Returns the leaf's entry with the sort keys for the order by text if `byText`, otherwise by arrival.
     RowEntry Entry(Slot slot, bool byText) const;
     const TextPool& Heads() const { return heads_; }
 

@@ -17,7 +17,6 @@ std::string OnOneLine(std::string text) {
     return text;
 }
 
-constexpr std::size_t LongestName = 30;
 /// The record number if no entry is selected; no record has it.
 constexpr std::int32_t NoRecord = 0;
 
@@ -25,18 +24,18 @@ constexpr std::int32_t NoRecord = 0;
 
 void DropFilterEditor::InitFormAsManager() {
     filters_.OpenFilterFile();
-    FillFilterList();
+    FillFilterList(NoRecord);
     mode_ = DialogMode::Manage;
 }
 
 FilterFields DropFilterEditor::InitFormAsQuickAdd(const AlarmRecord& alarm) {
     filters_.OpenFilterFile();
-    FillFilterList();
+    FillFilterList(NoRecord);
     mode_ = DialogMode::Adding;
     return ProposeFilter(alarm);
 }
 
-void DropFilterEditor::FillFilterList() {
+void DropFilterEditor::FillFilterList(std::int32_t selectedRecord) {
     const Change change(observer_);
     entries_.clear();
     filters_.FilterCount = filters_.CountRecords();
@@ -46,7 +45,12 @@ void DropFilterEditor::FillFilterList() {
         if (!name.empty())
             entries_.push_back({std::move(name), record});
     }
-    Arrange(NoRecord);
+    Arrange(selectedRecord);
+}
+
+void DropFilterEditor::ReadFileAgain() {
+    filters_.OpenFilterFile();
+    FillFilterList(SelectedRecord());
 }
 
 void DropFilterEditor::Select(std::size_t entry) {
@@ -86,17 +90,26 @@ FilterFields DropFilterEditor::Edit() {
     return ShowRecord(filters_.CurrentFilter);
 }
 
-void DropFilterEditor::Delete() {
+FilterFields DropFilterEditor::SelectedFields() {
+    const std::optional<SuppressionFilter> record = filters_.PeekFilterRecord(SelectedRecord());
+    return record ? ShowRecord(*record) : FilterFields();
+}
+
+bool DropFilterEditor::Delete() {
     if (!selected_)
-        return;
+        return true;
     filters_.ClearFilterRecord();
-    filters_.WriteFilterRecord(SelectedRecord());
+    if (!filters_.WriteFilterRecord(SelectedRecord())) {
+        ReadFileAgain();
+        return false;
+    }
     const Change change(observer_);
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(*selected_));
     if (entries_.empty())
         selected_.reset();
     else
         selected_ = std::min(*selected_, entries_.size() - 1);
+    return true;
 }
 
 DropFilterEditor::Answer DropFilterEditor::Save(FilterFields& fields) {
@@ -114,37 +127,41 @@ DropFilterEditor::Answer DropFilterEditor::Save(FilterFields& fields) {
                     ") is already in use.  Please enter a different filter name and try again.");
         return Answer::NameInUse;
     }
-    if (name.size() > LongestName) {
+    if (name.size() > LongestFilterName) {
         boxes_.Warn("A filter name must be 30 characters or less!");
         return Answer::NameTooLong;
     }
+    // Only the filter that is edited keeps dates that cannot be typed, not a new one.
+    if (mode_ == DialogMode::Adding)
+        filters_.CurrentFilter.UseDateRange = FilterFalse;
     if (!StoreFieldsInRecord(fields, filters_.CurrentFilter))
         return Answer::NoEventID;
-    if (mode_ == DialogMode::Adding)
-        AddFilter(name);
-    else
-        UpdateFilter(name);
+    const bool written = mode_ == DialogMode::Adding ? AddFilter(name) : UpdateFilter(name);
     mode_ = DialogMode::Manage;
-    return Answer::Saved;
+    if (!written)
+        ReadFileAgain();
+    return written ? Answer::Saved : Answer::NotWritten;
 }
 
-void DropFilterEditor::AddFilter(const std::string& name) {
+bool DropFilterEditor::AddFilter(const std::string& name) {
     if (filters_.FilterCount == std::numeric_limits<std::int32_t>::max())
-        return;  // There is no record number left.
+        return false;  // There is no record number left.
     ++filters_.FilterCount;
-    filters_.WriteFilterRecord(filters_.FilterCount);
+    if (!filters_.WriteFilterRecord(filters_.FilterCount))
+        return false;
     const Change change(observer_);
     entries_.push_back({name, filters_.FilterCount});
     Arrange(filters_.FilterCount);
+    return true;
 }
 
-void DropFilterEditor::UpdateFilter(const std::string& name) {
-    filters_.WriteFilterRecord(SelectedRecord());
-    if (!selected_)
-        return;
+bool DropFilterEditor::UpdateFilter(const std::string& name) {
+    if (!filters_.WriteFilterRecord(SelectedRecord()))
+        return false;
     const Change change(observer_);
     entries_[*selected_].FilterName = name;
     Arrange(SelectedRecord());
+    return true;
 }
 
 bool DropFilterEditor::Cancel() {

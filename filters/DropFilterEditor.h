@@ -23,7 +23,8 @@ enum class DialogMode : std::int16_t {
 
 /// Owns the state of the suppression filter dialog: its mode, the entries of its list and the selected entry.
 /// Writes each change to the filter file at once; notifications are matched against the old filters until
-/// Unload. File errors are not reported.
+/// Unload.  If a change cannot be written, it fills the list again from the file, so that the list shows no
+/// filter that the file lacks.
 class DropFilterEditor {
 public:
     /// A record of the filter file that is not blank.
@@ -32,8 +33,9 @@ public:
         std::int32_t RecordNumber = 0;
     };
     enum class Order { ByRecord, Ascending, Descending };
-    /// The outcome of Save: the filter was saved, or the field for which it was refused.
-    enum class Answer { Saved, NoName, NameInUse, NameTooLong, NoEventID };
+    /// The outcome of Save: the filter was saved, or the field for which it was refused, or the file could
+    /// not be written.
+    enum class Answer { Saved, NoName, NameInUse, NameTooLong, NoEventID, NotWritten };
 
     DropFilterEditor(SuppressionFilters& filters, MessageBoxes& boxes) : filters_(filters), boxes_(boxes) {}
 
@@ -59,9 +61,14 @@ public:
     void Add() { mode_ = DialogMode::Adding; }
     /// Returns the fields of the selected filter.
     FilterFields Edit();
-    void Delete();
-    /// Saves the fields as a new filter or as the selected one, depending on the mode, and returns to Manage.
-    /// If it refuses them, it shows the reason and keeps the mode.
+    /// Returns the fields of the selected filter, as the file has them, or empty ones if none is selected.
+    /// Unlike Edit it does not change SuppressionFilters::CurrentFilter, whose dates go into the next record
+    /// that is written.
+    FilterFields SelectedFields();
+    /// Deletes the selected filter, if any.  Returns false if the file could not be written.
+    bool Delete();
+    /// Saves the fields as a new filter or as the selected one, depending on the mode, and returns to Manage,
+    /// also if the file could not be written.  If it refuses a field, it shows the reason and keeps the mode.
     Answer Save(FilterFields& fields);
     /// Returns true if the dialog is to close; otherwise the mode is now Manage.
     bool Cancel();
@@ -69,9 +76,11 @@ public:
     void Unload();
 
 private:
-    void FillFilterList();
-    void AddFilter(const std::string& name);
-    void UpdateFilter(const std::string& name);
+    /// Reads the list from the file and selects the entry with that record number, or else the first.
+    void FillFilterList(std::int32_t selectedRecord);
+    bool AddFilter(const std::string& name);
+    bool UpdateFilter(const std::string& name);
+    void ReadFileAgain();
     /// Sorts the entries and selects the one with that record number, or else the first.
     void Arrange(std::int32_t selectedRecord);
     std::int32_t SelectedRecord() const;

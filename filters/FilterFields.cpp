@@ -10,7 +10,7 @@
 namespace tallyhorn {
 namespace {
 
-/// Leaves room for "_" and an event id of up to seven digits in a name of 30 characters.
+/// Leaves room for "_" and an event id of up to seven digits in a name of LongestFilterName.
 constexpr std::size_t LongestSourceInName = 22;
 
 AlarmDate TypedDate(std::int64_t seconds) {
@@ -47,6 +47,7 @@ bool StoreFieldsInRecord(FilterFields& fields, SuppressionFilter& record) {
         fields.EventID = std::to_string(AnyEventID);
     if (!ReadInt32(fields.EventID, record.EventID))
         return false;
+    const FilterFields before = ShowRecord(record);
     record.FilterName = fields.FilterName;
     record.AccountName = fields.AccountName;
     record.Source = fields.Source;
@@ -55,8 +56,10 @@ bool StoreFieldsInRecord(FilterFields& fields, SuppressionFilter& record) {
     record.EventTypes = fields.EventTypes;
     record.UseDateRange = fields.UseDateRange ? FilterTrue : FilterFalse;
     if (fields.UseDateRange) {
-        record.EndDate = DaysFromAlarmDate(fields.EndDate);
-        record.BeginDate = DaysFromAlarmDate(fields.BeginDate);
+        if (!before.UseDateRange || fields.EndDate != before.EndDate)
+            record.EndDate = DaysFromAlarmDate(fields.EndDate);
+        if (!before.UseDateRange || fields.BeginDate != before.BeginDate)
+            record.BeginDate = DaysFromAlarmDate(fields.BeginDate);
     }
     return true;
 }
@@ -66,6 +69,7 @@ FilterFields ProposeFilter(const AlarmRecord& alarm) {
     fields.EventID = std::to_string(alarm.EventID);
     fields.Source = alarm.Source;
     fields.FilterName = fields.EventID + "_" + alarm.Source.substr(0, LongestSourceInName);
+    fields.FilterName.resize(std::min(fields.FilterName.size(), LongestFilterName));
     fields.EventTypes = EventTypeOf(alarm.TypeOfEvent);
     return fields;
 }

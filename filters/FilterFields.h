@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -34,12 +35,17 @@ inline constexpr AlarmDate LastTypedDate{253'402'300'799};
 /// limited to those that can be typed.
 FilterFields ShowRecord(const SuppressionFilter& record);
 
-/// Copies the fields into the record; its dates change only if the fields have a date range.  Sets a blank
-/// `fields.EventID` to "-1".  Returns false and leaves the record unchanged if EventID is not a 32-bit
-/// number.
+/// Copies the fields into the record, whose dates change only if the fields have a date range.  A date that
+/// ShowRecord returns for the record keeps its exact value, which may have a fraction of a second or lie
+/// outside the typed dates.  Sets a blank `fields.EventID` to "-1".  Returns false and leaves the record
+/// unchanged if EventID is not a 32-bit number.
 bool StoreFieldsInRecord(FilterFields& fields, SuppressionFilter& record);
 
-/// Returns a filter for notifications like this one: with its event id, source and type.
+/// The most characters that the dialog accepts in a filter's name.
+inline constexpr std::size_t LongestFilterName = 30;
+
+/// Returns a filter for notifications like this one: with its event id, source and type.  The proposed name
+/// has at most LongestFilterName characters.
 FilterFields ProposeFilter(const AlarmRecord& alarm);
 
 }  // namespace tallyhorn

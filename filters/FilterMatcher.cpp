@@ -37,14 +37,6 @@ std::uint32_t TypeBit(std::string_view text) {
     return OtherType;
 }
 
-/// Returns whether `wanted` is empty or equals `text` regardless of case.  `wanted` must be in upper case.
-bool Accepts(const std::string& wanted, const std::string& text) {
-    return wanted.empty() ||
-           (wanted.size() == text.size() &&
-            std::equal(wanted.begin(), wanted.end(), text.begin(),
-                       [](char upper, char character) { return upper == ToUpper(character); }));
-}
-
 }  // namespace
 
 FilterMatcher::FilterMatcher(std::span<const SuppressionFilter> filters) {
@@ -54,17 +46,30 @@ FilterMatcher::FilterMatcher(std::span<const SuppressionFilter> filters) {
     }
 }
 
+bool FilterMatcher::TextTest::Accepts(const std::string& text) const {
+    if (Wanted.empty())
+        return true;
+    const bool fits = FillsField ? Wanted.size() <= text.size() : Wanted.size() == text.size();
+    return fits && std::equal(Wanted.begin(), Wanted.end(), text.begin(),
+                              [](char upper, char character) { return upper == ToUpper(character); });
+}
+
+template <std::size_t Width>
+FilterMatcher::TextTest FilterMatcher::MakeTextTest(const FixedText<Width>& field) {
+    const std::string wanted = StripNulls(field.View());
+    return {UpperCase(wanted), wanted.size() == Width};
+}
+
 FilterMatcher::Tests FilterMatcher::MakeTests(const SuppressionFilter& filter) {
-    Tests tests{
-        filter.EventID,
-        0,
-        FirstSecond(filter),
-        LastSecond(filter),
-        {UpperCase(StripNulls(filter.Source.View())), UpperCase(StripNulls(filter.Category.View())),
-         UpperCase(StripNulls(filter.AccountName.View())), UpperCase(StripNulls(filter.Computer.View()))}};
+    Tests tests{filter.EventID,
+                0,
+                FirstSecond(filter),
+                LastSecond(filter),
+                {MakeTextTest(filter.Source), MakeTextTest(filter.Category), MakeTextTest(filter.AccountName),
+                 MakeTextTest(filter.Computer)}};
     const bool testsMore = filter.UseDateRange != FilterFalse || filter.EventID != AnyEventID ||
                            std::any_of(tests.Texts.begin(), tests.Texts.end(),
-                                       [](const std::string& text) { return !text.empty(); });
+                                       [](const TextTest& test) { return !test.Wanted.empty(); });
     // compatibility: an alarm of another type than the five skips the type test, so it matches if the filter
     // has other tests; a filter that tests the type alone never matches it.
     if (testsMore)
@@ -79,9 +84,9 @@ FilterMatcher::Tests FilterMatcher::MakeTests(const SuppressionFilter& filter) {
 bool FilterMatcher::Pass(const Tests& tests, const AlarmRecord& alarm, std::uint32_t eventType) {
     return (tests.EventID == AnyEventID || tests.EventID == alarm.EventID) &&
            (tests.EventTypes & eventType) != 0 && tests.FirstSecond <= alarm.DateTime.Seconds &&
-           alarm.DateTime.Seconds <= tests.LastSecond && Accepts(tests.Texts[3], alarm.Computer) &&
-           Accepts(tests.Texts[2], alarm.AccountName) && Accepts(tests.Texts[0], alarm.Source) &&
-           Accepts(tests.Texts[1], alarm.Category);
+           alarm.DateTime.Seconds <= tests.LastSecond && tests.Texts[3].Accepts(alarm.Computer) &&
+           tests.Texts[2].Accepts(alarm.AccountName) && tests.Texts[0].Accepts(alarm.Source) &&
+           tests.Texts[1].Accepts(alarm.Category);
 }
 
 bool FilterMatcher::Matches(const AlarmRecord& alarm) const {

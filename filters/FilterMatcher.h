@@ -27,6 +27,16 @@ private:
     /// The number of texts tested: Source, Category, AccountName and Computer.
     static constexpr std::size_t TextCount = 4;
 
+    /// Accepts every text if `Wanted` is empty; otherwise one that equals it.  If `Wanted` fills its field of
+    /// the filter, it may be the start of a name that did not fit, so each text that begins with it is
+    /// accepted.
+    struct TextTest {
+        std::string Wanted;  ///< in upper case
+        bool FillsField;
+
+        bool Accepts(const std::string& text) const;
+    };
+
     /// The tests of one filter.  A test that the filter does not make has the value that lets every alarm
     /// pass.
     struct Tests {
@@ -34,9 +44,11 @@ private:
         std::uint32_t EventTypes;  ///< the types that pass, as bits; OtherType is one of them
         std::int64_t FirstSecond;
         std::int64_t LastSecond;
-        std::array<std::string, TextCount> Texts;
+        std::array<TextTest, TextCount> Texts;
     };
 
+    template <std::size_t Width>
+    static TextTest MakeTextTest(const FixedText<Width>& field);
     static Tests MakeTests(const SuppressionFilter& filter);
     static bool Pass(const Tests& tests, const AlarmRecord& alarm, std::uint32_t eventType);
 

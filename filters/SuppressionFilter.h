@@ -13,6 +13,8 @@ namespace tallyhorn {
 template <std::size_t Size>
 class FixedText {
 public:
+    static constexpr std::size_t Width = Size;
+
     FixedText() : FixedText(std::string_view()) {}
     explicit FixedText(std::string_view text) { *this = text; }
 
@@ -56,7 +58,9 @@ struct SuppressionFilter {
     double BeginDate = 0;         ///< days since 1899-12-30, inclusive
     double EndDate = 0;           ///< days since 1899-12-30, inclusive
     std::int32_t EventTypes = 0;  ///< bits of FilterEventTypes, or 0 to accept every type
-    FixedText<30> Source;         ///< this text and the next three: blank to accept every text
+    /// This text and the next three: blank to accept every text.  A text that fills its field also accepts
+    /// longer ones that begin with it.
+    FixedText<30> Source;
     FixedText<50> Category;
     FixedText<50> AccountName;
     FixedText<30> Computer;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 
 #include "filters/FilterFile.h"
 #include "filters/FilterMatcher.h"
@@ -11,7 +12,7 @@
 namespace tallyhorn {
 
 /// Owns the file of suppression filters, the filters that were loaded from it, and the record through which
-/// it is read and written.  File errors are not reported; a file that cannot be read contains no filters.
+/// it is read and written.  A file that cannot be read contains no filters.
 class SuppressionFilters {
 public:
     /// The most records that are loaded or listed: far more than a user creates, yet a foreign file of any
@@ -35,7 +36,12 @@ public:
     /// Reads a record of the file, numbered from 1, into CurrentFilter.  Returns false and leaves
     /// CurrentFilter unchanged if there is no such record.
     bool ReadFilterRecord(std::int32_t recordNumber);
-    /// Writes CurrentFilter as that record.  The loaded filters change with the next LoadSuppressionFilters.
+    /// Returns a record of the file without changing CurrentFilter, or nothing if there is no such record.
+    std::optional<SuppressionFilter> PeekFilterRecord(std::int32_t recordNumber) {
+        return file_.Read(recordNumber);
+    }
+    /// Writes CurrentFilter as that record.  Returns whether the system accepted the bytes.  The loaded
+    /// filters change with the next LoadSuppressionFilters.
     bool WriteFilterRecord(std::int32_t recordNumber);
     /// Makes CurrentFilter a blank record, which marks a deleted filter in the file.  compatibility: its
     /// dates stay, since existing files have them.

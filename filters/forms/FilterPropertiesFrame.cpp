@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "filters/forms/AccessKeyFrame.h"
+#include "records/AnsiText.h"
 #include "ui/AnsiString.h"
 #include "ui/Controls.h"
 
@@ -48,7 +49,24 @@ FilterPropertiesFrame::FilterPropertiesFrame(QWidget* parent)
     AddDates(layout);
     AddTypes(layout);
     AddTexts(layout);
+    CollectCaptions();
     ClearFilterFields();
+}
+
+void FilterPropertiesFrame::CollectCaptions() {
+    for (QWidget* const control : findChildren<QWidget*>()) {
+        for (const char* const property : {"text", "title"}) {
+            const QString caption = control->property(property).toString();
+            if (caption.contains(QLatin1Char('&')))
+                captioned_.push_back({control, property, caption});
+        }
+    }
+}
+
+void FilterPropertiesFrame::SetEditable(bool editable) {
+    setEnabled(editable);
+    for (const auto& [control, property, caption] : captioned_)
+        control->setProperty(property, editable ? caption : WithoutAccessKey(caption));
 }
 
 void FilterPropertiesFrame::AddDates(QVBoxLayout* layout) {
@@ -62,7 +80,8 @@ void FilterPropertiesFrame::AddDates(QVBoxLayout* layout) {
                                       QStringLiteral("optFilterByDate%1").arg(i));
         grid->addWidget(optFilterByDate.at(i), static_cast<int>(i), 0);
     }
-    connect(optFilterByDate[WithDates], &QRadioButton::toggled, this, &FilterPropertiesFrame::EnableDates);
+    connect(optFilterByDate[WithDates], &QRadioButton::toggled, this,
+            &FilterPropertiesFrame::DateOptionToggled);
     dtBegin = DatePicker(QStringLiteral("dtBegin"), fraUseDate);
     lblBeginDate = MakeLabelFor(dtBegin, QStringLiteral("&Beginning Date:"), QStringLiteral("lblBeginDate"));
     dtEnd = DatePicker(QStringLiteral("dtEnd"), fraUseDate);
@@ -94,34 +113,54 @@ void FilterPropertiesFrame::AddTypes(QVBoxLayout* layout) {
 void FilterPropertiesFrame::AddTexts(QVBoxLayout* layout) {
     auto* const form = new QFormLayout;
     layout->addLayout(form);
-    const auto addText = [this, form](const char* name, const char* labelName, const char* caption) {
-        auto* const box = Named(new QLineEdit(this), QLatin1String(name));
-        form->addRow(MakeLabelFor(box, QLatin1String(caption), QLatin1String(labelName)), box);
-        return box;
-    };
-    txtSource = addText("txtSource", "lblSource", "&Source:");
-    txtCategory = addText("txtCategory", "lblCategory", "&Category:");
-    txtUser = addText("txtUser", "lblUser", "&User:");
-    txtComputer = addText("txtComputer", "lblComputer", "Com&puter:");
-    txtEventID = addText("txtEventID", "lblEventID", "E&vent ID:");
+    txtSource = AddText(form, QStringLiteral("Source"), QStringLiteral("&Source:"),
+                        decltype(SuppressionFilter::Source)::Width);
+    txtCategory = AddText(form, QStringLiteral("Category"), QStringLiteral("&Category:"),
+                          decltype(SuppressionFilter::Category)::Width);
+    txtUser = AddText(form, QStringLiteral("User"), QStringLiteral("&User:"),
+                      decltype(SuppressionFilter::AccountName)::Width);
+    txtComputer = AddText(form, QStringLiteral("Computer"), QStringLiteral("Com&puter:"),
+                          decltype(SuppressionFilter::Computer)::Width);
+    txtEventID = Named(new QLineEdit(this), QStringLiteral("txtEventID"));
+    form->addRow(MakeLabelFor(txtEventID, QStringLiteral("E&vent ID:"), QStringLiteral("lblEventID")),
+                 txtEventID);
     // OK refuses any other text with a beep and no message, so the tip has to say what is valid.
     txtEventID->setToolTip(QStringLiteral("A whole number from -2147483648 to 2147483647"));
 }
 
-void FilterPropertiesFrame::EnableDates(bool enabled) {
+/// Adds a box that accepts no more characters than its field of a filter has.  While it is full, "begins
+/// with" is shown in front of it, since the filter then also matches longer texts.
+QLineEdit* FilterPropertiesFrame::AddText(QFormLayout* form, const QString& name, const QString& caption,
+                                          std::size_t width) {
+    auto* const box = Named(new QLineEdit(this), QStringLiteral("txt") + name);
+    box->setMaxLength(static_cast<int>(width));
+    QLabel* const beginsWith =
+        MakeLabel(QStringLiteral("begins with"), QStringLiteral("lblBeginsWith") + name, this);
+    beginsWith->hide();
+    connect(box, &QLineEdit::textChanged, beginsWith, [=](const QString& text) {
+        const bool isFull = Trim(FromQString(text)).size() == width;
+        beginsWith->setVisible(isFull);
+        box->setAccessibleDescription(isFull ? beginsWith->text() : QString());
+    });
+    auto* const row = new QHBoxLayout;
+    row->addWidget(beginsWith);
+    row->addWidget(box);
+    form->addRow(MakeLabelFor(box, caption, QStringLiteral("lbl") + name), row);
+    return box;
+}
+
+void FilterPropertiesFrame::DateOptionToggled(bool use) {
     for (QWidget* const control : {static_cast<QWidget*>(lblBeginDate), static_cast<QWidget*>(dtBegin),
                                    static_cast<QWidget*>(lblEndDate), static_cast<QWidget*>(dtEnd)})
-        control->setEnabled(enabled);
+        control->setEnabled(use);
+    // Tab must reach the checked option only; Qt ensures that only after one of them has had the focus.
+    optFilterByDate.at(WithDates)->setFocusPolicy(use ? Qt::StrongFocus : Qt::ClickFocus);
+    optFilterByDate.at(WithoutDates)->setFocusPolicy(use ? Qt::ClickFocus : Qt::StrongFocus);
 }
 
 void FilterPropertiesFrame::UseDateRange(bool use) {
     optFilterByDate.at(use ? WithDates : WithoutDates)->setChecked(true);
-    EnableDates(use);
-}
-
-void FilterPropertiesFrame::SetDates(AlarmDate begin, AlarmDate end) {
-    dtBegin->setDateTime(ToQDateTime(begin));
-    dtEnd->setDateTime(ToQDateTime(end));
+    DateOptionToggled(use);
 }
 
 void FilterPropertiesFrame::ClearFilterFields() {
@@ -133,12 +172,12 @@ void FilterPropertiesFrame::ShowFields(const FilterFields& fields) {
     txtCategory->setText(ToQString(fields.Category));
     txtUser->setText(ToQString(fields.AccountName));
     txtComputer->setText(ToQString(fields.Computer));
-    ShowEventID(fields.EventID);
+    txtEventID->setText(ToQString(fields.EventID));
     for (std::size_t i = 0; i < chkType.size(); ++i)
         chkType.at(i)->setChecked((fields.EventTypes & (1 << i)) != 0);
     UseDateRange(fields.UseDateRange);
-    if (fields.UseDateRange)
-        SetDates(fields.BeginDate, fields.EndDate);
+    dtBegin->setDateTime(ToQDateTime(fields.UseDateRange ? fields.BeginDate : presentDate_));
+    dtEnd->setDateTime(ToQDateTime(fields.UseDateRange ? fields.EndDate : presentDate_));
 }
 
 FilterFields FilterPropertiesFrame::Fields() const {
@@ -154,10 +193,6 @@ FilterFields FilterPropertiesFrame::Fields() const {
     fields.BeginDate = ToAlarmDate(dtBegin->dateTime());
     fields.EndDate = ToAlarmDate(dtEnd->dateTime());
     return fields;
-}
-
-void FilterPropertiesFrame::ShowEventID(const std::string& text) {
-    txtEventID->setText(ToQString(text));
 }
 
 void FilterPropertiesFrame::FocusEventID() {

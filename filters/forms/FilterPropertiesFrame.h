@@ -2,11 +2,13 @@
 
 #include <QGroupBox>
 #include <array>
+#include <vector>
 
 #include "filters/FilterFields.h"
 
 class QCheckBox;
 class QDateTimeEdit;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
@@ -21,25 +23,38 @@ class FilterPropertiesFrame final : public QGroupBox {
 public:
     explicit FilterPropertiesFrame(QWidget* parent = nullptr);
 
-    /// Empties and unchecks all controls; disables the dates, which keep their values.
+    /// Sets the date that both date boxes show for a filter without a date range.
+    void SetPresentDate(AlarmDate date) { presentDate_ = date; }
+    /// Enables or disables all controls.  Disabled, they have no access keys, so that the keys act on the
+    /// buttons beside the list of filters.
+    void SetEditable(bool editable);
+
+    /// Shows the fields of a filter without any test, and disables the dates.
     void ClearFilterFields();
-    /// Shows all fields except the name.  Without a date range, disables the dates, which keep their values.
+    /// Shows all fields except the name.  Without a date range, disables the dates.
     void ShowFields(const FilterFields& fields);
     /// Returns all fields except the name.
     FilterFields Fields() const;
-    void ShowEventID(const std::string& text);
     /// Moves the focus to the event id and selects its text.
     void FocusEventID();
-    void UseDateRange(bool use);
-    void SetDates(AlarmDate begin, AlarmDate end);
 
 private:
     static constexpr std::size_t EventTypeCount = 5;
 
+    /// A control with an access key in its text or title.
+    struct Captioned {
+        QWidget* Control;
+        const char* Property;
+        QString Caption;
+    };
+
     void AddDates(QVBoxLayout* layout);
     void AddTypes(QVBoxLayout* layout);
     void AddTexts(QVBoxLayout* layout);
-    void EnableDates(bool enabled);
+    QLineEdit* AddText(QFormLayout* form, const QString& name, const QString& caption, std::size_t width);
+    void CollectCaptions();
+    void UseDateRange(bool use);
+    void DateOptionToggled(bool use);
 
     std::array<QRadioButton*, 2> optFilterByDate{};
     QLabel* lblBeginDate = nullptr;
@@ -52,6 +67,8 @@ private:
     QLineEdit* txtUser = nullptr;
     QLineEdit* txtComputer = nullptr;
     QLineEdit* txtEventID = nullptr;
+    std::vector<Captioned> captioned_;
+    AlarmDate presentDate_;
 };
 
 }  // namespace tallyhorn

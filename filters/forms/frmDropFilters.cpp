@@ -49,8 +49,7 @@ frmDropFilters::frmDropFilters(SuppressionFilters& filters, MessageBoxes& boxes,
     BuildList();
     BuildButtons();
     LayOut();
-    const AlarmDate now{clock.LocalSeconds()};
-    fraFilterProps->SetDates(now, now);
+    fraFilterProps->SetPresentDate(AlarmDate{clock.LocalSeconds()});
     InitForm();
 }
 
@@ -125,7 +124,7 @@ void frmDropFilters::LayOut() {
 }
 
 void frmDropFilters::InitForm() {
-    fraFilterProps->UseDateRange(false);
+    fraFilterProps->ClearFilterFields();
     editor_.InitForm();
     ArrangeForMode();
 }
@@ -157,7 +156,8 @@ void frmDropFilters::Edit() {
 }
 
 void frmDropFilters::Delete() {
-    editor_.Delete();
+    if (!editor_.Delete())
+        QApplication::beep();
     UpdateListButtons();
     if (!lvwManageFilters->isEnabled())
         FocusFirst();
@@ -168,7 +168,10 @@ void frmDropFilters::SaveFilter() {
     fields.FilterName = FromQString(txtFilterName->text());
     switch (editor_.Save(fields)) {
         case DropFilterEditor::Answer::Saved:
-            fraFilterProps->ShowEventID(fields.EventID);
+            ArrangeForMode();
+            break;
+        case DropFilterEditor::Answer::NotWritten:
+            QApplication::beep();
             ArrangeForMode();
             break;
         case DropFilterEditor::Answer::NoName:
@@ -193,6 +196,13 @@ void frmDropFilters::SortList(Qt::SortOrder order) {
 void frmDropFilters::SelectInEditor(const QModelIndex& current) {
     if (current.isValid())
         editor_.Select(static_cast<std::size_t>(current.row()));
+    ShowSelectedFields();
+}
+
+/// Shows what Edit would show, so that the user knows the filter before deleting it, which asks no question.
+void frmDropFilters::ShowSelectedFields() {
+    if (editor_.Mode() == DialogMode::Manage)
+        fraFilterProps->ShowFields(editor_.SelectedFields());
 }
 
 void frmDropFilters::ShowSelection() {
@@ -212,6 +222,7 @@ void frmDropFilters::ArrangeForMode() {
         managerHeight_ = height();
     fraManageFilters->setVisible(manage);
     fraManageFilters->setEnabled(manage);
+    fraFilterProps->SetEditable(!manage);
     for (QWidget* const control :
          {static_cast<QWidget*>(lblInstructions), static_cast<QWidget*>(lblFilterName),
           static_cast<QWidget*>(txtFilterName), static_cast<QWidget*>(cmdOK)}) {
@@ -237,6 +248,7 @@ void frmDropFilters::UpdateListButtons() {
     lvwManageFilters->setEnabled(filled);
     lvwManageFilters->viewport()->setBackgroundRole(filled ? QPalette::Base : QPalette::Button);
     ShowSelection();
+    ShowSelectedFields();
 }
 
 void frmDropFilters::FocusFirst() {

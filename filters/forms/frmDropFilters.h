@@ -54,6 +54,7 @@ private:
     void SortList(Qt::SortOrder order);
     void SelectInEditor(const QModelIndex& current);
     void ShowSelection();
+    void ShowSelectedFields();
 
     void ArrangeForMode();
     void UpdateListButtons();

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <tuple>
@@ -176,7 +177,7 @@ TEST_F(DropFilterEditorTest, OneEntryIsSelectedUnlessTheListIsEmpty) {
     // If nothing is selected, Edit returns CurrentFilter's fields, and Save writes nothing.
     filters_.CurrentFilter = FilterOn("current", "x");
     EXPECT_EQ(editor_.Edit(), ShowRecord(FilterOn("current", "x")));
-    EXPECT_EQ(Save("other"), Answer::Saved);
+    EXPECT_EQ(Save("other"), Answer::NotWritten);
     EXPECT_EQ(ReadBytes(path_), blank_ + blank_ + blank_);
     EXPECT_EQ(Listed(), "");
 }
@@ -198,14 +199,32 @@ TEST_F(DropFilterEditorTest, SortsByNameWithoutCaseAndKeepsTheSelection) {
     EXPECT_EQ(ReadBytes(path_).substr(3 * FilterRecordSize, 4), "aaa ") << "the edited record is written";
 }
 
-TEST_F(DropFilterEditorTest, GoesOnIfThereCanBeNoFile) {
-    std::filesystem::create_directory(path_);
-    editor_.InitFormAsManager();
-    Add("A");
-    EXPECT_EQ(Listed(), "*A 1");
-    editor_.Delete();
-    editor_.Unload();
-    EXPECT_TRUE(boxes_.Shown.empty());
+TEST_F(DropFilterEditorTest, ShowsWhatTheFileHasAfterAFailedWrite) {
+    const std::function<Answer()> changes[] = {
+        [this] { return editor_.Add(), Save("C", "c"); },
+        [this] { return editor_.Edit(), Save("C", "c"); },
+        [this] { return editor_.Delete() ? Answer::Saved : Answer::NotWritten; },
+    };
+    for (const bool lost : {true, false}) {
+        for (const auto& change : changes) {
+            Manage(a_ + b_);
+            editor_.Select(1);
+            // A file that is no longer open cannot be written, but the list is read from its path.
+            filters_.CloseFilterFile();
+            std::filesystem::remove(path_);
+            if (lost)
+                std::filesystem::create_directory(path_);
+            else
+                WriteBytes(path_, a_ + b_ + a_);
+            EXPECT_EQ(change(), Answer::NotWritten);
+            EXPECT_EQ(editor_.Mode(), DialogMode::Manage);
+            EXPECT_EQ(Listed(), lost ? "" : "A 1, *B 2, A 3");
+            EXPECT_EQ(editor_.SelectedFields(), lost ? FilterFields() : ShowRecord(FilterOn("B", "b")));
+            EXPECT_EQ(filters_.FilterCount, lost ? 0 : 3);
+            EXPECT_TRUE(boxes_.Shown.empty());
+            std::filesystem::remove(path_);
+        }
+    }
 }
 
 }  // namespace

@@ -34,6 +34,10 @@ AlarmRecord TypicalAlarm() {
     return alarm;
 }
 
+std::string Filled(std::size_t size) {
+    return std::string(size, 'x');
+}
+
 bool Matches(const SuppressionFilter& filter, const AlarmRecord& alarm) {
     return FilterMatcher({&filter, 1}).Matches(alarm);
 }
@@ -64,6 +68,19 @@ TEST(FilterMatcher, ComparesTextsAndEventIDs) {
         {"category", [](F f, A) { f.Category = "LOGON/logoff"; }, true},
         {"account", [](F f, A) { f.AccountName = "corp\\smith"; }, true},
         {"computer", [](F f, A) { f.Computer = "srv1"; }, true},
+        {"a source that fills its field accepts longer ones",
+         [](F f, A a) { f.Source = a.Source = "Microsoft-Windows-Security-Auditing"; }, true},
+        {"but no shorter one", [](F f, A a) { f.Source = Filled(30), a.Source = Filled(29); }, false},
+        {"a text one short of its field accepts no longer one",
+         [](F f, A a) { f.Source = Filled(29), a.Source = Filled(30); }, false},
+        {"nor does one whose last character is a blank",
+         [](F f, A a) { f.Source = Filled(29) + ' ' + Filled(9), a.Source = Filled(29) + ' ' + Filled(9); },
+         false},
+        {"a category fills 50", [](F f, A a) { f.Category = Filled(50), a.Category = Filled(51); }, true},
+        {"category of 30", [](F f, A a) { f.Category = Filled(30), a.Category = Filled(31); }, false},
+        {"an account fills 50", [](F f, A a) { f.AccountName = Filled(50), a.AccountName = Filled(51); },
+         true},
+        {"a computer fills 30", [](F f, A a) { f.Computer = Filled(30), a.Computer = Filled(31); }, true},
         {"event id 0 is a test that fails", [](F f, A) { f.EventID = 0; }, false},
         {"event id 0 is a test that passes", [](F f, A a) { f.EventID = a.EventID = 0; }, true},
         {"event id -1 is no test, even of -1", [](F f, A a) { f.EventID = a.EventID = -1; }, false},

@@ -93,11 +93,10 @@ void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
     }
     for (const QWidget* const control : controls) {
         const auto* const radio = qobject_cast<const QRadioButton*>(control);
-        if (radio == nullptr || radio->isChecked()) {
-            EXPECT_EQ(std::count(order.begin(), order.end(), control),
-                      control->isEnabled() && IsTabStop(*control) ? 1 : 0)
-                << control->objectName().toStdString();
-        }
+        const bool expected =
+            control->isEnabled() && IsTabStop(*control) && (radio == nullptr || radio->isChecked());
+        EXPECT_EQ(std::count(order.begin(), order.end(), control), expected ? 1 : 0)
+            << control->objectName().toStdString();
     }
 }
 

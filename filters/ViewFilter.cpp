@@ -90,6 +90,31 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
     return values;
 }
 
+std::optional<Slot> ViewFilter::SelectedSlot() const {
+    const ChannelTraits& channel = ChannelOnShow().Traits;
+    const ViewNumber active = context_.Received.ActiveView;
+    if (context_.Display.CurrentPage() == MessagePage::Consolidated) {
+        const TreeNode node = context_.Received.Tree.SelectedNode();
+        return node.IsLeaf() ? std::optional(node.LeafSlot()) : std::nullopt;
+    }
+    std::optional<Slot> selected;
+    if (active != ConsolidatedView && ChannelOfView(active) == channel.Id)
+        selected = context_.Display.SelectedSlot(active);
+    for (std::size_t list = 0; list < EventListCount && !selected; ++list)
+        selected = context_.Display.SelectedSlot(ViewOfList(channel.Id, list));
+    return selected;
+}
+
+ViewFilter::Criteria ViewFilter::SelectedTexts() const {
+    Criteria texts;
+    const MessageRows& rows = ChannelOnShow().Rows;
+    if (const std::optional<Slot> slot = SelectedSlot(); slot && rows.Holds(*slot)) {
+        for (std::size_t i = 0; i < CriterionCount; ++i)
+            texts.at(i) = rows.Texts().Text(rows[*slot].Texts.at(i));
+    }
+    return texts;
+}
+
 // ---- applying
 
 void ViewFilter::Apply(const Criteria& criteria) {
@@ -122,8 +147,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     }
     ShowLists(channel, true);
 
-    for (std::size_t i = 0; i < CriterionCount; ++i)
-        criteria_.at(i) = criteria.at(i).value_or(std::string());
+    criteria_ = criteria;
     inForce_ = true;
     context_.Received.UpdateListViewStatus();
     context_.Display.ShowFilterCommand(true);
@@ -180,9 +204,9 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
     const std::array<const std::string*, CriterionCount> fields = {&alarm.AlarmName, &alarm.LogType,
                                                                    &alarm.AccountName, &alarm.Computer};
     for (std::size_t i = 0; i < CriterionCount; ++i) {
-        const std::string& criterion = criteria_[i];
-        if (!criterion.empty() &&
-            (criterion.size() != fields[i]->size() || CompareNoCase(criterion, *fields[i]) != 0))
+        const std::optional<std::string>& criterion = criteria_.at(i);
+        if (criterion &&
+            (criterion->size() != fields.at(i)->size() || CompareNoCase(*criterion, *fields.at(i)) != 0))
             return false;
     }
     return true;

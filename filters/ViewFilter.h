@@ -31,6 +31,10 @@ public:
     /// regard to case.
     Values ValuesOnShow() const;
 
+    /// Returns the texts of the selected row of the page in front: of the active view if it has one, else of
+    /// another list of the channel on show.  Returns nothing if no row is selected.
+    Criteria SelectedTexts() const;
+
     /// Removes from the lists of the channel on show, and for syslog from the tree, the messages whose texts
     /// do not equal `criteria`.  compatibility: case matters here, but not for the arrivals that
     /// PassesViewFilter tests.
@@ -42,8 +46,8 @@ public:
 
     bool InForce() const override { return inForce_; }
     /// Returns whether to show an arrival: no filter is in force, or its texts equal the chosen ones
-    /// regardless of case. compatibility: a chosen text that is empty accepts all texts, and arrivals of both
-    /// channels are tested, although Apply changes the lists of one.
+    /// regardless of case.  compatibility: arrivals of both channels are tested, although Apply changes the
+    /// lists of one.
     bool PassesViewFilter(const AlarmRecord& alarm) const override;
 
 private:
@@ -53,6 +57,7 @@ private:
     };
 
     MessageChannel& ChannelOnShow() const;
+    std::optional<Slot> SelectedSlot() const;
     void ShowLists(const MessageChannel& channel, bool shown);
     void ShowAllViews(bool shown);
     Division Divide(const MessageChannel& channel, const Criteria& criteria, LongWork& work);
@@ -64,7 +69,7 @@ private:
 
     const MessageContext context_;
     bool inForce_ = false;
-    std::array<std::string, CriterionCount> criteria_;
+    Criteria criteria_;
 };
 
 }  // namespace tallyhorn

@@ -1,5 +1,6 @@
 #include "filters/forms/FilterValuesModel.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "ui/AnsiString.h"
@@ -14,6 +15,11 @@ constexpr qsizetype LongestWithoutTip = 30;
 
 std::string FilterValuesModel::Value(int row) const {
     return row < 0 || row >= rowCount() ? std::string() : values_[static_cast<std::size_t>(row)];
+}
+
+int FilterValuesModel::RowOf(std::string_view value) const {
+    const auto found = std::find(values_.begin(), values_.end(), value);
+    return found == values_.end() ? -1 : static_cast<int>(found - values_.begin());
 }
 
 int FilterValuesModel::rowCount(const QModelIndex& parent) const {

@@ -2,6 +2,7 @@
 
 #include <QAbstractListModel>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tallyhorn {
@@ -17,6 +18,9 @@ public:
 
     /// Returns the text of a row as its sender wrote it, or an empty text if there is no such row.
     std::string Value(int row) const;
+
+    /// Returns the row of a text, or -1 if no row has it.
+    int RowOf(std::string_view value) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

@@ -69,14 +69,16 @@ frmFilter::frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent)
     setWindowTitle(QStringLiteral("Filter Settings"));
     setProperty(HelpContextProperty, HelpNumber(HelpContext::ViewFilter));
     ViewFilter::Values values = filter_.ValuesOnShow();
+    const ViewFilter::Criteria selected = filter_.SelectedTexts();
     for (std::size_t i = 0; i < values.size(); ++i)
-        BuildGroup(i, std::move(values.at(i)));
+        BuildGroup(i, std::move(values.at(i)), selected.at(i));
     BuildButtons();
     LayOut();
     chkFilterOn.front()->setFocus();
 }
 
-void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
+void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values,
+                           const std::optional<std::string>& proposed) {
     const QString caption = QString::fromLatin1(GroupCaptions.at(index));
     const QString name = WithoutAccessKey(caption);
     // The names of the controls count from 1.
@@ -98,7 +100,9 @@ void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values) {
     view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     combo->setView(view);
     combo->setItemDelegate(new LineDelegate(combo));
-    combo->setModel(new FilterValuesModel(std::move(values), combo));
+    auto* const model = new FilterValuesModel(std::move(values), combo);
+    combo->setModel(model);
+    proposedRows_.at(index) = proposed ? std::max(model->RowOf(*proposed), 0) : 0;
     combo->setCurrentIndex(-1);
     combo->setEnabled(false);
 
@@ -139,15 +143,15 @@ void frmFilter::LayOut() {
     layout->addLayout(buttons);
 }
 
-/// Enables or disables a combo box.  If an enabled one has no selected text, selects its first one, because a
-/// filter with an empty text could hide every row.
+/// Enables or disables a combo box.  If an enabled one has no selected text, selects that of the row that was
+/// selected when the dialog opened, or else the first, so that the filter never lacks a text.
 void frmFilter::EnableCombo(std::size_t index, bool enabled) {
     QComboBox* const combo = cmbFilterText.at(index);
     combo->setEnabled(enabled);
     if (!enabled)
         return;
     if (combo->currentIndex() < 0 && combo->count() > 0)
-        combo->setCurrentIndex(0);
+        combo->setCurrentIndex(proposedRows_.at(index));
     combo->setFocus();
 }
 

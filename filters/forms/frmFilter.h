@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +26,8 @@ public:
     frmFilter(ViewFilter& filter, MessageBoxes& boxes, QWidget* parent = nullptr);
 
 private:
-    void BuildGroup(std::size_t index, std::vector<std::string> values);
+    void BuildGroup(std::size_t index, std::vector<std::string> values,
+                    const std::optional<std::string>& proposed);
     void BuildButtons();
     void LayOut();
     void EnableCombo(std::size_t index, bool enabled);
@@ -39,6 +41,7 @@ private:
     std::array<QGroupBox*, ViewFilter::CriterionCount> fraGroup{};
     std::array<QCheckBox*, ViewFilter::CriterionCount> chkFilterOn{};
     std::array<QComboBox*, ViewFilter::CriterionCount> cmbFilterText{};
+    std::array<int, ViewFilter::CriterionCount> proposedRows_{};
     QPushButton* cmdApply = nullptr;
     QPushButton* cmdCancel = nullptr;
 };

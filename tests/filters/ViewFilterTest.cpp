@@ -98,7 +98,8 @@ TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
         {"a longer one", {{"Full", Any, Any, Any}}, {"Fuller", "", "", "", ""}, false},
         {"a shorter one", {{"Full", Any, Any, Any}}, {"Ful", "", "", "", ""}, false},
         {"one of two", {{"Full", Any, Any, "PC"}}, {"full", "", "", "pd", ""}, false},
-        {"an empty text accepts all", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, true},
+        {"an empty text accepts no other", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, false},
+        {"an empty text", {{Any, Any, "", Any}}, {"x", "", "", "", ""}, true},
     };
     for (const auto& [why, criteria, arrival, passes] : cases) {
         const AlarmRecord record = RecordOf(arrival);
@@ -228,6 +229,29 @@ TEST_F(ViewFilterTest, OffersEachTextOfTheChannelOnce) {
     EXPECT_EQ(filter_.ValuesOnShow(), values);
     Display.Page = MessagePage::NetBios;
     EXPECT_EQ(filter_.ValuesOnShow()[ByComputer], Names{"OTHER"});
+}
+
+TEST_F(ViewFilterTest, KnowsTheTextsOfTheSelectedRow) {
+    Syslog({.Computer = "A"});
+    Syslog({.Computer = "B", .Type = "Warning"});
+    NetBios({.Computer = "C"});
+    // The page in front, the active view, the selected slot of each list, and the computer expected.
+    const std::tuple<MessagePage, ViewNumber, std::map<ViewNumber, Slot>, std::optional<std::string>>
+        cases[] = {
+            {MessagePage::Syslog, 4, {{3, 0}, {4, 1}}, "B"},
+            {MessagePage::Syslog, 4, {{0, 0}, {3, 0}}, "A"},
+            {MessagePage::Syslog, 0, {{0, 0}, {4, 1}}, "B"},
+            {MessagePage::Syslog, ConsolidatedView, {{0, 0}}, Any},
+            {MessagePage::NetBios, 4, {{0, 1}, {4, 1}}, "C"},
+            {MessagePage::Consolidated, 4, {{4, 1}}, "A"},
+        };
+    Received.Tree.SelectNode(TreeNode::Leaf(0));
+    for (const auto& [page, active, selected, computer] : cases) {
+        Display.Page = page;
+        Received.ActiveView = active;
+        Display.Selected = selected;
+        EXPECT_EQ(filter_.SelectedTexts().at(ByComputer), computer) << active;
+    }
 }
 
 }  // namespace

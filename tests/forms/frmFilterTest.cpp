@@ -37,16 +37,17 @@ protected:
 };
 
 TEST_F(frmFilterTest, ACheckBoxEnablesItsComboBox) {
-    for (const char* const computer : {"B", "A", "C", "B"})
+    for (const char* const computer : {"0", "A", "B", "C", "B"})
         Keep("Full", computer);
+    Display.Selected[3] = 1;
     Open();
     const QAbstractItemModelTester tester(Combo(4)->model(),
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
-    EXPECT_EQ(Combo(4)->count(), 3);
+    EXPECT_EQ(Combo(4)->count(), 4);
     EXPECT_EQ(Combo(4)->currentText(), "");
     Click("chkFilterOn4");
     EXPECT_EQ(Focus(), "cmbFilterText4");
-    EXPECT_EQ(Combo(4)->currentText(), "A");
+    EXPECT_EQ(Combo(4)->currentText(), "A") << "the text of the selected row";
     Press(Qt::Key_Down);
     Click("chkFilterOn4");
     EXPECT_FALSE(Combo(4)->isEnabled());

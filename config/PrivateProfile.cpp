@@ -60,7 +60,7 @@ bool PrivateProfile::GetStringValue(const std::string& sectionName, const std::s
         const std::uint32_t count =
             functions_.GetPrivateProfileString(sectionName.c_str(), keyName.c_str(), nullptr, buffer.data(),
                                                ValueBufferSize, iniFileName_.c_str());
-        // The count is size - 1 if the value was truncated. compatibility: a count of size - 2 is also
+        // The count is size - 1 if the value was truncated.  compatibility: a count of size - 2 is also
         // treated as truncated.
         if (count == 0 || count >= ValueBufferSize - 2)
             return false;

@@ -37,8 +37,8 @@ public:
     /// compatibility: fails if the names together occupy more than 32,767 bytes.
     bool GetSectionNames(std::vector<std::string>& sections);
     /// Lists the keys of the section's entries, and lines without "=" as they are.  If the section's text
-    /// exceeds 4,093 characters, the lines beyond that are missing. compatibility: always returns false, even
-    /// on success.
+    /// exceeds 4,093 characters, the lines beyond that are missing.  compatibility: always returns false,
+    /// even on success.
     bool GetKeyNames(const std::string& sectionName, std::vector<std::string>& keyNames);
     /// Lists the section's lines as key=value.  In all else it behaves as `GetKeyNames`, and also always
     /// returns false.

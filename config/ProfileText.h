@@ -11,7 +11,7 @@ namespace tallyhorn {
 /// Owns the bytes of one profile (INI) file, and reads and changes them exactly as the profile functions of
 /// Windows do.  Accepts any bytes; every operation takes time linear in the length of the text.
 ///
-/// A line ends at CR, LF or CR LF. Blanks (space, tab, vertical tab, form feed, ^Z) around lines, names and
+/// A line ends at CR, LF or CR LF.  Blanks (space, tab, vertical tab, form feed, ^Z) around lines, names and
 /// values are ignored, and a NUL ends the name or value that contains it.  A line that starts with "[" and
 /// contains "]" is a section's header; the section's name ends at the last "]".  A line that starts with ";"
 /// is a comment.  Any other line is an entry: a name alone, or name=value.  Names are compared without regard
@@ -28,7 +28,7 @@ public:
 
     /// Returns the value without its quotes, or nothing if the section has no line "key=...".
     std::optional<std::string> Value(std::string_view section, std::string_view key) const;
-    /// Returns the names of all sections except the nameless one, each followed by a NUL. A name that occurs
+    /// Returns the names of all sections except the nameless one, each followed by a NUL.  A name that occurs
     /// twice is listed twice.
     std::string SectionNames() const;
     /// Returns the names of the section's entries that contain "=", each followed by a NUL.
@@ -37,8 +37,9 @@ public:
     /// NUL.
     std::string Entries(std::string_view section) const;
 
-    // The functions below leave everything else unchanged: comments, blank lines, order, line ends.  They do
-    // not check their arguments; a line end in an argument adds further lines to the file, as on Windows.
+    // The functions below change only what they must: comments, blank lines, the order and line ends stay.
+    // They do not check their arguments; a line end in an argument adds further lines to the file, as on
+    // Windows.
 
     /// Replaces the value of the key.  If the key is missing, adds a line after the section's last entry; if
     /// the section is missing, too, first adds it at the end of the text.

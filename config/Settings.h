@@ -13,9 +13,9 @@ class PrivateProfile;
 struct Settings {
     /// 0: dates are shown month first; any other value: day first.
     std::int32_t DateTime = 0;
-    /// The text between day, month and year, as the user typed it. compatibility: spelled as the key.
+    /// The text between day, month and year, as the user typed it.  compatibility: spelled as the key.
     std::string Seperator;
-    /// The size of the main window. compatibility: named as the keys.
+    /// The size of the main window.  compatibility: named as the keys.
     std::int32_t CPWidth = 0;
     std::int32_t CPHeight = 0;
     std::array<std::int32_t, 5> ColumnWidths{};

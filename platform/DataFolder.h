@@ -13,8 +13,9 @@ namespace tallyhorn {
 // contains the user's files (settings, filters, backups).  They are the same folder if the user may create
 // files in the program folder.
 
-/// Returns the data folder: `program`, the program folder, if the user may create files there, otherwise a
-/// folder below UserDataFolder, which may not exist yet.  Returns an empty path if UserDataFolder does.
+/// Returns the data folder.  That is `program`, the program folder, if the user may create files there, and
+/// otherwise a folder below UserDataFolder, which need not exist yet.  Returns an empty path if
+/// UserDataFolder does.
 std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 
 /// Creates the folder and its missing parents with access for this user only.  Returns an error also if the
@@ -29,7 +30,7 @@ std::filesystem::path FindOwnFile(const std::vector<std::filesystem::path>& fold
 /// returns the reason.
 bool MayWriteInto(const std::filesystem::path& folder);
 
-/// Returns the folder in which each program has a folder for the user's data, for example ~/.local/share.
+/// Returns the folder in which programs create a folder each for the user's data, for example ~/.local/share.
 /// Returns an empty path if the system has none.
 std::filesystem::path UserDataFolder();
 

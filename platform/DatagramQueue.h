@@ -40,8 +40,8 @@ public:
     std::size_t Count() const;
     /// Returns the oldest text without removing it.  The view is valid until the next call of Pop or Read.
     std::optional<std::string_view> Front();
-    /// Removes the oldest text.  The queue must not be empty, and Front or NextSize must have been called for
-    /// it.
+    /// Removes the oldest text.  The queue must not be empty, and Front or NextSize must have been called
+    /// since the previous Pop.
     void Pop();
     /// Returns the size of the oldest text, or 0 if the queue is empty.
     std::size_t NextSize();

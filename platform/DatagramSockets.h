@@ -59,8 +59,8 @@ public:
     /// datagram that was sent need not arrive.
     virtual std::size_t SendBatch(std::span<const std::string_view> texts) = 0;
     bool Send(std::string_view text) { return SendBatch({&text, 1}) == 1; }
-    /// Returns whether an ICMP message has ever reported that no program listens at the port.  Such a message
-    /// is a reply to a datagram, and is reliable only if both ends are on the same machine.
+    /// Returns whether an ICMP message has ever reported that no program listens at the port.  Such messages
+    /// are replies to datagrams, and arrive reliably only if both ends are on the same machine.
     virtual bool Refused() = 0;
 };
 

@@ -12,8 +12,8 @@ namespace tallyhorn {
 
 inline constexpr std::string_view MailslotPrefix = R"(\\.\mailslot\)";
 
-/// Returns the name at the end of a mailslot's path, or nothing if `path` is not such a path or the name is
-/// invalid: empty, beginning with a dot, or containing a slash, a backslash or a NUL.
+/// Returns NAME for the path `\\.\mailslot\NAME`.  Returns nothing for any other path, or if NAME is invalid:
+/// empty, beginning with a dot, or containing a slash, a backslash or a NUL.
 std::optional<std::string_view> MailslotNameFromPath(std::string_view path);
 
 /// The state of a mailslot; sizes are in bytes.
@@ -29,7 +29,7 @@ public:
     virtual ~MailslotServer() = default;
     /// Returns the descriptor or handle that the system assigned to the mailslot.
     virtual std::int32_t Handle() const = 0;
-    /// Returns false if the mailslot cannot be queried.
+    /// Sets `info`.  Returns false if the mailslot cannot be queried.
     virtual bool GetInfo(MailslotInfo& info) = 0;
     /// Moves the oldest text to `buffer` and sets `read` to its size.  Returns false if no text is waiting,
     /// or if `buffer` is too small; the text then stays.

@@ -16,7 +16,7 @@ class ProfileFunctions {
 public:
     virtual ~ProfileFunctions() = default;
     /// Reads a value without surrounding blanks and without a pair of quotes around it.  If the key does not
-    /// exist, reads `defaultText` instead, in which null means an empty text.  If `key` is null, lists the
+    /// exist, reads `defaultText` instead, or an empty text if that is null.  If `key` is null, lists the
     /// keys of the section; if `section` is null, lists the sections.
     virtual std::uint32_t GetPrivateProfileString(const char* section, const char* key,
                                                   const char* defaultText, char* buffer, std::uint32_t size,

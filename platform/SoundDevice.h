@@ -22,7 +22,7 @@ public:
 
     virtual ~SoundDevice() = default;
     virtual Mode CurrentMode() const = 0;
-    /// Sets the file that the next Open opens.
+    /// Sets the file for the next call of Open.
     virtual void SetFileName(const std::filesystem::path& file) = 0;
     // The commands return false if they fail.  An error that occurs after a command has returned is not
     // reported.

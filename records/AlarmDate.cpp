@@ -17,7 +17,7 @@ constexpr int FirstYear = 100;
 constexpr int LastYear = 9999;
 
 /// Reads the elements of a date one after another from the front of a text.  Each Take function returns false
-/// if the element is not next.
+/// if the next element is of another kind.
 class DateReader {
 public:
     explicit DateReader(std::string_view text) : next_(text.data()), end_(text.data() + text.size()) {}

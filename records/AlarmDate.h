@@ -52,7 +52,7 @@ constexpr int YearOfTwoDigits(int digits) {
 }
 
 /// Reads a date in US English form into `date`; docs/decisions.md lists the accepted forms.  The text ends at
-/// its first CR or LF. Returns false and leaves `date` unchanged unless the whole text up to that end is a
+/// its first CR or LF.  Returns false and leaves `date` unchanged unless the whole text up to that end is a
 /// date.
 bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 

@@ -9,7 +9,7 @@
 namespace tallyhorn {
 
 // The message text is the form in which the console keeps syslog notifications: ten labelled lines that end
-// with CR LF. The description begins on the line after its label:
+// with CR LF.  The description begins on the line after its label:
 //
 //     Date: 8/21/2008 2:05:09 PM
 //     Alarm Name: Logon failed
@@ -22,9 +22,9 @@ std::string BuildMessageText(const AlarmRecord& alarm);
 
 /// Reads a message text into `alarm`.  Returns false and leaves `alarm` unchanged for any other text.
 ///
-/// Labels are searched for in their order, and a field ends at the first line that begins with the next
-/// label.  "EventID: " is accepted only if a number, as BuildMessageText writes it, and then the line of the
-/// account follow.  Fields are neither trimmed nor converted.
+/// Labels are searched for in the order of the lines, and a field ends at the first line that begins with the
+/// next label.  "EventID: " is accepted only if a number, as BuildMessageText writes it, and then the line of
+/// the account follow.  Fields are neither trimmed nor converted.
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm);
 
 /// The largest size of a message text.  The backup file stores the size of each text in five digits; after a

@@ -116,7 +116,7 @@ std::uint64_t DateTextOrder(AlarmDate date, bool dayFirst) {
 }
 
 double AlarmSortKey(AlarmDate date) {
-    // A double holds the seconds of every valid date exactly, so a single division is rounded only once.
+    // A double holds the seconds of every valid date exactly, so only the division rounds.
     return static_cast<double>(date.Seconds) / 60.0;
 }
 

@@ -71,9 +71,9 @@ private:
     std::size_t next_ = 0;  ///< after the last line, larger than the text's size
 };
 
-/// Returns the 20 characters that contain the date.  A date of 21 or 22 characters, such as "12/21/2008
-/// 10:05:09 PM", is longer; so the rest of the line is included if it consists only of blanks and letters of
-/// "AM" and "PM".
+/// Returns the first 20 characters, which usually contain the whole date.  Also includes the rest of the line
+/// if that consists only of blanks and letters of "AM" and "PM", because a date such as "12/21/2008 10:05:09
+/// PM" has 21 or 22 characters.
 std::string_view DateText(std::string_view text) {
     constexpr std::string_view MarkLetters = " AaMmPp";
     std::size_t end = DateLength;

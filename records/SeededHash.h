@@ -31,7 +31,7 @@ private:
             std::memcpy(&word, bytes, size);
         return word;
     }
-    /// Multiplies to 128 bits and combines the two halves by exclusive or.
+    /// Multiplies the numbers and combines the two halves of the 128-bit product by exclusive or.
     static std::uint64_t Fold(std::uint64_t a, std::uint64_t b) {
 #ifdef __SIZEOF_INT128__
         __extension__ using Wide = unsigned __int128;

@@ -147,8 +147,8 @@ void ReadYearLast(std::string_view text, bool dayFirst, AlarmDate& date) {
     if (yearDigits == 2)
         moment.Year = YearOfTwoDigits(moment.Year);
     ReadTime(parts, moment);
-    // After month, day, year, hour, minute and second, a seventh part may be AM or PM. If even more parts
-    // follow, the hour is taken as one of 24.
+    // After month, day, year, hour, minute and second, a seventh part may be AM or PM.  If even more parts
+    // follow, the hour is read as an hour of the 24-hour clock.
     std::string_view mark;
     if (parts.IsLast(mark))
         ApplyMark(mark, moment.Hour);

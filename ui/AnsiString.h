@@ -17,7 +17,7 @@ std::string FromQString(const QString& text);
 QString ToVisibleLine(std::string_view ansi);
 /// Converts a text for several lines on the screen, as ToVisibleLine does, but keeps line ends and tabs.
 QString ToVisibleText(std::string_view ansi);
-/// Converts only the first thousand characters, as ToVisibleLine does: no line on the screen has room for
+/// Converts as ToVisibleLine does, but only the first thousand characters: no line on the screen has room for
 /// more, and Qt takes long to lay out a text of 60,000 characters.
 QString ToShownLine(std::string_view ansi);
 /// Returns a tool tip that shows the text literally and wraps it.

@@ -11,7 +11,7 @@ public:
     virtual void ShowMainWindow(bool maximized) = 0;
     /// Shows the hidden main window again without giving it the focus.
     virtual void UncoverMainWindow() = 0;
-    /// Returns whether the main window is hidden, that is, only the icon represents it.
+    /// Returns whether the main window is hidden, so that the user can reach it only by the icon.
     virtual bool IsMainWindowHidden() const = 0;
     virtual void LetEventsRun() = 0;
 

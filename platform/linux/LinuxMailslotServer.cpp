@@ -16,8 +16,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Returns the number of datagrams in a batch, chosen so that their buffers together are as large as one
-/// chunk at most.  More would seldom be used: a socket holds only few datagrams (10 by default).
+/// Returns the number of datagrams in a batch, chosen so that their buffers together occupy at most the size
+/// of one chunk.  More buffers would seldom be used: a socket holds only few datagrams (10 by default).
 std::size_t BatchSizeFor(std::size_t maximumSize) {
     return std::clamp<std::size_t>(DatagramQueue::ChunkSize / maximumSize, 1, DatagramBatch::MostDatagrams);
 }

@@ -117,8 +117,8 @@ std::unique_ptr<MailslotClient> LinuxMailslotTransport::Open(std::string_view pa
     FileDescriptor connected = MakeSocket();
     if (!address || !connected || connect(connected.Get(), AsSockaddr(*address), sizeof *address) != 0)
         return nullptr;
-    // Must follow connect: a server publishes its size before it binds its socket, so the size read now is
-    // that of the connected server.
+    // Must follow connect: a server publishes its maximum size before it binds its socket, so the size read
+    // now is that of the connected server.
     const std::optional<std::size_t> size = PublishedSize(LockPath(*name));
     if (!size)
         return nullptr;

@@ -7,14 +7,14 @@
 namespace tallyhorn {
 
 // The folder that contains the user's mailslots as sockets, and their lock files, whose names begin with a
-// dot.  Lock files are never removed: another process could be locking the file at that moment, and would
-// then hold a lock that nobody else can see.
+// dot.  Lock files are never removed: another process could be locking the file at the moment of its removal,
+// and would then hold a lock that nobody else can see.
 
 /// Returns `$XDG_RUNTIME_DIR/mailslot`, or `/tmp/mailslot-UID` if that variable is not set.
 std::string UserMailslotFolder();
 
-/// Creates the folder if it does not exist; its parent must exist.  Returns whether IsPrivateFolder is then
-/// true.
+/// Creates the folder if it does not exist; its parent must exist.  Returns what IsPrivateFolder then
+/// returns.
 bool PrepareMailslotFolder(const std::string& folder);
 /// Returns whether the folder belongs to this user and nobody else may enter it.
 bool IsPrivateFolder(const std::string& folder);

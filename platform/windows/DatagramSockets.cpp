@@ -20,8 +20,8 @@
 namespace tallyhorn {
 namespace {
 
-/// Owns one reference to the socket library, which is in use while references to it exist.  Each socket needs
-/// one.  Safe in any thread.
+/// Keeps the socket library started (WSAStartup) for as long as the object exists.  Each socket owns one such
+/// object.  Safe in any thread.
 class SocketLibrary {
 public:
     SocketLibrary() {
@@ -39,7 +39,7 @@ private:
     bool started_ = false;
 };
 
-/// Owns one socket, or none, and its reference to the socket library.  Movable.
+/// Owns one socket, or none, and the SocketLibrary that it needs.  Movable.
 class OwnedSocket {
 public:
     OwnedSocket() = default;
@@ -284,7 +284,7 @@ private:
     bool refused_ = false;
 };
 
-/// Owns a reference to the socket library, because Resolve needs one before any socket exists.
+/// Owns a SocketLibrary, because Resolve needs one before any socket exists.
 class WindowsDatagramSockets final : public DatagramSockets {
 public:
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
@@ -294,8 +294,8 @@ public:
         if (!bound)
             return nullptr;
         bound.Set(SOL_SOCKET, SO_RCVBUF, int{64 << 20});
-        // Without this, recvfrom would fail whenever an ICMP error arrives for a datagram that was sent from
-        // this port.
+        // Unless SIO_UDP_CONNRESET is off, recvfrom fails whenever an ICMP error arrives for a datagram that
+        // was sent from this port.
         DWORD done = 0;
         BOOL off = FALSE;
         WSAIoctl(bound.Get(), SIO_UDP_CONNRESET, &off, sizeof off, nullptr, 0, &done, nullptr, nullptr);

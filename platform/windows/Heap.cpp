@@ -2,7 +2,7 @@
 
 namespace tallyhorn {
 
-/// The heap of Windows chooses suitable steps itself.
+/// Does nothing, since the heap of Windows itself chooses suitable steps.
 void GrowHeapInLargeSteps() {}
 
 }  // namespace tallyhorn

@@ -16,7 +16,7 @@ constexpr const wchar_t* ClassName = L"TallyhornSessionEnd";
 /// to every window, and the user may then choose to keep the console open.
 constexpr UINT StopListening = WM_APP;
 
-/// Owns a hidden window, and a thread for it, that receives WM_ENDSESSION. Windows ends the process when all
+/// Owns a hidden window, and a thread for it, that receives WM_ENDSESSION.  Windows ends the process when all
 /// its windows have handled that message; this window finishes handling it only when Stop is called.
 class SessionEnd final : public TerminationSignals {
 public:

@@ -14,7 +14,7 @@
 #include "app/Console.h"
 #include "config/TextProfileFunctions.h"
 #include "tests/support/FakeDesktop.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
 #include "tests/support/TemporaryFolder.h"
 #include "views/forms/MessageListView.h"
 

@@ -12,7 +12,8 @@
 #include "bench/BesideYardstick.h"
 #include "storage/BackupReader.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
+#include "tests/support/FakePendingEvents.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TemporaryFolder.h"
 

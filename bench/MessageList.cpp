@@ -13,7 +13,8 @@
 #include "platform/TimeSlices.h"
 #include "records/NetBiosFormat.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeDisplay.h"
+#include "tests/support/FakePendingEvents.h"
 #include "tools/DemoFeed.h"
 #include "views/messages/ReceivedMessages.h"
 

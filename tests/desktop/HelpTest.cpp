@@ -4,7 +4,7 @@
 
 #include "desktop/help/Help.h"
 #include "tests/support/FakeDesktop.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tallyhorn {

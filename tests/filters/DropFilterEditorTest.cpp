@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "filters/DropFilterEditor.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/FilterRecords.h"
 #include "tests/support/TemporaryFolder.h"

@@ -4,6 +4,7 @@
 #include <QToolBar>
 
 #include "tests/forms/ConsoleFixture.h"
+#include "tests/support/FakePendingEvents.h"
 #include "views/messages/LongWork.h"
 
 namespace tallyhorn {

@@ -24,7 +24,7 @@
 #include "tests/support/FakeDatagrams.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/FakeMailslots.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/Notifications.h"
 #include "tests/support/TemporaryFolder.h"

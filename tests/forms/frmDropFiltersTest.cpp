@@ -11,7 +11,7 @@
 #include "tests/forms/DialogFixture.h"
 #include "tests/support/Cases.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/FilterRecords.h"
 #include "tests/support/Notifications.h"

@@ -6,7 +6,8 @@
 
 #include "storage/MessageBackup.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
+#include "tests/support/FakePendingEvents.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TemporaryFolder.h"
 

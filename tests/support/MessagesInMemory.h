@@ -4,7 +4,9 @@
 
 #include "records/NetBiosFormat.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeDisplay.h"
+#include "tests/support/FakeMessageBoxes.h"
+#include "tests/support/FakePendingEvents.h"
 #include "views/messages/Gate.h"
 #include "views/messages/MessageContext.h"
 

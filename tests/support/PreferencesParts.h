@@ -8,7 +8,8 @@
 #include "config/Settings.h"
 #include "config/TextProfileFunctions.h"
 #include "tests/support/FakeClock.h"
-#include "tests/support/FakeWindow.h"
+#include "tests/support/FakeMessageBoxes.h"
+#include "tests/support/FakePendingEvents.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TemporaryFolder.h"
 

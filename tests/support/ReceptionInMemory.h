@@ -5,6 +5,7 @@
 #include "filters/ViewFilter.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
+#include "tests/support/FakeArrivals.h"
 #include "tests/support/FakeDatagrams.h"
 #include "tests/support/FakeMailslots.h"
 #include "tests/support/FilterRecords.h"

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/FakeArrivals.h"
 #include "tests/support/MessagesInMemory.h"
 #include "views/MessageCommands.h"
 

@@ -1,56 +1,15 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "platform/MessageBoxes.h"
-#include "platform/PendingEvents.h"
-#include "reception/ArrivalSignals.h"
 #include "views/messages/ServerDisplay.h"
-#include "views/messages/ViewFilterState.h"
 
 namespace tallyhorn {
-
-/// Records the texts of message boxes and answers at once.
-class FakeMessageBoxes final : public MessageBoxes {
-public:
-    void Inform(std::string_view text) override { Shown.emplace_back(text); }
-    void Warn(std::string_view text) override { Confirm(text); }
-    bool Confirm(std::string_view text) override {
-        Shown.emplace_back(text);
-        if (WhileAsked)
-            WhileAsked();
-        return Answer;
-    }
-    bool ConfirmErasing(std::string_view text) override { return Confirm(text); }
-    bool Retry(std::string_view text) override {
-        Confirm(text);
-        return RetriesLeft-- > 0;
-    }
-
-    bool Answer = true;
-    int RetriesLeft = 0;
-    std::function<void()> WhileAsked;
-    std::vector<std::string> Shown;
-};
-
-/// Calls `Event` in place of the pending events.
-class FakePendingEvents final : public PendingEvents {
-public:
-    void Run() override {
-        ++Runs;
-        if (Event)
-            Event();
-    }
-
-    std::function<void()> Event;
-    int Runs = 0;
-};
 
 class FakeDisplay final : public ServerDisplay {
 public:
@@ -88,27 +47,6 @@ public:
     bool Resuming = false;
     bool PauseShown = false;
     std::optional<bool> FilterShown;  ///< empty until ShowFilterCommand is called
-};
-
-/// While it is active, passes only the alarms of one computer.
-class FakeViewFilter final : public ViewFilterState {
-public:
-    bool InForce() const override { return Active; }
-    bool PassesViewFilter(const AlarmRecord& alarm) const override {
-        return !Active || alarm.Computer == Computer;
-    }
-
-    bool Active = false;
-    std::string Computer;
-};
-
-class FakeSignals final : public ArrivalSignals {
-public:
-    void PlayAlertSound() override { ++Sounds; }
-    void StartFlash() override { ++Flashes; }
-
-    int Sounds = 0;
-    int Flashes = 0;
 };
 
 }  // namespace tallyhorn

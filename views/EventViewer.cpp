@@ -13,8 +13,8 @@ constexpr std::string_view OptionText =
     "The name of the message's computer begins with \"-\" or \"/\", so the Event Viewer would take it for an "
     "option.";
 
-/// Returns whether the viewer would read the computer's name, in which a sender can write anything, as an
-/// option.
+/// Returns whether the viewer would read the computer's name as an option.  A sender can write any text
+/// there.
 bool LooksLikeOption(std::string_view computer) {
     return computer.starts_with('/') || computer.starts_with('-');
 }
@@ -47,7 +47,7 @@ std::string EventViewer::ComputerOfRow(ViewNumber list) const {
     return context_.Received.In(ChannelOfView(list)).Rows.CellText(*slot, MessageColumn::Computer);
 }
 
-/// Returns the whole text of the computer's node, including its count.
+/// Returns the whole text of the computer's node, including the number of messages.
 std::string EventViewer::ComputerOfNode() const {
     TreeNode node = context_.Received.Tree.SelectedNode();
     if (node.IsRoot() || !context_.Received.Tree.Holds(node))

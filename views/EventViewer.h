@@ -15,8 +15,8 @@ public:
 
     /// Opens the viewer for the computer of the message selected in `view`, which was the active view when
     /// the user gave the command, or of the node selected in the tree if the tree is in front. Shows a
-    /// message if there is no computer, and another one if the viewer would read its name as an option. Shows
-    /// no message if the viewer does not start.
+    /// message box if there is no computer, and another one if the viewer would read the computer's name as
+    /// an option, but none if the viewer does not start.
     void OpenEventViewer(ViewNumber view);
 
 private:

@@ -21,8 +21,8 @@ constexpr std::chrono::milliseconds Pause{1};
 /// The number of leaves whose removal takes about as long as a slice.
 constexpr std::size_t LeavesRemovedTogether = 10'000;
 
-/// Removes the rows that were selected when the question opened.  If they still are the selected ones, uses
-/// RemoveSelected, which need not look for them.
+/// Removes the rows that were selected when the question opened.  If the same rows are still selected, uses
+/// RemoveSelected, which need not search for them.
 std::vector<Slot> RemoveChosen(MessageList& list, const std::vector<Slot>& chosen) {
     return list.SelectedSlots() == chosen ? list.RemoveSelected() : list.Remove(chosen);
 }
@@ -37,8 +37,7 @@ bool MessageCommands::RefuseWhileFiltered() {
 }
 
 void MessageCommands::DeleteMessages(ViewNumber view) {
-    // compatibility: a NetBIOS list that was touched last while the syslog page is in front names no list of
-    // that page, so nothing is deleted.
+    // compatibility: nothing is deleted if the syslog page is in front but the active view is a NetBIOS list.
     const bool listIsElsewhere =
         PageOfView(view) == MessagePage::NetBios && context_.Display.CurrentPage() == MessagePage::Syslog;
     if (listIsElsewhere)
@@ -107,7 +106,8 @@ void MessageCommands::DeleteTreeSelection() {
     context_.Received.UpdateListViewStatus();
 }
 
-/// Removes the rows list by list and returns their slots in that order, in which they are freed and reused.
+/// Removes the rows list by list and returns their slots in that order.  The slots are freed and later reused
+/// in the same order.
 std::vector<Slot> MessageCommands::RemoveSyslogRows(const std::vector<Slot>& slots) {
     std::array<std::vector<Slot>, EventListCount> covered;
     for (const Slot slot : slots)
@@ -121,7 +121,7 @@ std::vector<Slot> MessageCommands::RemoveSyslogRows(const std::vector<Slot>& slo
     return removed;
 }
 
-/// Removes leaves before rows, since a leaf reads its row.  Leaves take about half of the time.
+/// Removes leaves before rows, since a leaf reads its row.  Removing the leaves takes about half of the time.
 void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); i += LeavesRemovedTogether) {
         const std::size_t count = std::min(LeavesRemovedTogether, slots.size() - i);
@@ -131,12 +131,13 @@ void MessageCommands::RemoveFromSyslog(const std::vector<Slot>& slots, LongWork&
     RemoveFromStore(context_.Received.Syslog, slots, work);
 }
 
-/// Removes the rows and texts of `slots`.  The caller hides the views before: this is faster, and the user
-/// cannot act on rows that are being deleted.
+/// Removes the rows and texts of `slots`.  The caller must have hidden the views: this is faster, and the
+/// user cannot act on rows that are being deleted.
 void MessageCommands::RemoveFromStore(MessageChannel& channel, const std::vector<Slot>& slots,
                                       LongWork& work) {
     for (std::size_t i = 0; i < slots.size(); ++i) {
-        // Removing rows in groups is faster.  No row can be added at a slot before the slot is freed too.
+        // Removing rows in groups is faster.  A row may be removed before its slot is freed, because no new
+        // row gets the slot until then.
         if (i % MessageRows::RemovedTogether == 0)
             channel.Rows.Remove(
                 std::span(slots).subspan(i, std::min(MessageRows::RemovedTogether, slots.size() - i)));

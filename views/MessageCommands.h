@@ -9,18 +9,18 @@ namespace tallyhorn {
 
 class LongWork;
 
-/// The commands that delete messages: the selected ones or all.  They run pending events, so the caller makes
-/// sure that no other command starts meanwhile.  Messages arrive while a question is open; arrivals are held
-/// only from the answer Yes on.
+/// The commands that delete messages: the selected ones or all.  They run pending events, so the caller must
+/// make sure that no other command starts meanwhile.  While a question is open, messages still arrive;
+/// arrivals are held only after the answer Yes.
 class MessageCommands {
 public:
     MessageCommands(const MessageContext& context, const ViewFilterState& viewFilter)
         : context_(context), viewFilter_(viewFilter) {}
 
     /// Asks the user, then deletes the messages that were selected in `view` when the question opened. `view`
-    /// was the active view when the user gave the command. Shows a message instead while a view filter is in
-    /// force. Does nothing if no message is selected, or if `view` is a NetBIOS list and the syslog page is
-    /// in front.
+    /// was the active view when the user gave the command. Shows a message box instead while a view filter is
+    /// in force. Does nothing if no message is selected, or if `view` is a NetBIOS list and the syslog page
+    /// is in front.
     void DeleteMessages(ViewNumber view);
     /// Makes `view` the active view, whatever page is in front, and deletes its selected messages as
     /// DeleteMessages does.

@@ -23,8 +23,7 @@ void MessageDetails::Take(Slot slot) {
     FindPlace();
 }
 
-/// Sorts the leaves as the view does, also those of a group that was never opened, which are in order of
-/// arrival.
+/// Sorts the leaves as the view does when it opens their group.  Until then, they are in order of arrival.
 void MessageDetails::SortSiblings() {
     if (IsInTree())
         received_.Tree.SortChildren(Parent());
@@ -45,8 +44,8 @@ bool MessageDetails::ShowNext() {
     return IsInTree() ? ShowTreeMessage(1) : ShowListMessage(EntryCount(), 1);
 }
 
-/// Shows the message `step` rows further, or returns false at row `limit`, counted from 1, which is the last
-/// row in that direction.
+/// Shows the next message if `step` is 1, the previous one if it is -1.  Returns false if the current row,
+/// counted from 1, is `limit`, the last one in that direction.
 bool MessageDetails::ShowListMessage(std::size_t limit, int step) {
     if (!IsThere())
         return false;

@@ -11,7 +11,7 @@
 
 namespace tallyhorn {
 
-/// Knows which message of which view the detail window shows, and which message replaces it when it is
+/// Knows which message of which view the detail window shows, and chooses another one when that message is
 /// removed. Slots are reused, so a message is identified by its slot and its text together.
 class MessageDetails {
 public:
@@ -25,12 +25,12 @@ public:
     Slot ShownSlot() const { return slot_; }
     const std::string& Text() const { return text_; }
 
-    /// Return whether the view has a message before or after this one, as of the last call of Show,
+    /// Return whether the view has a message before or after the shown one, as of the last call of Show,
     /// ShowPrevious, ShowNext or LookAgain.
     bool HasPrevious() const { return place_ > 0; }
     bool HasNext() const { return place_ + 1 < EntryCount(); }
-    /// Change to the previous or next message of the view; return false and change nothing at its ends, and
-    /// if the view no longer shows the message.
+    /// Change to the previous or next message of the view.  Return false and change nothing if there is none,
+    /// or if the view no longer contains the shown message.
     bool ShowPrevious();
     bool ShowNext();
 
@@ -39,13 +39,12 @@ public:
     void NotePlace();
 
     enum class Found { Same, Other, Nothing };
-    /// To be called after the view has changed.  If it no longer shows the message, changes to the row that
-    /// is now at its position or else the last one; in the tree, to the previous leaf of its computer or else
-    /// the next.
+    /// To be called after the view has changed.  If the view no longer contains the message, changes to the
+    /// row now at the message's position, or else to the last row; in the tree, to the previous leaf of its
+    /// computer, or else to the next.
     Found LookAgain();
 
-    /// Reads the text as its channel does.  A field of `alarm` that the text does not contain keeps its
-    /// value.
+    /// Reads the message's text into `alarm`.  A field that the text does not contain keeps its value.
     void FillCurrentAlarm(AlarmRecord& alarm, AlarmDate now) const;
 
 private:
@@ -77,7 +76,7 @@ private:
     Group group_;
 };
 
-/// Returns whether a line of the text has a tab, or three blanks in a row, between other characters: its
+/// Returns whether a line of the text has a tab, or three blanks in a row, between other characters: such
 /// columns are aligned only in a fixed-pitch font.
 bool IsTabular(std::string_view text);
 /// Returns the length of the longest run of characters without a blank, tab or line end.

@@ -36,8 +36,9 @@ struct ServerLayout {
 };
 
 /// Returns the layout for `inner`, the size of the window below its menu bar.  `tabsHeight` is the height of
-/// the tabs; if it is greater than FramesTop, the frames begin that far down and get smaller.  In a window
-/// too small for a part its size is negative, and the caller leaves that part as it is.
+/// the tabs; if it is greater than FramesTop, the frames begin at that distance from the top and are smaller.
+/// If the window is too small for a frame or list, the returned size is negative, and the caller must not
+/// apply it.
 ServerLayout LayOutServer(TwipsSize inner, Twips tabsHeight);
 
 /// Returns the saved widths of a list's columns, or fixed shares of the list's width if the first saved width

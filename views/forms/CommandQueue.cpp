@@ -52,7 +52,7 @@ void CommandQueue::Released(Gate::State state) {
         QMetaObject::invokeMethod(this, &CommandQueue::RunWaiting, Qt::QueuedConnection);
 }
 
-/// Runs one command only, since it may be the last; its release starts the next.
+/// Runs only one command, because it may close the console; when it ends, Released starts the next.
 void CommandQueue::RunWaiting() {
     if (!gate_.QueuedMayRun() || waiting_.empty())
         return;

@@ -6,7 +6,7 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// What the main window asks and reports when it is to close.
+/// What the main window calls when it is to close.
 class ServerLifetime {
 public:
     virtual ~ServerLifetime() = default;
@@ -14,12 +14,12 @@ public:
     virtual void End() = 0;
     /// Returns whether the window may close; asks the user first if `byUser`.
     virtual bool QueryUnload(bool byUser) = 0;
-    /// Called once the window has closed.
+    /// Shuts the console down and hides the window, which is still visible when this is called.
     virtual void Unload() = 0;
 };
 
-/// The commands that the main window passes on.  A command that opens a dialog returns when the dialog has
-/// closed.
+/// The commands that the main window does not run itself.  A command that opens a dialog returns when the
+/// dialog has closed.
 class ServerCommands {
 public:
     virtual ~ServerCommands() = default;

@@ -147,7 +147,7 @@ void frmServer::Do(ServerCommand command) {
     constexpr std::array Dialogs = {ServerCommand::ToggleFilter, ServerCommand::ManageFilters,
                                     ServerCommand::Preferences, ServerCommand::Help, ServerCommand::About};
     const bool opensDialog = std::find(Dialogs.begin(), Dialogs.end(), command) != Dialogs.end();
-    // A command that waits already is not queued twice, except Pause, which is a toggle.
+    // A command is not queued twice, except Pause, whose second call undoes the first.
     const std::optional<int> key =
         command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
     // The view is read now, because the user may change to another one while the command waits.
@@ -207,8 +207,9 @@ std::optional<std::int32_t> frmServer::SelectedSlot(ViewNumber list) const {
 
 void frmServer::EnableView(ViewNumber number, bool enabled) {
     QWidget* const view = View(number);
-    // Qt would move the focus of a disabled list to the next list, on which the next Delete key would act.
-    // Asks for this window's focus widget, because a dialog may be open in front of it.
+    // Qt would move the focus from a disabled list to the next list, and the next press of the Delete key
+    // would then act on that list. focusWidget() is used because a dialog may be open in front of this
+    // window.
     if (!enabled && focusWidget() == view)
         tabMessageTypes->tabBar()->setFocus();
     view->setEnabled(enabled);
@@ -241,7 +242,7 @@ void frmServer::ShowFilterCommand(bool inForce) {
 
 void frmServer::ShowPage(MessagePage page, bool shown) {
     tabMessageTypes->setTabVisible(static_cast<int>(page), shown);
-    // The tab bar takes height from the pages as long as any tab is visible.
+    // The tab bar reduces the height of the pages as long as any tab is visible.
     LayOutLater();
 }
 
@@ -272,7 +273,7 @@ void frmServer::CloseWithoutQuestion() {
 
 void frmServer::closeEvent(QCloseEvent* event) {
     event->ignore();
-    // The user's own close is a spontaneous event; any other is part of the end of the session.
+    // The event is spontaneous if the user closes the window; any other is part of the end of the session.
     if (event->spontaneous())
         Do(ServerCommand::Exit);
     else
@@ -328,7 +329,7 @@ void frmServer::LayOut() {
 void frmServer::PlaceParts() {
     if (isMinimized() || parts_ == nullptr)
         return;
-    // The tool bar takes the height that the layout leaves to both bars, or more if the font is large.
+    // The tool bar gets what the status bar leaves of the height of both bars, or more if the font is large.
     const int statusHeight = statusBar()->sizeHint().height();
     bars_.ToolBar()->setFixedHeight(
         std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + ToolBarPadding));
@@ -344,7 +345,8 @@ void frmServer::PlaceParts() {
                               TwipsSize insideSize) {
         frame->move(Pixels(FrameMargin), top);
         ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
-        // Below the frame's line, whose position depends on the font, but not beyond the frame's lower edge.
+        // The list is placed below the frame's line, whose position depends on the font, but not beyond the
+        // frame's lower edge.
         const int lowest = frame->height() - Pixels(insideSize.Height);
         const int line = frame->contentsRect().top();
         inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));
@@ -372,8 +374,8 @@ void frmServer::ApplyColumnWidths() {
     }
 }
 
-/// Gives all lists of the view's channel its column widths.  Compatibility: the other channel takes them only
-/// at the next layout.
+/// Gives all lists of the view's channel the view's column widths.  Compatibility: the lists of the other
+/// channel get them only at the next layout.
 void frmServer::KeepColumnWidths(ViewNumber view) {
     for (int column = 0; column < SizedColumnCount; ++column) {
         Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));

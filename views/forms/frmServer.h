@@ -25,7 +25,7 @@ class MessageListView;
 class DetailWindow;
 
 /// The main window.  It owns the pages with their lists, the menus, the bars and the two timers of the
-/// processing cycle.  The user's commands run when the gate permits.
+/// processing cycle.  It runs the user's commands when the gate permits.
 class frmServer final : public QMainWindow, public ServerDisplay {
     Q_OBJECT
 
@@ -43,21 +43,21 @@ public:
     };
     void Load(const Parts& parts);
 
-    /// Sets the window's size when it is not maximised, at most that of the screen.  A width or height of 0
-    /// or less leaves that dimension unchanged.
+    /// Sets the size that the window has when it is not maximised, limited to the size of the screen.  A
+    /// width or height of 0 or less leaves that dimension unchanged.
     void RestoreSize(TwipsSize size);
     TwipsSize RestoredSize() const;
-    /// Sets the widths of all lists' columns; all are 0 if none were saved.
+    /// Sets the columns' widths in all lists; all widths are 0 if none were saved.
     void SetColumnWidths(const ColumnWidthArray& widths);
     const ColumnWidthArray& ColumnWidths() const { return columnWidths_; }
     void ShowPage(MessagePage page, bool shown);
 
-    /// Closes the window without a question, once running work is done, and closes open dialogs.
+    /// Closes open dialogs and, when running work has ended, the window, without a question.
     void CloseWithoutQuestion();
     /// Closes all open dialogs and questions, as if the user had cancelled them.
     static void DismissQuestions();
-    /// Calls DismissQuestions now and every 50 ms, because running work may ask several questions before it
-    /// ends.
+    /// Calls DismissQuestions at once and then every 50 ms, because running work may ask several questions
+    /// before it ends.
     void KeepDismissingQuestions();
 
     CommandQueue& Commands() { return queue_; }
@@ -90,7 +90,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    /// The page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and lvwSyslog.
+    /// The controls on the page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and
+    /// lvwSyslog.
     struct ChannelControls {
         std::array<QGroupBox*, EventListCount> Frames{};       ///< in their order from the top of the page
         std::array<MessageListView*, EventListCount> Lists{};  ///< by list index

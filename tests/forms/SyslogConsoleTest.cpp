@@ -1,5 +1,9 @@
+#include <gmock/gmock.h>
+
 #include <QScrollBar>
+#include <functional>
 #include <random>
+#include <tuple>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/support/FileBytes.h"
@@ -119,6 +123,69 @@ TEST_F(SyslogConsoleTest, KeepsOpenGroupsAndPositionThroughArrivalsAndDeletions)
     EXPECT_TRUE(Tree()->isExpanded(Node({39, 0, 0})));
     EXPECT_FALSE(Tree()->isExpanded(Node({12})));
     EXPECT_EQ(Current(), "m135 ( 3 Events )");
+}
+
+/// What Delete acts on: the node that is drawn as selected, and nothing if none is.
+TEST_F(SyslogConsoleTest, ActsOnTheSelectedNodeAlone) {
+    StartOnTree();
+    boxes_.Answer = false;
+    for (const char* const alarm : {"m1", "m2"})
+        Send(Datagram(alarm, "Error", "pc"));
+    Handle();
+    QWidget* const viewport = Tree()->viewport();
+    const auto click = [&](QPoint at) { QTest::mouseClick(viewport, Qt::LeftButton, {}, at); };
+    const auto openLeaf = [&] {
+        for (const std::vector<int>& way : {std::vector<int>{0}, {0, 0}, {0, 0, 0}})
+            Tree()->expand(Node(way));
+        QCoreApplication::processEvents();
+        click(Tree()->visualRect(Node({0, 0, 0, 0})).center());
+    };
+    const std::tuple<const char*, std::function<void()>, const char*> steps[] = {
+        {"the focus alone", [&] { Tree()->setFocus(Qt::TabFocusReason); }, ""},
+        {"a leaf", openLeaf, "message"},
+        {"empty space",
+         [&] {
+             click({50, viewport->height() - 5});
+         },
+         ""},
+        {"the leaf again", openLeaf, "message"},
+        {"a branch that closes around the leaf",
+         [&] {
+             PressInTree({Qt::Key_Left, Qt::Key_Left});
+             openLeaf();
+             Tree()->collapse(Node({0}));
+         },
+         "branch"},
+    };
+    for (const auto& [what, act, asked] : steps) {
+        act();
+        boxes_.Shown.clear();
+        PressInTree({Qt::Key_Delete});
+        const std::string question = boxes_.Shown.empty() ? "" : boxes_.Shown.back();
+        EXPECT_THAT(question, ::testing::HasSubstr(asked)) << what;
+        EXPECT_EQ(question.empty(), std::string(asked).empty()) << what;
+        EXPECT_EQ(Tree()->selectionModel()->hasSelection(), !question.empty()) << what;
+    }
+    EXPECT_EQ(Current(), "m1 ( 1 Event )") << "the selection moves to the closed branch";
+}
+
+/// A deletion elsewhere opens no closed branch, and selects nothing that was not selected.
+TEST_F(SyslogConsoleTest, ADeletionElsewhereLeavesClosedBranchesAndTheSelection) {
+    StartOnTree();
+    for (const char* const alarm : {"m1", "m1", "m1", "m1", "m2"})
+        Send(Datagram(alarm, "Error", "pc"));
+    Handle();
+    Tree()->expand(Node({1}));
+    for (const bool selected : {false, true}) {
+        const auto how = selected ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::Clear;
+        Tree()->selectionModel()->setCurrentIndex(Node({1, 0}), how);
+        DeleteFirstSyslogRows(1);
+        EXPECT_EQ(Tree()->selectionModel()->hasSelection(), selected);
+        EXPECT_EQ(Current(), "Error ( 1 Event )");
+    }
+    Tree()->collapse(Node({1}));
+    DeleteFirstSyslogRows(1);
+    EXPECT_FALSE(Tree()->isExpanded(Node({1})));
 }
 
 /// While another page is shown, arrivals move nodes before the tree's view receives any signal.

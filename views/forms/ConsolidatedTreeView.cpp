@@ -23,6 +23,7 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
     setModel(&model_);
     // Connected last, so that it runs after the selection model has reset the current node.
     connect(&model_, &QAbstractItemModel::modelReset, this, &ConsolidatedTreeView::RestoreCurrent);
+    connect(this, &QTreeView::collapsed, this, &ConsolidatedTreeView::LeaveClosedGroup);
 }
 
 /// Keeps the node at the top of the view there if nodes are added above it.
@@ -64,6 +65,7 @@ void ConsolidatedTreeView::RememberState() {
     for (QModelIndex index = currentIndex(); index.isValid(); index = index.parent())
         pathBeforeReset_.push_back({ConsolidatedTreeModel::NodeAt(index), index.row()});
     std::reverse(pathBeforeReset_.begin(), pathBeforeReset_.end());
+    selectedBeforeReset_ = selectionModel()->isSelected(currentIndex());
     topBeforeReset_ = verticalScrollBar()->value();
 }
 
@@ -89,9 +91,9 @@ void ConsolidatedTreeView::reset() {
     openBeforeReset_.clear();
 }
 
-/// Selects the same node again.  If it was removed, selects in the deepest remaining group above it the node
-/// that is now at its row, or the last one.
-void ConsolidatedTreeView::RestoreCurrent() {
+/// Returns the node that was current, or if it was removed, the node that is now at its row in the deepest
+/// remaining group above it, or the last one there.
+TreeNode ConsolidatedTreeView::NodeToRestore() const {
     TreeNode node;
     for (const PathNode& step : pathBeforeReset_) {
         if (tree_.Holds(step.Node)) {
@@ -102,15 +104,53 @@ void ConsolidatedTreeView::RestoreCurrent() {
             node = tree_.ChildAt(node, std::min(static_cast<std::size_t>(step.Row), rows - 1));
         break;
     }
+    return node;
+}
+
+/// Informs the tree itself, because the selection model emits no signal when a reset ends its selection.
+void ConsolidatedTreeView::RestoreCurrent() {
+    const TreeNode node = NodeToRestore();
+    const bool selects = selectedBeforeReset_ && !node.IsRoot();
     pathBeforeReset_.clear();
-    if (!node.IsRoot())
-        setCurrentIndex(model_.IndexOf(node));
-    else
-        tree_.SelectNode(TreeNode());
+    tree_.SelectNode(selects ? node : TreeNode());
+    selectionModel()->setCurrentIndex(
+        model_.IndexOf(node), selects ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate);
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(topBeforeReset_);
-    if (!node.IsRoot())
-        scrollTo(currentIndex());
+    scrollTo(currentIndex());
+}
+
+void ConsolidatedTreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    for (QModelIndex group = index.parent(); group.isValid(); group = group.parent()) {
+        if (!isExpanded(group))
+            return;
+    }
+    QTreeView::scrollTo(index, hint);
+}
+
+// ---- selection
+
+void ConsolidatedTreeView::selectionChanged(const QItemSelection& selected,
+                                            const QItemSelection& deselected) {
+    QTreeView::selectionChanged(selected, deselected);
+    const QModelIndexList nodes = selectionModel()->selectedIndexes();
+    tree_.SelectNode(nodes.isEmpty() ? TreeNode() : ConsolidatedTreeModel::NodeAt(nodes.front()));
+}
+
+/// Makes the group current, and selects it, in place of a node below it that was: commands must not act on a
+/// node that the user cannot see.
+void ConsolidatedTreeView::LeaveClosedGroup(const QModelIndex& group) {
+    const TreeNode closed = ConsolidatedTreeModel::NodeAt(group);
+    if (IsBelow(tree_.SelectedNode(), closed))
+        selectionModel()->setCurrentIndex(group, QItemSelectionModel::ClearAndSelect);
+    else if (IsBelow(ConsolidatedTreeModel::NodeAt(currentIndex()), closed))
+        selectionModel()->setCurrentIndex(group, QItemSelectionModel::NoUpdate);
+}
+
+bool ConsolidatedTreeView::IsBelow(TreeNode node, TreeNode group) const {
+    while (!node.IsRoot() && node != group)
+        node = tree_.Parent(node);
+    return node == group;
 }
 
 // ---- input
@@ -131,11 +171,6 @@ void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
         OpenGroups(model_.index(row, 0, index));
 }
 
-void ConsolidatedTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-    QTreeView::currentChanged(current, previous);
-    tree_.SelectNode(ConsolidatedTreeModel::NodeAt(current));
-}
-
 /// Catches up with what arrived while the tree was hidden.
 void ConsolidatedTreeView::showEvent(QShowEvent* event) {
     QTreeView::showEvent(event);
@@ -146,17 +181,27 @@ void ConsolidatedTreeView::showEvent(QShowEvent* event) {
 void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();
+    const QModelIndex pointed = indexAt(event->position().toPoint());
+    const bool onText = visualRect(pointed).contains(event->position().toPoint());
+    pressed_ = onText ? ConsolidatedTreeModel::NodeAt(pointed) : TreeNode();
     QTreeView::mousePressEvent(event);
 }
 
-/// Leaves groups to the base class, which opens and closes them.
+/// Acts on the node of the first press, although arrivals may have moved another one under the mouse since
+/// then.  Leaves groups to the base class, which opens and closes them.
 void ConsolidatedTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();
-    QTreeView::mouseDoubleClickEvent(event);
     const QModelIndex pointed = indexAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton && pointed == currentIndex() &&
-        ConsolidatedTreeModel::NodeAt(pointed).IsLeaf())
+    if (event->button() != Qt::LeftButton || !tree_.Holds(pressed_) || pressed_.IsRoot()) {
+        QTreeView::mouseDoubleClickEvent(event);
+        return;
+    }
+    if (ConsolidatedTreeModel::NodeAt(pointed) == pressed_)
+        QTreeView::mouseDoubleClickEvent(event);
+    else if (const QModelIndex index = model_.IndexOf(pressed_); !pressed_.IsLeaf())
+        setExpanded(index, !isExpanded(index));
+    if (pressed_.IsLeaf() && tree_.SelectedNode() == pressed_)
         emit Opened();
 }
 

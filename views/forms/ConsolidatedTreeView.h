@@ -8,8 +8,9 @@
 
 namespace tallyhorn {
 
-/// Shows the consolidated tree.  Open groups, the selected node and the scroll position survive arrivals and
-/// deletions; if the selected node is removed, the node that takes its place is selected.
+/// Shows the consolidated tree and keeps ConsolidatedTree informed of the selected node.  Open groups, the
+/// current node, its selection and the scroll position survive arrivals and deletions; if the current node is
+/// removed, the node that takes its place becomes current, and is selected if the removed one was.
 class ConsolidatedTreeView final : public QTreeView {
     Q_OBJECT
 
@@ -25,6 +26,8 @@ public:
     QRect CurrentNodeOnScreen() const;
 
     void reset() override;
+    /// Does nothing if a group above the node is closed: the base class would open it.
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 signals:
     /// Emitted when the user clicks or presses a key in the tree.
@@ -39,7 +42,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
     /// A node on the path from the root to the current node, and its row in its parent.
@@ -52,13 +55,18 @@ private:
     void OpenGroups(const QModelIndex& index);
     void RememberState();
     void RestoreCurrent();
+    TreeNode NodeToRestore() const;
+    void LeaveClosedGroup(const QModelIndex& group);
+    bool IsBelow(TreeNode node, TreeNode group) const;
     void RememberOpenGroups(const QModelIndex& parent);
 
     ConsolidatedTree& tree_;
+    TreeNode pressed_;  ///< the node on which a mouse button was pressed last; the root if there is none
     ConsolidatedTreeModel model_;
     RepaintThrottle repaint_{this, [this] { ShowNewNodesNow(); }};
     std::vector<TreeNode> openBeforeReset_;
     std::vector<PathNode> pathBeforeReset_;
+    bool selectedBeforeReset_ = false;
     int topBeforeReset_ = 0;
 };
 

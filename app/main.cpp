@@ -22,6 +22,7 @@
 #include "platform/PathText.h"
 #include "platform/TerminationSignals.h"
 #include "records/AnsiText.h"
+#include "ui/FocusStyle.h"
 #include "ui/HeldKeys.h"
 #include "ui/Pictures.h"
 
@@ -140,6 +141,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("tallyhorn-console"));
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ConsoleIcon());
+    QApplication::setStyle(new FocusStyle);
     HeldKeys heldKeys;
     QApplication::instance()->installEventFilter(&heldKeys);
     if (!line.Folder.empty())

@@ -6,6 +6,7 @@
 #include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QComboBox>
+#include <QImage>
 #include <QKeySequence>
 #include <QLabel>
 #include <QRadioButton>
@@ -14,6 +15,8 @@
 #include <algorithm>
 #include <map>
 #include <vector>
+
+#include "tests/forms/Await.h"
 
 namespace tallyhorn {
 namespace {
@@ -68,11 +71,18 @@ bool IsReadBefore(const QWidget* one, const QWidget* other) {
     return inOneLine ? a.left() < b.left() : a.top() < b.top();
 }
 
-/// Presses Tab until the first control has the focus again.  Returns the controls in the order of the focus.
+/// Presses Tab until the first control has the focus again.  Returns the controls in the order of the focus,
+/// and checks that each looks different with the focus and without.
 Widgets TabRound(const QWidget& window) {
     Widgets reached{window.focusWidget()};
     for (int i = 0; i < 200; ++i) {
-        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        QWidget* const left = window.focusWidget();
+        const QImage focused = left->grab().toImage();
+        QTest::keyClick(left, Qt::Key_Tab);
+        if (window.focusWidget() != left && i > 0) {
+            EXPECT_NE(left->grab().toImage(), focused)
+                << left->objectName().toStdString() << " does not show the focus";
+        }
         if (window.focusWidget() == reached.front())
             break;
         if (window.focusWidget() != reached.back())  // Tab visits each part of a date picker
@@ -81,8 +91,10 @@ Widgets TabRound(const QWidget& window) {
     return reached;
 }
 
-void ExpectTabOrder(const QWidget& window, const Widgets& controls) {
+void ExpectTabOrder(QWidget& window, const Widgets& controls) {
     ASSERT_NE(window.focusWidget(), nullptr);
+    window.activateWindow();
+    AWAIT(window.isActiveWindow());
     Widgets order = TabRound(window);
     std::rotate(order.begin(), std::min_element(order.begin(), order.end(), IsReadBefore), order.end());
     for (std::size_t i = 0; i < order.size(); ++i) {

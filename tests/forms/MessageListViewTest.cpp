@@ -3,10 +3,12 @@
 #include <QAbstractItemModelTester>
 #include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 #include <QWindow>
 #include <functional>
 #include <memory>
@@ -28,16 +30,19 @@ protected:
         view_->show();
         AWAIT(view_->windowHandle()->isExposed());
     }
+    void TearDown() override { QApplication::setDoubleClickInterval(doubleClickInterval_); }
     void Add(int count) {
-        for (int i = 0; i < count; ++i, ++next_) {
-            AlarmRecord alarm;
-            alarm.DateTime = AlarmDate{next_ * 86'400};
-            alarm.AlarmName = "alarm " + std::to_string(next_ % 3);
-            rows_.Add(next_, alarm, EventType::Error);
-            list_.Add(next_);
-        }
+        for (int i = 0; i < count; ++i)
+            AddAt(next_ * 86'400);
         view_->ShowNewRows();
         AWAIT(!view_->findChild<QTimer*>(QStringLiteral("repaintThrottle"))->isActive());
+    }
+    void AddAt(std::int64_t seconds) {
+        AlarmRecord alarm;
+        alarm.DateTime = AlarmDate{seconds};
+        alarm.AlarmName = "alarm " + std::to_string(next_ % 3);
+        rows_.Add(next_, alarm, EventType::Error);
+        list_.Add(next_++);
     }
     std::string Marked() const {
         std::string marked;
@@ -46,11 +51,14 @@ protected:
         return marked + "at " + std::to_string(view_->currentIndex().row());
     }
     std::string Date(int row) const { return view_->model()->index(row, 0).data().toString().toStdString(); }
+    static void Mouse(QEvent::Type type, QWidget* on, QPoint at) {
+        const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, at, on->mapToGlobal(at), button, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(on, &event);
+    }
     static void Drag(QWidget* on, QPoint from, QPoint to) {
         QTest::mousePress(on, Qt::LeftButton, Qt::NoModifier, from);
-        QMouseEvent move(QEvent::MouseMove, to, on->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QCoreApplication::sendEvent(on, &move);
+        Mouse(QEvent::MouseMove, on, to);
         QTest::mouseRelease(on, Qt::LeftButton, Qt::NoModifier, to);
     }
     QPoint Middle(int row) const { return view_->visualRect(view_->model()->index(row, 0)).center(); }
@@ -78,6 +86,7 @@ protected:
     std::unique_ptr<MessageListView> view_;
     std::unique_ptr<QAbstractItemModelTester> tester_;  ///< must be destroyed before the view
     Slot next_ = 0;
+    const int doubleClickInterval_ = QApplication::doubleClickInterval();
 };
 
 TEST_F(MessageListViewTest, SelectsAsListsDo) {
@@ -110,6 +119,49 @@ TEST_F(MessageListViewTest, SelectsAsListsDo) {
         {"the next match", [&] { Search("01"); }, "6 at 6"},
         {"the first match after the last", [&] { Search("01/01"); }, "0 at 0"},
         {"dragging", [&] { Drag(viewport, Middle(1), Middle(3)); }, "1 2 3 at 3"},
+        {"dragging from empty space",
+         [&] {
+             Drag(viewport, {50, 250}, {50, 200});
+         },
+         "at 3"},
+        {"dragging from the strip behind the columns",
+         [&] {
+             Drag(viewport, {700, Middle(1).y()}, {700, Middle(4).y()});
+         },
+         "at 3"},
+        {"a click with a small movement", [&] { Drag(viewport, Middle(2), Middle(2) + QPoint(0, 1)); },
+         "2 at 2"},
+        {"typing a time of day",
+         [&] {
+             AddAt(6 * 86'400 + 3'600);
+             view_->ShowNewRows();
+             Search("0");
+             QTest::keyClicks(view_.get(), "1/07/1970 1:");
+         },
+         "8 at 8"},
+        {"rows removed",
+         [&] {
+             Click(2);
+             Click(4, Qt::ShiftModifier);
+             list_.RemoveSelected();
+         },
+         "at 2"},
+        {"shift click after the first row of the range was removed", [&] { Click(4, Qt::ShiftModifier); },
+         "7 at 4"},
+        {"the last rows removed",
+         [&] {
+             Press(Qt::Key_End, Qt::ShiftModifier);
+             list_.RemoveSelected();
+         },
+         "at 3"},
+        {"shift up", [&] { Press(Qt::Key_Up, Qt::ShiftModifier); }, "5 6 at 2"},
+        {"shift click after all rows were removed",
+         [&] {
+             list_.Clear();
+             Add(3);
+             Click(1, Qt::ShiftModifier);
+         },
+         "10 at 1"},
     };
     for (const auto& [what, act, marked] : steps) {
         act();
@@ -132,7 +184,83 @@ TEST_F(MessageListViewTest, SelectionAndCurrentRowFollowTheirMessages) {
     EXPECT_EQ(Marked() + Date(4), "at 401/03/1970 12:00:00 AM") << "the row after the removed one is current";
 }
 
+TEST_F(MessageListViewTest, ADragHeldBelowTheListScrollsOn) {
+    Add(100);
+    view_->verticalScrollBar()->setValue(0);
+    QTest::mousePress(view_->viewport(), Qt::LeftButton, Qt::NoModifier, Middle(1));
+    Mouse(QEvent::MouseMove, view_->viewport(), {50, view_->viewport()->height() + 5});
+    AWAIT(list_.SelectedCount() == 99);
+}
+
+TEST_F(MessageListViewTest, ADoubleClickOpensTheRowOfItsFirstPress) {
+    QSignalSpy opened(view_.get(), &MessageListView::Opened);
+    for (const bool sorted : {false, true}) {
+        Add(100);
+        if (sorted)
+            ClickHeader(0);
+        const int top = view_->verticalScrollBar()->value();
+        const QPoint at = Middle(top + 2);
+        QTest::mouseClick(view_->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        const std::optional<Slot> pressed = view_->SelectedSlot();
+        Add(3);
+        EXPECT_EQ(view_->verticalScrollBar()->value(), top);
+        Mouse(QEvent::MouseButtonDblClick, view_->viewport(), at);
+        EXPECT_EQ(view_->SelectedSlot(), pressed) << sorted;
+        QTest::mouseRelease(view_->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+    }
+    EXPECT_EQ(opened.count(), 2);
+}
+
+TEST_F(MessageListViewTest, KeepsTheNewestOrTheSelectedRowInView) {
+    const auto sees = [this](std::size_t row) {
+        QCoreApplication::processEvents();
+        const QRect place = view_->visualRect(view_->model()->index(static_cast<int>(row), 0));
+        return place.top() >= 0 && place.bottom() < view_->viewport()->height();
+    };
+    Add(100);
+    EXPECT_TRUE(sees(99));
+    view_->resize(900, 200);
+    EXPECT_TRUE(sees(99)) << "a smaller window";
+    view_->SetColumnWidth(1, 2000);
+    EXPECT_TRUE(sees(99)) << "a horizontal scroll bar";
+    ClickHeader(0);
+    EXPECT_TRUE(sees(0)) << "sorted without a selected row";
+    Click(2);
+    ClickHeader(0);
+    EXPECT_TRUE(sees(97)) << "sorted with a selected row";
+    QApplication::setDoubleClickInterval(0);
+    view_->verticalScrollBar()->setValue(40);
+    view_->resize(900, 150);
+    EXPECT_EQ(view_->verticalScrollBar()->value(), 40) << "the newest row was not in view";
+    list_.Remove(std::vector<Slot>{5});
+    EXPECT_EQ(view_->verticalScrollBar()->value(), 40) << "nor was the current row";
+}
+
+TEST_F(MessageListViewTest, TheFocusIsSeenAtTheTopRow) {
+    Add(100);
+    view_->verticalScrollBar()->setValue(40);
+    view_->activateWindow();
+    AWAIT(view_->isActiveWindow());
+    view_->clearFocus();
+    view_->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(Marked(), "at 40");
+    Press(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(Marked(), "40 41 at 41");
+}
+
+TEST_F(MessageListViewTest, ACellThatIsCutHasAToolTip) {
+    Add(1);
+    for (const int width : {300, 30}) {
+        view_->SetColumnWidth(1, width);
+        const QPoint at = view_->visualRect(view_->model()->index(0, 1)).center();
+        QHelpEvent help(QEvent::ToolTip, at, view_->viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(view_->viewport(), &help);
+        EXPECT_EQ(QToolTip::text(), width > 100 ? "" : "<p>alarm 0</p>");
+    }
+}
+
 TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
+    QApplication::setDoubleClickInterval(0);
     Add(100);
     QScrollBar* const bar = view_->verticalScrollBar();
     EXPECT_EQ(bar->value(), bar->maximum());

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <QHelpEvent>
 #include <QScrollBar>
+#include <QToolTip>
 #include <functional>
 #include <random>
 #include <tuple>
@@ -63,6 +65,12 @@ TEST_F(SyslogConsoleTest, ShowsArrivalsInListsTreeAndStatusBar) {
     EXPECT_LT(full.data().toString().size(), 2'000);
     EXPECT_EQ(Node({1}).data(Qt::AccessibleTextRole).toString(), "Alarm, Empty ( 1 Event )");
     EXPECT_FALSE(Tree()->isExpanded(full)) << "new groups are closed";
+    for (const int row : {1, 0}) {
+        const QPoint at = Tree()->visualRect(Node({row})).center();
+        QHelpEvent help(QEvent::ToolTip, at, Tree()->viewport()->mapToGlobal(at));
+        QCoreApplication::sendEvent(Tree()->viewport(), &help);
+        EXPECT_EQ(QToolTip::text().isEmpty(), row == 1) << "only a line that is cut has a tool tip";
+    }
 }
 
 TEST_F(SyslogConsoleTest, MovesAndDeletesByKeyboard) {

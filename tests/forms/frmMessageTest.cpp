@@ -70,8 +70,9 @@ protected:
         return Shown();
     }
     std::string Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
-        QTest::mouseDClick(list->viewport(), button, Qt::NoModifier,
-                           list->visualRect(list->model()->index(row, 0)).center());
+        const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
+        QTest::mouseClick(list->viewport(), button, Qt::NoModifier, at);
+        QTest::mouseDClick(list->viewport(), button, Qt::NoModifier, at);
         return Shown();
     }
     std::string OpenNode(const std::vector<int>& path) {

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFont>
 
+#include "ui/FocusStyle.h"
+
 /// Runs the tests of the forms without a display.  The Qt variables are set here and not by CTest, because
 /// Wine does not pass variables that begin with QT_ to the programs that it runs.
 int main(int argc, char** argv) {
@@ -16,6 +18,7 @@ int main(int argc, char** argv) {
         QFont::insertSubstitutions(QStringLiteral("monospace"), {"DejaVu Sans Mono", "Courier New"});
     }
     QApplication application(argc, argv);
+    QApplication::setStyle(new tallyhorn::FocusStyle);
     QApplication::setApplicationVersion(QStringLiteral("4.7.11"));
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();

@@ -10,9 +10,6 @@
 namespace tallyhorn {
 namespace {
 
-/// The longest text of a node without a tool tip.  Longer texts may not fit into the window.
-constexpr qsizetype LongestWithoutToolTip = 60;
-
 QModelIndexList Moved(const ConsolidatedTreeModel& model, const QModelIndexList& from) {
     QModelIndexList to;
     for (const QModelIndex& index : from)
@@ -146,7 +143,7 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return shown;
         case Qt::ToolTipRole:
-            return shown.size() > LongestWithoutToolTip ? ToToolTip(shown) : QVariant();
+            return ToToolTip(shown);
         default:
             return QString((type ? SpokenType(*type) : tr("Alarm")) + QStringLiteral(", ") + shown);
     }

@@ -1,9 +1,10 @@
 #include "views/forms/ConsolidatedTreeView.h"
 
-#include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
+#include <QToolTip>
 #include <algorithm>
 
 namespace tallyhorn {
@@ -169,6 +170,26 @@ void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
         return;
     for (int row = 0; row < model_.rowCount(index); ++row)
         OpenGroups(model_.index(row, 0, index));
+}
+
+/// Makes the top node in view current, without selecting it, if none is: the base class would take the first
+/// node of the tree, which may be out of view.
+void ConsolidatedTreeView::focusInEvent(QFocusEvent* event) {
+    if (!currentIndex().isValid())
+        selectionModel()->setCurrentIndex(indexAt(QPoint(1, 1)), QItemSelectionModel::NoUpdate);
+    QTreeView::focusInEvent(event);
+}
+
+/// Shows a tool tip only for a node whose text is cut.
+bool ConsolidatedTreeView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const QModelIndex node = indexAt(static_cast<QHelpEvent*>(event)->pos());
+        if (!node.isValid() || sizeHintForIndex(node).width() <= visualRect(node).width()) {
+            QToolTip::hideText();
+            return true;
+        }
+    }
+    return QTreeView::viewportEvent(event);
 }
 
 /// Catches up with what arrived while the tree was hidden.

@@ -66,6 +66,8 @@ QVariant MessageListModel::data(const QModelIndex& index, int role) const {
     const auto column = static_cast<MessageColumn>(index.column());
     if (role == Qt::DisplayRole)
         return ToVisibleLine(list_.CellText(position, column));
+    if (role == Qt::ToolTipRole)
+        return ToToolTip(ToShownLine(list_.CellText(position, column)));
     const EventType type = list_.TypeAt(position);
     if (column != MessageColumn::DateLogged || !HasPicture(type))
         return {};

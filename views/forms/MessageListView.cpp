@@ -2,14 +2,12 @@
 
 #include <QApplication>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QMouseEvent>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
+#include <QToolTip>
 #include <algorithm>
-
-#include "ui/AnsiString.h"
 
 namespace tallyhorn {
 namespace {
@@ -26,6 +24,7 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     // Connected before setModel, so that it runs before the base class resets the current row.
     connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
         rowBeforeReset_ = CurrentRow();
+        inViewBeforeReset_ = IsInView(rowBeforeReset_);
         slotBeforeReset_ = static_cast<Slot>(currentIndex().internalId());
     });
     setModel(&model_);
@@ -36,6 +35,9 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerItem);
+    // Otherwise the base class scrolls to each new current row, even if it becomes current after a deletion
+    // elsewhere.
+    setAutoScroll(false);
     // Otherwise every repaint of a scroll bar also repaints the group box and the page behind it.
     setAutoFillBackground(true);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -64,8 +66,13 @@ void MessageListView::ShowNewRows() {
 void MessageListView::RepaintNewRows() {
     updateGeometries();
     viewport()->update();
-    if (IsHeld())
-        return;
+    if (!IsHeld())
+        ScrollToNewest();
+    if (CurrentRow() < 0)
+        ShowFocus();
+}
+
+void MessageListView::ScrollToNewest() {
     if (const std::optional<std::size_t> newest = List().NewestPosition())
         scrollTo(model_.index(static_cast<int>(*newest), 0));
 }
@@ -111,9 +118,17 @@ int MessageListView::RowsInView() const {
     return std::max(1, viewport()->height() / RowHeight());
 }
 
+/// Returns the row at `y` in the viewport, or the first or last row if none is there; -1 in an empty list.
 int MessageListView::NearestRow(int y) const {
     const int row = verticalScrollBar()->value() + (y < 0 ? -1 : y / RowHeight());
     return std::clamp(row, std::min(0, RowCount() - 1), RowCount() - 1);
+}
+
+/// Goes by the page step, the number of rows that were in view at the last layout, so that updateGeometries
+/// can ask about the rows in view before the size changed.
+bool MessageListView::IsInView(int row) const {
+    const QScrollBar* const bar = verticalScrollBar();
+    return row >= bar->value() && row < bar->value() + bar->pageStep();
 }
 
 QRect MessageListView::visualRect(const QModelIndex& index) const {
@@ -143,6 +158,8 @@ void MessageListView::scrollTo(const QModelIndex& index, ScrollHint /*hint*/) {
 }
 
 void MessageListView::updateGeometries() {
+    const std::optional<std::size_t> newest = List().NewestPosition();
+    const bool follows = newest && IsInView(static_cast<int>(*newest)) && !IsHeld();
     const int headerHeight = header_->sizeHint().height();
     setViewportMargins(0, headerHeight, 0, 0);
     const QRect view = viewport()->geometry();
@@ -153,6 +170,8 @@ void MessageListView::updateGeometries() {
     horizontalScrollBar()->setPageStep(view.width());
     horizontalScrollBar()->setSingleStep(fontMetrics().averageCharWidth() * 4);
     horizontalScrollBar()->setRange(0, std::max(0, header_->length() - view.width()));
+    if (follows)
+        ScrollToNewest();
     QAbstractItemView::updateGeometries();
 }
 
@@ -181,182 +200,17 @@ void MessageListView::paintEvent(QPaintEvent* /*event*/) {
         painter_.PaintRow(painter, row, (row - first) * RowHeight(), hasFocus() && row == CurrentRow());
 }
 
-// ---- mouse and keyboard
+// ---- changes of the list
 
-bool MessageListView::IsHeld() const {
-    return heldByMouse_ || verticalScrollBar()->isSliderDown();
-}
-
-void MessageListView::mousePressEvent(QMouseEvent* event) {
-    heldByMouse_ = true;
-    emit Touched();
-    const QModelIndex index = indexAt(event->position().toPoint());
-    if (!index.isValid()) {
-        if ((event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) == 0)
-            List().ClearSelection();
-        viewport()->update();
-        return;
-    }
-    const bool keepsSelection =
-        event->button() == Qt::RightButton && List().IsSelected(static_cast<std::size_t>(index.row()));
-    if (keepsSelection)
-        SetCurrentRow(index.row());
-    else
-        MoveTo(index.row(), event->modifiers());
-    if (event->button() == Qt::LeftButton && event->modifiers() == Qt::ControlModifier)
-        SelectCurrentRow(true);
-}
-
-void MessageListView::mouseMoveEvent(QMouseEvent* event) {
-    const int row = NearestRow(event->position().toPoint().y());
-    if ((event->buttons() & Qt::LeftButton) == 0 || row < 0 || row == CurrentRow() || !anchor_)
-        return;
-    ExtendTo(row, (event->modifiers() & Qt::ControlModifier) != 0);
-    scrollTo(model_.index(row, 0));
-}
-
-void MessageListView::mouseReleaseEvent(QMouseEvent* event) {
-    heldByMouse_ = event->buttons() != Qt::NoButton;
-    emit MouseReleased();
-}
-
-void MessageListView::mouseDoubleClickEvent(QMouseEvent* event) {
-    mousePressEvent(event);
-    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid())
-        emit Opened();
-}
-
-bool MessageListView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonPress)
-        heldByMouse_ = true;
-    if (event->type() == QEvent::MouseButtonRelease) {
-        heldByMouse_ = static_cast<QMouseEvent*>(event)->buttons() != Qt::NoButton;
-        // The call is queued, because this filter runs before the header handles the release and sets its
-        // widths.
-        if (watched == header_->viewport())
-            QMetaObject::invokeMethod(this, &MessageListView::MouseReleased, Qt::QueuedConnection);
-    }
-    return QAbstractItemView::eventFilter(watched, event);
-}
-
-/// Returns the row to which a movement key leads, before it is clamped to the list; nothing for other keys.
-std::optional<int> MessageListView::RowOfKey(int key) const {
-    const int page = RowsInView() - 1;
-    switch (key) {
-        case Qt::Key_Up:
-            return CurrentRow() - 1;
-        case Qt::Key_Down:
-            return CurrentRow() + 1;
-        case Qt::Key_PageUp:
-            return CurrentRow() - page;
-        case Qt::Key_PageDown:
-            return std::max(CurrentRow(), 0) + page;
-        case Qt::Key_Home:
-            return 0;
-        case Qt::Key_End:
-            return RowCount() - 1;
-        default:
-            return std::nullopt;
-    }
-}
-
-void MessageListView::keyPressEvent(QKeyEvent* event) {
-    emit Touched();
-    const int key = event->key();
-    if (const std::optional<int> row = RowOfKey(key))
-        return MoveTo(*row, event->modifiers());
-    const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
-    const bool alt = (event->modifiers() & Qt::AltModifier) != 0;
-    // Ctrl+1 to Ctrl+5 do what a click on that column's header does.
-    const int column = key - Qt::Key_1;
-    if (column >= 0 && column < SizedColumnCount && event->modifiers() == Qt::ControlModifier)
-        SortBy(column);
-    else if (key == Qt::Key_Delete && event->isAutoRepeat())
-        return;
-    else if (key == Qt::Key_Delete)
-        emit DeleteRequested();
-    else if (key == Qt::Key_Return || key == Qt::Key_Enter)
-        emit Opened();
-    else if (event->matches(QKeySequence::SelectAll))
-        selectAll();
-    else if (key == Qt::Key_Space && CurrentRow() >= 0)
-        SelectCurrentRow(control);
-    else if (!control && !alt && !event->text().isEmpty() && event->text().at(0).isPrint())
-        keyboardSearch(event->text());
-    else
-        event->ignore();
-}
-
-/// Selects the current row, or deselects it if it is selected and `toggles` is set.
-void MessageListView::SelectCurrentRow(bool toggles) {
-    const auto position = static_cast<std::size_t>(CurrentRow());
-    List().Select(position, position, !toggles || !List().IsSelected(position));
-    viewport()->update();
-}
-
-/// Searches the first column for what was typed: characters typed within the keyboard input interval of each
-/// other form one text.
-void MessageListView::keyboardSearch(const QString& search) {
-    const bool continues =
-        searchTime_.isValid() && searchTime_.elapsed() < QApplication::keyboardInputInterval();
-    searchTime_.start();
-    searchText_ = continues ? searchText_ + search : search;
-    // A new search starts after the current row, so that typing the same letter again finds the next match.
-    const int start = std::max(CurrentRow(), 0) + (continues || CurrentRow() < 0 ? 0 : 1);
-    if (const auto found = List().FindByDate(FromQString(searchText_), static_cast<std::size_t>(start)))
-        MoveTo(static_cast<int>(*found), Qt::NoModifier);
-}
-
-void MessageListView::MoveTo(int row, Qt::KeyboardModifiers modifiers) {
-    if (RowCount() == 0)
-        return;
-    row = std::clamp(row, 0, RowCount() - 1);
-    if ((modifiers & Qt::ShiftModifier) != 0)
-        ExtendTo(row, (modifiers & Qt::ControlModifier) != 0);
-    else if ((modifiers & Qt::ControlModifier) == 0)
-        SelectOnly(row, row);
-    SetCurrentRow(row);
-    if ((modifiers & Qt::ShiftModifier) == 0)
-        anchor_ = List().SlotAt(static_cast<std::size_t>(row));
-    scrollTo(model_.index(row, 0));
-}
-
-void MessageListView::SelectOnly(int first, int last) {
-    List().ClearSelection();
-    List().Select(static_cast<std::size_t>(first), static_cast<std::size_t>(last), true);
-    viewport()->update();
-}
-
-void MessageListView::ExtendTo(int row, bool keepOthers) {
-    const std::optional<std::size_t> anchor = anchor_ ? List().PositionOf(*anchor_) : std::nullopt;
-    const int from = anchor ? static_cast<int>(*anchor) : row;
-    if (!anchor)
-        anchor_ = List().SlotAt(static_cast<std::size_t>(row));
-    if (!keepOthers)
-        List().ClearSelection();
-    List().Select(static_cast<std::size_t>(std::min(from, row)),
-                  static_cast<std::size_t>(std::max(from, row)), true);
-    SetCurrentRow(row);
-}
-
-void MessageListView::selectAll() {
-    if (RowCount() > 0)
-        SelectOnly(0, RowCount() - 1);
-}
-
-void MessageListView::SetCurrentRow(int row) {
-    selectionModel()->setCurrentIndex(model_.index(row, 0), QItemSelectionModel::NoUpdate);
-    viewport()->update();
-}
-
-int MessageListView::CurrentRow() const {
-    return currentIndex().isValid() ? currentIndex().row() : -1;
-}
-
+/// Keeps the selected row in view, or shows the top of the new order if none is selected.
 void MessageListView::SortBy(int column) {
+    const std::optional<Slot> selected = SelectedSlot();
     List().SortBy(static_cast<MessageColumn>(column));
     header_->setSortIndicatorShown(true);
     header_->setSortIndicator(column, List().IsDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
+    const std::size_t shown = selected ? List().PositionOf(*selected).value_or(0) : 0;
+    scrollTo(model_.index(static_cast<int>(shown), 0));
+    ShowFocus();
 }
 
 /// Restores the scroll position, which the base class sets to the top.
@@ -368,24 +222,56 @@ void MessageListView::reset() {
 }
 
 /// Makes the row of the same message current again after rows were removed or sorted, or if the message is
-/// gone, the row that is now at its position.
+/// gone, the first row behind it that is left, or the last row.
 void MessageListView::RestoreCurrentRow() {
+    range_.ForgetLostAnchor();
     if (rowBeforeReset_ >= 0 && RowCount() > 0) {
-        const std::optional<std::size_t> position = List().PositionOf(slotBeforeReset_);
-        SetCurrentRow(position ? static_cast<int>(*position) : std::min(rowBeforeReset_, RowCount() - 1));
-        scrollTo(currentIndex());
-        // A range selected with Shift must not begin at a removed row.
-        if (!anchor_ || !List().PositionOf(*anchor_))
-            anchor_ = List().SlotAt(static_cast<std::size_t>(CurrentRow()));
+        const std::optional<std::size_t> before = List().CountBefore(slotBeforeReset_);
+        SetCurrentRow(std::min(before ? static_cast<int>(*before) : rowBeforeReset_, RowCount() - 1));
+        if (inViewBeforeReset_)
+            scrollTo(currentIndex());
     }
     viewport()->update();
+}
+
+// ---- focus and other events
+
+/// Makes the top row in view current, without selecting it, if the list has the focus and its current row is
+/// not in view.
+void MessageListView::ShowFocus() {
+    if (hasFocus() && RowCount() > 0 && !IsInView(CurrentRow()))
+        SetCurrentRow(verticalScrollBar()->value());
+}
+
+/// Keeps the current row when the user returns to the window, and before a press, which sets it.
+void MessageListView::focusInEvent(QFocusEvent* event) {
+    QAbstractItemView::focusInEvent(event);
+    const Qt::FocusReason reason = event->reason();
+    const bool returns = reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
+    if (CurrentRow() < 0 || (!returns && reason != Qt::MouseFocusReason))
+        ShowFocus();
+}
+
+/// Shows a tool tip only for a cell whose text is cut.
+bool MessageListView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const QModelIndex cell = indexAt(static_cast<QHelpEvent*>(event)->pos());
+        const int seen = (visualRect(cell) & viewport()->rect()).width();
+        if (!cell.isValid() || painter_.WidthOf(cell.row(), cell.column()) <= seen) {
+            QToolTip::hideText();
+            return true;
+        }
+    }
+    return QAbstractItemView::viewportEvent(event);
 }
 
 /// Treats the mouse buttons as released when the window loses the focus or the list is hidden, because this
 /// list may then not receive the release.
 bool MessageListView::event(QEvent* event) {
-    if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide)
+    if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide) {
         heldByMouse_ = false;
+        drag_.End();
+    }
     return QAbstractItemView::event(event);
 }
 

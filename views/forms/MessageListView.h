@@ -7,7 +7,9 @@
 #include "views/forms/MessageListModel.h"
 #include "views/forms/MessageRowPainter.h"
 #include "views/forms/RepaintThrottle.h"
-#include "views/messages/MessageList.h"
+#include "views/forms/RowDrag.h"
+#include "views/forms/TypeAhead.h"
+#include "views/messages/RangeSelection.h"
 
 class QHeaderView;
 
@@ -23,7 +25,8 @@ public:
     explicit MessageListView(MessageList& list, QWidget* parent = nullptr);
 
     /// Announces the rows that were added to the list.  As often as the throttle allows, repaints and scrolls
-    /// to the newest row, unless the user holds a mouse button or the scroll bar.
+    /// to the newest row, unless the user holds a mouse button or the scroll bar, or pressed a button so
+    /// recently that a double click may follow.
     void ShowNewRows();
 
     /// Returns the message of the current row if that is selected, otherwise that of the first selected row.
@@ -59,10 +62,11 @@ protected:
     int horizontalOffset() const override;
     int verticalOffset() const override;
     bool isIndexHidden(const QModelIndex& index) const override { return index.column() >= SizedColumnCount; }
-    // MessageList selects; the base class must not.
+    // MessageList keeps the selection; the base class must not select.
     QModelIndex moveCursor(CursorAction, Qt::KeyboardModifiers) override { return currentIndex(); }
     void setSelection(const QRect&, QItemSelectionModel::SelectionFlags) override {}
     QRegion visualRegionForSelection(const QItemSelection&) const override { return {}; }
+    /// Keeps the newest row in view if it was in view before.
     void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
 
@@ -72,6 +76,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
     bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -82,32 +88,36 @@ private:
     int RowCount() const { return model_.rowCount(); }
     int RowHeight() const;
     int RowsInView() const;
-    /// Returns the row at `y` in the viewport, or the first or last row if none is there; -1 in an empty
-    /// list.
     int NearestRow(int y) const;
     bool IsHeld() const;
+    bool IsInView(int row) const;
+    void ScrollToNewest();
 
     void RepaintNewRows();
+    void PressRow(int row, const QMouseEvent& event);
+    void DragTo(int y, bool keepOthers);
     void MoveTo(int row, Qt::KeyboardModifiers modifiers);
-    void SelectOnly(int first, int last);
-    void ExtendTo(int row, bool keepOthers);
     void SetCurrentRow(int row);
     void SelectCurrentRow(bool toggles);
     std::optional<int> RowOfKey(int key) const;
     int CurrentRow() const;
     void RestoreCurrentRow();
+    void ShowFocus();
     void SortBy(int column);
 
     MessageListModel model_;
     RepaintThrottle repaint_{this, [this] { RepaintNewRows(); }};
     QHeaderView* header_;
     MessageRowPainter painter_;
-    std::optional<Slot> anchor_;  ///< the message whose row begins a range selected with Shift
+    RangeSelection range_{model_.List()};
+    RowDrag drag_{*viewport(), [this](int y, bool withControl) { DragTo(y, withControl); }};
+    TypeAhead typeAhead_;
     int rowBeforeReset_ = -1;
     Slot slotBeforeReset_ = -1;
+    bool inViewBeforeReset_ = false;
     bool heldByMouse_ = false;
-    QString searchText_;
-    QElapsedTimer searchTime_;
+    QElapsedTimer sincePress_;
+    std::optional<Slot> pressed_;  ///< the message whose row was pressed last; empty after other presses
 };
 
 }  // namespace tallyhorn

@@ -16,8 +16,6 @@ namespace {
 constexpr int CellMargin = 4;
 /// Per column; a screen shows some dozens of rows.
 constexpr std::size_t MostLaidOut = 1000;
-/// Bounds the work for a cell, since a sender may make a text of any length.
-constexpr std::size_t LongestShownText = 1000;
 
 }  // namespace
 
@@ -48,20 +46,31 @@ void MessageRowPainter::PaintCell(QPainter& painter, int row, int column, int to
     const auto position = static_cast<std::size_t>(row);
     const int width = header_.sectionSize(column);
     const int left = header_.sectionViewportPosition(column);
-    int indent = CellMargin;
     if (column == static_cast<int>(MessageColumn::DateLogged)) {
         const QRect place(left + CellMargin, top + (rowHeight_ - iconSide_) / 2, iconSide_, iconSide_);
         const EventType type = list_.TypeAt(position);
         if (HasPicture(type) && width > iconSide_ + CellMargin)
             icons_.at(static_cast<std::size_t>(type)).paint(&painter, place);
-        indent += iconSide_ + CellMargin;
     }
+    const int indent = Indent(column);
     const int room = width - indent - CellMargin;
     if (room <= 0 || left > view_.width() || left + width < 0)
         return;
     painter.drawStaticText(
         left + indent, top + textTop_,
         LaidOut(column, room, list_.CellText(position, static_cast<MessageColumn>(column))));
+}
+
+/// Returns the distance of the text from the cell's left edge.
+int MessageRowPainter::Indent(int column) const {
+    const bool hasPicture = column == static_cast<int>(MessageColumn::DateLogged);
+    return hasPicture ? CellMargin + iconSide_ + CellMargin : CellMargin;
+}
+
+int MessageRowPainter::WidthOf(int row, int column) const {
+    const std::string text =
+        list_.CellText(static_cast<std::size_t>(row), static_cast<MessageColumn>(column));
+    return Indent(column) + view_.fontMetrics().horizontalAdvance(ToShownLine(text)) + CellMargin;
 }
 
 void MessageRowPainter::PaintFocus(QPainter& painter, const QRect& line, bool selected) {
@@ -79,8 +88,7 @@ const QStaticText& MessageRowPainter::LaidOut(int column, int width, std::string
         return found->second;
     if (known.size() >= MostLaidOut)
         known.clear();
-    const QString line = ToVisibleLine(std::string_view(text).substr(0, LongestShownText));
-    QStaticText laidOut(view_.fontMetrics().elidedText(line, Qt::ElideRight, width));
+    QStaticText laidOut(view_.fontMetrics().elidedText(ToShownLine(text), Qt::ElideRight, width));
     laidOut.setTextFormat(Qt::PlainText);
     laidOut.setPerformanceHint(QStaticText::AggressiveCaching);
     laidOut.prepare({}, view_.font());

@@ -30,12 +30,15 @@ public:
     void Begin(int rowHeight);
     /// Draws the row at that position of the list, `top` pixels below the top of the viewport.
     void PaintRow(QPainter& painter, int row, int top, bool hasFocus);
+    /// Returns the width that the cell needs to show its whole text.
+    int WidthOf(int row, int column) const;
     /// To be called when the view's font or a column's width changes.
     void ForgetLaidOutTexts();
 
 private:
     using LaidOutTexts = std::unordered_map<std::string, QStaticText, SeededHash, std::equal_to<>>;
 
+    int Indent(int column) const;
     void PaintCell(QPainter& painter, int row, int column, int top);
     void PaintFocus(QPainter& painter, const QRect& line, bool selected);
     const QStaticText& LaidOut(int column, int width, std::string text);

@@ -29,6 +29,12 @@ std::optional<std::size_t> MessageList::PositionOf(Slot slot) const {
     return order_.PositionOf(MakeEntry(slot), Rule(), TieBreak());
 }
 
+std::optional<std::size_t> MessageList::CountBefore(Slot slot) const {
+    if (!rows_.Holds(slot))
+        return std::nullopt;
+    return order_.CountBefore(MakeEntry(slot), Rule(), TieBreak());
+}
+
 std::string MessageList::CellText(std::size_t position, MessageColumn column) const {
     return rows_.CellText(SlotAt(position), column);
 }

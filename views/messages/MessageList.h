@@ -27,6 +27,9 @@ public:
     Slot SlotAt(std::size_t position) const { return static_cast<Slot>(order_.At(position).Id); }
     /// Returns nothing if this list does not show the row of `slot`.
     std::optional<std::size_t> PositionOf(Slot slot) const;
+    /// Returns how many rows sort before the row of `slot`, which this list need not show: the position that
+    /// the row has or would have.  Returns nothing if the slot has no row.
+    std::optional<std::size_t> CountBefore(Slot slot) const;
     std::string CellText(std::size_t position, MessageColumn column) const;
     EventType TypeAt(std::size_t position) const;
     /// Returns the first row whose first column begins with `text`, ignoring case, searching from `start` to

@@ -117,23 +117,31 @@ RowOrder::Range RowOrder::EqualRange(const RowEntry& entry, const Rule& rule) co
             Position(Partition([&](const RowEntry& other) { return rule.Compare(other, entry) <= 0; }))};
 }
 
+/// Returns the position of the first of the equal entries that was not added before `entry`.
+std::size_t RowOrder::FirstNotBefore(const RowEntry& entry, Range equal, const TieBreak& tieBreak) const {
+    const std::uint64_t wanted = tieBreak(IdOf(entry));
+    while (equal.First < equal.Last) {
+        const std::size_t middle = equal.First + (equal.Last - equal.First) / 2;
+        if (tieBreak(IdOf(At(middle))) < wanted)
+            equal.First = middle + 1;
+        else
+            equal.Last = middle;
+    }
+    return equal.First;
+}
+
+std::size_t RowOrder::CountBefore(const RowEntry& entry, const Rule& rule, const TieBreak& tieBreak) const {
+    return FirstNotBefore(entry, EqualRange(entry, rule), tieBreak);
+}
+
 std::optional<std::size_t> RowOrder::PositionOf(const RowEntry& entry, const Rule& rule,
                                                 const TieBreak& tieBreak) const {
-    const Range range = EqualRange(entry, rule);
-    const std::uint64_t wanted = range.Last - range.First > 1 ? tieBreak(IdOf(entry)) : 0;
-    std::size_t first = range.First;
-    for (std::size_t count = range.Last - range.First; count > 1;) {
-        const std::size_t half = count / 2;
-        if (tieBreak(IdOf(At(first + half))) <= wanted) {
-            first += half;
-            count -= half;
-        } else {
-            count = half;
-        }
-    }
-    if (first >= range.Last || At(first).Id != entry.Id)
+    const Range equal = EqualRange(entry, rule);
+    const std::size_t position =
+        equal.Last - equal.First > 1 ? FirstNotBefore(entry, equal, tieBreak) : equal.First;
+    if (position >= equal.Last || At(position).Id != entry.Id)
         return std::nullopt;
-    return first;
+    return position;
 }
 
 void RowOrder::Select(std::size_t first, std::size_t last, bool selected) {

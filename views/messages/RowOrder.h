@@ -67,6 +67,8 @@ public:
     /// those with which the entry was added, because a binary search compares them.
     std::optional<std::size_t> PositionOf(const RowEntry& entry, const Rule& rule,
                                           const TieBreak& tieBreak) const;
+    /// Returns how many entries sort before this one, which need not be among them.
+    std::size_t CountBefore(const RowEntry& entry, const Rule& rule, const TieBreak& tieBreak) const;
 
     std::size_t SelectedCount() const { return selectedCount_; }
     /// Selects or deselects the entries at `first` to `last`, inclusive; both must exist.
@@ -99,6 +101,7 @@ private:
     };
 
     Range EqualRange(const RowEntry& entry, const Rule& rule) const;
+    std::size_t FirstNotBefore(const RowEntry& entry, Range equal, const TieBreak& tieBreak) const;
     Place Find(std::size_t position) const;
     template <typename SortsBefore>
     Place Partition(SortsBefore sortsBefore) const;

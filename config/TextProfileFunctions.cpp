@@ -1,21 +1,23 @@
 #include "config/TextProfileFunctions.h"
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 #include <utility>
 
+#include "config/EncodedProfile.h"
 #include "config/ProfileText.h"
 #include "platform/WholeFile.h"
 
 namespace tallyhorn {
 namespace {
 
-ProfileText ReadProfile(const char* file) {
+EncodedProfile ReadProfile(const char* file) {
     std::string bytes;
     if (file == nullptr ||
         ReadWholeFile(file, TextProfileFunctions::MaximumFileSize, bytes) != ReadOutcome::Complete)
         bytes.clear();
-    return ProfileText(std::move(bytes));
+    return EncodedProfile(bytes);
 }
 
 std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) {
@@ -48,12 +50,56 @@ std::string_view DefaultText(const char* text) {
     return UnquoteProfileValue(result);
 }
 
+/// The system's functions, but TextProfileFunctions for a file with a mark that those of Windows take for a
+/// part of the first line: they know only the mark of UTF-16 little-endian.
+class MarkedProfileFunctions final : public ProfileFunctions {
+public:
+    explicit MarkedProfileFunctions(std::unique_ptr<ProfileFunctions> system) : system_(std::move(system)) {}
+
+    std::uint32_t GetPrivateProfileString(const char* section, const char* key, const char* defaultText,
+                                          char* buffer, std::uint32_t size, const char* file) override {
+        return For(file).GetPrivateProfileString(section, key, defaultText, buffer, size, file);
+    }
+    std::uint32_t GetPrivateProfileInt(const char* section, const char* key, std::int32_t defaultValue,
+                                       const char* file) override {
+        return For(file).GetPrivateProfileInt(section, key, defaultValue, file);
+    }
+    bool WritePrivateProfileString(const char* section, const char* key, const char* value,
+                                   const char* file) override {
+        return For(file).WritePrivateProfileString(section, key, value, file);
+    }
+    std::uint32_t GetPrivateProfileSectionNames(char* buffer, std::uint32_t size, const char* file) override {
+        return For(file).GetPrivateProfileSectionNames(buffer, size, file);
+    }
+    std::uint32_t GetPrivateProfileSection(const char* section, char* buffer, std::uint32_t size,
+                                           const char* file) override {
+        return For(file).GetPrivateProfileSection(section, buffer, size, file);
+    }
+
+private:
+    ProfileFunctions& For(const char* file) {
+        constexpr std::size_t LongestMark = 3;
+        std::string start(LongestMark, '\0');
+        if (file != nullptr) {
+            std::ifstream stream(file, std::ios::binary);
+            stream.read(start.data(), static_cast<std::streamsize>(start.size()));
+        }
+        const ProfileEncoding encoding = EncodingOf(start);
+        const bool known =
+            encoding == ProfileEncoding::Ansi || encoding == ProfileEncoding::Utf16LittleEndian;
+        return known ? *system_ : text_;
+    }
+
+    const std::unique_ptr<ProfileFunctions> system_;
+    TextProfileFunctions text_;
+};
+
 }  // namespace
 
 std::uint32_t TextProfileFunctions::GetPrivateProfileString(const char* section, const char* key,
                                                             const char* defaultText, char* buffer,
                                                             std::uint32_t size, const char* file) {
-    const ProfileText profile = ReadProfile(file);
+    const EncodedProfile profile = ReadProfile(file);
     if (section == nullptr)
         return CopyList(profile.SectionNames(), buffer, size);
     if (key != nullptr) {
@@ -82,16 +128,17 @@ bool TextProfileFunctions::WritePrivateProfileString(const char* section, const 
     const ReadOutcome outcome = ReadWholeFile(file, MaximumFileSize, before);
     if (outcome == ReadOutcome::Failed)
         return false;
-    ProfileText profile(before);
+    EncodedProfile profile(before);
     if (key == nullptr)
         profile.DeleteSection(section);
     else if (value == nullptr)
         profile.DeleteKey(section, key);
     else
         profile.SetValue(section, key, value);
-    if (profile.Bytes() == before)
+    const std::string after = profile.Bytes();
+    if (after == before)
         return true;
-    return profile.Bytes().size() <= MaximumFileSize && ReplaceWholeFile(file, profile.Bytes());
+    return after.size() <= MaximumFileSize && ReplaceWholeFile(file, after);
 }
 
 std::uint32_t TextProfileFunctions::GetPrivateProfileSectionNames(char* buffer, std::uint32_t size,
@@ -108,7 +155,9 @@ std::uint32_t TextProfileFunctions::GetPrivateProfileSection(const char* section
 
 std::unique_ptr<ProfileFunctions> MakeProfileFunctions() {
     std::unique_ptr<ProfileFunctions> system = MakeSystemProfileFunctions();
-    return system != nullptr ? std::move(system) : std::make_unique<TextProfileFunctions>();
+    if (system == nullptr)
+        return std::make_unique<TextProfileFunctions>();
+    return std::make_unique<MarkedProfileFunctions>(std::move(system));
 }
 
 }  // namespace tallyhorn

@@ -9,12 +9,21 @@
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/FileReplacement.h"
+#include "platform/linux/FileWriting.h"
 
 namespace tallyhorn {
 namespace {
 
 /// The number of bytes to read at a time after the file has proved longer than its reported size.
 constexpr std::size_t MoreRoom = 65536;
+
+/// Overwrites a file in a folder that takes no new file.  The file is cut after the new bytes are written, so
+/// that a full disk loses as little as possible.
+bool OverwriteWholeFile(const std::string& path, std::string_view bytes) {
+    const FileDescriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    return file && WriteAll(file.Get(), bytes) &&
+           ftruncate(file.Get(), static_cast<off_t>(bytes.size())) == 0 && fsync(file.Get()) == 0;
+}
 
 }  // namespace
 
@@ -43,7 +52,9 @@ ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::str
 
 bool ReplaceWholeFile(const std::string& path, std::string_view bytes) {
     FileReplacement file;
-    return file.Begin(path) && file.Write(bytes) && file.Commit();
+    if (file.Begin(path))
+        return file.Write(bytes) && file.Commit();
+    return errno == EACCES && OverwriteWholeFile(path, bytes);
 }
 
 }  // namespace tallyhorn

@@ -26,6 +26,14 @@ bool WriteTemporary(const std::string& temporary, std::string_view bytes) {
     return file && WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) != 0;
 }
 
+/// Overwrites a file in a folder that takes no new file.
+bool OverwriteFile(const std::string& path, std::string_view bytes) {
+    const OwnedHandle file(CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && GetFileType(file.Get()) == FILE_TYPE_DISK && WriteAll(file.Get(), bytes) &&
+           SetEndOfFile(file.Get()) != 0 && FlushFileBuffers(file.Get()) != 0;
+}
+
 }  // namespace
 
 ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::string& bytes) {
@@ -53,9 +61,11 @@ ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::str
 
 bool ReplaceWholeFile(const std::string& path, std::string_view bytes) {
     const std::string temporary = TemporaryName(path);
-    const bool replaced =
-        WriteTemporary(temporary, bytes) &&
-        MoveFileExA(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    const bool written = WriteTemporary(temporary, bytes);
+    if (!written && GetLastError() == ERROR_ACCESS_DENIED)
+        return OverwriteFile(path, bytes);
+    const bool replaced = written && MoveFileExA(temporary.c_str(), path.c_str(),
+                                                 MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     if (!replaced)
         DeleteFileA(temporary.c_str());
     return replaced;

@@ -134,5 +134,48 @@ TEST(TextProfileFunctions, WritesReplaceTheFileUnlessItIsTooLargeToBeRead) {
     EXPECT_EQ(CountFiles(folder.Path()), 1U);
 }
 
+std::string Utf16(std::u16string_view text, bool littleEndian) {
+    std::string bytes;
+    for (const char16_t unit : text) {
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        bytes += littleEndian ? low : high;
+        bytes += littleEndian ? high : low;
+    }
+    return bytes;
+}
+
+TEST(TextProfileFunctions, ReadsAndKeepsTheEncodingOfAMarkedFile) {
+    // The comment holds characters beyond ANSI and half a surrogate pair, which no write may change.
+    const std::u16string before = u"\xFEFF; \x0416 \xD83D\xDE00 \xD800!\r\n[General]\r\nSeperator=\x20AC";
+    const std::u16string written = before.substr(0, before.size() - 1) + u"\x2026\r\nMore=\xE4\r\n";
+    const std::string comment = "\xEF\xBB\xBF; \xD0\x96 \xFF\r\n[General]\r\nSeperator=";
+    const std::pair<std::string, std::string> cases[] = {
+        {Utf16(before, true), Utf16(written, true)},
+        {Utf16(before, false), Utf16(written, false)},
+        {comment + "\xE2\x82\xAC", comment + "\xE2\x80\xA6\r\nMore=\xC3\xA4\r\n"},
+        {"\xFF\xFE", Utf16(u"\xFEFF[General]\r\nSeperator=\x2026\r\nMore=\xE4\r\n", true)},
+        {"\xEF\xBB\xBF", "\xEF\xBB\xBF[General]\r\nSeperator=\xE2\x80\xA6\r\nMore=\xC3\xA4\r\n"},
+    };
+    const TemporaryFolder folder;
+    const std::unique_ptr<ProfileFunctions> functions = MakeProfileFunctions();
+    int number = 0;
+    for (const auto& [bytes, expected] : cases) {
+        const std::string path = folder / (std::to_string(number++) + ".ini");
+        const auto read = [&](const char* key) {
+            std::string buffer(20, '#');
+            buffer.resize(
+                functions->GetPrivateProfileString("General", key, "", buffer.data(), 20, path.c_str()));
+            return buffer;
+        };
+        WriteBytes(path, bytes);
+        EXPECT_EQ(read("Seperator"), bytes.size() > 3 ? "\x80" : "") << number;
+        EXPECT_TRUE(functions->WritePrivateProfileString("General", "Seperator", "\x85", path.c_str()));
+        EXPECT_TRUE(functions->WritePrivateProfileString("General", "More", "\xE4", path.c_str()));
+        EXPECT_EQ(ReadBytes(path), expected) << number;
+        EXPECT_EQ(read("Seperator") + read("More"), "\x85\xE4") << number;
+    }
+}
+
 }  // namespace
 }  // namespace tallyhorn

@@ -74,6 +74,12 @@ TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
         EXPECT_EQ(Replace(folder / "new"), takesNewFiles);
         fs::remove(folder / "new");
         EXPECT_TRUE(Replace(folder / "open"));
+        for (const char* const name : {"guarded", "new", "open"})
+            EXPECT_EQ(ReplaceWholeFile(folder / name, "whole"),
+                      name[0] == 'o' || (name[0] == 'n' && takesNewFiles));
+        EXPECT_EQ(ReadBytes(folder / "open"), "whole");
+        fs::remove(folder / "new");
+        EXPECT_TRUE(Replace(folder / "open"));
     }
     fs::permissions(folder.Path(), fs::perms::owner_all);
     EXPECT_EQ(ReadBytes(folder / "guarded"), "before");

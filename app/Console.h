@@ -111,6 +111,7 @@ private:
     void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;
     void InitializeWinsock() override;
+    std::optional<std::int32_t> ListeningPort() const override { return syslog_.ListeningPort(); }
     void SetSeperator(std::string_view seperator) override;
     void SetSoundOn(bool on) override;
     void SetDateTime(std::int32_t order) override;

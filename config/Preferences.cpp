@@ -14,6 +14,8 @@ constexpr std::string_view PortNotNumericText = "You must set the UDP Port to a 
 constexpr std::string_view ResetQuestion =
     "Are you sure you want to reset the main window dimensions and column widths?";
 
+constexpr std::int32_t LastUdpPort = 65535;
+
 bool FitsIn16Bits(std::int32_t number) {
     return number >= std::numeric_limits<std::int16_t>::min() &&
            number <= std::numeric_limits<std::int16_t>::max();
@@ -62,13 +64,29 @@ bool Preferences::Save(const PreferenceFields& fields) {
     return true;
 }
 
+bool Preferences::IsOpenedBySave(std::int32_t port) const {
+    return FitsIn16Bits(port) || (port == shownPort_ && !parts_.Host.ListeningPort());
+}
+
+std::string_view Preferences::NoteAbout(const std::string& port) const {
+    if (!IsNumeric(port))
+        return "";
+    std::int32_t number = 0;
+    if (!ReadInt32(port, number) || number < 0 || number > LastUdpPort)
+        return "This is no UDP port: ports are 0 to 65535";
+    return IsOpenedBySave(number) || number == parts_.Host.ListeningPort() ? "" : "Used from the next start";
+}
+
 /// Writes the port as the user typed it (for example " 514 "), but compares and stores it as a number.
 bool Preferences::SavePort(const std::string& text) {
     std::int32_t port = 0;
     if (!ReadInt32(text, port))
         return false;
-    if (port == shownPort_)
+    if (port == shownPort_) {
+        if (!parts_.Host.ListeningPort())
+            parts_.Host.InitializeWinsock();
         return true;
+    }
     WriteSetting(parts_.Profile, "SyslogUDPPort", text);
     if (!FitsIn16Bits(port))
         return false;

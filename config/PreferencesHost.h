@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace tallyhorn {
@@ -14,6 +15,8 @@ public:
     /// Handles the datagrams that have already arrived, closes the syslog endpoint and opens it on the port
     /// that the settings file names.  If that fails, the console reports it after the dialog has closed.
     virtual void InitializeWinsock() = 0;
+    /// Returns the UDP port at which the syslog endpoint listens, or nothing if it listens at none.
+    virtual std::optional<std::int32_t> ListeningPort() const = 0;
 
     // The following functions change the settings that the console holds in memory.
 

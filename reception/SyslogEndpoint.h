@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,10 @@ public:
     /// `port` is 0, the system chooses one.  Returns false if `port` cannot be bound, and then listens at no
     /// port.
     bool InitializeWinsock(std::int32_t port);
+    /// Returns the UDP port at which it listens, or nothing if it listens at none.
+    std::optional<std::int32_t> ListeningPort() const {
+        return wscSyslog != nullptr ? std::optional<std::int32_t>(wscSyslog->Port()) : std::nullopt;
+    }
     /// Stops listening and handles all datagrams that have arrived, including those that a pause has queued.
     void Close();
 

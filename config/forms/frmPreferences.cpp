@@ -83,7 +83,16 @@ QGroupBox* frmPreferences::BuildPort() {
     auto* const fraPort =
         Named(new QGroupBox(tr("UDP Port That Receives Syslog Messages"), this), QStringLiteral("fraPort"));
     txtSyslogUDPPort = MakeTextBox(QStringLiteral("txtSyslogUDPPort"), PortCharacters, fraPort);
-    fraPort->setLayout(MakeLine(tr("&Port Number:"), QStringLiteral("lblSyslogUDPPort"), txtSyslogUDPPort));
+    auto* const layout = new QVBoxLayout(fraPort);
+    layout->addLayout(MakeLine(tr("&Port Number:"), QStringLiteral("lblSyslogUDPPort"), txtSyslogUDPPort));
+    lblPortNote = MakeLabel(QString(), QStringLiteral("lblPortNote"), fraPort);
+    // The empty line has a height too, so that the dialog keeps its size.
+    lblPortNote->setMinimumHeight(lblPortNote->fontMetrics().height());
+    layout->addWidget(lblPortNote);
+    connect(txtSyslogUDPPort, &QLineEdit::textChanged, this, [this](const QString& text) {
+        lblPortNote->setText(ToQString(preferences_.NoteAbout(FromQString(text))));
+        txtSyslogUDPPort->setAccessibleDescription(lblPortNote->text());
+    });
     return fraPort;
 }
 

@@ -7,6 +7,7 @@
 
 class QCheckBox;
 class QGroupBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
@@ -40,6 +41,7 @@ private:
     bool busy_ = false;  ///< true during a command, so that a click among the events that it runs is ignored
 
     QLineEdit* txtSyslogUDPPort = nullptr;
+    QLabel* lblPortNote = nullptr;
     QCheckBox* chkSound = nullptr;
     std::array<QCheckBox*, 3> chkShowTab{};
     std::array<QRadioButton*, 2> optDateTime{};

@@ -85,6 +85,37 @@ TEST_F(PreferencesTest, AChangedPortIsOpenedIfItFitsInto16Bits) {
     }
 }
 
+TEST_F(PreferencesTest, AnUnchangedPortIsOpenedIfNoneIs) {
+    for (const char* const port : {"514", "0", "40000"}) {
+        LoadFrom("SyslogUDPPort=" + std::string(port) + "\r\n");
+        host_.OpenedPorts.clear();
+        host_.Listening.reset();
+        EXPECT_TRUE(preferences_.Save(WithPort(port)));
+        EXPECT_THAT(host_.OpenedPorts, ElementsAre(std::stoi(port)));
+    }
+}
+
+TEST_F(PreferencesTest, NotesWhichPortsAreNotOpened) {
+    const std::string later = "Used from the next start";
+    const std::string none = "This is no UDP port: ports are 0 to 65535";
+    // The port in the file, the port at which the console listens, ports as typed, the note about them.
+    const std::tuple<const char*, std::optional<std::int32_t>, const char*, std::string> cases[] = {
+        {"514", 514, "0|514| 1514 |32767|word||40000x", ""},
+        {"514", 514, "32768|40000| 65535 ", later},
+        {"514", 514, "65536|70000|-5|99999999999", none},
+        {"40000", 40000, "40000", ""},
+        {"40000", 514, "40000", later},
+        {"40000", std::nullopt, "40000", ""},
+        {"40000", std::nullopt, "40001", later},
+    };
+    for (const auto& [inFile, listening, typed, note] : cases) {
+        LoadFrom("SyslogUDPPort=" + std::string(inFile) + "\r\n");
+        host_.Listening = listening;
+        for (const std::string& port : SplitAtBars(typed))
+            EXPECT_EQ(preferences_.NoteAbout(port), note) << port;
+    }
+}
+
 TEST_F(PreferencesTest, AFailedPortFailsAgainUntilItIsCorrected) {
     LoadFrom("SyslogUDPPort=514\r\n");
     EXPECT_FALSE(preferences_.Save(WithPort("50000")));

@@ -291,6 +291,10 @@ TEST_F(TakenPortTest, RunsWithoutSyslogIfThePreferencesAreCancelled) {
     EXPECT_EQ(boxes_.Shown.size(), 1U);
     EXPECT_FALSE(console_->HasEnded());
     EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Not listening for syslog messages");
+    datagrams_.Taken.clear();
+    InDialog([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); });
+    Command("configure");
+    EXPECT_EQ(Find<QLabel>("stbMain2")->toolTip(), "Listening on UDP port 5514") << "OK tries it again";
 }
 
 TEST_F(TakenPortTest, CancelEndsTheConsole) {

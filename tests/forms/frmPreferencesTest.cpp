@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
 #include <memory>
 
 #include "config/forms/frmPreferences.h"
@@ -85,6 +86,7 @@ TEST_F(frmPreferencesTest, StaysOpenUntilThePortIsAccepted) {
     EXPECT_EQ(Text("txtSyslogUDPPort"), "5 14");
     EXPECT_EQ(Focus(), "txtSyslogUDPPort");
     QTest::keyClicks(window_->focusWidget(), "32768");  // beyond 16 bits with a sign
+    EXPECT_EQ(Find<QLabel>("lblPortNote")->text().toStdString(), "Used from the next start");
     Click("cmdOK");
     EXPECT_TRUE(window_->isVisible());
     EXPECT_FALSE(IsBusy());

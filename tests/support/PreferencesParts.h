@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@ public:
     explicit FakePreferencesHost(PrivateProfile& profile) : profile_(profile) {}
 
     void InitializeWinsock() override { OpenedPorts.push_back(ReadSyslogPort(profile_)); }
+    std::optional<std::int32_t> ListeningPort() const override { return Listening; }
     void SetSeperator(std::string_view seperator) override { Held.Seperator = seperator; }
     void SetSoundOn(bool on) override { Held.SoundOn = on; }
     void SetDateTime(std::int32_t order) override { Held.DateTime = order; }
@@ -36,6 +38,7 @@ public:
         WindowCalls += Held.ColumnWidths == Settings().ColumnWidths ? "share " : "keep ";
     }
 
+    std::optional<std::int32_t> Listening = 514;
     Settings Held;
     std::vector<std::int32_t> OpenedPorts;
     std::string WindowCalls;

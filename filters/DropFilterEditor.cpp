@@ -17,7 +17,7 @@ std::string OnOneLine(std::string text) {
     return text;
 }
 
-/// The record number if no entry is selected; no record has it.
+/// Used as record number if no entry is selected; no record has this number.
 constexpr std::int32_t NoRecord = 0;
 
 }  // namespace

@@ -44,33 +44,35 @@ public:
 
     void InitForm() { mode_ = DialogMode::Plain; }
     void InitFormAsManager();
-    /// Changes to the mode Adding.  Returns the proposed fields of a filter for this notification.
+    /// Changes to the mode Adding.  Returns the proposed fields of a filter for notifications like `alarm`.
     FilterFields InitFormAsQuickAdd(const AlarmRecord& alarm);
 
     DialogMode Mode() const { return mode_; }
-    /// Contains the filters among the first SuppressionFilters::MaxRecords records, and all that were added
-    /// since.
+    /// Returns the filters among the first SuppressionFilters::MaxRecords records of the file, and those
+    /// added since the list was filled.
     const std::vector<Entry>& Entries() const { return entries_; }
-    /// Returns the entry on which Edit, Delete and Save act.  One is always selected unless the list is
+    /// Returns the entry on which Edit, Delete and Save act.  An entry is always selected unless the list is
     /// empty.
     std::optional<std::size_t> Selected() const { return selected_; }
     void Select(std::size_t entry);
-    /// Sorts by name without regard to case, and keeps that order as entries change.
+    /// Sorts the entries by record number or by name, ignoring case, and keeps that order when entries
+    /// change.
     void Sort(Order order);
 
     void Add() { mode_ = DialogMode::Adding; }
     /// Returns the fields of the selected filter.
     FilterFields Edit();
     /// Returns the fields of the selected filter, as the file has them, or empty ones if none is selected.
-    /// Unlike Edit it does not change SuppressionFilters::CurrentFilter, whose dates go into the next record
-    /// that is written.
+    /// Unlike Edit, it does not change SuppressionFilters::CurrentFilter, whose dates are written with the
+    /// next record.
     FilterFields SelectedFields();
     /// Deletes the selected filter, if any.  Returns false if the file could not be written.
     bool Delete();
     /// Saves the fields as a new filter or as the selected one, depending on the mode, and returns to Manage,
-    /// also if the file could not be written.  If it refuses a field, it shows the reason and keeps the mode.
+    /// even if the file could not be written.  If it refuses a field, it keeps the mode and, except for
+    /// NoEventID, shows the reason.
     Answer Save(FilterFields& fields);
-    /// Returns true if the dialog is to close; otherwise the mode is now Manage.
+    /// Returns true if the dialog is to close; otherwise changes to the mode Manage and returns false.
     bool Cancel();
     /// Loads the filters again.  Call it when the dialog closes.
     void Unload();
@@ -81,7 +83,7 @@ private:
     bool AddFilter(const std::string& name);
     bool UpdateFilter(const std::string& name);
     void ReadFileAgain();
-    /// Sorts the entries and selects the one with that record number, or else the first.
+    /// Sorts the entries and selects the one with this record number, or the first if there is none.
     void Arrange(std::int32_t selectedRecord);
     std::int32_t SelectedRecord() const;
 

@@ -31,8 +31,8 @@ struct FilterFields {
 inline constexpr AlarmDate FirstTypedDate{-59'011'459'200};
 inline constexpr AlarmDate LastTypedDate{253'402'300'799};
 
-/// Returns the fields to edit: texts without NULs and surrounding blanks, as matching reads them, and dates
-/// limited to those that can be typed.
+/// Returns the fields to edit: texts without NULs and surrounding blanks, as they are compared with alarms,
+/// and dates limited to those that can be typed.
 FilterFields ShowRecord(const SuppressionFilter& record);
 
 /// Copies the fields into the record, whose dates change only if the fields have a date range.  A date that

@@ -32,7 +32,7 @@ void FilterFile::Close() {
 
 bool FilterFile::TryOpen(std::ios::openmode mode) {
     file_.clear();
-    // With no buffer, each read takes one record's bytes from the file as they are now.
+    // Without a buffer, each read gets the current bytes of one record from the file.
     file_.rdbuf()->pubsetbuf(nullptr, 0);
     file_.open(path_, mode | std::ios::binary);
     return file_.is_open();

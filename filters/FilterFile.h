@@ -21,11 +21,13 @@ public:
     void Open();
     void Close();
 
-    /// Returns the number of records that fit the file's present size, blank ones included.
+    /// Returns the number of records that the file has at its current size, including blank ones.
     std::int32_t CountRecords();
-    /// Returns nothing if any of the record's 236 data bytes is missing; the unused rest may be.
+    /// Returns nothing if any of the record's 236 data bytes is missing; the unused bytes after them may be
+    /// missing.
     std::optional<SuppressionFilter> Read(std::int32_t recordNumber);
-    /// Replaces the record, or extends the file by it.  Returns whether the system accepted the bytes.
+    /// Replaces the record, or extends the file if it does not have this record yet.  Returns whether the
+    /// system accepted the bytes.
     bool Write(std::int32_t recordNumber, const SuppressionFilter& filter);
 
 private:

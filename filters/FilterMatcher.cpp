@@ -70,8 +70,8 @@ FilterMatcher::Tests FilterMatcher::MakeTests(const SuppressionFilter& filter) {
     const bool testsMore = filter.UseDateRange != FilterFalse || filter.EventID != AnyEventID ||
                            std::any_of(tests.Texts.begin(), tests.Texts.end(),
                                        [](const TextTest& test) { return !test.Wanted.empty(); });
-    // compatibility: an alarm of another type than the five skips the type test, so it matches if the filter
-    // has other tests; a filter that tests the type alone never matches it.
+    // compatibility: an alarm whose type is none of the five skips the type test.  It can match a filter with
+    // other tests, but never one that tests only the type.
     if (testsMore)
         tests.EventTypes = OtherType;
     if (filter.EventTypes != 0)

@@ -13,14 +13,15 @@
 namespace tallyhorn {
 
 /// Owns the tests of all suppression filters: texts trimmed and in upper case, dates as whole seconds.  It
-/// never changes after its construction. Texts are compared as they are: filing them in a hash table saved
-/// less than 50 of the 2,800 ns per notification with 100 filters.
+/// never changes after its construction. Texts are compared as they are: looking them up in a hash table
+/// would save less than 50 of the 2,800 ns per notification with 100 filters.
 class FilterMatcher {
 public:
     FilterMatcher() = default;
     explicit FilterMatcher(std::span<const SuppressionFilter> filters);
 
-    /// Returns whether at least one filter matches: it has at least one test, and none of its tests fails.
+    /// Returns whether at least one filter matches.  A filter matches if it has at least one test and none of
+    /// its tests fails.
     bool Matches(const AlarmRecord& alarm) const;
 
 private:
@@ -41,7 +42,7 @@ private:
     /// pass.
     struct Tests {
         std::int32_t EventID;
-        std::uint32_t EventTypes;  ///< the types that pass, as bits; OtherType is one of them
+        std::uint32_t EventTypes;  ///< the types that pass: bits of FilterEventTypes, and OtherType
         std::int64_t FirstSecond;
         std::int64_t LastSecond;
         std::array<TextTest, TextCount> Texts;

@@ -53,7 +53,7 @@ inline constexpr std::int32_t AnyEventID = -1;
 /// One suppression filter as the filter file stores it, with the fields in the order of the file.  A new one
 /// is blank.  Encoding and decoding preserve every value of every field, even one that makes no sense.
 struct SuppressionFilter {
-    FixedText<50> FilterName;  ///< only blanks and NULs: a deleted filter, which is never matched
+    FixedText<50> FilterName;  ///< if it has only blanks and NULs, the filter is deleted and never matches
     std::int16_t UseDateRange = FilterFalse;
     double BeginDate = 0;         ///< days since 1899-12-30, inclusive
     double EndDate = 0;           ///< days since 1899-12-30, inclusive

@@ -11,12 +11,12 @@
 
 namespace tallyhorn {
 
-/// Owns the file of suppression filters, the filters that were loaded from it, and the record through which
-/// it is read and written.  A file that cannot be read contains no filters.
+/// Owns the file of suppression filters, the filters that were loaded from it, and CurrentFilter, the record
+/// through which the file is read and written.  A file that cannot be read contains no filters.
 class SuppressionFilters {
 public:
-    /// The most records that are loaded or listed: far more than a user creates, yet a foreign file of any
-    /// size costs less than a second and 50 MB.
+    /// The most records that are loaded or listed: far more than a user creates, yet loading any file takes
+    /// less than a second and 50 MB.
     static constexpr std::int32_t MaxRecords = 100'000;
 
     explicit SuppressionFilters(std::filesystem::path filterFile);
@@ -25,7 +25,7 @@ public:
     void OpenFilterFile() { file_.Open(); }
     void CloseFilterFile() { file_.Close(); }
     /// Replaces the loaded filters by the records of the file that are not blank, and sets FilterCount to
-    /// their number.  Leaves the last record of the file, blank or not, in CurrentFilter.
+    /// their number.  Leaves the last record that was read, blank or not, in CurrentFilter.
     void LoadSuppressionFilters();
 
     /// Returns whether at least one loaded filter matches.
@@ -40,16 +40,16 @@ public:
     std::optional<SuppressionFilter> PeekFilterRecord(std::int32_t recordNumber) {
         return file_.Read(recordNumber);
     }
-    /// Writes CurrentFilter as that record.  Returns whether the system accepted the bytes.  The loaded
-    /// filters change with the next LoadSuppressionFilters.
+    /// Writes CurrentFilter to the record with this number.  Returns whether the system accepted the bytes.
+    /// The loaded filters change with the next LoadSuppressionFilters.
     bool WriteFilterRecord(std::int32_t recordNumber);
     /// Makes CurrentFilter a blank record, which marks a deleted filter in the file.  compatibility: its
     /// dates stay, since existing files have them.
     void ClearFilterRecord();
 
     SuppressionFilter CurrentFilter;
-    /// The number of loaded filters after LoadSuppressionFilters, but the number of records in the file,
-    /// blank ones included, while DropFilterEditor is in use, which adds a filter as record FilterCount + 1.
+    /// After LoadSuppressionFilters, the number of loaded filters.  While DropFilterEditor is in use, the
+    /// number of records in the file, including blank ones; the editor adds each filter after them.
     std::int32_t FilterCount = 0;
 
 private:

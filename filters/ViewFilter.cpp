@@ -9,13 +9,15 @@
 namespace tallyhorn {
 namespace {
 
-/// The number of rows that are tested or removed before the clock is read again, which costs more than a row.
+/// The number of rows that are tested or removed before the clock is read again, because reading it takes
+/// longer than testing a row.
 constexpr std::size_t RowsPerLook = 1024;
 /// The number of messages that are read and shown before the clock is read again.  Their leaves are added
 /// together, which is faster.
 constexpr std::size_t MessagesPerLook = 64;
 
-/// The criteria for one channel's rows, as the ids that the texts have in those rows.
+/// The filter's criteria for the rows of one channel.  Each text is replaced by its id in those rows, so that
+/// a test compares only numbers.
 class RowTest {
 public:
     RowTest(const MessageRows& rows, const ViewFilter::Criteria& criteria) : rows_(rows) {
@@ -123,7 +125,7 @@ void ViewFilter::Apply(const Criteria& criteria) {
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
         rows += list.Size();
-    // Two steps per row: it is tested, then it is removed or gets a new leaf.
+    // Each row counts as two steps: it is tested, and then removed or given a new leaf.
     LongWork work(context_.Display, context_.Slices, 2 * rows);
 
     ShowLists(channel, false);
@@ -191,8 +193,8 @@ void ViewFilter::RebuildTree(const std::vector<Slot>& kept, LongWork& work) {
     });
 }
 
-/// Adds the noted leaves before it calls Advance, because Advance lets events run, and then every row must
-/// have its leaf.
+/// Adds the noted leaves before it calls Advance, because Advance lets events run, and every row must have
+/// its leaf when events run.
 void ViewFilter::AddLeaves(std::size_t count, LongWork& work) {
     context_.Received.Tree.AddNoted();
     work.Advance(count);

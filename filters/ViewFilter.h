@@ -14,30 +14,30 @@
 
 namespace tallyhorn {
 
-/// Hides the rows of all alarms but those with chosen texts in up to four columns, and shows all kept
+/// Hides the rows of all messages except those with chosen texts in up to four columns, and shows all
 /// messages again when it is removed.  Apply and RemoveViewFilter let pending events run, and hold arrivals.
 class ViewFilter final : public ViewFilterState {
 public:
-    /// All arguments must outlive the filter.
+    /// The objects that `context` refers to must outlive the filter.
     explicit ViewFilter(const MessageContext& context) : context_(context) {}
 
     /// The columns Alarm, LogType, AccountName and Computer of the lists, in this order.
     static constexpr std::size_t CriterionCount = MessageRow::TextCount;
-    /// The text that a column must have; nothing for a column that accepts all texts.
+    /// The text that each column must have; nothing for a column that accepts all texts.
     using Criteria = std::array<std::optional<std::string>, CriterionCount>;
     using Values = std::array<std::vector<std::string>, CriterionCount>;
 
-    /// Returns the texts in each column of the lists of the channel on show: each text once, sorted without
-    /// regard to case.
+    /// Returns the texts in each column of the lists of the channel whose page is in front: each text once,
+    /// sorted without regard to case.
     Values ValuesOnShow() const;
 
-    /// Returns the texts of the selected row of the page in front: of the active view if it has one, else of
-    /// another list of the channel on show.  Returns nothing if no row is selected.
+    /// Returns the texts of the row selected in the active view or, if it has none, in another list of the
+    /// channel whose page is in front.  Returns nothing if no row is selected.
     Criteria SelectedTexts() const;
 
-    /// Removes from the lists of the channel on show, and for syslog from the tree, the messages whose texts
-    /// do not equal `criteria`.  compatibility: case matters here, but not for the arrivals that
-    /// PassesViewFilter tests.
+    /// Removes from the lists of the channel whose page is in front, and for syslog from the tree, the
+    /// messages whose texts do not equal `criteria`.  compatibility: case matters here, but not for the
+    /// arrivals that PassesViewFilter tests.
     void Apply(const Criteria& criteria);
     /// Shows every kept message of both channels again, in the order of their slots.
     void RemoveViewFilter();

@@ -4,13 +4,14 @@
 
 namespace tallyhorn {
 
-/// A frame whose access key always moves the focus to the same control inside it.  In a QGroupBox it moves
-/// the focus to the control that had it last.
+/// A frame whose access key always moves the focus to the same control inside it.  The access key of a
+/// QGroupBox moves the focus to the control in it that most recently had the focus.
 class AccessKeyFrame final : public QGroupBox {
 public:
     using QGroupBox::QGroupBox;
 
-    /// Sets the control, which is inside the frame.  While it is disabled, the key acts as in a QGroupBox.
+    /// Sets the control, which must be inside the frame.  While the control is disabled, the key acts as in a
+    /// QGroupBox.
     void SetFirst(QWidget* first) { first_ = first; }
 
 protected:

@@ -6,7 +6,7 @@
 
 namespace tallyhorn {
 
-/// The editor's entries as a Qt model with one column.  The editor must outlive it.
+/// Presents the editor's entries as a Qt model with one column.  The editor must outlive the model.
 class FilterListModel final : public QAbstractTableModel, private ChangeObserver {
     Q_OBJECT
 

@@ -21,7 +21,7 @@ namespace {
 
 enum DateOption : std::size_t { WithDates, WithoutDates };
 
-/// In UTC, so that no daylight saving time makes an hour invalid.
+/// Converts the date as if it were UTC, because with daylight saving time some hours would be invalid.
 QDateTime ToQDateTime(AlarmDate date) {
     return QDateTime::fromSecsSinceEpoch(date.Seconds, Qt::UTC);
 }

@@ -25,13 +25,13 @@ public:
 
     /// Sets the date that both date boxes show for a filter without a date range.
     void SetPresentDate(AlarmDate date) { presentDate_ = date; }
-    /// Enables or disables all controls.  Disabled, they have no access keys, so that the keys act on the
+    /// Enables or disables all controls.  Disabled controls have no access keys, so that the keys act on the
     /// buttons beside the list of filters.
     void SetEditable(bool editable);
 
-    /// Shows the fields of a filter without any test, and disables the dates.
+    /// Shows the fields of a filter without any test, and disables the date boxes.
     void ClearFilterFields();
-    /// Shows all fields except the name.  Without a date range, disables the dates.
+    /// Shows all fields except the name.  Disables the date boxes if there is no date range.
     void ShowFields(const FilterFields& fields);
     /// Returns all fields except the name.
     FilterFields Fields() const;

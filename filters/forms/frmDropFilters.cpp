@@ -84,7 +84,8 @@ void frmDropFilters::BuildList() {
     });
     const QItemSelectionModel* const selection = lvwManageFilters->selectionModel();
     connect(selection, &QItemSelectionModel::currentChanged, this, &frmDropFilters::SelectInEditor);
-    // A click with Ctrl unselects the row.  Select it again, so that the user sees what Delete will delete.
+    // A click with Ctrl deselects the row.  It is selected again, so that the user sees which filter Delete
+    // will delete.
     connect(selection, &QItemSelectionModel::selectionChanged, this, [this, selection] {
         if (!selection->hasSelection())
             ShowSelection();
@@ -199,7 +200,7 @@ void frmDropFilters::SelectInEditor(const QModelIndex& current) {
     ShowSelectedFields();
 }
 
-/// Shows what Edit would show, so that the user knows the filter before deleting it, which asks no question.
+/// Shows the fields of the selected filter, so that the user sees them before Delete, which asks no question.
 void frmDropFilters::ShowSelectedFields() {
     if (editor_.Mode() == DialogMode::Manage)
         fraFilterProps->ShowFields(editor_.SelectedFields());

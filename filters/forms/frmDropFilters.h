@@ -17,7 +17,7 @@ class AccessKeyFrame;
 class FilterPropertiesFrame;
 
 /// The modal dialog that lists, adds, edits and deletes suppression filters.  Call InitFormAsManager or
-/// InitFormAsQuickAdd before showing it.  All arguments of the constructor must outlive it.
+/// InitFormAsQuickAdd before showing it.  All arguments of the constructor must outlive the dialog.
 class frmDropFilters final : public QDialog {
     Q_OBJECT
 
@@ -30,10 +30,10 @@ public:
     /// Puts the dialog into the mode Plain, which a new dialog has.
     void InitForm();
     void InitFormAsManager();
-    /// Shows the fields of a new filter for notifications like this one.
+    /// Shows the fields of a new filter for notifications like `alarm`.
     void InitFormAsQuickAdd(const AlarmRecord& alarm);
 
-    /// Loads the filters again.  Qt calls this in whatever way the dialog is closed.
+    /// Loads the filters again.  Qt calls this whenever the dialog is closed.
     void done(int result) override;
     /// Acts as cmdCancel.  Qt calls this for the Escape key.
     void reject() override;

@@ -93,7 +93,7 @@ void frmFilter::BuildGroup(std::size_t index, std::vector<std::string> values,
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     combo->setMinimumContentsLength(LettersInView);
     combo->setMaxVisibleItems(RowsInView);
-    // Opens the list below the box.  In some styles it is a menu otherwise, as high as the screen.
+    // Opens the list below the box.  Otherwise, some styles show the list as a menu as high as the screen.
     combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
     auto* const view = new QListView(combo);
     view->setUniformItemSizes(true);
@@ -143,8 +143,8 @@ void frmFilter::LayOut() {
     layout->addLayout(buttons);
 }
 
-/// Enables or disables a combo box.  If an enabled one has no selected text, selects that of the row that was
-/// selected when the dialog opened, or else the first, so that the filter never lacks a text.
+/// Enables or disables a combo box.  If no text is selected in an enabled box, selects the text of the row
+/// that was selected when the dialog opened, or else the first text, so that the filter never lacks a text.
 void frmFilter::EnableCombo(std::size_t index, bool enabled) {
     QComboBox* const combo = cmbFilterText.at(index);
     combo->setEnabled(enabled);

@@ -17,8 +17,8 @@ class QPushButton;
 
 namespace tallyhorn {
 
-/// The modal dialog in which the user chooses the texts of the view filter, from those in the lists of the
-/// channel on show at the time the dialog is created.  Filter and boxes must outlive it.
+/// The modal dialog in which the user chooses the texts of the view filter from those that were in the lists
+/// of the channel in front when the dialog was created.  `filter` and `boxes` must outlive it.
 class frmFilter final : public QDialog {
     Q_OBJECT
 

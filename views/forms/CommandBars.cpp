@@ -93,7 +93,7 @@ CommandBars::CommandBars(QMainWindow& window, Handler handle) : window_(window),
 QAction* CommandBars::AddAction(const QString& name, const QString& caption, ServerCommand command) {
     auto* const action = new QAction(caption, &window_);
     action->setObjectName(name);
-    // NoRole, since macOS moves actions with a role such as "Preferences" into another menu.
+    // An action with a role such as "Preferences" would be moved to another menu on macOS.
     action->setMenuRole(QAction::NoRole);
     QObject::connect(action, &QAction::triggered, &window_, [handle = handle_, command] { handle(command); });
     return action;
@@ -133,8 +133,8 @@ void CommandBars::BuildToolBar() {
     tbrPause = window_.findChild<QAction*>(QStringLiteral("pause"));
     tbrFilter = window_.findChild<QAction*>(QStringLiteral("filter"));
     tbrFilter->setCheckable(true);
-    // A click toggles a checkable button; this undoes it, because the button shows whether a filter is in
-    // force.
+    // A click toggles a checkable button.  This is undone here, because the button shows whether a filter is
+    // in force.
     QObject::connect(tbrFilter, &QAction::toggled, &window_,
                      [this] { tbrFilter->setChecked(filterInForce_); });
 }

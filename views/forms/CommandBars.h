@@ -25,8 +25,8 @@ enum class ServerCommand {
     About
 };
 
-/// Builds the main window's menu bar and tool bar, whose parts the window owns, and changes the captions of
-/// the two commands that toggle something.
+/// Builds the main window's menu bar and tool bar, whose controls the window owns, and changes the captions
+/// of the two commands that toggle something.
 class CommandBars {
 public:
     using Handler = std::function<void(ServerCommand)>;

@@ -38,7 +38,7 @@ bool ConsolidatedTreeModel::AnnounceNewNodes() {
     for (const std::uint32_t group : groups)
         inserted = Announce(TreeNode::Group(group), announced_[group]) || inserted;
     if (inserted) {
-        // The nodes were announced as the last children; their sorted places are elsewhere.
+        // The nodes were announced as the last children, but their sorted positions are others.
         emit layoutAboutToBeChanged();
         MovePersistentIndexes();
         emit layoutChanged();
@@ -110,7 +110,8 @@ bool ConsolidatedTreeModel::canFetchMore(const QModelIndex& parent) const {
     return !node.IsLeaf() && tree_.Holds(node) && !announced_.contains(node.Number());
 }
 
-/// Called when the user opens a group: sorts its leaves, which are not sorted before, and announces them.
+/// Called when the user opens a group: sorts its leaves, which were in order of arrival until then, and
+/// announces its children.
 void ConsolidatedTreeModel::fetchMore(const QModelIndex& parent) {
     if (!canFetchMore(parent))
         return;
@@ -149,14 +150,15 @@ QVariant ConsolidatedTreeModel::data(const QModelIndex& index, int role) const {
     }
 }
 
-/// Announces new nodes before the reset, so that a view that saves its state now sees the rows' true places.
+/// Announces new nodes before the reset, so that a view that saves its state now gets the current positions
+/// of the rows.
 void ConsolidatedTreeModel::AboutToChange() {
     AnnounceNewNodes();
     beginResetModel();
 }
 
 /// Keeps the groups that still exist announced, so that an open group shows its children right after the
-/// reset.  Removed groups are dropped: their numbers are reused.
+/// reset.  Drops removed groups, because their numbers are reused.
 void ConsolidatedTreeModel::Changed() {
     std::erase_if(announced_,
                   [this](const auto& entry) { return !tree_.Holds(TreeNode::Group(entry.first)); });

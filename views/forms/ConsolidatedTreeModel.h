@@ -40,7 +40,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    /// The numbers of a group's children and leaves when they were last announced.
+    /// The numbers of a group's children and leaves at the latest announcement.
     struct Announced {
         std::size_t Rows = 0;
         std::size_t Leaves = 0;
@@ -54,7 +54,7 @@ private:
     ConsolidatedTree& tree_;
     std::array<QIcon, EventPictureCount> icons_;
     QIcon alarmIcon_;
-    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group number; always has the root
+    std::unordered_map<std::uint32_t, Announced> announced_;  ///< by group number; always contains the root
 };
 
 }  // namespace tallyhorn

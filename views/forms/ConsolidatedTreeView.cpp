@@ -35,7 +35,8 @@ void ConsolidatedTreeView::ShowNewNodesNow() {
         scrollTo(top, PositionAtTop);
 }
 
-/// Announces the groups above the node from the top down: an index is valid only if its parent is announced.
+/// Announces the groups above the node from the top down: an index is valid only if its parent's children are
+/// announced.
 void ConsolidatedTreeView::SelectNode(TreeNode node) {
     ShowNewNodesNow();
     std::vector<TreeNode> ancestors;
@@ -70,7 +71,7 @@ void ConsolidatedTreeView::RememberState() {
     topBeforeReset_ = verticalScrollBar()->value();
 }
 
-/// Adds parents before their children, the order in which reset() opens them.
+/// Adds parents before their children, because reset() must open them in this order.
 void ConsolidatedTreeView::RememberOpenGroups(const QModelIndex& parent) {
     const int rows = model_.rowCount(parent);
     for (int row = 0; row < rows; ++row) {
@@ -156,7 +157,7 @@ bool ConsolidatedTreeView::IsBelow(TreeNode node, TreeNode group) const {
 
 // ---- input
 
-/// Opens the group and, if it is an alarm, its types.  The computers below stay closed: opening a million
+/// Opens the group and, if it is an alarm, its types.  The computers stay closed, because opening a million
 /// leaves takes long.
 void ConsolidatedTreeView::OpenGroups(const QModelIndex& index) {
     const TreeNode node = ConsolidatedTreeModel::NodeAt(index);
@@ -192,13 +193,13 @@ bool ConsolidatedTreeView::viewportEvent(QEvent* event) {
     return QTreeView::viewportEvent(event);
 }
 
-/// Catches up with what arrived while the tree was hidden.
+/// Shows the nodes that were added while the tree was hidden.
 void ConsolidatedTreeView::showEvent(QShowEvent* event) {
     QTreeView::showEvent(event);
     ShowNewNodes();
 }
 
-/// Shows waiting changes first, so that view and tree have the same node under the mouse.
+/// Shows waiting changes first, so that the click acts on the node that the tree has at this place.
 void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();
@@ -209,7 +210,7 @@ void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
 }
 
 /// Acts on the node of the first press, although arrivals may have moved another one under the mouse since
-/// then.  Leaves groups to the base class, which opens and closes them.
+/// then.  Emits Opened only for a leaf; the base class opens or closes a group.
 void ConsolidatedTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();

@@ -20,7 +20,7 @@ public:
     /// Shows the nodes added since the last call, as often as the throttle allows.
     void ShowNewNodes() { repaint_.Request(); }
 
-    /// Opens all groups above the node, selects the node and scrolls to it.  The node exists.
+    /// Opens all groups above the node, selects the node and scrolls to it.  The node must exist.
     void SelectNode(TreeNode node);
     /// Returns the visible part of the selected node in screen coordinates; empty if there is none.
     QRect CurrentNodeOnScreen() const;

@@ -33,7 +33,8 @@ void DetailWindow::ViewMessageDetails(ViewNumber view) {
         OpenListMessage(view);
 }
 
-/// compatibility: while the syslog page is in front, a NetBIOS list means the syslog list of the same types.
+/// compatibility: while the syslog page is in front, a NetBIOS list is replaced by the syslog list of the
+/// same event types.
 void DetailWindow::OpenListMessage(ViewNumber view) {
     if (CurrentPage() == MessagePage::Syslog)
         view = ViewOfList(Channel::Syslog, ListOfView(view));
@@ -75,8 +76,8 @@ void DetailWindow::Follow(const QAbstractItemModel* model) {
     connect(model, &QAbstractItemModel::modelReset, this, &DetailWindow::LookAgain);
 }
 
-/// Does nothing while work is running, since store, rows and lists may not agree then; WorkDone calls it
-/// again.
+/// Does nothing while work is running, because store, rows and lists may then be inconsistent.  It is called
+/// again on WorkDone.
 void DetailWindow::LookAgain() {
     if (!parts_.Queue.IsAtWork() && message_ != nullptr)
         message_->LookAgain();

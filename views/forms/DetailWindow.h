@@ -53,7 +53,7 @@ private:
 
     Parts parts_;
     QWidget* mainWindow_;
-    frmMessage* message_ = nullptr;  ///< nullptr if it is not open
+    frmMessage* message_ = nullptr;  ///< nullptr if the window is not open
 };
 
 }  // namespace tallyhorn

@@ -23,7 +23,7 @@ bool MessageListModel::AnnounceNewRows() {
     beginInsertRows({}, static_cast<int>(announced_), static_cast<int>(list_.Size()) - 1);
     announced_ = list_.Size();
     endInsertRows();
-    // The rows were announced as the last ones; in a sorted list they are elsewhere, and others moved.
+    // The rows were announced as the last ones, but in a sorted list they are at other positions.
     if (list_.IsSorted()) {
         emit layoutAboutToBeChanged({}, VerticalSortHint);
         MovePersistentIndexes();

@@ -31,7 +31,7 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
     // Connected last, so that it runs after the base class and the selection model have reset the current
     // row.
     connect(&model_, &QAbstractItemModel::modelReset, this, &MessageListView::RestoreCurrentRow);
-    // The base class keeps only the current row; MessageList keeps which rows are selected.
+    // The base class stores only the current row; MessageList stores which rows are selected.
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerItem);

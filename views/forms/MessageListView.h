@@ -16,8 +16,8 @@ class QHeaderView;
 namespace tallyhorn {
 
 /// Shows one message list as a table with a row per message.  All rows have the same height and the view
-/// keeps nothing per row, so that its cost does not grow with their number.  MessageList keeps which rows are
-/// selected: unlike Qt's selection model, it needs no ranges, of which a scattered selection has very many.
+/// keeps nothing per row, so that its cost does not grow with their number.  MessageList stores which rows
+/// are selected, because Qt's selection model stores ranges, and a scattered selection has very many of them.
 class MessageListView final : public QAbstractItemView {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     /// recently that a double click may follow.
     void ShowNewRows();
 
-    /// Returns the message of the current row if that is selected, otherwise that of the first selected row.
+    /// Returns the slot of the current row if that row is selected, otherwise of the first selected row.
     std::optional<Slot> SelectedSlot() const;
     /// Makes the row current, selects it alone and scrolls to it.
     void SelectRow(std::size_t position);

@@ -14,7 +14,7 @@ namespace tallyhorn {
 namespace {
 
 constexpr int CellMargin = 4;
-/// Per column; a screen shows some dozens of rows.
+/// The most texts that are kept for one column; a screen shows only some dozens of rows.
 constexpr std::size_t MostLaidOut = 1000;
 
 }  // namespace

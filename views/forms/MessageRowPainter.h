@@ -47,7 +47,7 @@ private:
     const QHeaderView& header_;
     const MessageList& list_;
     std::array<QIcon, EventPictureCount> icons_;
-    std::array<LaidOutTexts, MessageColumnCount> laidOut_;  ///< a map per column: widths differ
+    std::array<LaidOutTexts, MessageColumnCount> laidOut_;  ///< a map per column, because the widths differ
     QPalette::ColorGroup colors_ = QPalette::Active;
     int rowHeight_ = 0;
     int iconSide_ = 0;

@@ -9,7 +9,7 @@ namespace {
 
 /// In milliseconds.  Users do not notice shorter delays.
 constexpr int ShortestInterval = 40;
-/// Bounds the share of the thread's time that repaints take to a ninth.
+/// Limits repaints to a ninth of the thread's time.
 constexpr int IntervalPerCost = 8;
 
 }  // namespace
@@ -19,8 +19,8 @@ RepaintThrottle::RepaintThrottle(QObject* owner, std::function<void()> repaint)
     timer_->setObjectName(QStringLiteral("repaintThrottle"));
     timer_->setSingleShot(true);
     timer_->setTimerType(Qt::PreciseTimer);
-    // The timer is destroyed after this object, a member of the owner.  The context object `owner` ends the
-    // calls when it is destroyed.
+    // The timer is destroyed after this object, which is a member of `owner`.  With `owner` as context
+    // object, Qt makes no call after `owner` is destroyed.
     timer_->callOnTimeout(owner, [this] { Run(); });
 }
 

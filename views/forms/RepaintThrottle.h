@@ -8,9 +8,9 @@ class QTimer;
 
 namespace tallyhorn {
 
-/// Limits how often a view shows what arrived.  A request runs the repaint at once if the last one was long
-/// enough ago; otherwise one timer runs it later for all requests made until then.  The interval is 40 ms, or
-/// eight times what the last repaint took if that is longer.
+/// Limits how often a view is repainted because of arrivals.  A request runs the repaint at once if enough
+/// time has passed since the previous repaint; otherwise a timer runs it later, once for all requests until
+/// then.  The interval is 40 ms, or eight times the duration of the previous repaint if that is longer.
 class RepaintThrottle {
 public:
     /// `owner` is the object that has the throttle as a member: the timer becomes its child.
@@ -20,7 +20,7 @@ public:
     RepaintThrottle& operator=(const RepaintThrottle&) = delete;
 
     void Request();
-    /// Runs a repaint that is still waiting for its time, if there is one.
+    /// Runs at once the repaint for which the timer is waiting, if there is one.
     void Flush();
 
 private:

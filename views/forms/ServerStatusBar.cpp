@@ -49,7 +49,7 @@ void ServerStatusBar::ShowPanelToolTip(StatusPanel panel, std::string_view text)
 }
 
 void ServerStatusBar::BeginWork() {
-    // A dialog alone is no work, but long work may begin inside it.
+    // The gate is told, because long work may begin inside a dialog, which alone does not count as work.
     works_.emplace_back(gate_);
     if (works_.size() > 1)
         return;

@@ -16,8 +16,8 @@ class QProgressBar;
 namespace tallyhorn {
 
 /// Fills the main window's status bar with its three panels and a progress bar, and shows the wait cursor
-/// during long work, which it reports to the gate as Gate::Work.  The window owns the controls and must
-/// outlive this object.
+/// during long work.  During such work it keeps the gate in the state Gate::Work.  The window owns the
+/// controls and must outlive this object.
 class ServerStatusBar {
 public:
     ServerStatusBar(QMainWindow& window, Gate& gate);

@@ -33,7 +33,7 @@ constexpr int LeastLinesDown = 4;
 /// seconds looking for boundaries.
 constexpr std::size_t LongestWrappedWord = 1000;
 constexpr int GroupGap = 12;  ///< between buttons of different kinds, in pixels
-constexpr int EntryGap = 6;   ///< between the window and the row or node it shows, in pixels
+constexpr int EntryGap = 6;   ///< between the window and the row or node of its message, in pixels
 
 /// Returns a window frame of the size `outer` below `entry`, or above it if there is not enough room below.
 /// If neither side has room, the frame gets the height of the larger one.
@@ -136,7 +136,7 @@ void frmMessage::InitForm(ViewNumber view, Slot slot) {
 
 /// Shows the stored text; a control character other than a tab or a line end becomes a middle dot.
 void frmMessage::ShowText() {
-    // The text is cleared first, since each setting below would lay out the old text again.
+    // The text is cleared first, because each of the calls below would lay out the old text again.
     txtMessage->clear();
     QFont letters = font();
     if (IsTabular(details_.Text())) {
@@ -185,7 +185,8 @@ void frmMessage::UpdateNavigation() {
     Enable(cmdDown, details_.HasNext());
 }
 
-/// Moves the focus away from a button before disabling it: Qt would move it to the next button, Delete.
+/// Moves the focus to the text before disabling a button that has it; Qt would move it to the next button,
+/// perhaps Delete.
 void frmMessage::Enable(QPushButton* button, bool enabled) {
     if (!enabled && focusWidget() == button)
         txtMessage->setFocus();
@@ -194,7 +195,7 @@ void frmMessage::Enable(QPushButton* button, bool enabled) {
 
 // ---- commands
 
-/// Does nothing if the window was closed while the command waited.
+/// Runs the routine as a command.  Does nothing if the window was closed while the command waited.
 void frmMessage::Run(Routine routine, CommandQueue::Kind kind) {
     parts_.Commands.Run(
         [self = QPointer(this), routine] {
@@ -237,8 +238,8 @@ void frmMessage::Delete() {
         parts_.SelectEntry(view, details_.ShownSlot());
 }
 
-/// Copies the whole text, whatever is selected in the box.  NULs are left out: on Windows the clipboard would
-/// end the text at the first one.
+/// Copies the whole text, even if only a part of it is selected.  NULs are left out: on Windows the clipboard
+/// would end the text at the first one.
 void frmMessage::Copy() {
     QClipboard* const clipboard = QGuiApplication::clipboard();
     clipboard->clear();

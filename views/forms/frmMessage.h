@@ -12,8 +12,8 @@ class QPushButton;
 
 namespace tallyhorn {
 
-/// Shows the full text of one message, steps to its neighbours in the view, and can delete, copy and suppress
-/// it.  Deletes itself after it is closed, by deleteLater().
+/// Shows the full text of one message.  The user can change to the previous or next message of the view, and
+/// delete, copy or suppress the message.  Deletes itself after it is closed, by deleteLater().
 class frmMessage final : public QDialog {
     Q_OBJECT
 
@@ -39,10 +39,12 @@ public:
     /// To be called before rows of any view are removed or reordered.
     void NotePlace() { details_.NotePlace(); }
     /// To be called after rows of any view were added, removed or reordered, while no work is running.  Finds
-    /// the message again, shows what took its place, or closes the window if nothing did.
+    /// the message again, or shows the message that MessageDetails chooses instead, or closes the window if
+    /// there is none.
     MessageDetails::Found LookAgain();
 
-    /// Closes at once; reject(), called for the user, waits until no other work is running.
+    /// Closes at once. reject(), which Qt calls when the user closes the window, waits until no other work is
+    /// running.
     void Close();
     void reject() override { Run(&frmMessage::Close); }
 

@@ -72,17 +72,18 @@ TEST_F(ConsoleTest, TheLayoutFillsTheWindowWithoutGapsOrOverlap) {
             QCoreApplication::processEvents();
         }
         EXPECT_EQ(tabs->size(), console_->Window().centralWidget()->size());
-        int bottom = 0;
+        // Twips at 96 dots an inch: the first frame begins 360 below the top of the tabs, and the frames
+        // share the height less 450.
+        ASSERT_EQ(tabs->logicalDpiX(), 96);
+        const int height = tabs->height() * 15 - 450;
         for (int i = 0; i < 3; ++i) {
             auto* const frame = Find<QGroupBox>("fraNetBiosTypes" + std::to_string(i));
-            EXPECT_LE(std::abs(frame->y() - bottom), i == 0 ? 12 : 1)
-                << "frame " << i << " at " << size.width();
-            bottom = frame->geometry().bottom() + 1;
+            EXPECT_EQ(frame->mapTo(tabs, QPoint()).y(), (360 + i * (height / 3)) / 15) << i;
+            EXPECT_EQ(frame->height(), height / 3 / 15) << i;
+            EXPECT_GE(frame->y(), 0) << "hidden by the tabs";
             EXPECT_TRUE(frame->rect().contains(List(2 - i)->geometry())) << i;
             EXPECT_NEAR(List(2 - i)->width(), frame->width() - 32, 1);
         }
-        EXPECT_LE(bottom, tabs->currentWidget()->height());
-        EXPECT_GT(bottom, tabs->currentWidget()->height() - 12);
     }
     EXPECT_NEAR(List(1)->ColumnWidth(4), 0.15 * List(1)->width(), 1);
 }

@@ -53,6 +53,9 @@ protected:
 TEST_F(SyslogConsoleTest, ShowsArrivalsInListsTreeAndStatusBar) {
     StartOnTree();
     EXPECT_FALSE(Tree()->isEnabled());
+    EXPECT_EQ(Tree()->viewport()->grab().toImage().pixelColor(50, 50),
+              Tree()->palette().color(QPalette::Active, QPalette::Base))
+        << "unlike a list, the empty tree keeps its colour";
     Send(Datagram("<b>Full</b>" + std::string(60'000, 'y'), "Warning", "pc"));
     Send(Datagram("Empty", "Warning", "pc"));
     Handle();

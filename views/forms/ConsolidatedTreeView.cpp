@@ -25,6 +25,20 @@ ConsolidatedTreeView::ConsolidatedTreeView(ConsolidatedTree& tree, QWidget* pare
     // Connected last, so that it runs after the selection model has reset the current node.
     connect(&model_, &QAbstractItemModel::modelReset, this, &ConsolidatedTreeView::RestoreCurrent);
     connect(this, &QTreeView::collapsed, this, &ConsolidatedTreeView::LeaveClosedGroup);
+    KeepColor();
+}
+
+/// Gives the disabled tree, which is empty, the colour that it has when it is enabled.
+void ConsolidatedTreeView::KeepColor() {
+    QPalette colors;
+    colors.setBrush(QPalette::Disabled, QPalette::Base, palette().brush(QPalette::Active, QPalette::Base));
+    viewport()->setPalette(colors);
+}
+
+void ConsolidatedTreeView::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        KeepColor();
 }
 
 /// Keeps the node at the top of the view there if nodes are added above it.

@@ -44,6 +44,7 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
@@ -54,6 +55,7 @@ private:
     };
 
     void ShowNewNodesNow();
+    void KeepColor();
     void OpenGroups(const QModelIndex& index);
     void RememberState();
     void RestoreCurrent();

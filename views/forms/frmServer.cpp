@@ -19,6 +19,7 @@
 #include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/DetailWindow.h"
 #include "views/forms/MessageListView.h"
+#include "views/forms/PageTabs.h"
 
 namespace tallyhorn {
 namespace {
@@ -26,7 +27,6 @@ namespace {
 constexpr int TwipsPerInch = 1440;
 constexpr Twips FrameMargin = 135;
 constexpr Twips ListMargin = 240;
-constexpr Twips BelowTabs = 60;    ///< the space between the tabs and the first frame
 constexpr int ToolBarPadding = 8;  ///< the space around a line of text, in pixels
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
@@ -70,7 +70,8 @@ frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
 void frmServer::BuildPages() {
     auto* const inside = new QWidget(this);
     setCentralWidget(inside);
-    tabMessageTypes = Named(new QTabWidget(inside), QStringLiteral("tabMessageTypes"));
+    tabMessageTypes =
+        Named(new PageTabs(Pixels(ServerLayout::FramesTop), inside), QStringLiteral("tabMessageTypes"));
     for (const std::string_view caption : PageCaptions)
         tabMessageTypes->addTab(new QWidget, ToQString(caption));
 
@@ -337,9 +338,8 @@ void frmServer::PlaceParts() {
     tabMessageTypes->resize(room);
     const QWidget* const page = tabMessageTypes->currentWidget();
     const int pageTop = page != nullptr ? page->mapTo(tabMessageTypes, QPoint(0, 0)).y() : 0;
-    const ServerLayout layout =
-        LayOutServer({InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight},
-                     InTwips(pageTop) + BelowTabs);
+    const ServerLayout layout = LayOutServer(
+        {InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight}, InTwips(pageTop));
 
     const auto place = [this](QWidget* frame, QWidget* inside, int top, TwipsSize frameSize,
                               TwipsSize insideSize) {

@@ -45,7 +45,10 @@ CommandLine ReadCommandLine(const std::vector<std::string>& arguments) {
             line.Folder = PathFromUtf8(arguments[++i]);
         if (std::string why = WhyUnreadable(line.Folder); !why.empty())
             return Refuse(std::move(why));
-        line.Folder = std::filesystem::absolute(line.Folder);
+        std::error_code error;
+        line.Folder = std::filesystem::absolute(line.Folder, error);
+        if (error)
+            return Refuse("the current folder does not exist: " + error.message());
     }
     return line;
 }

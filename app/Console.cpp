@@ -78,7 +78,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
     profile_.SetINIFileName(NarrowPath(folder / SettingsFileName));
     // The help file must be known before Start, because the message boxes of Start offer help.
-    help_.SetHelpFile(FindOwnFile({folder, programFolder}, HelpFileName));
+    help_.SetHelpFile([folder, programFolder] { return FindOwnFile({folder, programFolder}, HelpFileName); });
 }
 
 Console::~Console() {

@@ -1,5 +1,6 @@
 #include "app/QtMessageBoxes.h"
 
+#include <QEvent>
 #include <QMessageBox>
 
 #include "app/DialogOwner.h"
@@ -9,6 +10,29 @@
 namespace tallyhorn {
 namespace {
 
+/// Keeps a message box in the middle of its owner.  At the start, the box may open before the window system
+/// has maximised the main window.
+class Centring final : public QObject {
+public:
+    explicit Centring(QMessageBox& box) : box_(box) {
+        if (box.parentWidget() != nullptr)
+            box.parentWidget()->window()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* owner, QEvent* event) override {
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move) {
+            const QRect place = static_cast<QWidget*>(owner)->frameGeometry();
+            QRect box = box_.frameGeometry();
+            box.moveCenter(place.center());
+            box_.move(box.topLeft());
+        }
+        return false;
+    }
+
+private:
+    QMessageBox& box_;
+};
+
 int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
          QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton defaultButton = QMessageBox::NoButton) {
@@ -17,6 +41,7 @@ int Show(QWidget* mainWindow, QMessageBox::Icon icon, std::string_view text,
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(defaultButton);
     box.setProperty(HelpContextProperty, HelpNumber(HelpContext::Troubles));
+    const Centring centring(box);
     return box.exec();
 }
 

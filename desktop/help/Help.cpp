@@ -37,9 +37,10 @@ std::string_view Explanation(HelpOutcome outcome) {
 void Help::ShowHelp(HelpContext context, std::uintptr_t owner) {
     if (explaining_)
         return;
-    HelpViewer::Request request{helpFile_, HtmlHelpContext, HelpNumber(context), owner};
+    const std::filesystem::path file = findHelpFile_ ? findHelpFile_() : std::filesystem::path();
+    HelpViewer::Request request{file, HtmlHelpContext, HelpNumber(context), owner};
     HelpOutcome outcome = HelpOutcome::Shown;
-    if (Utf8FromPath(helpFile_.filename()).ends_with("HLP")) {
+    if (Utf8FromPath(file.filename()).ends_with("HLP")) {
         request.Command = context == HelpContext::Contents ? WinHelpFinder : WinHelpContext;
         outcome = viewer_.OpenWinHelp(request);
     } else {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 #include "desktop/help/HelpContexts.h"
@@ -16,9 +17,10 @@ public:
     /// The viewer and the boxes must outlive this object.
     Help(HelpViewer& viewer, MessageBoxes& boxes) : viewer_(viewer), boxes_(boxes) {}
 
-    /// Sets the help file.  If its name ends in "HLP", it is a WinHelp file, otherwise a compiled HTML help
-    /// file.
-    void SetHelpFile(std::filesystem::path file) { helpFile_ = std::move(file); }
+    /// Sets the function that returns the path of the help file, or an empty one if there is none.  It is
+    /// called each time, so that a file that was put back is found.  If the name ends in "HLP", it is a
+    /// WinHelp file, otherwise a compiled HTML help file.
+    void SetHelpFile(std::function<std::filesystem::path()> find) { findHelpFile_ = std::move(find); }
 
     /// Opens the page, or, if that fails, a message box that says why.  Does nothing while such a box is
     /// open.  `owner` is the native handle of the main window.
@@ -27,7 +29,7 @@ public:
 private:
     HelpViewer& viewer_;
     MessageBoxes& boxes_;
-    std::filesystem::path helpFile_;
+    std::function<std::filesystem::path()> findHelpFile_;
     bool explaining_ = false;
 };
 

@@ -46,8 +46,9 @@ int SendFile(chmFile* archive, chmUnitInfo* unit, void* context) {
     std::vector<unsigned char> bytes(unit->length);
     const LONGINT64 size =
         chm_retrieve_object(archive, unit, bytes.data(), 0, static_cast<LONGINT64>(bytes.size()));
+    // A help file that was cut lacks some content; none of it is shown, so that no page is missing silently.
     if (size != static_cast<LONGINT64>(bytes.size()))
-        return CHM_ENUMERATOR_CONTINUE;
+        return CHM_ENUMERATOR_FAILURE;
     return WriteText(to, unit->path) &&
                    WriteText(to, {reinterpret_cast<const char*>(bytes.data()), bytes.size()})
                ? CHM_ENUMERATOR_CONTINUE

@@ -38,5 +38,18 @@ TEST(CommandLine, RunsHelpsOrRefuses) {
     }
 }
 
+TEST(CommandLine, RefusesADeletedCurrentFolder) {
+    const TemporaryFolder folder;
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::filesystem::path deleted = folder / "deleted";
+    std::filesystem::create_directory(deleted);
+    std::filesystem::current_path(deleted);
+    std::error_code refused;
+    std::filesystem::remove(deleted, refused);  // Windows does not allow it
+    const CommandLine line = ReadCommandLine({"--folder", "."});
+    std::filesystem::current_path(before);
+    EXPECT_EQ(line.Refusal.find("the current folder does not exist") == 0, !refused) << line.Refusal;
+}
+
 }  // namespace
 }  // namespace tallyhorn

@@ -27,7 +27,7 @@ TEST_F(HelpTest, TheEndOfTheFileNameSelectsTheViewerAndItsCommand) {
         {"a/HLP.txt", HelpContext::Troubles, "HtmlHelp", 15}};
     for (const auto& [file, context, kind, command] : cases) {
         SCOPED_TRACE(file);
-        help_.SetHelpFile(file);
+        help_.SetHelpFile([file = file] { return std::filesystem::path(file); });
         help_.ShowHelp(context, 4711);
         const auto& [usedKind, request] = viewer_.Requests.back();
         EXPECT_EQ(usedKind, kind);

@@ -169,6 +169,21 @@ TEST_F(CommandsTest, ReturnAnswersNoOnlyIfAllMessagesAreToBeErased) {
     }
 }
 
+TEST_F(CommandsTest, AQuestionStaysInTheMiddleOfItsWindow) {
+    QWidget owner;
+    owner.resize(200, 100);
+    owner.show();
+    QtMessageBoxes boxes;
+    boxes.SetOwner(&owner);
+    InDialog([&owner](QWidget& box) {
+        owner.setGeometry(100, 50, 600, 500);  // as when the window system maximises it
+        QCoreApplication::processEvents();
+        EXPECT_LE((box.frameGeometry().center() - owner.frameGeometry().center()).manhattanLength(), 2);
+        box.close();
+    });
+    boxes.Warn("text");
+}
+
 /// A user who has closed the console may not be there any more when the message about a failed save opens.
 TEST_F(CommandsTest, TheEndOfTheSessionAnswersTheMessageAboutAFailedSave) {
     StartWithError();

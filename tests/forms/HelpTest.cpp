@@ -187,10 +187,20 @@ TEST_F(FrmHelpTest, LinksContentsAndKeysLeadToPages) {
     }
     Open(HelpNumber(HelpContext::Tree));
     EXPECT_EQ(Page(), "tree.html");
-    Press(Qt::Key_Escape);
-    AWAIT(window_ == nullptr);
-    Open(HelpNumber(HelpContext::About));
-    EXPECT_EQ(Page(), "about.html") << "the window was closed and opened again";
+    const QRect screen = window_->screen()->availableGeometry();
+    for (const bool onTheLeft : {true, false}) {
+        Press(Qt::Key_Escape);
+        AWAIT(window_ == nullptr);
+        QWidget asking;
+        asking.setGeometry(onTheLeft ? screen.left() : screen.right() - 99, screen.top(), 100, 100);
+        asking.show();
+        asking.activateWindow();
+        AWAIT(asking.isActiveWindow());
+        Open(HelpNumber(HelpContext::About));
+        EXPECT_EQ(Page(), "about.html") << "the window was closed and opened again";
+        EXPECT_FALSE(window_->geometry().intersects(asking.frameGeometry())) << "it opens beside the other";
+        EXPECT_TRUE(screen.contains(window_->geometry()));
+    }
 }
 
 TEST_F(FrmHelpTest, FindsTextInAllPages) {

@@ -1,9 +1,11 @@
 #include "desktop/help/forms/frmHelp.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QToolBar>
@@ -24,6 +26,7 @@ namespace {
 enum Side { ContentsSide, SearchSide };
 constexpr int LocalRole = Qt::UserRole;
 constexpr QSize FirstSize(980, 680);
+constexpr int LeastWidth = 640;  ///< the least width that a page beside another window needs
 constexpr int SideWidth = 290;
 constexpr int RowPadding = 8;  ///< the sum of the space above and below a line of the contents, in pixels
 
@@ -150,6 +153,8 @@ void frmHelp::ShowContext(unsigned context, WId owner) {
     txtPage->ShowPage(book_->PageOf(context));
     if (isMinimized())
         showNormal();
+    if (!isVisible())
+        PlaceBesideActiveWindow();
     create();
     // This must precede show(), which passes the transient parent to the window system.
     if (const QWidget* const owned = find(owner); owned != nullptr)
@@ -159,6 +164,27 @@ void frmHelp::ShowContext(unsigned context, WId owner) {
     raise();
     activateWindow();
     txtPage->setFocus();
+}
+
+/// Moves the window, which is not shown yet, to the side with more room of the window in which the user asked
+/// for help, so that both can be read.  Does nothing if the screen has too little room there.
+void frmHelp::PlaceBesideActiveWindow() {
+    const QWidget* const asked = QApplication::activeWindow();
+    if (asked == nullptr || asked == this)
+        return;
+    const QRect screen = asked->screen()->availableGeometry();
+    const QRect taken = asked->frameGeometry();
+    // Both windows have frames of the same size.
+    const QSize frame = taken.size() - asked->size();
+    const int left = taken.left() - screen.left();
+    const int right = screen.right() - taken.right();
+    const int room = std::max(left, right) - frame.width();
+    if (room < LeastWidth)
+        return;
+    resize(FirstSize.boundedTo(QSize(room, screen.height() - frame.height())));
+    const int lowest = screen.bottom() + 1 - height() - frame.height();
+    move(right >= left ? taken.right() + 1 : taken.left() - width() - frame.width(),
+         std::clamp(taken.top(), screen.top(), std::max(screen.top(), lowest)));
 }
 
 void frmHelp::Home() {

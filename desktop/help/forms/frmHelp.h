@@ -47,6 +47,7 @@ private:
     QWidget* BuildSides();
     QWidget* BuildSearch();
     void FillContents();
+    void PlaceBesideActiveWindow();
     void Leave() { close(); }
     void Home();
     void Back();

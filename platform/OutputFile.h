@@ -19,10 +19,6 @@ public:
     virtual std::optional<SystemError> Finish() = 0;
 };
 
-/// Creates a new file.  The file, with what was written to it, stays even if a later call fails.  Returns
-/// null and sets `error` if the file cannot be created, in particular if `path` exists.
-std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error);
-
 /// Creates a temporary file.  Finish makes it replace the file at `path` in one step, or become that file if
 /// there was none.  If Finish is not called or fails, `path` stays unchanged.  Symbolic links are followed,
 /// and the permissions of the old file are kept.  If the folder does not allow new files, an existing
@@ -30,7 +26,9 @@ std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, 
 /// null and sets `error` if the file is not writable or not a regular file.
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error);
 
-/// Removes a file.  A missing file is an error, and so is a folder.
-std::optional<SystemError> RemoveFile(const std::filesystem::path& path);
+/// Empties an existing file and opens it for writing.  The file keeps its permissions; symbolic links are
+/// followed.  A read-only file in a folder that allows new files is replaced by a new one with its
+/// permissions. Returns null and sets `error` if that fails; a missing file is an error.
+std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, SystemError& error);
 
 }  // namespace tallyhorn

@@ -51,10 +51,8 @@ void MessageBackup::SaveMessageBackup() {
 }
 
 std::optional<SystemError> MessageBackup::Save() const {
-    if (std::optional<SystemError> error = RemoveFile(file_))
-        return error;
     SystemError error;
-    const std::unique_ptr<OutputFile> file = CreateOutputFile(file_, error);
+    const std::unique_ptr<OutputFile> file = EmptyOutputFile(file_, error);
     if (!file)
         return error;
     BufferedWriter writer(*file);

@@ -21,10 +21,10 @@ public:
     MessageBackup(std::filesystem::path file, const MessageStore& messages, MessageBoxes& boxes,
                   TimeSlices& slices);
 
-    /// Deletes the file and writes a new one with every text that is not blank, in the order of the slots.
-    /// The bytes are on the disk when this returns.  The first failure ends the save and is shown to the
-    /// user. compatibility: a missing old file counts as a failure to delete it.  Does nothing during
-    /// LoadMessageBackup, because the file then contains messages that are not yet in the store.
+    /// Empties the file, which keeps its permissions, and writes every text that is not blank, in the order
+    /// of the slots. The bytes are on the disk when this returns.  The first failure ends the save and is
+    /// shown to the user. compatibility: a missing old file counts as a failure to delete it.  Does nothing
+    /// during LoadMessageBackup, because the file then contains messages that are not yet in the store.
     void SaveMessageBackup();
 
     /// Calls `restore` for each text of the file that is not blank, and from time to time `showProgress`,

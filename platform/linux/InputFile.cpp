@@ -38,7 +38,7 @@ private:
 /// Opens the file with the additional flags `more`.  If the file is a pipe, O_NONBLOCK prevents `open` from
 /// waiting for its other end.
 FileDescriptor Open(const std::filesystem::path& path, int more) {
-    return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0666));
+    return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0600));
 }
 
 }  // namespace

@@ -33,8 +33,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<OutputFile> CreateOutputFile(const std::filesystem::path& path, SystemError& error) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+/// TRUNCATE_EXISTING keeps the access control list.  A read-only file is an error, as for DeleteFile.
+std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, SystemError& error) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, TRUNCATE_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         error = LastSystemError();
@@ -57,12 +58,6 @@ std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& p
     if (file == INVALID_HANDLE_VALUE)
         return nullptr;
     return std::make_unique<WindowsOutputFile>(file);
-}
-
-std::optional<SystemError> RemoveFile(const std::filesystem::path& path) {
-    if (DeleteFileW(path.c_str()) != 0)
-        return std::nullopt;
-    return LastSystemError();
 }
 
 }  // namespace tallyhorn

@@ -104,21 +104,21 @@ protected:
     SystemError error_;
 };
 
-TEST_F(FilesTest, ANewFileIsCreatedOnceAndRemovedOnce) {
+TEST_F(FilesTest, AnExistingFileIsEmptiedAndWritten) {
+    EXPECT_FALSE(EmptyOutputFile(path_, error_) || fs::exists(path_));
+    EXPECT_EQ(error_.Number, 2);
+    WriteBytes(path_, "the old content");
     const std::string bytes = Pattern(3'000'000);
-    auto file = CreateOutputFile(path_, error_);
+    auto file = EmptyOutputFile(path_, error_);
     ASSERT_TRUE(file);
+    EXPECT_EQ(fs::file_size(path_), 0U);
     EXPECT_FALSE(file->Write("") || file->Write(bytes) || file->Finish());
     EXPECT_NE(NumberOf(file->Write("more")), 0) << "the file is closed";
     EXPECT_NE(NumberOf(file->Finish()), 0);
     file.reset();
-    EXPECT_FALSE(CreateOutputFile(path_, error_));
-    EXPECT_TRUE(error_.Number != 0 && !error_.Text.empty());
     EXPECT_TRUE(ReadBytes(path_) == bytes);
-
-    EXPECT_FALSE(RemoveFile(path_) || fs::exists(path_));
-    EXPECT_EQ(NumberOf(RemoveFile(path_)), 2);
-    EXPECT_TRUE(RemoveFile(folder_.Path()) && fs::exists(folder_.Path())) << "an empty folder is not removed";
+    EXPECT_FALSE(EmptyOutputFile(folder_.Path(), error_));
+    EXPECT_FALSE(error_.Text.empty());
 }
 
 TEST_F(FilesTest, InputIsReadUpToTheSizeAtItsOpening) {

@@ -4,6 +4,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "platform/InputFile.h"
 #include "platform/OutputFile.h"
 #include "platform/WholeFile.h"
 #include "tests/support/FileBytes.h"
@@ -36,17 +37,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool Replace(const fs::path& path, bool isNew = false) {
+bool Replace(const fs::path& path, bool empty = false) {
     SystemError error;
-    const auto file = isNew ? CreateOutputFile(path, error) : CreateReplacementFile(path, error);
+    const auto file = empty ? EmptyOutputFile(path, error) : CreateReplacementFile(path, error);
     return file && !file->Write("the ") && !file->Write("content") && !file->Finish();
 }
 
 /// If the rename reached the disk before the content, a power failure could leave an empty file.
 TEST(OutputFileTest, TheContentIsOnTheDiskBeforeTheNameIs) {
     const TemporaryFolder folder;
+    WriteBytes(folder / "emptied", "before");
     calls.clear();
-    EXPECT_TRUE(Replace(folder / "new", true));
+    EXPECT_TRUE(Replace(folder / "emptied", true));
     EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, sync folder, ");
     // The first round creates each file, the second replaces it.
     for (int round = 0; round < 2; ++round) {
@@ -85,6 +87,25 @@ TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
     EXPECT_EQ(ReadBytes(folder / "guarded"), "before");
     EXPECT_EQ(ReadBytes(folder / "open"), "the content");
     EXPECT_EQ(CountFiles(folder.Path()), 2U);
+}
+
+/// Even a read-only file is saved, since the folder would permit to delete it and create another.
+TEST(OutputFileTest, AnEmptiedFileKeepsItsPermissionsAndItsLink) {
+    const TemporaryFolder folder;
+    fs::permissions(folder.Path(), fs::perms::all);
+    const PlainUser user;
+    fs::create_symlink("file", folder / "link");
+    for (const auto mode : {fs::perms{0640}, fs::perms{0444}}) {
+        WriteBytes(folder / "file", "before");
+        fs::permissions(folder / "file", mode);
+        EXPECT_TRUE(Replace(folder / "link", true));
+        EXPECT_EQ(ReadBytes(folder / "file"), "the content");
+        EXPECT_EQ(fs::status(folder / "file").permissions(), mode);
+        EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    }
+    fs::remove(folder / "file");
+    EXPECT_NE(OpenInputFile(folder / "file"), nullptr);
+    EXPECT_EQ(fs::status(folder / "file").permissions(), fs::perms{0600}) << "a new backup is private";
 }
 
 }  // namespace

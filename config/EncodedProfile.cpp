@@ -138,8 +138,8 @@ std::string EncodedProfile::Bytes() const {
     return bytes;
 }
 
-std::string EncodedProfile::ToAnsi(std::string text) const {
-    return encoding_ == ProfileEncoding::Ansi ? text : AnsiFromUtf8(text);
+std::string EncodedProfile::ToAnsi(std::string_view text) const {
+    return encoding_ == ProfileEncoding::Ansi ? std::string(text) : AnsiFromUtf8(text);
 }
 
 std::string EncodedProfile::Encode(std::string_view ansi) const {
@@ -154,7 +154,7 @@ std::string EncodedProfile::Encode(std::string_view ansi) const {
 std::optional<std::string> EncodedProfile::Value(std::string_view section, std::string_view key) const {
     std::optional<std::string> value = text_.Value(Encode(section), Encode(key));
     if (value)
-        value = ToAnsi(*std::move(value));
+        value = ToAnsi(*value);
     return value;
 }
 

@@ -36,7 +36,7 @@ public:
     void DeleteSection(std::string_view section) { text_.DeleteSection(Encode(section)); }
 
 private:
-    std::string ToAnsi(std::string text) const;
+    std::string ToAnsi(std::string_view text) const;
     std::string Encode(std::string_view ansi) const;
 
     ProfileEncoding encoding_;

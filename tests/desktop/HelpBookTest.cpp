@@ -57,8 +57,7 @@ TEST_F(HelpBookTest, DamagedFilesAreReadWithinBoundsOrRefused) {
     };
     EXPECT_GT(bytesRead(whole), 20'000U);
     const std::size_t size = whole.size();
-    for (const std::size_t length :
-         std::vector<std::size_t>{0, 1, 0x37, 0x60, 0x100, size / 2, size / 20 * 19})
+    for (const std::size_t length : std::vector<std::size_t>{0, 1, 0x37, 0x60, 0x100, size - 5000, size - 1})
         EXPECT_EQ(bytesRead(whole.substr(0, length)), 0U) << length;
     constexpr std::size_t MostRead = 16ULL * 1024 * 1024;
     std::mt19937 random(7);

@@ -94,7 +94,7 @@ ViewFilter::Values ViewFilter::ValuesOnShow() const {
 
 std::optional<Slot> ViewFilter::SelectedSlot() const {
     const ChannelTraits& channel = ChannelOnShow().Traits;
-    const ViewNumber active = context_.Received.ActiveView;
+    const ViewNumber active = context_.Received.ActiveView();
     if (context_.Display.CurrentPage() == MessagePage::Consolidated) {
         const TreeNode node = context_.Received.Tree.SelectedNode();
         return node.IsLeaf() ? std::optional(node.LeafSlot()) : std::nullopt;

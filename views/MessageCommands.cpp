@@ -42,14 +42,14 @@ void MessageCommands::DeleteMessages(ViewNumber view) {
         PageOfView(view) == MessagePage::NetBios && context_.Display.CurrentPage() == MessagePage::Syslog;
     if (listIsElsewhere)
         RefuseWhileFiltered();
-    else
+    else if (context_.Display.HasPage(PageOfView(view)))
         DeleteMessagesIn(view);
 }
 
 void MessageCommands::DeleteMessagesIn(ViewNumber view) {
     if (RefuseWhileFiltered())
         return;
-    context_.Received.ActiveView = view;
+    context_.Received.SetActiveView(view);
     switch (PageOfView(view)) {
         case MessagePage::NetBios:
             return DeleteNetBiosMessages(view);
@@ -60,10 +60,19 @@ void MessageCommands::DeleteMessagesIn(ViewNumber view) {
     }
 }
 
+/// While the question is open, only the rows that it is about are drawn as selected.
+bool MessageCommands::ConfirmAbout(ViewNumber view, std::string_view question) {
+    context_.Display.BringToFront(view);
+    context_.Display.ShowActiveView(view, true);
+    const bool yes = context_.Boxes.Confirm(question);
+    context_.Display.ShowActiveView(view, false);
+    return yes;
+}
+
 void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
     MessageList& list = context_.Received.List(view);
     const std::vector<Slot> chosen = list.SelectedSlots();
-    if (chosen.empty() || !context_.Boxes.Confirm(DeleteQuestion))
+    if (chosen.empty() || !ConfirmAbout(view, DeleteQuestion))
         return;
     LongWork work(context_.Display, context_.Slices, chosen.size());
     const Gate::PollStop stop(context_.Received.Gate());
@@ -77,7 +86,7 @@ void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
 void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
     MessageList& list = context_.Received.List(view);
     const std::vector<Slot> chosen = list.SelectedSlots();
-    if (chosen.empty() || !context_.Boxes.Confirm(DeleteQuestion))
+    if (chosen.empty() || !ConfirmAbout(view, DeleteQuestion))
         return;
     const Gate::Hold hold(context_.Received.Gate());
     LongWork work(context_.Display, context_.Slices, 2 * chosen.size());
@@ -95,7 +104,7 @@ void MessageCommands::DeleteTreeSelection() {
     if (node.IsRoot())
         return;
     const std::vector<Slot> chosen = context_.Received.Tree.SlotsUnder(node);
-    if (!context_.Boxes.Confirm(node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
+    if (!ConfirmAbout(ConsolidatedView, node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
     const Gate::Hold hold(context_.Received.Gate());
     LongWork work(context_.Display, context_.Slices, 2 * chosen.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "views/messages/MessageContext.h"
@@ -19,8 +20,8 @@ public:
 
     /// Asks the user, then deletes the messages that were selected in `view` when the question opened. `view`
     /// was the active view when the user gave the command. Shows a message box instead while a view filter is
-    /// in force. Does nothing if no message is selected, or if `view` is a NetBIOS list and the syslog page
-    /// is in front.
+    /// in force. Does nothing if no message is selected, if the preferences hide the page of `view`, or if
+    /// `view` is a NetBIOS list and the syslog page is in front. Shows the page of `view` before it asks.
     void DeleteMessages(ViewNumber view);
     /// Makes `view` the active view, whatever page is in front, and deletes its selected messages as
     /// DeleteMessages does.
@@ -30,6 +31,7 @@ public:
 
 private:
     bool RefuseWhileFiltered();
+    bool ConfirmAbout(ViewNumber view, std::string_view question);
     void DeleteNetBiosMessages(ViewNumber view);
     void DeleteSyslogMessages(ViewNumber view);
     void DeleteTreeSelection();

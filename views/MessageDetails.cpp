@@ -14,6 +14,7 @@ bool MessageDetails::Show(ViewNumber view, Slot slot) {
 
 void MessageDetails::Take(Slot slot) {
     slot_ = slot;
+    from_.reset();
     text_ = ChannelOfShown().Messages.Text(slot);
     if (IsInTree()) {
         const MessageRows& rows = received_.Syslog.Rows;
@@ -36,6 +37,15 @@ void MessageDetails::FindPlace() {
 
 // ---- stepping
 
+void MessageDetails::StepFrom(std::optional<Slot> selected) {
+    const bool shownIsSelected = IsThere() && received_.List(view_).IsSelected(PlaceOf(view_, slot_).value());
+    from_ = shownIsSelected ? std::nullopt : selected;
+}
+
+std::size_t MessageDetails::PlaceOfStep() const {
+    return (from_ ? PlaceOf(view_, *from_) : std::nullopt).value_or(place_);
+}
+
 bool MessageDetails::ShowPrevious() {
     return IsInTree() ? ShowTreeMessage(-1) : ShowListMessage(1, -1);
 }
@@ -47,12 +57,13 @@ bool MessageDetails::ShowNext() {
 /// Shows the next message if `step` is 1, the previous one if it is -1.  Returns false if the current row,
 /// counted from 1, is `limit`, the last one in that direction.
 bool MessageDetails::ShowListMessage(std::size_t limit, int step) {
-    if (!IsThere())
+    if (!IsThere() && !from_)
         return false;
     NotePlace();
-    if (place_ + 1 == limit)
+    const std::size_t place = PlaceOfStep();
+    if (place + 1 == limit)
         return false;
-    Take(SlotAt(step < 0 ? place_ - 1 : place_ + static_cast<std::size_t>(step)));
+    Take(SlotAt(step < 0 ? place - 1 : place + static_cast<std::size_t>(step)));
     return true;
 }
 

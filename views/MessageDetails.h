@@ -25,12 +25,15 @@ public:
     Slot ShownSlot() const { return slot_; }
     const std::string& Text() const { return text_; }
 
-    /// Return whether the view has a message before or after the shown one, as of the last call of Show,
-    /// ShowPrevious, ShowNext or LookAgain.
-    bool HasPrevious() const { return place_ > 0; }
-    bool HasNext() const { return place_ + 1 < EntryCount(); }
-    /// Change to the previous or next message of the view.  Return false and change nothing if there is none,
-    /// or if the view no longer contains the shown message.
+    /// Makes the next step start at `selected`, a row that is selected in the list, unless the shown message
+    /// is selected too.  Valid until another message is shown.  Not to be called for the tree.
+    void StepFrom(std::optional<Slot> selected);
+    /// Return whether the view has a message before or after the one at which the next step starts, as of the
+    /// last call of Show, StepFrom, ShowPrevious, ShowNext or LookAgain.
+    bool HasPrevious() const { return PlaceOfStep() > 0; }
+    bool HasNext() const { return PlaceOfStep() + 1 < EntryCount(); }
+    /// Change to the message before or after that one.  Return false and change nothing if there is none, or
+    /// if the view contains neither that message nor the shown one.
     bool ShowPrevious();
     bool ShowNext();
 
@@ -60,6 +63,7 @@ private:
     void Take(Slot slot);
     void SortSiblings();
     void FindPlace();
+    std::size_t PlaceOfStep() const;
     bool IsThere() const;
     bool IsInTree() const { return view_ == ConsolidatedView; }
     const MessageChannel& ChannelOfShown() const;
@@ -71,7 +75,8 @@ private:
     ReceivedMessages& received_;
     ViewNumber view_ = 0;
     Slot slot_ = -1;
-    std::size_t place_ = 0;  ///< the index of the message in its list, or among the leaves of its computer
+    std::size_t place_ = 0;     ///< the index of the message in its list, or among the leaves of its computer
+    std::optional<Slot> from_;  ///< where the next step starts, if not at the shown message
     std::string text_;
     Group group_;
 };

@@ -184,11 +184,11 @@ TEST_F(ViewFilterTest, ShowsAllMessagesInTheOrderOfTheirSlots) {
     ASSERT_EQ(Computers(0), (Names{"B", "C", "D"}));
     Apply(ByComputer, "C");
     Received.SetDateStyle({true, "-"});
-    Received.ActiveView = 2;
+    Received.SetActiveView(2);
     filter_.RemoveViewFilter();
     EXPECT_EQ(Computers(0), (Names{"D", "B", "C"}));
     EXPECT_EQ(Received.List(0).CellText(0, MessageColumn::DateLogged), "21-08-2008 2:05:09 PM");
-    EXPECT_EQ(Received.ActiveView, 2);
+    EXPECT_EQ(Received.ActiveView(), 2);
 }
 
 TEST_F(ViewFilterTest, AFieldThatCannotBeReadKeepsItsEarlierText) {
@@ -248,7 +248,7 @@ TEST_F(ViewFilterTest, KnowsTheTextsOfTheSelectedRow) {
     Received.Tree.SelectNode(TreeNode::Leaf(0));
     for (const auto& [page, active, selected, computer] : cases) {
         Display.Page = page;
-        Received.ActiveView = active;
+        Received.SetActiveView(active);
         Display.Selected = selected;
         EXPECT_EQ(filter_.SelectedTexts().at(ByComputer), computer) << active;
     }

@@ -155,6 +155,51 @@ TEST_F(ConsoleTest, ASecondDeleteKeyStaysInItsList) {
     EXPECT_EQ(Panel(1), "2 NetBIOS Message(s)");
 }
 
+/// The letters are S for a selection with about the desktop's colour, p for a pale and - for an invisible
+/// one. The frame around the row with the focus changes the colour somewhat.
+TEST_F(ConsoleTest, TheActiveListLooksActiveAndComesToTheFrontForItsQuestion) {
+    StartListening();
+    Receive({"a"}, "Error");
+    Receive({"b"}, "Warning");
+    Send(Datagram("c", "Error", "pc"));
+    Handle();
+    const auto look = [](MessageListView* list) {
+        const QRect row = list->visualRect(list->model()->index(0, 0));
+        const QColor drawn = list->viewport()->grab().toImage().pixelColor(1, row.center().y());
+        const QPalette desktop = QApplication::palette(list);
+        const auto distance = [&](const QColor& color) {
+            return std::abs(drawn.red() - color.red()) + std::abs(drawn.blue() - color.blue());
+        };
+        const int strong = distance(desktop.color(QPalette::Highlight));
+        const int none = distance(desktop.color(QPalette::Base));
+        return none == 0 ? "-" : 3 * strong < none ? "S" : "p";
+    };
+    const auto looks = [&] { return std::string(look(List(0))) + look(List(1)) + look(SyslogList(0)); };
+    ShowPage(1);
+    ClickRow(SyslogList(0), 0);
+    ShowPage(0);
+    ClickRow(List(0), 0);
+    ClickRow(List(1), 0);
+    EXPECT_EQ(looks(), "pSp");
+    QTest::keyClick(&console_->Window(), Qt::Key_R, Qt::AltModifier);
+    EXPECT_TRUE(List(0)->hasFocus());
+    EXPECT_EQ(looks(), "Spp");
+    ShowPage(2);
+    boxes_.Answer = false;
+    boxes_.WhileAsked = [&] {
+        EXPECT_EQ(Find<QTabWidget>("tabMessageTypes")->currentIndex(), 0);
+        EXPECT_EQ(looks(), "S--");
+    };
+    Command("delete");
+    EXPECT_EQ(boxes_.Shown.size(), 1U);
+    EXPECT_TRUE(List(0)->hasFocus());
+    EXPECT_EQ(looks(), "Spp");
+    QTest::keyClick(&console_->Window(), Qt::Key_S, Qt::AltModifier);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(SyslogList(0)->hasFocus());
+    EXPECT_EQ(looks(), "ppS");
+}
+
 TEST_F(ConsoleTest, WarnsOfASecondInstanceAndOfAMissingMailslot) {
     Start();
     InstanceLock second(InstanceName(), folder_ / "locks");

@@ -172,6 +172,25 @@ TEST_F(frmMessageTest, TheListsSelectionFollowsStepsAndTheWindowFollowsTheList) 
     EXPECT_EQ(Shown(), "-");
 }
 
+TEST_F(frmMessageTest, StepsFromANewerSelectionInTheList) {
+    Start();
+    ArriveAt({1, 2, 3, 4, 5});
+    Open(List(0), 1);
+    const auto shownAfterClick = [this](int row) {
+        ClickRow(List(0), row);
+        QCoreApplication::processEvents();
+        return Shown();
+    };
+    EXPECT_EQ(shownAfterClick(4), "m02^") << "the last row is selected";
+    EXPECT_EQ(shownAfterClick(2), "m02^v");
+    EXPECT_EQ(Press(Qt::Key_Down), "m04^v");
+    EXPECT_EQ(shownAfterClick(1), "m04^v");
+    EXPECT_EQ(Press(Qt::Key_Up), "m01v");
+    EXPECT_EQ(Press(Qt::Key_Down), "m02^v");
+    List(0)->selectAll();
+    EXPECT_EQ(Press(Qt::Key_Up), "m01v") << "the shown row is selected too";
+}
+
 TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {
     Start();
     ArriveAt({1, 2, 3});

@@ -15,9 +15,14 @@ class FakeDisplay final : public ServerDisplay {
 public:
     bool IsVisible() const override { return Visible; }
     MessagePage CurrentPage() const override { return Page; }
+    bool HasPage(MessagePage page) const override { return page != HiddenPage; }
     std::optional<std::int32_t> SelectedSlot(ViewNumber list) const override {
         const auto selected = Selected.find(list);
         return selected == Selected.end() ? std::nullopt : std::optional(selected->second);
+    }
+    void BringToFront(ViewNumber view) override { ActiveCalls.push_back("front " + std::to_string(view)); }
+    void ShowActiveView(ViewNumber view, bool alone) override {
+        ActiveCalls.push_back((alone ? "only " : "active ") + std::to_string(view));
     }
     void ShowPanel(StatusPanel panel, std::string_view text) override { Panels[panel] = text; }
     void ShowPanelToolTip(StatusPanel panel, std::string_view text) override { ToolTips[panel] = text; }
@@ -38,10 +43,12 @@ public:
 
     bool Visible = true;
     MessagePage Page = MessagePage::NetBios;
+    std::optional<MessagePage> HiddenPage;
     std::map<ViewNumber, std::int32_t> Selected;  ///< the selected slot of each list
     std::map<StatusPanel, std::string> Panels, ToolTips;
     std::array<bool, ConsolidatedView + 1> Enabled{};
     std::vector<std::string> ListCalls;
+    std::vector<std::string> ActiveCalls;  ///< of BringToFront and ShowActiveView
     int WorkUnderWay = 0;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< pairs of done and total
     bool Resuming = false;

@@ -27,10 +27,14 @@ TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
     Keep(10);
     Received.List(2).Select(3, 3, true);
     Received.List(2).Select(6, 6, true);
-    Boxes.WhileAsked = [this] { EXPECT_TRUE(TheGate.AdmitPoll()) << "while the question is open"; };
+    Boxes.WhileAsked = [this] {
+        EXPECT_TRUE(TheGate.AdmitPoll()) << "while the question is open";
+        EXPECT_EQ(Display.ActiveCalls, (std::vector<std::string>{"active 2", "front 2", "only 2"}));
+    };
     Events.Event = [this] { EXPECT_FALSE(TheGate.AdmitPoll()); };
     commands_.DeleteMessages(2);
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
+    EXPECT_EQ(Display.ActiveCalls.back(), "active 2");
     EXPECT_TRUE(TheGate.AdmitPoll());
     EXPECT_EQ(Display.WorkUnderWay, 0);
     EXPECT_EQ(Display.Panels[StatusPanel::NetBiosCount], "8 NetBIOS Message(s)");
@@ -60,6 +64,9 @@ TEST_F(MessageCommandsTest, AsksOnlyAboutASelectionThatItMayDelete) {
         commands_.DeleteMessages(activeView);
         EXPECT_EQ(Boxes.Shown, shown) << name;
     }
+    Display.HiddenPage = MessagePage::NetBios;
+    commands_.DeleteMessages(2);
+    EXPECT_EQ(Boxes.Shown.size(), 1U) << "nobody sees the rows of a hidden page";
     EXPECT_EQ(Received.List(2).Size(), 10U) << "the answer was always No";
     EXPECT_TRUE(Display.ListCalls.empty());
 }

@@ -15,6 +15,9 @@ DetailWindow::DetailWindow(const Parts& parts, QWidget* mainWindow)
         connect(&List(view), &MessageListView::Opened, this,
                 [this, view] { parts_.Queue.Run([this, view] { OpenListMessage(view); }); });
         Follow(List(view).model());
+        // Queued, because both signals are emitted before the list changes its selection.
+        for (const auto signal : {&MessageListView::Touched, &MessageListView::MouseReleased})
+            connect(&List(view), signal, this, &DetailWindow::FollowSelection, Qt::QueuedConnection);
     }
     connect(&parts_.Tree, &ConsolidatedTreeView::Opened, this,
             [this] { parts_.Queue.Run([this] { OpenTreeMessage(); }); });
@@ -38,13 +41,13 @@ void DetailWindow::ViewMessageDetails(ViewNumber view) {
 void DetailWindow::OpenListMessage(ViewNumber view) {
     if (CurrentPage() == MessagePage::Syslog)
         view = ViewOfList(Channel::Syslog, ListOfView(view));
-    parts_.Received.ActiveView = view;
+    parts_.Received.SetActiveView(view);
     if (const std::optional<Slot> slot = List(view).SelectedSlot())
         Show(view, *slot, List(view).CurrentRowOnScreen());
 }
 
 void DetailWindow::OpenTreeMessage() {
-    parts_.Received.ActiveView = ConsolidatedView;
+    parts_.Received.SetActiveView(ConsolidatedView);
     const TreeNode node = parts_.Received.Tree.SelectedNode();
     if (node.IsLeaf())
         Show(ConsolidatedView, node.LeafSlot(), parts_.Tree.CurrentNodeOnScreen());
@@ -54,7 +57,7 @@ void DetailWindow::Show(ViewNumber view, Slot slot, const QRect& entry) {
     if (message_ == nullptr) {
         message_ =
             new frmMessage({parts_, parts_.Queue, [this](ViewNumber in, Slot of) { SelectEntry(in, of); },
-                            [this](ViewNumber in) { DeleteSelected(in); },
+                            [this](ViewNumber in) { parts_.Commands.DeleteMessagesIn(in); },
                             [this](QWidget& over) { parts_.Others.AddSuppressionFilter(over); }},
                            mainWindow_);
         connect(message_, &frmMessage::Closed, this, [this] { message_ = nullptr; });
@@ -83,20 +86,16 @@ void DetailWindow::LookAgain() {
         message_->LookAgain();
 }
 
+void DetailWindow::FollowSelection() {
+    if (!parts_.Queue.IsAtWork() && message_ != nullptr)
+        message_->UpdateNavigation();
+}
+
 void DetailWindow::SelectEntry(ViewNumber view, Slot slot) {
     if (view == ConsolidatedView)
         parts_.Tree.SelectNode(TreeNode::Leaf(slot));
     else if (const std::optional<std::size_t> position = parts_.Received.List(view).PositionOf(slot))
         List(view).SelectRow(*position);
-}
-
-/// Brings the view's page to the front first, unless the page is hidden, so that the user sees the selection
-/// that the question is about.
-void DetailWindow::DeleteSelected(ViewNumber view) {
-    const int page = static_cast<int>(PageOfView(view));
-    if (parts_.Pages.isTabVisible(page))
-        parts_.Pages.setCurrentIndex(page);
-    parts_.Commands.DeleteMessagesIn(view);
 }
 
 }  // namespace tallyhorn

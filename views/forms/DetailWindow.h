@@ -48,8 +48,8 @@ private:
     void Show(ViewNumber view, Slot slot, const QRect& entry);
     void Follow(const QAbstractItemModel* model);
     void LookAgain();
+    void FollowSelection();
     void SelectEntry(ViewNumber view, Slot slot);
-    void DeleteSelected(ViewNumber view);
 
     Parts parts_;
     QWidget* mainWindow_;

@@ -181,6 +181,8 @@ MessageDetails::Found frmMessage::LookAgain() {
 }
 
 void frmMessage::UpdateNavigation() {
+    if (details_.View() != ConsolidatedView)
+        details_.StepFrom(parts_.Display.SelectedSlot(details_.View()));
     Enable(cmdUp, details_.HasPrevious());
     Enable(cmdDown, details_.HasNext());
 }
@@ -212,10 +214,12 @@ void frmMessage::Close() {
 }
 
 void frmMessage::Previous() {
+    UpdateNavigation();
     ShowStep(details_.ShowPrevious());
 }
 
 void frmMessage::Next() {
+    UpdateNavigation();
     ShowStep(details_.ShowNext());
 }
 
@@ -230,10 +234,10 @@ void frmMessage::ShowStep(bool stepped) {
 /// Selects the shown message in the main window first, because the user may have selected another one there.
 void frmMessage::Delete() {
     const ViewNumber view = details_.View();
-    parts_.Received.ActiveView = view;
+    parts_.Received.SetActiveView(view);
     parts_.SelectEntry(view, details_.ShownSlot());
     parts_.DeleteSelected(view);
-    parts_.Received.ActiveView = view;
+    parts_.Received.SetActiveView(view);
     if (LookAgain() == MessageDetails::Found::Other)
         parts_.SelectEntry(view, details_.ShownSlot());
 }

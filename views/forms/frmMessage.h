@@ -43,6 +43,10 @@ public:
     /// there is none.
     MessageDetails::Found LookAgain();
 
+    /// Enables each arrow if there is a message in its direction.  To be called after another row was
+    /// selected in the main window, because the next step goes from that row.
+    void UpdateNavigation();
+
     /// Closes at once. reject(), which Qt calls when the user closes the window, waits until no other work is
     /// running.
     void Close();
@@ -63,7 +67,6 @@ private:
     void LayOut();
     void Run(Routine routine, CommandQueue::Kind kind = CommandQueue::Kind::Work);
     void ShowText();
-    void UpdateNavigation();
     void Enable(QPushButton* button, bool enabled);
 
     void Previous();

@@ -101,6 +101,9 @@ void frmServer::Load(const Parts& parts) {
     for (std::size_t channel = 0; channel < ChannelCount; ++channel)
         BuildLists(TraitsOf(static_cast<Channel>(channel)));
     BuildTree();
+    activeView_ = new ActiveViewMark(AllViews(), *tabMessageTypes, [this](ViewNumber view) {
+        parts_->Context.Received.SetActiveView(view);
+    });
     details_ = new DetailWindow(
         {parts.Context, parts.Commands, queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
         this);
@@ -129,7 +132,7 @@ void frmServer::BuildTree() {
     tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
     tvwConsolidated->setAccessibleName(WithoutAccessKey(fraConsolidated->title()));
     connect(tvwConsolidated, &ConsolidatedTreeView::Touched, this,
-            [this] { parts_->Context.Received.ActiveView = ConsolidatedView; });
+            [this] { parts_->Context.Received.SetActiveView(ConsolidatedView); });
     connect(tvwConsolidated, &ConsolidatedTreeView::DeleteRequested, this,
             [this] { Do(ServerCommand::DeleteMessages); });
 }
@@ -137,7 +140,7 @@ void frmServer::BuildTree() {
 void frmServer::ConnectList(ViewNumber view) {
     MessageListView* const list = ListView(view);
     connect(list, &MessageListView::Touched, this,
-            [this, view] { parts_->Context.Received.ActiveView = view; });
+            [this, view] { parts_->Context.Received.SetActiveView(view); });
     connect(list, &MessageListView::MouseReleased, this, [this, view] { KeepColumnWidths(view); });
     connect(list, &MessageListView::DeleteRequested, this, [this] { Do(ServerCommand::DeleteMessages); });
 }
@@ -152,7 +155,7 @@ void frmServer::Do(ServerCommand command) {
     const std::optional<int> key =
         command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
     // The view is read now, because the user may change to another one while the command waits.
-    const ViewNumber view = parts_->Context.Received.ActiveView;
+    const ViewNumber view = parts_->Context.Received.ActiveView();
     queue_.Run([this, command, view] { Execute(command, view); },
                opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
 }
@@ -200,6 +203,10 @@ void frmServer::RunPendingEvents() {
 
 MessagePage frmServer::CurrentPage() const {
     return static_cast<MessagePage>(tabMessageTypes->currentIndex());
+}
+
+bool frmServer::HasPage(MessagePage page) const {
+    return tabMessageTypes->isTabVisible(static_cast<int>(page));
 }
 
 std::optional<std::int32_t> frmServer::SelectedSlot(ViewNumber list) const {
@@ -407,6 +414,13 @@ std::array<MessageListView*, ConsolidatedView> frmServer::AllLists() const {
     for (ViewNumber view = 0; view < ConsolidatedView; ++view)
         lists.at(static_cast<std::size_t>(view)) = ListView(view);
     return lists;
+}
+
+ActiveViewMark::Views frmServer::AllViews() const {
+    ActiveViewMark::Views views{};
+    for (ViewNumber view = 0; view <= ConsolidatedView; ++view)
+        views.at(static_cast<std::size_t>(view)) = View(view);
+    return views;
 }
 
 void frmServer::SetColumnWidths(const ColumnWidthArray& widths) {

@@ -7,6 +7,7 @@
 
 #include "views/MessageCommands.h"
 #include "views/ServerLayout.h"
+#include "views/forms/ActiveViewMark.h"
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
@@ -69,7 +70,10 @@ public:
 
     bool IsVisible() const override { return isVisible() && !isMinimized(); }
     MessagePage CurrentPage() const override;
+    bool HasPage(MessagePage page) const override;
     std::optional<std::int32_t> SelectedSlot(ViewNumber list) const override;
+    void BringToFront(ViewNumber view) override { activeView_->BringToFront(view); }
+    void ShowActiveView(ViewNumber view, bool alone) override { activeView_->Show(view, alone); }
     void ShowPanel(StatusPanel panel, std::string_view text) override { status_.ShowPanel(panel, text); }
     void ShowPanelToolTip(StatusPanel panel, std::string_view text) override {
         status_.ShowPanelToolTip(panel, text);
@@ -113,6 +117,7 @@ private:
     ChannelControls& ControlsOf(Channel channel);
     MessageListView* ListView(ViewNumber view) const;
     std::array<MessageListView*, ConsolidatedView> AllLists() const;
+    ActiveViewMark::Views AllViews() const;
     QWidget* View(ViewNumber view) const;
     void BuildTree();
     int Pixels(Twips length) const;
@@ -122,6 +127,7 @@ private:
     std::unique_ptr<const Parts> parts_;
     CommandQueue queue_;
     DetailWindow* details_ = nullptr;
+    ActiveViewMark* activeView_ = nullptr;  ///< made by Load
     ColumnWidthArray columnWidths_{};
     QWidget* focusBeforeHiding_ = nullptr;
 

@@ -29,6 +29,11 @@ MessageList& ReceivedMessages::List(ViewNumber view) {
     return In(ChannelOfView(view)).Lists.at(ListOfView(view));
 }
 
+void ReceivedMessages::SetActiveView(ViewNumber view) {
+    activeView_ = view;
+    display_.ShowActiveView(view, false);
+}
+
 void ReceivedMessages::SetDateStyle(const DateStyle& style) {
     dayFirst_ = style.DayFirst;
     NetBios.Rows.SetDateStyle(style);

@@ -45,8 +45,10 @@ public:
     MessageChannel Syslog{Channel::Syslog};
     /// The tree of the syslog messages that are shown.
     ConsolidatedTree Tree{Syslog.Rows};
-    /// The view that the user most recently clicked or operated by keyboard.
-    ViewNumber ActiveView = 0;
+
+    /// Returns the view that the user clicked or operated by keyboard last.
+    ViewNumber ActiveView() const { return activeView_; }
+    void SetActiveView(ViewNumber view);
 
     /// Returns the gate, which decides whether arrivals may be handled now.
     tallyhorn::Gate& Gate() const { return gate_; }
@@ -111,6 +113,7 @@ private:
     TimeSlices& slices_;
     tallyhorn::Gate& gate_;
     bool dayFirst_ = false;
+    ViewNumber activeView_ = 0;
 };
 
 }  // namespace tallyhorn

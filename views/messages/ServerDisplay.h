@@ -16,9 +16,17 @@ public:
     /// Returns false while the window is minimised or hidden to the notification area.
     virtual bool IsVisible() const = 0;
     virtual MessagePage CurrentPage() const = 0;
+    /// Returns whether the preferences show the page, in front or not.
+    virtual bool HasPage(MessagePage page) const = 0;
     /// Returns the slot of the list's current row if that is selected, otherwise of the first selected row,
     /// or nothing if no row is selected.
     virtual std::optional<std::int32_t> SelectedSlot(ViewNumber list) const = 0;
+
+    /// Shows the page of the view, if the preferences show that page.
+    virtual void BringToFront(ViewNumber view) = 0;
+    /// Draws the selection of `view` as the active one, and those of the other views pale or, if `alone`, not
+    /// at all.
+    virtual void ShowActiveView(ViewNumber view, bool alone) = 0;
 
     virtual void ShowPanel(StatusPanel panel, std::string_view text) = 0;
     virtual void ShowPanelToolTip(StatusPanel panel, std::string_view text) = 0;

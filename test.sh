@@ -59,6 +59,7 @@ CleanUp() {
 PrepareSurroundings() {
     runtime=$(mktemp -d)
     export XDG_RUNTIME_DIR=$runtime
+    export TALLYHORN_STORM_SECONDS=${TALLYHORN_STORM_SECONDS:-30}
     unset DISPLAY WAYLAND_DISPLAY WINEPREFIX
     trap CleanUp EXIT
     trap 'exit 130' INT TERM HUP

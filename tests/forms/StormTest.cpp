@@ -1,0 +1,246 @@
+#include <QHeaderView>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <cstdio>
+#include <random>
+
+#include "tests/forms/ConsoleFixture.h"
+#include "views/forms/frmMessage.h"
+
+namespace tallyhorn {
+namespace {
+
+int Setting(const char* variable, int otherwise) {
+    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariableIntValue(variable) : otherwise;
+}
+
+/// Operates a whole console at random while 1,000 datagrams and 500 texts a second arrive.  Gestures come
+/// from timers, so that they also occur between the slices of long work.
+///
+/// TALLYHORN_STORM_SECONDS sets the length of the storm.  TALLYHORN_STORM_SEED repeats the gestures of an
+/// earlier storm, though not its timing.
+class StormTest : public ConsoleFixture {
+protected:
+    StormTest() {
+        random_.seed(static_cast<unsigned>(seed_));
+        std::printf("TALLYHORN_STORM_SEED=%d\n", seed_);
+        std::fflush(stdout);  // a crash would lose it
+        clock_.PerLook = std::chrono::milliseconds(1);
+        saveDialog_.Answer = folder_ / "export.txt";
+        boxes_.WhileAsked = [this] {
+            asked_ = true;
+            QTest::qWait(Below(20));
+            asked_ = false;
+            boxes_.Answer = !OneIn(3);
+        };
+    }
+
+    /// Lets notifications arrive and makes gestures for two seconds.
+    void Rage() {
+        raging_ = true;
+        Feed();
+        Act();
+        QTest::qWait(2000);
+        raging_ = false;
+    }
+    /// Ends a drag, the view filter and a pause, and waits until the views show all kept messages.
+    void Settle() {
+        Release();
+        AWAIT(QApplication::activeModalWidget() == nullptr);
+        if (Find<QAction>("filter")->isChecked())
+            Command("filter");
+        AWAIT(!Find<QAction>("filter")->isChecked());
+        if (Panel(3).contains(QStringLiteral("Paused")))
+            Command("pause");
+        ASSERT_NO_FATAL_FAILURE(Handle());
+        AWAIT(mailslots_.ByName["TallyhornEngine"].Waiting.empty());
+        for (int page = 0; page < 3; ++page) {
+            ShowPage(page);
+            QCoreApplication::processEvents();
+            ASSERT_NO_FATAL_FAILURE(AwaitShown());
+        }
+    }
+    /// Compares the numbers of kept messages, of rows and of the messages that the tree counts.
+    void Check() {
+        int netBiosRows = 0, syslogRows = 0, knownRows = 0;
+        for (int element = 0; element < 3; ++element) {
+            netBiosRows += List(element)->model()->rowCount();
+            const QAbstractItemModel& rows = *SyslogList(element)->model();
+            syslogRows += rows.rowCount();
+            for (int row = 0; row < rows.rowCount(); ++row)
+                knownRows += rows.index(row, 1).data().toString().startsWith('k') ? 1 : 0;
+        }
+        EXPECT_EQ(Panel(1), QString::number(netBiosRows) + " NetBIOS Message(s)");
+        EXPECT_EQ(Panel(2), QString::number(syslogRows) + " Syslog Message(s)");
+        int counted = 0;
+        for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
+            counted += CountOf(Node({alarm}));
+        EXPECT_EQ(counted, knownRows);
+        mostRows_ = std::max(mostRows_, std::min(netBiosRows, syslogRows));
+    }
+    /// Returns the number of leaves below the node, and compares it with the count of each group.
+    int Leaves(const QModelIndex& node) {
+        QAbstractItemModel& model = *Tree()->model();
+        if (model.flags(node).testFlag(Qt::ItemNeverHasChildren))
+            return 1;
+        if (model.canFetchMore(node))
+            model.fetchMore(node);
+        int leaves = 0;
+        for (int row = 0; row < model.rowCount(node); ++row)
+            leaves += Leaves(model.index(row, 0, node));
+        EXPECT_EQ(leaves, CountOf(node)) << node.data().toString().toStdString();
+        return leaves;
+    }
+
+    const int seed_ = Setting("TALLYHORN_STORM_SEED", static_cast<int>(std::random_device()() >> 1));
+    int mostRows_ = 0;
+
+private:
+    int Below(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
+    bool OneIn(int number) { return Below(number) == 0; }
+    template <class Value>
+    Value AnyOf(std::initializer_list<Value> values) {
+        return values.begin()[Below(static_cast<int>(values.size()))];
+    }
+    QPoint AnyPointIn(const QWidget* widget) {
+        return {Below(std::max(1, widget->width())), Below(std::max(1, widget->height()))};
+    }
+    static int CountOf(const QModelIndex& group) {
+        static const QRegularExpression Count(QStringLiteral("\\( (\\d+) Events? \\)$"));
+        return Count.match(group.data().toString()).captured(1).toInt();
+    }
+
+    void Feed() {
+        if (!raging_)
+            return;
+        QTimer::singleShot(20, &timers_, [this] { Feed(); });
+        for (int i = 0; i < 30; ++i) {
+            const std::string type =
+                AnyOf({"Information", "Warning", "error", "failureaudit", "Success Audit", "Critical", ""});
+            const bool known = !type.empty() && type != "Critical";
+            const std::string alarm = (known ? "k" : "u") + std::to_string(Below(60));
+            if (i < 10)
+                Arrive(alarm, type);
+            else
+                Send(OneIn(30) ? "session opened for user root: x"
+                               : Datagram(alarm, type, "pc" + std::to_string(Below(20))));
+        }
+    }
+    /// Makes one gesture, in the open dialog if there is one.
+    void Act() {
+        if (!raging_)
+            return;
+        QTimer::singleShot(Below(8), &timers_, [this] { Act(); });
+        if (asked_)
+            return;
+        if (QWidget* const dialog = QApplication::activeModalWidget())
+            return Operate(*dialog, 4);
+        if (dragged_ != nullptr)
+            return Drag();
+        switch (Below(10)) {
+            case 0:
+                return ShowPage(Below(3));
+            case 1:
+                return UseBar();
+            case 2:
+                return UseDetails();
+            case 3:
+                return UseHeader();
+            case 4:
+            case 5:
+                return Type(AnyView());
+            default:
+                return UseMouse(AnyView()->viewport());
+        }
+    }
+    QAbstractItemView* AnyView() {
+        const int page = Find<QTabWidget>("tabMessageTypes")->currentIndex();
+        if (page == 2)
+            return Tree();
+        return page == 0 ? List(Below(3)) : SyslogList(Below(3));
+    }
+    Qt::KeyboardModifiers AnyModifiers() {
+        return AnyOf<Qt::KeyboardModifiers>(
+            {Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier});
+    }
+
+    void UseMouse(QWidget* viewport) {
+        const QPoint point = AnyPointIn(viewport);
+        if (OneIn(4))
+            return QTest::mouseDClick(viewport, Qt::LeftButton, Qt::NoModifier, point);
+        QTest::mousePress(viewport, Qt::LeftButton, AnyModifiers(), point);
+        dragged_ = viewport;
+    }
+    /// Moves the mouse, also beyond the view, or releases its button.
+    void Drag() {
+        if (OneIn(2))
+            return Release();
+        const QPoint point = AnyPointIn(dragged_) + QPoint(0, AnyOf({-300, 0, 0, 300}));
+        QMouseEvent move(QEvent::MouseMove, point, dragged_->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(dragged_, &move);
+    }
+    void Release() {
+        if (QWidget* const viewport = std::exchange(dragged_, nullptr))
+            QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, AnyPointIn(viewport));
+    }
+    void Type(QAbstractItemView* view) {
+        view->setFocus();
+        QTest::keyClick(view,
+                        AnyOf({Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Home,
+                               Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Space, Qt::Key_Return,
+                               Qt::Key_0, Qt::Key_Delete, Qt::Key_Delete, Qt::Key_A, Qt::Key_Tab}),
+                        AnyModifiers());
+    }
+    void UseHeader() {
+        if (auto* const list = qobject_cast<MessageListView*>(AnyView())) {
+            QWidget* const header = list->findChild<QHeaderView*>()->viewport();
+            QTest::mouseClick(header, Qt::LeftButton, Qt::NoModifier, AnyPointIn(header));
+        }
+    }
+    void UseBar() {
+        Command(AnyOf({"view", "delete", "delete", "eventviewer", "filter", "pause", "exporttext",
+                       OneIn(5) ? "clear" : "view"}));
+    }
+    void UseDetails() {
+        if (auto* const details = console_->Window().findChild<frmMessage*>();
+            details && details->isVisible())
+            Operate(*details, 20);
+    }
+    /// Clicks a button of the dialog, or cancels it one time in `cancels`.
+    void Operate(QWidget& dialog, int cancels) {
+        QList<QAbstractButton*> buttons = dialog.findChildren<QAbstractButton*>();
+        erase_if(buttons,
+                 [](const QAbstractButton* button) { return !button->isVisible() || !button->isEnabled(); });
+        if (buttons.isEmpty() || OneIn(cancels))
+            QTest::keyClick(&dialog, OneIn(3) ? Qt::Key_Return : Qt::Key_Escape);
+        else
+            QTest::mouseClick(buttons[Below(static_cast<int>(buttons.size()))], Qt::LeftButton);
+    }
+
+    std::mt19937 random_;
+    bool raging_ = false;
+    bool asked_ = false;  ///< a question is open, which blocks all windows
+    QPointer<QWidget> dragged_;
+    QObject timers_;
+};
+
+TEST_F(StormTest, TheViewsShowExactlyTheKeptMessages) {
+    SCOPED_TRACE("TALLYHORN_STORM_SEED=" + std::to_string(seed_));
+    StartListening();
+    QElapsedTimer time;
+    time.start();
+    const int seconds = Setting("TALLYHORN_STORM_SECONDS", 3);
+    while (time.elapsed() < seconds * 1000LL && !HasFailure()) {
+        Rage();
+        ASSERT_NO_FATAL_FAILURE(Settle());
+        Check();
+    }
+    for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
+        Leaves(Node({alarm}));
+    EXPECT_GT(mostRows_, 100) << "too few messages to test anything";
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -153,7 +153,7 @@ protected:
                                        .Log = AnyOf(Logs),
                                        .Computer = "PC" + std::to_string(Below(4)),
                                        .Type = AnyOf(Types)});
-        record.EventID = static_cast<std::int32_t>(Below(20));
+        record.EventID = static_cast<std::int32_t>(Below(2) * Below(20));
         record.DateTime.Seconds += static_cast<std::int64_t>(Below(100'000'000));
         const DateStyle style{Below(2) == 0, "/"};
         const std::string id = "Event ID: " + std::to_string(record.EventID) + "  ||  ";

@@ -50,12 +50,18 @@ TEST(OutputFileTest, TheContentIsOnTheDiskBeforeTheNameIs) {
     calls.clear();
     EXPECT_TRUE(Replace(folder / "emptied", true));
     EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, sync folder, ");
-    // The first round creates each file, the second replaces it.
-    for (int round = 0; round < 2; ++round) {
+    const std::string path = folder / "replaced";
+    // The first round creates each file, the others replace it.
+    for (const gid_t group : {0U, 4242U, 0U}) {
         EXPECT_TRUE(ReplaceWholeFile(folder / "whole", "the content"));
         EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, rename, sync folder, ");
-        EXPECT_TRUE(Replace(folder / "replaced"));
+        // Only root can give the file away, which must then keep its owner and its group.
+        const bool given = chown(path.c_str(), 4242 - group, group) == 0;
+        EXPECT_TRUE(Replace(path));
         EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, rename, sync folder, ");
+        struct stat status {};
+        EXPECT_TRUE(stat(path.c_str(), &status) == 0 &&
+                    (!given || (status.st_uid == 4242 - group && status.st_gid == group)));
     }
 }
 

@@ -125,11 +125,16 @@ TEST_F(CommandsTest, APauseEndsWhileAQuestionIsOpen) {
 
 TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     StartWithError();
+    Receive({"m1"}, "Warning");
+    ClickRow(List(0), 0);
     console_->Window().Commands().RunAsWork([this] {
         for (int i = 0; i < 3; ++i)
             Command("mnuHelp_HelpFile");
+        Command("eventviewer");
+        QTest::mouseClick(List(1)->viewport(), Qt::LeftButton, {}, List(1)->viewport()->rect().bottomLeft());
     });
     AWAIT(!help_.Requests.empty());
+    AWAIT(!programs_.Started.empty());  // for the list that was active when the command was given
     QCoreApplication::processEvents();
     EXPECT_EQ(help_.Requests.size(), 1U);
 }

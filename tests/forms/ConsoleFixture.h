@@ -65,7 +65,7 @@ protected:
 
     /// Starts a console with the files in `folder_`.
     void Restart() {
-        console_ = std::make_unique<Console>(Machine(instance_), folder_.Path(), folder_.Path());
+        console_ = std::make_unique<Console>(Machine(instance_), folder_.Path(), programFolder_.Path());
         ASSERT_TRUE(console_->Start());
         // If a test cancels the question about a taken port, the console ends during its start.
         AWAIT(console_->HasEnded() || console_->Window().windowHandle()->isExposed());
@@ -146,7 +146,7 @@ protected:
     QString Panel(int number) { return Find<QLabel>("stbMain" + std::to_string(number))->text(); }
     std::string SettingsText() { return ReadBytes(folder_ / "thlisten.ini"); }
 
-    TemporaryFolder folder_;
+    TemporaryFolder folder_, programFolder_;
     InstanceLock instance_{InstanceName(), folder_ / "locks"};
     FakeMailslots mailslots_;
     FakeDatagrams datagrams_;

@@ -20,7 +20,8 @@ protected:
     void AddAny(Slot slot) {
         AlarmRecord record =
             RecordOf({.Name = "a" + std::to_string(Below(3)), .Computer = std::to_string(Below(2))});
-        record.DateTime.Seconds += static_cast<std::int64_t>(Below(1'000'000));
+        record.DateTime.Seconds += static_cast<std::int64_t>(Below(100'000'000));
+        rows_.SetDateStyle({Below(2) == 0, "."});
         rows_.Add(slot, record, EventType::Error);
         tree_.AddMessageToConsolidatedTree(slot, record);
         used_.push_back(slot);

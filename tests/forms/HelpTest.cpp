@@ -43,12 +43,14 @@ protected:
 };
 
 TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
+    WriteBytes(programFolder_ / "THListen.CHM", "");
     Start();
     Receive({"Disk fault"});
     EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::MainWindow));
     ShowPage(2);
     EXPECT_EQ(F1In(Dialog()), HelpNumber(HelpContext::Tree));
     EXPECT_EQ(help_.Requests[0].What.Owner, Dialog().winId());
+    EXPECT_EQ(help_.Requests[0].What.File, programFolder_ / "THListen.CHM");
     ShowPage(0);
     ForEachDialog([this](QWidget& dialog, unsigned page) { EXPECT_EQ(F1In(dialog), page); });
     ClickRow(List(0), 0);
@@ -69,7 +71,8 @@ TEST_F(HelpKeysTest, F1OpensThePageOfTheWindowThatHasTheFocus) {
 }
 
 TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
-    std::ofstream(folder_ / "THListen.CHM").close();
+    for (const TemporaryFolder* const folder : {&folder_, &programFolder_})
+        WriteBytes(*folder / "THListen.CHM", "");
     help_.Outcome = HelpOutcome::NoFile;
     mailslots_.ByName["TallyhornEngine"];  // the mailslot exists already: the start shows a message box
     boxes_.WhileAsked = [this] {
@@ -81,7 +84,7 @@ TEST_F(HelpKeysTest, AMissingHelpFileIsReportedInAMessageBox) {
     };
     Start();
     ASSERT_EQ(boxes_.Shown.size(), 2U);
-    EXPECT_EQ(help_.Requests[0].What.File.filename(), "THListen.CHM");
+    EXPECT_EQ(help_.Requests[0].What.File, folder_ / "THListen.CHM") << "the user's own file is preferred";
     EXPECT_NE(boxes_.Shown[1].find("THListen.CHM could not be found"), std::string::npos);
 }
 

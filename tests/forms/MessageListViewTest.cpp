@@ -264,11 +264,20 @@ TEST_F(MessageListViewTest, TheNewestRowIsScrolledIntoViewUnlessTheListIsHeld) {
     Add(100);
     QScrollBar* const bar = view_->verticalScrollBar();
     EXPECT_EQ(bar->value(), bar->maximum());
+    for (const QEvent::Type end : {QEvent::MouseButtonRelease, QEvent::WindowDeactivate, QEvent::Hide}) {
+        bar->setValue(0);
+        QTest::mousePress(view_->viewport(), Qt::LeftButton, Qt::NoModifier, Middle(1));
+        Add(1);
+        EXPECT_EQ(bar->value(), 0) << "a mouse button is down";
+        QEvent event(end);
+        if (end == QEvent::MouseButtonRelease)
+            QTest::mouseRelease(view_->viewport(), Qt::LeftButton, Qt::NoModifier, Middle(1));
+        else
+            QCoreApplication::sendEvent(view_.get(), &event);
+        Add(1);
+        EXPECT_EQ(bar->value(), bar->maximum()) << "event " << end;
+    }
     bar->setValue(0);
-    QTest::mousePress(view_->viewport(), Qt::LeftButton, Qt::NoModifier, Middle(1));
-    Add(1);
-    EXPECT_EQ(bar->value(), 0) << "a mouse button is down";
-    QTest::mouseRelease(view_->viewport(), Qt::LeftButton, Qt::NoModifier, Middle(1));
     bar->setSliderDown(true);
     Add(1);
     EXPECT_EQ(bar->value(), 0) << "the scroll bar is held";

@@ -144,11 +144,14 @@ TEST_F(TrayIconTest, TheWindowIsReachableWhateverTheAreaDoes) {
 TEST_F(TrayIconTest, ADialogKeepsTheWindowOnTheTaskBarAndTheMenuWorks) {
     StartQuietly();
     InDialog([this](QWidget& preferences) {
-        Minimize();
-        EXPECT_EQ(Place(), "task bar");
-        EXPECT_TRUE(preferences.isVisible());
-        Item(0).trigger();
-        EXPECT_EQ(Place(), "maximised");
+        for (const std::string place : {"normal", "maximised"}) {
+            place == "normal" ? Window().showNormal() : Window().showMaximized();
+            Minimize();
+            EXPECT_EQ(Place(), "task bar");
+            EXPECT_TRUE(preferences.isVisible());
+            Item(0).trigger();
+            EXPECT_EQ(Place(), place);
+        }
         Minimize();
         preferences.close();
     });

@@ -49,7 +49,6 @@ void MessageCommands::DeleteMessages(ViewNumber view) {
 void MessageCommands::DeleteMessagesIn(ViewNumber view) {
     if (RefuseWhileFiltered())
         return;
-    context_.Received.SetActiveView(view);
     switch (PageOfView(view)) {
         case MessagePage::NetBios:
             return DeleteNetBiosMessages(view);
@@ -62,6 +61,7 @@ void MessageCommands::DeleteMessagesIn(ViewNumber view) {
 
 /// While the question is open, only the rows that it is about are drawn as selected.
 bool MessageCommands::ConfirmAbout(ViewNumber view, std::string_view question) {
+    context_.Received.SetActiveView(view);
     context_.Display.BringToFront(view);
     context_.Display.ShowActiveView(view, true);
     const bool yes = context_.Boxes.Confirm(question);

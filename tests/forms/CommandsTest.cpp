@@ -130,11 +130,14 @@ TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
     console_->Window().Commands().RunAsWork([this] {
         for (int i = 0; i < 3; ++i)
             Command("mnuHelp_HelpFile");
-        Command("eventviewer");
-        QTest::mouseClick(List(1)->viewport(), Qt::LeftButton, {}, List(1)->viewport()->rect().bottomLeft());
+        for (const int list : {0, 1}) {
+            ClickRow(List(list), 0);
+            Command("eventviewer");
+        }
+        QTest::mouseClick(List(2)->viewport(), Qt::LeftButton, {}, List(2)->viewport()->rect().bottomLeft());
     });
     AWAIT(!help_.Requests.empty());
-    AWAIT(!programs_.Started.empty());  // for the list that was active when the command was given
+    AWAIT(programs_.Started.size() == 2U);  // for each of the lists that were active at the two commands
     QCoreApplication::processEvents();
     EXPECT_EQ(help_.Requests.size(), 1U);
 }

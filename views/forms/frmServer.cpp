@@ -151,11 +151,13 @@ void frmServer::Do(ServerCommand command) {
     constexpr std::array Dialogs = {ServerCommand::ToggleFilter, ServerCommand::ManageFilters,
                                     ServerCommand::Preferences, ServerCommand::Help, ServerCommand::About};
     const bool opensDialog = std::find(Dialogs.begin(), Dialogs.end(), command) != Dialogs.end();
-    // A command is not queued twice, except Pause, whose second call undoes the first.
-    const std::optional<int> key =
-        command == ServerCommand::Pause ? std::nullopt : std::optional(static_cast<int>(command));
     // The view is read now, because the user may change to another one while the command waits.
     const ViewNumber view = parts_->Context.Received.ActiveView();
+    // A command is not queued twice for the same view, except Pause, whose second call undoes the first.
+    const std::optional<int> key =
+        command == ServerCommand::Pause
+            ? std::nullopt
+            : std::optional(static_cast<int>(command) * (ConsolidatedView + 1) + view);
     queue_.Run([this, command, view] { Execute(command, view); },
                opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
 }

@@ -19,8 +19,8 @@ constexpr std::size_t Computers = 5000;
 constexpr Slot FewLeaves = 10'000;
 constexpr Slot ManyLeaves = 1'000'000;
 
-/// A tree in which each computer raises one kind of alarm of one type, so that it has exactly as many groups
-/// of computers as there are computers.
+/// A tree in which each computer raises only one kind of alarm, of one event type, so that each computer has
+/// exactly one group.
 struct LeafyTree {
     explicit LeafyTree(Slot leaves) {
         for (Slot slot = 0; slot < leaves; ++slot)

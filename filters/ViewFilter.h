@@ -35,9 +35,9 @@ public:
     /// channel whose page is in front.  Returns nothing if no row is selected.
     Criteria SelectedTexts() const;
 
-    /// Removes from the lists of the channel whose page is in front, and for syslog from the tree, the
-    /// messages whose texts do not equal `criteria`.  compatibility: case matters here, but not for the
-    /// arrivals that PassesViewFilter tests.
+    /// Removes the messages whose texts do not equal `criteria` from the lists of the channel whose page is
+    /// in front, and from the tree if that channel is syslog.  Compatibility: case matters here, but not for
+    /// the arrivals that PassesViewFilter tests.
     void Apply(const Criteria& criteria);
     /// Shows every kept message of both channels again, in the order of their slots.
     void RemoveViewFilter();

@@ -29,8 +29,8 @@ class DatagramReceiver {
 public:
     /// The limit of waiting datagrams, in bytes.  Further datagrams are dropped and counted.
     static constexpr std::size_t MostWaiting = std::size_t{64} << 20U;
-    /// The number of datagrams that Stop takes over at most.  The largest receive buffer in common use holds
-    /// no more.
+    /// The largest number of datagrams that Stop still takes from the socket.  The largest receive buffer in
+    /// common use holds no more.
     static constexpr std::size_t LastDatagrams = 32'768;
     static constexpr std::chrono::milliseconds LongestStop{500};
 

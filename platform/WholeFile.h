@@ -17,9 +17,9 @@ ReadOutcome ReadWholeFile(const std::string& path, std::size_t maximum, std::str
 
 /// Replaces the file at `path`, or creates it, in one step: other programs always see either the old file or
 /// the complete new one, even after a power failure.  On Linux, symbolic links are followed, and the new file
-/// has the permissions of the old one.  If the folder does not allow new files, an existing writable file is
-/// overwritten instead, and is damaged if that fails.  Otherwise, returns false and leaves the old file
-/// unchanged if it cannot be replaced, for example because it is not writable.
+/// has the permissions of the old one.  Returns false and leaves the old file unchanged if it
+/// cannot be replaced, for example because it is not writable.  Exception: if the folder does not allow new
+/// files, an existing writable file is overwritten in place, and is damaged if that fails.
 bool ReplaceWholeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace tallyhorn

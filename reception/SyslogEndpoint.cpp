@@ -145,8 +145,9 @@ void SyslogEndpoint::ProcessSyslogMessage(std::string_view message) {
     ++receivedCount_;
     if (!IsAlarmNotification(message))
         return;
-    // Called before the filters, because a suppressed notification makes the icon flash too.  One call for
-    // each batch is enough: each call may also ask the desktop to mark the window's entry in the task bar.
+    // Called before the filters, because a suppressed notification makes the icon flash too.  Called
+    // only once a batch, because a call is expensive: it may ask the desktop to mark the window's entry in
+    // the task bar.
     if (!flashStarted_ && !parts_.Display.IsVisible()) {
         flashStarted_ = true;
         parts_.Signals.StartFlash();

@@ -29,8 +29,8 @@ struct DemoText {
 /// the clock.  The dates start at a fixed day.
 class DemoFeed {
 public:
-    /// One text in 250 is too long for one mailslot datagram.  Such texts are rare because the console loses
-    /// a text if it reads all parts of it in one poll.
+    /// One text in 250 is too long for one mailslot datagram.  The share is small because the console loses a
+    /// long text if it reads all parts of the text in one poll.
     static constexpr std::size_t TextsPerLongOne = 250;
 
     explicit DemoFeed(std::uint64_t seed);

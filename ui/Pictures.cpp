@@ -69,8 +69,8 @@ public:
     QIconEngine* clone() const override { return new DrawnIcon(picture_); }
 
 private:
-    /// Returns the picture with the width and height `side`, in device-independent pixels.  Each of them is
-    /// `ratio` pixels of the screen wide.
+    /// Returns the picture, `side` device-independent pixels wide and high.  One such pixel is `ratio` screen
+    /// pixels wide.
     const QPixmap& Drawn(int side, qreal ratio, QIcon::Mode mode) {
         const bool faded = mode == QIcon::Disabled;
         QPixmap& pixmap = drawn_[{qRound(side * ratio), faded}];

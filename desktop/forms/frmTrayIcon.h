@@ -32,8 +32,8 @@ public:
     /// Removes the icon permanently.  After that, its menu and clicks have no effect.
     void Unload();
 
-    /// To be called when the main window has been minimised.  Adds the icon and returns whether an area shows
-    /// it, so that the main window may be hidden.
+    /// To be called when the main window has been minimised.  Adds the icon.  Returns true if a notification
+    /// area shows it; only then may the main window be hidden.
     bool MainWindowMinimized();
     /// To be called when the main window is visible again.  Removes the icon.
     void MainWindowRestored();

@@ -10,8 +10,8 @@ class AccessKeyFrame final : public QGroupBox {
 public:
     using QGroupBox::QGroupBox;
 
-    /// Sets the control, which must be inside the frame.  While the control is disabled, the key acts as in a
-    /// QGroupBox.
+    /// Sets the control in the frame that the access key gives the focus to.  While that control is disabled,
+    /// the key gives the focus to the same control as in a QGroupBox.
     void SetFirst(QWidget* first) { first_ = first; }
 
 protected:

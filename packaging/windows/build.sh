@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the zip file and the installer from the preset windows, in build/package-windows/, and puts the stripped programs
-# beside them.  Works on a fresh Debian 12.
+# Builds the CMake preset "windows", makes the zip file and the installer from it in build/package-windows/, and puts
+# the stripped programs beside them.  Works on a fresh Debian 12.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 source scripts/common.sh

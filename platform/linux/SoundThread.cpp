@@ -89,8 +89,8 @@ void SoundThread::Run() {
     changed_.notify_all();
 }
 
-/// Opens the file and the stream again for each sound, so that changes of the file, the server and its
-/// devices take effect.  The sound stops when this function returns, because that closes the stream.
+/// Opens the file and the stream again for each sound, so that changes of the file, the sound server
+/// and its devices take effect.  The sound stops when this function returns, because that closes the stream.
 void SoundThread::Play(const std::filesystem::path& file) {
     std::string bytes;
     if (file.empty() || ReadWholeFile(file.string(), LargestFile, bytes) != ReadOutcome::Complete)

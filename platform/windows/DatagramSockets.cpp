@@ -188,7 +188,7 @@ private:
             const int error = TakeOne();
             if (error == WSAEWOULDBLOCK)
                 return true;
-            // Other errors may be temporary.
+            // Any other error may be temporary, so the loop waits before it tries again.
             constexpr DWORD ErrorDelayMilliseconds = 10;
             if (WaitForSingleObject(stop_.Get(), error == 0 ? 0 : ErrorDelayMilliseconds) == WAIT_OBJECT_0)
                 return false;

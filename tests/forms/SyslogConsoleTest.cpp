@@ -199,7 +199,8 @@ TEST_F(SyslogConsoleTest, ADeletionElsewhereLeavesClosedBranchesAndTheSelection)
     EXPECT_FALSE(Tree()->isExpanded(Node({1})));
 }
 
-/// While another page is shown, arrivals move nodes before the tree's view receives any signal.
+/// While another page is shown, arrivals change the positions of nodes before the tree's view is told of
+/// them.
 TEST_F(SyslogConsoleTest, KeepsOpenGroupsWhileAnotherPageIsShown) {
     StartOnTree();
     for (const char* const alarm : {"m1", "m2"})

@@ -52,8 +52,8 @@ void ActiveViewMark::BringToFront(ViewNumber view) {
     View(view).setFocus();
 }
 
-/// The keys that change the page (Alt+S, Ctrl+Tab) move the focus to a list of the new page, but Qt then does
-/// not name the keyboard as the reason.  So the focus is looked at after such a key.
+/// Alt+S and Ctrl+Tab change the page and move the focus to a list of the new page, but Qt then gives another
+/// reason of the focus than the keyboard.  So TouchFocused checks after each key which view has the focus.
 bool ActiveViewMark::eventFilter(QObject* watched, QEvent* event) {
     const auto view = std::find(views_.begin(), views_.end(), watched);
     const bool isView = view != views_.end();

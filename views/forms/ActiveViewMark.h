@@ -11,8 +11,9 @@ class QWidget;
 
 namespace tallyhorn {
 
-/// Makes one list at a time look active: the selections of the other views are drawn pale, with a third of
-/// the highlight.  A view that gets the focus by keyboard is reported like one that is clicked.
+/// Makes one list at a time look active: the selections of the other views are drawn in a pale colour, a
+/// third of the way from the background to the highlight.  Calls `touched` when a view gets the focus by
+/// keyboard.
 class ActiveViewMark final : public QObject {
     Q_OBJECT
 

@@ -43,8 +43,8 @@ EventType MessageList::TypeAt(std::size_t position) const {
     return rows_[SlotAt(position)].Type;
 }
 
-/// Finds a row by the text of its date.  Skips rows of the same day as a row that has just failed to match,
-/// because the texts of one day are equal up to the blank before the time.  So only few of a million rows are
+/// Finds a row by the beginning of the text of its date.  A `text` that ends before the time matches all
+/// rows of a day or none.  If one row fails, the other rows of its day are therefore skipped without being
 /// formatted.
 std::optional<std::size_t> MessageList::FindByDate(std::string_view text, std::size_t start) const {
     std::int64_t lastDay = 0;

@@ -26,7 +26,7 @@ namespace {
 enum Side { ContentsSide, SearchSide };
 constexpr int LocalRole = Qt::UserRole;
 constexpr QSize FirstSize(980, 680);
-constexpr int LeastWidth = 640;  ///< the least width that a page beside another window needs
+constexpr int LeastWidth = 640;  ///< the help opens beside the asking window only if so much is free
 constexpr int SideWidth = 290;
 constexpr int RowPadding = 8;  ///< the sum of the space above and below a line of the contents, in pixels
 

@@ -6,8 +6,6 @@
 namespace tallyhorn {
 namespace {
 
-using namespace std::string_literals;
-
 TEST(AnsiText, FoldsAccentedLettersAndNothingElse) {
     const std::string lower = "stra\337e \xE4\xF6\xFC\xE9 \x9A\x9C\x9E\xFF \xF7\xD7 [@`{";
     const std::string upper = "STRA\337E \xC4\xD6\xDC\xC9 \x8A\x8C\x8E\x9F \xF7\xD7 [@`{";
@@ -50,20 +48,6 @@ TEST(AnsiText, ReadsValidUtf8Only) {
     EXPECT_EQ(AnsiFromUtf8("\xED\xA0\x80"), "???") << "surrogate";
     EXPECT_EQ(AnsiFromUtf8("\xF0\x9F\x98\x80!"), "?!") << "not in Windows-1252";
     EXPECT_EQ(AnsiFromUtf8("\xFF\xFE"), "??");
-}
-
-TEST(AnsiText, RemovesNullsAndBlanks) {
-    EXPECT_EQ(StripNulls("\0 a\0b \0 "s), "ab");
-    EXPECT_EQ(StripNulls("  \0  "s), "");
-    EXPECT_EQ(Trim("  a\tb "), "a\tb");
-    EXPECT_EQ(RemoveBlanks(" a b\t"), "ab\t");
-}
-
-TEST(AnsiText, ComparesWithoutCase) {
-    EXPECT_EQ(CompareNoCase("\xE9z", "\xC9Z"), 0);
-    EXPECT_LT(CompareNoCase("Disk", "disks"), 0);
-    EXPECT_LT(CompareNoCase("a_", "a\xE9"), 0) << "bytes are compared unsigned";
-    EXPECT_GT(CompareNoCase("b", "A"), 0);
 }
 
 TEST(ReadInt32, ReadsANumberOrLeavesTheOldOne) {

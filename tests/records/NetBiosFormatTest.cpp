@@ -27,44 +27,43 @@ TEST(ParseCurrentAlarm, ReadsAWholeNotification) {
 
 /// If a line is missing or invalid, only its own field keeps its earlier value.
 TEST(ParseCurrentAlarm, AFieldThatFailsKeepsItsValue) {
-    const std::vector<std::string> good =
-        SplitAtBars("Date: 8/21/2008 2:05:09 PM|||Alarm (a)|||L: l|S: s|T: t|C: c|E: 7|A: a|K: k|D: d");
-    const AlarmRecord whole = {
-        *MakeAlarmDate({2008, 8, 21, 14, 5, 9}), "a", "l", "s", "t", "c", 7, "A", "K", "d"};
-    const auto keep = [before = SampleRecord()](std::size_t line, AlarmRecord& record) {
-        using Record = AlarmRecord;
-        std::string Record::*const fields[] = {
-            &Record::AlarmName,   nullptr,           nullptr, &Record::LogType,     &Record::Source,
-            &Record::TypeOfEvent, &Record::Category, nullptr, &Record::AccountName, &Record::Computer,
-            &Record::Description};
-        if (line == 0)
-            record.DateTime = before.DateTime;
-        else if (line == 10)
-            record.EventID = before.EventID;
-        else if (line >= 3 && fields[line - 3] != nullptr)
-            record.*fields[line - 3] = before.*fields[line - 3];
+    struct Line {
+        const char* Before;
+        const char* Good;
+        void (*Read)(AlarmRecord&);
+        const char* Bad;  ///< texts in place of Good
     };
-    const auto join = [](const std::vector<std::string>& lines, std::size_t count) {
-        std::string text;
-        for (std::size_t i = 0; i < count; ++i)
-            text += (i == 0 ? "" : "\r\n") + lines[i];
-        return text;
+    const Line lines[] = {
+        {"", "Date: 1/1/1970", [](AlarmRecord& a) { a.DateTime = AlarmDate{0}; }, "Date: yesterday"},
+        {"\r\n\r\n\r\n", "Alarm (a)", [](AlarmRecord& a) { a.AlarmName = "a"; },
+         "no parentheses|)in the wrong order(|(never closed"},
+        {"\r\n\r\n\r\n", "L: l", [](AlarmRecord& a) { a.LogType = "l"; }, "no colon"},
+        {"\r\n", "S: s", [](AlarmRecord& a) { a.Source = "s"; }, ""},
+        {"\r\n", "T: t", [](AlarmRecord& a) { a.TypeOfEvent = "t"; }, "type"},
+        {"\r\n", "C: c", [](AlarmRecord& a) { a.Category = "c"; }, "category"},
+        {"\r\n", "E: 7", [](AlarmRecord& a) { a.EventID = 7; }, "E: seven|E: 99999999999"},
+        {"\r\n", "A: a", [](AlarmRecord& a) { a.AccountName = "A"; }, "account"},
+        {"\r\n", "K: k", [](AlarmRecord& a) { a.Computer = "K"; }, "computer"},
+        {"\r\n", "D: d", [](AlarmRecord& a) { a.Description = "d"; }, "description"},
     };
-    AlarmRecord cut = whole;
-    for (std::size_t lines = good.size(); lines-- > 0;) {
-        keep(lines, cut);
-        EXPECT_EQ(Parsed(join(good, lines)), cut) << "the first " << lines << " lines";
+    std::string whole;
+    AlarmRecord first = SampleRecord();
+    for (const Line& line : lines) {
+        EXPECT_EQ(Parsed(whole), first) << whole;
+        whole.append(line.Before).append(line.Good);
+        line.Read(first);
+        for (const std::string& bad : SplitAtBars(line.Bad)) {
+            std::string text;
+            AlarmRecord expected = SampleRecord();
+            for (const Line& other : lines) {
+                text.append(other.Before).append(&other == &line ? bad : other.Good);
+                if (&other != &line)
+                    other.Read(expected);
+            }
+            EXPECT_EQ(Parsed(text), expected) << text;
+        }
     }
-    for (const auto& [number, text] : SplitPairs(
-             "0=Date: yesterday|3=no parentheses|3=)in the wrong order(|3=(never closed|6=no colon|7=|8=type|"
-             "9=category|10=E: seven|10=E: 99999999999|11=account|12=computer|13=description")) {
-        const std::size_t line = std::stoul(number);
-        std::vector<std::string> lines = good;
-        lines[line] = text;
-        AlarmRecord expected = whole;
-        keep(line, expected);
-        EXPECT_EQ(Parsed(join(lines, lines.size())), expected) << text;
-    }
+    EXPECT_EQ(Parsed(whole), first);
 }
 
 TEST(ParseCurrentAlarm, FindsValuesByPositionAlone) {

@@ -78,19 +78,6 @@ TEST_F(MessageBackupTest, SavesInTheOrderOfTheSlots) {
     EXPECT_EQ(CountFiles(folder_.Path()), 1U);
 }
 
-TEST_F(MessageBackupTest, LoadsWhatItSaved) {
-    Texts texts;
-    for (int i = 0; i < 20000; ++i) {
-        texts.push_back("Date: " + std::to_string(i) + "\r\n");
-        for (int j = 0; j < 20 + i % 500; ++j)
-            texts.back() += static_cast<char>(1 + (i + j) % 255);
-        texts.back() += ".";
-        Put(texts.back());
-    }
-    Saved();
-    EXPECT_TRUE(Loaded() == texts);
-}
-
 TEST_F(MessageBackupTest, ShowsProgressAndLetsEventsRun) {
     std::string bytes;
     for (int i = 0; i < 1234; ++i)

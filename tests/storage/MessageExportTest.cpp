@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <regex>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "storage/ExportFile.h"
 #include "storage/MessageExport.h"
 #include "tests/storage/ExportFixture.h"
 
@@ -43,6 +45,16 @@ protected:
             KeepSyslog(Record("n"));
         }
         Select({0});
+    }
+
+    /// Writes a file with this record and returns what follows the header.
+    std::string LineOf(const AlarmRecord& record) {
+        ExportFile file(file_, false);
+        EXPECT_TRUE(file.Write(record));
+        EXPECT_FALSE(file.Finish());
+        const std::string bytes = ReadBytes(file_);
+        EXPECT_TRUE(bytes.starts_with(Header)) << bytes;
+        return bytes.substr(std::strlen(Header));
     }
 
     static constexpr MessagePage Pages[] = {MessagePage::NetBios, MessagePage::Syslog,
@@ -234,6 +246,31 @@ TEST_F(MessageExportTest, ReportsAFailureAndExportsTheNextTime) {
     dialog_.Answer = folder_.Path() / "." / "Backup.dat";
     ExpectFailure();
     EXPECT_EQ(ReadBytes(folder_ / "Backup.dat"), "the console's own");
+}
+
+TEST_F(MessageExportTest, ReplacesNothingButLineEnds) {
+    const std::string longOne(700'000, 'x');
+    const std::pair<std::string, std::string> cases[] = {
+        {"", ""},
+        {"   ", ""},
+        {"\r\n a\r\n\r\nb \r\n", "a  b"},
+        {"\r\n\r\n", ""},
+        {"\ta\t", "\ta\t"},
+        {"a\rb\nc\n\rd\r", "a b c  d"},
+        {"a\r\r\nb", "a  b"},
+        {"said \"no\", twice", "said \"no\", twice"},
+        {std::string("a\0b", 3), std::string("a\0b", 3)},
+        {longOne, longOne},
+    };
+    for (const auto& [description, expected] : cases) {
+        const std::string line =
+            LineOf(RecordOf({.Name = "\rn\n,\"m\"\r\n=cmd|' /C'!A0<b>%n&amp;", .Description = description}));
+        EXPECT_TRUE(
+            line ==
+            "08/21/2008 2:05:09 PM, n ,\"m\" =cmd|' /C'!A0<b>%n&amp;,System,Disk,Error,None,7,JOE,PC,\"" +
+                expected + "\"\r\n")
+            << line.substr(0, 100);
+    }
 }
 
 }  // namespace

@@ -111,11 +111,6 @@ TEST(TextProfileFunctions, WritesReplaceTheFileUnlessItIsTooLargeToBeRead) {
     };
     EXPECT_TRUE(write(path, nullptr));
     EXPECT_EQ(CountFiles(folder.Path()), 0U) << "deleting a key creates no file";
-    EXPECT_TRUE(write(path, "1"));
-    EXPECT_TRUE(write(path, "22"));
-    EXPECT_EQ(ReadBytes(path), "[s]\r\nk=22\r\n");
-    EXPECT_TRUE(write(path, nullptr));
-    EXPECT_EQ(ReadBytes(path), "[s]\r\n");
     EXPECT_FALSE(write(folder / "missing/a.ini", "1"));
     EXPECT_FALSE(write(folder.Path().string(), "1"));
     EXPECT_EQ(read(folder.Path().string()), 77U);

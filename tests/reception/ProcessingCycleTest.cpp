@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "tests/support/Cases.h"
 #include "tests/support/Notifications.h"
 #include "tests/support/ReceptionInMemory.h"
 
@@ -23,13 +24,9 @@ protected:
 TEST_F(ProcessingCycleTest, SortsArrivalsByType) {
     Cycle.TimCheckTick();
     EXPECT_TRUE(Display.Panels.empty()) << "an empty mailslot changes nothing";
-    Arrive({.Name = "a", .Type = "Information"});
-    Arrive({.Name = "b"});
-    Arrive({.Name = "c", .Type = "Success Audit"});
-    Arrive({.Name = "d", .Type = "Warning"});
-    Arrive({.Name = "e", .Type = "Failure Audit"});
-    Arrive({.Name = "f", .Type = "Unheard of"});
-    Arrive({.Name = "g", .Type = ""});
+    for (const auto& [name, type] :
+         SplitPairs("a=Information|b=Error|c=Success Audit|d=Warning|e=Failure Audit|f=Unheard of|g="))
+        Arrive({.Name = name, .Type = type});
     Cycle.TimCheckTick();
     EXPECT_EQ(Names(2), "a c ");
     EXPECT_EQ(Names(1), "d ");

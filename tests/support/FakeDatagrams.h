@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "platform/DatagramSockets.h"
 
@@ -25,14 +24,11 @@ public:
         DatagramLosses Losses;
         std::function<void()> Wake;
         bool Awake = false;  ///< the reader was woken and has not found the port empty since
-        int Wakes = 0;
     };
 
     std::map<std::uint16_t, Endpoint> Bound;
     /// The ports that another program has bound.
     std::set<std::int32_t> Taken;
-    /// The ports of all calls of Listen, in order.
-    std::vector<std::int32_t> Asked;
     /// The next port to choose for port 0.
     std::uint16_t NextChosen = 49152;
 
@@ -43,15 +39,12 @@ public:
             return false;
         Endpoint& endpoint = bound->second;
         endpoint.Waiting.emplace_back(text);
-        if (!std::exchange(endpoint.Awake, true)) {
-            ++endpoint.Wakes;
+        if (!std::exchange(endpoint.Awake, true))
             endpoint.Wake();
-        }
         return true;
     }
 
     std::unique_ptr<DatagramReceiver> Listen(std::int32_t port, std::function<void()> wake) override {
-        Asked.push_back(port);
         if (!IsUdpPort(port) || Taken.contains(port))
             return nullptr;
         const std::uint16_t bound = port == 0 ? NextChosen++ : static_cast<std::uint16_t>(port);

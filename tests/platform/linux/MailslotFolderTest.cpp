@@ -69,15 +69,12 @@ TEST_F(MailslotFolderTest, TheServerDropsTextsOverItsMaximum) {
 }
 
 TEST(UserMailslotFolderTest, IsBelowTheRuntimeFolderIfThereIsOne) {
-    const char* const variable = std::getenv("XDG_RUNTIME_DIR");
-    const std::string before = variable != nullptr ? variable : "";
     setenv("XDG_RUNTIME_DIR", "/run/user/7", 1);
     EXPECT_EQ(UserMailslotFolder(), "/run/user/7/mailslot");
     setenv("XDG_RUNTIME_DIR", "", 1);
     EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
     unsetenv("XDG_RUNTIME_DIR");
     EXPECT_EQ(UserMailslotFolder(), "/tmp/mailslot-" + std::to_string(getuid()));
-    setenv("XDG_RUNTIME_DIR", before.c_str(), 1);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <QHeaderView>
 #include <QPointer>
-#include <QRegularExpression>
-#include <QScrollBar>
 #include <cstdio>
 #include <random>
 
@@ -23,7 +21,6 @@ int Setting(const char* variable, int otherwise) {
 class StormTest : public ConsoleFixture {
 protected:
     StormTest() {
-        random_.seed(static_cast<unsigned>(seed_));
         std::printf("TALLYHORN_STORM_SEED=%d\n", seed_);
         std::fflush(stdout);  // a crash would lose it
         clock_.PerLook = std::chrono::milliseconds(1);
@@ -34,23 +31,27 @@ protected:
             asked_ = false;
             boxes_.Answer = !OneIn(3);
         };
+        feeds_.callOnTimeout([this] { Feed(); });
+        gestures_.setSingleShot(true);  // a repeated timer would rest while a gesture's dialog is open
+        gestures_.callOnTimeout([this] { Act(); });
     }
 
     /// Lets notifications arrive and makes gestures for two seconds.
     void Rage() {
-        raging_ = true;
-        Feed();
-        Act();
+        feeds_.start(20);
+        gestures_.start(0);
         QTest::qWait(2000);
-        raging_ = false;
+        feeds_.stop();
+        gestures_.stop();
     }
     /// Ends a drag, the view filter and a pause, and waits until the views show all kept messages.
     void Settle() {
         Release();
         AWAIT(QApplication::activeModalWidget() == nullptr);
-        if (Find<QAction>("filter")->isChecked())
+        const QAction* const filter = Find<QAction>("filter");
+        if (filter->isChecked())
             Command("filter");
-        AWAIT(!Find<QAction>("filter")->isChecked());
+        AWAIT(!filter->isChecked());
         if (Panel(3).contains(QStringLiteral("Paused")))
             Command("pause");
         ASSERT_NO_FATAL_FAILURE(Handle());
@@ -63,7 +64,7 @@ protected:
     }
     /// Compares the numbers of kept messages, of rows and of the messages that the tree counts.
     void Check() {
-        int netBiosRows = 0, syslogRows = 0, knownRows = 0;
+        int netBiosRows = 0, syslogRows = 0, knownRows = 0, counted = 0;
         for (int element = 0; element < 3; ++element) {
             netBiosRows += List(element)->model()->rowCount();
             const QAbstractItemModel& rows = *SyslogList(element)->model();
@@ -73,7 +74,6 @@ protected:
         }
         EXPECT_EQ(Panel(1), QString::number(netBiosRows) + " NetBIOS Message(s)");
         EXPECT_EQ(Panel(2), QString::number(syslogRows) + " Syslog Message(s)");
-        int counted = 0;
         for (int alarm = 0; alarm < Tree()->model()->rowCount(); ++alarm)
             counted += CountOf(Node({alarm}));
         EXPECT_EQ(counted, knownRows);
@@ -103,23 +103,22 @@ private:
     Value AnyOf(std::initializer_list<Value> values) {
         return values.begin()[Below(static_cast<int>(values.size()))];
     }
+    static int CountOf(const QModelIndex& group) {  // "name ( 12 Events )"
+        return group.data().toString().section(' ', -3, -3).toInt();
+    }
     QPoint AnyPointIn(const QWidget* widget) {
         return {Below(std::max(1, widget->width())), Below(std::max(1, widget->height()))};
     }
-    static int CountOf(const QModelIndex& group) {
-        static const QRegularExpression Count(QStringLiteral("\\( (\\d+) Events? \\)$"));
-        return Count.match(group.data().toString()).captured(1).toInt();
+    Qt::KeyboardModifiers AnyModifiers() {
+        return AnyOf<Qt::KeyboardModifiers>({{}, {}, Qt::ShiftModifier, Qt::ControlModifier});
     }
 
     void Feed() {
-        if (!raging_)
-            return;
-        QTimer::singleShot(20, &timers_, [this] { Feed(); });
         for (int i = 0; i < 30; ++i) {
             const std::string type =
                 AnyOf({"Information", "Warning", "error", "failureaudit", "Success Audit", "Critical", ""});
-            const bool known = !type.empty() && type != "Critical";
-            const std::string alarm = (known ? "k" : "u") + std::to_string(Below(60));
+            const bool hasLeaf = !type.empty() && type != "Critical";
+            const std::string alarm = (hasLeaf ? "k" : "u") + std::to_string(Below(60));
             if (i < 10)
                 Arrive(alarm, type);
             else
@@ -129,110 +128,82 @@ private:
     }
     /// Makes one gesture, in the open dialog if there is one.
     void Act() {
-        if (!raging_)
-            return;
-        QTimer::singleShot(Below(8), &timers_, [this] { Act(); });
+        gestures_.start(Below(8));
+        auto* const details = console_->Window().findChild<frmMessage*>();
         if (asked_)
             return;
         if (QWidget* const dialog = QApplication::activeModalWidget())
             return Operate(*dialog, 4);
         if (dragged_ != nullptr)
-            return Drag();
+            return OneIn(2) ? Release() : Drag();
+        const int page = Find<QTabWidget>("tabMessageTypes")->currentIndex();
+        MessageListView* const list = page == 0 ? List(Below(3)) : SyslogList(Below(3));
+        QAbstractItemView* const view = page == 2 ? static_cast<QAbstractItemView*>(Tree()) : list;
+        QWidget* const header = page == 2 ? view->viewport() : list->Header()->viewport();
         switch (Below(10)) {
             case 0:
                 return ShowPage(Below(3));
             case 1:
-                return UseBar();
+                return Command(AnyOf({"view", "delete", "delete", "eventviewer", "filter", "pause",
+                                      "exporttext", OneIn(5) ? "clear" : "view"}));
             case 2:
-                return UseDetails();
+                return details != nullptr && details->isVisible() ? Operate(*details, 20) : void();
             case 3:
-                return UseHeader();
+                return QTest::mouseClick(header, Qt::LeftButton, {}, AnyPointIn(header));
             case 4:
             case 5:
-                return Type(AnyView());
+                return PressKey(*view);
             default:
-                return UseMouse(AnyView()->viewport());
+                return UseMouse(view->viewport());
         }
     }
-    QAbstractItemView* AnyView() {
-        const int page = Find<QTabWidget>("tabMessageTypes")->currentIndex();
-        if (page == 2)
-            return Tree();
-        return page == 0 ? List(Below(3)) : SyslogList(Below(3));
-    }
-    Qt::KeyboardModifiers AnyModifiers() {
-        return AnyOf<Qt::KeyboardModifiers>(
-            {Qt::NoModifier, Qt::NoModifier, Qt::ShiftModifier, Qt::ControlModifier});
-    }
-
-    void UseMouse(QWidget* viewport) {
-        const QPoint point = AnyPointIn(viewport);
-        if (OneIn(4))
-            return QTest::mouseDClick(viewport, Qt::LeftButton, Qt::NoModifier, point);
-        QTest::mousePress(viewport, Qt::LeftButton, AnyModifiers(), point);
-        dragged_ = viewport;
-    }
-    /// Moves the mouse, also beyond the view, or releases its button.
-    void Drag() {
-        if (OneIn(2))
-            return Release();
-        const QPoint point = AnyPointIn(dragged_) + QPoint(0, AnyOf({-300, 0, 0, 300}));
-        QMouseEvent move(QEvent::MouseMove, point, dragged_->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QCoreApplication::sendEvent(dragged_, &move);
-    }
-    void Release() {
-        if (QWidget* const viewport = std::exchange(dragged_, nullptr))
-            QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, AnyPointIn(viewport));
-    }
-    void Type(QAbstractItemView* view) {
-        view->setFocus();
-        QTest::keyClick(view,
+    void PressKey(QAbstractItemView& view) {
+        view.setFocus();
+        QTest::keyClick(&view,
                         AnyOf({Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Home,
                                Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Space, Qt::Key_Return,
                                Qt::Key_0, Qt::Key_Delete, Qt::Key_Delete, Qt::Key_A, Qt::Key_Tab}),
                         AnyModifiers());
     }
-    void UseHeader() {
-        if (auto* const list = qobject_cast<MessageListView*>(AnyView())) {
-            QWidget* const header = list->findChild<QHeaderView*>()->viewport();
-            QTest::mouseClick(header, Qt::LeftButton, Qt::NoModifier, AnyPointIn(header));
-        }
+    void UseMouse(QWidget* viewport) {
+        const QPoint point = AnyPointIn(viewport);
+        if (OneIn(4))
+            return QTest::mouseDClick(viewport, Qt::LeftButton, {}, point);
+        QTest::mousePress(viewport, Qt::LeftButton, AnyModifiers(), point);
+        dragged_ = viewport;
     }
-    void UseBar() {
-        Command(AnyOf({"view", "delete", "delete", "eventviewer", "filter", "pause", "exporttext",
-                       OneIn(5) ? "clear" : "view"}));
+    /// Moves the mouse, also beyond the view.
+    void Drag() {
+        const QPoint point = AnyPointIn(dragged_) + QPoint(0, AnyOf({-300, 0, 0, 300}));
+        QMouseEvent move(QEvent::MouseMove, point, dragged_->mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
+                         {});
+        QCoreApplication::sendEvent(dragged_, &move);
     }
-    void UseDetails() {
-        if (auto* const details = console_->Window().findChild<frmMessage*>();
-            details && details->isVisible())
-            Operate(*details, 20);
+    void Release() {
+        if (QWidget* const viewport = std::exchange(dragged_, nullptr))
+            QTest::mouseRelease(viewport, Qt::LeftButton, {}, AnyPointIn(viewport));
     }
     /// Clicks a button of the dialog, or cancels it one time in `cancels`.
     void Operate(QWidget& dialog, int cancels) {
         QList<QAbstractButton*> buttons = dialog.findChildren<QAbstractButton*>();
-        erase_if(buttons,
-                 [](const QAbstractButton* button) { return !button->isVisible() || !button->isEnabled(); });
+        erase_if(buttons, [](auto* button) { return !button->isVisible() || !button->isEnabled(); });
         if (buttons.isEmpty() || OneIn(cancels))
             QTest::keyClick(&dialog, OneIn(3) ? Qt::Key_Return : Qt::Key_Escape);
         else
             QTest::mouseClick(buttons[Below(static_cast<int>(buttons.size()))], Qt::LeftButton);
     }
 
-    std::mt19937 random_;
-    bool raging_ = false;
+    std::mt19937 random_{static_cast<unsigned>(seed_)};
     bool asked_ = false;  ///< a question is open, which blocks all windows
     QPointer<QWidget> dragged_;
-    QObject timers_;
+    QTimer feeds_, gestures_;
 };
 
 TEST_F(StormTest, TheViewsShowExactlyTheKeptMessages) {
     SCOPED_TRACE("TALLYHORN_STORM_SEED=" + std::to_string(seed_));
     StartListening();
-    QElapsedTimer time;
-    time.start();
-    const int seconds = Setting("TALLYHORN_STORM_SECONDS", 3);
-    while (time.elapsed() < seconds * 1000LL && !HasFailure()) {
+    const QDeadlineTimer end(std::chrono::seconds(Setting("TALLYHORN_STORM_SECONDS", 3)));
+    while (!end.hasExpired() && !HasFailure()) {
         Rage();
         ASSERT_NO_FATAL_FAILURE(Settle());
         Check();

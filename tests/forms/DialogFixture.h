@@ -45,6 +45,10 @@ protected:
         EXPECT_NE(control, nullptr) << name;
         return control;
     }
+    template <class Control = QAbstractButton>
+    static Control* In(const QWidget& dialog, const char* name) {
+        return dialog.findChild<Control*>(QLatin1String(name));
+    }
     /// Clicks near the left edge, where a check box has its box.
     void Click(const std::string& name) {
         auto* const control = Find(name);

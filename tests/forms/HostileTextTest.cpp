@@ -1,11 +1,8 @@
-#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextDocumentFragment>
-#include <utility>
 
 #include "records/AnsiText.h"
 #include "tests/forms/ConsoleFixture.h"
@@ -75,8 +72,7 @@ TEST_P(HostileTextTest, StaysATextInEveryWindowAndForOtherPrograms) {
         << copied.toStdString();
     InDialog([this](QWidget& dialog) {
         ExpectNoMarkup();
-        const auto* const source = dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"));
-        EXPECT_EQ(FromQString(source->text()).substr(0, 10), name_.substr(0, 10));
+        EXPECT_EQ(FromQString(In<QLineEdit>(dialog, "txtSource")->text()).substr(0, 10), name_.substr(0, 10));
         dialog.close();
     });
     Click("cmdSuppress");
@@ -86,9 +82,8 @@ TEST_P(HostileTextTest, StaysATextInEveryWindowAndForOtherPrograms) {
     Tree()->setCurrentIndex(Node({0}));
     QTest::keyClick(Tree(), Qt::Key_Asterisk);
     InDialog([this](QWidget& dialog) {
-        dialog.findChild<QCheckBox*>(QStringLiteral("chkFilterOn4"))->click();
-        EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("cmbFilterText4"))->currentText(),
-                  ToVisibleLine(upper_));
+        In(dialog, "chkFilterOn4")->click();
+        EXPECT_EQ(In<QComboBox>(dialog, "cmbFilterText4")->currentText(), ToVisibleLine(upper_));
         ExpectNoMarkup();
         QTest::keyClick(&dialog, Qt::Key_Return);
     });

@@ -3,12 +3,9 @@
 #include <QHelpEvent>
 #include <QScrollBar>
 #include <QToolTip>
-#include <functional>
 #include <random>
-#include <tuple>
 
 #include "tests/forms/ConsoleFixture.h"
-#include "tests/support/FileBytes.h"
 
 namespace tallyhorn {
 namespace {
@@ -21,6 +18,11 @@ protected:
     }
     std::string Current() { return Tree()->currentIndex().data().toString().toStdString(); }
     std::string Text(const std::vector<int>& way) { return Node(way).data().toString().toStdString(); }
+    void SendErrors(std::initializer_list<const char*> alarms) {
+        for (const char* const alarm : alarms)
+            Send(Datagram(alarm, "Error", "pc"));
+        Handle();
+    }
     void PressInTree(std::initializer_list<Qt::Key> keys) {
         for (const Qt::Key key : keys)
             QTest::keyClick(Tree(), key);
@@ -119,10 +121,7 @@ TEST_F(SyslogConsoleTest, KeepsOpenGroupsAndPositionThroughArrivalsAndDeletions)
     Tree()->verticalScrollBar()->setValue(20);
     const auto onTop = [&] { return Tree()->indexAt(QPoint(1, 1)).data().toString().toStdString(); };
     const std::string top = onTop();
-    for (int i = 0; i < 10; ++i)
-        Send(Datagram("a" + std::to_string(i), "Error", "pc"));
-    Send(Datagram("m102", "Error", "pc"));
-    Handle();
+    SendErrors({"a0", "a1", "a2", "a3", "a4", "a5", "a6", "a7", "a8", "a9", "m102"});
     EXPECT_EQ(onTop(), top);
     EXPECT_EQ(Current(), "m135 ( 3 Events )");
     EXPECT_TRUE(Tree()->isExpanded(Node({12, 0, 0})));
@@ -140,9 +139,7 @@ TEST_F(SyslogConsoleTest, KeepsOpenGroupsAndPositionThroughArrivalsAndDeletions)
 TEST_F(SyslogConsoleTest, ActsOnTheSelectedNodeAlone) {
     StartOnTree();
     boxes_.Answer = false;
-    for (const char* const alarm : {"m1", "m2"})
-        Send(Datagram(alarm, "Error", "pc"));
-    Handle();
+    SendErrors({"m1", "m2"});
     QWidget* const viewport = Tree()->viewport();
     const auto click = [&](QPoint at) { QTest::mouseClick(viewport, Qt::LeftButton, {}, at); };
     const auto openLeaf = [&] {
@@ -154,11 +151,7 @@ TEST_F(SyslogConsoleTest, ActsOnTheSelectedNodeAlone) {
     const std::tuple<const char*, std::function<void()>, const char*> steps[] = {
         {"the focus alone", [&] { Tree()->setFocus(Qt::TabFocusReason); }, ""},
         {"a leaf", openLeaf, "message"},
-        {"empty space",
-         [&] {
-             click({50, viewport->height() - 5});
-         },
-         ""},
+        {"empty space", [&] { click(QPoint(50, viewport->height() - 5)); }, ""},
         {"the leaf again", openLeaf, "message"},
         {"a branch that closes around the leaf",
          [&] {
@@ -183,9 +176,7 @@ TEST_F(SyslogConsoleTest, ActsOnTheSelectedNodeAlone) {
 /// A deletion elsewhere opens no closed branch, and selects nothing that was not selected.
 TEST_F(SyslogConsoleTest, ADeletionElsewhereLeavesClosedBranchesAndTheSelection) {
     StartOnTree();
-    for (const char* const alarm : {"m1", "m1", "m1", "m1", "m2"})
-        Send(Datagram(alarm, "Error", "pc"));
-    Handle();
+    SendErrors({"m1", "m1", "m1", "m1", "m2"});
     Tree()->expand(Node({1}));
     for (const bool selected : {false, true}) {
         const auto how = selected ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::Clear;
@@ -197,20 +188,11 @@ TEST_F(SyslogConsoleTest, ADeletionElsewhereLeavesClosedBranchesAndTheSelection)
     Tree()->collapse(Node({1}));
     DeleteFirstSyslogRows(1);
     EXPECT_FALSE(Tree()->isExpanded(Node({1})));
-}
-
-/// While another page is shown, arrivals change the positions of nodes before the tree's view is told of
-/// them.
-TEST_F(SyslogConsoleTest, KeepsOpenGroupsWhileAnotherPageIsShown) {
-    StartOnTree();
-    for (const char* const alarm : {"m1", "m2"})
-        Send(Datagram(alarm, "Error", "pc"));
-    Handle();
     Tree()->expand(Node({1}));
     Tree()->setCurrentIndex(Node({1}));
+    // While another page is shown, arrivals change the positions of nodes before the view gets a signal.
     ShowPage(1);
-    Send(Datagram("a", "Error", "pc"));
-    Handle();
+    SendErrors({"a"});
     DeleteFirstSyslogRows(1);
     EXPECT_TRUE(Tree()->isExpanded(Node({1})) && !Tree()->isExpanded(Node({0})));
     EXPECT_EQ(Current(), "m2 ( 1 Event )");

@@ -1,10 +1,7 @@
 #include <QAbstractItemModelTester>
 #include <QDateTimeEdit>
 #include <QHeaderView>
-#include <QPushButton>
 #include <QTreeView>
-#include <memory>
-#include <tuple>
 
 #include "filters/forms/frmDropFilters.h"
 #include "tests/forms/ControlChecks.h"
@@ -58,7 +55,7 @@ protected:
     void ExpectMode(bool manage, const char* title, const char* cancel) {
         EXPECT_TRUE(dialog_->isVisible());
         EXPECT_EQ(dialog_->windowTitle(), title);
-        EXPECT_EQ(Find<QPushButton>("cmdCancel")->text(), cancel);
+        EXPECT_EQ(Find<QAbstractButton>("cmdCancel")->text(), cancel);
         EXPECT_TRUE(Find("fraFilterProps")->isVisible() && Find("txtEventID")->isEnabled() != manage);
         EXPECT_EQ(Find("fraManageFilters")->isVisible(), manage);
         for (const char* name : {"lblInstructions", "lblFilterName", "txtFilterName", "cmdOK"})

@@ -1,12 +1,10 @@
 #include <QAbstractItemModelTester>
-#include <QAbstractItemView>
 #include <QComboBox>
 
 #include "filters/forms/frmFilter.h"
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
 #include "tests/support/MessagesInMemory.h"
-#include "tests/support/Notifications.h"
 
 namespace tallyhorn {
 namespace {
@@ -71,27 +69,21 @@ TEST_F(frmFilterTest, ACheckBoxEnablesItsComboBox) {
     EXPECT_FALSE(filter_.PassesViewFilter(RecordOf({.Computer = "B"})));
 }
 
-TEST_F(frmFilterTest, CancelChangesNothing) {
+TEST_F(frmFilterTest, AccessKeysMoveTheFocusToTheCheckBoxesAndCancelChangesNothing) {
     Keep("Full", "A");
     for (const bool byKey : {true, false}) {
         Open();
-        Click("chkFilterOn4");
+        Press(Qt::Key_A, Qt::AltModifier);
+        Press(Qt::Key_Space);
+        ASSERT_EQ(Focus(), "cmbFilterText1");
+        Press(Qt::Key_A, Qt::AltModifier);
+        EXPECT_EQ(Focus(), "chkFilterOn1") << "the key works in the same frame too";
+        EXPECT_TRUE(IsChecked("chkFilterOn1")) << "the key does not press the box";
+        ExpectSoundControls(*dialog_);
         byKey ? Press(Qt::Key_Escape) : Click("cmdCancel");
         EXPECT_FALSE(dialog_->isVisible() || filter_.InForce());
         EXPECT_EQ(dialog_->result(), QDialog::Rejected);
     }
-}
-
-TEST_F(frmFilterTest, AccessKeysMoveTheFocusToTheCheckBoxes) {
-    Keep("Full", "A");
-    Open();
-    Press(Qt::Key_A, Qt::AltModifier);
-    Press(Qt::Key_Space);
-    ASSERT_EQ(Focus(), "cmbFilterText1");
-    Press(Qt::Key_A, Qt::AltModifier);
-    EXPECT_EQ(Focus(), "chkFilterOn1") << "the key works in the same frame too";
-    EXPECT_TRUE(IsChecked("chkFilterOn1")) << "the key does not press the box";
-    ExpectSoundControls(*dialog_);
 }
 
 TEST_F(frmFilterTest, ManyLongAndSimilarTextsCanBeChosen) {
@@ -149,6 +141,11 @@ protected:
         });
         Command("filter");
     }
+    std::string Captions() {
+        const auto* const button = Find<QAction>("filter");
+        return (button->isChecked() ? "pressed, " : "") + button->toolTip().toStdString() + ", " +
+               Find<QAction>("mnuEdit_Filter")->text().toStdString();
+    }
     /// Returns the numbers of rows in the NetBIOS lists.
     std::string Rows() {
         AwaitShown();
@@ -162,12 +159,16 @@ protected:
 TEST_F(FilterConsoleTest, AppliesToArrivalsUntilItIsRemoved) {
     Start();
     Receive({"A", "B", "B"});
+    InDialog([](QWidget& dialog) { dialog.close(); });
+    Command("filter");
+    EXPECT_EQ(Captions(), "Apply Filter, &Apply a Filter to Received Messages");
     List(0)->setFocus();
     Filter([this] {
         Arrive("B", "Error");
         Poll();
     });
     EXPECT_EQ(Rows(), "1 0 0 ") << "what arrived in the meantime is filtered too";
+    EXPECT_EQ(Captions(), "pressed, Remove Filter, &Remove Filter");
     EXPECT_EQ(Panel(1), "4 NetBIOS Message(s)");
     EXPECT_EQ(console_->Window().focusWidget(), List(0));
     Receive({"a"}, "Warning");
@@ -176,7 +177,8 @@ TEST_F(FilterConsoleTest, AppliesToArrivalsUntilItIsRemoved) {
     EXPECT_FALSE(List(2)->isEnabled());
     QTest::keyClick(List(0), Qt::Key_Delete);
     EXPECT_EQ(boxes_.Shown, std::vector<std::string>{"You cannot delete messages while a filter is active."});
-    Command("filter");
+    Command("mnuEdit_Filter");
+    EXPECT_EQ(Captions(), "Apply Filter, &Apply a Filter to Received Alarms");
     EXPECT_EQ(Rows(), "4 1 1 ");
     EXPECT_TRUE(List(2)->isEnabled());
     EXPECT_EQ(console_->Window().focusWidget(), List(0));

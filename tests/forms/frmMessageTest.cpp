@@ -1,13 +1,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <optional>
-#include <tuple>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
@@ -40,9 +36,7 @@ protected:
                 return window;
         return nullptr;
     }
-    QPushButton* Button(const char* name) {
-        return Window()->findChild<QPushButton*>(QString::fromLatin1(name));
-    }
+    QAbstractButton* Button(const char* name) { return In<QAbstractButton>(*Window(), name); }
     QPlainTextEdit* Box() { return Window()->findChild<QPlainTextEdit*>(QStringLiteral("txtMessage")); }
     /// Returns the last line of the shown text, with "^" and "v" for the enabled arrows; "-" if no window is
     /// open.
@@ -69,21 +63,21 @@ protected:
         Command("view");
         return Shown();
     }
-    std::string Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
-        const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
-        QTest::mouseClick(list->viewport(), button, Qt::NoModifier, at);
-        QTest::mouseDClick(list->viewport(), button, Qt::NoModifier, at);
+    std::string Open(QAbstractItemView* view, QModelIndex entry, Qt::MouseButton button = Qt::LeftButton) {
+        const QPoint at = view->visualRect(entry).center();
+        QTest::mouseClick(view->viewport(), button, Qt::NoModifier, at);
+        QTest::mouseDClick(view->viewport(), button, Qt::NoModifier, at);
         return Shown();
+    }
+    std::string Open(MessageListView* list, int row, Qt::MouseButton button = Qt::LeftButton) {
+        return Open(list, list->model()->index(row, 0), button);
     }
     std::string OpenNode(const std::vector<int>& path) {
         for (std::ptrdiff_t depth = 1; depth < std::ssize(path); ++depth) {
             Tree()->expand(Node({path.begin(), path.begin() + depth}));
             QCoreApplication::processEvents();
         }
-        const QPoint node = Tree()->visualRect(Node(path)).center();
-        QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
-        QTest::mouseDClick(Tree()->viewport(), Qt::LeftButton, Qt::NoModifier, node);
-        return Shown();
+        return Open(Tree(), Node(path));
     }
     void SelectSomeText() {
         QTextCursor some = Box()->textCursor();
@@ -220,7 +214,7 @@ TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {
     EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\r\nm02")) << "the whole text is copied";
     boxes_.Answer = true;
     InDialog([this](QWidget& dialog) {
-        EXPECT_EQ(dialog.findChild<QLineEdit*>(QStringLiteral("txtSource"))->text(), "m02");
+        EXPECT_EQ(In<QLineEdit>(dialog, "txtSource")->text(), "m02");
         EXPECT_EQ(dialog.parentWidget(), Window());
         dialog.close();
     });

@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QClipboard>
 #include <QLabel>
 #include <memory>

@@ -1,5 +1,4 @@
 #include <QElapsedTimer>
-#include <QPushButton>
 
 #include "desktop/forms/frmStartup.h"
 #include "tests/forms/ConsoleFixture.h"
@@ -44,9 +43,7 @@ TEST_F(frmStartupTest, TheAboutBoxShowsVersionNamesAndTheYearOfItsOpening) {
             QTest::keyClick(&about, Qt::Key_Escape);
         });
     }
-    InAbout([](QWidget& about) {
-        QTest::mouseClick(about.findChild<QPushButton*>(QStringLiteral("cmdClose")), Qt::LeftButton);
-    });
+    InAbout([](QWidget& about) { QTest::mouseClick(In(about, "cmdClose"), Qt::LeftButton); });
     InAbout([](QWidget& about) { QTest::mouseClick(&about, Qt::LeftButton, {}, QPoint(10, 10)); });
 }
 
@@ -81,7 +78,7 @@ TEST_F(frmStartupTest, TheSplashClosesForClicksDialogsAndAHiddenWindow) {
 
     console_.reset();
     datagrams_.Taken.insert(Port);
-    Start("MessageViews=7\r\nSyslogUDPPort=5514\r\n");
+    StartListening();
     EXPECT_EQ(Splash(), nullptr) << "a message box closes the splash";
     EXPECT_EQ(boxes_.Shown.size(), 1U);
 }

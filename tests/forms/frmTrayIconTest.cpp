@@ -1,4 +1,3 @@
-#include <QCheckBox>
 #include <QMenu>
 
 #include "tests/forms/ConsoleFixture.h"
@@ -41,9 +40,8 @@ TEST_F(TrayIconTest, TheMenuIsCompleteAndItsCheckMarkFollowsTheSound) {
     Item(1).trigger();
     EXPECT_FALSE(Item(1).isChecked());
     InDialog([](QWidget& preferences) {
-        auto* const sound = preferences.findChild<QCheckBox*>(QStringLiteral("chkSound"));
-        EXPECT_FALSE(sound->isChecked());
-        sound->setChecked(true);
+        EXPECT_FALSE(In(preferences, "chkSound")->isChecked());
+        In(preferences, "chkSound")->click();
         QTest::keyClick(&preferences, Qt::Key_Return);
     });
     Command("mnuOptions_Preferences");

@@ -36,13 +36,21 @@ protected:
         gestures_.callOnTimeout([this] { Act(); });
     }
 
-    /// Lets notifications arrive and makes gestures for two seconds.
+    void TearDown() override {
+        gestures_.stop();
+        ConsoleFixture::TearDown();
+    }
+
+    /// Lets notifications arrive and makes gestures for two seconds.  Afterwards only dialogs are cancelled,
+    /// which a command that had to wait may still open.
     void Rage() {
+        settling_ = false;
         feeds_.start(20);
         gestures_.start(0);
         QTest::qWait(2000);
         feeds_.stop();
-        gestures_.stop();
+        settling_ = true;
+        QTest::qWait(50);
     }
     /// Ends a drag, the view filter and a pause, and waits until the views show all kept messages.
     void Settle() {
@@ -133,7 +141,9 @@ private:
         if (asked_)
             return;
         if (QWidget* const dialog = QApplication::activeModalWidget())
-            return Operate(*dialog, 4);
+            return settling_ ? QTest::keyClick(dialog, Qt::Key_Escape) : Operate(*dialog, 4);
+        if (settling_)
+            return;
         if (dragged_ != nullptr)
             return OneIn(2) ? Release() : Drag();
         const int page = Find<QTabWidget>("tabMessageTypes")->currentIndex();
@@ -194,7 +204,8 @@ private:
     }
 
     std::mt19937 random_{static_cast<unsigned>(seed_)};
-    bool asked_ = false;  ///< a question is open, which blocks all windows
+    bool asked_ = false;     ///< a question is open, which blocks all windows
+    bool settling_ = false;  ///< no gestures are made, but dialogs are cancelled
     QPointer<QWidget> dragged_;
     QTimer feeds_, gestures_;
 };

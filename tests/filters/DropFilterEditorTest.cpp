@@ -222,6 +222,7 @@ TEST_F(DropFilterEditorTest, ShowsWhatTheFileHasAfterAFailedWrite) {
             EXPECT_EQ(editor_.SelectedFields(), lost ? FilterFields() : ShowRecord(FilterOn("B", "b")));
             EXPECT_EQ(filters_.FilterCount, lost ? 0 : 3);
             EXPECT_TRUE(boxes_.Shown.empty());
+            filters_.CloseFilterFile();
             std::filesystem::remove(path_);
         }
     }

@@ -25,7 +25,7 @@ TEST(InstanceLockTest, TheFirstInstanceHoldsItUntilItEnds) {
     for (const char* const before : {"", "instance-"})
         EXPECT_NE(mailslot.Transport->Create(std::string(MailslotPrefix) + before + mailslot.Name, 401),
                   nullptr);
-    EXPECT_TRUE(InstanceLock(mailslot.Name + "2", mailslot.Home / "missing/folder").Acquire())
+    EXPECT_TRUE(InstanceLock(mailslot.Name + "3", mailslot.Home / "missing/folder").Acquire())
         << "without a folder nothing is locked";
 }
 

@@ -294,7 +294,7 @@ void Console::StartFlash() {
         QApplication::alert(window_.get());
 }
 
-/// Does nothing while a command or a timer's routine runs, because it runs pending events itself.
+/// Does nothing while a command or a timer's routine runs, because that one runs pending events itself.
 void Console::LetEventsRun() {
     if (!window_->Commands().IsAtWork())
         Run();

@@ -80,7 +80,8 @@ public:
 
     /// Shows the console.  If another console is running, shows a message instead and returns false.
     bool Start();
-    /// Also answers the questions that are open, even if the console is closing already.
+    /// Closes the console without a question, as at the end of the user's session.  Cancels all open dialogs
+    /// and questions, also if the console is already closing.
     void End() override;
     /// Returns whether the console has been shut down.
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }

@@ -40,8 +40,9 @@ private:
     std::string Encode(std::string_view ansi) const;
 
     ProfileEncoding encoding_;
-    ProfileText
-        text_;  ///< ANSI in an ANSI file, otherwise UTF-8, which has the same bytes for line structure
+    /// In an ANSI file the file's bytes, otherwise UTF-8, in which line ends, brackets and "=" are the same
+    /// bytes as in ANSI.
+    ProfileText text_;
 };
 
 }  // namespace tallyhorn

@@ -18,7 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         Require(entry.Depth >= 0 && entry.Depth <= DeepestHelpEntry);
     }
 
-    // The first byte decides where the table ends and the texts that it refers to begin.
+    // The input is cut in two at the position that its first byte gives: the table, and the texts to which
+    // the table refers.
     const std::size_t middle = size == 0 ? 0 : data[0] % size;
     const std::string_view strings = bytes.substr(middle);
     for (const auto& [number, page] : ParseHelpContexts(bytes.substr(0, middle), strings))

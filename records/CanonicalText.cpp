@@ -198,8 +198,8 @@ std::string SettleMessage(AlarmRecord& alarm) {
     }
     if (!HoldsLineFeed(alarm) && text.find('\0') == std::string::npos)
         return text;
-    // Reading may have changed the type.  Settling the type again cannot change where the other fields begin
-    // and end, since labels are searched for in order.
+    // ReadMessageText may have changed the type, so the type is settled once more.  The other fields keep
+    // their limits, because ReadMessageText searches for the labels in their order.
     if (!ReadMessageText(StripNulls(text), alarm))
         return text;
     SettleType(alarm);

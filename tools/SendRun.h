@@ -11,7 +11,7 @@ namespace tallyhorn {
 
 /// What a run has sent so far.
 struct SendCounts {
-    std::optional<std::uint64_t> Texts;  ///< only for mailslots, where one text can take several datagrams
+    std::optional<std::uint64_t> Texts;  ///< empty for syslog, which sends each text as one datagram
     std::uint64_t Datagrams = 0;
     std::uint64_t Bytes = 0;
     DemoTypeCounts ByType{};  ///< counted only by SendDemo

@@ -76,7 +76,7 @@ private:
     ViewNumber view_ = 0;
     Slot slot_ = -1;
     std::size_t place_ = 0;     ///< the index of the message in its list, or among the leaves of its computer
-    std::optional<Slot> from_;  ///< where the next step starts, if not at the shown message
+    std::optional<Slot> from_;  ///< the message from which the next step starts; if empty, the shown one
     std::string text_;
     Group group_;
 };

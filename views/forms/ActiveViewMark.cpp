@@ -42,8 +42,8 @@ void ActiveViewMark::Show(ViewNumber active, bool alone) {
     Draw();
 }
 
-/// The focus goes to the view, because Qt would move it from the page before to the first list of the page,
-/// on which the next Delete key would act.
+/// Gives the view the focus, because Qt would give the focus to the first list of the new page, and the next
+/// Delete key would act on that list.
 void ActiveViewMark::BringToFront(ViewNumber view) {
     const int page = static_cast<int>(PageOfView(view));
     if (!pages_.isTabVisible(page) || pages_.currentIndex() == page)
@@ -81,7 +81,8 @@ void ActiveViewMark::Draw() {
     drawing_ = false;
 }
 
-/// Sets colours only, so the view needs no code for it.  An empty palette takes all colours from the desktop.
+/// Changes the view's palette only, so the views need no code for this.  An empty palette takes all colours
+/// from the desktop.
 void ActiveViewMark::DrawSelection(QWidget& view, bool active) const {
     QPalette own;
     const QPalette desktop = QApplication::palette(&view);

@@ -52,21 +52,6 @@ void AppendUtf8(std::string& to, char32_t character) {
     append(0x80 | (character & 0x3FU));
 }
 
-/// Takes the first character from the text, or one byte if the text does not begin with a character.  Accepts
-/// the three bytes of a surrogate, because Utf8FromUtf16 writes an unpaired one so.
-char32_t TakeUtf8(std::string_view& text) {
-    const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const std::size_t length = byte(0) < 0x80 ? 1 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
-    char32_t character = length == 1 ? byte(0) : byte(0) & (0x7FU >> length);
-    bool valid = length <= text.size() && (length == 1 || byte(0) >= 0xC0);
-    for (std::size_t i = 1; i < length && valid; ++i) {
-        valid = (byte(i) & 0xC0U) == 0x80;
-        character = character << 6U | (byte(i) & 0x3FU);
-    }
-    text.remove_prefix(valid ? length : 1);
-    return valid ? character : Replacement;
-}
-
 /// Keeps an unpaired surrogate as three bytes, so that it returns to the file as it was.  Ignores half a unit
 /// at the end of a file that was cut.
 std::string Utf8FromUtf16(std::string_view bytes, bool littleEndian) {
@@ -99,7 +84,10 @@ std::string Utf16FromUtf8(std::string_view text, bool littleEndian) {
         bytes += littleEndian ? high : low;
     };
     while (!text.empty()) {
-        const char32_t character = TakeUtf8(text);
+        const Utf8Character invalid{Replacement, 1};
+        // Utf8FromUtf16 writes an unpaired surrogate as three bytes.
+        const auto [character, length] = FirstCharacter(text, Surrogates::Accept).value_or(invalid);
+        text.remove_prefix(length);
         if (character < FirstSupplementary) {
             append(character);
             continue;

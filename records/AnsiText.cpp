@@ -68,33 +68,6 @@ void UpperCaseWord(const char* from, char* to) {
     std::memcpy(to, &word, WordSize);
 }
 
-struct Utf8Character {
-    char32_t Value;
-    std::size_t Length;
-};
-
-/// Decodes the first character of `utf8`.  Returns nothing if its bytes are incomplete, overlong or invalid.
-std::optional<Utf8Character> FirstCharacter(std::string_view utf8) {
-    const auto lead = static_cast<unsigned char>(utf8.front());
-    if (lead < 0x80)
-        return Utf8Character{lead, 1};
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || utf8.size() < length)
-        return std::nullopt;
-    char32_t value = lead & (0xFFU >> (length + 1));
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto next = static_cast<unsigned char>(utf8[i]);
-        if ((next & 0xC0U) != 0x80U)
-            return std::nullopt;
-        value = (value << 6U) | (next & 0x3FU);
-    }
-    constexpr std::array<char32_t, 5> Smallest = {0, 0, 0x80, 0x800, 0x10000};
-    const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
-    if (value < Smallest[length] || value > 0x10FFFF || surrogate)
-        return std::nullopt;
-    return Utf8Character{value, length};
-}
-
 }  // namespace
 
 char ToLower(char character) {
@@ -185,6 +158,27 @@ std::optional<char> AnsiFromUnicode(char32_t character) {
     if (found == HighControls.end())
         return std::nullopt;
     return static_cast<char>(0x80 + (found - HighControls.begin()));
+}
+
+std::optional<Utf8Character> FirstCharacter(std::string_view utf8, Surrogates surrogates) {
+    const auto lead = static_cast<unsigned char>(utf8.front());
+    if (lead < 0x80)
+        return Utf8Character{lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || utf8.size() < length)
+        return std::nullopt;
+    char32_t value = lead & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        const auto next = static_cast<unsigned char>(utf8[i]);
+        if ((next & 0xC0U) != 0x80U)
+            return std::nullopt;
+        value = (value << 6U) | (next & 0x3FU);
+    }
+    constexpr std::array<char32_t, 5> Smallest = {0, 0, 0x80, 0x800, 0x10000};
+    const bool refused = value >= 0xD800 && value <= 0xDFFF && surrogates == Surrogates::Refuse;
+    if (value < Smallest[length] || value > 0x10FFFF || refused)
+        return std::nullopt;
+    return Utf8Character{value, length};
 }
 
 std::string AnsiFromUtf8(std::string_view utf8) {

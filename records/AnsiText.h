@@ -70,6 +70,17 @@ bool ReadInt32(std::string_view text, std::int32_t& number);
 char16_t UnicodeFromAnsi(char character);
 /// Returns the byte of the character, or nothing if Windows-1252 does not contain it.
 std::optional<char> AnsiFromUnicode(char32_t character);
+
+struct Utf8Character {
+    char32_t Value;
+    std::size_t Length;
+};
+/// Whether the three bytes that encode half a surrogate pair count as a character.  UTF-8 forbids them.
+enum class Surrogates { Refuse, Accept };
+/// Decodes the first character of `utf8`, which must not be empty, and returns it with the number of its
+/// bytes.  Returns nothing if the bytes are incomplete, overlong or invalid.
+std::optional<Utf8Character> FirstCharacter(std::string_view utf8,
+                                            Surrogates surrogates = Surrogates::Refuse);
 /// Converts UTF-8 to Windows-1252, with a "?" for each character that Windows-1252 does not contain and for
 /// each byte that is not valid UTF-8.
 std::string AnsiFromUtf8(std::string_view utf8);

@@ -58,10 +58,10 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       tray_(std::make_unique<frmTrayIcon>(machine.Area, static_cast<TrayHost&>(*this))),
       hiding_(*window_, *tray_),
       questions_(machine.Boxes, machine.AskFile, [this] { window_->Commands().DropWaiting(); }),
-      received_(*window_, slices_, gate_),
+      received_(*window_, slices_),
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
-      context_{received_, *window_, questions_, slices_, machine.Time, currentAlarm_},
+      context_{received_, *window_, questions_, slices_, gate_, machine.Time, currentAlarm_},
       viewFilter_(context_),
       commands_(context_, viewFilter_),
       syslog_(machine.Datagrams, Reception(),
@@ -189,7 +189,7 @@ void Console::LoadBackup() {
     loading.show();
     Run();
     {
-        const Gate::Hold hold(received_.Gate());
+        const Gate::Hold hold(gate_);
         const auto restore = [this](std::string_view text) {
             received_.RestoreBackupMessage(text, AlarmDate{machine_.Time.LocalSeconds()}, currentAlarm_);
         };

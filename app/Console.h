@@ -106,8 +106,10 @@ private:
     void ToggleViewFilter() override;
     void ManageSuppressionFilters() override;
     void AddSuppressionFilter(QWidget& over) override;
-    void OpenEventViewer(ViewNumber view) override { eventViewer_.OpenEventViewer(view); }
-    void ExportMessages() override { export_.ExportMessages(); }
+    void OpenEventViewer(ViewNumber view, MessagePage page) override {
+        eventViewer_.OpenEventViewer(view, page);
+    }
+    void ExportMessages(MessagePage page) override { export_.ExportMessages(page); }
     void ShowPreferences() override;
     void ShowHelp() override { ShowHelp(HelpContext::MainWindow); }
     void ShowAbout() override;

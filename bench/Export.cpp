@@ -65,13 +65,13 @@ void ExportBesideBareWriting(benchmark::State& state) {
     Filled filled(static_cast<int>(state.range(1)));
     filled.Display.Page = static_cast<MessagePage>(state.range(0));
     SelectLargestBranch(filled.Received.Tree);
-    const double first = MillisecondsOf([&] { filled.Export.ExportMessages(); });
+    const double first = MillisecondsOf([&] { filled.Export.ExportMessages(filled.Display.Page); });
     const std::string bytes = ReadBytes(*filled.Dialog.Answer);
     std::vector<double> exports;
     std::vector<double> bare;
     for (auto _ : state) {
         bare.push_back(MillisecondsOf([&] { WriteAlone(filled.Folder.Path() / "bare", bytes); }));
-        exports.push_back(MillisecondsOf([&] { filled.Export.ExportMessages(); }));
+        exports.push_back(MillisecondsOf([&] { filled.Export.ExportMessages(filled.Display.Page); }));
     }
     const auto lines = std::count(bytes.begin(), bytes.end(), '\n') - 1;
     if (lines < 1 || filled.Boxes.Shown.size() != exports.size() + 1)

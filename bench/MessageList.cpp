@@ -101,8 +101,7 @@ void BytesHeld(benchmark::State& state, std::optional<MessageColumn> sortedBy) {
         DemoFeed feed(2);
         AlarmRecord alarm;
         const std::size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
-        Gate gate;
-        ReceivedMessages received(display, slices, gate);
+        ReceivedMessages received(display, slices);
         if (sortedBy) {
             for (MessageList& list : received.NetBios.Lists)
                 list.SortBy(*sortedBy);

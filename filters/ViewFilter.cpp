@@ -120,7 +120,7 @@ ViewFilter::Criteria ViewFilter::SelectedTexts() const {
 // ---- applying
 
 void ViewFilter::Apply(const Criteria& criteria) {
-    const Gate::Hold hold(context_.Received.Gate());
+    const Gate::Hold hold(context_.Gate);
     MessageChannel& channel = ChannelOnShow();
     std::uint64_t rows = 0;
     for (const MessageList& list : channel.Lists)
@@ -218,7 +218,7 @@ bool ViewFilter::PassesViewFilter(const AlarmRecord& alarm) const {
 
 void ViewFilter::RemoveViewFilter() {
     context_.Display.ShowFilterCommand(false);
-    const Gate::Hold hold(context_.Received.Gate());
+    const Gate::Hold hold(context_.Gate);
     LongWork work(
         context_.Display, context_.Slices,
         SlotCount(context_.Received.Syslog.Messages) + SlotCount(context_.Received.NetBios.Messages));

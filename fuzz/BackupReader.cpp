@@ -58,9 +58,7 @@ std::vector<std::string> CutIntoTexts(std::string_view bytes) {
 }
 
 std::string Record(const std::string& text) {
-    std::string digits = std::to_string(text.size());
-    digits.insert(0, BackupLengthDigits - digits.size(), '0');
-    return digits + text;
+    return PadWithZeros(std::to_string(text.size()), BackupLengthDigits) + text;
 }
 
 }  // namespace

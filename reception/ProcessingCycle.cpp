@@ -13,7 +13,7 @@ constexpr std::int32_t TicksUntilResume = 120;
 }  // namespace
 
 void ProcessingCycle::TimCheckTick() {
-    if (!parts_.Received.Gate().AdmitPoll() || mailslot_.CheckForMessages() == 0)
+    if (!parts_.Gate.AdmitPoll() || mailslot_.CheckForMessages() == 0)
         return;
     // The vector is moved out of the member, because a nested poll must not overwrite its texts.
     std::vector<std::string> messages = std::exchange(spareMessages_, {});
@@ -33,7 +33,7 @@ void ProcessingCycle::TimCheckTick() {
 }
 
 void ProcessingCycle::MissedTick() {
-    if (parts_.Received.Gate().PollIsMissed())
+    if (parts_.Gate.PollIsMissed())
         TimCheckTick();
 }
 
@@ -46,7 +46,7 @@ void ProcessingCycle::ProcessText(std::string& text) {
 }
 
 void ProcessingCycle::PauseCommand() {
-    const bool paused = parts_.Received.Gate().TogglePause();
+    const bool paused = parts_.Gate.TogglePause();
     parts_.Display.ShowPauseCommand(paused);
     parts_.Display.ShowPanel(StatusPanel::ProcessingStatus,
                              paused ? "Status: Message Processing Paused" : "Status: Processing Messages");

@@ -25,7 +25,7 @@ DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
 /// A batch of datagrams.  A datagram without a date gets the time at which the batch began.
 class SyslogEndpoint::Batch {
 public:
-    explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.TheGate()) {
+    explicit Batch(SyslogEndpoint& endpoint) : batch_(endpoint.parts_.Gate) {
         endpoint.LookAtTheTime();
         endpoint.flashStarted_ = false;
     }
@@ -75,9 +75,9 @@ void SyslogEndpoint::QueueWaiting() {
 }
 
 SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
-    if (!HasWaiting() && (queue_.Count() == 0 || TheGate().ProcessingPaused()))
+    if (!HasWaiting() && (queue_.Count() == 0 || parts_.Gate.ProcessingPaused()))
         return Waiting::Nothing;
-    const Gate::Answer answer = TheGate().Decide(Gate::Request::Datagrams);
+    const Gate::Answer answer = parts_.Gate.Decide(Gate::Request::Datagrams);
     if (answer == Gate::Answer::Later)
         return Waiting::Later;
     if (answer == Gate::Answer::Queue) {
@@ -115,7 +115,7 @@ void SyslogEndpoint::ProcessQueuedSyslogMessages() {
         return;
     // The end of a hold or a batch does not call this function again.  Therefore a call of DataArrival is
     // requested; ArrivalTimer repeats it as long as it returns Later.
-    if (TheGate().Decide(Gate::Request::Datagrams) == Gate::Answer::Later) {
+    if (parts_.Gate.Decide(Gate::Request::Datagrams) == Gate::Answer::Later) {
         wake_();
         return;
     }

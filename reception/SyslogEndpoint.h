@@ -47,7 +47,6 @@ public:
 private:
     class Batch;
 
-    Gate& TheGate() const { return parts_.Received.Gate(); }
     void StopListening();
     bool HasWaiting();
     void QueueWaiting();

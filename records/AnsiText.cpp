@@ -117,6 +117,10 @@ int CompareNoCase(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
+std::string PadWithZeros(std::string number, std::size_t length) {
+    return number.insert(0, length - std::min(length, number.size()), '0');
+}
+
 bool ReadInt32(std::string_view text, std::int32_t& number) {
     text = Trim(text);
     const bool negative = text.starts_with('-');

@@ -60,6 +60,9 @@ constexpr bool IsDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
+/// Returns `number` with zeros in front, so that it has at least `length` characters.
+std::string PadWithZeros(std::string number, std::size_t length);
+
 /// Reads a number into `number`: blanks around it, a sign and a decimal fraction are allowed; the fraction is
 /// rounded, a half to the even neighbour (2.5 is 2, 3.5 is 4).  Returns false and leaves `number` unchanged
 /// for any other text and for a number outside 32 bits.

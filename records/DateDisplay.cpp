@@ -9,14 +9,6 @@
 namespace tallyhorn {
 namespace {
 
-void AppendPadded(std::string& text, int number, int digits) {
-    const std::string plain = std::to_string(number);
-    text.append(
-        plain.size() < static_cast<std::size_t>(digits) ? static_cast<std::size_t>(digits) - plain.size() : 0,
-        '0');
-    text += plain;
-}
-
 /// Appends the value of the placeholder at the start of `pattern`.  Returns the length of that placeholder,
 /// or 0 if the pattern does not start with one.
 std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilDateTime& parts) {
@@ -25,7 +17,7 @@ std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilD
         return 5;
     }
     if (pattern.starts_with("yyyy")) {
-        AppendPadded(text, parts.Year, 4);
+        text += PadWithZeros(std::to_string(parts.Year), 4);
         return 4;
     }
     struct TwoDigits {
@@ -35,7 +27,7 @@ std::size_t AppendPart(std::string& text, std::string_view pattern, const CivilD
     for (const TwoDigits& part : {TwoDigits{"dd", parts.Day}, TwoDigits{"MM", parts.Month},
                                   TwoDigits{"nn", parts.Minute}, TwoDigits{"ss", parts.Second}}) {
         if (pattern.starts_with(part.Name)) {
-            AppendPadded(text, part.Number, 2);
+            text += PadWithZeros(std::to_string(part.Number), 2);
             return 2;
         }
     }

@@ -1,6 +1,5 @@
 #include "storage/MessageBackup.h"
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
@@ -22,9 +21,7 @@ constexpr std::uint64_t TextsPerShow = 100;
 /// Returns the length in five digits. compatibility: a length of 100,000 or more has more digits, and its
 /// text cannot be read back.
 std::string LengthDigits(std::size_t length) {
-    std::string digits = std::to_string(length);
-    digits.insert(0, BackupLengthDigits - std::min(digits.size(), BackupLengthDigits), '0');
-    return digits;
+    return PadWithZeros(std::to_string(length), BackupLengthDigits);
 }
 
 bool WriteText(BufferedWriter& writer, std::string_view text) {

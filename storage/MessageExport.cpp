@@ -25,8 +25,7 @@ std::string CaptionOf(MessagePage page) {
 /// Returns the day in the form "25-Dec-2008".
 std::string DayText(AlarmDate date) {
     const CivilDateTime parts = SplitAlarmDate(date);
-    std::string text = std::to_string(parts.Day);
-    text.insert(0, 2 - text.size(), '0');
+    std::string text = PadWithZeros(std::to_string(parts.Day), 2);
     text.append("-").append(ShortMonthName(parts.Month)).append("-");
     return text.append(std::to_string(parts.Year));
 }
@@ -47,8 +46,8 @@ MessageExport::MessageExport(const Parts& parts, std::filesystem::path folder,
     : parts_(parts), folder_(std::move(folder)), ownFiles_(std::move(ownFiles)) {}
 
 /// Does nothing if no page is shown.
-void MessageExport::ExportMessages() {
-    switch (parts_.Display.CurrentPage()) {
+void MessageExport::ExportMessages(MessagePage page) {
+    switch (page) {
         case MessagePage::NetBios:
             return ExportNetBiosMessages();
         case MessagePage::Syslog:
@@ -119,7 +118,7 @@ std::optional<SystemError> MessageExport::Write(const MessageChannel& channel,
         const std::error_code denied = std::make_error_code(std::errc::permission_denied);
         return SystemError{denied.value(), denied.message()};
     }
-    const Gate::Hold hold(parts_.Received.Gate());
+    const Gate::Hold hold(parts_.Gate);
     LongWork work(parts_.Display, parts_.Slices, slots.size());
     ExportFile file(path, parts_.Received.DayFirst());
     const AlarmDate now{parts_.Time.LocalSeconds()};

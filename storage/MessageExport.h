@@ -24,12 +24,12 @@ public:
     /// which an export never overwrites.
     MessageExport(const Parts& parts, std::filesystem::path folder, std::vector<std::string> ownFiles);
 
-    /// Asks the user for a file and writes to it all messages of the channel whose page is shown, including
+    /// Asks the user for a file and writes to it all messages of the channel that `page` shows, including
     /// those that a view filter hides, or, on the tree's page, the messages under the selected node.  If that
     /// fails, shows the error and leaves an existing file unchanged.  Does nothing if there is nothing to
     /// export.  compatibility: on the syslog page it does nothing if exactly one message is kept, but if none
     /// is kept it writes a file with only the header.
-    void ExportMessages();
+    void ExportMessages(MessagePage page);
 
 private:
     using Slots = std::vector<Slot>;

@@ -21,8 +21,8 @@ bool LooksLikeOption(std::string_view computer) {
 
 }  // namespace
 
-void EventViewer::OpenEventViewer(ViewNumber view) {
-    const std::string computer = SelectedComputer(view);
+void EventViewer::OpenEventViewer(ViewNumber view, MessagePage page) {
+    const std::string computer = SelectedComputer(view, page);
     if (computer.empty())
         context_.Boxes.Warn(NoMessageText);
     else if (LooksLikeOption(computer))
@@ -31,10 +31,9 @@ void EventViewer::OpenEventViewer(ViewNumber view) {
         programs_.Start(ViewerProgram, std::span(&computer, 1));
 }
 
-/// Returns the computer of the message selected in `view`, if `view` is a list of the page in front, or of
-/// the selected node if the tree is in front.
-std::string EventViewer::SelectedComputer(ViewNumber view) const {
-    const MessagePage page = context_.Display.CurrentPage();
+/// Returns the computer of the message selected in `view`, if `view` is a list of `page`, or of the selected
+/// node if `page` is the tree's.
+std::string EventViewer::SelectedComputer(ViewNumber view, MessagePage page) const {
     if (page == MessagePage::Consolidated)
         return ComputerOfNode();
     return PageOfView(view) == page ? ComputerOfRow(view) : std::string();

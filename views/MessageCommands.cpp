@@ -36,10 +36,9 @@ bool MessageCommands::RefuseWhileFiltered() {
     return true;
 }
 
-void MessageCommands::DeleteMessages(ViewNumber view) {
+void MessageCommands::DeleteMessages(ViewNumber view, MessagePage page) {
     // compatibility: nothing is deleted if the syslog page is in front but the active view is a NetBIOS list.
-    const bool listIsElsewhere =
-        PageOfView(view) == MessagePage::NetBios && context_.Display.CurrentPage() == MessagePage::Syslog;
+    const bool listIsElsewhere = PageOfView(view) == MessagePage::NetBios && page == MessagePage::Syslog;
     if (listIsElsewhere)
         RefuseWhileFiltered();
     else if (context_.Display.HasPage(PageOfView(view)))
@@ -75,7 +74,7 @@ void MessageCommands::DeleteNetBiosMessages(ViewNumber view) {
     if (chosen.empty() || !ConfirmAbout(view, DeleteQuestion))
         return;
     LongWork work(context_.Display, context_.Slices, chosen.size());
-    const Gate::PollStop stop(context_.Received.Gate());
+    const Gate::PollStop stop(context_.Gate);
     context_.Display.ShowView(view, false);
     RemoveFromStore(context_.Received.NetBios, RemoveChosen(list, chosen), work);
     context_.Display.ShowView(view, true);
@@ -88,7 +87,7 @@ void MessageCommands::DeleteSyslogMessages(ViewNumber view) {
     const std::vector<Slot> chosen = list.SelectedSlots();
     if (chosen.empty() || !ConfirmAbout(view, DeleteQuestion))
         return;
-    const Gate::Hold hold(context_.Received.Gate());
+    const Gate::Hold hold(context_.Gate);
     LongWork work(context_.Display, context_.Slices, 2 * chosen.size());
     context_.Display.ShowView(view, false);
     context_.Display.ShowView(ConsolidatedView, false);
@@ -106,7 +105,7 @@ void MessageCommands::DeleteTreeSelection() {
     const std::vector<Slot> chosen = context_.Received.Tree.SlotsUnder(node);
     if (!ConfirmAbout(ConsolidatedView, node.IsLeaf() ? DeleteLeafQuestion : DeleteBranchQuestion))
         return;
-    const Gate::Hold hold(context_.Received.Gate());
+    const Gate::Hold hold(context_.Gate);
     LongWork work(context_.Display, context_.Slices, 2 * chosen.size());
     ShowSyslogViews(false);
     RemoveFromSyslog(RemoveSyslogRows(chosen), work);
@@ -161,12 +160,12 @@ void MessageCommands::ShowSyslogViews(bool shown) {
         context_.Display.ShowView(view, shown);
 }
 
-void MessageCommands::ClearAllMessages() {
+void MessageCommands::ClearAllMessages(MessagePage page) {
     if (RefuseWhileFiltered())
         return;
-    MessageChannel& channel = context_.Received.In(ChannelOfPage(context_.Display.CurrentPage()));
+    MessageChannel& channel = context_.Received.In(ChannelOfPage(page));
     if (context_.Boxes.ConfirmErasing(channel.Traits.ClearQuestion)) {
-        const Gate::Hold hold(context_.Received.Gate());
+        const Gate::Hold hold(context_.Gate);
         context_.Received.Clear(channel);
         context_.Received.UpdateStatusCounts(channel);
     }

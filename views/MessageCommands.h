@@ -19,15 +19,16 @@ public:
         : context_(context), viewFilter_(viewFilter) {}
 
     /// Asks the user, then deletes the messages that were selected in `view` when the question opened. `view`
-    /// was the active view when the user gave the command. Shows a message box instead while a view filter is
-    /// in force. Does nothing if no message is selected, if the preferences hide the page of `view`, or if
-    /// `view` is a NetBIOS list and the syslog page is in front. Shows the page of `view` before it asks.
-    void DeleteMessages(ViewNumber view);
+    /// was the active view and `page` the page in front when the user gave the command. Shows a message box
+    /// instead while a view filter is in force. Does nothing if no message is selected, if the preferences
+    /// hide the page of `view`, or if `view` is a NetBIOS list and `page` the syslog page. Shows the page of
+    /// `view` before it asks.
+    void DeleteMessages(ViewNumber view, MessagePage page);
     /// Makes `view` the active view, whatever page is in front, and deletes its selected messages as
     /// DeleteMessages does.
     void DeleteMessagesIn(ViewNumber view);
-    /// Asks the user, then deletes all messages of the channel of the page in front.
-    void ClearAllMessages();
+    /// Asks the user, then deletes all messages of the channel that `page` shows.
+    void ClearAllMessages(MessagePage page);
 
 private:
     bool RefuseWhileFiltered();

@@ -37,7 +37,7 @@ protected:
     /// Exports and returns the file's bytes.  The export must ask one question and create no other file.
     std::string Exported() {
         Boxes.Shown.clear();
-        export_.ExportMessages();
+        export_.ExportMessages(Display.Page);
         EXPECT_EQ(Boxes.Shown.size(), 1U);
         EXPECT_EQ(CountFiles(folder_.Path()), 1U);
         return ReadBytes(file_);
@@ -46,7 +46,7 @@ protected:
     void ExpectSilence() {
         Boxes.Shown.clear();
         dialog_.Asked.clear();
-        export_.ExportMessages();
+        export_.ExportMessages(Display.Page);
         EXPECT_EQ(Boxes.Shown, Texts());
         EXPECT_TRUE(dialog_.Asked.empty());
         EXPECT_EQ(CountFiles(folder_.Path()), 0U);

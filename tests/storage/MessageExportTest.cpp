@@ -22,7 +22,7 @@ protected:
     /// Checks that the export asks, fails and shows an error with a number, a tab and a text.
     void ExpectFailure() {
         Boxes.Shown.clear();
-        export_.ExportMessages();
+        export_.ExportMessages(Display.Page);
         ASSERT_EQ(Boxes.Shown.size(), 2U);
         const std::string channel = Display.Page == MessagePage::NetBios ? "NetBIOS" : "syslog";
         const std::regex failure("The following error occurred when attempting to export received " +
@@ -84,7 +84,7 @@ TEST_F(MessageExportTest, AsksAndProposesANameForEachPage) {
             dialog_.Asked.clear();
             Boxes.Shown.clear();
             Boxes.Answer = answer;
-            export_.ExportMessages();
+            export_.ExportMessages(Display.Page);
             EXPECT_EQ(Boxes.Shown.size(), 1U);
             EXPECT_EQ(dialog_.Asked.size(), answer ? 1U : 0U);
             EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "No and Cancel write nothing";
@@ -200,7 +200,7 @@ TEST_F(MessageExportTest, ExportsTheBranchThatIsSelectedAfterTheDialog) {
     EXPECT_EQ(Exported(), Header + Line("a"));
     fs::remove(file_);
     dialog_.WhileOpen = [this] { Received.Clear(Received.Syslog); };
-    export_.ExportMessages();
+    export_.ExportMessages(Display.Page);
     EXPECT_EQ(CountFiles(folder_.Path()), 0U) << "the branch was removed";
 }
 

@@ -36,8 +36,8 @@ struct MessagesOver {
     AlarmRecord Alarm;  ///< the current alarm
     TimeSlices Slices{Time, Events};
     Gate TheGate;
-    ReceivedMessages Received{Display, Slices, TheGate};
-    const MessageContext Context{Received, Display, Boxes, Slices, Time, Alarm};
+    ReceivedMessages Received{Display, Slices};
+    const MessageContext Context{Received, Display, Boxes, Slices, TheGate, Time, Alarm};
 };
 
 using MessagesInMemory = MessagesOver<FakeClock>;

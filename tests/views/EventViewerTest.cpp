@@ -14,10 +14,9 @@ class EventViewerTest : public CommandsFixture {
 protected:
     /// Returns the argument of the started program, or the text of the message box.
     std::string Open(MessagePage page, ViewNumber activeView) {
-        Display.Page = page;
         Boxes.Shown.clear();
         programs_.Started.clear();
-        viewer_.OpenEventViewer(activeView);
+        viewer_.OpenEventViewer(activeView, page);
         EXPECT_NE(programs_.Started.empty(), Boxes.Shown.empty());
         return programs_.Started.empty() ? Boxes.Shown.at(0) : programs_.Started[0].at(1);
     }

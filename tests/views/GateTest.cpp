@@ -15,7 +15,7 @@ namespace {
 
 using State = Gate::State;
 
-/// Returns a letter for each answer of a gate in the given states: to poll, datagrams, command, dialog, end.
+/// Returns a letter for each answer of a gate in the given states: to poll, datagrams, command, end.
 std::string AnswersIn(std::string_view states) {
     Gate gate(states.starts_with("Starting") ? Gate::Phase::Starting : Gate::Phase::Running);
     std::vector<std::shared_ptr<void>> guards;
@@ -41,20 +41,20 @@ std::string AnswersIn(std::string_view states) {
 TEST(Gate, GivesTheStrictestAnswerOfAllItsStates) {
     // R for Run, Q for Queue, L for Later, X for Refuse.
     for (const auto& [states, answers] : std::vector<std::pair<const char*, const char*>>{
-             {"", "RRRRR"},
-             {"Starting", "RRQQL"},
-             {"Batch", "LLQQQ"},
-             {"Hold", "LLQQQ"},
-             {"PollStop", "XRQQQ"},
-             {"Pause", "LQRRR"},
-             {"Work", "RRQQQ"},
-             {"Dialog", "RRQQQ"},
-             {"Closing", "RRXXX"},
-             {"Pause|Hold", "LLQQQ"},
-             {"Pause|Dialog", "LQQQQ"},
-             {"Pause|PollStop", "XQQQQ"},
-             {"Starting|Hold", "LLQQL"},
-             {"Hold|Closing", "LLXXX"},
+             {"", "RRRR"},
+             {"Starting", "RRQL"},
+             {"Batch", "LLQQ"},
+             {"Hold", "LLQQ"},
+             {"PollStop", "XRQQ"},
+             {"Pause", "LQRR"},
+             {"Work", "RRQQ"},
+             {"Dialog", "RRQQ"},
+             {"Closing", "RRXX"},
+             {"Pause|Hold", "LLQQ"},
+             {"Pause|Dialog", "LQQQ"},
+             {"Pause|PollStop", "XQQQ"},
+             {"Starting|Hold", "LLQL"},
+             {"Hold|Closing", "LLXX"},
          })
         EXPECT_EQ(AnswersIn(states), answers) << states;
 }

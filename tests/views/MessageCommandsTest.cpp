@@ -32,7 +32,7 @@ TEST_F(MessageCommandsTest, DeletesTheSelectedRowsAndReusesTheirSlotsInOrder) {
         EXPECT_EQ(Display.ActiveCalls, (std::vector<std::string>{"active 2", "front 2", "only 2"}));
     };
     Events.Event = [this] { EXPECT_FALSE(TheGate.AdmitPoll()); };
-    commands_.DeleteMessages(2);
+    commands_.DeleteMessages(2, Display.Page);
     EXPECT_EQ(Display.ListCalls, (std::vector<std::string>{"hide 2", "show 2"}));
     EXPECT_EQ(Display.ActiveCalls.back(), "active 2");
     EXPECT_TRUE(TheGate.AdmitPoll());
@@ -61,11 +61,11 @@ TEST_F(MessageCommandsTest, AsksOnlyAboutASelectionThatItMayDelete) {
         Boxes.Shown.clear();
         filter_.Active = filtered;
         Display.Page = page;
-        commands_.DeleteMessages(activeView);
+        commands_.DeleteMessages(activeView, Display.Page);
         EXPECT_EQ(Boxes.Shown, shown) << name;
     }
     Display.HiddenPage = MessagePage::NetBios;
-    commands_.DeleteMessages(2);
+    commands_.DeleteMessages(2, Display.Page);
     EXPECT_EQ(Boxes.Shown.size(), 1U) << "nobody sees the rows of a hidden page";
     EXPECT_EQ(Received.List(2).Size(), 10U) << "the answer was always No";
     EXPECT_TRUE(Display.ListCalls.empty());
@@ -76,7 +76,7 @@ TEST_F(MessageCommandsTest, ALargeDeletePausesOncePerSlice) {
     Keep(50'000);
     Received.List(2).Select(0, 49'999, true);
     Time.PerLook = std::chrono::microseconds(2);
-    commands_.DeleteMessages(2);
+    commands_.DeleteMessages(2, Display.Page);
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 0);
     EXPECT_GT(Time.Slept, std::chrono::milliseconds(0));
     EXPECT_LT(Time.Slept, std::chrono::milliseconds(500));
@@ -103,7 +103,7 @@ TEST_F(MessageCommandsTest, ClearAllEmptiesTheChannelOfThePage) {
         Boxes.Answer = answer;
         filter_.Active = filtered;
         Display.Page = page;
-        commands_.ClearAllMessages();
+        commands_.ClearAllMessages(Display.Page);
         EXPECT_EQ(Boxes.Shown, std::vector<std::string>{shown});
         EXPECT_EQ(RowCount(Received.NetBios), netBiosLeft);
         EXPECT_EQ(RowCount(Received.Syslog), syslogLeft);

@@ -28,7 +28,7 @@ protected:
         list.ClearSelection();
         for (std::size_t i = 0; i < list.Size(); ++i)
             list.Select(i, i, Below(3) == 0);
-        commands_.DeleteMessages(SyslogErrors);
+        commands_.DeleteMessages(SyslogErrors, Display.Page);
     }
     std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
 

@@ -30,7 +30,7 @@ protected:
     }
     void DeleteNode(TreeNode node) {
         Received.Tree.SelectNode(node);
-        commands_.DeleteMessages(ConsolidatedView);
+        commands_.DeleteMessages(ConsolidatedView, Display.Page);
     }
 };
 
@@ -52,7 +52,7 @@ TEST_F(SyslogCommandsTest, DeletesWhatWasSelectedWhenTheQuestionOpened) {
         Events.Event = [this] { EXPECT_TRUE(TheGate.SyslogDeleteInProgress()); };
         Time.PerLook = std::chrono::milliseconds(20);
         Display.ListCalls.clear();
-        commands_.DeleteMessages(view);
+        commands_.DeleteMessages(view, Display.Page);
         const bool inList = view == 4;
         EXPECT_EQ(Display.ListCalls.size(), inList ? 4U : 8U) << "views are hidden and shown";
         EXPECT_EQ(Rows(), inList ? 2U : 3U);
@@ -116,7 +116,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
             list.Select(first, std::min(first + below(20), list.Size() - 1), true);
             const std::vector<Slot> removed = list.SelectedSlots();
             freed.insert(freed.end(), removed.begin(), removed.end());
-            commands_.DeleteMessages(view);
+            commands_.DeleteMessages(view, Display.Page);
             ASSERT_EQ(Rows(), before - removed.size()) << step;
         } else if (what < 99 && Received.Tree.LeafCount() > 0) {
             TreeNode node;
@@ -135,7 +135,7 @@ TEST_F(SyslogCommandsTest, EverythingAgreesThroughRandomAddsDeletesAndClears) {
         } else if (below(10) == 0) {
             freed.clear();
             bound = 100;
-            commands_.ClearAllMessages();
+            commands_.ClearAllMessages(Display.Page);
         }
         ASSERT_EQ(Received.Syslog.Messages.MessageCount(), static_cast<std::int32_t>(Rows())) << step;
         ASSERT_EQ(Received.Syslog.Messages.UpperBound(), bound) << step;

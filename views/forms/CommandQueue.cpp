@@ -10,10 +10,9 @@ CommandQueue::CommandQueue(Gate& gate) : gate_(gate) {
 }
 
 void CommandQueue::Run(const Command& command, Kind kind, std::optional<int> key) {
-    const auto request = kind == Kind::Dialog ? Gate::Request::Dialog : Gate::Request::Command;
     const bool waits = key && std::any_of(waiting_.begin(), waiting_.end(),
                                           [&](const Waiting& other) { return other.Key == key; });
-    if (gate_.Decide(request) != Gate::Answer::Refuse && !waits)
+    if (gate_.Decide(Gate::Request::Command) != Gate::Answer::Refuse && !waits)
         RunOrWait({command, kind, key});
 }
 

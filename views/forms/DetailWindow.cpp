@@ -1,6 +1,5 @@
 #include "views/forms/DetailWindow.h"
 
-#include <QTabWidget>
 #include <optional>
 
 #include "views/forms/ConsolidatedTreeView.h"
@@ -12,8 +11,10 @@ namespace tallyhorn {
 DetailWindow::DetailWindow(const Parts& parts, QWidget* mainWindow)
     : QObject(mainWindow), parts_(parts), mainWindow_(mainWindow) {
     for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
-        connect(&List(view), &MessageListView::Opened, this,
-                [this, view] { parts_.Queue.Run([this, view] { OpenListMessage(view); }); });
+        connect(&List(view), &MessageListView::Opened, this, [this, view] {
+            const MessagePage page = parts_.Display.CurrentPage();
+            parts_.Queue.Run([this, view, page] { OpenListMessage(view, page); });
+        });
         Follow(List(view).model());
         // Queued, because both signals are emitted before the list changes its selection.
         for (const auto signal : {&MessageListView::Touched, &MessageListView::MouseReleased})
@@ -25,21 +26,17 @@ DetailWindow::DetailWindow(const Parts& parts, QWidget* mainWindow)
     connect(&parts_.Queue, &CommandQueue::WorkDone, this, &DetailWindow::LookAgain);
 }
 
-MessagePage DetailWindow::CurrentPage() const {
-    return static_cast<MessagePage>(parts_.Pages.currentIndex());
-}
-
-void DetailWindow::ViewMessageDetails(ViewNumber view) {
-    if (CurrentPage() == MessagePage::Consolidated)
+void DetailWindow::ViewMessageDetails(ViewNumber view, MessagePage page) {
+    if (page == MessagePage::Consolidated)
         OpenTreeMessage();
     else if (view != ConsolidatedView)
-        OpenListMessage(view);
+        OpenListMessage(view, page);
 }
 
-/// compatibility: while the syslog page is in front, a NetBIOS list is replaced by the syslog list of the
-/// same event types.
-void DetailWindow::OpenListMessage(ViewNumber view) {
-    if (CurrentPage() == MessagePage::Syslog)
+/// compatibility: if `page` is the syslog page, a NetBIOS list is replaced by the syslog list of the same
+/// event types.
+void DetailWindow::OpenListMessage(ViewNumber view, MessagePage page) {
+    if (page == MessagePage::Syslog)
         view = ViewOfList(Channel::Syslog, ListOfView(view));
     parts_.Received.SetActiveView(view);
     if (const std::optional<Slot> slot = List(view).SelectedSlot())

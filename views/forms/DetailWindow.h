@@ -10,7 +10,6 @@
 
 class QAbstractItemModel;
 class QRect;
-class QTabWidget;
 
 namespace tallyhorn {
 
@@ -28,22 +27,20 @@ public:
         MessageCommands& Commands;
         CommandQueue& Queue;
         ServerCommands& Others;
-        QTabWidget& Pages;
         std::array<MessageListView*, ConsolidatedView> Lists;
         ConsolidatedTreeView& Tree;
     };
     DetailWindow(const Parts& parts, QWidget* mainWindow);
 
-    /// Shows the message selected in the tree if the tree is in front, otherwise the one selected in `view`,
-    /// which was the active view when the user gave the command.
-    void ViewMessageDetails(ViewNumber view);
+    /// Shows the message selected in the tree if `page` is the tree's, otherwise the one selected in `view`.
+    /// `view` was the active view and `page` the page in front when the user gave the command.
+    void ViewMessageDetails(ViewNumber view, MessagePage page);
     void Close();
 
 private:
-    MessagePage CurrentPage() const;
     MessageListView& List(ViewNumber view) const { return *parts_.Lists.at(static_cast<std::size_t>(view)); }
 
-    void OpenListMessage(ViewNumber view);
+    void OpenListMessage(ViewNumber view, MessagePage page);
     void OpenTreeMessage();
     void Show(ViewNumber view, Slot slot, const QRect& entry);
     void Follow(const QAbstractItemModel* model);

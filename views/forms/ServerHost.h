@@ -27,8 +27,8 @@ public:
     virtual void ManageSuppressionFilters() = 0;
     /// Opens the dialog for a suppression filter made from the current alarm, in front of `over`.
     virtual void AddSuppressionFilter(QWidget& over) = 0;
-    virtual void OpenEventViewer(ViewNumber view) = 0;
-    virtual void ExportMessages() = 0;
+    virtual void OpenEventViewer(ViewNumber view, MessagePage page) = 0;
+    virtual void ExportMessages(MessagePage page) = 0;
     virtual void ShowPreferences() = 0;
     virtual void ShowHelp() = 0;
     virtual void ShowAbout() = 0;

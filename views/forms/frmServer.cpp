@@ -105,8 +105,7 @@ void frmServer::Load(const Parts& parts) {
         parts_->Context.Received.SetActiveView(view);
     });
     details_ = new DetailWindow(
-        {parts.Context, parts.Commands, queue_, parts.Others, *tabMessageTypes, AllLists(), *tvwConsolidated},
-        this);
+        {parts.Context, parts.Commands, queue_, parts.Others, AllLists(), *tvwConsolidated}, this);
     connect(timCheck, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->TimCheckTick); });
     connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->ResumeTick); });
     timCheck->start();
@@ -151,33 +150,36 @@ void frmServer::Do(ServerCommand command) {
     constexpr std::array Dialogs = {ServerCommand::ToggleFilter, ServerCommand::ManageFilters,
                                     ServerCommand::Preferences, ServerCommand::Help, ServerCommand::About};
     const bool opensDialog = std::find(Dialogs.begin(), Dialogs.end(), command) != Dialogs.end();
-    // The view is read now, because the user may change to another one while the command waits.
+    // View and page are read now, because the user may change to others while the command waits.
     const ViewNumber view = parts_->Context.Received.ActiveView();
-    // A command is not queued twice for the same view, except Pause, whose second call undoes the first.
-    const std::optional<int> key =
-        command == ServerCommand::Pause
-            ? std::nullopt
-            : std::optional(static_cast<int>(command) * (ConsolidatedView + 1) + view);
-    queue_.Run([this, command, view] { Execute(command, view); },
+    const MessagePage page = CurrentPage();
+    // A command is not queued twice for the same view and page, except Pause, whose second call undoes the
+    // first.  The page may be -1, so the key counts pages from 0 for none.
+    std::optional<int> key =
+        (static_cast<int>(command) * (ConsolidatedView + 1) + view) * (MessagePageCount + 1) +
+        static_cast<int>(page) + 1;
+    if (command == ServerCommand::Pause)
+        key.reset();
+    queue_.Run([this, command, view, page] { Execute(command, view, page); },
                opensDialog ? CommandQueue::Kind::Dialog : CommandQueue::Kind::Work, key);
 }
 
-void frmServer::Execute(ServerCommand command, ViewNumber view) {
+void frmServer::Execute(ServerCommand command, ViewNumber view, MessagePage page) {
     switch (command) {
         case ServerCommand::ViewMessage:
-            return details_->ViewMessageDetails(view);
+            return details_->ViewMessageDetails(view, page);
         case ServerCommand::DeleteMessages:
-            return parts_->Commands.DeleteMessages(view);
+            return parts_->Commands.DeleteMessages(view, page);
         case ServerCommand::ClearAll:
-            return parts_->Commands.ClearAllMessages();
+            return parts_->Commands.ClearAllMessages(page);
         case ServerCommand::Exit:
             return Close(true);
         case ServerCommand::Pause:
             return parts_->PauseCommand();
         case ServerCommand::EventLog:
-            return parts_->Others.OpenEventViewer(view);
+            return parts_->Others.OpenEventViewer(view, page);
         case ServerCommand::Export:
-            return parts_->Others.ExportMessages();
+            return parts_->Others.ExportMessages(page);
         case ServerCommand::ToggleFilter:
             return parts_->Others.ToggleViewFilter();
         case ServerCommand::ManageFilters:

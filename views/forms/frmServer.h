@@ -106,7 +106,7 @@ private:
     QGroupBox* AddFrame(MessagePage page, std::string_view caption, const QString& name);
     void ConnectList(ViewNumber view);
 
-    void Execute(ServerCommand command, ViewNumber view);
+    void Execute(ServerCommand command, ViewNumber view, MessagePage page);
     void Close(bool byUser);
 
     void LayOut();

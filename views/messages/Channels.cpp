@@ -50,6 +50,7 @@ constexpr std::array<ChannelTraits, ChannelCount> Table = {{
         .ReadKeptText = ReadStoredText,
     },
 }};
+static_assert(Table[0].Id == Channel::NetBios && Table[1].Id == Channel::Syslog);
 
 }  // namespace
 
@@ -62,7 +63,11 @@ Channel ChannelOfView(ViewNumber view) {
 }
 
 Channel ChannelOfPage(MessagePage page) {
-    return page == MessagePage::NetBios ? Channel::NetBios : Channel::Syslog;
+    for (const ChannelTraits& traits : Table) {
+        if (traits.Page == page)
+            return traits.Id;
+    }
+    return Channel::Syslog;
 }
 
 MessagePage PageOfView(ViewNumber view) {

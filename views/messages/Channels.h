@@ -30,8 +30,8 @@ enum class StatusPanel { NetBiosCount = 1, SyslogCount = 2, ProcessingStatus = 3
 enum class Channel : std::uint8_t { NetBios, Syslog };
 constexpr std::size_t ChannelCount = 2;
 
-/// Everything in which one channel differs from the other. Code that depends on the channel reads a field of
-/// this table instead of comparing channels, pages or views; a third channel would be a third row.
+/// The texts, numbers and functions in which one channel differs from the other. Code that depends on the
+/// channel reads a field of this table if it can; docs/decisions.md names the functions that compare instead.
 struct ChannelTraits {
     /// Reads a kept text into `alarm`; a text without a date gets the date `now`.
     using Reader = void (*)(std::string_view text, bool dayFirst, AlarmDate now, AlarmRecord& alarm);
@@ -64,8 +64,8 @@ const ChannelTraits& TraitsOf(Channel channel);
 
 /// Returns the channel whose messages `view` shows: syslog for the tree.
 Channel ChannelOfView(ViewNumber view);
-/// Returns the channel whose messages `page` shows.  Returns syslog if no page is shown, as the commands that
-/// clear and filter messages expect.
+/// Returns the channel whose messages `page` shows.  Returns syslog for the tree's page, and also if
+/// no page is shown, as the commands that clear and filter messages expect.
 Channel ChannelOfPage(MessagePage page);
 MessagePage PageOfView(ViewNumber view);
 /// Returns the index of the list `view` within its channel.

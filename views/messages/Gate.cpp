@@ -8,15 +8,15 @@ Gate::Answer Gate::AnswerIn(State state, Request request) {
     using enum Answer;
     // One row for each state, in the order of State.
     static constexpr std::array<std::array<Answer, RequestCount>, StateCount> Table = {{
-        // The columns: poll, datagrams, command, dialog, end of session.
-        {Run, Run, Queue, Queue, Later},      // Starting
-        {Later, Later, Queue, Queue, Queue},  // Batch
-        {Later, Later, Queue, Queue, Queue},  // Hold
-        {Refuse, Run, Queue, Queue, Queue},   // PollStop
-        {Later, Queue, Run, Run, Run},        // Pause
-        {Run, Run, Queue, Queue, Queue},      // Work
-        {Run, Run, Queue, Queue, Queue},      // Dialog
-        {Run, Run, Refuse, Refuse, Refuse},   // Closing
+        // The columns: poll, datagrams, command, end of session.
+        {Run, Run, Queue, Later},      // Starting
+        {Later, Later, Queue, Queue},  // Batch
+        {Later, Later, Queue, Queue},  // Hold
+        {Refuse, Run, Queue, Queue},   // PollStop
+        {Later, Queue, Run, Run},      // Pause
+        {Run, Run, Queue, Queue},      // Work
+        {Run, Run, Queue, Queue},      // Dialog
+        {Run, Run, Refuse, Refuse},    // Closing
     }};
     return Table.at(Index(state)).at(static_cast<std::size_t>(request));
 }

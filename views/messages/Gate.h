@@ -26,7 +26,7 @@ namespace tallyhorn {
 ///     gate.Decide(Gate::Request::Datagrams);     // Run
 class Gate {
 public:
-    enum class Request : std::uint8_t { Poll, Datagrams, Command, Dialog, End };
+    enum class Request : std::uint8_t { Poll, Datagrams, Command, End };
     enum class Answer : std::uint8_t { Run, Queue, Later, Refuse };
     enum class State : std::uint8_t {
         Starting,  ///< settings, filters and the backup are being read
@@ -38,7 +38,7 @@ public:
         Dialog,  ///< a dialog that a command opened is open, perhaps for hours
         Closing  ///< the command that closes the console was given, or the console has ended
     };
-    static constexpr std::size_t RequestCount = 5;
+    static constexpr std::size_t RequestCount = 4;
     static constexpr std::size_t StateCount = 8;
     enum class Phase : std::uint8_t { Starting, Running, Closing, Ended };
 
@@ -63,8 +63,6 @@ public:
     using Work = Guard<State::Work>;
     using Dialog = Guard<State::Dialog>;
 
-    /// Returns the answer if the console is in no other state.
-    static Answer AnswerIn(State state, Request request);
     Answer Decide(Request request) const;
     bool Is(State state) const;
 
@@ -97,6 +95,8 @@ public:
 private:
     void Enter(State state) { ++depths_[Index(state)]; }
     void Leave(State state);
+    /// Returns the answer if the console is in no other state.
+    static Answer AnswerIn(State state, Request request);
     Answer Strictest(Request request, State last) const;
     static constexpr std::size_t Index(State state) { return static_cast<std::size_t>(state); }
 

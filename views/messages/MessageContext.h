@@ -4,6 +4,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/TimeSlices.h"
 #include "records/AlarmRecord.h"
+#include "views/messages/Gate.h"
 #include "views/messages/ReceivedMessages.h"
 #include "views/messages/ServerDisplay.h"
 
@@ -15,8 +16,9 @@ struct MessageContext {
     ServerDisplay& Display;
     MessageBoxes& Boxes;
     TimeSlices& Slices;
+    tallyhorn::Gate& Gate;
     Clock& Time;
-    /// The record of the most recently read text of either channel. Compatibility: a field that a text does
+    /// The record of the most recently read text of either channel. compatibility: a field that a text does
     /// not set keeps the value from the text read before it.
     AlarmRecord& CurrentAlarm;
 };

@@ -14,8 +14,8 @@ void MessageChannel::ClearRows() {
     Rows.Clear();
 }
 
-ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices, tallyhorn::Gate& gate)
-    : display_(display), slices_(slices), gate_(gate) {}
+ReceivedMessages::ReceivedMessages(ServerDisplay& display, TimeSlices& slices)
+    : display_(display), slices_(slices) {}
 
 MessageChannel& ReceivedMessages::In(Channel channel) {
     return channel == Channel::NetBios ? NetBios : Syslog;

@@ -10,7 +10,6 @@
 #include "records/EventTypes.h"
 #include "views/messages/Channels.h"
 #include "views/messages/ConsolidatedTree.h"
-#include "views/messages/Gate.h"
 #include "views/messages/MessageList.h"
 #include "views/messages/MessageRows.h"
 #include "views/messages/MessageStore.h"
@@ -39,7 +38,7 @@ struct MessageChannel {
 /// numbers of messages into the status bar.
 class ReceivedMessages {
 public:
-    ReceivedMessages(ServerDisplay& display, TimeSlices& slices, tallyhorn::Gate& gate);
+    ReceivedMessages(ServerDisplay& display, TimeSlices& slices);
 
     MessageChannel NetBios{Channel::NetBios};
     MessageChannel Syslog{Channel::Syslog};
@@ -49,9 +48,6 @@ public:
     /// Returns the view that the user clicked or operated by keyboard last.
     ViewNumber ActiveView() const { return activeView_; }
     void SetActiveView(ViewNumber view);
-
-    /// Returns the gate, which decides whether arrivals may be handled now.
-    tallyhorn::Gate& Gate() const { return gate_; }
 
     MessageChannel& In(Channel channel);
     const MessageChannel& In(Channel channel) const;
@@ -111,7 +107,6 @@ private:
 
     ServerDisplay& display_;
     TimeSlices& slices_;
-    tallyhorn::Gate& gate_;
     bool dayFirst_ = false;
     ViewNumber activeView_ = 0;
 };

@@ -1,9 +1,10 @@
 #include "views/messages/TreeGroups.h"
 
-#include <array>
-#include <cstdio>
+#include <string>
 #include <string_view>
 #include <utility>
+
+#include "records/AnsiText.h"
 
 namespace tallyhorn {
 namespace {
@@ -12,10 +13,8 @@ std::uint64_t LabelKey(GroupId parent, GroupLabel name) {
     return (std::uint64_t{parent} << 32U) | name;
 }
 
-std::string FourDigits(std::uint32_t number) {
-    std::array<char, 16> text{};
-    const int length = std::snprintf(text.data(), text.size(), "%04u", number);
-    return {text.data(), static_cast<std::size_t>(length)};
+std::string NumberText(const TreeGroup& group) {
+    return PadWithZeros(std::to_string(group.KeyNumber), 4);
 }
 
 std::string_view NameOf(const TreeGroup& group, const TextPool& texts) {
@@ -49,9 +48,9 @@ std::string GroupKey(const TreeGroup& group, const TextPool& texts) {
         case TreeLevel::Alarm:
             return "ALARM_" + std::string(NameOf(group, texts));
         case TreeLevel::Type:
-            return "EVENT_" + FourDigits(group.KeyNumber) + "_" + std::string(EventTypeKey(group.Type));
+            return "EVENT_" + NumberText(group) + "_" + std::string(EventTypeKey(group.Type));
         default:
-            return "COMPUTER_" + FourDigits(group.KeyNumber) + "_" + std::string(NameOf(group, texts));
+            return "COMPUTER_" + NumberText(group) + "_" + std::string(NameOf(group, texts));
     }
 }
 

@@ -55,9 +55,8 @@ std::string TreeLeaves::Text(Slot slot) const {
 
 std::string TreeLeaves::Key(Slot slot) const {
     constexpr std::size_t LogTypeText = 1;
-    std::string key = std::to_string(slot);
-    key.insert(0, key.size() < 4 ? 4 - key.size() : 0, '0');
-    return "FIELDS_" + key + "_" + std::string(rows_.Texts().Text(rows_[slot].Texts[LogTypeText]));
+    return "FIELDS_" + PadWithZeros(std::to_string(slot), 4) + "_" +
+           std::string(rows_.Texts().Text(rows_[slot].Texts[LogTypeText]));
 }
 
 RowEntry TreeLeaves::Entry(Slot slot, bool byText) const {

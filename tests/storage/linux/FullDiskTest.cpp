@@ -21,7 +21,7 @@ TEST_F(FullDiskTest, AFailedExportKeepsTheEarlierFile) {
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit full{600'000, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-    export_.ExportMessages();
+    export_.ExportMessages(Display.Page);
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
     std::signal(SIGXFSZ, signalBefore);
     ASSERT_EQ(Boxes.Shown.size(), 2U) << "the question and the failure";

@@ -36,7 +36,7 @@ public:
     Criteria SelectedTexts() const;
 
     /// Removes the messages whose texts do not equal `criteria` from the lists of the channel whose page is
-    /// in front, and from the tree if that channel is syslog.  Compatibility: case matters here, but not for
+    /// in front, and from the tree if that channel is syslog.  compatibility: case matters here, but not for
     /// the arrivals that PassesViewFilter tests.
     void Apply(const Criteria& criteria);
     /// Shows every kept message of both channels again, in the order of their slots.

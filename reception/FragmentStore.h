@@ -26,7 +26,7 @@ struct PartialText {
 
 /// Owns the parts of texts that arrive in parts, and joins each text once it is complete.
 ///
-/// Compatibility: a text is complete when the number of its parts that have arrived equals its last part
+/// compatibility: a text is complete when the number of its parts that have arrived equals its last part
 /// index, and it then consists of the parts below that index, as existing senders expect.  A sender sends one
 /// part more than that:
 ///

@@ -10,7 +10,7 @@
 namespace tallyhorn {
 
 /// Owns the datagrams that arrive during a pause, at the positions 1 to 30,000.  Once all positions are
-/// taken, further datagrams overwrite those from position 1 on.  Compatibility: the last position is never
+/// taken, further datagrams overwrite those from position 1 on.  compatibility: the last position is never
 /// overwritten; the 60,000th datagram, the 90,000th and so on are dropped instead.
 class SyslogQueue {
 public:

@@ -78,7 +78,7 @@ bool cvbMailslot::SendMessage(std::string_view message) {
 }
 
 void cvbMailslot::SendInParts(std::string_view message) const {
-    // Compatibility: the quotient is rounded to the nearest integer.  If it is rounded up, the last part is
+    // compatibility: the quotient is rounded to the nearest integer.  If it is rounded up, the last part is
     // empty.  No quotient ends in exactly one half, because PartLength is odd.
     const std::size_t last = (message.size() + PartLength / 2) / PartLength;
     for (std::size_t index = 0; index <= last; ++index) {
@@ -131,7 +131,7 @@ bool cvbMailslot::ReadWaiting(std::int16_t count, std::vector<std::string>& mess
             fragments_.Add(text, clock_.Now());
         else
             Place(messages, placed).assign(text);
-        // Compatibility: if the next text has no NUL, the buffer's old bytes are read as its continuation:
+        // compatibility: if the next text has no NUL, the buffer's old bytes are read as its continuation:
         // the rest of this text, if this one is longer, and then these blanks.
         std::fill(buffer.begin() + static_cast<std::ptrdiff_t>(text.size()), buffer.end(), ' ');
     }

@@ -61,7 +61,7 @@ bool ReadAlarmDate(std::string_view text, AlarmDate& date);
 void AppendGeneralDate(std::string& text, AlarmDate date);
 
 /// Returns the days since 1899-12-30 with the time of day as fraction, as the filter file stores dates.
-/// Compatibility: the fraction counts forward from midnight even in a negative number, so -1.25 is 1899-12-29
+/// compatibility: the fraction counts forward from midnight even in a negative number, so -1.25 is 1899-12-29
 /// 06:00, because existing filter files contain such dates.
 double DaysFromAlarmDate(AlarmDate date);
 

@@ -26,7 +26,7 @@ std::string DateSeparator(std::string_view setting);
 /// Formats the date by `pattern`: `dd`, `MM`, `yyyy`, `h` (1 to 12), `nn` (minutes), `ss` and `AM/PM` are
 /// replaced; other characters are copied.
 ///
-/// Compatibility: after that, the third character of the result, or the second if the third is a digit,
+/// compatibility: after that, the third character of the result, or the second if the third is a digit,
 /// counts as the old separator, and each occurrence of that character is replaced by `separator`.  With the
 /// pattern "MM dd h" and the separator "-", "08 21 2" becomes "08-21-2".  This determines what the user sees
 /// if the separator is not exactly one character long.

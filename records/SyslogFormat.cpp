@@ -129,7 +129,7 @@ void ReadYearLast(std::string_view text, bool dayFirst, AlarmDate& date) {
         return;
     const char own = text[position];
     if (IsDigit(own)) {
-        // Compatibility: if the third character is also a digit, that digit is the separator in the whole
+        // compatibility: if the third character is also a digit, that digit is the separator in the whole
         // date: "0192192008" is 01/21/2008.
         std::string other(text);
         std::replace(other.begin(), other.end(), own, '/');

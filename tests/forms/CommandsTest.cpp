@@ -123,10 +123,12 @@ TEST_F(CommandsTest, LongWorkShowsItsProgress) {
         EXPECT_EQ(bar->value() * 2, bar->maximum()) << "work inside other work shows no progress";
         ClickTool("clear");
         EXPECT_TRUE(boxes_.Shown.empty()) << "a command waits until work ends";
+        ShowPage(1);
     }
     EXPECT_FALSE(bar->isVisible());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     AWAIT(boxes_.Shown.size() == 1U);
+    EXPECT_THAT(boxes_.Shown[0], HasSubstr("NetBIOS")) << "the page shown when the command was given";
 }
 
 TEST_F(CommandsTest, PreferencesTakeEffectWithoutARestart) {

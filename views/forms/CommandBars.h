@@ -37,7 +37,7 @@ public:
     QToolBar* ToolBar() const { return tbrMain; }
     void ShowPause(bool paused);
     /// While a filter is in force, shows the button pressed, and "Remove Filter" on button and menu item.
-    /// Compatibility: the menu item is "Apply a Filter to Received Messages" until the first call, and
+    /// compatibility: the menu item is "Apply a Filter to Received Messages" until the first call, and
     /// "Apply a Filter to Received Alarms" whenever a filter has been removed.
     void ShowFilter(bool inForce);
 

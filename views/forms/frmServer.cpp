@@ -385,7 +385,7 @@ void frmServer::ApplyColumnWidths() {
     }
 }
 
-/// Gives all lists of the view's channel the view's column widths.  Compatibility: the lists of the other
+/// Gives all lists of the view's channel the view's column widths.  compatibility: the lists of the other
 /// channel get them only at the next layout.
 void frmServer::KeepColumnWidths(ViewNumber view) {
     for (int column = 0; column < SizedColumnCount; ++column) {

@@ -78,7 +78,7 @@ public:
     /// Starts a pause if the tool bar shows none, otherwise ends it.  Returns whether the tool bar now shows
     /// a pause.
     bool TogglePause();
-    /// Returns whether queued datagrams must stay queued: during a pause, and during a batch.  Compatibility:
+    /// Returns whether queued datagrams must stay queued: during a pause, and during a batch.  compatibility:
     /// the end of a batch also ends a pause that began during the batch, but the tool bar still shows that
     /// pause.
     bool ProcessingPaused() const { return Is(State::Pause) || Is(State::Batch); }

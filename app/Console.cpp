@@ -4,12 +4,12 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "app/ArrivalTimer.h"
+#include "app/RunSummary.h"
 #include "config/forms/frmPreferences.h"
 #include "desktop/forms/frmStartup.h"
 #include "filters/forms/frmDropFilters.h"
@@ -42,10 +42,6 @@ constexpr std::string_view CloseQuestion = "Are you sure you wish to close the c
 
 /// The time after which the shut-down closes message boxes if perhaps no user is present.
 constexpr std::chrono::seconds UnattendedBox{10};
-
-/// If this environment variable names a file, the console writes to it at its end how much it received, for
-/// scripts that run the console unattended.
-constexpr const char* SummaryVariable = "TALLYHORN_SUMMARY";
 
 }  // namespace
 
@@ -274,7 +270,7 @@ void Console::ShutDown() {
         Run();
         backup_.SaveMessageBackup();
         filters_.CloseFilterFile();
-        WriteSummary();
+        WriteRunSummary(received_, cycle_.ReceivedCount(), syslog_.ReceivedCount());
     }
     window_->hide();
     // Calls exit() instead of quit(), which asks each window to close and fails if one of them refuses.
@@ -386,24 +382,6 @@ void Console::ShowAbout() {
 
 void Console::Run() {
     window_->RunPendingEvents();
-}
-
-void Console::WriteSummary() const {
-    const char* const file = std::getenv(SummaryVariable);
-    if (file == nullptr)
-        return;
-    std::ofstream stream(file);
-    const auto write = [&stream](const char* name, std::uint64_t received, const MessageChannel& channel) {
-        const auto rows = [&channel](EventList list) {
-            return channel.Lists.at(static_cast<std::size_t>(list)).Size();
-        };
-        stream << name << ' ' << received << " received, " << channel.Messages.MessageCount()
-               << " kept, rows: " << rows(InformationList) << " information, " << rows(WarningList)
-               << " warning, " << rows(CriticalList) << " critical";
-    };
-    write("NetBIOS", cycle_.ReceivedCount(), received_.NetBios);
-    write("\nSyslog", syslog_.ReceivedCount(), received_.Syslog);
-    stream << ", leaves: " << received_.Tree.LeafCount() << '\n';
 }
 
 }  // namespace tallyhorn

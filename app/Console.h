@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/Machine.h"
 #include "app/Questions.h"
 #include "config/PreferencesHost.h"
 #include "config/PrivateProfile.h"
@@ -16,19 +17,7 @@
 #include "desktop/help/forms/HelpKeys.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
-#include "platform/Clock.h"
-#include "platform/DatagramSockets.h"
-#include "platform/HelpViewer.h"
-#include "platform/InstanceLock.h"
-#include "platform/MailslotTransport.h"
-#include "platform/MessageBoxes.h"
-#include "platform/NotificationArea.h"
-#include "platform/ProfileFunctions.h"
-#include "platform/ProgramLauncher.h"
-#include "platform/SaveDialog.h"
-#include "platform/SoundDevice.h"
 #include "platform/TimeSlices.h"
-#include "platform/UserNames.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
@@ -56,22 +45,6 @@ class Console final : private ServerLifetime,
                       private ArrivalSignals,
                       private TrayHost {
 public:
-    /// The ports to the system, which must outlive the console.
-    struct Machine {
-        InstanceLock& Instance;
-        MailslotTransport& Mailslots;
-        ProfileFunctions& Profiles;
-        Clock& Time;
-        MessageBoxes& Boxes;
-        DatagramSockets& Datagrams;
-        ProgramLauncher& Programs;
-        SaveDialog& AskFile;
-        NotificationArea& Area;
-        SoundDevice& Sound;
-        HelpViewer& Help;
-        UserNames& Names;
-    };
-
     /// `folder` has the settings, the filters and the backup; the help file and the sound are in `folder` or
     /// `programFolder`.
     Console(const Machine& machine, const std::filesystem::path& folder,
@@ -136,7 +109,6 @@ private:
     void ApplyMessageViews();
     void ApplySettings();
     void ShowFilterDialog();
-    void WriteSummary() const;
     void ShowHelp(HelpContext context);
     void OpenHelp(HelpContext context);
 

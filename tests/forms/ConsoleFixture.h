@@ -48,7 +48,7 @@ protected:
         QCoreApplication::exec();
     }
 
-    Console::Machine Machine(InstanceLock& instance) {
+    tallyhorn::Machine Machine(InstanceLock& instance) {
         return {.Instance = instance,
                 .Mailslots = mailslots_,
                 .Profiles = *profiles_,

@@ -4,14 +4,14 @@
 
 # The Debian packages that each task needs.
 declare -A Packages=(
-    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [run]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev libbenchmark-dev fonts-dejavu-core libchm-dev libxxhash-dev fp-utils python3"
     [headless]="xvfb openbox xdotool imagemagick"
-    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev fp-utils python3"
+    [test]="g++ cmake ninja-build ccache qt6-base-dev libxcb1-dev libpulse-dev libgmock-dev fonts-dejavu-core libchm-dev libxxhash-dev fp-utils python3"
     [sound]="pulseaudio pulseaudio-utils python3"
-    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix qt6-base-dev googletest wine wine64 fonts-dejavu-core fp-utils python3 icoutils librsvg2-bin"
+    [windows]="cmake ninja-build ccache g++-mingw-w64-x86-64-posix qt6-base-dev googletest libxxhash-dev wine wine64 fonts-dejavu-core fp-utils python3 icoutils librsvg2-bin"
     [windows-trial]="tint2"
     [windows-qt]="cmake ninja-build dpkg-dev perl xz-utils g++-mingw-w64-x86-64-posix qt6-base-dev qt6-base-dev-tools"
-    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libpulse-dev"
+    [fuzz]="clang libclang-rt-14-dev cmake ninja-build ccache libchm-dev libxxhash-dev libpulse-dev"
     [package]="dpkg-dev file gzip librsvg2-bin"
     [windows-package]="nsis zip"
     [windows-package-checks]="xvfb openbox xdotool unzip gcc-mingw-w64-x86-64-posix"

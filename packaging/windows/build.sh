@@ -15,7 +15,8 @@ Text() { sed "s/@version@/$version/g; s/@qt@/$qt/g; s/\r*\$/\r/" "$1" >"$2"; }
 CollectLicences() {
     local doc=/usr/share/doc name file
     local -A notices=([Qt]=build/qt-windows/licences/copyright [mingw-w64]=$doc/mingw-w64-x86-64-dev/copyright
-        [GCC]=$doc/gcc-mingw-w64-base/copyright [NSIS]=$doc/nsis/copyright)
+        [GCC]=$doc/gcc-mingw-w64-base/copyright [NSIS]=$doc/nsis/copyright
+        [xxHash]=$doc/libxxhash-dev/copyright)
     for name in "${!notices[@]}"; do
         file=${notices[$name]}
         [[ -f $file ]] || Fail "$file is missing; the packages must not be distributed without it"

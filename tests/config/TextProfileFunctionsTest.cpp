@@ -4,9 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "config/TextProfileFunctions.h"

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
-#include <string>
 #include <tuple>
 
 #include "filters/DropFilterEditor.h"

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <limits>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "filters/FilterMatcher.h"
 #include "tests/support/Cases.h"

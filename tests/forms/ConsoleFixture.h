@@ -1,20 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QTabWidget>
-#include <QTest>
-#include <QTimer>
 #include <QWindow>
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "app/Console.h"
 #include "config/TextProfileFunctions.h"

@@ -1,7 +1,5 @@
 #include "tests/forms/ControlChecks.h"
 
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QAccessible>
@@ -10,7 +8,6 @@
 #include <QKeySequence>
 #include <QLabel>
 #include <QRadioButton>
-#include <QTest>
 #include <QToolBar>
 #include <algorithm>
 #include <map>

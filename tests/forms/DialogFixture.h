@@ -1,11 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
-#include <QTest>
 #include <QTimer>
 #include <functional>
 #include <string>

@@ -1,8 +1,6 @@
-#include <QDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QTreeWidget>
-#include <map>
 
 #include "app/QtMessageBoxes.h"
 #include "desktop/help/forms/HelpPageView.h"

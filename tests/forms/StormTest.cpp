@@ -1,17 +1,11 @@
 #include <QHeaderView>
-#include <QPointer>
 #include <cstdio>
-#include <random>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "views/forms/frmMessage.h"
 
 namespace tallyhorn {
 namespace {
-
-int Setting(const char* variable, int otherwise) {
-    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariableIntValue(variable) : otherwise;
-}
 
 /// Operates a whole console at random while 1,000 datagrams and 500 texts a second arrive.  Gestures come
 /// from timers, so that they also occur between the slices of long work.
@@ -34,11 +28,6 @@ protected:
         feeds_.callOnTimeout([this] { Feed(); });
         gestures_.setSingleShot(true);  // a repeated timer would rest while a gesture's dialog is open
         gestures_.callOnTimeout([this] { Act(); });
-    }
-
-    void TearDown() override {
-        gestures_.stop();
-        ConsoleFixture::TearDown();
     }
 
     /// Lets notifications arrive and makes gestures for two seconds.  Afterwards only dialogs are cancelled,
@@ -101,7 +90,8 @@ protected:
         return leaves;
     }
 
-    const int seed_ = Setting("TALLYHORN_STORM_SEED", static_cast<int>(std::random_device()() >> 1));
+    const int seed_ =
+        qEnvironmentVariable("TALLYHORN_STORM_SEED", QString::number(std::random_device()() >> 1)).toInt();
     int mostRows_ = 0;
 
 private:
@@ -137,9 +127,9 @@ private:
     /// Makes one gesture, in the open dialog if there is one.
     void Act() {
         gestures_.start(Below(8));
-        auto* const details = console_->Window().findChild<frmMessage*>();
-        if (asked_)
+        if (asked_ || console_ == nullptr)
             return;
+        auto* const details = console_->Window().findChild<frmMessage*>();
         if (QWidget* const dialog = QApplication::activeModalWidget())
             return settling_ ? QTest::keyClick(dialog, Qt::Key_Escape) : Operate(*dialog, 4);
         if (settling_)
@@ -213,7 +203,8 @@ private:
 TEST_F(StormTest, TheViewsShowExactlyTheKeptMessages) {
     SCOPED_TRACE("TALLYHORN_STORM_SEED=" + std::to_string(seed_));
     StartListening();
-    const QDeadlineTimer end(std::chrono::seconds(Setting("TALLYHORN_STORM_SECONDS", 3)));
+    const QDeadlineTimer end(
+        std::chrono::seconds(qEnvironmentVariable("TALLYHORN_STORM_SECONDS", "3").toInt()));
     while (!end.hasExpired() && !HasFailure()) {
         Rage();
         ASSERT_NO_FATAL_FAILURE(Settle());

@@ -3,7 +3,6 @@
 #include <QHelpEvent>
 #include <QScrollBar>
 #include <QToolTip>
-#include <random>
 
 #include "tests/forms/ConsoleFixture.h"
 

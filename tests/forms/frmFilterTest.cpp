@@ -197,16 +197,5 @@ TEST_F(FilterConsoleTest, IsRemovedWhileItsPageIsHidden) {
     EXPECT_EQ(Rows(), "2 0 0 ");
 }
 
-TEST_F(FilterConsoleTest, TheEndOfTheSessionCancelsTheDialog) {
-    Start();
-    Receive({"A"});
-    InDialog([this](QWidget& dialog) {
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_Space);
-        console_->End();
-    });
-    Command("filter");
-    AWAIT(console_->HasEnded());
-}
-
 }  // namespace
 }  // namespace tallyhorn

@@ -139,34 +139,7 @@ TEST_F(frmMessageTest, TheCommandGoesByPageAndTouchedView) {
         << "opening a message in the tree makes the tree the active view";
 }
 
-TEST_F(frmMessageTest, TheListsSelectionFollowsStepsAndTheWindowFollowsTheList) {
-    Start();
-    ArriveAt({1, 2, 3});
-    Open(List(0), 1);
-    EXPECT_EQ(Click("cmdUp"), "m01v");
-    EXPECT_EQ(List(0)->SelectedSlot(), 1);
-    EXPECT_EQ(Press(Qt::Key_Down), "m02^v");
-    EXPECT_EQ(Press(Qt::Key_Down), "m03^");
-    ArriveAt({4});
-    EXPECT_EQ(Shown(), "m03^v");
-    SelectSomeText();
-    ArriveAt({5});
-    EXPECT_TRUE(Box()->textCursor().hasSelection()) << "an arrival must not reload the text";
-    Press(Qt::Key_Down);
-    Button("cmdDown")->setFocus();
-    EXPECT_EQ(Press(Qt::Key_Space, Qt::NoModifier), "m05^");
-    EXPECT_EQ(Window()->focusWidget(), Box()) << "the focus must not move on to Delete";
-    QHeaderView* const header = List(0)->Header();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
-    EXPECT_EQ(Shown(), "m05v") << "newest first";
-    ClickRow(List(0), 0);
-    QTest::keyClick(List(0), Qt::Key_Delete);
-    EXPECT_EQ(Shown(), "m04v");
-    Command("clear");
-    EXPECT_EQ(Shown(), "-");
-}
-
-TEST_F(frmMessageTest, StepsFromANewerSelectionInTheList) {
+TEST_F(frmMessageTest, StepsAndTheListsSelectionFollowEachOther) {
     Start();
     ArriveAt({1, 2, 3, 4, 5});
     Open(List(0), 1);
@@ -178,11 +151,30 @@ TEST_F(frmMessageTest, StepsFromANewerSelectionInTheList) {
     EXPECT_EQ(shownAfterClick(4), "m02^") << "the last row is selected";
     EXPECT_EQ(shownAfterClick(2), "m02^v");
     EXPECT_EQ(Press(Qt::Key_Down), "m04^v");
+    EXPECT_EQ(List(0)->SelectedSlot(), 4);
     EXPECT_EQ(shownAfterClick(1), "m04^v");
-    EXPECT_EQ(Press(Qt::Key_Up), "m01v");
+    EXPECT_EQ(Click("cmdUp"), "m01v");
     EXPECT_EQ(Press(Qt::Key_Down), "m02^v");
     List(0)->selectAll();
     EXPECT_EQ(Press(Qt::Key_Up), "m01v") << "the shown row is selected too";
+    EXPECT_EQ(Open(List(0), 4), "m05^");
+    ArriveAt({6});
+    EXPECT_EQ(Shown(), "m05^v");
+    SelectSomeText();
+    ArriveAt({7});
+    EXPECT_TRUE(Box()->textCursor().hasSelection()) << "an arrival must not reload the text";
+    Press(Qt::Key_Down);
+    Button("cmdDown")->setFocus();
+    EXPECT_EQ(Press(Qt::Key_Space, Qt::NoModifier), "m07^");
+    EXPECT_EQ(Window()->focusWidget(), Box()) << "the focus must not move on to Delete";
+    QHeaderView* const header = List(0)->Header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
+    EXPECT_EQ(Shown(), "m07v") << "newest first";
+    ClickRow(List(0), 0);
+    QTest::keyClick(List(0), Qt::Key_Delete);
+    EXPECT_EQ(Shown(), "m06v");
+    Command("clear");
+    EXPECT_EQ(Shown(), "-");
 }
 
 TEST_F(frmMessageTest, KeysActOnReleaseWithExactlyControl) {

@@ -1,6 +1,5 @@
 #include <QClipboard>
 #include <QLabel>
-#include <memory>
 
 #include "config/forms/frmPreferences.h"
 #include "tests/forms/ControlChecks.h"

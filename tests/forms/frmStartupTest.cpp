@@ -1,5 +1,3 @@
-#include <QElapsedTimer>
-
 #include "desktop/forms/frmStartup.h"
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"

@@ -2,8 +2,6 @@
 
 #include <array>
 #include <deque>
-#include <random>
-#include <thread>
 
 #include "platform/DatagramQueue.h"
 #include "tests/support/TestMailslot.h"

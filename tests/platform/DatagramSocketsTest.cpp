@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <semaphore>
-#include <thread>
 #include <vector>
 
 #include "platform/DatagramSockets.h"

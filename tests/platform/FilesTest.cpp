@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <tuple>
-#include <vector>
 
 #include "platform/BufferedWriter.h"
 #include "platform/InputFile.h"

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdlib>
 #include <future>
-#include <optional>
 #include <vector>
 
 #include "platform/MailslotTransport.h"

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "reception/FragmentStore.h"
 #include "tests/support/Cases.h"
 #include "tests/support/FakeClock.h"

@@ -1,8 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <functional>
-#include <string>
-
 #include "tests/support/Cases.h"
 #include "tests/support/Notifications.h"
 #include "tests/support/ReceptionInMemory.h"

@@ -1,10 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "records/CanonicalText.h"
 #include "tests/support/DateTexts.h"
 #include "tests/support/Notifications.h"

@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <random>
-#include <string>
-
 #include "tests/support/Notifications.h"
 #include "tests/support/ReceptionInMemory.h"
 

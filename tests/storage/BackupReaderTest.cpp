@@ -2,7 +2,6 @@
 
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include "storage/BackupReader.h"
 #include "tests/support/MemorySource.h"

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "storage/MessageExport.h"
 #include "tests/support/FakeDesktop.h"
 #include "tests/support/FileBytes.h"

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "storage/MessageBackup.h"
 #include "tests/support/FakeClock.h"

@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <regex>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "storage/ExportFile.h"
 #include "storage/MessageExport.h"

@@ -1,13 +1,8 @@
 #pragma once
 
 #include <deque>
-#include <functional>
 #include <map>
-#include <memory>
-#include <optional>
 #include <set>
-#include <string>
-#include <string_view>
 #include <utility>
 
 #include "platform/DatagramSockets.h"

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <functional>
-#include <optional>
-#include <string>
 #include <utility>
 #include <vector>
 

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <map>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>

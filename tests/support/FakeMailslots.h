@@ -3,10 +3,6 @@
 #include <algorithm>
 #include <deque>
 #include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include "platform/MailslotTransport.h"
 

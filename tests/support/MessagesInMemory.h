@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "records/NetBiosFormat.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/FakeDisplay.h"

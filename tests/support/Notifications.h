@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "records/AlarmRecord.h"
 
 namespace tallyhorn {

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "config/Preferences.h"
 #include "config/Settings.h"

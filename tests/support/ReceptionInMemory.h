@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "filters/ViewFilter.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"

@@ -1,9 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <memory>
-#include <string>
-#include <string_view>
 #include <thread>
 
 #include "platform/MailslotTransport.h"

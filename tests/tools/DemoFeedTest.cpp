@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 
 #include "records/NetBiosFormat.h"
 #include "records/SyslogFormat.h"

@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
-#include <optional>
 #include <sstream>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "tests/support/Cases.h"
 #include "tools/SendArguments.h"

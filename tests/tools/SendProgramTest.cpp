@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"

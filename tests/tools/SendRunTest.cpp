@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <deque>
-#include <memory>
-#include <string>
 #include <tuple>
 
 #include "tests/support/FakeClock.h"

@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <list>
 #include <map>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "records/AnsiText.h"
 #include "tests/support/Notifications.h"
@@ -17,10 +14,6 @@ namespace {
 
 /// The texts of an alarm, its type and its computer: the names of the three groups above a leaf.
 using Path = std::array<std::string, 3>;
-
-std::string FourDigits(std::size_t number) {
-    return number < 1000 ? std::to_string(10'000 + number).substr(1) : std::to_string(number);
-}
 
 /// Implements the tree's rules literally: one collection of nodes in the order of their creation, which is
 /// searched from one end to the other; every change edits the displayed text.
@@ -125,7 +118,8 @@ private:
             std::transform(name.begin(), name.end(), name.begin(), [](char c) { return ToLower(c); });
         }
         for (std::size_t number = PositionOf(parent);; ++number, ++keysMoved_) {
-            std::string key = (level == 1 ? "EVENT_" : "COMPUTER_") + FourDigits(number) + "_" + name;
+            std::string key =
+                (level == 1 ? "EVENT_" : "COMPUTER_") + PadWithZeros(std::to_string(number), 4) + "_" + name;
             if (std::ranges::find(nodes_, key, &Node::Key) == nodes_.end())
                 return key;
         }
@@ -161,9 +155,8 @@ protected:
             record.LogType + " Log  ||  " +
             (record.LogType == "System" ? "Source: Disk  ||  " + id : id + "User: JOE  ||  ") +
             "Date Logged: " + FormatAlarmDate(record.DateTime, style.Pattern(), "/");
-        literal_.Add(
-            slot, {record.AlarmName, record.TypeOfEvent, record.Computer},
-            {"FIELDS_" + FourDigits(static_cast<std::size_t>(slot)) + "_" + record.LogType, "", text});
+        literal_.Add(slot, {record.AlarmName, record.TypeOfEvent, record.Computer},
+                     {"FIELDS_" + PadWithZeros(std::to_string(slot), 4) + "_" + record.LogType, "", text});
         rows_.SetDateStyle(style);
         rows_.Add(slot, record, EventTypeOf(record.TypeOfEvent));
         tree_.AddMessageToConsolidatedTree(slot, record);

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "tests/support/Cases.h"
 #include "views/messages/Gate.h"

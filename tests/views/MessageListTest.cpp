@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "records/AnsiText.h"
 #include "views/messages/MessageList.h"

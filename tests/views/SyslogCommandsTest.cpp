@@ -1,11 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <deque>
-#include <functional>
-#include <map>
 #include <random>
 
+#include "tests/support/Notifications.h"
 #include "tests/views/CommandsFixture.h"
 
 namespace tallyhorn {
@@ -14,11 +11,7 @@ namespace {
 class SyslogCommandsTest : public CommandsFixture {
 protected:
     void Keep(const std::string& alarm, const std::string& type, const std::string& computer) {
-        AlarmRecord record;
-        record.AlarmName = alarm;
-        record.TypeOfEvent = type;
-        record.Computer = computer;
-        KeepSyslog(record);
+        KeepSyslog(RecordOf({.Name = alarm, .Computer = computer, .Type = type}));
     }
     std::size_t Rows() const { return RowCount(Received.Syslog); }
     /// Returns the first node of a level, from 1 for alarms to 4 for leaves.

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "tests/support/FileBytes.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {

@@ -4,7 +4,6 @@
 
 #include "platform/SoundDevice.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestMailslot.h"
 
 namespace tallyhorn {

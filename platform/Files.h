@@ -38,8 +38,8 @@ public:
     virtual Opening Open(const std::filesystem::path& path, std::unique_ptr<InputFile>& file,
                          SystemError& error) = 0;
     /// Opens a file to append to its first `kept` bytes and removes the others.  Creates the file, for this
-    /// user only, if it does not exist.  The file may be renamed while it is open.  Returns null and sets
-    /// `error` on failure.
+    /// user only, if it does not exist; its name is then on the disk when this returns.  The file may be
+    /// renamed while it is open.  Returns null and sets `error` on failure.
     virtual std::unique_ptr<AppendFile> OpenToAppend(const std::filesystem::path& path, std::uint64_t kept,
                                                      SystemError& error) = 0;
     /// Does what CreateReplacementFile does, but refuses with an error if no file exists at `path`.

@@ -41,6 +41,7 @@ struct ChannelTraits {
     ViewNumber FirstView;  ///< the view of the channel's list 0; those of lists 1 and 2 follow
     bool HasTree;          ///< whether the consolidated tree shows the channel's messages too
 
+    Slot FirstSlot;          ///< the slot of the first message
     Slot UpperBoundAtStart;  ///< the last slot of a new message store
     Slot UpperBoundAfterClear;
     /// compatibility: Tools > Export Messages To Text does nothing if exactly this many messages are kept.

@@ -31,13 +31,26 @@ Slot MessageStore::Grow() {
 }
 
 void MessageStore::Put(Slot slot, std::string text) {
-    texts_[static_cast<std::size_t>(slot)] = std::move(text);
+    std::string& place = texts_[static_cast<std::size_t>(slot)];
+    place = std::move(text);
     ++messageCount_;
+    if (observer_ != nullptr)
+        observer_->OnKept(slot, place);
+}
+
+void MessageStore::QueueGaps(Slot first, std::span<const Slot> taken) {
+    for (const Slot slot : taken) {
+        for (; first < slot; ++first)
+            freeSlots_.push_back(first);
+        first = slot + 1;
+    }
 }
 
 void MessageStore::Free(Slot slot) {
     if (!Holds(slot))
         return;
+    if (observer_ != nullptr)
+        observer_->OnFreed(slot, Text(slot));
     // Not clear(), which would keep the text's memory.
     texts_[static_cast<std::size_t>(slot)] = std::string();
     freeSlots_.push_back(slot);
@@ -49,6 +62,8 @@ void MessageStore::Clear(Slot upperBound) {
     texts_.GrowTo(static_cast<std::size_t>(upperBound) + 1);
     freeSlots_.clear();
     messageCount_ = 0;
+    if (observer_ != nullptr)
+        observer_->OnCleared();
 }
 
 }  // namespace tallyhorn

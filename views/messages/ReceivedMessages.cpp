@@ -1,5 +1,6 @@
 #include "views/messages/ReceivedMessages.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -51,10 +52,14 @@ void ReceivedMessages::Clear(MessageChannel& channel) {
 
 Slot ReceivedMessages::KeepNetBiosMessage(std::string text, AlarmRecord& alarm, bool shown) {
     const Slot slot = TakeNetBiosSlot();
+    KeepNetBiosAt(slot, std::move(text), alarm, shown);
+    return slot;
+}
+
+void ReceivedMessages::KeepNetBiosAt(Slot slot, std::string text, AlarmRecord& alarm, bool shown) {
     NetBios.Messages.Put(slot, std::move(text));
     if (shown)
         ParseMessageAdd(slot, alarm);
-    return slot;
 }
 
 Slot ReceivedMessages::TakeNetBiosSlot() {
@@ -68,8 +73,11 @@ void ReceivedMessages::ParseMessageAdd(Slot slot, AlarmRecord& alarm) {
 }
 
 void ReceivedMessages::KeepSyslogMessage(AlarmRecord& alarm, bool shown) {
+    KeepSyslogAt(TakeSyslogSlot(), alarm, shown);
+}
+
+void ReceivedMessages::KeepSyslogAt(Slot slot, AlarmRecord& alarm, bool shown) {
     MessageStore& messages = Syslog.Messages;
-    const Slot slot = TakeSyslogSlot();
     std::string message;
     ParseSyslogMessage(slot, message, shown, alarm);
     messages.Put(slot, std::move(message));
@@ -95,6 +103,23 @@ void ReceivedMessages::ParseSyslogMessage(Slot slot, std::string& message, bool 
 void ReceivedMessages::RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm) {
     ReadKeptText(Syslog, text, now, alarm);
     KeepSyslogMessage(alarm, true);
+}
+
+void ReceivedMessages::RestoreMessage(MessageChannel& channel, Slot slot, std::string text, AlarmDate now,
+                                      AlarmRecord& alarm) {
+    MessageStore& messages = channel.Messages;
+    // KeepSyslogAt lets the store grow only after it has reached a certain number of messages.
+    if (channel.Traits.HasTree) {
+        while (messages.UpperBound() - 1 <= slot)
+            messages.GrowTo(messages.UpperBound() * 2);
+    } else {
+        messages.GrowTo(std::max(slot, messages.UpperBound()));
+    }
+    ReadKeptText(channel, text, now, alarm);
+    if (channel.Traits.HasTree)
+        KeepSyslogAt(slot, alarm, true);
+    else
+        KeepNetBiosAt(slot, std::move(text), alarm, true);
 }
 
 // ---- showing

@@ -82,6 +82,11 @@ public:
     /// gets the date `now`.
     void RestoreBackupMessage(std::string_view text, AlarmDate now, AlarmRecord& alarm);
 
+    /// Keeps a text in `slot`, which must be empty, with its row and its leaf.  Applies no filter.  After the
+    /// last call, MessageStore::QueueGaps makes the slots between the messages available again.
+    void RestoreMessage(MessageChannel& channel, Slot slot, std::string text, AlarmDate now,
+                        AlarmRecord& alarm);
+
     /// Removes all rows and leaves of both channels; the texts stay in the stores.
     void ClearViews();
     /// Reads the text at `slot` into `alarm` and adds its row; the slot must not have a row yet. A syslog
@@ -100,6 +105,8 @@ private:
     /// console does not recognise must not be overlooked.
     static void AddRecordToList(MessageChannel& channel, Slot slot, const AlarmRecord& alarm);
     void AddNetBiosRow(Slot slot, AlarmRecord& alarm);
+    void KeepNetBiosAt(Slot slot, std::string text, AlarmRecord& alarm, bool shown);
+    void KeepSyslogAt(Slot slot, AlarmRecord& alarm, bool shown);
     void ParseMessageAdd(Slot slot, AlarmRecord& alarm);
     Slot TakeNetBiosSlot();
     Slot TakeSyslogSlot();

@@ -19,26 +19,15 @@
 #include "views/forms/ConsolidatedTreeView.h"
 #include "views/forms/DetailWindow.h"
 #include "views/forms/MessageListView.h"
-#include "views/forms/PageTabs.h"
+#include "views/forms/ServerPages.h"
 
 namespace tallyhorn {
 namespace {
 
-constexpr int TwipsPerInch = 1440;
-constexpr Twips FrameMargin = 135;
-constexpr Twips ListMargin = 240;
 constexpr int ToolBarPadding = 8;  ///< the space around a line of text, in pixels
 constexpr int CheckInterval = 500;
 constexpr int ResumeInterval = 1000;
 constexpr int DismissInterval = 50;
-
-constexpr const char* ConsolidatedCaption = "Consoli&dated Syslog Messages";
-
-/// Does nothing if the width or height is negative, as in a very small window.
-void ResizeIfFits(QWidget* widget, int width, int height) {
-    if (width >= 0 && height >= 0)
-        widget->resize(width, height);
-}
 
 }  // namespace
 
@@ -52,7 +41,13 @@ frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
     setWindowIcon(ConsoleIcon());
     setProperty(HelpContextProperty, HelpNumber(HelpContext::MainWindow));
     setContextMenuPolicy(Qt::NoContextMenu);
-    BuildPages();
+    pages_ = new ServerPages(this);
+    setCentralWidget(pages_);
+    connect(&pages_->Tabs(), &QTabWidget::currentChanged, this, [this] {
+        const bool tree = CurrentPage() == MessagePage::Consolidated;
+        setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
+        PlaceParts();
+    });
     timCheck = new QTimer(this);
     timCheck->setObjectName(QStringLiteral("timCheck"));
     timCheck->setInterval(CheckInterval);
@@ -62,86 +57,39 @@ frmServer::frmServer(ServerLifetime& lifetime, Gate& gate)
     tmrResumeProcessing = new QTimer(this);
     tmrResumeProcessing->setObjectName(QStringLiteral("tmrResumeProcessing"));
     tmrResumeProcessing->setInterval(ResumeInterval);
-    resize(Pixels(15000), Pixels(11000));
+    resize(InPixels(15000, *this), InPixels(11000, *this));
 }
 
 // ---- building
 
-void frmServer::BuildPages() {
-    auto* const inside = new QWidget(this);
-    setCentralWidget(inside);
-    tabMessageTypes =
-        Named(new PageTabs(Pixels(ServerLayout::FramesTop), inside), QStringLiteral("tabMessageTypes"));
-    for (const std::string_view caption : PageCaptions)
-        tabMessageTypes->addTab(new QWidget, ToQString(caption));
-
-    for (std::size_t channel = 0; channel < ChannelCount; ++channel) {
-        const ChannelTraits& traits = TraitsOf(static_cast<Channel>(channel));
-        for (std::size_t i = 0; i < EventListCount; ++i)
-            channels_.at(channel).Frames.at(i) = AddFrame(traits.Page, traits.FrameCaptions.at(i),
-                                                          ToQString(traits.FrameName) + QString::number(i));
-    }
-    fraConsolidated =
-        AddFrame(MessagePage::Consolidated, ConsolidatedCaption, QStringLiteral("fraConsolidated"));
-    connect(tabMessageTypes, &QTabWidget::currentChanged, this, [this] {
-        const bool tree = CurrentPage() == MessagePage::Consolidated;
-        setProperty(HelpContextProperty, HelpNumber(tree ? HelpContext::Tree : HelpContext::MainWindow));
-        PlaceParts();
-    });
-}
-
-QGroupBox* frmServer::AddFrame(MessagePage page, std::string_view caption, const QString& name) {
-    auto* const frame = new QGroupBox(ToQString(caption), tabMessageTypes->widget(static_cast<int>(page)));
-    frame->setObjectName(name);
-    return frame;
-}
-
 void frmServer::Load(const Parts& parts) {
     parts_ = std::make_unique<const Parts>(parts);
-    for (std::size_t channel = 0; channel < ChannelCount; ++channel)
-        BuildLists(TraitsOf(static_cast<Channel>(channel)));
-    BuildTree();
-    activeView_ = new ActiveViewMark(AllViews(), *tabMessageTypes, [this](ViewNumber view) {
+    pages_->Load(parts.Context.Received);
+    ConnectViews();
+    activeView_ = new ActiveViewMark(pages_->Views(), pages_->Tabs(), [this](ViewNumber view) {
         parts_->Context.Received.SetActiveView(view);
     });
     details_ = new DetailWindow(
-        {parts.Context, parts.Commands, queue_, parts.Others, AllLists(), *tvwConsolidated}, this);
+        {parts.Context, parts.Commands, queue_, parts.Others, pages_->Lists(), pages_->Tree()}, this);
     connect(timCheck, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->TimCheckTick); });
     connect(tmrResumeProcessing, &QTimer::timeout, this, [this] { queue_.RunAsWork(parts_->ResumeTick); });
     timCheck->start();
     LayOut();
 }
 
-void frmServer::BuildLists(const ChannelTraits& traits) {
-    ChannelControls& controls = ControlsOf(traits.Id);
-    for (std::size_t frame = 0; frame < controls.Frames.size(); ++frame) {
-        const std::size_t element = controls.Frames.size() - 1 - frame;
-        const ViewNumber view = ViewOfList(traits.Id, element);
-        auto* const list =
-            new MessageListView(parts_->Context.Received.List(view), controls.Frames.at(frame));
-        list->setObjectName(ToQString(traits.ListName) + QString::number(element));
-        list->setAccessibleName(WithoutAccessKey(controls.Frames.at(frame)->title()));
-        controls.Lists.at(element) = list;
-        ConnectList(view);
+void frmServer::ConnectViews() {
+    const auto touch = [this](ViewNumber view) { parts_->Context.Received.SetActiveView(view); };
+    const auto erase = [this] { Do(ServerCommand::DeleteMessages); };
+    for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
+        MessageListView* const list = &pages_->List(view);
+        connect(list, &MessageListView::Touched, this, [touch, view] { touch(view); });
+        connect(list, &MessageListView::MouseReleased, this,
+                [this, view] { pages_->KeepColumnWidths(view); });
+        connect(list, &MessageListView::DeleteRequested, this, erase);
     }
-}
-
-void frmServer::BuildTree() {
-    tvwConsolidated = new ConsolidatedTreeView(parts_->Context.Received.Tree, fraConsolidated);
-    tvwConsolidated->setObjectName(QStringLiteral("tvwConsolidated"));
-    tvwConsolidated->setAccessibleName(WithoutAccessKey(fraConsolidated->title()));
-    connect(tvwConsolidated, &ConsolidatedTreeView::Touched, this,
-            [this] { parts_->Context.Received.SetActiveView(ConsolidatedView); });
-    connect(tvwConsolidated, &ConsolidatedTreeView::DeleteRequested, this,
-            [this] { Do(ServerCommand::DeleteMessages); });
-}
-
-void frmServer::ConnectList(ViewNumber view) {
-    MessageListView* const list = ListView(view);
-    connect(list, &MessageListView::Touched, this,
-            [this, view] { parts_->Context.Received.SetActiveView(view); });
-    connect(list, &MessageListView::MouseReleased, this, [this, view] { KeepColumnWidths(view); });
-    connect(list, &MessageListView::DeleteRequested, this, [this] { Do(ServerCommand::DeleteMessages); });
+    ConsolidatedTreeView* const tree = &pages_->Tree();
+    connect(tree, &ConsolidatedTreeView::Touched, this, [touch] { touch(ConsolidatedView); });
+    connect(tree, &ConsolidatedTreeView::DeleteRequested, this, erase);
 }
 
 // ---- work and commands
@@ -195,10 +143,7 @@ void frmServer::Execute(ServerCommand command, ViewNumber view, MessagePage page
 
 void frmServer::RunPendingEvents() {
     queue_.RunAsWork([this] {
-        for (ViewNumber view = 0; view < ConsolidatedView; ++view)
-            ListView(view)->ShowNewRows();
-        if (tvwConsolidated->isVisible())
-            tvwConsolidated->ShowNewNodes();
+        pages_->ShowNewRows();
         QCoreApplication::processEvents();
     });
 }
@@ -206,38 +151,15 @@ void frmServer::RunPendingEvents() {
 // ---- what the rules ask for
 
 MessagePage frmServer::CurrentPage() const {
-    return static_cast<MessagePage>(tabMessageTypes->currentIndex());
+    return static_cast<MessagePage>(pages_->Tabs().currentIndex());
 }
 
 bool frmServer::HasPage(MessagePage page) const {
-    return tabMessageTypes->isTabVisible(static_cast<int>(page));
+    return pages_->Tabs().isTabVisible(static_cast<int>(page));
 }
 
 std::optional<std::int32_t> frmServer::SelectedSlot(ViewNumber list) const {
-    return ListView(list)->SelectedSlot();
-}
-
-void frmServer::EnableView(ViewNumber number, bool enabled) {
-    QWidget* const view = View(number);
-    // Qt would move the focus from a disabled list to the next list, and the next press of the Delete key
-    // would then act on that list. focusWidget() is used because a dialog may be open in front of this
-    // window.
-    if (!enabled && focusWidget() == view)
-        tabMessageTypes->tabBar()->setFocus();
-    view->setEnabled(enabled);
-}
-
-void frmServer::ShowView(ViewNumber number, bool shown) {
-    QWidget* const view = View(number);
-    if (!shown && focusWidget() == view) {
-        focusBeforeHiding_ = view;
-        tabMessageTypes->tabBar()->setFocus();
-    }
-    view->setVisible(shown);
-    if (shown && focusBeforeHiding_ == view) {
-        focusBeforeHiding_ = nullptr;
-        view->setFocus();
-    }
+    return pages_->List(list).SelectedSlot();
 }
 
 void frmServer::EnableResumeTimer(bool enabled) {
@@ -253,7 +175,7 @@ void frmServer::ShowFilterCommand(bool inForce) {
 }
 
 void frmServer::ShowPage(MessagePage page, bool shown) {
-    tabMessageTypes->setTabVisible(static_cast<int>(page), shown);
+    pages_->Tabs().setTabVisible(static_cast<int>(page), shown);
     // The tab bar reduces the height of the pages as long as any tab is visible.
     LayOutLater();
 }
@@ -304,14 +226,6 @@ void frmServer::Close(bool byUser) {
 
 // ---- layout
 
-int frmServer::Pixels(Twips length) const {
-    return static_cast<int>(static_cast<std::int64_t>(length) * logicalDpiX() / TwipsPerInch);
-}
-
-Twips frmServer::InTwips(int pixels) const {
-    return static_cast<Twips>(static_cast<std::int64_t>(pixels) * TwipsPerInch / logicalDpiX());
-}
-
 void frmServer::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     LayOut();
@@ -319,7 +233,7 @@ void frmServer::resizeEvent(QResizeEvent* event) {
 
 void frmServer::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::FontChange && tabMessageTypes != nullptr)
+    if (event->type() == QEvent::FontChange)
         LayOut();
 }
 
@@ -335,114 +249,36 @@ void frmServer::LayOutLater() {
 
 void frmServer::LayOut() {
     PlaceParts();
-    ApplyColumnWidths();
+    if (CanLayOut())
+        pages_->ApplyColumnWidths();
 }
 
 void frmServer::PlaceParts() {
-    if (isMinimized() || parts_ == nullptr)
+    if (!CanLayOut())
         return;
     // The tool bar gets what the status bar leaves of the height of both bars, or more if the font is large.
     const int statusHeight = statusBar()->sizeHint().height();
-    bars_.ToolBar()->setFixedHeight(
-        std::max(Pixels(ServerLayout::BarsHeight) - statusHeight, fontMetrics().height() + ToolBarPadding));
-    const QSize room = centralWidget()->size();
-    tabMessageTypes->resize(room);
-    const QWidget* const page = tabMessageTypes->currentWidget();
-    const int pageTop = page != nullptr ? page->mapTo(tabMessageTypes, QPoint(0, 0)).y() : 0;
-    const ServerLayout layout = LayOutServer(
-        {InTwips(room.width()), InTwips(room.height()) + ServerLayout::BarsHeight}, InTwips(pageTop));
-
-    const auto place = [this](QWidget* frame, QWidget* inside, int top, TwipsSize frameSize,
-                              TwipsSize insideSize) {
-        frame->move(Pixels(FrameMargin), top);
-        ResizeIfFits(frame, Pixels(frameSize.Width), Pixels(frameSize.Height));
-        // The list is placed below the frame's line, whose position depends on the font, but not beyond the
-        // frame's lower edge.
-        const int lowest = frame->height() - Pixels(insideSize.Height);
-        const int line = frame->contentsRect().top();
-        inside->move(Pixels(ListMargin), std::max(Pixels(ListMargin), std::min(line, lowest)));
-        ResizeIfFits(inside, Pixels(insideSize.Width), Pixels(insideSize.Height));
-    };
-    for (const ChannelControls& controls : channels_) {
-        for (std::size_t i = 0; i < controls.Frames.size(); ++i) {
-            const std::size_t element = controls.Frames.size() - 1 - i;
-            place(controls.Frames.at(i), controls.Lists.at(element), Pixels(layout.FrameTops.at(i)) - pageTop,
-                  layout.Frame, layout.List);
-        }
-    }
-    place(fraConsolidated, tvwConsolidated, Pixels(layout.FrameTops.front()) - pageTop,
-          layout.ConsolidatedFrame, layout.Tree);
-}
-
-void frmServer::ApplyColumnWidths() {
-    if (isMinimized() || parts_ == nullptr)
-        return;
-    for (ViewNumber view = 0; view < ConsolidatedView; ++view) {
-        MessageListView* const list = ListView(view);
-        const ColumnWidthArray widths = ListColumnWidths(columnWidths_, InTwips(list->width()));
-        for (int column = 0; column < SizedColumnCount; ++column)
-            list->SetColumnWidth(column, Pixels(widths.at(static_cast<std::size_t>(column))));
-    }
-}
-
-/// Gives all lists of the view's channel the view's column widths.  compatibility: the lists of the other
-/// channel get them only at the next layout.
-void frmServer::KeepColumnWidths(ViewNumber view) {
-    for (int column = 0; column < SizedColumnCount; ++column) {
-        Twips& kept = columnWidths_.at(static_cast<std::size_t>(column));
-        const int width = ListView(view)->ColumnWidth(column);
-        if (Pixels(kept) == width && kept != 0)
-            continue;
-        kept = InTwips(width);
-        for (MessageListView* const list : ControlsOf(ChannelOfView(view)).Lists)
-            list->SetColumnWidth(column, width);
-    }
-}
-
-QWidget* frmServer::View(ViewNumber view) const {
-    if (view == ConsolidatedView)
-        return tvwConsolidated;
-    return ListView(view);
-}
-
-MessageListView* frmServer::ListView(ViewNumber view) const {
-    return channels_.at(static_cast<std::size_t>(ChannelOfView(view))).Lists.at(ListOfView(view));
-}
-
-frmServer::ChannelControls& frmServer::ControlsOf(Channel channel) {
-    return channels_.at(static_cast<std::size_t>(channel));
-}
-
-std::array<MessageListView*, ConsolidatedView> frmServer::AllLists() const {
-    std::array<MessageListView*, ConsolidatedView> lists{};
-    for (ViewNumber view = 0; view < ConsolidatedView; ++view)
-        lists.at(static_cast<std::size_t>(view)) = ListView(view);
-    return lists;
-}
-
-ActiveViewMark::Views frmServer::AllViews() const {
-    ActiveViewMark::Views views{};
-    for (ViewNumber view = 0; view <= ConsolidatedView; ++view)
-        views.at(static_cast<std::size_t>(view)) = View(view);
-    return views;
+    bars_.ToolBar()->setFixedHeight(std::max(InPixels(ServerLayout::BarsHeight, *this) - statusHeight,
+                                             fontMetrics().height() + ToolBarPadding));
+    pages_->Place();
 }
 
 void frmServer::SetColumnWidths(const ColumnWidthArray& widths) {
-    columnWidths_ = widths;
+    pages_->SetColumnWidths(widths);
     LayOut();
 }
 
 void frmServer::RestoreSize(TwipsSize size) {
     const QSize available = screen()->availableGeometry().size();
     const auto fit = [this](Twips wanted, int present, int most) {
-        return wanted > 0 ? std::min(Pixels(wanted), most) : present;
+        return wanted > 0 ? std::min(InPixels(wanted, *this), most) : present;
     };
     resize(fit(size.Width, width(), available.width()), fit(size.Height, height(), available.height()));
 }
 
 TwipsSize frmServer::RestoredSize() const {
     const QSize size = isMaximized() ? normalGeometry().size() : this->size();
-    return {InTwips(size.width()), InTwips(size.height())};
+    return {InTwips(size.width(), *this), InTwips(size.height(), *this)};
 }
 
 }  // namespace tallyhorn

@@ -1,32 +1,27 @@
 #pragma once
 
 #include <QMainWindow>
-#include <array>
 #include <functional>
 #include <memory>
 
 #include "views/MessageCommands.h"
-#include "views/ServerLayout.h"
 #include "views/forms/ActiveViewMark.h"
 #include "views/forms/CommandBars.h"
 #include "views/forms/CommandQueue.h"
 #include "views/forms/ServerHost.h"
+#include "views/forms/ServerPages.h"
 #include "views/forms/ServerStatusBar.h"
 #include "views/messages/Gate.h"
 #include "views/messages/MessageContext.h"
 
-class QGroupBox;
-class QTabWidget;
 class QTimer;
 
 namespace tallyhorn {
 
-class ConsolidatedTreeView;
-class MessageListView;
 class DetailWindow;
 
-/// The main window.  It owns the pages with their lists, the menus, the bars and the two timers of the
-/// processing cycle.  It runs the user's commands when the gate permits.
+/// The main window.  It owns the pages, the menus, the bars and the two timers of the processing cycle.  It
+/// runs the user's commands when the gate permits.
 class frmServer final : public QMainWindow, public ServerDisplay {
     Q_OBJECT
 
@@ -50,7 +45,7 @@ public:
     TwipsSize RestoredSize() const;
     /// Sets the columns' widths in all lists; all widths are 0 if none were saved.
     void SetColumnWidths(const ColumnWidthArray& widths);
-    const ColumnWidthArray& ColumnWidths() const { return columnWidths_; }
+    const ColumnWidthArray& ColumnWidths() const { return pages_->ColumnWidths(); }
     void ShowPage(MessagePage page, bool shown);
 
     /// Closes open dialogs and, when running work has ended, the window, without a question.
@@ -78,8 +73,8 @@ public:
     void ShowPanelToolTip(StatusPanel panel, std::string_view text) override {
         status_.ShowPanelToolTip(panel, text);
     }
-    void EnableView(ViewNumber view, bool enabled) override;
-    void ShowView(ViewNumber view, bool shown) override;
+    void EnableView(ViewNumber view, bool enabled) override { pages_->EnableView(view, enabled); }
+    void ShowView(ViewNumber view, bool shown) override { pages_->ShowView(view, shown); }
     void BeginWork() override { status_.BeginWork(); }
     void ShowProgress(std::uint64_t done, std::uint64_t total) override { status_.ShowProgress(done, total); }
     void EndWork() override { status_.EndWork(); }
@@ -94,47 +89,22 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    /// The controls on the page of one channel: fraNetBiosTypes and lvwMessages, or fraSyslogTypes and
-    /// lvwSyslog.
-    struct ChannelControls {
-        std::array<QGroupBox*, EventListCount> Frames{};       ///< in their order from the top of the page
-        std::array<MessageListView*, EventListCount> Lists{};  ///< by list index
-    };
-
-    void BuildPages();
-    void BuildLists(const ChannelTraits& traits);
-    QGroupBox* AddFrame(MessagePage page, std::string_view caption, const QString& name);
-    void ConnectList(ViewNumber view);
-
+    void ConnectViews();
     void Execute(ServerCommand command, ViewNumber view, MessagePage page);
     void Close(bool byUser);
 
     void LayOut();
     void LayOutLater();
     void PlaceParts();
-    void ApplyColumnWidths();
-    void KeepColumnWidths(ViewNumber view);
-    ChannelControls& ControlsOf(Channel channel);
-    MessageListView* ListView(ViewNumber view) const;
-    std::array<MessageListView*, ConsolidatedView> AllLists() const;
-    ActiveViewMark::Views AllViews() const;
-    QWidget* View(ViewNumber view) const;
-    void BuildTree();
-    int Pixels(Twips length) const;
-    Twips InTwips(int pixels) const;
+    bool CanLayOut() const { return parts_ != nullptr && !isMinimized(); }
 
     ServerLifetime& lifetime_;
     std::unique_ptr<const Parts> parts_;
     CommandQueue queue_;
     DetailWindow* details_ = nullptr;
     ActiveViewMark* activeView_ = nullptr;  ///< made by Load
-    ColumnWidthArray columnWidths_{};
-    QWidget* focusBeforeHiding_ = nullptr;
 
-    QTabWidget* tabMessageTypes = nullptr;
-    std::array<ChannelControls, ChannelCount> channels_;
-    QGroupBox* fraConsolidated = nullptr;
-    ConsolidatedTreeView* tvwConsolidated = nullptr;
+    ServerPages* pages_ = nullptr;
     CommandBars bars_;
     ServerStatusBar status_;
     QTimer* timCheck = nullptr;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "platform/InputFile.h"
 #include "platform/OutputFile.h"
@@ -42,20 +43,23 @@ public:
     /// renamed while it is open.  Returns null and sets `error` on failure.
     virtual std::unique_ptr<AppendFile> OpenToAppend(const std::filesystem::path& path, std::uint64_t kept,
                                                      SystemError& error) = 0;
-    /// Does what CreateReplacementFile does, but refuses with an error if no file exists at `path`.
+    /// Does what CreateReplacementFile does with `OldFile::Required`.
     virtual std::unique_ptr<OutputFile> CreateReplacement(const std::filesystem::path& path,
                                                           SystemError& error) = 0;
-    /// Renames a file in its folder; replaces the file `to` if there is one.  The new name is on the disk
-    /// when this returns.
+    /// Renames a file in its folder; replaces the file `to` if there is one, which must not be open, because
+    /// Windows refuses that.  The new name is on the disk when this returns.
     virtual std::optional<SystemError> Rename(const std::filesystem::path& from,
                                               const std::filesystem::path& to) = 0;
     /// Removes a file; a missing one is no error.  The removal is on the disk when this returns.
     virtual std::optional<SystemError> Remove(const std::filesystem::path& path) = 0;
-    /// Preserves the present content of `path` in a second file `aside`, which must not exist.  `path` stays
-    /// unless only a rename can preserve the content.  Makes a hard link if the file system permits; copies
-    /// the file otherwise; renames it if it may not be read.
+    /// Preserves the present content of `path` in a second file `aside`, which must not exist.  Renames the
+    /// file if it cannot be opened to read it, so that a readable file can take its place.  Otherwise `path`
+    /// stays, and `aside` is a hard link or, if the file system permits none, a copy.
     virtual std::optional<SystemError> KeepAside(const std::filesystem::path& path,
                                                  const std::filesystem::path& aside) = 0;
+    /// Returns the paths that begin with `prefix` and name something in its folder.  Returns none if the
+    /// folder cannot be read.
+    virtual std::vector<std::filesystem::path> PathsBeginningWith(const std::filesystem::path& prefix) = 0;
 };
 
 /// Returns the system's files.

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/ByteSource.h"
+#include "platform/SystemError.h"
 
 namespace tallyhorn {
 
@@ -13,8 +14,13 @@ class InputFile : public ByteSource {
 public:
     /// Makes the next read begin at the start of the file.
     virtual void Rewind() = 0;
+    /// Returns whether a read has failed, so that not all bytes of the file were returned.
+    virtual bool Failed() const = 0;
 };
 
+/// Opens a regular file.  Returns null and sets `error` on failure.  Does not block if `path` is a pipe,
+/// which is an error.
+std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error);
 /// Opens the file, and creates an empty one if it does not exist.  Returns null if that fails or `path` is
 /// not a regular file.  Does not block if `path` is a pipe.
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path);

@@ -19,12 +19,17 @@ public:
     virtual std::optional<SystemError> Finish() = 0;
 };
 
+/// `Required` makes CreateReplacementFile fail if there is no file to replace, and permits it on Linux to
+/// replace a read-only file, because there, only deleting a file's name is needed, and the folder permits it.
+enum class OldFile { Optional, Required };
+
 /// Creates a temporary file.  Finish makes it replace the file at `path` in one step, or become that file if
 /// there was none.  If Finish is not called or fails, `path` stays unchanged.  Symbolic links are followed,
 /// and the permissions of the old file are kept.  If the folder does not allow new files, an existing
 /// writable file is overwritten instead, and its old content is lost even if a later call fails.  Returns
 /// null and sets `error` if the file is not writable or not a regular file.
-std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error);
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
+                                                  OldFile old = OldFile::Optional);
 
 /// Empties an existing file and opens it for writing.  The file keeps its permissions; symbolic links are
 /// followed.  A read-only file in a folder that allows new files is replaced by a new one with its

@@ -38,12 +38,12 @@ std::optional<fs::path> FollowLinks(fs::path path) {
     return std::nullopt;
 }
 
-/// Returns whether the user may write to the old file.  Replacing it by a rename would require only
-/// permission for the folder.
-bool MayReplace(const fs::path& path, const struct stat& old) {
-    if (S_ISREG(old.st_mode))
-        return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
-    errno = S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP;
+/// Returns whether the user may write to the old file or need not.  Replacing it by a rename would require
+/// only permission for the folder.
+bool MayReplace(const fs::path& path, const struct stat& status, OldFile old) {
+    if (S_ISREG(status.st_mode))
+        return old == OldFile::Required || faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EOPNOTSUPP;
     return false;
 }
 
@@ -88,17 +88,17 @@ FileReplacement::~FileReplacement() {
         unlink(temporary_.c_str());
 }
 
-bool FileReplacement::Begin(const fs::path& path) {
+bool FileReplacement::Begin(const fs::path& path, OldFile old) {
     const std::optional<fs::path> target = FollowLinks(path);
     if (!target)
         return false;
     target_ = *target;
-    struct stat old {};
-    const bool exists = stat(target_.c_str(), &old) == 0;
-    if (exists ? !MayReplace(target_, old) : errno != ENOENT)
+    struct stat status {};
+    const bool exists = stat(target_.c_str(), &status) == 0;
+    if (exists ? !MayReplace(target_, status, old) : errno != ENOENT || old == OldFile::Required)
         return false;
     file_ = CreateTemporary(target_, temporary_);
-    return file_ && (!exists || KeepPermissions(file_.Get(), old));
+    return file_ && (!exists || KeepPermissions(file_.Get(), status));
 }
 
 bool FileReplacement::Write(std::string_view bytes) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
+#include "platform/OutputFile.h"
 #include "platform/linux/FileDescriptor.h"
 
 namespace tallyhorn {
@@ -18,8 +19,9 @@ public:
     FileReplacement& operator=(const FileReplacement&) = delete;
 
     /// Creates the temporary file in the folder of the file that `path` names or links to, with the owner and
-    /// the permissions of that file.  That file must be a writable regular file, or not exist.
-    bool Begin(const std::filesystem::path& path);
+    /// the permissions of that file.  That file must be a regular file; `old` decides whether it must be
+    /// writable or must exist.
+    bool Begin(const std::filesystem::path& path, OldFile old = OldFile::Optional);
     bool Write(std::string_view bytes);
     /// Replaces the old file.  After a power failure the path has either the old file or the complete new
     /// one.

@@ -22,17 +22,20 @@ public:
         do
             count = pread(file_.Get(), buffer.data(), wanted, position_);
         while (count < 0 && errno == EINTR);
+        failed_ = failed_ || count < 0;
         if (count <= 0)
             return 0;
         position_ += count;
         return static_cast<std::size_t>(count);
     }
     void Rewind() override { position_ = 0; }
+    bool Failed() const override { return failed_; }
 
 private:
     const FileDescriptor file_;
     const off_t size_;
     off_t position_ = 0;
+    bool failed_ = false;
 };
 
 /// Opens the file with the additional flags `more`.  If the file is a pipe, O_NONBLOCK prevents `open` from
@@ -43,14 +46,22 @@ FileDescriptor Open(const std::filesystem::path& path, int more) {
 
 }  // namespace
 
-std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path) {
+std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error) {
     FileDescriptor file = Open(path, 0);
-    if (!file && errno == ENOENT)
-        file = Open(path, O_CREAT);
     struct stat status {};
-    if (!file || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return nullptr;
-    return std::make_unique<LinuxInputFile>(std::move(file), status.st_size);
+    if (file && fstat(file.Get(), &status) == 0) {
+        if (S_ISREG(status.st_mode))
+            return std::make_unique<LinuxInputFile>(std::move(file), status.st_size);
+        errno = S_ISDIR(status.st_mode) ? EISDIR : EOPNOTSUPP;
+    }
+    error = LastSystemError();
+    return nullptr;
+}
+
+std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path) {
+    const FileDescriptor created = Open(path, O_CREAT);
+    SystemError error;
+    return OpenInputFile(path, error);
 }
 
 }  // namespace tallyhorn

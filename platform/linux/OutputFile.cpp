@@ -44,7 +44,7 @@ private:
 class LinuxReplacementFile final : public OutputFile {
 public:
     /// Creates the temporary file.  Returns false on failure; LastSystemError then returns the reason.
-    bool Begin(const std::filesystem::path& path) { return replacement_.Begin(path); }
+    bool Begin(const std::filesystem::path& path, OldFile old) { return replacement_.Begin(path, old); }
 
     std::optional<SystemError> Write(std::string_view bytes) override {
         if (!failure_ && !replacement_.Write(bytes))
@@ -89,9 +89,10 @@ std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, S
     return std::make_unique<LinuxOutputFile>(std::move(file), path);
 }
 
-std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error) {
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
+                                                  OldFile old) {
     auto replacement = std::make_unique<LinuxReplacementFile>();
-    if (replacement->Begin(path))
+    if (replacement->Begin(path, old))
         return replacement;
     error = LastSystemError();
     if (error.Number != EACCES)

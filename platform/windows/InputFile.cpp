@@ -26,8 +26,10 @@ public:
         const std::int64_t room = std::min(static_cast<std::int64_t>(buffer.size()), LargestPiece);
         DWORD count = 0;
         if (ReadFile(file_.Get(), buffer.data(), static_cast<DWORD>(std::min(room, size_ - position_)),
-                     &count, nullptr) == 0)
+                     &count, nullptr) == 0) {
+            failed_ = true;
             return 0;
+        }
         position_ += count;
         return count;
     }
@@ -35,23 +37,37 @@ public:
         if (SetFilePointerEx(file_.Get(), LARGE_INTEGER{}, nullptr, FILE_BEGIN) != 0)
             position_ = 0;
     }
+    bool Failed() const override { return failed_; }
 
 private:
     const OwnedHandle file_;
     std::int64_t size_ = -1;
     std::int64_t position_ = 0;
+    bool failed_ = false;
 };
+
+std::unique_ptr<InputFile> Open(const std::filesystem::path& path, DWORD disposition, SystemError& error) {
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        if (auto input = std::make_unique<WindowsInputFile>(file); input->IsRegularFile())
+            return input;
+        SetLastError(ERROR_NOT_SUPPORTED);
+    }
+    error = LastSystemError();
+    return nullptr;
+}
 
 }  // namespace
 
+std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error) {
+    return Open(path, OPEN_EXISTING, error);
+}
+
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path) {
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return nullptr;
-    auto input = std::make_unique<WindowsInputFile>(file);
-    return input->IsRegularFile() ? std::move(input) : nullptr;
+    SystemError error;
+    return Open(path, OPEN_ALWAYS, error);
 }
 
 }  // namespace tallyhorn

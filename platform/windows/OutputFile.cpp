@@ -44,9 +44,10 @@ std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, S
     return std::make_unique<WindowsOutputFile>(file);
 }
 
-std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error) {
+std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
+                                                  OldFile old) {
     auto replacement = std::make_unique<WindowsReplacementFile>();
-    const std::optional<SystemError> failure = replacement->Begin(path);
+    const std::optional<SystemError> failure = replacement->Begin(path, old);
     if (!failure)
         return replacement;
     error = *failure;

@@ -38,19 +38,21 @@ WindowsReplacementFile::~WindowsReplacementFile() {
         DeleteFileW(temporary_.c_str());
 }
 
-std::optional<SystemError> WindowsReplacementFile::Begin(const std::filesystem::path& path) {
-    if (std::optional<SystemError> error = FindTarget(path))
+std::optional<SystemError> WindowsReplacementFile::Begin(const std::filesystem::path& path,
+                                                         OldFile required) {
+    if (std::optional<SystemError> error = FindTarget(path, required))
         return error;
     return CreateTemporary();
 }
 
-std::optional<SystemError> WindowsReplacementFile::FindTarget(const std::filesystem::path& path) {
+std::optional<SystemError> WindowsReplacementFile::FindTarget(const std::filesystem::path& path,
+                                                              OldFile required) {
     target_ = path.wstring();
     const OwnedHandle old(CreateFileW(target_.c_str(), GENERIC_WRITE,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!old) {
-        if (GetLastError() == ERROR_FILE_NOT_FOUND)
+        if (GetLastError() == ERROR_FILE_NOT_FOUND && required == OldFile::Optional)
             return std::nullopt;
         return LastSystemError();
     }

@@ -21,14 +21,14 @@ public:
     WindowsReplacementFile& operator=(const WindowsReplacementFile&) = delete;
 
     /// Creates the temporary file in the folder of the file that `path` names or links to.  That file must be
-    /// a writable regular file, or not exist.
-    std::optional<SystemError> Begin(const std::filesystem::path& path);
+    /// a writable regular file; `old` decides whether it must exist.
+    std::optional<SystemError> Begin(const std::filesystem::path& path, OldFile old);
     std::optional<SystemError> Write(std::string_view bytes) override;
     /// Waits until all bytes are on the disk, and replaces the old file, whose permissions the new file gets.
     std::optional<SystemError> Finish() override;
 
 private:
-    std::optional<SystemError> FindTarget(const std::filesystem::path& path);
+    std::optional<SystemError> FindTarget(const std::filesystem::path& path, OldFile old);
     std::optional<SystemError> CreateTemporary();
     std::optional<SystemError> TakePlace();
 

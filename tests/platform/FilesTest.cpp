@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "platform/BufferedWriter.h"
+#include "platform/Files.h"
 #include "platform/InputFile.h"
 #include "platform/OutputFile.h"
 #include "tests/support/FileBytes.h"
@@ -100,6 +101,7 @@ protected:
 
     const TemporaryFolder folder_;
     const fs::path path_ = folder_.Path() / "f";
+    const std::unique_ptr<Files> files_ = MakeFiles();
     SystemError error_;
 };
 
@@ -145,6 +147,69 @@ TEST_F(FilesTest, InputComesFromRegularFilesOnlyAndMissingOnesAreCreated) {
     fs::permissions(folder_ / "read-only", fs::perms::owner_all);
     EXPECT_FALSE(OpenInputFile(folder_ / "no/folder") || OpenInputFile(folder_.Path()));
     EXPECT_TRUE(!MakePipe() || !OpenInputFile(folder_ / "pipe")) << "does not wait for a writer";
+}
+
+TEST_F(FilesTest, OpeningTellsAMissingFileFromAnUnreadableOne) {
+    WriteBytes(folder_ / "file", "bytes");
+    using Opening = Files::Opening;
+    const std::tuple<const char*, Opening> cases[] = {{"file", Opening::Opened},
+                                                      {"missing", Opening::Missing},
+                                                      {".", Opening::Failed},
+                                                      {"file/f", Opening::Failed}};
+    for (const auto& [name, expected] : cases) {
+        std::unique_ptr<InputFile> file;
+        SystemError error;
+        EXPECT_EQ(files_->Open(folder_ / name, file, error), expected) << name;
+        EXPECT_EQ(file != nullptr, expected == Opening::Opened) << name;
+        EXPECT_EQ(error.Number == 0, expected == Opening::Opened) << name;
+    }
+    EXPECT_EQ(files_->CreateReplacement(path_, error_), nullptr);
+    EXPECT_EQ(error_.Number, 2);
+    EXPECT_EQ(CountFiles(folder_.Path()), 1U);
+}
+
+TEST_F(FilesTest, AppendingKeepsTheFirstBytesAndAllowsARename) {
+    const fs::path renamed = folder_.Path() / "renamed";
+    for (const auto& [old, kept, expected] : {std::tuple("", 0U, "abc"),
+                                              {"", 9U, "abc"},
+                                              {"12345", 0U, "abc"},
+                                              {"12345", 3U, "123abc"},
+                                              {"12345", 9U, "12345abc"}}) {
+        if (*old != '\0')
+            WriteBytes(path_, old);
+        const auto file = files_->OpenToAppend(path_, kept, error_);
+        ASSERT_TRUE(file) << error_.Text;
+        EXPECT_FALSE(file->Write("ab") || file->Sync() || files_->Rename(path_, renamed) || file->Write("c"));
+        EXPECT_EQ(ReadBytes(renamed), expected);
+        EXPECT_FALSE(fs::exists(path_));
+    }
+    WriteBytes(path_, "bytes");
+    EXPECT_EQ(files_->OpenToAppend(folder_.Path(), 0, error_), nullptr);
+    EXPECT_FALSE(files_->Rename(path_, folder_ / "other") || files_->Remove(folder_ / "other"));
+    EXPECT_FALSE(files_->Remove(path_)) << "a missing file is no error";
+    EXPECT_TRUE(files_->Rename(path_, folder_ / "other"));
+}
+
+TEST_F(FilesTest, WhatIsKeptAsideStaysWhenTheFileIsReplaced) {
+    const fs::path aside = folder_.Path() / "f.aside";
+    std::error_code noLinks;
+    for (const bool link : {false, true}) {
+        WriteBytes(folder_ / "real", "old");
+        if (link)
+            fs::create_symlink("real", path_, noLinks);
+        const fs::path path = link && !noLinks && fs::is_symlink(path_) ? path_ : folder_.Path() / "real";
+        EXPECT_FALSE(files_->KeepAside(path, aside));
+        EXPECT_TRUE(files_->KeepAside(path, aside)) << "the name is taken";
+        EXPECT_EQ(ReadBytes(path), "old");
+        const auto file = files_->CreateReplacement(path, error_);
+        ASSERT_TRUE(file) << error_.Text;
+        EXPECT_FALSE(file->Write("new") || file->Finish());
+        EXPECT_EQ(ReadBytes(aside), "old");
+        EXPECT_EQ(files_->PathsBeginningWith(folder_.Path() / "f."), std::vector{aside});
+        EXPECT_FALSE(files_->Remove(aside));
+    }
+    EXPECT_TRUE(files_->KeepAside(folder_ / "missing", aside));
+    EXPECT_EQ(files_->PathsBeginningWith(folder_.Path() / "no folder/f"), std::vector<fs::path>());
 }
 
 TEST_F(FilesTest, AReplacementShowsOnlyWhenItIsFinished) {

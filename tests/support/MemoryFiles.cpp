@@ -187,4 +187,13 @@ std::optional<SystemError> MemoryFiles::KeepAside(const std::filesystem::path& p
     });
 }
 
+std::vector<std::filesystem::path> MemoryFiles::PathsBeginningWith(const std::filesystem::path& prefix) {
+    std::vector<std::filesystem::path> found;
+    for (const auto& [path, content] : names_) {
+        if (path.native().starts_with(prefix.native()))
+            found.push_back(path);
+    }
+    return found;
+}
+
 }  // namespace tallyhorn

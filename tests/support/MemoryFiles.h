@@ -51,6 +51,7 @@ public:
     std::optional<SystemError> Remove(const std::filesystem::path& path) override;
     std::optional<SystemError> KeepAside(const std::filesystem::path& path,
                                          const std::filesystem::path& aside) override;
+    std::vector<std::filesystem::path> PathsBeginningWith(const std::filesystem::path& prefix) override;
 
 private:
     class Appended;

@@ -3,6 +3,10 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
+#include <cerrno>
+#include <utility>
+
+#include "platform/Files.h"
 #include "platform/InputFile.h"
 #include "platform/OutputFile.h"
 #include "platform/WholeFile.h"
@@ -12,8 +16,9 @@
 
 namespace {
 
-/// The calls of the two functions below, in order.
+/// The calls of the first two functions below, in order.
 std::string calls;
+bool readsFail = false;
 
 }  // namespace
 
@@ -29,6 +34,12 @@ extern "C" int fsync(int file) {
 extern "C" int rename(const char* from, const char* to) noexcept {
     calls += "rename, ";
     return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+}
+
+extern "C" ssize_t pread(int file, void* buffer, std::size_t size, off_t position) {
+    if (readsFail)
+        errno = EIO;
+    return readsFail ? -1 : static_cast<ssize_t>(syscall(SYS_pread64, file, buffer, size, position));
 }
 
 namespace tallyhorn {
@@ -111,6 +122,34 @@ TEST(OutputFileTest, AnEmptiedFileKeepsItsPermissionsAndItsLink) {
     fs::remove(folder / "file");
     EXPECT_NE(OpenInputFile(folder / "file"), nullptr);
     EXPECT_EQ(fs::status(folder / "file").permissions(), fs::perms{0600}) << "a new backup is private";
+}
+
+TEST(OutputFileTest, AReadErrorIsNotTheEndOfTheFile) {
+    const TemporaryFolder folder;
+    WriteBytes(folder / "file", "bytes");
+    SystemError error;
+    const auto file = OpenInputFile(folder / "file", error);
+    ASSERT_TRUE(file);
+    char buffer[3];
+    EXPECT_TRUE(file->Read(buffer) == 3U && !file->Failed());
+    readsFail = true;
+    EXPECT_EQ(file->Read(buffer), 0U);
+    readsFail = false;
+    EXPECT_TRUE(file->Failed());
+}
+
+/// A file that may not be read must not block its name, so that a readable file can take its place.
+TEST(OutputFileTest, AnUnreadableFileIsRenamedToKeepIt) {
+    const TemporaryFolder folder;
+    const std::unique_ptr<Files> files = MakeFiles();
+    fs::permissions(folder.Path(), fs::perms::all);
+    const PlainUser user;
+    WriteBytes(folder / "file", "bytes");
+    fs::permissions(folder / "file", fs::perms::none);
+    EXPECT_FALSE(files->KeepAside(folder / "file", folder / "aside"));
+    EXPECT_FALSE(fs::exists(folder / "file"));
+    fs::permissions(folder / "aside", fs::perms::owner_all);
+    EXPECT_EQ(ReadBytes(folder / "aside"), "bytes");
 }
 
 }  // namespace

@@ -263,7 +263,10 @@ void Console::ShutDown() {
     sound_.Close();
     tray_->Unload();
     machine_.Help.Close();
-    delete splash_.data();
+    // Not deleted, because this may run inside the splash's show() or hide(), which uses the splash
+    // afterwards.
+    if (splash_ != nullptr)
+        splash_->hide();
     {
         frmSavingMessages saving;
         saving.show();

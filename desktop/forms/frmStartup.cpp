@@ -114,7 +114,6 @@ void frmStartup::LayOut() {
 void frmStartup::BecomeSplash() {
     setWindowFlags(Qt::SplashScreen | Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    setAttribute(Qt::WA_DeleteOnClose);
     QRect place(QPoint(), sizeHint());
     place.moveCenter(screen()->availableGeometry().center());
     move(place.topLeft());

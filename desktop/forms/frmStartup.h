@@ -17,8 +17,8 @@ class frmStartup final : public QDialog {
 
 public:
     enum class Role {
-        /// A window without frame and focus, shown when the program starts.  It closes and deletes itself
-        /// after two seconds, or when a modal dialog or message box opens.
+        /// A window without frame and focus, shown when the program starts.  It closes itself after two
+        /// seconds, or when a modal dialog or message box opens.  Its parent deletes it.
         Splash,
         AboutBox  ///< a modal dialog with a frame
     };

@@ -8,7 +8,11 @@ namespace {
 class frmStartupTest : public ConsoleFixture {
 protected:
     frmStartupTest() { keepsSplash_ = true; }
-    frmStartup* Splash() { return console_->Window().findChild<frmStartup*>(); }
+    /// Returns the splash window if it is visible.
+    frmStartup* Splash() {
+        auto* const splash = console_->Window().findChild<frmStartup*>();
+        return splash != nullptr && splash->isVisible() ? splash : nullptr;
+    }
     static QString Label(const QWidget& window, const char* name) {
         const auto* const label = window.findChild<QLabel*>(QLatin1String(name));
         EXPECT_EQ(label->textFormat(), Qt::PlainText) << name;
@@ -79,6 +83,18 @@ TEST_F(frmStartupTest, TheSplashClosesForClicksDialogsAndAHiddenWindow) {
     StartListening();
     EXPECT_EQ(Splash(), nullptr) << "a message box closes the splash";
     EXPECT_EQ(boxes_.Shown.size(), 1U);
+}
+
+/// As long as QCoreApplication::exec does not run, as in tests, QWidget::show runs pending events before it
+/// returns if the window is a splash screen.
+TEST_F(frmStartupTest, AnEndWhileTheSplashIsBeingShownHidesItAndDoesNotDeleteIt) {
+    console_ = std::make_unique<Console>(Machine(instance_), folder_.Path(), programFolder_.Path());
+    ASSERT_TRUE(console_->Start());
+    QMetaObject::invokeMethod(
+        &console_->Window(), [this] { console_->End(); }, Qt::QueuedConnection);
+    AWAIT(console_->HasEnded());
+    const auto* const splash = console_->Window().findChild<frmStartup*>();
+    EXPECT_TRUE(splash != nullptr && !splash->isVisible());
 }
 
 TEST_F(frmStartupTest, ArrivalsPlayTheSoundAndTheEndClosesTheDevice) {

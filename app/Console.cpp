@@ -66,7 +66,8 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
                       &wakeTarget_, [this] { arrivals_->HandleDatagrams(); }, Qt::QueuedConnection);
               }),
       cycle_(mailslot_, syslog_, Reception()),
-      backup_(folder / BackupFileName, received_.Syslog.Messages, questions_, slices_),
+      backup_(folder / BackupFileName, received_.Syslog.Messages, questions_, slices_, *machine.Files,
+              machine.Time),
       eventViewer_(context_, machine.Programs),
       export_({context_, questions_}, folder, {SettingsFileName, FilterFileName, BackupFileName}),
       help_(machine.Help, questions_),
@@ -97,8 +98,8 @@ bool Console::Start() {
     ApplyMessageViews();
     ApplySettings();
     LoadBackup();
-    // The session may have ended during the steps above.  The console is shut down only here, after it has
-    // read the backup, because a backup saved earlier would lack the old messages.
+    // The session may have ended during the steps above.  The console is shut down only here, because
+    // these steps must not run after ShutDown.
     if (!gate_.Advance(Gate::Phase::Running)) {
         ShutDown();
         return true;
@@ -189,9 +190,11 @@ void Console::LoadBackup() {
         const auto restore = [this](std::string_view text) {
             received_.RestoreBackupMessage(text, AlarmDate{machine_.Time.LocalSeconds()}, currentAlarm_);
         };
-        backup_.LoadMessageBackup(restore, [&loading](std::uint64_t done, std::uint64_t total) {
-            loading.ShowProgress(done, total);
-        });
+        const MessageBackup::Loaded loaded = backup_.LoadMessageBackup(
+            restore,
+            [&loading](std::uint64_t done, std::uint64_t total) { loading.ShowProgress(done, total); },
+            [this] { return !HasEnded(); });
+        loaded_ = loaded.Complete;
     }
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
@@ -271,7 +274,8 @@ void Console::ShutDown() {
         frmSavingMessages saving;
         saving.show();
         Run();
-        backup_.SaveMessageBackup();
+        if (loaded_)
+            backup_.SaveMessageBackup([](std::uint64_t /*hash*/) {});
         filters_.CloseFilterFile();
         WriteRunSummary(received_, cycle_.ReceivedCount(), syslog_.ReceivedCount());
     }

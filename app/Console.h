@@ -133,6 +133,7 @@ private:
     ProcessingCycle cycle_;
     ArrivalTimer* arrivals_ = nullptr;  ///< owned by the window
     MessageBackup backup_;
+    bool loaded_ = false;  ///< whether all saved messages were loaded, so that saving them loses none
     EventViewer eventViewer_;
     MessageExport export_;
     Help help_;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/Clock.h"
 #include "platform/DatagramSockets.h"
+#include "platform/Files.h"
 #include "platform/HelpViewer.h"
 #include "platform/InstanceLock.h"
 #include "platform/MailslotTransport.h"
@@ -29,6 +32,7 @@ struct Machine {
     SoundDevice& Sound;
     HelpViewer& Help;
     UserNames& Names;
+    std::shared_ptr<tallyhorn::Files> Files;
 };
 
 }  // namespace tallyhorn

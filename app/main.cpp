@@ -65,7 +65,8 @@ int RunConsole(QApplication& application, TerminationSignals& termination,
                      .Area = area,
                      .Sound = *sound,
                      .Help = *help,
-                     .Names = *names},
+                     .Names = *names,
+                     .Files = MakeFiles()},
                     folder, ProgramFolder());
     area.SetMenu(console.PopUpMenu());
     boxes.SetOwner(&console.Window());

@@ -30,10 +30,10 @@ public:
         setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
         std::ofstream(folder / "thlisten.ini") << "[General]\nMessageViews=7\n";
         mailslots_ = MakeMailslotTransport();
-        console_ =
-            std::make_unique<Console>(Machine{instance_, *mailslots_, *profiles_, clock_, boxes_, datagrams,
-                                              programs_, saveDialog_, area_, sound_, help_, names_},
-                                      folder.Path(), folder.Path());
+        console_ = std::make_unique<Console>(
+            Machine{instance_, *mailslots_, *profiles_, clock_, boxes_, datagrams, programs_, saveDialog_,
+                    area_, sound_, help_, names_, MakeFiles()},
+            folder.Path(), folder.Path());
         console_->Start();
         for (const MessageListView* const list : Window().findChildren<MessageListView*>())
             models_.push_back(list->model());

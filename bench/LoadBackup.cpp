@@ -16,12 +16,17 @@ namespace {
 constexpr int Messages = 100'000;
 
 void ShowNoProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
+void IgnoreHash(std::uint64_t /*hash*/) {}
+bool GoOn() {
+    return true;
+}
 
 /// All parts of a console except its window.
 struct Rules : ReceptionOver<SystemClock> {
     explicit Rules(const TemporaryFolder& folder)
-        : Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices) {}
+        : Backup(folder.Path() / "Backup.dat", Received.Syslog.Messages, Boxes, Slices, *Files, Time) {}
 
+    const std::unique_ptr<tallyhorn::Files> Files = MakeFiles();
     MessageBackup Backup;
 };
 
@@ -30,12 +35,12 @@ void IntoListsAndTree(benchmark::State& state) {
     const TemporaryFolder folder;
     {
         Rules rules(folder);
-        rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, ShowNoProgress);
+        rules.Backup.LoadMessageBackup([](std::string_view /*text*/) {}, ShowNoProgress, GoOn);
         DemoFeed feed(1);
         for (int i = 0; i < Messages; ++i)
             rules.ArriveDatagram(feed.NextSyslog().Text);
         rules.Syslog.Close();
-        rules.Backup.SaveMessageBackup();
+        rules.Backup.SaveMessageBackup(IgnoreHash);
     }
     for (auto _ : state) {
         state.PauseTiming();
@@ -46,7 +51,7 @@ void IntoListsAndTree(benchmark::State& state) {
                 rules->Received.RestoreBackupMessage(text, AlarmDate{rules->Time.LocalSeconds()},
                                                      rules->Alarm);
             },
-            ShowNoProgress);
+            ShowNoProgress, GoOn);
         state.PauseTiming();
         if (rules->Received.Syslog.Messages.MessageCount() != Messages)
             state.SkipWithError("messages are missing");

@@ -24,6 +24,10 @@ constexpr int TextCount = 100'000;
 constexpr std::size_t TextSize = 400;
 
 void ShowNoProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
+void IgnoreHash(std::uint64_t /*hash*/) {}
+bool GoOn() {
+    return true;
+}
 
 /// A full store and its backup file, in a temporary folder.
 struct FilledBackup {
@@ -34,17 +38,18 @@ struct FilledBackup {
             Messages.Put(Messages.Grow(), std::move(text));
         }
         WriteBytes(File, "");  // a save fails if there is no file to replace
-        Backup.SaveMessageBackup();
+        Backup.SaveMessageBackup(IgnoreHash);
     }
 
     TemporaryFolder Folder;
     const std::string File = Folder / "Backup.dat";
-    FakeClock Clock;
+    FakeClock Time;
+    const std::unique_ptr<tallyhorn::Files> Files = MakeFiles();
     FakePendingEvents Events;
     FakeMessageBoxes Boxes;
-    TimeSlices Slices{Clock, Events};
+    TimeSlices Slices{Time, Events};
     MessageStore Messages{0};
-    MessageBackup Backup{File, Messages, Boxes, Slices};
+    MessageBackup Backup{File, Messages, Boxes, Slices, *Files, Time};
 };
 
 /// Copies and saves in turn; each replaces the file that it wrote before.  `ratio` is the median time of the
@@ -58,7 +63,7 @@ void SaveBesideCopy(benchmark::State& state) {
     for (auto _ : state) {
         int status = 0;
         copies.push_back(MillisecondsOf([&] { status = std::system(command.c_str()); }));
-        saves.push_back(MillisecondsOf([&] { filled.Backup.SaveMessageBackup(); }));
+        saves.push_back(MillisecondsOf([&] { filled.Backup.SaveMessageBackup(IgnoreHash); }));
         if (status != 0 || !filled.Boxes.Shown.empty())
             state.SkipWithError("a copy or a save failed");
     }
@@ -74,7 +79,7 @@ void Load(benchmark::State& state) {
     std::size_t bytes = 0;
     for (auto _ : state)
         filled.Backup.LoadMessageBackup([&bytes](std::string_view text) { bytes += text.size(); },
-                                        ShowNoProgress);
+                                        ShowNoProgress, GoOn);
     if (bytes != static_cast<std::size_t>(state.iterations()) * TextCount * TextSize)
         state.SkipWithError("texts are missing");
     state.SetItemsProcessed(state.iterations() * TextCount);
@@ -84,7 +89,8 @@ BENCHMARK(Load)->Unit(benchmark::kMillisecond);
 /// Reads all texts in one pass over the file.  For comparison, `ReadAlone` reads the bytes only.
 void ReadTexts(benchmark::State& state) {
     FilledBackup filled;
-    const auto file = OpenInputFile(filled.File);
+    SystemError error;
+    const auto file = OpenInputFile(filled.File, error);
     for (auto _ : state) {
         file->Rewind();
         BackupReader reader(*file);
@@ -101,7 +107,8 @@ BENCHMARK(ReadTexts)->Unit(benchmark::kMillisecond);
 
 void ReadAlone(benchmark::State& state) {
     FilledBackup filled;
-    const auto file = OpenInputFile(filled.File);
+    SystemError error;
+    const auto file = OpenInputFile(filled.File, error);
     std::vector<char> buffer(std::size_t{256} << 10U);
     for (auto _ : state) {
         file->Rewind();

@@ -13,7 +13,7 @@
 namespace tallyhorn {
 namespace {
 
-std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) {
+std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize, bool* damaged = nullptr) {
     MemorySource source(bytes, pieceSize);
     BackupReader reader(source);
     std::vector<std::string> texts;
@@ -25,6 +25,8 @@ std::vector<std::string> ReadAll(std::string_view bytes, std::size_t pieceSize) 
         Require(++steps <= bytes.size());
     }
     Require(source.Left() == 0);
+    if (damaged != nullptr)
+        *damaged = reader.Damaged();
     return texts;
 }
 
@@ -74,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::string file;
     for (const std::string& text : texts)
         file += Record(text);
-    Require(ReadAll(file, pieceSize) == texts);
+    bool damaged = true;
+    Require(ReadAll(file, pieceSize, &damaged) == texts && !damaged);
     return 0;
 }

@@ -21,8 +21,5 @@ public:
 /// Opens a regular file.  Returns null and sets `error` on failure.  Does not block if `path` is a pipe,
 /// which is an error.
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error);
-/// Opens the file, and creates an empty one if it does not exist.  Returns null if that fails or `path` is
-/// not a regular file.  Does not block if `path` is a pipe.
-std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path);
 
 }  // namespace tallyhorn

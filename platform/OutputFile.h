@@ -31,9 +31,4 @@ enum class OldFile { Optional, Required };
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
                                                   OldFile old = OldFile::Optional);
 
-/// Empties an existing file and opens it for writing.  The file keeps its permissions; symbolic links are
-/// followed.  A read-only file in a folder that allows new files is replaced by a new one with its
-/// permissions. Returns null and sets `error` if that fails; a missing file is an error.
-std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, SystemError& error);
-
 }  // namespace tallyhorn

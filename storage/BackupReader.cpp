@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 #include "records/AnsiText.h"
 
@@ -12,11 +13,12 @@ namespace {
 constexpr std::size_t BufferSize = std::size_t{256} << 10U;
 constexpr int LengthsPerCall = 2000;
 
-/// Returns the number that `digits` contains, or 0 if it is negative or `digits` is not a number.
-std::size_t LengthFrom(std::string_view digits) {
+/// Returns the number that `digits` contains, or nothing if it is negative or `digits` is not a number.
+std::optional<std::size_t> LengthFrom(std::string_view digits) {
     std::int32_t length = 0;
-    ReadInt32(digits, length);
-    return static_cast<std::size_t>(std::max(length, 0));
+    if (!ReadInt32(digits, length) || length < 0)
+        return std::nullopt;
+    return static_cast<std::size_t>(length);
 }
 
 }  // namespace
@@ -28,10 +30,12 @@ BackupReader::Step BackupReader::Next(std::string_view& text) {
         const std::string_view digits = Take(BackupLengthDigits);
         if (digits.empty())
             return Step::End;
-        const std::size_t length = LengthFrom(digits);
-        if (length < ShortestBackupText)
+        const std::optional<std::size_t> length = LengthFrom(digits);
+        damaged_ = damaged_ || !length;
+        if (length.value_or(0) < ShortestBackupText)
             continue;
-        text = Take(length);
+        text = Take(*length);
+        damaged_ = damaged_ || text.empty();
         return text.empty() ? Step::End : Step::Text;
     }
     return Step::NotYet;
@@ -42,6 +46,7 @@ BackupReader::Step BackupReader::Next(std::string_view& text) {
 std::string_view BackupReader::Take(std::size_t count) {
     while (end_ - begin_ < count) {
         if (!ReadMore()) {
+            damaged_ = damaged_ || begin_ < end_;
             begin_ = end_;
             return {};
         }

@@ -26,6 +26,10 @@ public:
     /// counts as 0, so the search goes on with the next five bytes.  A text that is cut off at the end of the
     /// file is not returned.
     Step Next(std::string_view& text);
+    /// Returns whether some bytes so far belong to no record, because a length is negative or not a number,
+    /// or because the file ends within a length or a text.  A length below ShortestBackupText alone is no
+    /// damage, since the format permits it; a short text behind it is found as a length that is not a number.
+    bool Damaged() const { return damaged_; }
 
 private:
     std::string_view Take(std::size_t count);
@@ -35,6 +39,7 @@ private:
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    bool damaged_ = false;
 };
 
 }  // namespace tallyhorn

@@ -26,15 +26,20 @@ FileDescriptor OpenToWrite(const fs::path& path, int more, mode_t mode = 0600) {
     return FileDescriptor(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, mode));
 }
 
-/// Returns whether the descriptor is that of a regular file, which then has at most `kept` bytes.
-bool Shorten(int file, std::uint64_t kept) {
+/// Returns whether the descriptor is that of a regular file; if it is not, sets errno.
+bool IsRegular(int file) {
     struct stat status {};
     if (fstat(file, &status) != 0)
         return false;
-    if (!S_ISREG(status.st_mode)) {
-        errno = EOPNOTSUPP;
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EOPNOTSUPP;
+    return S_ISREG(status.st_mode);
+}
+
+/// Removes all bytes after the first `kept` of a regular file.
+bool Shorten(int file, std::uint64_t kept) {
+    struct stat status {};
+    if (!IsRegular(file) || fstat(file, &status) != 0)
         return false;
-    }
     return std::cmp_less_equal(status.st_size, kept) || ftruncate(file, static_cast<off_t>(kept)) == 0;
 }
 
@@ -82,6 +87,8 @@ bool Preserve(const fs::path& path, const fs::path& aside) {
     const FileDescriptor readable(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!readable)
         return RenameToFree(path, aside);
+    if (!IsRegular(readable.Get()))
+        return false;
     if (linkat(AT_FDCWD, path.c_str(), AT_FDCWD, aside.c_str(), AT_SYMLINK_FOLLOW) == 0)
         return true;
     return errno != EEXIST && CopyTo(readable.Get(), aside);

@@ -38,16 +38,11 @@ private:
     bool failed_ = false;
 };
 
-/// Opens the file with the additional flags `more`.  If the file is a pipe, O_NONBLOCK prevents `open` from
-/// waiting for its other end.
-FileDescriptor Open(const std::filesystem::path& path, int more) {
-    return FileDescriptor(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | more, 0600));
-}
-
 }  // namespace
 
 std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error) {
-    FileDescriptor file = Open(path, 0);
+    // If the file is a pipe, O_NONBLOCK prevents `open` from waiting for its other end.
+    FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
     if (file && fstat(file.Get(), &status) == 0) {
         if (S_ISREG(status.st_mode))
@@ -56,12 +51,6 @@ std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, Syst
     }
     error = LastSystemError();
     return nullptr;
-}
-
-std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path) {
-    const FileDescriptor created = Open(path, O_CREAT);
-    SystemError error;
-    return OpenInputFile(path, error);
 }
 
 }  // namespace tallyhorn

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/FileReplacement.h"
@@ -63,31 +62,7 @@ private:
     std::optional<SystemError> failure_;
 };
 
-/// Replaces a file that may not be written by an empty one with the same permissions.
-FileDescriptor ReplaceReadOnly(const std::filesystem::path& path) {
-    std::error_code error;
-    const std::filesystem::path target = std::filesystem::canonical(path, error);
-    struct stat old {};
-    if (error || stat(target.c_str(), &old) != 0 || !S_ISREG(old.st_mode) || unlink(target.c_str()) != 0)
-        return {};
-    FileDescriptor file(open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (file && fchmod(file.Get(), old.st_mode & 0777U) != 0)
-        return {};
-    return file;
-}
-
 }  // namespace
-
-std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, SystemError& error) {
-    FileDescriptor file(open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file && errno == EACCES)
-        file = ReplaceReadOnly(path);
-    if (!file) {
-        error = LastSystemError();
-        return nullptr;
-    }
-    return std::make_unique<LinuxOutputFile>(std::move(file), path);
-}
 
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
                                                   OldFile old) {

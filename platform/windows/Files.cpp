@@ -56,19 +56,24 @@ bool CopyTo(const fs::path& path, const fs::path& aside) {
     return !copy || FlushFileBuffers(copy.Get()) != 0;
 }
 
-bool IsLink(const fs::path& path) {
+bool HasAttribute(const fs::path& path, DWORD attribute) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & attribute) != 0;
 }
 
 /// Does the work of Files::KeepAside.  Returns false and sets the last error on failure.
 bool Preserve(const fs::path& path, const fs::path& aside) {
     const OwnedHandle readable(
         CreateFileW(path.c_str(), GENERIC_READ, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!readable && HasAttribute(path, FILE_ATTRIBUTE_DIRECTORY)) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
+    }
     if (!readable)
         return MoveFileExW(path.c_str(), aside.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
     // CreateHardLink does not follow symbolic links.
-    if (!IsLink(path) && CreateHardLinkW(aside.c_str(), path.c_str(), nullptr) != 0)
+    if (!HasAttribute(path, FILE_ATTRIBUTE_REPARSE_POINT) &&
+        CreateHardLinkW(aside.c_str(), path.c_str(), nullptr) != 0)
         return true;
     return CopyTo(path, aside);
 }

@@ -46,10 +46,12 @@ private:
     bool failed_ = false;
 };
 
-std::unique_ptr<InputFile> Open(const std::filesystem::path& path, DWORD disposition, SystemError& error) {
+}  // namespace
+
+std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error) {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, disposition, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
         if (auto input = std::make_unique<WindowsInputFile>(file); input->IsRegularFile())
             return input;
@@ -57,17 +59,6 @@ std::unique_ptr<InputFile> Open(const std::filesystem::path& path, DWORD disposi
     }
     error = LastSystemError();
     return nullptr;
-}
-
-}  // namespace
-
-std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path, SystemError& error) {
-    return Open(path, OPEN_EXISTING, error);
-}
-
-std::unique_ptr<InputFile> OpenInputFile(const std::filesystem::path& path) {
-    SystemError error;
-    return Open(path, OPEN_ALWAYS, error);
 }
 
 }  // namespace tallyhorn

@@ -33,17 +33,6 @@ private:
 
 }  // namespace
 
-/// TRUNCATE_EXISTING keeps the access control list.  A read-only file is an error, as for DeleteFile.
-std::unique_ptr<OutputFile> EmptyOutputFile(const std::filesystem::path& path, SystemError& error) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, TRUNCATE_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        error = LastSystemError();
-        return nullptr;
-    }
-    return std::make_unique<WindowsOutputFile>(file);
-}
-
 std::unique_ptr<OutputFile> CreateReplacementFile(const std::filesystem::path& path, SystemError& error,
                                                   OldFile old) {
     auto replacement = std::make_unique<WindowsReplacementFile>();

@@ -50,7 +50,8 @@ protected:
                 .Area = area_,
                 .Sound = sound_,
                 .Help = help_,
-                .Names = names_};
+                .Names = names_,
+                .Files = MakeFiles()};
     }
 
     /// Starts a console with the files in `folder_`.

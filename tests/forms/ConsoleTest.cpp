@@ -266,6 +266,16 @@ TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
     const std::string again = ReadBytes(folder_ / "Backup.dat");
     EXPECT_THAT(again, StartsWith(saved)) << "an arrival during the load comes after the restored messages";
     EXPECT_THAT(again, HasSubstr("Alarm Name: new"));
+    console_.reset();
+
+    whileLoading_ = [this] { console_->End(); };
+    watch_.start(0);
+    clock_.PerLook = std::chrono::milliseconds(4);
+    Restart();
+    watch_.stop();
+    EXPECT_TRUE(console_->HasEnded());
+    EXPECT_THAT(seen_.back(), Not(HasSubstr("w"))) << "the end of the session ends the load";
+    EXPECT_EQ(ReadBytes(folder_ / "Backup.dat"), again);
 }
 
 TEST_F(ConsoleTest, StartsWithDamagedFiles) {

@@ -180,6 +180,8 @@ std::optional<SystemError> MemoryFiles::Remove(const std::filesystem::path& path
 
 std::optional<SystemError> MemoryFiles::KeepAside(const std::filesystem::path& path,
                                                   const std::filesystem::path& aside) {
+    if (!Bytes(path) || Bytes(aside))
+        return NoFile;
     return Do(true, [&] {
         names_[aside] = std::make_shared<Content>(*names_.at(path));
         if (Unreadable.contains(path))

@@ -47,19 +47,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool Replace(const fs::path& path, bool empty = false) {
+bool Replace(const fs::path& path, OldFile old = OldFile::Optional) {
     SystemError error;
-    const auto file = empty ? EmptyOutputFile(path, error) : CreateReplacementFile(path, error);
+    const auto file = CreateReplacementFile(path, error, old);
     return file && !file->Write("the ") && !file->Write("content") && !file->Finish();
 }
 
 /// If the rename reached the disk before the content, a power failure could leave an empty file.
 TEST(OutputFileTest, TheContentIsOnTheDiskBeforeTheNameIs) {
     const TemporaryFolder folder;
-    WriteBytes(folder / "emptied", "before");
     calls.clear();
-    EXPECT_TRUE(Replace(folder / "emptied", true));
-    EXPECT_EQ(std::exchange(calls, ""), "sync 11 bytes, sync folder, ");
     const std::string path = folder / "replaced";
     // The first round creates each file, the others replace it.
     for (const gid_t group : {0U, 4242U, 0U}) {
@@ -106,7 +103,7 @@ TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
 }
 
 /// Even a read-only file is saved, since the folder would permit to delete it and create another.
-TEST(OutputFileTest, AnEmptiedFileKeepsItsPermissionsAndItsLink) {
+TEST(OutputFileTest, AReplacedBackupKeepsItsPermissionsAndItsLink) {
     const TemporaryFolder folder;
     fs::permissions(folder.Path(), fs::perms::all);
     const PlainUser user;
@@ -114,13 +111,14 @@ TEST(OutputFileTest, AnEmptiedFileKeepsItsPermissionsAndItsLink) {
     for (const auto mode : {fs::perms{0640}, fs::perms{0444}}) {
         WriteBytes(folder / "file", "before");
         fs::permissions(folder / "file", mode);
-        EXPECT_TRUE(Replace(folder / "link", true));
+        EXPECT_TRUE(Replace(folder / "link", OldFile::Required));
         EXPECT_EQ(ReadBytes(folder / "file"), "the content");
         EXPECT_EQ(fs::status(folder / "file").permissions(), mode);
         EXPECT_TRUE(fs::is_symlink(folder / "link"));
     }
     fs::remove(folder / "file");
-    EXPECT_NE(OpenInputFile(folder / "file"), nullptr);
+    SystemError error;
+    EXPECT_NE(MakeFiles()->OpenToAppend(folder / "file", 0, error), nullptr);
     EXPECT_EQ(fs::status(folder / "file").permissions(), fs::perms{0600}) << "a new backup is private";
 }
 

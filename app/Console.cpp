@@ -23,6 +23,7 @@ namespace {
 constexpr const char* SettingsFileName = "thlisten.ini";
 constexpr const char* FilterFileName = "SavedFilters.dat";
 constexpr const char* BackupFileName = "Backup.dat";
+constexpr const char* JournalFileName = "Journal.dat";
 constexpr const char* HelpFileName = "THListen.CHM";
 
 constexpr std::string_view OneInstanceText =
@@ -38,6 +39,7 @@ constexpr std::string_view PortFailedAfter =
     "Console is being run on a different desktop (e.g. RDP session), or if a different program has already "
     "bound to this port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  "
     "To reconfigure this program to use a different port, click 'Retry.'";
+constexpr std::chrono::milliseconds JournalInterval{100};
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
 /// The time after which the shut-down closes message boxes if perhaps no user is present.
@@ -48,7 +50,6 @@ constexpr std::chrono::seconds UnattendedBox{10};
 Console::Console(const Machine& machine, const std::filesystem::path& folder,
                  const std::filesystem::path& programFolder)
     : machine_(machine),
-      folderLock_(folder),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this), gate_)),
@@ -59,19 +60,19 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       filters_(folder / FilterFileName),
       mailslot_(machine.Mailslots, machine.Time),
       context_{received_, *window_, questions_, slices_, gate_, machine.Time, currentAlarm_},
+      saved_(machine.Files, folder, context_),
       viewFilter_(context_),
       commands_(context_, viewFilter_),
+      timJournal(new QTimer(&wakeTarget_)),
       syslog_(machine.Datagrams, Reception(),
               [this] {
                   QMetaObject::invokeMethod(
                       &wakeTarget_, [this] { arrivals_->HandleDatagrams(); }, Qt::QueuedConnection);
               }),
       cycle_(mailslot_, syslog_, Reception()),
-      backup_(folder / BackupFileName, received_.Syslog.Messages, questions_, slices_, *machine.Files,
-              machine.Time),
       eventViewer_(context_, machine.Programs),
       export_({context_, questions_}, folder,
-              {SettingsFileName, FilterFileName, BackupFileName, FolderLock::FileName}),
+              {SettingsFileName, FilterFileName, BackupFileName, JournalFileName}),
       help_(machine.Help, questions_),
       sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
@@ -85,7 +86,7 @@ Console::~Console() {
 }
 
 bool Console::Start() {
-    if (!machine_.Instance.Acquire() || !folderLock_.Acquire()) {
+    if (!machine_.Instance.Acquire()) {
         questions_.Warn(OneInstanceText);
         return false;
     }
@@ -150,7 +151,7 @@ void Console::LoadMainWindow() {
 }
 
 ReceptionParts Console::Reception() {
-    return {context_, filters_, viewFilter_, static_cast<ArrivalSignals&>(*this)};
+    return {context_, filters_, viewFilter_, static_cast<ArrivalSignals&>(*this), saved_.Arrivals()};
 }
 
 /// Reads the port from the settings file each time, since the user may have changed it.  A failure only sets
@@ -189,18 +190,23 @@ void Console::LoadBackup() {
     Run();
     {
         const Gate::Hold hold(gate_);
-        const auto restore = [this](std::string_view text) {
-            received_.RestoreBackupMessage(text, AlarmDate{machine_.Time.LocalSeconds()}, currentAlarm_);
-        };
-        const MessageBackup::Loaded loaded = backup_.LoadMessageBackup(
-            restore,
+        saved_.StartThreads();
+        loaded_ = saved_.Load(
             [&loading](std::uint64_t done, std::uint64_t total) { loading.ShowProgress(done, total); },
             [this] { return !HasEnded(); });
-        loaded_ = loaded.Complete;
     }
+    QObject::connect(timJournal, &QTimer::timeout, &wakeTarget_, [this] { WorkOnJournal(); });
+    timJournal->start(JournalInterval);
+    cycle_.TakeOver(saved_.TakeArrivals(Channel::NetBios));
+    syslog_.TakeOver(saved_.TakeArrivals(Channel::Syslog));
+    received_.UpdateStatusCounts(received_.NetBios);
     received_.UpdateStatusCounts(received_.Syslog);
     received_.UpdateListViewStatus();
     Run();
+}
+
+void Console::WorkOnJournal() {
+    saved_.Work();
 }
 
 /// Shows the splash in front of the main window without the focus.  Does nothing if a dialog is open.
@@ -260,11 +266,18 @@ void Console::Unload() {
 
 void Console::ShutDown() {
     arrivals_->Stop();
+    timJournal->stop();
     // If no user is present, a message box about a failure must not keep the console from ending.
     if (!attended_)
         QTimer::singleShot(UnattendedBox, &wakeTarget_, [] { frmServer::DismissQuestions(); });
-    mailslot_.Terminate();
-    syslog_.Close();
+    if (loaded_) {
+        mailslot_.Terminate();
+        syslog_.Close();
+    } else {
+        cycle_.HoldWaiting();
+        mailslot_.Terminate();
+        syslog_.CloseUnhandled();
+    }
     sound_.Close();
     tray_->Unload();
     machine_.Help.Close();
@@ -277,7 +290,7 @@ void Console::ShutDown() {
         saving.show();
         Run();
         if (loaded_)
-            backup_.SaveMessageBackup([](std::uint64_t /*hash*/) {});
+            saved_.Save();
         filters_.CloseFilterFile();
         WriteRunSummary(received_, cycle_.ReceivedCount(), syslog_.ReceivedCount());
     }

@@ -17,14 +17,13 @@
 #include "desktop/help/forms/HelpKeys.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
-#include "platform/FolderLock.h"
 #include "platform/TimeSlices.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
 #include "reception/cvbMailslot.h"
-#include "storage/MessageBackup.h"
 #include "storage/MessageExport.h"
+#include "storage/SavedMessages.h"
 #include "views/EventViewer.h"
 #include "views/MessageCommands.h"
 #include "views/forms/frmServer.h"
@@ -32,6 +31,7 @@
 #include "views/messages/ReceivedMessages.h"
 
 class QDialog;
+class QTimer;
 
 namespace tallyhorn {
 
@@ -106,6 +106,7 @@ private:
     void ApplyDateStyle();
     void AskAboutPort();
     void LoadBackup();
+    void WorkOnJournal();
     void ShowSplash();
     void ApplyMessageViews();
     void ApplySettings();
@@ -114,7 +115,6 @@ private:
     void OpenHelp(HelpContext context);
 
     Machine machine_;
-    FolderLock folderLock_;
     PrivateProfile profile_;
     Settings settings_;
     AlarmRecord currentAlarm_;
@@ -128,14 +128,15 @@ private:
     SuppressionFilters filters_;
     cvbMailslot mailslot_;
     const MessageContext context_;
+    SavedMessages saved_;
+    bool loaded_ = false;  ///< whether all saved messages were loaded, so that saving them loses none
     ViewFilter viewFilter_;
     MessageCommands commands_;
     QObject wakeTarget_;  ///< receives queued calls; its destruction cancels them
+    QTimer* timJournal;   ///< owned by `wakeTarget_`
     SyslogEndpoint syslog_;
     ProcessingCycle cycle_;
     ArrivalTimer* arrivals_ = nullptr;  ///< owned by the window
-    MessageBackup backup_;
-    bool loaded_ = false;  ///< whether all saved messages were loaded, so that saving them loses none
     EventViewer eventViewer_;
     MessageExport export_;
     Help help_;

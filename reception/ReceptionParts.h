@@ -2,6 +2,7 @@
 
 #include "filters/SuppressionFilters.h"
 #include "reception/ArrivalSignals.h"
+#include "views/messages/ArrivalJournal.h"
 #include "views/messages/MessageContext.h"
 #include "views/messages/ViewFilterState.h"
 
@@ -12,6 +13,7 @@ struct ReceptionParts : MessageContext {
     SuppressionFilters& Filters;
     const ViewFilterState& ViewFilter;
     ArrivalSignals& Signals;
+    ArrivalJournal& Journal;
 };
 
 }  // namespace tallyhorn

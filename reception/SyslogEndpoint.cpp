@@ -12,6 +12,8 @@ constexpr std::chrono::milliseconds SliceLength{10};
 /// The clock is read only after so many datagrams, because reading it takes a tenth of the time of handling
 /// one.
 constexpr int DatagramsPerLook = 16;
+/// The most bytes of datagrams that wait in a hold outside the DatagramReceiver.
+constexpr std::size_t MostHeld = std::size_t{64} << 20U;
 
 DatagramLosses Sum(DatagramLosses some, const DatagramLosses& more) {
     some.NoRoom += more.NoRoom;
@@ -36,7 +38,7 @@ private:
 
 SyslogEndpoint::SyslogEndpoint(DatagramSockets& sockets, const ReceptionParts& parts,
                                std::function<void()> wake)
-    : sockets_(sockets), parts_(parts), wake_(std::move(wake)) {}
+    : sockets_(sockets), parts_(parts), wake_(std::move(wake)), queue_(parts.Journal) {}
 
 bool SyslogEndpoint::InitializeWinsock(std::int32_t port) {
     StopListening();
@@ -50,6 +52,24 @@ void SyslogEndpoint::Close() {
     const Batch batch(*this);
     HandleQueue();
     FinishBatch();
+}
+
+void SyslogEndpoint::CloseUnhandled() {
+    if (wscSyslog == nullptr)
+        return;
+    wscSyslog->Stop();
+    while (const std::optional<std::string_view> datagram = wscSyslog->Next())
+        parts_.Journal.Hold(Channel::Syslog, *datagram);
+    wscSyslog.reset();
+}
+
+void SyslogEndpoint::TakeOver(std::vector<HeldArrival> arrivals) {
+    for (HeldArrival& arrival : arrivals) {
+        heldBytes_ += arrival.Text.size();
+        held_.push_back(std::move(arrival));
+    }
+    if (!held_.empty())
+        wake_();
 }
 
 /// Closes the UDP port.  Handles the datagrams that have arrived there, or queues them if the gate does not
@@ -66,10 +86,16 @@ void SyslogEndpoint::StopListening() {
 }
 
 bool SyslogEndpoint::HasWaiting() {
-    return wscSyslog != nullptr && wscSyslog->HasWaiting();
+    return !held_.empty() || (wscSyslog != nullptr && wscSyslog->HasWaiting());
 }
 
+/// Moves all waiting datagrams into the queue of the pause.
 void SyslogEndpoint::QueueWaiting() {
+    for (const HeldArrival& arrival : std::exchange(held_, {})) {
+        const HandledArrival handled(parts_.Journal, Channel::Syslog, arrival.Number);
+        queue_.Add(arrival.Text);
+    }
+    heldBytes_ = 0;
     while (const std::optional<std::string_view> datagram = wscSyslog->Next())
         queue_.Add(*datagram);
 }
@@ -78,8 +104,11 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
     if (!HasWaiting() && (queue_.Count() == 0 || parts_.Gate.ProcessingPaused()))
         return Waiting::Nothing;
     const Gate::Answer answer = parts_.Gate.Decide(Gate::Request::Datagrams);
-    if (answer == Gate::Answer::Later)
+    if (answer == Gate::Answer::Later) {
+        if (parts_.Gate.Is(Gate::State::Hold))
+            HoldWaiting();
         return Waiting::Later;
+    }
     if (answer == Gate::Answer::Queue) {
         QueueWaiting();
         TellPort();
@@ -96,9 +125,11 @@ SyslogEndpoint::Waiting SyslogEndpoint::DataArrival() {
 
 /// Handles datagrams for about 10 ms.  Returns whether none are left.
 bool SyslogEndpoint::HandleForASlice() {
+    const Clock::TimePoint end = parts_.Time.Now() + SliceLength;
+    if (!HandleHeld(end))
+        return false;
     if (wscSyslog == nullptr)
         return true;
-    const Clock::TimePoint end = parts_.Time.Now() + SliceLength;
     do {
         for (int i = 0; i < DatagramsPerLook; ++i) {
             const std::optional<std::string_view> datagram = wscSyslog->Next();
@@ -108,6 +139,36 @@ bool SyslogEndpoint::HandleForASlice() {
         }
     } while (parts_.Time.Now() < end);
     return false;
+}
+
+/// Handles the datagrams that arrived in a hold, until `end`.  Returns whether none are left.
+bool SyslogEndpoint::HandleHeld(Clock::TimePoint end) {
+    while (!held_.empty() && parts_.Time.Now() < end) {
+        const HeldArrival arrival = std::move(held_.front());
+        held_.pop_front();
+        heldBytes_ -= arrival.Text.size();
+        Handle(arrival);
+    }
+    return held_.empty();
+}
+
+/// Handles a datagram that the journal holds.
+void SyslogEndpoint::Handle(const HeldArrival& arrival) {
+    const HandledArrival handled(parts_.Journal, Channel::Syslog, arrival.Number);
+    ProcessSyslogMessage(arrival.Text);
+}
+
+/// Gives datagrams that must wait to the journal for about 10 ms, so that a crash during the hold does not
+/// lose them.
+void SyslogEndpoint::HoldWaiting() {
+    const Clock::TimePoint end = parts_.Time.Now() + SliceLength;
+    while (wscSyslog != nullptr && heldBytes_ < MostHeld && parts_.Time.Now() < end) {
+        const std::optional<std::string_view> datagram = wscSyslog->Next();
+        if (!datagram)
+            return;
+        heldBytes_ += datagram->size();
+        held_.push_back({parts_.Journal.Hold(Channel::Syslog, *datagram), std::string(*datagram)});
+    }
 }
 
 void SyslogEndpoint::ProcessQueuedSyslogMessages() {
@@ -125,8 +186,8 @@ void SyslogEndpoint::ProcessQueuedSyslogMessages() {
 }
 
 void SyslogEndpoint::HandleQueue() {
-    for (const std::string& text : queue_.Take()) {
-        ProcessSyslogMessage(text);
+    for (const HeldArrival& arrival : queue_.Take()) {
+        Handle(arrival);
         if (parts_.Slices.LetRun())
             LookAtTheTime();
     }

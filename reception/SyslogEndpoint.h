@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/DatagramSockets.h"
 #include "reception/ReceptionParts.h"
@@ -31,6 +34,11 @@ public:
     }
     /// Stops listening and handles all datagrams that have arrived, including those that a pause has queued.
     void Close();
+    /// Stops listening and leaves all datagrams that have arrived to the journal, which returns them to the
+    /// next run.  For an end before the messages of the previous run have been restored.
+    void CloseUnhandled();
+    /// Adds datagrams that waited when the previous run ended.  They are handled before newer ones.
+    void TakeOver(std::vector<HeldArrival> arrivals);
 
     /// What waits after a call of DataArrival: nothing; more datagrams than the slice could handle; or
     /// datagrams to be handled later, because they arrived during the slice or the gate answers Later.
@@ -52,7 +60,10 @@ private:
     void QueueWaiting();
     void LookAtTheTime();
     bool HandleForASlice();
+    bool HandleHeld(Clock::TimePoint end);
     void HandleQueue();
+    void HoldWaiting();
+    void Handle(const HeldArrival& arrival);
     void ProcessSyslogMessage(std::string_view message);
     void FinishBatch();
     void TellPort();
@@ -62,7 +73,9 @@ private:
     const std::function<void()> wake_;
     std::unique_ptr<DatagramReceiver> wscSyslog;  ///< null if no port is open
     SyslogQueue queue_;
-    AlarmDate now_;  ///< the local time when the batch began or when events last ran in it
+    std::deque<HeldArrival> held_;  ///< datagrams that arrived in a hold, older than those in `wscSyslog`
+    std::size_t heldBytes_ = 0;     ///< the sum of their sizes
+    AlarmDate now_;                 ///< the local time when the batch began or when events last ran in it
     std::uint64_t receivedCount_ = 0;
     DatagramLosses lostBefore_;  ///< the losses at the UDP ports that were open earlier
     std::string toolTip_;

@@ -18,9 +18,10 @@ void SyslogQueue::Add(std::string_view text) {
 void SyslogQueue::Put(std::size_t position, std::string_view text) {
     if (texts_.size() < position)
         texts_.resize(position);
-    std::optional<std::string>& place = texts_[position - 1];
+    std::optional<HeldArrival>& place = texts_[position - 1];
     if (place) {
-        bytes_ -= place->size();
+        const HandledArrival dropped(journal_, Channel::Syslog, place->Number);
+        bytes_ -= place->Text.size();
         place.reset();
         ++lost_;
     }
@@ -28,13 +29,13 @@ void SyslogQueue::Put(std::size_t position, std::string_view text) {
         ++lost_;
         return;
     }
-    place.emplace(text);
+    place = HeldArrival{journal_.Hold(Channel::Syslog, text), std::string(text)};
     bytes_ += text.size();
 }
 
-std::vector<std::string> SyslogQueue::Take() {
-    std::vector<std::string> texts;
-    for (std::optional<std::string>& place : texts_) {
+std::vector<HeldArrival> SyslogQueue::Take() {
+    std::vector<HeldArrival> texts;
+    for (std::optional<HeldArrival>& place : texts_) {
         if (place)
             texts.push_back(std::move(*place));
     }

@@ -94,16 +94,16 @@ void Journal::Clear(Channel channel) {
 void Journal::Record(const JournalRecord& record) {
     if (!recording_)
         return;
-    EncodeRecord(record, body_);
+    if (!handling_)
+        BeginFrame(frame_);
+    EncodeRecord(record, frame_);
     if (!handling_)
         WriteFrame();
 }
 
-/// Writes the records in `body_` as one frame.
+/// Writes the frame that contains the records since the most recent BeginFrame.
 void Journal::WriteFrame() {
-    frame_.clear();
-    AppendFrame(body_, frame_);
-    body_.clear();
+    EndFrame(frame_);
     writer_.Append(frame_);
     bytes_ += frame_.size();
     if (snapshot_ && !snapshot_->Requested) {
@@ -127,12 +127,13 @@ void Journal::TakeOver(Channel channel, const std::vector<HeldArrival>& arrivals
 void Journal::BeginHandling(Channel channel, std::uint64_t number) {
     held_.at(static_cast<std::size_t>(channel)).erase(number);
     handling_ = true;
+    BeginFrame(frame_);
     Record({.Kind = Type::ArrivalHandled, .From = channel, .Sequence = number});
 }
 
 void Journal::EndHandling() {
     handling_ = false;
-    if (!body_.empty())
+    if (recording_)
         WriteFrame();
 }
 
@@ -219,12 +220,11 @@ bool Journal::SnapshotNextMessage() {
 }
 
 void Journal::WriteToSnapshot(const JournalRecord& record) {
-    std::string body;
-    EncodeRecord(record, body);
-    frame_.clear();
-    AppendFrame(body, frame_);
-    writer_.AppendNew(frame_);
-    snapshotBytes_ += frame_.size();
+    BeginFrame(snapshotFrame_);
+    EncodeRecord(record, snapshotFrame_);
+    EndFrame(snapshotFrame_);
+    writer_.AppendNew(snapshotFrame_);
+    snapshotBytes_ += snapshotFrame_.size();
 }
 
 void Journal::EndSnapshot(const JournalWriter::State& state) {

@@ -122,9 +122,9 @@ private:
     bool recording_ = false;
     std::optional<Snapshot> snapshot_;
     Clock::TimePoint nextAttempt_;  ///< of a snapshot after one that failed
-    std::string body_;
-    std::string frame_;
-    bool handling_ = false;  ///< whether records are collected in `body_` until EndHandling
+    std::string frame_;             ///< the frame of the most recent record
+    std::string snapshotFrame_;
+    bool handling_ = false;  ///< whether records are collected in `frame_` until EndHandling
 };
 
 }  // namespace tallyhorn

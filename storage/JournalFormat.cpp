@@ -147,11 +147,16 @@ bool DecodeRecord(std::string_view& body, JournalRecord& record) {
     return false;
 }
 
-void AppendFrame(std::string_view body, std::string& bytes) {
-    bytes.append(JournalMarker);
-    AppendNumber(bytes, static_cast<std::uint32_t>(body.size()));
-    AppendNumber(bytes, FrameCheck(body));
-    bytes.append(body);
+void BeginFrame(std::string& frame) {
+    frame.assign(JournalFrameOverhead, '\0');
+}
+
+void EndFrame(std::string& frame) {
+    const std::string_view body = std::string_view(frame).substr(JournalFrameOverhead);
+    std::string start(JournalMarker);
+    AppendNumber(start, static_cast<std::uint32_t>(body.size()));
+    AppendNumber(start, FrameCheck(body));
+    frame.replace(0, start.size(), start);
 }
 
 std::optional<std::size_t> FrameSize(std::string_view bytes) {

@@ -76,8 +76,10 @@ void EncodeRecord(const JournalRecord& record, std::string& body);
 /// `body` does not begin with a whole record of a known kind and channel.
 bool DecodeRecord(std::string_view& body, JournalRecord& record);
 
-/// Appends a frame with this body to `bytes`.
-void AppendFrame(std::string_view body, std::string& bytes);
+/// Makes `frame` an empty frame, to whose end EncodeRecord appends records.
+void BeginFrame(std::string& frame);
+/// Fills in marker, size and check after the last record.
+void EndFrame(std::string& frame);
 /// Returns the body of the frame at the start of `bytes`, or nothing if there is no whole frame whose check
 /// matches.
 std::optional<std::string_view> FrameBody(std::string_view bytes);

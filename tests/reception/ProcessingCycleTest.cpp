@@ -58,7 +58,7 @@ TEST_F(ProcessingCycleTest, OnlyTheFieldsOfASuppressedTextRemain) {
     EXPECT_EQ(Cycle.ReceivedCount(), 3U);
 }
 
-TEST_F(ProcessingCycleTest, APauseLeavesTextsInTheMailslot) {
+TEST_F(ProcessingCycleTest, APauseGivesTextsToTheJournal) {
     Cycle.PauseCommand();
     EXPECT_TRUE(Display.PauseShown);
     EXPECT_TRUE(Display.Resuming);
@@ -66,14 +66,14 @@ TEST_F(ProcessingCycleTest, APauseLeavesTextsInTheMailslot) {
     for (int i = 0; i < 40'000; ++i)
         Arrive({.Name = "a"});
     Cycle.TimCheckTick();
-    EXPECT_EQ(Engine().Waiting.size(), 40'000U);
+    EXPECT_EQ(Journal.Held.size(), 32'767U) << "the most texts that one poll reads";
+    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 0);
     Cycle.PauseCommand();
     EXPECT_EQ(Display.Panels[StatusPanel::ProcessingStatus], "Status: Processing Messages");
     EXPECT_FALSE(Display.Resuming);
     Cycle.TimCheckTick();
-    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 32'767) << "the most texts that one poll reads";
-    Cycle.TimCheckTick();
     EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 40'000);
+    EXPECT_TRUE(Journal.Held.empty());
 }
 
 TEST_F(ProcessingCycleTest, TheTimerEndsAPauseAtThe121stTick) {

@@ -136,12 +136,13 @@ TEST_F(SyslogEndpointTest, BothChannelsAndTheQueueOfAPauseWaitForADelete) {
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Later);
     Cycle.TimCheckTick();
     EXPECT_EQ(Kept(), 0);
-    EXPECT_EQ(Engine().Waiting.size(), 1U);
+    EXPECT_EQ(Journal.Held.size(), 3U);
     hold.reset();
     EXPECT_EQ(Syslog.DataArrival(), SyslogEndpoint::Waiting::Nothing);
     EXPECT_EQ(Names(), "one two ");
     Cycle.MissedTick();
-    EXPECT_TRUE(Engine().Waiting.empty());
+    EXPECT_TRUE(Journal.Held.empty());
+    EXPECT_EQ(Received.NetBios.Messages.MessageCount(), 1);
     ArriveText("Date: 1/1/2009\r\n");
     Cycle.MissedTick();
     EXPECT_EQ(Engine().Waiting.size(), 1U) << "no poll is missed any more";
@@ -174,26 +175,31 @@ TEST(SyslogQueue, OverwritesFromPositionOneOnceItIsFull) {
     const std::pair<std::size_t, const char*> cases[] = {
         {3, "1"}, {30000, "1"}, {30001, "30001"}, {60000, "30001"}, {60001, "60001"}};
     for (const auto& [count, first] : cases) {
-        SyslogQueue queue;
+        FakeArrivalJournal journal;
+        SyslogQueue queue(journal);
         for (std::size_t i = 1; i <= count; ++i)
             queue.Add(std::to_string(i));
-        const std::vector<std::string> texts = queue.Take();
+        const std::vector<HeldArrival> texts = queue.Take();
         ASSERT_EQ(texts.size(), std::min(count, SyslogQueue::Positions));
-        EXPECT_EQ(texts.front(), first) << count;
-        EXPECT_EQ(texts.back(), std::to_string(texts.size())) << count;
+        EXPECT_EQ(texts.front().Text, first) << count;
+        EXPECT_EQ(texts.back().Text, std::to_string(texts.size())) << count;
+        for (const HeldArrival& arrival : texts)
+            ASSERT_EQ(journal.Held.extract(arrival.Number).mapped(), arrival.Text);
+        EXPECT_TRUE(journal.Held.empty()) << "dropped datagrams do not wait";
         EXPECT_EQ(queue.Count(), 0U);
         EXPECT_EQ(queue.Lost(), count - texts.size());
     }
 }
 
 TEST(SyslogQueue, HoldsNoMoreThanItsLimit) {
-    SyslogQueue queue(100);
+    FakeArrivalJournal journal;
+    SyslogQueue queue(journal, 100);
     for (int i = 0; i < 3; ++i)
         queue.Add(std::string(40, 'x'));
     EXPECT_EQ(queue.Lost(), 1U);
-    EXPECT_EQ(queue.Take(), (std::vector<std::string>{std::string(40, 'x'), std::string(40, 'x')}));
+    EXPECT_EQ(queue.Take().size(), 2U);
     queue.Add(std::string(100, 'y'));
-    EXPECT_EQ(queue.Take().front().size(), 100U) << "Take makes room for as many bytes again";
+    EXPECT_EQ(queue.Take().front().Text.size(), 100U) << "Take makes room for as many bytes again";
     for (int i = 0; i < 40'000; ++i)
         queue.Add(std::string(60, 'z'));
     EXPECT_EQ(queue.Lost(), 40'000U);

@@ -3,6 +3,7 @@
 #include "filters/ViewFilter.h"
 #include "reception/ProcessingCycle.h"
 #include "reception/SyslogEndpoint.h"
+#include "tests/support/FakeArrivalJournal.h"
 #include "tests/support/FakeArrivals.h"
 #include "tests/support/FakeDatagrams.h"
 #include "tests/support/FakeMailslots.h"
@@ -37,11 +38,12 @@ struct ReceptionOver : MessagesOver<ClockType> {
     FakeMailslots Mailslots;
     FakeDatagrams Datagrams;
     FakeSignals Signals;
+    FakeArrivalJournal Journal;
     int Wakes = 0;
     SuppressionFilters Suppression{Folder.Path() / "SavedFilters.dat"};
     ViewFilter Filter{this->Context};
     cvbMailslot Mailslot{Mailslots, this->Time};
-    ReceptionParts Parts{this->Context, Suppression, Filter, Signals};
+    ReceptionParts Parts{this->Context, Suppression, Filter, Signals, Journal};
     SyslogEndpoint Syslog{Datagrams, Parts, [this] { ++Wakes; }};
     ProcessingCycle Cycle{Mailslot, Syslog, Parts};
 };

@@ -1,0 +1,265 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "storage/SavedMessages.h"
+#include "tests/support/MemoryFiles.h"
+#include "tests/support/MessagesInMemory.h"
+#include "tests/support/Notifications.h"
+
+namespace tallyhorn {
+namespace {
+
+using Fault = MemoryFiles::Fault;
+
+/// A message as the user sees it: channel, slot and text.
+using Shown = std::tuple<Channel, Slot, std::string>;
+
+/// Small, so that the journal of a test is replaced by snapshots.
+constexpr std::uint64_t LargeJournal = 3000;
+
+/// What a console holds: its messages in the order in which they were kept, and the waiting arrivals.
+struct Held {
+    std::vector<Shown> Messages;
+    std::vector<std::string> Arrivals;
+    bool operator==(const Held&) const = default;
+};
+
+void PrintTo(const Held& held, std::ostream* stream) {
+    for (const auto& [channel, slot, text] : held.Messages)
+        *stream << (channel == Channel::Syslog ? "syslog " : "mailslot ") << slot << ' '
+                << text.substr(text.find("PC"), 6) << '\n';
+    *stream << held.Arrivals.size() << " arrivals\n";
+}
+
+/// One run of a console without windows.
+struct Run : MessagesInMemory {
+    explicit Run(std::shared_ptr<MemoryFiles> files) : Disk(std::move(files)) {}
+
+    void Load() {
+        ASSERT_TRUE(Saved.Load([](auto, auto) {}, [] { return true; }));
+        for (const Channel channel : {Channel::NetBios, Channel::Syslog}) {
+            for (HeldArrival& arrival : Saved.TakeArrivals(channel))
+                Waiting.emplace_back(channel, std::move(arrival));
+        }
+    }
+    void Keep(Channel channel, int number) {
+        const Notification notification{.Computer = "PC" + std::to_string(number)};
+        if (channel == Channel::Syslog)
+            KeepSyslog(RecordOf(notification));
+        else
+            KeepNetBios(NetBiosText(notification));
+    }
+    void Hold(Channel channel, int number) {
+        const std::string text = std::to_string(number);
+        Waiting.emplace_back(channel, HeldArrival{Saved.Arrivals().Hold(channel, text), text});
+    }
+    void HandleFirst() {
+        const auto [channel, arrival] = Waiting.front();
+        Waiting.pop_front();
+        const HandledArrival handled(Saved.Arrivals(), channel, arrival.Number);
+        Keep(channel, std::stoi(arrival.Text));
+    }
+    /// Deletes the message that was kept first, second and so on among those of the channel.
+    void Delete(Channel channel, std::size_t place) {
+        MessageChannel& messages = Received.In(channel);
+        std::vector<Slot> slots;
+        for (const auto& [from, slot, text] : Now().Messages) {
+            if (from == channel)
+                slots.push_back(slot);
+        }
+        if (slots.empty())
+            return;
+        const Slot slot = slots[place % slots.size()];
+        if (channel == Channel::Syslog)
+            Received.Tree.RemoveLeaves(std::span(&slot, 1));
+        for (MessageList& list : messages.Lists)
+            list.Remove(std::span(&slot, 1));
+        messages.Rows.Remove(slot);
+        messages.Messages.Free(slot);
+    }
+    Held Now() const {
+        std::vector<std::pair<std::uint64_t, Shown>> rows;
+        for (const Channel id : {Channel::NetBios, Channel::Syslog}) {
+            const MessageChannel& channel = Received.In(id);
+            std::vector<std::pair<std::uint64_t, Shown>> some;
+            for (Slot slot = 0; slot < channel.Rows.SlotBound(); ++slot) {
+                if (channel.Rows.Holds(slot))
+                    some.emplace_back(channel.Rows[slot].Arrival,
+                                      Shown(id, slot, channel.Messages.Text(slot)));
+            }
+            std::sort(some.begin(), some.end());
+            rows.insert(rows.end(), some.begin(), some.end());
+        }
+        Held held;
+        for (auto& [arrival, shown] : rows)
+            held.Messages.push_back(shown);
+        for (const auto& [channel, arrival] : Waiting)
+            held.Arrivals.push_back(arrival.Text);
+        std::sort(held.Arrivals.begin(), held.Arrivals.end());
+        return held;
+    }
+
+    std::shared_ptr<MemoryFiles> Disk;
+    std::deque<std::pair<Channel, HeldArrival>> Waiting;
+    SavedMessages Saved{Disk, "folder", Context, LargeJournal};
+};
+
+/// Returns what a console shows that finds these files at its start.
+Held Restored(const std::shared_ptr<MemoryFiles>& files) {
+    Run run(files);
+    run.Load();
+    EXPECT_EQ(run.Received.Tree.LeafCount(),
+              static_cast<std::size_t>(run.Received.Syslog.Messages.MessageCount()));
+    return run.Now();
+}
+
+/// Returns what remains after a normal end: the syslog messages in the order of their slots.
+Held AfterNormalEnd(const Held& held) {
+    std::vector<std::pair<Slot, std::string>> kept;
+    for (const auto& [channel, slot, text] : held.Messages) {
+        if (channel == Channel::Syslog)
+            kept.emplace_back(slot, text);
+    }
+    std::sort(kept.begin(), kept.end());
+    Held after;
+    for (const auto& [slot, text] : kept)
+        after.Messages.emplace_back(Channel::Syslog, static_cast<Slot>(after.Messages.size()), text);
+    return after;
+}
+
+/// A story of two runs of a console.  The first ends normally.  The second keeps, deletes, clears and holds,
+/// writes a snapshot in the middle, and saves at its end.
+class Story {
+public:
+    explicit Story(unsigned seed) : random_(seed) {}
+
+    /// Tells the story until it ends or the fault ends it, and checks what the next start restores.
+    void Tell(Fault kind, int failsAt, int fullFor = 1) {
+        auto files = std::make_shared<MemoryFiles>();
+        {
+            Run first(files);
+            first.Load();
+            for (int i = 0; i < 5; ++i)
+                first.Keep(Channel::Syslog, ++number_);
+            first.Delete(Channel::Syslog, 1);
+            first.Saved.Save();
+        }
+        files->Kind = kind;
+        files->FailsAt = files->Operations + failsAt;
+        files->FullFor = fullFor;
+        const int before = files->Operations;
+        Run run(files);
+        run.Time.PerLook = std::chrono::milliseconds(5);
+        run.Load();
+        Note(run);
+        for (int step = 0; step < Steps && !files->HasStopped(); ++step)
+            Step(run, step);
+        const bool saves = !files->HasStopped();
+        if (saves) {
+            while (!run.Waiting.empty()) {
+                run.HandleFirst();
+                Note(run);
+            }
+            run.Saved.Save();
+        }
+        Operations = files->Operations - before;
+        const Held ended = AfterNormalEnd(states_.back());
+        if (kind == Fault::None) {
+            EXPECT_EQ(Restored(files->AfterPowerFailure(0)), ended);
+            EXPECT_EQ(files->Count(), 1U) << "only the backup file remains";
+            return;
+        }
+        Expect(files->AfterCrash(), delivered_, saves ? &ended : nullptr);
+        for (const double unsynced : {0.0, 0.3, 1.0})
+            Expect(files->AfterPowerFailure(unsynced), synced_, saves ? &ended : nullptr);
+    }
+
+    int Operations = 0;  ///< the number of operations of the second run
+
+private:
+    static constexpr int Steps = 60;
+
+    void Step(Run& run, int step) {
+        const Channel channel = random_() % 3 == 0 ? Channel::NetBios : Channel::Syslog;
+        switch (random_() % 8) {
+            case 0:
+                run.Delete(channel, random_());
+                break;
+            case 1:
+                run.Hold(channel, ++number_);
+                break;
+            case 2:
+                if (!run.Waiting.empty())
+                    run.HandleFirst();
+                break;
+            case 3:
+                if (step % 13 == 0)
+                    run.Received.Clear(run.Received.In(channel));
+                break;
+            default:
+                run.Keep(channel, ++number_);
+        }
+        Note(run);
+        run.Time.Advance(std::chrono::seconds(1));
+        run.Saved.Work();
+        if (random_() % 2 == 0) {
+            run.Saved.Writer().Deliver();
+            if (IsProtected(run))
+                delivered_ = states_.size() - 1;
+        }
+        if (random_() % 5 == 0) {
+            run.Saved.Writer().Sync();
+            if (IsProtected(run))
+                synced_ = delivered_;
+        }
+    }
+
+    static bool IsProtected(const Run& run) { return run.Saved.IsProtected() && !run.Disk->HasStopped(); }
+    void Note(const Run& run) { states_.push_back(run.Now()); }
+
+    /// Expects that the files restore a state that is not older than `oldest`, or `ended`.
+    void Expect(const std::shared_ptr<MemoryFiles>& files, std::size_t oldest, const Held* ended) {
+        const Held restored = Restored(files);
+        const auto first = states_.begin() + static_cast<std::ptrdiff_t>(oldest);
+        const bool known = std::find(first, states_.end(), restored) != states_.end();
+        EXPECT_TRUE(known || (ended != nullptr && restored == *ended))
+            << "restored " << ::testing::PrintToString(restored) << "of "
+            << ::testing::PrintToString(states_.back());
+        // The next start finds the same again.
+        EXPECT_EQ(Restored(files->AfterCrash()), restored);
+    }
+
+    std::mt19937 random_;
+    int number_ = 0;
+    std::vector<Held> states_;   ///< after each change of the second run
+    std::size_t delivered_ = 0;  ///< the index of the last state that the system has
+    std::size_t synced_ = 0;     ///< the index of the last state that the disk has
+};
+
+TEST(SavedMessages, SurviveAFaultAtAnyOperation) {
+    for (unsigned seed = 1; seed <= 3; ++seed) {
+        Story whole(seed);
+        whole.Tell(Fault::None, 0);
+        ASSERT_GT(whole.Operations, 20);
+        for (const Fault kind : {Fault::StopBefore, Fault::StopAfter, Fault::StopWithin, Fault::DiskFull}) {
+            for (int operation = 0; operation < whole.Operations; ++operation) {
+                SCOPED_TRACE("seed " + std::to_string(seed) + ", fault " +
+                             std::to_string(static_cast<int>(kind)) + " at operation " +
+                             std::to_string(operation));
+                Story(seed).Tell(kind, operation, operation % 7 + 1);
+                if (::testing::Test::HasFailure())
+                    return;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tallyhorn

@@ -40,6 +40,12 @@ constexpr std::string_view PortFailedAfter =
     "bound to this port.  If you would like to close this instance of the Listener Console, click 'Cancel'.  "
     "To reconfigure this program to use a different port, click 'Retry.'";
 constexpr std::chrono::milliseconds JournalInterval{100};
+constexpr std::string_view NotProtectedText =
+    "The console cannot write its journal, so that messages would be lost if it ended abnormally.  It tries "
+    "again every ten seconds.  Is the disk full, or the console's folder read-only?";
+constexpr std::string_view DamagedText =
+    "Some messages of the previous run could not be read.  The damaged file is kept in the console's folder; "
+    "its name contains \"damaged\".";
 constexpr std::string_view CloseQuestion = "Are you sure you wish to close the console?";
 
 /// The time after which the shut-down closes message boxes if perhaps no user is present.
@@ -195,6 +201,8 @@ void Console::LoadBackup() {
             [&loading](std::uint64_t done, std::uint64_t total) { loading.ShowProgress(done, total); },
             [this] { return !HasEnded(); });
     }
+    if (saved_.FoundDamage())
+        window_->ShowNotice(Notice::DamagedBackup, DamagedText);
     QObject::connect(timJournal, &QTimer::timeout, &wakeTarget_, [this] { WorkOnJournal(); });
     timJournal->start(JournalInterval);
     cycle_.TakeOver(saved_.TakeArrivals(Channel::NetBios));
@@ -207,6 +215,7 @@ void Console::LoadBackup() {
 
 void Console::WorkOnJournal() {
     saved_.Work();
+    window_->ShowNotice(Notice::NotProtected, saved_.IsProtected() ? "" : NotProtectedText);
 }
 
 /// Shows the splash in front of the main window without the focus.  Does nothing if a dialog is open.

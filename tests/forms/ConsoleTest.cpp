@@ -2,7 +2,9 @@
 
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QTabBar>
+#include <QToolTip>
 
 #include "tests/forms/ConsoleFixture.h"
 #include "tests/forms/ControlChecks.h"
@@ -276,6 +278,33 @@ TEST_F(ConsoleOrderTest, StartsAndEndsInOrderAndLosesNothing) {
     EXPECT_TRUE(console_->HasEnded());
     EXPECT_THAT(seen_.back(), Not(HasSubstr("w"))) << "the end of the session ends the load";
     EXPECT_EQ(ReadBytes(folder_ / "Backup.dat"), again);
+}
+
+TEST_F(ConsoleTest, ADamagedBackupIsANoticeUntilTheUserLooksAtIt) {
+    WriteBytes(folder_ / "Backup.dat", "00020" + std::string(20, 'x') + "damage");
+    Start();
+    auto* const notice = Find<QPushButton>("cmdNotice");
+    QWidget* const bar = notice->parentWidget();
+    const int height = bar->height();
+    EXPECT_EQ(notice->text(), "Damaged backup");
+    EXPECT_THAT(notice->accessibleDescription().toStdString(), HasSubstr("could not be read"));
+    EXPECT_EQ(boxes_.Shown, std::vector<std::string>());
+    console_->Window().activateWindow();
+    AWAIT(console_->Window().isActiveWindow());
+    notice->setFocus(Qt::TabFocusReason);
+    ExpectSoundControls(console_->Window());
+    ServerDisplay& display = console_->Window();
+    display.ShowNotice(Notice::NotProtected, "details");
+    EXPECT_EQ(notice->text(), "Not protected") << "the more urgent one";
+    QTest::keyClick(notice, Qt::Key_Return);
+    EXPECT_EQ(QToolTip::text(), "details");
+    EXPECT_EQ(notice->text(), "Not protected") << "it stays until it is solved";
+    display.ShowNotice(Notice::NotProtected, "");
+    EXPECT_EQ(notice->text(), "Damaged backup");
+    QTest::keyClick(notice, Qt::Key_Return);
+    EXPECT_FALSE(notice->isVisible());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(bar->height(), height) << "the status bar is not higher with a notice";
 }
 
 TEST_F(ConsoleTest, StartsWithDamagedFiles) {

@@ -25,6 +25,7 @@ public:
     }
     void ShowPanel(StatusPanel panel, std::string_view text) override { Panels[panel] = text; }
     void ShowPanelToolTip(StatusPanel panel, std::string_view text) override { ToolTips[panel] = text; }
+    void ShowNotice(Notice notice, std::string_view details) override { Notices[notice] = details; }
     void EnableView(ViewNumber view, bool enabled) override {
         Enabled.at(static_cast<std::size_t>(view)) = enabled;
     }
@@ -45,6 +46,7 @@ public:
     std::optional<MessagePage> HiddenPage;
     std::map<ViewNumber, std::int32_t> Selected;  ///< the selected slot of each list
     std::map<StatusPanel, std::string> Panels, ToolTips;
+    std::map<Notice, std::string> Notices;  ///< the details of each
     std::array<bool, ConsolidatedView + 1> Enabled{};
     std::vector<std::string> ListCalls;
     std::vector<std::string> ActiveCalls;  ///< of BringToFront and ShowActiveView

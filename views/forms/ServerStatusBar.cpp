@@ -9,6 +9,7 @@
 
 #include "ui/AnsiString.h"
 #include "ui/Controls.h"
+#include "views/forms/NoticeButton.h"
 
 namespace tallyhorn {
 namespace {
@@ -36,6 +37,8 @@ ServerStatusBar::ServerStatusBar(QMainWindow& window, Gate& gate) : gate_(gate) 
     pgbWork->setMaximumHeight(window.fontMetrics().height());
     pgbWork->hide();
     bar->addPermanentWidget(pgbWork);
+    cmdNotice = new NoticeButton(&window);
+    bar->addPermanentWidget(cmdNotice);
     bar->setObjectName(QStringLiteral("stbMain"));
     ShowPanel(StatusPanel::ProcessingStatus, "Status: Processing Messages");
 }
@@ -46,6 +49,10 @@ void ServerStatusBar::ShowPanel(StatusPanel panel, std::string_view text) {
 
 void ServerStatusBar::ShowPanelToolTip(StatusPanel panel, std::string_view text) {
     stbMain.at(static_cast<std::size_t>(panel) - 1)->setToolTip(ToQString(text));
+}
+
+void ServerStatusBar::ShowNotice(Notice notice, std::string_view details) {
+    cmdNotice->ShowNotice(notice, ToQString(details));
 }
 
 void ServerStatusBar::BeginWork() {

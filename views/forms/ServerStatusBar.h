@@ -15,15 +15,19 @@ class QProgressBar;
 
 namespace tallyhorn {
 
-/// Fills the main window's status bar with its three panels and a progress bar, and shows the wait cursor
-/// during long work.  During such work it keeps the gate in the state Gate::Work.  The window owns the
-/// controls and must outlive this object.
+class NoticeButton;
+
+/// Fills the main window's status bar with its three panels, a progress bar and the notice, and shows the
+/// wait cursor during long work.  During such work it keeps the gate in the state Gate::Work.  The window
+/// owns the controls and must outlive this object.
 class ServerStatusBar {
 public:
     ServerStatusBar(QMainWindow& window, Gate& gate);
 
     void ShowPanel(StatusPanel panel, std::string_view text);
     void ShowPanelToolTip(StatusPanel panel, std::string_view text);
+
+    void ShowNotice(Notice notice, std::string_view details);
 
     void BeginWork();
     void ShowProgress(std::uint64_t done, std::uint64_t total);
@@ -35,6 +39,7 @@ private:
     QElapsedTimer sinceBegin_;
     std::array<QLabel*, 3> stbMain{};
     QProgressBar* pgbWork = nullptr;
+    NoticeButton* cmdNotice = nullptr;
 };
 
 }  // namespace tallyhorn

@@ -75,6 +75,7 @@ public:
     }
     void EnableView(ViewNumber view, bool enabled) override { pages_->EnableView(view, enabled); }
     void ShowView(ViewNumber view, bool shown) override { pages_->ShowView(view, shown); }
+    void ShowNotice(Notice notice, std::string_view details) override { status_.ShowNotice(notice, details); }
     void BeginWork() override { status_.BeginWork(); }
     void ShowProgress(std::uint64_t done, std::uint64_t total) override { status_.ShowProgress(done, total); }
     void EndWork() override { status_.EndWork(); }

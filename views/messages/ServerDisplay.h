@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -7,6 +8,12 @@
 #include "views/messages/Channels.h"
 
 namespace tallyhorn {
+
+/// What the main window shows at the right end of the status bar, with the most urgent first: messages would
+/// be lost in a crash (until that has changed); some saved messages could not be read (until the user has
+/// looked at it).
+enum class Notice { NotProtected, DamagedBackup };
+constexpr std::size_t NoticeCount = 2;
 
 /// The port to the main window.  No function runs pending events.
 class ServerDisplay {
@@ -30,6 +37,8 @@ public:
 
     virtual void ShowPanel(StatusPanel panel, std::string_view text) = 0;
     virtual void ShowPanelToolTip(StatusPanel panel, std::string_view text) = 0;
+    /// Shows the notice, or removes it if `details` is empty.  The details explain it to the user.
+    virtual void ShowNotice(Notice notice, std::string_view details) = 0;
     /// Enables or disables a list or the tree; a disabled list has the colour of a button's face.
     virtual void EnableView(ViewNumber view, bool enabled) = 0;
     /// Shows a list or the tree, or hides it while much of it is removed.

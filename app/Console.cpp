@@ -56,6 +56,7 @@ constexpr std::chrono::seconds UnattendedBox{10};
 Console::Console(const Machine& machine, const std::filesystem::path& folder,
                  const std::filesystem::path& programFolder)
     : machine_(machine),
+      folderLock_(folder),
       profile_(machine.Profiles, machine.Time),
       slices_(machine.Time, *this),
       window_(std::make_unique<frmServer>(static_cast<ServerLifetime&>(*this), gate_)),
@@ -78,7 +79,7 @@ Console::Console(const Machine& machine, const std::filesystem::path& folder,
       cycle_(mailslot_, syslog_, Reception()),
       eventViewer_(context_, machine.Programs),
       export_({context_, questions_}, folder,
-              {SettingsFileName, FilterFileName, BackupFileName, JournalFileName}),
+              {SettingsFileName, FilterFileName, BackupFileName, JournalFileName, FolderLock::FileName}),
       help_(machine.Help, questions_),
       sound_(profile_, settings_, machine.Time, machine.Sound, {folder, programFolder}),
       helpKeys_([this](HelpContext context) { OpenHelp(context); }) {
@@ -92,7 +93,7 @@ Console::~Console() {
 }
 
 bool Console::Start() {
-    if (!machine_.Instance.Acquire()) {
+    if (!machine_.Instance.Acquire() || !folderLock_.Acquire()) {
         questions_.Warn(OneInstanceText);
         return false;
     }

@@ -17,6 +17,7 @@
 #include "desktop/help/forms/HelpKeys.h"
 #include "filters/SuppressionFilters.h"
 #include "filters/ViewFilter.h"
+#include "platform/FolderLock.h"
 #include "platform/TimeSlices.h"
 #include "reception/ArrivalSignals.h"
 #include "reception/ProcessingCycle.h"
@@ -115,6 +116,7 @@ private:
     void OpenHelp(HelpContext context);
 
     Machine machine_;
+    FolderLock folderLock_;
     PrivateProfile profile_;
     Settings settings_;
     AlarmRecord currentAlarm_;

@@ -193,8 +193,12 @@ TEST_F(ConsoleTest, WarnsOfASecondInstanceAndOfAMissingMailslot) {
     EXPECT_FALSE(Console(Machine(second), folder_.Path(), folder_.Path()).Start());
     EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("Only one instance")));
     InstanceLock third(InstanceName() + "2", folder_ / "locks");
+    EXPECT_FALSE(Console(Machine(third), folder_.Path(), folder_.Path()).Start());
+    EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("Only one instance"), HasSubstr("Only one instance")))
+        << "another session's console may not use the same folder";
     boxes_.Shown.clear();
-    Console withoutMailslot(Machine(third), folder_.Path(), folder_.Path());
+    const TemporaryFolder elsewhere;
+    Console withoutMailslot(Machine(third), elsewhere.Path(), elsewhere.Path());
     EXPECT_TRUE(withoutMailslot.Start());
     EXPECT_THAT(boxes_.Shown, ElementsAre(HasSubstr("no mailslot messages will be received")));
     withoutMailslot.End();

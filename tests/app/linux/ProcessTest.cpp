@@ -1,3 +1,4 @@
+#include "platform/FolderLock.h"
 #include "tests/app/linux/ConsoleProcess.h"
 
 namespace tallyhorn {
@@ -29,6 +30,22 @@ TEST_F(ProcessTest, ASecondConsoleOnlySaysSo) {
     EXPECT_TRUE(std::filesystem::is_empty(elsewhere.Path())) << "it writes no settings and no filters";
     kill(first, SIGTERM);
     EXPECT_EQ(ExitStatus(first), 0);
+}
+
+TEST_F(ProcessTest, AKilledConsoleLeavesTheFolderFree) {
+    const pid_t first = StartConsole();
+    const auto isRefused = [this] {
+        FolderLock lock(folder_.Path());
+        return !lock.Acquire();
+    };
+    EXPECT_TRUE(Eventually(isRefused));
+    kill(first, SIGKILL);
+    ExitStatus(first);
+    EXPECT_FALSE(isRefused());
+    const pid_t second = StartConsole();
+    EXPECT_TRUE(Eventually(isRefused)) << "the lock file that was left is no obstacle";
+    kill(second, SIGTERM);
+    EXPECT_EQ(ExitStatus(second), 0);
 }
 
 TEST_F(ProcessTest, BadArgumentsEndWithALineAndStatusTwo) {

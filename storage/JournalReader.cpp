@@ -6,7 +6,7 @@
 namespace tallyhorn {
 namespace {
 
-constexpr std::size_t ReadSize = std::size_t{256} << 10U;
+constexpr std::size_t ReadSize = std::size_t{64} << 10U;
 
 }  // namespace
 

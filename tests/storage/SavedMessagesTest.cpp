@@ -244,7 +244,7 @@ private:
 };
 
 TEST(SavedMessages, SurviveAFaultAtAnyOperation) {
-    for (unsigned seed = 1; seed <= 3; ++seed) {
+    for (unsigned seed = 1; seed <= 2; ++seed) {
         Story whole(seed);
         whole.Tell(Fault::None, 0);
         ASSERT_GT(whole.Operations, 20);
@@ -259,6 +259,29 @@ TEST(SavedMessages, SurviveAFaultAtAnyOperation) {
             }
         }
     }
+}
+
+TEST(JournalWriter, WritesAndSyncsOnItsThreads) {
+    auto files = std::make_shared<MemoryFiles>();
+    JournalWriter writer(files, "journal");
+    writer.Start();
+    writer.Open(0);
+    std::string expected;
+    for (int i = 0; i < 1000; ++i) {
+        const std::string bytes = std::to_string(i);
+        writer.Append(bytes);
+        expected += bytes;
+        if (i == 500) {
+            writer.BeginNew("new ");
+            writer.AppendNew("file ");
+            writer.CommitNew();
+            expected = "new file ";
+        }
+    }
+    ASSERT_TRUE(writer.Flush(std::chrono::seconds(20)));
+    EXPECT_EQ(files->AfterPowerFailure(0)->Bytes("journal"), expected);
+    EXPECT_EQ(writer.CurrentState().Committed, 1U);
+    EXPECT_FALSE(files->Bytes("journal.new"));
 }
 
 }  // namespace

@@ -73,6 +73,7 @@ private:
 
 template <typename Effect>
 std::optional<SystemError> MemoryFiles::Do(bool needsRoom, Effect effect) {
+    const std::lock_guard lock(mutex_);
     if (stopped_)
         return NoRoom;
     const int operation = Operations++;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -68,6 +69,7 @@ private:
     std::optional<SystemError> Do(bool needsRoom, Effect effect);
     std::optional<SystemError> Write(Content& content, std::string_view bytes);
 
+    std::mutex mutex_;
     Names names_;
     bool stopped_ = false;
     bool within_ = false;  ///< whether the process ends within the current operation

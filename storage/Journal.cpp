@@ -10,11 +10,18 @@ constexpr std::chrono::seconds LongestSync{10};
 constexpr std::chrono::seconds LongestSnapshot{60};
 /// The clock is read only after so many slots of a snapshot.
 constexpr int SlotsPerLook = 4;
-/// The number of an arrival is the second in which the console started, shifted by so many bits, plus a
-/// count. Therefore it differs from the numbers of earlier runs, which the journal may still hold.
-constexpr unsigned ArrivalBits = 24;
 
 using Type = JournalRecord::Type;
+
+/// Returns a number for the first arrival that earlier runs have not used, because the journal may still hold
+/// their arrivals: the time at which the console started, in units of 64 nanoseconds.
+std::uint64_t FirstArrival(const Clock& clock) {
+    constexpr std::uint64_t NanosecondsPerUnit = 64;
+    constexpr std::uint64_t UnitsPerSecond = 1'000'000'000 / NanosecondsPerUnit;
+    const std::chrono::nanoseconds within = clock.Now().time_since_epoch() % std::chrono::seconds(1);
+    return static_cast<std::uint64_t>(clock.LocalSeconds()) * UnitsPerSecond +
+           static_cast<std::uint64_t>(within.count()) / NanosecondsPerUnit;
+}
 
 std::uint64_t FrameBytes(const JournalRecord& record) {
     return JournalFrameOverhead + EncodedSize(record);
@@ -29,7 +36,7 @@ Journal::Journal(JournalWriter& writer, ReceivedMessages& received, const Clock&
       clock_(clock),
       largeJournal_(largeJournal),
       hooks_{Hook(*this, Channel::NetBios), Hook(*this, Channel::Syslog)},
-      firstArrival_(static_cast<std::uint64_t>(clock.LocalSeconds()) << ArrivalBits),
+      firstArrival_(FirstArrival(clock)),
       nextArrival_(firstArrival_) {
     for (std::size_t channel = 0; channel < ChannelCount; ++channel)
         received_.In(static_cast<Channel>(channel)).Messages.SetObserver(&hooks_.at(channel));
@@ -115,17 +122,24 @@ void Journal::WriteFrame() {
 std::uint64_t Journal::Hold(Channel channel, std::string_view text) {
     const std::uint64_t number = nextArrival_++;
     held_.at(static_cast<std::size_t>(channel)).emplace(number, text);
+    heldBytes_ += text.size();
     Record({.Kind = Type::ArrivalHeld, .From = channel, .Sequence = number, .Text = text});
     return number;
 }
 
 void Journal::TakeOver(Channel channel, const std::vector<HeldArrival>& arrivals) {
-    for (const HeldArrival& arrival : arrivals)
+    for (const HeldArrival& arrival : arrivals) {
         held_.at(static_cast<std::size_t>(channel)).emplace(arrival.Number, arrival.Text);
+        heldBytes_ += arrival.Text.size();
+    }
 }
 
 void Journal::BeginHandling(Channel channel, std::uint64_t number) {
-    held_.at(static_cast<std::size_t>(channel)).erase(number);
+    auto& held = held_.at(static_cast<std::size_t>(channel));
+    if (const auto found = held.find(number); found != held.end()) {
+        heldBytes_ -= found->second.size();
+        held.erase(found);
+    }
     handling_ = true;
     BeginFrame(frame_);
     Record({.Kind = Type::ArrivalHandled, .From = channel, .Sequence = number});
@@ -145,7 +159,7 @@ std::uint64_t& Journal::SequenceOf(Channel channel, Slot slot) {
 }
 
 std::uint64_t Journal::LiveBytes() const {
-    std::uint64_t sum = 0;
+    std::uint64_t sum = heldBytes_;
     for (const std::uint64_t bytes : liveBytes_)
         sum += bytes;
     return sum;

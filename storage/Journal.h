@@ -113,6 +113,7 @@ private:
     std::array<ChunkedArray<std::uint64_t>, ChannelCount> sequences_;  ///< indexed by channel and slot
     std::array<std::uint64_t, ChannelCount> liveBytes_{};  ///< that the channel takes in a snapshot
     std::array<std::map<std::uint64_t, std::string>, ChannelCount> held_;  ///< the waiting arrivals
+    std::uint64_t heldBytes_ = 0;       ///< the sum of the sizes of the waiting arrivals
     const std::uint64_t firstArrival_;  ///< the number of the first arrival of this run
     std::uint64_t nextArrival_;
     std::uint64_t nextSequence_ = 0;

@@ -39,8 +39,10 @@ void PrintTo(const Held& held, std::ostream* stream) {
 }
 
 /// One run of a console without windows.
-struct Run : MessagesInMemory {
-    explicit Run(std::shared_ptr<MemoryFiles> files) : Disk(std::move(files)) {}
+struct OneRun : MessagesInMemory {
+    /// Each run starts a second after the previous one.
+    explicit OneRun(std::shared_ptr<MemoryFiles> files)
+        : Disk(std::move(files)), Started(Time.Local += ++Starts) {}
 
     void Load() {
         ASSERT_TRUE(Saved.Load([](auto, auto) {}, [] { return true; }));
@@ -106,14 +108,16 @@ struct Run : MessagesInMemory {
         return held;
     }
 
+    static inline std::int64_t Starts = 0;
     std::shared_ptr<MemoryFiles> Disk;
+    const std::int64_t Started;
     std::deque<std::pair<Channel, HeldArrival>> Waiting;
     SavedMessages Saved{Disk, "folder", Context, LargeJournal};
 };
 
 /// Returns what a console shows that finds these files at its start.
 Held Restored(const std::shared_ptr<MemoryFiles>& files) {
-    Run run(files);
+    OneRun run(files);
     run.Load();
     EXPECT_EQ(run.Received.Tree.LeafCount(),
               static_cast<std::size_t>(run.Received.Syslog.Messages.MessageCount()));
@@ -144,7 +148,7 @@ public:
     void Tell(Fault kind, int failsAt, int fullFor = 1) {
         auto files = std::make_shared<MemoryFiles>();
         {
-            Run first(files);
+            OneRun first(files);
             first.Load();
             for (int i = 0; i < 5; ++i)
                 first.Keep(Channel::Syslog, ++number_);
@@ -155,7 +159,7 @@ public:
         files->FailsAt = files->Operations + failsAt;
         files->FullFor = fullFor;
         const int before = files->Operations;
-        Run run(files);
+        OneRun run(files);
         run.Time.PerLook = std::chrono::milliseconds(5);
         run.Load();
         Note(run);
@@ -186,7 +190,7 @@ public:
 private:
     static constexpr int Steps = 60;
 
-    void Step(Run& run, int step) {
+    void Step(OneRun& run, int step) {
         const Channel channel = random_() % 3 == 0 ? Channel::NetBios : Channel::Syslog;
         switch (random_() % 8) {
             case 0:
@@ -221,8 +225,8 @@ private:
         }
     }
 
-    static bool IsProtected(const Run& run) { return run.Saved.IsProtected() && !run.Disk->HasStopped(); }
-    void Note(const Run& run) { states_.push_back(run.Now()); }
+    static bool IsProtected(const OneRun& run) { return run.Saved.IsProtected() && !run.Disk->HasStopped(); }
+    void Note(const OneRun& run) { states_.push_back(run.Now()); }
 
     /// Expects that the files restore a state that is not older than `oldest`, or `ended`.
     void Expect(const std::shared_ptr<MemoryFiles>& files, std::size_t oldest, const Held* ended) {
@@ -258,6 +262,96 @@ TEST(SavedMessages, SurviveAFaultAtAnyOperation) {
                     return;
             }
         }
+    }
+}
+
+/// A console that was killed while it held messages of both channels, some of them from the backup file, and
+/// an arrival.
+struct Killed {
+    Killed() {
+        {
+            OneRun first(Disk);
+            first.Load();
+            for (int i = 1; i <= 3; ++i)
+                first.Keep(Channel::Syslog, i);
+            first.Saved.Save();
+        }
+        OneRun run(Disk);
+        run.Load();
+        run.Delete(Channel::Syslog, 0);
+        for (int i = 4; i <= 8; ++i)
+            run.Keep(i % 2 == 0 ? Channel::Syslog : Channel::NetBios, i);
+        run.Hold(Channel::Syslog, 9);
+        run.Saved.Writer().Deliver();
+        Before = run.Now();
+    }
+
+    std::shared_ptr<MemoryFiles> Disk = std::make_shared<MemoryFiles>();
+    Held Before;
+};
+
+TEST(SavedMessages, AreAllThereAfterAMissingBackupAtTheSave) {
+    Killed killed;
+    {
+        OneRun run(killed.Disk);
+        run.Load();
+        killed.Disk->Remove("folder/Backup.dat");
+        run.Saved.Save();
+        EXPECT_EQ(run.Boxes.Shown.size(), 1U);
+    }
+    EXPECT_EQ(Restored(killed.Disk), killed.Before);
+}
+
+TEST(SavedMessages, StayInTheFilesIfTheLoadEndsEarly) {
+    for (int allowed = 0; allowed < 12; ++allowed) {
+        Killed killed;
+        {
+            OneRun run(killed.Disk);
+            int asked = 0;
+            run.Saved.Load([](auto, auto) {}, [&] { return ++asked <= allowed; });
+            run.Saved.Arrivals().Hold(Channel::NetBios, "99");
+            run.Saved.Writer().Deliver();
+        }
+        OneRun next(killed.Disk);
+        next.Load();
+        const Held held = next.Now();
+        EXPECT_EQ(held.Messages, killed.Before.Messages) << allowed;
+        EXPECT_EQ(held.Arrivals, (std::vector<std::string>{"9", "99"})) << allowed;
+    }
+}
+
+TEST(SavedMessages, FollowThoseOfAnotherBackupFile) {
+    Killed killed;
+    auto other = std::make_shared<MemoryFiles>();
+    {
+        OneRun run(other);
+        run.Load();
+        run.Keep(Channel::Syslog, 77);
+        run.Saved.Save();
+    }
+    killed.Disk->Put("folder/Backup.dat", *other->Bytes("folder/Backup.dat"));
+    const Held held = Restored(killed.Disk);
+    ASSERT_EQ(held.Messages.size(), 6U)
+        << "two by mailslot, one of the other file, three kept since the start";
+    EXPECT_NE(std::get<std::string>(held.Messages[2]).find("PC77"), std::string::npos);
+    EXPECT_EQ(Restored(killed.Disk->AfterCrash()), held);
+}
+
+TEST(SavedMessages, ThatCanBeReadAreRestoredFromADamagedJournal) {
+    const std::size_t size = Killed().Disk->Bytes("folder/Journal.dat")->size();
+    for (std::size_t offset = 0; offset < size; offset += 7) {
+        Killed killed;
+        std::string bytes = *killed.Disk->Bytes("folder/Journal.dat");
+        bytes[offset] = static_cast<char>(bytes[offset] ^ 0x10);
+        killed.Disk->Put("folder/Journal.dat", bytes);
+        OneRun run(killed.Disk);
+        run.Load();
+        EXPECT_TRUE(run.Saved.FoundDamage() || offset > size - 100) << offset;
+        const std::size_t kept = run.Now().Messages.size();
+        EXPECT_GE(kept, offset < JournalHeaderSize ? 3U : killed.Before.Messages.size() - 1) << offset;
+        EXPECT_LE(kept, killed.Before.Messages.size() + 1) << offset;
+        EXPECT_EQ(killed.Disk->Count(), run.Saved.FoundDamage() ? 3U : 2U)
+            << "the damaged journal is kept aside";
     }
 }
 

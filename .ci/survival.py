@@ -75,9 +75,15 @@ def keys(*names):
 
 
 def answer_yes(*names):
-    """Presses keys that open a question, and answers it with Yes."""
-    keys(*names)
-    wait_for(15, lambda: windows() == 2, "no question after the keys " + " ".join(names))
+    """Presses keys that open a question, and answers it with Yes.  Keys pressed while a window opens may be lost."""
+    end = time.monotonic() + 30
+    while windows() < 2:
+        if time.monotonic() > end:
+            raise Failure("no question after the keys " + " ".join(names))
+        keys(*names)
+        for _ in range(60):
+            if windows() < 2:
+                time.sleep(0.1)
     keys("alt+y")
     wait_for(15, lambda: windows() < 2, "the question does not close")
 

@@ -73,7 +73,8 @@ std::optional<SystemError> KeepDamagedFile(Files& files, const fs::path& file, c
     const fs::path first = aside;
     for (int i = 2; std::find(earlier.begin(), earlier.end(), aside) != earlier.end(); ++i) {
         aside = first;
-        aside += "-" + std::to_string(i);
+        aside += '-';
+        aside += std::to_string(i);
     }
     return files.KeepAside(file, aside);
 }

@@ -378,5 +378,29 @@ TEST(JournalWriter, WritesAndSyncsOnItsThreads) {
     EXPECT_FALSE(files->Bytes("journal.new"));
 }
 
+TEST(JournalWriter, NeverWaitsForADiskThatDoesNotAnswer) {
+    auto files = std::make_shared<MemoryFiles>();
+    JournalWriter writer(files, "journal");
+    writer.Start();
+    writer.Open(0);
+    ASSERT_TRUE(writer.Flush(std::chrono::seconds(20)));
+    const std::string megabyte(std::size_t{1} << 20U, 'x');
+    {
+        const auto hanging = files->Hang();
+        for (int i = 0; i < 100; ++i)
+            writer.Append(megabyte);
+        EXPECT_TRUE(writer.CurrentState().Failed) << "more than MostPending bytes wait";
+        EXPECT_LE(writer.CurrentState().Pending, JournalWriter::MostPending);
+        EXPECT_FALSE(writer.Flush(std::chrono::milliseconds(50)));
+    }
+    ASSERT_TRUE(writer.Flush(std::chrono::seconds(20)));
+    EXPECT_TRUE(writer.CurrentState().Failed) << "bytes are missing in the middle";
+    writer.BeginNew("all messages");
+    writer.CommitNew();
+    ASSERT_TRUE(writer.Flush(std::chrono::seconds(20)));
+    EXPECT_FALSE(writer.CurrentState().Failed);
+    EXPECT_EQ(files->Bytes("journal"), "all messages");
+}
+
 }  // namespace
 }  // namespace tallyhorn

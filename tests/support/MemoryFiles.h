@@ -30,6 +30,9 @@ public:
     /// Files that may not be read.
     std::set<std::filesystem::path> Unreadable;
 
+    /// Makes operations wait until the lock is destroyed, as those of a disk that does not answer do.
+    std::unique_lock<std::mutex> Hang() { return std::unique_lock(mutex_); }
+
     bool HasStopped() const { return stopped_; }
     /// Returns the files as a new process finds them.
     std::shared_ptr<MemoryFiles> AfterCrash() const;

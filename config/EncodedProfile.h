@@ -40,8 +40,8 @@ private:
     std::string Encode(std::string_view ansi) const;
 
     ProfileEncoding encoding_;
-    /// In an ANSI file the file's bytes, otherwise UTF-8, in which line ends, brackets and "=" are the same
-    /// bytes as in ANSI.
+    /// The bytes of an ANSI file; the content of any other file in UTF-8.  In both, line ends, brackets and
+    /// "=" are the same bytes.
     ProfileText text_;
 };
 

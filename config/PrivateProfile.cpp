@@ -18,8 +18,8 @@ constexpr std::size_t FirstNamesBufferSize = 255;
 /// bytes.
 constexpr std::size_t LastNamesBufferSize = FirstNamesBufferSize << 8U;
 constexpr auto NamesTimeLimit = std::chrono::seconds(2);
-/// The pause between two tries when the buffer has its largest size, so that waiting for a section to appear
-/// does not use the processor.
+/// The pause between two tries once the buffer has its largest size, so that waiting for the first section of
+/// an empty file does not use the processor.
 constexpr auto NamesRetryPause = std::chrono::milliseconds(10);
 
 /// Returns the result of `step`, or the default value of its type (false or 0) if it throws an exception.

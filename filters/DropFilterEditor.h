@@ -63,8 +63,8 @@ public:
     /// Returns the fields of the selected filter.
     FilterFields Edit();
     /// Returns the fields of the selected filter, as the file has them, or empty ones if none is selected.
-    /// Unlike Edit, it does not change SuppressionFilters::CurrentFilter, whose dates are written with the
-    /// next record.
+    /// Unlike Edit, it does not change SuppressionFilters::CurrentFilter, because Delete writes the dates of
+    /// that filter to the file.
     FilterFields SelectedFields();
     /// Deletes the selected filter, if any.  Returns false if the file could not be written.
     bool Delete();

@@ -43,8 +43,8 @@ public:
     /// Writes CurrentFilter to the record with this number.  Returns whether the system accepted the bytes.
     /// The loaded filters change with the next LoadSuppressionFilters.
     bool WriteFilterRecord(std::int32_t recordNumber);
-    /// Makes CurrentFilter a blank record, which marks a deleted filter in the file.  compatibility: its
-    /// dates stay, since existing files have them.
+    /// Makes CurrentFilter a blank record, which marks a deleted filter in the file.  compatibility: keeps
+    /// its dates, because the deleted records in existing files have dates.
     void ClearFilterRecord();
 
     SuppressionFilter CurrentFilter;

@@ -29,7 +29,7 @@ std::string Encoded(const JournalRecord& record) {
 /// What a reader returned of a journal.
 struct Reading {
     bool HasHeader = false;
-    std::vector<std::string> Records;  ///< encoded
+    std::vector<std::string> Records;  ///< as their encoded bytes
     std::uint64_t End = 0;
     std::uint64_t Damaged = 0;
 

@@ -13,8 +13,8 @@ public:
     virtual ~TerminationSignals() = default;
     /// Calls `ended` for each request, until Stop, from a thread of this object.
     virtual void Start(std::function<void()> ended) = 0;
-    /// Ends the calls of `ended`.  Windows delays the end of the session until Stop is called, so call Stop
-    /// when everything has been saved.
+    /// Waits for a running call of `ended` and prevents further ones.  Windows delays the end of the session
+    /// until Stop is called, so call Stop when everything has been saved.
     virtual void Stop() = 0;
 };
 

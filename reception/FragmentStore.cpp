@@ -10,8 +10,9 @@ namespace tallyhorn {
 namespace {
 
 constexpr std::size_t FirstSize = 1001;
-/// The length of a full part 0 without its header.  Of the datagram of a text that arrives first, even if it
-/// is not part 0, only this many characters at the end are kept.  This removes the header of a full part 0.
+/// The length of a full part 0 without its header.  Of the part of a text that arrives first, whatever its
+/// index, the store keeps only this many characters at the end of the datagram.  For a full part 0, this
+/// removes exactly the header.
 constexpr std::size_t FirstPartLength = 384;
 constexpr std::chrono::seconds Lifetime(30);
 

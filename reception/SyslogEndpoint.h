@@ -80,7 +80,7 @@ private:
     DatagramLosses lostBefore_;  ///< the losses at the UDP ports that were open earlier
     std::string toolTip_;
     std::string withoutNuls_;
-    bool flashStarted_ = false;  ///< in the current batch
+    bool flashStarted_ = false;  ///< whether the current batch has started the flash
 };
 
 }  // namespace tallyhorn

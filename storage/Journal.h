@@ -84,7 +84,7 @@ private:
 
     /// The next message of a snapshot that is being written.
     struct Snapshot {
-        std::size_t From = 0;  ///< the channel
+        std::size_t From = 0;  ///< the channel of the next message
         Slot Next = 0;
         bool Requested = false;  ///< whether all messages are written and the commit is requested
         std::uint32_t CommittedBefore = 0;
@@ -111,7 +111,7 @@ private:
     const std::uint64_t largeJournal_;
     std::array<Hook, ChannelCount> hooks_;
     std::array<ChunkedArray<std::uint64_t>, ChannelCount> sequences_;  ///< indexed by channel and slot
-    std::array<std::uint64_t, ChannelCount> liveBytes_{};  ///< that the channel takes in a snapshot
+    std::array<std::uint64_t, ChannelCount> liveBytes_{};              ///< each channel's bytes in a snapshot
     std::array<std::map<std::uint64_t, std::string>, ChannelCount> held_;  ///< the waiting arrivals
     std::uint64_t heldBytes_ = 0;       ///< the sum of the sizes of the waiting arrivals
     const std::uint64_t firstArrival_;  ///< the number of the first arrival of this run
@@ -122,7 +122,7 @@ private:
     std::uint64_t snapshotBytes_ = 0;  ///< the size of the snapshot that is being written
     bool recording_ = false;
     std::optional<Snapshot> snapshot_;
-    Clock::TimePoint nextAttempt_;  ///< of a snapshot after one that failed
+    Clock::TimePoint nextAttempt_;  ///< when a failed snapshot is tried again
     std::string frame_;             ///< the frame of the most recent record
     std::string snapshotFrame_;
     bool handling_ = false;  ///< whether records are collected in `frame_` until EndHandling

@@ -44,7 +44,7 @@ private:
     };
     struct ChannelImage {
         std::unordered_map<Slot, Kept> Messages;
-        std::map<std::uint64_t, std::string> Arrivals;  ///< by sequence number
+        std::map<std::uint64_t, std::string> Arrivals;  ///< the key is the sequence number
     };
 
     std::array<ChannelImage, ChannelCount> channels_;

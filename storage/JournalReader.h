@@ -35,7 +35,7 @@ private:
 
     ByteSource& source_;
     std::string buffer_;
-    std::size_t position_ = 0;       ///< of the next unread byte in `buffer_`
+    std::size_t position_ = 0;       ///< the offset in `buffer_` of the next unread byte
     std::uint64_t bufferStart_ = 0;  ///< the offset of `buffer_` in the source
     std::string_view body_;          ///< the unread records of the current frame, a part of `buffer_`
     bool atEnd_ = false;             ///< whether the source has no more bytes

@@ -21,7 +21,7 @@ struct Batch {
     std::string Present;
     std::string New;
     Control Then = Control::None;
-    std::uint64_t Kept = 0;  ///< for Open
+    std::uint64_t Kept = 0;  ///< the number of bytes that Open keeps
 };
 
 }  // namespace
@@ -98,7 +98,7 @@ public:
         std::unique_lock lock(mutex_);
         while (!stopping_ || !batches_.empty()) {
             somethingToWrite_.wait(lock, [this] { return stopping_ || !batches_.empty(); });
-            // Collects what arrives in this time, so that a storm costs fifty writes a second.
+            // Collects what arrives in this time, so that a storm costs at most fifty writes a second.
             napEnds_.wait_for(lock, WriteInterval, [this] { return stopping_ || hurry_; });
             lock.unlock();
             Deliver();

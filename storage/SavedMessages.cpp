@@ -19,7 +19,7 @@ constexpr std::uint64_t MessagesPerShow = 100;
 
 /// What the files of the previous run contain.
 struct SavedMessages::Previous {
-    std::vector<std::string> Texts;  ///< of the backup file
+    std::vector<std::string> Texts;  ///< the texts in the backup file
     JournalImage Image;
     std::uint64_t JournalEnd = 0;
     bool Matches = false;     ///< whether the journal belongs to the backup file

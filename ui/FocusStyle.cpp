@@ -9,7 +9,7 @@ constexpr int FrameMargin = 3;  ///< the distance of the frame from the button's
 
 }  // namespace
 
-/// Other styles than Fusion draw such a frame themselves.
+/// Adds the frame only in the style Fusion; the other styles draw one themselves.
 void FocusStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const {
     QProxyStyle::drawControl(element, option, painter, widget);

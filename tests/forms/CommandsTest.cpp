@@ -192,7 +192,7 @@ TEST_F(CommandsTest, ARepeatedCommandWaitsOnce) {
         QTest::mouseClick(List(2)->viewport(), Qt::LeftButton, {}, List(2)->viewport()->rect().bottomLeft());
     });
     AWAIT(!help_.Requests.empty());
-    AWAIT(programs_.Started.size() == 2U);  // for each of the lists that were active at the two commands
+    AWAIT(programs_.Started.size() == 2U);  // once for each of the lists 0 and 1
     QCoreApplication::processEvents();
     EXPECT_EQ(help_.Requests.size(), 1U);
 }
@@ -255,7 +255,7 @@ TEST_F(CommandsTest, TheEndOfTheSessionAnswersTheMessageAboutAFailedSave) {
     bool deaf = false;
     boxes_.WhileAsked = [&] {
         if (boxes_.Shown.size() == 1)
-            return;  // the question whether to close
+            return;  // This is the question whether to close; the message comes later.
         QMessageBox box(QMessageBox::Warning, {}, QStringLiteral("failed"), QMessageBox::Ok);
         QTimer::singleShot(0, &box, [this] { console_->End(); });
         QTimer::singleShot(5000, &box, [&] {

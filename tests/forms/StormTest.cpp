@@ -26,7 +26,7 @@ protected:
             boxes_.Answer = !OneIn(3);
         };
         feeds_.callOnTimeout([this] { Feed(); });
-        gestures_.setSingleShot(true);  // a repeated timer would rest while a gesture's dialog is open
+        gestures_.setSingleShot(true);  // a repeating timer would not fire while a gesture's dialog is open
         gestures_.callOnTimeout([this] { Act(); });
     }
 

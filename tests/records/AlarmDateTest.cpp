@@ -71,7 +71,8 @@ TEST(DateDisplay, FollowsOrderAndSeparator) {
 TEST(DateDisplay, OrdersDatesAsTheirTextsOrder) {
     for (const bool dayFirst : {false, true}) {
         const DateStyle style{dayFirst, "/"};
-        // The first 100 dates are an hour apart, so that "10:" is compared with "1:"; the others a month.
+        // The first 100 dates are an hour apart, so that "10:" is compared with "1:"; the others are a month
+        // apart.
         AlarmDate before = At(2008, 2, 11, 9, 59, 59);
         for (int i = 0; i < 400; ++i) {
             const AlarmDate date{before.Seconds + (i < 100 ? 3'607 : 2'801'113)};

@@ -49,7 +49,7 @@ struct BackupInMemory {
     std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< pairs of done and total
     MessageBackup::Loaded Loaded;
     int GoesOn = 1'000'000;             ///< how often the load is permitted to go on
-    std::optional<std::uint64_t> Hash;  ///< of the new file, once the save may replace the old one
+    std::optional<std::uint64_t> Hash;  ///< the new file's hash, set before it replaces the old one
     TimeSlices Slices{Time, Events};
     MessageStore Messages{3};
     MessageBackup Backup{File, Messages, Boxes, Slices, Disk, Time};

@@ -46,10 +46,10 @@ public:
     std::optional<MessagePage> HiddenPage;
     std::map<ViewNumber, std::int32_t> Selected;  ///< the selected slot of each list
     std::map<StatusPanel, std::string> Panels, ToolTips;
-    std::map<Notice, std::string> Notices;  ///< the details of each
+    std::map<Notice, std::string> Notices;  ///< the details of each notice
     std::array<bool, ConsolidatedView + 1> Enabled{};
     std::vector<std::string> ListCalls;
-    std::vector<std::string> ActiveCalls;  ///< of BringToFront and ShowActiveView
+    std::vector<std::string> ActiveCalls;  ///< the calls of BringToFront and ShowActiveView
     int WorkUnderWay = 0;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> Progress;  ///< pairs of done and total
     bool Resuming = false;

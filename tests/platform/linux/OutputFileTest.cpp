@@ -102,7 +102,7 @@ TEST(OutputFileTest, OnlyWritableFilesAreReplaced) {
     EXPECT_EQ(CountFiles(folder.Path()), 2U);
 }
 
-/// Even a read-only file is saved, since the folder would permit to delete it and create another.
+/// Even a read-only file is replaced, since its folder would permit to delete it and create another.
 TEST(OutputFileTest, AReplacedBackupKeepsItsPermissionsAndItsLink) {
     const TemporaryFolder folder;
     fs::permissions(folder.Path(), fs::perms::all);

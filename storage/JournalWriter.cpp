@@ -192,6 +192,7 @@ private:
             case Control::None:
                 break;
             case Control::Open:
+                RemoveNew();
                 OpenPresent(batch.Kept);
                 break;
             case Control::BeginNew:
@@ -201,6 +202,7 @@ private:
                 CommitNew();
                 break;
             case Control::Remove:
+                RemoveNew();
                 SetPresent(nullptr);
                 files_->Remove(file_);
                 break;
@@ -232,9 +234,14 @@ private:
             AbandonNew();
     }
 
-    void AbandonNew() {
+    /// Removes a new file that was not committed, for example when an earlier process was killed.
+    void RemoveNew() {
         new_ = nullptr;
         files_->Remove(newFile_);
+    }
+
+    void AbandonNew() {
+        RemoveNew();
         const std::lock_guard lock(mutex_);
         state_.NewFailed = true;
         state_.Failed = state_.Failed || present_ == nullptr;

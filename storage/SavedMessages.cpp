@@ -145,9 +145,7 @@ bool SavedMessages::RestoreImage(Previous& previous, bool keepSlots) {
     for (JournalMessage& message : messages) {
         MessageChannel& channel = context_.Received.In(message.From);
         std::vector<Slot>& slots = taken.at(static_cast<std::size_t>(message.From));
-        if (keepSlots)
-            journal_.SetSequence(message.Sequence);
-        else
+        if (!keepSlots)
             message.Place = channel.Traits.FirstSlot + channel.Messages.MessageCount();
         slots.push_back(message.Place);
         context_.Received.RestoreMessage(channel, message.Place, std::move(message.Text), Now(),

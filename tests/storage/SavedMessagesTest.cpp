@@ -209,13 +209,11 @@ private:
                 if (!run.Waiting.empty())
                     run.HandleFirst();
                 break;
-            case 3:
-                if (step % 13 == 0)
-                    run.Received.Clear(run.Received.In(channel));
-                break;
             default:
                 run.Keep(channel, ++number_);
         }
+        if (step == Steps / 3 || step == Steps / 2)
+            run.Received.Clear(step == Steps / 3 ? run.Received.NetBios : run.Received.Syslog);
         Note(run);
         run.Time.Advance(std::chrono::seconds(1));
         run.Saved.Work();

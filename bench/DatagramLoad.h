@@ -46,9 +46,9 @@ inline void PinTo(int core) {
     }
 }
 
-/// Owns a process that sends notifications by syslog to a port on this machine; each ends with its number,
-/// from " #00000001".  The constructor forks the process and should run before much memory is in use. Start
-/// makes it send.  Not thread-safe.
+/// Owns a process that sends notifications by syslog to a UDP port on this machine.  Each notification ends
+/// with its number; that of the first is " #00000001".  The constructor forks the process and should run
+/// before much memory is in use. Start makes it send.  Not thread-safe.
 class DatagramLoad {
 public:
     /// Sends `rate` datagrams per second, evenly spaced; 0 means as fast as possible.

@@ -16,8 +16,8 @@ enum class ProfileEncoding : std::uint8_t { Ansi, Utf8, Utf16LittleEndian, Utf16
 ProfileEncoding EncodingOf(std::string_view bytes);
 
 /// Owns the content of one profile file in any ProfileEncoding.  All texts that the functions take and return
-/// are ANSI; in returned texts, "?" replaces each character that ANSI lacks.  Whatever no function changes
-/// keeps its characters in the file, also those that ANSI lacks.
+/// are ANSI; in returned texts, "?" replaces each character that ANSI lacks.  What no function changes
+/// keeps all its characters in the file, even those that ANSI lacks.
 class EncodedProfile {
 public:
     explicit EncodedProfile(std::string_view bytes);

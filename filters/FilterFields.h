@@ -36,9 +36,9 @@ inline constexpr AlarmDate LastTypedDate{253'402'300'799};
 FilterFields ShowRecord(const SuppressionFilter& record);
 
 /// Copies the fields into the record, whose dates change only if the fields have a date range.  A date that
-/// ShowRecord returns for the record keeps its exact value, which may have a fraction of a second or lie
-/// outside the typed dates.  Sets a blank `fields.EventID` to "-1".  Returns false and leaves the record
-/// unchanged if EventID is not a 32-bit number.
+/// ShowRecord returns for the record keeps its exact value, which may have a fraction of a second or be
+/// outside the range of dates that can be typed.  Sets a blank `fields.EventID` to "-1".  Returns false and
+/// leaves the record unchanged if EventID is not a 32-bit number.
 bool StoreFieldsInRecord(FilterFields& fields, SuppressionFilter& record);
 
 /// The most characters that the dialog accepts in a filter's name.

@@ -36,7 +36,8 @@ struct Reading {
     bool operator==(const Reading&) const = default;
 };
 
-/// Reads the journal and applies its records to an image, whose messages and arrivals must be among them.
+/// Reads the journal and applies its records to an image.  Each message and arrival that the image then has
+/// must have the text of one of the records.
 Reading ReadAll(std::string_view bytes, std::size_t pieceSize) {
     MemorySource source(bytes, pieceSize);
     JournalReader reader(source);

@@ -136,8 +136,8 @@ bool SavedMessages::RestoreTexts(const std::vector<std::string>& texts) {
     return true;
 }
 
-/// Restores the messages of the image, at their slots or, if `keepSlots` is false, after those that are
-/// there.
+/// Restores the messages of the image, at their slots or, if `keepSlots` is false, in the slots after the
+/// messages that have already been restored.
 bool SavedMessages::RestoreImage(Previous& previous, bool keepSlots) {
     std::vector<JournalMessage> messages = previous.Image.TakeMessages();
     total_ += messages.size();

@@ -48,7 +48,7 @@ TEST_F(AlertSoundTest, AlertsWithinATenthOfASecondAfterACountedOneAreDropped) {
     for (const char* const failing : {"", "Open "}) {
         device_.Failing = failing;
         EXPECT_NE(Alert(), "");
-        // A dropped alert does not prolong the tenth of a second; an alert that fails starts one, too.
+        // A dropped alert does not restart the tenth of a second; an alert that fails does.
         for (const auto& [pause, counts] :
              {std::pair(60, false), {39, false}, {1, true}, {60, false}, {39, false}, {1, true}})
             EXPECT_EQ(!Alert(std::chrono::milliseconds(pause)).empty(), counts) << pause;

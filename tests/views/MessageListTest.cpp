@@ -103,7 +103,7 @@ TEST_F(MessageListTest, AgreesWithAVectorThroughRandomSteps) {
         } else if (what < 997) {
             std::vector<Slot> gone;
             const std::size_t kept =
-                rows.size() > 3000 && below(3) == 0 ? 20 : 0;  // keeps one row in 20, or nearly all
+                rows.size() > 3000 && below(3) == 0 ? 20 : 0;  // keeps one row in 20, or all but about one
             for (const Row& row : rows) {
                 if (kept > 0 ? below(kept) != 0 : below(rows.size()) == 0)
                     gone.push_back(row.Of);

@@ -9,9 +9,9 @@
 
 namespace tallyhorn {
 
-/// What the main window shows at the right end of the status bar, with the most urgent first: messages would
-/// be lost in a crash (until that has changed); some saved messages could not be read (until the user has
-/// looked at it).
+/// The notices at the right end of the status bar, most urgent first.  NotProtected: a crash would lose
+/// messages; shown until that changes.  DamagedBackup: some saved messages could not be read; shown until the
+/// user has looked at the notice.
 enum class Notice { NotProtected, DamagedBackup };
 constexpr std::size_t NoticeCount = 2;
 

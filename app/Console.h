@@ -56,7 +56,7 @@ public:
     /// Shows the console.  If another console is running, shows a message instead and returns false.
     bool Start();
     /// Closes the console without a question, as at the end of the user's session.  Cancels all open dialogs
-    /// and questions, also if the console is already closing.
+    /// and questions, even if the console is already closing.
     void End() override;
     /// Returns whether the console has been shut down.
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }

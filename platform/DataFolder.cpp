@@ -14,7 +14,7 @@ bool IsFolder(const fs::path& path) {
     return fs::is_directory(path, none);
 }
 
-/// Creates the folder and its missing parents.  Succeeds also if another program creates one of them at the
+/// Creates the folder and its missing parents.  Also succeeds if another program creates one of them at the
 /// same time.
 std::optional<SystemError> MakeFolders(const fs::path& folder) {
     if (IsFolder(folder))

@@ -18,7 +18,7 @@ namespace tallyhorn {
 /// UserDataFolder does.
 std::filesystem::path ChooseDataFolder(const std::filesystem::path& program);
 
-/// Creates the folder and its missing parents with access for this user only.  Returns an error also if the
+/// Creates the folder and its missing parents with access for this user only.  Also returns an error if the
 /// folder exists but the user may not create files in it.
 std::optional<SystemError> MakeDataFolder(const std::filesystem::path& folder);
 

@@ -23,8 +23,8 @@ std::string BuildMessageText(const AlarmRecord& alarm);
 /// Reads a message text into `alarm`.  Returns false and leaves `alarm` unchanged for any other text.
 ///
 /// Labels are searched for in the order of the lines, and a field ends at the first line that begins with the
-/// next label.  "EventID: " is accepted only if a number, as BuildMessageText writes it, and then the line of
-/// the account follow.  Fields are neither trimmed nor converted.
+/// next label.  "EventID: " is accepted only before a number that is written as BuildMessageText writes it,
+/// and only if the account's line comes next.  Fields are neither trimmed nor converted.
 bool ReadMessageText(std::string_view text, AlarmRecord& alarm);
 
 /// The largest size of a message text.  The backup file stores the size of each text in five digits; after a

@@ -109,8 +109,8 @@ bool SavedMessages::LoadWithJournal(std::unique_ptr<InputFile> file) {
 /// Restores the messages of the previous run and opens the journal.  Returns false, without opening the
 /// journal, if the load is to end early.
 bool SavedMessages::RestorePrevious(Previous& previous) {
-    // If another backup file was put in place of the one that the journal belongs to, its messages come
-    // first and those of the journal follow them.
+    // If the journal belongs to another backup file, the messages of the present backup file are restored
+    // first, and those of the journal after them.
     const bool foreign = !previous.Matches && !previous.Texts.empty();
     if ((foreign && !RestoreTexts(previous.Texts)) || !RestoreImage(previous, !foreign))
         return false;

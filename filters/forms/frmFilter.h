@@ -17,8 +17,8 @@ class QPushButton;
 
 namespace tallyhorn {
 
-/// The modal dialog in which the user chooses the texts of the view filter from those that were in the lists
-/// of the channel in front when the dialog was created.  `filter` and `boxes` must outlive it.
+/// The modal dialog in which the user chooses the texts of the view filter.  Offers the texts that the lists
+/// of the channel in front had when the dialog was created.  `filter` and `boxes` must outlive it.
 class frmFilter final : public QDialog {
     Q_OBJECT
 

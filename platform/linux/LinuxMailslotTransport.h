@@ -14,7 +14,7 @@ class LinuxMailslotTransport final : public MailslotTransport {
 public:
     explicit LinuxMailslotTransport(std::string folder);
 
-    /// Returns null also if other users may enter the folder.
+    /// Also returns null if other users may enter the folder.
     std::unique_ptr<MailslotServer> Create(std::string_view path, std::size_t maximumSize) override;
     std::unique_ptr<MailslotClient> Open(std::string_view path) override;
 

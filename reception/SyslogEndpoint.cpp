@@ -96,6 +96,8 @@ void SyslogEndpoint::QueueWaiting() {
         queue_.Add(arrival.Text);
     }
     heldBytes_ = 0;
+    if (wscSyslog == nullptr)
+        return;
     while (const std::optional<std::string_view> datagram = wscSyslog->Next())
         queue_.Add(*datagram);
 }

@@ -105,6 +105,12 @@ TEST_F(SyslogEndpointTest, APauseQueuesDatagramsAndItsEndHandlesThem) {
     Arrive("waiting");
     Syslog.Close();
     EXPECT_EQ(Names(), "one two three queued waiting ") << "Close handles both, even in a pause";
+    Cycle.PauseCommand();
+    Cycle.PauseCommand();
+    Syslog.TakeOver({{0, Datagram({.Name = "saved"})}});
+    Syslog.DataArrival();
+    Cycle.PauseCommand();
+    EXPECT_EQ(Names(), "one two three queued waiting saved ") << "no port is open";
 }
 
 TEST_F(SyslogEndpointTest, AStormIsHandledInSlices) {

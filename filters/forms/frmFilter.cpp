@@ -161,21 +161,23 @@ void frmFilter::ShowWholeText(std::size_t index) {
 }
 
 void frmFilter::Apply() {
-    const ViewFilter::Criteria criteria = Chosen();
-    if (std::none_of(criteria.begin(), criteria.end(), [](const auto& text) { return text.has_value(); })) {
+    if (std::none_of(chkFilterOn.begin(), chkFilterOn.end(),
+                     [](const auto* box) { return box->isChecked(); })) {
         boxes_.Inform(NothingCheckedText);
         return;
     }
     // Apply lets pending events run; the user must not press Apply again meanwhile.
     setEnabled(false);
-    filter_.Apply(criteria);
+    filter_.Apply(Chosen());
     accept();
 }
 
+/// Leaves out a checked field that has no text to choose, because the page in front has no messages: an empty
+/// text would hide nearly every arrival.
 ViewFilter::Criteria frmFilter::Chosen() const {
     ViewFilter::Criteria criteria;
     for (std::size_t i = 0; i < criteria.size(); ++i) {
-        if (!chkFilterOn.at(i)->isChecked())
+        if (!chkFilterOn.at(i)->isChecked() || cmbFilterText.at(i)->currentIndex() < 0)
             continue;
         const auto* const values = static_cast<const FilterValuesModel*>(cmbFilterText.at(i)->model());
         criteria.at(i) = values->Value(cmbFilterText.at(i)->currentIndex());

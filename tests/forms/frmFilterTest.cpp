@@ -35,6 +35,11 @@ protected:
 };
 
 TEST_F(frmFilterTest, ACheckBoxEnablesItsComboBox) {
+    Open();
+    Click("chkFilterOn1");
+    Click("cmdApply");
+    EXPECT_TRUE(filter_.InForce() && filter_.PassesViewFilter(RecordOf({}))) << "there was no text to choose";
+    filter_.RemoveViewFilter();
     for (const char* const computer : {"0", "A", "B", "C", "B"})
         Keep("Full", computer);
     Display.Selected[3] = 1;

@@ -39,9 +39,9 @@ bool MessageCommands::RefuseWhileFiltered() {
 void MessageCommands::DeleteMessages(ViewNumber view, MessagePage page) {
     // compatibility: nothing is deleted if the syslog page is in front but the active view is a NetBIOS list.
     const bool listIsElsewhere = PageOfView(view) == MessagePage::NetBios && page == MessagePage::Syslog;
-    if (listIsElsewhere)
+    if (listIsElsewhere || !context_.Display.HasPage(PageOfView(view)))
         RefuseWhileFiltered();
-    else if (context_.Display.HasPage(PageOfView(view)))
+    else
         DeleteMessagesIn(view);
 }
 

@@ -65,6 +65,9 @@ TEST_F(MessageCommandsTest, AsksOnlyAboutASelectionThatItMayDelete) {
     Display.HiddenPage = MessagePage::NetBios;
     commands_.DeleteMessages(2, Display.Page);
     EXPECT_EQ(Boxes.Shown.size(), 1U) << "nobody sees the rows of a hidden page";
+    filter_.Active = true;
+    commands_.DeleteMessages(2, Display.Page);
+    EXPECT_EQ(Boxes.Shown.back(), FilterActive);
     EXPECT_EQ(Received.List(2).Size(), 10U) << "the answer was always No";
     EXPECT_TRUE(Display.ListCalls.empty());
 }

@@ -218,8 +218,10 @@ void ConsolidatedTreeView::mousePressEvent(QMouseEvent* event) {
     repaint_.Flush();
     emit Touched();
     const QModelIndex pointed = indexAt(event->position().toPoint());
+    const TreeNode node = ConsolidatedTreeModel::NodeAt(pointed);
+    // The press itself opens or closes a group if it is on the arrow, which is left of the text.
     const bool onText = visualRect(pointed).contains(event->position().toPoint());
-    pressed_ = onText ? ConsolidatedTreeModel::NodeAt(pointed) : TreeNode();
+    pressed_ = onText || node.IsLeaf() ? node : TreeNode();
     QTreeView::mousePressEvent(event);
 }
 

@@ -52,6 +52,8 @@ MessageListView::MessageListView(MessageList& list, QWidget* parent)
         updateGeometries();
         viewport()->update();
     });
+    timHold_.setSingleShot(true);
+    timHold_.callOnTimeout(this, &MessageListView::RepaintNewRows);
     for (QWidget* widget : {header_->viewport(), static_cast<QWidget*>(verticalScrollBar()),
                             static_cast<QWidget*>(horizontalScrollBar())})
         widget->installEventFilter(this);
@@ -68,6 +70,8 @@ void MessageListView::RepaintNewRows() {
     viewport()->update();
     if (!IsHeld())
         ScrollToNewest();
+    else if (!timHold_.isActive())
+        timHold_.start(QApplication::doubleClickInterval());
     if (CurrentRow() < 0)
         ShowFocus();
 }

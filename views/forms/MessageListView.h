@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QElapsedTimer>
+#include <QTimer>
 #include <optional>
 
 #include "views/forms/MessageListModel.h"
@@ -25,8 +26,8 @@ public:
     explicit MessageListView(MessageList& list, QWidget* parent = nullptr);
 
     /// Announces the rows that were added to the list.  As often as the throttle allows, repaints and scrolls
-    /// to the newest row, unless the user holds a mouse button or the scroll bar, or pressed a button so
-    /// recently that a double click may follow.
+    /// to the newest row.  Scrolls later while the user holds a mouse button or the scroll bar, or pressed a
+    /// button so recently that a double click may follow.
     void ShowNewRows();
 
     /// Returns the slot of the current row if that row is selected, otherwise of the first selected row.
@@ -117,6 +118,7 @@ private:
     bool inViewBeforeReset_ = false;
     bool heldByMouse_ = false;
     QElapsedTimer sincePress_;
+    QTimer timHold_;  ///< active while new rows wait for the end of a hold, to be scrolled into view
     std::optional<Slot> pressed_;  ///< the message whose row was pressed last; empty after other presses
 };
 

@@ -96,7 +96,6 @@ TEST_F(ViewFilterTest, ArrivalsAreComparedWithoutCase) {
     const std::tuple<const char*, ViewFilter::Criteria, Notification, bool> cases[] = {
         {"case beyond ASCII", {{Any, Any, "J\xD6RG", Any}}, {"x", "", "j\xF6rg", "z", ""}, true},
         {"a longer one", {{"Full", Any, Any, Any}}, {"Fuller", "", "", "", ""}, false},
-        {"a shorter one", {{"Full", Any, Any, Any}}, {"Ful", "", "", "", ""}, false},
         {"one of two", {{"Full", Any, Any, "PC"}}, {"full", "", "", "pd", ""}, false},
         {"an empty text accepts no other", {{Any, Any, "", Any}}, {"x", "", "JOE", "", ""}, false},
         {"an empty text", {{Any, Any, "", Any}}, {"x", "", "", "", ""}, true},

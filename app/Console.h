@@ -62,6 +62,8 @@ public:
     bool HasEnded() const { return gate_.CurrentPhase() == Gate::Phase::Ended; }
 
     frmServer& Window() { return *window_; }
+    /// Returns the messages, for benchmarks.
+    ReceivedMessages& Received() { return received_; }
     /// Returns the menu of the notification-area icon, for areas that show it themselves.
     QMenu& PopUpMenu() { return tray_->PopUpMenu(); }
 

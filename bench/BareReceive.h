@@ -61,14 +61,14 @@ inline std::optional<LoadResult> BareReceive(std::uint64_t count, std::uint64_t 
 
     LoadResult result{.Sent = count};
     load.Start(ntohs(address.sin6_port));
-    const double before = UsedProcessorSeconds(RUSAGE_THREAD);
+    const double before = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID);
     while (result.Received < count) {
         const int got = recvmmsg(socket.Get(), messages.data(), Batch, MSG_WAITFORONE, nullptr);
         if (got <= 0)
             break;
         result.Received += static_cast<std::uint64_t>(got);
     }
-    result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_THREAD) - before;
+    result.ProcessorSeconds = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID) - before;
     const std::optional<double> seconds = load.Wait();
     if (!seconds)
         return std::nullopt;

@@ -41,6 +41,8 @@ public:
 
     frmServer& Window() { return console_->Window(); }
 
+    MessageStore& SyslogMessages() { return console_->Received().Syslog.Messages; }
+
     /// Returns the number of rows in all lists together.
     int Rows() const {
         int rows = 0;

@@ -68,7 +68,7 @@ void Receiver(benchmark::State& state) {
         std::uint64_t wakes = 0;
         const std::unique_ptr<DatagramReceiver> receiver =
             MakeDatagramSockets()->Listen(0, [&woken] { woken.release(); });
-        const double before = UsedProcessorSeconds(RUSAGE_SELF);
+        const double before = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
         load.Start(receiver->Port());
         while (result.Received < result.Sent && woken.try_acquire_for(std::chrono::milliseconds(500))) {
             ++wakes;
@@ -77,7 +77,7 @@ void Receiver(benchmark::State& state) {
                 ++result.Received;
             }
         }
-        result.ProcessorSeconds = UsedProcessorSeconds(RUSAGE_SELF) - before;
+        result.ProcessorSeconds = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID) - before;
         const std::optional<double> seconds = load.Wait();
         result.SendingSeconds = seconds.value_or(0);
         Report(state, seconds ? std::optional(result) : std::nullopt);

@@ -16,8 +16,10 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "bench/BareReceive.h"
+#include "bench/BesideYardstick.h"
 #include "bench/ConsoleUnderLoad.h"
 #include "bench/DatagramLoad.h"
 #include "bench/ProcessorTime.h"
@@ -82,8 +84,8 @@ public:
     }
 
     void Start() {
-        before_ = UsedProcessorSeconds(RUSAGE_SELF);
-        beforeHere_ = UsedProcessorSeconds(RUSAGE_THREAD);
+        before_ = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
+        beforeHere_ = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID);
         start_ = SteadyClock::now();
         load_.Start(Port());
     }
@@ -91,8 +93,8 @@ public:
     void Finish() {
         finished_ = WorkUntilAccounted(load_.Count());
         seconds_ = Elapsed();
-        used_ = UsedProcessorSeconds(RUSAGE_SELF) - before_;
-        usedHere_ = UsedProcessorSeconds(RUSAGE_THREAD) - beforeHere_;
+        used_ = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID) - before_;
+        usedHere_ = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID) - beforeHere_;
         sent_ = HasSent();
     }
     /// Returns false if datagrams are missing that neither the receiver nor the system counts as dropped.
@@ -115,6 +117,7 @@ public:
     }
     double SendingRate() const { return static_cast<double>(load_.Count()) / sendingSeconds_.value_or(0); }
     double ProcessorMicroseconds() const { return used_ * 1e6 / static_cast<double>(Received()); }
+    MessageStore& Messages() { return console_.SyslogMessages(); }
     /// Ends the console.  Returns the bytes of the backup file that it saved, or an empty string if it does
     /// not end.
     std::string Save() { return console_.End() ? ReadBytes(folder_ / "Backup.dat") : std::string(); }
@@ -193,6 +196,56 @@ BENCHMARK(At50000ASecond)
     ->UseManualTime()
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
+
+/// The processor time in microseconds for each datagram during a part of a storm.
+struct Share {
+    double All = 0;
+    double Window = 0;  ///< of the user-interface thread
+};
+
+Share ShareOf(const Storm& storm, std::chrono::milliseconds part) {
+    const auto end = SteadyClock::now() + part;
+    const std::uint64_t before = storm.Received();
+    const double all = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
+    const double window = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID);
+    (void)ConsoleUnderLoad::WorkUntil([end] { return SteadyClock::now() > end; });
+    const auto received = static_cast<double>(storm.Received() - before);
+    return {(UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID) - all) * 1e6 / received,
+            (UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID) - window) * 1e6 / received};
+}
+
+/// Detaches the journal from the messages in every second part of a storm, because two storms differ by more
+/// than the journal costs.  The messages are on a hidden page, because the time for painting varies too.
+void JournalAt50000ASecond(benchmark::State& state) {
+    constexpr std::chrono::milliseconds Part(200);
+    constexpr std::chrono::milliseconds WriterIsDone(50);
+    constexpr int Pairs = 18;
+    for (auto _ : state) {
+        Storm storm(500'000, 50'000, 0);
+        storm.Start();
+        (void)ShareOf(storm, Part);
+        std::vector<double> without;
+        std::vector<double> all;
+        std::vector<double> window;
+        for (int pair = 0; pair < Pairs; ++pair) {
+            StoreObserver* const journal = storm.Messages().SetObserver(nullptr);
+            (void)ShareOf(storm, WriterIsDone);
+            const Share off = ShareOf(storm, Part);
+            storm.Messages().SetObserver(journal);
+            (void)ShareOf(storm, WriterIsDone);
+            const Share on = ShareOf(storm, Part);
+            without.push_back(off.All);
+            all.push_back(on.All - off.All);
+            window.push_back(on.Window - off.Window);
+        }
+        storm.Finish();
+        storm.Report(state);
+        state.counters["journal_us_each"] = Median(all);
+        state.counters["journal_window_us_each"] = Median(window);
+        state.counters["to_without"] = 1 + Median(all) / Median(without);
+    }
+}
+BENCHMARK(JournalAt50000ASecond)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 /// Blocks the user-interface thread for one second in the middle of the storm.
 void AStallOfASecond(benchmark::State& state) {

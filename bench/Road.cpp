@@ -93,12 +93,12 @@ void MailslotToRow(benchmark::State& state) {
     for (auto _ : state) {
         Road road(Texts, 0);
         road.Window().resize(1280, 800);
-        const double before = UsedProcessorSeconds(RUSAGE_SELF);
-        const double beforeHere = UsedProcessorSeconds(RUSAGE_THREAD);
+        const double before = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID);
+        const double beforeHere = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID);
         road.Send();
         const bool all = road.AwaitRows(Texts);
-        const double time = UsedProcessorSeconds(RUSAGE_SELF) - before;
-        const double timeHere = UsedProcessorSeconds(RUSAGE_THREAD) - beforeHere;
+        const double time = UsedProcessorSeconds(CLOCK_PROCESS_CPUTIME_ID) - before;
+        const double timeHere = UsedProcessorSeconds(CLOCK_THREAD_CPUTIME_ID) - beforeHere;
         state.SetIterationTime(time / Texts);
         state.counters["window_us"] = timeHere / Texts * 1e6;
         state.counters["receiving_us"] = (time - timeHere) / Texts * 1e6;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "views/messages/ChunkedArray.h"
 #include "views/messages/Slot.h"
@@ -20,7 +21,8 @@ public:
     explicit MessageStore(Slot upperBound);
 
     /// Sets the only observer, which must outlive the store unless a call with nullptr removes it.
-    void SetObserver(StoreObserver* observer) { observer_ = observer; }
+    /// Returns the previous one.
+    StoreObserver* SetObserver(StoreObserver* observer) { return std::exchange(observer_, observer); }
 
     std::int32_t MessageCount() const { return messageCount_; }
     Slot UpperBound() const { return static_cast<Slot>(texts_.Size()) - 1; }
